@@ -1,0 +1,18 @@
+# A layer is a static library that sees its own headers and those of the layers below it, so that
+# an include that points up does not compile.
+
+add_library(quiladmin_options INTERFACE)
+target_compile_options(quiladmin_options INTERFACE -Wall -Wextra -Werror)
+if(QUILADMIN_SANITIZE)
+  target_compile_options(quiladmin_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(quiladmin_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# quiladmin_layer(NAME [layers below...]): the library of the current folder, from all its sources.
+function(quiladmin_layer name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC quiladmin_options ${ARGN})
+endfunction()
