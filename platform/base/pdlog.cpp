@@ -1,0 +1,182 @@
+#include "nbbase.h"
+#include "pdline.h"
+#include "pdtable.h"
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace base {
+
+namespace {
+
+struct Destination {
+    char file[PATH_MAX]; // empty: standard error
+    NB_USHORT level;
+};
+
+NB_USHORT level_named(const char *name) {
+    static const char *const names[] = {"none", "problem", "exception", "all"};
+    for (NB_USHORT level = NB_PD_NONE; name && level <= NB_PD_ALL; level++) {
+        if (std::strcmp(name, names[level]) == 0) {
+            return level;
+        }
+    }
+    return NB_PD_EXCEPTION;
+}
+
+Destination from_environment() {
+    Destination where{};
+    const char *file = std::getenv("SNA_LOG");
+    const int length = file && *file ? std::snprintf(where.file, sizeof(where.file), "%s", file)
+                                     : std::snprintf(where.file, sizeof(where.file),
+                                                     "%s/var/log/sna.err", nba_prefix());
+    if (length < 0 || static_cast<size_t>(length) >= sizeof(where.file)) {
+        where.file[0] = '\0';
+    }
+    where.level = level_named(std::getenv("SNA_LOG_LEVEL"));
+    return where;
+}
+
+Destination &destination() {
+    static Destination where = from_environment();
+    return where;
+}
+
+void make_folders(const char *file) {
+    char folder[PATH_MAX];
+    std::snprintf(folder, sizeof(folder), "%s", file);
+    for (char *slash = std::strchr(folder + 1, '/'); slash; slash = std::strchr(slash + 1, '/')) {
+        *slash = '\0';
+        mkdir(folder, 0755);
+        *slash = '/';
+    }
+}
+
+int open_log(const char *file) {
+    // Opened for each line, so that the file may be moved away; and never waiting for a reader.
+    const int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    const int fd = open(file, flags, 0644);
+    if (fd >= 0 || errno != ENOENT) {
+        return fd;
+    }
+    make_folders(file);
+    return open(file, flags, 0644);
+}
+
+bool write_to_file(const char *file, std::string_view line) {
+    const int fd = file[0] ? open_log(file) : -1;
+    if (fd < 0) {
+        return false;
+    }
+    const ssize_t written = write(fd, line.data(), line.size());
+    close(fd);
+    return written == static_cast<ssize_t>(line.size());
+}
+
+void write_line(std::string_view line) {
+    if (!write_to_file(destination().file, line) &&
+        write(STDERR_FILENO, line.data(), line.size()) < 0) {
+        // There is no other place to say it.
+    }
+}
+
+// A reader that has gone away must not end the process that logs.
+class PipeSignalHeld {
+public:
+    PipeSignalHeld() {
+        sigset_t pending;
+        sigemptyset(&pipe_);
+        sigaddset(&pipe_, SIGPIPE);
+        sigpending(&pending);
+        was_pending_ = sigismember(&pending, SIGPIPE) == 1;
+        sigprocmask(SIG_BLOCK, &pipe_, &before_);
+    }
+    ~PipeSignalHeld() {
+        const timespec at_once{};
+        if (!was_pending_) {
+            sigtimedwait(&pipe_, nullptr, &at_once);
+        }
+        sigprocmask(SIG_SETMASK, &before_, nullptr);
+    }
+    PipeSignalHeld(const PipeSignalHeld &) = delete;
+    PipeSignalHeld &operator=(const PipeSignalHeld &) = delete;
+
+private:
+    sigset_t pipe_;
+    sigset_t before_;
+    bool was_pending_;
+};
+
+void add_head(PdLine &line, const char *kind, NB_ULONG identifier, NB_USHORT detail) {
+    char when[32] = "";
+    const time_t now = time(nullptr);
+    tm fields;
+    if (localtime_r(&now, &fields)) {
+        std::strftime(when, sizeof(when), "%Y-%m-%d %H:%M:%S", &fields);
+    }
+    line.addf("%s %s[%d] %s 0x%08X detail %u: ", when, program_invocation_short_name,
+              static_cast<int>(getpid()), kind, identifier, detail);
+}
+
+void print(const char *kind, NB_ULONG identifier, NB_USHORT detail, const char *format,
+           va_list values) {
+    const int saved_errno = errno;
+    const PdRow &row = pd_find(identifier);
+    PdLine line;
+    add_head(line, kind, identifier, detail);
+    const char *meaning = pd_detail(identifier, detail);
+    line.add(meaning ? meaning : row.meaning);
+    line.add_values(row, format, values);
+    if (row.facts) {
+        char facts[1024];
+        row.facts(facts, sizeof(facts));
+        line.add(": ");
+        line.add_text(facts);
+    }
+    {
+        const PipeSignalHeld held;
+        write_line(line.finish());
+    }
+    errno = saved_errno;
+}
+
+} // namespace
+
+} // namespace base
+
+NB_VOID nba_pd_print_problem(NB_ULONG identifier, NB_USHORT detail, const NB_CHAR *format, ...) {
+    if (base::destination().level < NB_PD_PROBLEM) {
+        return;
+    }
+    va_list values;
+    va_start(values, format);
+    base::print("problem", identifier, detail, format, values);
+    va_end(values);
+}
+
+NB_VOID nba_pd_print_exception(NB_ULONG identifier, NB_USHORT detail, const NB_CHAR *format, ...) {
+    if (base::destination().level < NB_PD_EXCEPTION) {
+        return;
+    }
+    va_list values;
+    va_start(values, format);
+    base::print("exception", identifier, detail, format, values);
+    va_end(values);
+}
+
+NB_VOID nba_pd_set_log(const NB_CHAR *file, NB_USHORT level) {
+    base::Destination &where = base::destination();
+    const int length = std::snprintf(where.file, sizeof(where.file), "%s", file ? file : "");
+    if (length < 0 || static_cast<size_t>(length) >= sizeof(where.file)) {
+        where.file[0] = '\0';
+    }
+    where.level = level;
+}

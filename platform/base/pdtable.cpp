@@ -1,0 +1,146 @@
+#include "pdtable.h"
+
+#include "catalog.h"
+#include "nbbase.h"
+#include "nofverbs.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+
+namespace base {
+
+namespace {
+
+void catalog_facts(char *text, size_t size) {
+    char own[PATH_MAX] = "";
+    char common[PATH_MAX] = "";
+    catalog_path(catalog_locale(), own, sizeof(own));
+    catalog_path("C", common, sizeof(common));
+    std::snprintf(text, size, "tried %s, then %s", own, common);
+}
+
+void uid_facts(char *text, size_t size) {
+    const char *path = std::getenv("UIDPATH");
+    std::snprintf(text, size, "UIDPATH is %s", path ? path : "not set");
+}
+
+constexpr PdRow rows[] = {
+    {pd_assertion, "assertion failed", {{"expression"}, {"file"}, {"line"}}},
+    {0x40020000,
+     "the program ends for an unknown reason",
+     {{"code"}, {"subcode"}, {"file"}, {"line"}}},
+    {0x40020001, "the program ends after an internal error", {{"file"}, {"line"}}},
+    {0x40020002,
+     "verb failed",
+     {{"opcode", PdDecode::opcode},
+      {"primary_rc", PdDecode::primary_rc},
+      {"secondary_rc", PdDecode::secondary_rc}}},
+    {0x40020004, "unknown resource", {{"opcode", PdDecode::opcode}, {"name"}}},
+    {0x40020005, "message catalogue cannot be used", {}, catalog_facts},
+    {0x40020006, "UID file cannot be used", {}, uid_facts},
+    {0x40020007, "a window or an icon could not be made", {{"name"}}},
+    {0x4002000B, "X protocol error", {{"error_code"}, {"request_code"}, {"text"}}},
+    {0x40030001, "node software cannot be reached", {{"socket"}, {"reason"}}},
+    {0x40030002,
+     "connection to the node software lost",
+     {{"reason"}, {"verbs_in_flight"}, {"registrations"}}},
+};
+
+constexpr PdRow general = {0, "problem of no known kind", {}};
+
+struct PdDetail {
+    NB_ULONG identifier;
+    NB_USHORT detail;
+    const char *text;
+};
+
+constexpr PdDetail details[] = {
+    {pd_assertion, 1, "fatal assertion failed"},
+    {0x40020002, 2, "registration for indications failed"},
+    {0x40020005, 0, "message catalogue could not be opened for the usage text"},
+    {0x40020005, 1, "message catalogue has no text for a bad argument (message 599)"},
+    {0x40020005, 2, "message catalogue has no usage text (message 609)"},
+    {0x40020005, 3, "message catalogue could not be opened"},
+    {0x40020005, 4, "message catalogue lacks a message, or there was no memory for one"},
+    {0x40020006, 0, "UID file of the dialogs (quildlg.uid) could not be opened"},
+    {0x40020006, 1, "no UID file of icons could be opened"},
+    {0x40020007, 4, "contents of the system window could not be shown"},
+    {0x40020007, 5, "contents of the node window could not be shown"},
+    {0x40020007, 6, "an icon could not be fetched"},
+    {0x40020007, 7, "the selected form of an icon could not be fetched"},
+};
+
+struct Name {
+    NB_ULONG number;
+    const char *name;
+};
+
+#define NAME(constant)                                                                             \
+    { constant, #constant }
+constexpr Name primary_names[] = {
+    NAME(NAP_OK),           NAME(NAP_PARAMETER_CHECK), NAME(NAP_STATE_CHECK),  NAME(NAP_INDICATION),
+    NAME(NAP_COMM_FAILURE), NAME(NAP_UNAVAILABLE),     NAME(NAP_NOT_SUPPORTED)};
+
+constexpr Name secondary_names[] = {
+    NAME(NAP_NO_PERMISSION),    NAME(NAP_BAD_TARGET),      NAME(NAP_BAD_LENGTH),
+    NAME(NAP_INVALID_NAME),     NAME(NAP_INVALID_VALUE),   NAME(NAP_INVALID_LIST_OPTION),
+    NAME(NAP_UNKNOWN_RESOURCE), NAME(NAP_UNKNOWN_OWNER),   NAME(NAP_DUPLICATE_NAME),
+    NAME(NAP_NO_DOMAIN_CONFIG), NAME(NAP_NODE_GONE),       NAME(NAP_CONNECTION_GONE),
+    NAME(NAP_NODE_BUSY),        NAME(NAP_RESOURCE_ACTIVE), NAME(NAP_RESOURCE_INACTIVE),
+    NAME(NAP_IN_USE),           NAME(NAP_NODE_NOT_ACTIVE), NAME(NAP_LAST_BACKUP),
+    NAME(NAP_STORE_FAILED),     NAME(NAP_SINK_OVERFLOW),   NAME(NAP_SYSTEM_FILE_CHANGED),
+    NAME(NAP_NO_HPR_CONNECTION)};
+#undef NAME
+
+template <size_t count> const char *name_in(const Name (&names)[count], NB_ULONG number) {
+    for (const Name &row : names) {
+        if (row.number == number) {
+            return row.name;
+        }
+    }
+    return nullptr;
+}
+
+const char *opcode_name(NB_ULONG number) {
+    const NAP_VERB *verb =
+        number <= USHRT_MAX ? nap_find_verb(static_cast<NB_USHORT>(number)) : nullptr;
+    return verb ? verb->name : nullptr;
+}
+
+} // namespace
+
+const PdRow &pd_find(NB_ULONG identifier) {
+    for (const PdRow &row : rows) {
+        if (row.identifier == identifier) {
+            return row;
+        }
+    }
+    return general;
+}
+
+const char *pd_detail(NB_ULONG identifier, NB_USHORT detail) {
+    for (const PdDetail &row : details) {
+        if (row.identifier == identifier && row.detail == detail) {
+            return row.text;
+        }
+    }
+    return nullptr;
+}
+
+const char *pd_explain(PdDecode decode, NB_ULONG number) {
+    switch (decode) {
+    case PdDecode::none:
+        return nullptr;
+    case PdDecode::opcode:
+        return opcode_name(number);
+    case PdDecode::primary_rc:
+        return name_in(primary_names, number);
+    case PdDecode::secondary_rc:
+        return name_in(secondary_names, number);
+    }
+    return nullptr;
+}
+
+} // namespace base
