@@ -1,0 +1,180 @@
+#!/usr/bin/env python3
+"""Makes one UIL module of icon literals from the drawings in src/.
+
+    svg2uil.py --set small|big --table icons.txt --src src --out icons.uil
+
+Every row of the table names an icon, its class (which fixes the size), its drawing and whether
+it is coloured or greyed.  For each icon the module exports <name><suffix>_icon and, for selected
+lines, <name><suffix>_iconi: the same picture with foreground and background exchanged.
+
+The drawings use the colours of PALETTE and no others.  Ink and ground stand for the window's
+foreground and background, so they change places on a selected line; the other colours stay.
+Hence the rule of the set: ink for outlines, slate for what is drawn inside a filled shape.
+"""
+
+import argparse
+import collections
+import os
+import subprocess
+import sys
+
+from gridfit import Drawing, DrawingError
+
+# Name, colour in the drawings, character in the UIL rows.
+PALETTE = (
+    ('ground', '#ffffff', ' '),
+    ('ink', '#000000', '#'),
+    ('paper', '#f3f6f8', 'p'),
+    ('grey', '#9aa6b2', 'y'),
+    ('slate', '#2e4258', 's'),
+    ('blue', '#2a78c8', 'b'),
+    ('sky', '#a9d3f2', 'k'),
+    ('green', '#38ae62', 'g'),
+    ('amber', '#f2b632', 'a'),
+    ('red', '#d8463c', 'r'),
+)
+GROUND, INK = ' ', '#'
+MARKS = {name: mark for name, _, mark in PALETTE}
+HEX = {mark: colour for _, colour, mark in PALETTE}
+
+# What an insensitive picture makes of each colour: grey lines on paper.
+GREYED = {MARKS[name]: MARKS[to] for name, to in (
+    ('ground', 'ground'), ('paper', 'ground'), ('sky', 'paper'), ('blue', 'paper'),
+    ('green', 'paper'), ('amber', 'paper'), ('red', 'paper'), ('ink', 'grey'),
+    ('slate', 'grey'), ('grey', 'grey'))}
+TINTS = {'colour': None, 'grey': GREYED}
+
+SETS = {'small': ('', {'line': 20, 'tool': 24, 'expand': 13}),
+        'big': ('big', {'line': 28, 'tool': 36, 'expand': 17})}
+
+SAMPLES = 4         # samples a pixel in each direction
+COLUMNS = 10        # icons in a row of the sheet
+OUTLINE_WEIGHT = 5  # votes of an ink or slate sample, so that thin strokes keep their pixels
+FILL_WEIGHT = 4
+
+Icon = collections.namedtuple('Icon', 'name pixels drawing tint')
+
+
+def read_table(path, source_folder, pixels_of_class):
+    """The icons in table order; the table holds `name class drawing tint` and # comments."""
+    icons, drawings = [], {}
+    parts = Drawing(os.path.join(source_folder, 'parts.svg'))
+    with open(path, encoding='ascii') as table:
+        for number, line in enumerate(table, 1):
+            fields = line.split('#')[0].split()
+            if not fields:
+                continue
+            if len(fields) != 4 or fields[1] not in pixels_of_class or fields[3] not in TINTS:
+                raise DrawingError(f'{os.path.basename(path)}:{number}: not an icon row')
+            name, kind, source, tint = fields
+            if source not in drawings:
+                drawings[source] = read_drawing(source_folder, source, parts)
+            icons.append(Icon(name, pixels_of_class[kind], drawings[source], TINTS[tint]))
+    return icons
+
+
+def read_drawing(folder, name, parts):
+    drawing = Drawing(os.path.join(folder, name + '.svg'), parts)
+    foreign = drawing.colours() - set(HEX.values())
+    if foreign:
+        drawing.fail(f'colours outside the palette: {", ".join(sorted(foreign))}')
+    return drawing
+
+
+def render(icons):
+    """Renders all icons on one sheet, without blending, and returns their rows of marks."""
+    cell = max(icon.pixels for icon in icons)
+    rows = -(-len(icons) // COLUMNS)
+    width, height = COLUMNS * cell, rows * cell
+    sheet = [f'<svg xmlns="http://www.w3.org/2000/svg" shape-rendering="crispEdges" '
+             f'width="{width * SAMPLES}" height="{height * SAMPLES}" '
+             f'viewBox="0 0 {width} {height}">']
+    for index, icon in enumerate(icons):
+        x, y = index % COLUMNS * cell, index // COLUMNS * cell
+        sheet.append(f'<svg x="{x}" y="{y}" width="{icon.pixels}" height="{icon.pixels}">\n'
+                     f'{icon.drawing.fitted(icon.pixels)}\n</svg>')
+    sheet.append('</svg>')
+    marks = rasterize('\n'.join(sheet), width * SAMPLES)
+    return [picture(marks, index % COLUMNS * cell, index // COLUMNS * cell, icon)
+            for index, icon in enumerate(icons)]
+
+
+def rasterize(sheet, width):
+    """The sheet's samples, one string of marks a row."""
+    png = subprocess.run(['rsvg-convert', '--background-color', HEX[GROUND]],
+                         input=sheet.encode(), stdout=subprocess.PIPE, check=True).stdout
+    pnm = subprocess.run(['pngtopnm'], input=png, stdout=subprocess.PIPE, check=True).stdout
+    magic, size, depth, data = pnm.split(b'\n', 3)
+    if magic != b'P6' or int(size.split()[0]) != width or depth != b'255':
+        raise DrawingError('the renderer gave an unexpected picture')
+    mark_of = {bytes.fromhex(colour[1:]): mark for mark, colour in HEX.items()}
+    stride = 3 * width
+    try:
+        return [''.join(mark_of[data[i:i + 3]] for i in range(start, start + stride, 3))
+                for start in range(0, len(data), stride)]
+    except KeyError as colour:
+        raise DrawingError(f'the renderer blended colours: {colour}') from None
+
+
+def picture(marks, x, y, icon):
+    rows = []
+    for row in range(y, y + icon.pixels):
+        band = marks[row * SAMPLES:(row + 1) * SAMPLES]
+        text = ''.join(vote(''.join(line[i * SAMPLES:(i + 1) * SAMPLES] for line in band))
+                       for i in range(x, x + icon.pixels))
+        rows.append(text.translate(str.maketrans(icon.tint)) if icon.tint else text)
+    return rows
+
+
+def vote(samples):
+    """The mark of one pixel: ground when more than half of it is, else the strongest colour."""
+    counts = collections.Counter(samples)
+    if counts[GROUND] * 2 > len(samples):
+        return GROUND
+    del counts[GROUND]
+    outlines = (INK, MARKS['slate'])
+    return max(counts, key=lambda mark: counts[mark] * (
+        OUTLINE_WEIGHT if mark in outlines else FILL_WEIGHT))
+
+
+def write_module(path, module, suffix, icons, pictures):
+    """Icons of the same colours share a table: the toolkit asks the server for every entry."""
+    used = [''.join(m for m in HEX if m not in (GROUND, INK) and any(m in row for row in rows))
+            for rows in pictures]
+    out = [f'module {module}', 'names = case_sensitive', '', 'value']
+    out += [f"    pal_{name} : color('{HEX[mark]}');" for name, _, mark in PALETTE
+            if mark not in (GROUND, INK)]
+    for colours in sorted(set(used)):
+        entries = ''.join(f",\n        pal_{name}='{mark}'" for name, _, mark in PALETTE
+                          if mark in colours)
+        for form, ground, ink in (('n', 'background', 'foreground'),
+                                  ('i', 'foreground', 'background')):
+            out += [f"    tab_{form}_{colours} : color_table({ground} color='{GROUND}', "
+                    f"{ink} color='{INK}'{entries});"]
+    for icon, rows, colours in zip(icons, pictures, used):
+        body = ',\n'.join(f"        '{row}'" for row in rows)
+        for form, ending in (('n', ''), ('i', 'i')):
+            out += [f'    {icon.name}{suffix}_icon{ending} : exported icon('
+                    f'color_table = tab_{form}_{colours},\n{body});']
+    out += ['end module;', '']
+    with open(path, 'w', encoding='ascii') as module_file:
+        module_file.write('\n'.join(out))
+
+
+def main():
+    arguments = argparse.ArgumentParser(description=__doc__.split('\n')[0])
+    arguments.add_argument('--set', choices=SETS, required=True)
+    arguments.add_argument('--table', required=True)
+    arguments.add_argument('--src', required=True)
+    arguments.add_argument('--out', required=True)
+    options = arguments.parse_args()
+    suffix, pixels_of_class = SETS[options.set]
+    try:
+        icons = read_table(options.table, options.src, pixels_of_class)
+        write_module(options.out, 'icons' + suffix, suffix, icons, render(icons))
+    except (DrawingError, OSError, subprocess.CalledProcessError) as fault:
+        sys.exit(f'svg2uil: {fault}')
+
+
+if __name__ == '__main__':
+    main()
