@@ -1,0 +1,97 @@
+#include "vgaindct.h"
+#include "nofverbs.h"
+#include "vgadsdel.h"
+#include "vgaglob.h"
+#include "vgahooks.h"
+#include "vgamsgs.h"
+#include "vgarec.h"
+#include <algorithm>
+
+namespace {
+
+struct PROCESSOR {
+    NB_USHORT opcode;
+    NB_VOID (*process)(const VGA_PROCESS_STATE *work);
+};
+
+constexpr PROCESSOR processors[] = {
+    {NAP_NOF_STATUS_INDICATION, vga_process_nof_status_ind},
+};
+
+/* Nothing may use a target any more once the node software is going down. */
+NB_VOID forget_all_targets(NB_VOID) {
+    gvga_system->domain_target = 0;
+    gvga_system->net_target = 0;
+    gvga_system->config_target = 0;
+    std::fill(std::begin(gvga_system->config_name), std::end(gvga_system->config_name), '\0');
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
+        node.target = 0;
+        node.tp_target = 0;
+    });
+}
+
+VGA_NODE *node_of_target(NB_ULONG target) {
+    VGA_NODE *found = nullptr;
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found, target](VGA_NODE &node) {
+        if (target != 0 && (node.target == target || node.tp_target == target)) {
+            found = &node;
+        }
+    });
+    return found;
+}
+
+/* A single node ends the program with it; in a domain the others go on. */
+NB_VOID node_dead_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
+    if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_hooks.stop != nullptr) {
+        gvga_hooks.stop();
+    }
+}
+
+NB_VOID node_died(VGA_NODE *node) {
+    if (gvga_system->config_target == node->target) {
+        gvga_system->config_target = 0;
+        std::fill(std::begin(gvga_system->config_name), std::end(gvga_system->config_name), '\0');
+    }
+    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, "nodedead", node_dead_info_cb, 0,
+                            "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
+    if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
+        vga_free_node_resources(node, 1, nullptr);
+    }
+}
+
+} // namespace
+
+NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work) {
+    NAP_NOF_STATUS_INDICATION_VERB indication;
+    memcpy(&indication, work->vcb, sizeof(indication));
+    if (indication.status == NAP_CONNECTION_GONE) {
+        VGA_EXIT(VGA_EXIT_SHUTTING_DOWN, 0);
+        vga_wake_main_loop();
+        forget_all_targets();
+        return;
+    }
+    if (nba_validate_handle(work->user_data) == nullptr) {
+        return;
+    }
+    NB_ULONG target = indication.target_handle;
+    if (target != 0 && target == gvga_system->net_target) {
+        vga_free_sna_net_resources(nullptr);
+    } else if (indication.status == NAP_SYSTEM_FILE_CHANGED ||
+               (target != 0 && target == gvga_system->domain_target)) {
+        vga_free_system_resources(indication.status != NAP_SYSTEM_FILE_CHANGED, nullptr);
+    } else if (VGA_NODE *node = node_of_target(target)) {
+        node_died(node);
+    }
+}
+
+NB_VOID vga_dispatch_indication(const VGA_PROCESS_STATE *work) {
+    if (gvga_system == nullptr) {
+        return;
+    }
+    for (const PROCESSOR &row : processors) {
+        if (row.opcode == work->vcb->opcode) {
+            row.process(work);
+            return;
+        }
+    }
+}

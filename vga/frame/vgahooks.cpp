@@ -1,0 +1,3 @@
+#include "vgahooks.h"
+
+VGA_HOOKS gvga_hooks;

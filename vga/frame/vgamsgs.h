@@ -1,0 +1,84 @@
+/* The program's messages: the table that start-up fills from the catalogue, their names in the code,
+ * and the formatter.  Texts are in the locale's character set. */
+#ifndef VGAMSGS_H
+#define VGAMSGS_H
+
+#include "nbtypes.h"
+
+#define VGA_MESSAGE_SET 2
+#define VGA_MESSAGE_COUNT 1483
+
+extern NB_INT gvga_catalog; /* -1: closed */
+extern NB_INT gvga_setid;   /* -1 until the catalogue is open, then VGA_MESSAGE_SET */
+
+/* Entry 0 is unused; all are null until vga_load_messages.  The texts lie in gvga_message_memory. */
+extern const NB_CHAR *gvga_messages[VGA_MESSAGE_COUNT + 1];
+extern NB_CHAR *gvga_message_memory;
+
+enum VGA_MESSAGE : NB_USHORT {
+    VGA_MSG_CONFIRM_TITLE = 185,
+    VGA_MSG_NO_BUTTON = 190,
+    VGA_MSG_CONFIRM_EXIT = 205,
+    VGA_MSG_DIALOG_FAILED = 208,
+    VGA_MSG_ERROR_TITLE = 210,
+    VGA_MSG_INFO_TITLE = 213,
+    VGA_MSG_NO_MASTER = 217,
+    VGA_MSG_OK_TO_ALL_BUTTON = 221,
+    VGA_MSG_FATAL_VERB = 226,
+    VGA_MSG_CP_LU_DESCRIPTION = 230,
+    VGA_MSG_SNA_MODE_DESCRIPTION = 234,
+    VGA_MSG_NODE_DEAD = 300,
+    VGA_MSG_SYSTEM_SHUTDOWN = 301,
+    VGA_MSG_BAD_ARGUMENT = 599,
+    VGA_MSG_BIG_FONT = 600,
+    VGA_MSG_BIG_SUFFIX = 601,
+    VGA_MSG_FATAL_UNEXPECTED = 602,
+    VGA_MSG_START_UP_FAILED = 603,
+    VGA_MSG_FATAL_INTERNAL = 604,
+    VGA_MSG_UNAVAILABLE = 605,
+    VGA_MSG_READ_ONLY = 606,
+    VGA_MSG_SMALL_FONT = 607,
+    VGA_MSG_FATAL_OPEN_FILE = 608,
+    VGA_MSG_USAGE = 609,
+    VGA_MSG_NO_BIG_ICONS = 610,
+    VGA_MSG_BAD_SIZE = 611,
+    VGA_MSG_SMALL_SCREEN_FONT = 612,
+    VGA_MSG_READING = 1240,
+    VGA_MSG_READ = 1241,
+    VGA_MSG_THE_DOMAIN = 1242,
+    VGA_MSG_THE_NODE = 1243,
+    VGA_MSG_FONT_NOT_FOUND = 1439,
+    VGA_MSG_FONT_PARTIAL = 1442,
+    VGA_MSG_FONT_DEFAULT_PARTIAL = 1443,
+    VGA_MSG_FONT_NONE = 1444,
+    VGA_MSG_NO_NODE = 1482,
+};
+
+/* Opens the catalogue and loads every message.  Returns 1, or 0 with the exit request made (start-up
+ * failure) and a problem record written; nothing is kept open then. */
+NB_USHORT vga_load_messages(NB_VOID);
+
+/* Closes the catalogue and frees the texts; the table is empty again. */
+NB_VOID vga_unload_messages(NB_VOID);
+
+/* The text of a message, never null: an empty text for a number outside 1..VGA_MESSAGE_COUNT or
+ * before the messages were loaded. */
+const NB_CHAR *vga_message(NB_USHORT message);
+
+/* Formats a message into `buffer` of `size` bytes, terminated, cut between characters where it does
+ * not fit.  Returns the length written.
+ *
+ * In the text %1 to %9 stand for the arguments, whose types `types` lists, separated by blanks:
+ *   s text | i, l decimal | x, lx hexadecimal with 4 and 8 digits (NB_LONG or NB_ULONG)
+ *   ca NB_INT width, then an array padded with blanks or NULs, shown without the padding
+ *   cs NB_INT width, then an array that ends at its first NUL
+ * "%%" is a per cent sign; anything else behind "%" (a column stop) is passed through.  An argument
+ * that the text does not use is skipped; one that it lacks shows as nothing. */
+NB_USHORT vga_print_msg(NB_CHAR *buffer, NB_USHORT size, NB_USHORT message, const NB_CHAR *types,
+                        ...);
+
+/* As vga_print_msg, for a text that is not in the table yet (or a va_list at hand). */
+NB_USHORT vga_format_text(NB_CHAR *buffer, NB_USHORT size, const NB_CHAR *text,
+                          const NB_CHAR *types, __builtin_va_list arguments);
+
+#endif

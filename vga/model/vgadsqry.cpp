@@ -1,0 +1,358 @@
+#include "vgadsqry.h"
+#include "vgadsadd.h"
+#include "vgadsutl.h"
+#include "vgaglob.h"
+#include "vgahooks.h"
+#include <cstring>
+
+namespace {
+
+constexpr NB_ULONG verb_failed = 0x40020002;
+constexpr NB_ULONG unknown_resource = 0x40020004;
+constexpr NB_ULONG bad_list = 0x40020008;
+constexpr NB_USHORT build_flag_byte = 8;
+
+enum BAD_LIST_DETAIL : NB_USHORT { ENTRY_TOO_SHORT = 1, ENTRY_TOO_LONG = 2, EMPTY_BUT_TOTAL = 3 };
+
+NB_USHORT exceptions_wanted(NB_VOID) { return (ptrc.flags[build_flag_byte] & 1) == 0; }
+
+VGA_ENTRY_RESULT owner_missing(NB_USHORT opcode, const NB_UCHAR *name, NB_USHORT width) {
+    if (exceptions_wanted()) {
+        nba_pd_print_exception(unknown_resource, 0, "x ca", opcode, width, name);
+    }
+    return VGA_ENTRY_SKIPPED;
+}
+
+template <class Data> Data copy_entry(const NB_UCHAR *entry) {
+    Data data;
+    memcpy(&data, entry, sizeof(data));
+    return data;
+}
+
+template <class Data> const Data *as_entry(const NB_UCHAR *entry) {
+    return reinterpret_cast<const Data *>(entry);
+}
+
+/* The common end of every entry: a record was made (or there was no memory) and goes in. */
+template <class Record>
+VGA_ENTRY_RESULT insert(Record *record, Record *(*insert_record)(Record *)) {
+    return record != nullptr && insert_record(record) != nullptr ? VGA_ENTRY_ADDED
+                                                                 : VGA_ENTRY_NO_MEMORY;
+}
+
+VGA_ENTRY_RESULT add_node(VGA_NODE *, const NB_UCHAR *entry) {
+    return insert(vga_init_vga_node(as_entry<NAP_NODE_ALL_DATA>(entry)), vga_insert_vga_node);
+}
+
+VGA_ENTRY_RESULT add_dlc(VGA_NODE *node, const NB_UCHAR *entry) {
+    return insert(vga_init_vga_dlc(node, as_entry<NAP_DLC_DATA>(entry)), vga_insert_vga_dlc);
+}
+
+VGA_ENTRY_RESULT add_port(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_PORT_DATA data = copy_entry<NAP_PORT_DATA>(entry);
+    VGA_DLC *dlc = vga_find_dlc(node, data.def_data.dlc_name);
+    if (dlc == nullptr) {
+        return owner_missing(NAP_QUERY_PORT, data.def_data.dlc_name, 8);
+    }
+    return insert(vga_init_vga_port(dlc, as_entry<NAP_PORT_DATA>(entry)), vga_insert_vga_port);
+}
+
+VGA_ENTRY_RESULT add_ls(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_LS_DATA data = copy_entry<NAP_LS_DATA>(entry);
+    VGA_PORT *port = vga_find_port(node, data.def_data.port_name);
+    if (port == nullptr) {
+        return owner_missing(NAP_QUERY_LS, data.def_data.port_name, 8);
+    }
+    return insert(vga_init_vga_ls(port, as_entry<NAP_LS_DATA>(entry)), vga_insert_vga_ls);
+}
+
+VGA_ENTRY_RESULT add_pu(VGA_NODE *node, const NB_UCHAR *entry) {
+    return insert(vga_init_vga_local_pu(node, as_entry<NAP_PU_DATA>(entry)),
+                  vga_insert_vga_local_pu);
+}
+
+VGA_ENTRY_RESULT add_lu03(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_LU03_DATA data = copy_entry<NAP_LU03_DATA>(entry);
+    VGA_LOCAL_PU *pu = vga_find_local_pu(node, data.pu_name);
+    if (pu == nullptr) {
+        return owner_missing(NAP_QUERY_LU_0_TO_3, data.pu_name, 8);
+    }
+    return insert(vga_init_vga_lu03(pu, as_entry<NAP_LU03_DATA>(entry)), vga_insert_vga_lu03);
+}
+
+VGA_ENTRY_RESULT add_lu62(VGA_NODE *node, const NB_UCHAR *entry) {
+    return insert(vga_init_vga_lu62(node, as_entry<NAP_LOCAL_LU_DATA>(entry)),
+                  vga_insert_vga_lu62);
+}
+
+VGA_ENTRY_RESULT add_mode_def(VGA_NODE *node, const NB_UCHAR *entry) {
+    return insert(vga_init_vga_mode_def(node, as_entry<NAP_MODE_DEF_DATA>(entry)),
+                  vga_insert_vga_mode_def);
+}
+
+VGA_ENTRY_RESULT add_cos(VGA_NODE *node, const NB_UCHAR *entry) {
+    return insert(vga_init_vga_cos(node, as_entry<NAP_COS_DATA>(entry)), vga_insert_vga_cos);
+}
+
+/* A mode in use also tells of the partner, where it is, and the sessions with it. */
+VGA_ENTRY_RESULT add_mode(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_MODE_DATA data = copy_entry<NAP_MODE_DATA>(entry);
+    VGA_LU62 *lu = vga_find_lu62_by_alias(node, data.lu_alias);
+    if (lu == nullptr) {
+        return owner_missing(NAP_QUERY_MODE, data.lu_alias, 8);
+    }
+    NAP_PLU_DATA partner = {};
+    partner.overlay_size = sizeof(partner);
+    memcpy(partner.lu_alias, data.lu_alias, sizeof(partner.lu_alias));
+    memcpy(partner.plu_alias, data.plu_alias, sizeof(partner.plu_alias));
+    memcpy(partner.fqplu_name, data.fqplu_name, sizeof(partner.fqplu_name));
+    memcpy(partner.fq_cp_name, data.fq_cp_name, sizeof(partner.fq_cp_name));
+    VGA_PLU_KEY key;
+    memcpy(key.plu_alias, data.plu_alias, sizeof(key.plu_alias));
+    memcpy(key.fqplu_name, data.fqplu_name, sizeof(key.fqplu_name));
+    if (ntl_avl_find(&lu->partners, &key) == nullptr &&
+        insert(vga_init_vga_plu(lu, &partner), vga_insert_vga_plu) != VGA_ENTRY_ADDED) {
+        return VGA_ENTRY_NO_MEMORY;
+    }
+    if (vga_add_vga_rem_sess(node, as_entry<NAP_MODE_DATA>(entry)) == nullptr) {
+        return VGA_ENTRY_NO_MEMORY;
+    }
+    return insert(vga_init_vga_mode(lu, as_entry<NAP_MODE_DATA>(entry)), vga_insert_vga_mode);
+}
+
+VGA_ENTRY_RESULT add_plu(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_PLU_DATA data = copy_entry<NAP_PLU_DATA>(entry);
+    VGA_LU62 *lu = vga_find_lu62_by_alias(node, data.lu_alias);
+    if (lu == nullptr) {
+        return owner_missing(NAP_QUERY_PARTNER_LU, data.lu_alias, 8);
+    }
+    if (vga_need_rem_plu(node, data.fq_cp_name, data.fqplu_name, NAP_DIR_LU) == nullptr) {
+        return VGA_ENTRY_NO_MEMORY;
+    }
+    return insert(vga_init_vga_plu(lu, as_entry<NAP_PLU_DATA>(entry)), vga_insert_vga_plu);
+}
+
+/* A directory entry names a remote system, or a partner LU and the system that has it. */
+VGA_ENTRY_RESULT add_dir(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_DIR_DATA data = copy_entry<NAP_DIR_DATA>(entry);
+    NB_UCHAR *own_cp = node->node_data.info.fq_cp_name;
+    NB_USHORT own = memcmp(data.fqcp_name, own_cp, sizeof(data.fqcp_name)) == 0;
+    if (!own && (data.resource_type == NAP_DIR_END_NODE ||
+                 data.resource_type == NAP_DIR_NETWORK_NODE)) {
+        VGA_REM_SYS *system = vga_init_vga_rem_sys(node, as_entry<NAP_DIR_DATA>(entry));
+        if (system == nullptr) {
+            return VGA_ENTRY_NO_MEMORY;
+        }
+        system->defined = 1;
+        vga_insert_vga_rem_sys(system);
+    } else if (!own) {
+        VGA_REM_PLU *plu =
+            vga_need_rem_plu(node, data.fqcp_name, data.resource_name, data.resource_type);
+        if (plu == nullptr) {
+            return VGA_ENTRY_NO_MEMORY;
+        }
+        plu->in_directory = 1;
+    }
+    return insert(vga_init_vga_dir(node, as_entry<NAP_DIR_DATA>(entry)), vga_insert_vga_dir);
+}
+
+/* A definition goes to the partner wherever the directory or the sessions have put it, else under
+ * the placeholder. */
+VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_PLU_DEF_DATA data = copy_entry<NAP_PLU_DEF_DATA>(entry);
+    static const NB_UCHAR unknown_cp[sizeof(VGA_REM_SYS::name)] = {};
+    VGA_REM_PLU *known = vga_need_rem_plu(node, unknown_cp, data.fqplu_name, NAP_DIR_LU);
+    if (known == nullptr) {
+        return VGA_ENTRY_NO_MEMORY;
+    }
+    VGA_REM_PLU *plu = vga_init_vga_rem_plu(known->parent, as_entry<NAP_PLU_DEF_DATA>(entry),
+                                            NAP_DIR_LU);
+    if (plu == nullptr) {
+        return VGA_ENTRY_NO_MEMORY;
+    }
+    plu->defined = 1;
+    return insert(plu, vga_insert_vga_rem_plu);
+}
+
+constexpr NB_USHORT name8 = 8;
+constexpr NB_USHORT name17 = 17;
+
+/* Lists without a function are asked for, so that the build knows them complete, and make no
+ * records. */
+constexpr VGA_LIST lists[] = {
+    {NAP_QUERY_NODE_ALL, 128, 0, sizeof(NAP_NODE_ALL_DATA), add_node},
+    {NAP_QUERY_SNA_NET, 128, 0, 0, nullptr},
+    {NAP_QUERY_DLC, name8, 0, sizeof(NAP_DLC_DATA), add_dlc},
+    {NAP_QUERY_PORT, name8, 0, sizeof(NAP_PORT_DATA), add_port},
+    {NAP_QUERY_LS, name8, 0, sizeof(NAP_LS_DATA), add_ls},
+    {NAP_QUERY_CN, name17, 0, 0, nullptr},
+    {NAP_QUERY_CN_PORT, name17 + name8, name17, 0, nullptr},
+    {NAP_QUERY_PU, name8, 0, sizeof(NAP_PU_DATA), add_pu},
+    {NAP_QUERY_DOWNSTREAM_PU, name8, 0, 0, nullptr},
+    {NAP_QUERY_DLUR_PU, name8, 0, sizeof(NAP_PU_DATA), add_pu},
+    {NAP_QUERY_LOCAL_LU, name8, 0, sizeof(NAP_LOCAL_LU_DATA), add_lu62},
+    {NAP_QUERY_LU_0_TO_3, 2 * name8, name8, sizeof(NAP_LU03_DATA), add_lu03},
+    {NAP_QUERY_DOWNSTREAM_LU, 2 * name8, name8, 0, nullptr},
+    {NAP_QUERY_LU_POOL, 2 * name8, 0, 0, nullptr},
+    {NAP_QUERY_MODE, 2 * name8 + name17, name8, sizeof(NAP_MODE_DATA), add_mode},
+    {NAP_QUERY_MODE_DEFINITION, name8, 0, sizeof(NAP_MODE_DEF_DATA), add_mode_def},
+    {NAP_QUERY_COS, name8, 0, sizeof(NAP_COS_DATA), add_cos},
+    {NAP_QUERY_COS_NODE_ROW, name8 + 2, name8, 0, nullptr},
+    {NAP_QUERY_COS_TG_ROW, name8 + 2, name8, 0, nullptr},
+    {NAP_QUERY_DIRECTORY_ENTRY, 2 * name17 + 2, 0, sizeof(NAP_DIR_DATA), add_dir},
+    {NAP_QUERY_PARTNER_LU, 2 * name8 + name17, name8, sizeof(NAP_PLU_DATA), add_plu},
+    {NAP_QUERY_PARTNER_LU_DEFINITION, name17, 0, sizeof(NAP_PLU_DEF_DATA), add_plu_def},
+    {NAP_QUERY_TP_DEFINITION, 64, 0, 0, nullptr},
+    {NAP_QUERY_TP_LOAD_INFO, 64 + name8, 0, 0, nullptr},
+    {NAP_QUERY_LU62_TIMEOUT, name17 + 1, 0, 0, nullptr},
+    {NAP_QUERY_LS_ROUTING, name8 + name17, 0, 0, nullptr},
+    {NAP_QUERY_DSPU_TEMPLATE, name8, 0, 0, nullptr},
+    {NAP_QUERY_RTP_CONNECTION, name8, 0, 0, nullptr},
+    {NAP_QUERY_LU_LU_PASSWORD, name8 + name17, name8, 0, nullptr},
+    {NAP_QUERY_USERID_PASSWORD, 10, 0, 0, nullptr},
+    {NAP_QUERY_SECURITY_ACCESS_LIST, 14, 0, 0, nullptr},
+    {NAP_QUERY_CPIC_SIDE_INFO, name8, 0, 0, nullptr},
+    {NAP_QUERY_EMULATOR_USER_DEF, 32, 0, 0, nullptr},
+    {NAP_QUERY_RJE_WKSTN_DEF, 4, 0, 0, nullptr},
+    {NAP_QUERY_EXTRA_DATA, name8, 0, 0, nullptr},
+    {NAP_QUERY_PRIMARY_LINE, name8, 0, 0, nullptr},
+    {NAP_QUERY_PRIMARY_LU0, name8, 0, 0, nullptr},
+    {NAP_QUERY_TN3270_ACCESS_DEF, 68, 0, 0, nullptr},
+    {NAP_QUERY_TN3270_ASSOCIATION, name8, 0, 0, nullptr},
+    {NAP_QUERY_TN_REDIRECT_DEF, 72, 0, 0, nullptr},
+    {NAP_QUERY_TAMRIX_APPCIP, 12, 0, 0, nullptr},
+};
+
+/* Walks the entries of an answer; an entry that cannot be right ends the walk. */
+class ENTRY_WALK {
+public:
+    ENTRY_WALK(const VGA_LIST &of, const NAP_VCB *block) : list(of) {
+        memcpy(&query, block, sizeof(query));
+        at = static_cast<const NB_UCHAR *>(vga_buf_ptr(block));
+        end = at == nullptr ? at : at + query.buf_size;
+    }
+
+    /* The next entry, or null behind the last. */
+    const NB_UCHAR *next() {
+        constexpr NB_USHORT length_bytes = 2;
+        if (at == nullptr || count == query.num_entries) {
+            return nullptr;
+        }
+        NB_USHORT size = 0;
+        if (end - at >= length_bytes) {
+            memcpy(&size, at, sizeof(size));
+        }
+        NB_USHORT least = std::max<NB_USHORT>(list.entry_size, length_bytes + list.key_length);
+        if (size < least) {
+            return report(ENTRY_TOO_SHORT, size);
+        }
+        if (size > end - at) {
+            return report(ENTRY_TOO_LONG, size);
+        }
+        const NB_UCHAR *entry = at;
+        at += size;
+        count++;
+        return entry;
+    }
+
+    NB_USHORT walked() const { return count; }
+
+private:
+    const NB_UCHAR *report(BAD_LIST_DETAIL detail, NB_USHORT size) {
+        if (exceptions_wanted()) {
+            nba_pd_print_exception(bad_list, detail, "x i i i", list.opcode, size, count,
+                                   query.num_entries);
+        }
+        at = nullptr;
+        return nullptr;
+    }
+
+    const VGA_LIST &list;
+    NAP_QUERY_LIST query;
+    const NB_UCHAR *at;
+    const NB_UCHAR *end;
+    NB_USHORT count = 0;
+};
+
+} // namespace
+
+const VGA_LIST *vga_find_list(NB_USHORT opcode) {
+    for (const VGA_LIST &list : lists) {
+        if (list.opcode == opcode) {
+            return &list;
+        }
+    }
+    return nullptr;
+}
+
+NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_START &start,
+                         NB_ULONG user_data, VGA_COMPLETION completion) {
+    VGA_OWNED<NAP_QUERY_LIST> query = vga_new_verb<NAP_QUERY_LIST>(list.opcode);
+    VGA_OWNED<NB_VOID> buffer(vga_get_querybuf(0));
+    if (!query || !buffer) {
+        return 0;
+    }
+    query->buf_size = gvga_querybuf_size & ~3U;
+    query->owner_length = start.owner != nullptr ? list.owner_length : 0;
+    NB_UCHAR position = NAP_FIRST_IN_LIST;
+    if (start.key != nullptr) {
+        query->num_entries = 1;
+        position = NAP_LIST_INCLUSIVE;
+        memcpy(query->key, start.key, list.key_length);
+    } else if (start.last != nullptr && start.last->received) {
+        position = NAP_LIST_FROM_NEXT;
+        memcpy(query->key, start.last->key, list.key_length);
+    }
+    if (start.owner != nullptr) {
+        memcpy(query->key, start.owner, list.owner_length);
+    }
+    query->list_options = static_cast<NB_UCHAR>(start.detail | position);
+    vga_set_buf_ptr(reinterpret_cast<NAP_VCB *>(query.get()), buffer.release());
+    return vga_issue_verb(target, std::move(query), user_data, completion);
+}
+
+NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line) {
+    if (exceptions_wanted()) {
+        nba_pd_print_exception(verb_failed, 0, "x x lx", vcb->opcode, vcb->primary_rc,
+                               vcb->secondary_rc);
+    }
+    vga_request_exit(VGA_EXIT_VERB_FAILED, vcb->opcode, file, line);
+}
+
+NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
+                           VGA_LIST_POSITION *last) {
+    last->received = 0;
+    NB_ASSERT(vcb->opcode == list.opcode);
+    if (vcb->primary_rc != NAP_OK) {
+        vga_query_failed(vcb, __FILE__, __LINE__);
+        return 0;
+    }
+    ENTRY_WALK walk(list, vcb);
+    while (const NB_UCHAR *entry = walk.next()) {
+        last->received = 1;
+        memcpy(last->key, entry + 2, list.key_length);
+        if (list.add != nullptr && list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
+            VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+            return 0;
+        }
+    }
+    gvga_system->resources += walk.walked();
+    if (gvga_hooks.build_progress != nullptr) {
+        gvga_hooks.build_progress(node, gvga_system->resources);
+    }
+    return 1;
+}
+
+NB_USHORT vga_list_goes_on(const NAP_VCB *vcb, const VGA_LIST_POSITION &last) {
+    NAP_QUERY_LIST query;
+    memcpy(&query, vcb, sizeof(query));
+    if (query.num_entries >= query.total_num_entries) {
+        return 0;
+    }
+    if (!last.received) {
+        nba_pd_print_exception(bad_list, EMPTY_BUT_TOTAL, "x i i i", query.opcode, 0,
+                               query.num_entries, query.total_num_entries);
+        return 0;
+    }
+    return 1;
+}

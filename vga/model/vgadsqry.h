@@ -1,0 +1,61 @@
+/* List queries: how each list of the node is asked for, continued and turned into records.
+ *
+ * Every list follows one pattern; a row of gvga_lists declares what is its own.  To add a list: add
+ * its row and the function that makes a record of an entry. */
+#ifndef VGADSQRY_H
+#define VGADSQRY_H
+
+#include "nofverbs.h"
+#include "vgamodel.h"
+#include "vganofq.h"
+
+enum VGA_ENTRY_RESULT : NB_USHORT {
+    VGA_ENTRY_ADDED,
+    VGA_ENTRY_SKIPPED,  /* its owner is not in the model; logged */
+    VGA_ENTRY_NO_MEMORY
+};
+
+struct VGA_LIST {
+    NB_USHORT opcode;
+    NB_USHORT key_length;   /* bytes of an entry's key, behind its length */
+    NB_USHORT owner_length; /* of these, the owner's; 0: the list is not kept under owners */
+    NB_USHORT entry_size;   /* bytes that an entry has at least */
+    /* Makes a record of an entry or merges it; `node` is null for lists of the domain.  Null: the
+     * list makes no records yet. */
+    VGA_ENTRY_RESULT (*add)(VGA_NODE *node, const NB_UCHAR *entry);
+};
+
+/* The row of a list opcode, or null. */
+const VGA_LIST *vga_find_list(NB_USHORT opcode);
+
+/* Where a list goes on: the key of the last entry received. */
+struct VGA_LIST_POSITION {
+    NB_USHORT received; /* flag: there was an entry */
+    NB_UCHAR key[NAP_MAX_KEY];
+};
+
+/* How to start a list: with `key`, exactly that entry; else with `last`, the entries behind it; else
+ * from the first.  `owner` (null: all) has the row's owner_length bytes. */
+struct VGA_LIST_START {
+    const NB_UCHAR *owner;
+    const VGA_LIST_POSITION *last;
+    const NB_UCHAR *key;
+    NB_USHORT detail; /* NAP_DETAIL or NAP_SUMMARY */
+};
+
+/* Issues a list query.  Returns 1, or 0 when nothing was queued. */
+NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_START &start,
+                         NB_ULONG user_data, VGA_COMPLETION completion);
+
+/* Turns a completed list query into records.  Returns 1 and the position of the last entry, or 0
+ * with the exit request made (164 for a failed query, 1 without memory). */
+NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
+                           VGA_LIST_POSITION *last);
+
+/* 1 when the list has entries behind those that this answer brought. */
+NB_USHORT vga_list_goes_on(const NAP_VCB *vcb, const VGA_LIST_POSITION &last);
+
+/* Reports a verb of the build that failed, and requests the exit: 164 with its opcode. */
+NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line);
+
+#endif

@@ -1,0 +1,301 @@
+/* The configuration model: the records of the domain, its nodes and their resources.
+ *
+ * A record holds a private copy of the node's list entry (`vcb`), its place in the indexes, its
+ * handle, and its line on the screen (`gui_data`).  Records are made, linked, merged and deleted
+ * only by the functions of vgadsadd.h and vgadsdel.h, which follow one pattern (vgarec.h).
+ * OWNS: each record its `vcb`; the indexes own nothing.  All names are as the node has them: EBCDIC
+ * unless a field says "local".  One thread. */
+#ifndef VGAMODEL_H
+#define VGAMODEL_H
+
+#include "nofrec.h"
+#include "ntlavl.h"
+#include "vgadgutl.h"
+#include "vgaviewr.h"
+
+struct VGA_NODE;
+struct VGA_DLC;
+struct VGA_PORT;
+struct VGA_LS;
+struct VGA_LOCAL_PU;
+struct VGA_LU03;
+struct VGA_LU62;
+struct VGA_REM_SYS;
+struct VGA_REM_PLU;
+
+/* A record's presence on the screen. */
+struct VGA_GUI_DATA {
+    VGA_VIEWER_ITEM viewer;
+    VGA_DIALOG *dialog; /* the dialog that shows the record; null: none */
+    NB_USHORT listed;   /* flag: `viewer` is in a list */
+};
+
+/* What every record begins with. */
+template <class Owner, class Data> struct VGA_RECORD {
+    NB_ULONG handle;
+    Owner *parent;
+    Data *vcb; /* from malloc, replaced whole by a merge */
+    VGA_GUI_DATA gui_data;
+};
+
+/* The domain's chains of the build; each flag is 1 until its chain is done. */
+enum VGA_SYSTEM_CHAIN : NB_USHORT {
+    VGA_SYSTEM_FILE,
+    VGA_NODE_LIST,
+    VGA_NODE_BUILDS,
+    VGA_USERS_LIST,
+    VGA_NETWORK_FILE,
+    VGA_NETWORK_LIST,
+    VGA_LOGGING,
+    VGA_SYSTEM_CHAINS
+};
+
+/* A node's chains: one flag a list or group of settings. */
+enum VGA_NODE_CHAIN : NB_USHORT {
+    VGA_CONNECT,
+    VGA_LIMITS,
+    VGA_NODE_DATA,
+    VGA_DEFAULTS,
+    VGA_DLC_LIST,
+    VGA_DSPU_TEMPLATE_LIST,
+    VGA_PORT_LIST,
+    VGA_CN_LIST,
+    VGA_CN_PORT_LIST,
+    VGA_LS_LIST,
+    VGA_PU_LIST,
+    VGA_DLUR_PU_LIST,
+    VGA_DOWN_PU_LIST,
+    VGA_LU03_LIST,
+    VGA_EXTRA_DATA_LIST,
+    VGA_DOWN_LU_LIST,
+    VGA_LU62_LIST,
+    VGA_LS_ROUTING_LIST,
+    VGA_MODE_LIST,
+    VGA_PLU_LIST,
+    VGA_PASSWORD_LIST,
+    VGA_MODE_DEF_LIST,
+    VGA_DIR_LIST,
+    VGA_PLU_DEF_LIST,
+    VGA_LU62_TIMEOUT_LIST,
+    VGA_COS_LIST,
+    VGA_COS_NODE_ROW_LIST,
+    VGA_COS_TG_ROW_LIST,
+    VGA_TP_DEF_LIST,
+    VGA_TP_LOAD_LIST,
+    VGA_PRIMARY_LINE_LIST,
+    VGA_PRIMARY_LU0_LIST,
+    VGA_LU_POOL_LIST,
+    VGA_TN_ACCESS_LIST,
+    VGA_TN_ASSOC_LIST,
+    VGA_TN_REDIRECT_LIST,
+    VGA_TN_SETTINGS,
+    VGA_USERID_PASSWORD_LIST,
+    VGA_ACCESS_LIST_LIST,
+    VGA_TAMRIX_DEFAULTS,
+    VGA_TAMRIX_SESS_LIST,
+    VGA_DLC_TRACE,
+    VGA_TRACE_TYPE,
+    VGA_CS_TRACE,
+    VGA_TN_TRACE,
+    VGA_SLP_TRACE,
+    VGA_NODE_CHAINS
+};
+
+static_assert(VGA_SYSTEM_CHAINS == 7 && VGA_NODE_CHAINS == 46);
+
+struct VGA_LOGGING_SETTINGS {
+    NAP_QUERY_LOGGING_VERB central_logging;
+    NAP_QUERY_LOGGING_VERB global_log_type;
+    NAP_QUERY_LOGGING_VERB central_logger;
+};
+
+struct VGA_SYSTEM {
+    VGA_DIALOG *window; /* the system window; null while there is none */
+    NB_ULONG handle;
+    NB_USHORT startup_status[VGA_SYSTEM_CHAINS];
+    NB_USHORT built;          /* flag: the first complete model was announced */
+    NB_ULONG resources;       /* entries read by the build that runs */
+    NB_ULONG domain_target;   /* the domain's configuration; 0: not open */
+    NB_ULONG net_target;      /* the domain's network file; 0: not open */
+    NB_ULONG config_target;   /* node that holds the configuration file; 0: unknown */
+    NB_CHAR config_name[129]; /* its name, text */
+    VGA_LOGGING_SETTINGS logging;
+    AVL_TREE nodes;           /* VGA_NODE by name */
+    AVL_TREE dependent_lus;   /* VGA_LU03 of all nodes by LU name */
+    VGA_VIEWER_ROOT node_viewer_root;
+};
+
+extern VGA_SYSTEM *gvga_system;
+
+struct VGA_NODE_TRACE {
+    NAP_QUERY_TRACE_VERB dlc, type, cs, back_cs, tn_server, slp;
+};
+
+struct VGA_NODE_TN {
+    NAP_QUERY_TN_SETTINGS_VERB defaults, ssl, slp, express_logon;
+};
+
+enum VGA_SERVER_ROLE : NB_USHORT { VGA_ROLE_NONE, VGA_ROLE_MASTER, VGA_ROLE_BACKUP };
+
+struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
+    AVL_NODE links;
+    NB_CHAR name[128]; /* local, padded with NULs */
+    NB_ULONG node_state; /* NAP_NODE_STOPPED and the like */
+    NB_USHORT role;      /* VGA_SERVER_ROLE */
+    NB_USHORT freed;     /* flag: its resources were released at the close */
+    NB_ULONG target;     /* 0: not connected */
+    NB_ULONG tp_target;  /* its TP load file; 0: not open */
+    NB_USHORT startup_status[VGA_NODE_CHAINS];
+    VGA_DIALOG *window;  /* its node window; null while there is none */
+
+    NAP_QUERY_NODE_VERB node_data;
+    NAP_QUERY_NODE_LIMITS_VERB limits;
+    NAP_QUERY_DEFAULTS_VERB defaults;
+    NAP_QUERY_TAMRIX_DEFAULTS_VERB tamrix;
+    VGA_NODE_TRACE tracing;
+    VGA_NODE_TN tn;
+
+    AVL_TREE dlcs;
+    AVL_TREE ports;
+    AVL_TREE link_stations;
+    AVL_TREE local_pus;
+    AVL_TREE lus;        /* VGA_LU62 by name */
+    AVL_TREE lu_aliases; /* VGA_LU62 by alias */
+    AVL_TREE mode_defs;
+    AVL_TREE classes_of_service;
+    AVL_TREE directory;
+    AVL_TREE remote_systems;
+    AVL_TREE remote_plus; /* VGA_REM_PLU of all remote systems by name and type */
+
+    VGA_LU62 *cp_lu;                 /* stands for the control point */
+    VGA_REM_SYS *network_fake_rem_sys; /* partners whose control point is not known */
+    VGA_PORT *dlur_fake_port;        /* over the PUs that a dependent LU server serves */
+    VGA_PORT *primary_line_fake_port;
+
+    VGA_VIEWER_ROOT connectivity_root;
+    VGA_VIEWER_ROOT local_lu_root;
+    VGA_VIEWER_ROOT rem_sys_root;
+};
+
+struct VGA_DLC : VGA_RECORD<VGA_NODE, NAP_DLC_DATA> {
+    AVL_NODE links;
+    NB_UCHAR name[8]; /* local */
+    AVL_TREE ports;
+};
+
+/* The two placeholder ports have a line but neither a DLC nor a `vcb`; they stand in no index. */
+struct VGA_PORT : VGA_RECORD<VGA_DLC, NAP_PORT_DATA> {
+    AVL_NODE node_links;
+    AVL_NODE dlc_links;
+    VGA_NODE *node;
+    NB_UCHAR name[8]; /* local */
+    AVL_TREE link_stations;
+};
+
+struct VGA_LS : VGA_RECORD<VGA_PORT, NAP_LS_DATA> {
+    AVL_NODE node_links;
+    AVL_NODE port_links;
+    NB_UCHAR name[8]; /* local */
+    NB_UCHAR state;   /* NAP_NOT_ACTIVE and the like: what its line shows */
+    VGA_LOCAL_PU *local_pu; /* the PU that a host link makes; null: none */
+};
+
+struct VGA_LOCAL_PU : VGA_RECORD<VGA_NODE, NAP_PU_DATA> {
+    AVL_NODE links;
+    NB_UCHAR name[8];
+    NB_USHORT listed_by_node; /* flag: the node's own PU list has named it */
+    VGA_LS *ls_entry;         /* the link station that makes it; null: DLUR-served */
+    AVL_TREE lus;             /* VGA_LU03 by name */
+};
+
+struct VGA_LU03 : VGA_RECORD<VGA_LOCAL_PU, NAP_LU03_DATA> {
+    AVL_NODE links;
+    AVL_NODE domain_links;
+    NB_UCHAR name[8];
+    const NB_UCHAR *domain_key; /* points at `name`: what the domain's index compares */
+};
+
+struct VGA_LU62 : VGA_RECORD<VGA_NODE, NAP_LOCAL_LU_DATA> {
+    AVL_NODE name_links;
+    AVL_NODE alias_links;
+    NB_UCHAR name[8];
+    NB_UCHAR alias[8]; /* local */
+    AVL_TREE modes;    /* VGA_MODE */
+    AVL_TREE partners; /* VGA_PLU */
+};
+
+struct VGA_MODE_DEF : VGA_RECORD<VGA_NODE, NAP_MODE_DEF_DATA> {
+    AVL_NODE links;
+    NB_UCHAR name[8];
+    NB_USHORT sna_defined; /* flag */
+};
+
+/* Keys of several fields, as they stand in the entries. */
+struct VGA_MODE_KEY {
+    NB_UCHAR mode_name[8];
+    NB_UCHAR fqplu_name[17];
+};
+struct VGA_PLU_KEY {
+    NB_UCHAR plu_alias[8]; /* local */
+    NB_UCHAR fqplu_name[17];
+};
+struct VGA_DIR_KEY {
+    NB_UCHAR fqcp_name[17];
+    NB_UCHAR resource_name[17];
+    NB_USHORT resource_type;
+};
+struct VGA_REM_PLU_KEY {
+    NB_UCHAR fqplu_name[17];
+    NB_UCHAR reserved;
+    NB_USHORT type; /* NAP_DIR_LU or NAP_DIR_WILDCARD_LU */
+};
+struct VGA_REM_SESS_KEY {
+    NB_UCHAR lu_alias[8]; /* local */
+    NB_UCHAR mode_name[8];
+};
+
+struct VGA_MODE : VGA_RECORD<VGA_LU62, NAP_MODE_DATA> {
+    AVL_NODE links;
+    VGA_MODE_KEY key;
+};
+
+struct VGA_PLU : VGA_RECORD<VGA_LU62, NAP_PLU_DATA> {
+    AVL_NODE links;
+    VGA_PLU_KEY key;
+};
+
+struct VGA_COS : VGA_RECORD<VGA_NODE, NAP_COS_DATA> {
+    AVL_NODE links;
+    NB_UCHAR name[8];
+};
+
+struct VGA_DIR : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
+    AVL_NODE links;
+    VGA_DIR_KEY key;
+};
+
+/* A remote system has no list of its own: directory entries, modes and partner definitions name
+ * it, and `vcb` is the directory entry of its control point when there is one. */
+struct VGA_REM_SYS : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
+    AVL_NODE links;
+    NB_UCHAR name[17];
+    NB_USHORT defined; /* flag: the directory holds it */
+    AVL_TREE remote_plu_tree;
+};
+
+struct VGA_REM_PLU : VGA_RECORD<VGA_REM_SYS, NAP_PLU_DEF_DATA> {
+    AVL_NODE links;
+    AVL_NODE node_links;
+    VGA_REM_PLU_KEY key;
+    NB_USHORT defined;      /* flag: a partner LU definition exists */
+    NB_USHORT in_directory; /* flag: a directory entry exists */
+    AVL_TREE sess_tree;
+};
+
+/* Sessions of one local LU with one mode to a partner. */
+struct VGA_REM_SESS : VGA_RECORD<VGA_REM_PLU, NAP_MODE_DATA> {
+    AVL_NODE links;
+    VGA_REM_SESS_KEY key;
+};
+
+#endif

@@ -1,0 +1,295 @@
+/* The dialog framework: the table of windows and dialogs, their descriptors, and how one is
+ * fetched, shown, closed and used again.  Message boxes, the firewall, the busy cursor and the
+ * widget utilities have headers of their own, which this one includes.
+ *
+ * OWNS: every descriptor.  One is made when its dialog is first fetched, is kept when the dialog
+ * closes (in_use 0) and serves the next fetch; none is freed before vga_free_dialogs, so that a
+ * pointer to one never dangles.  Its handle, however, lives only while the dialog is open: whoever
+ * waits for an answer keeps the handle, and finds nothing once the dialog was closed. */
+#ifndef VGADGUTL_H
+#define VGADGUTL_H
+
+#include "nbbase.h"
+#include "nbtypes.h"
+#include <Mrm/MrmPublic.h>
+#include <X11/Intrinsic.h>
+#include <Xm/Xm.h>
+#include <array>
+
+struct VGA_DIALOG;
+
+/* ------------------------------------------------------------------ the table */
+
+/* The number of a window or dialog is its row in gvga_uid_desc. */
+enum VGA_DIALOG_ID : NB_USHORT {
+    VGA_UID_SYSTEM_WINDOW,
+    VGA_UID_NODE_WINDOW,
+    VGA_UID_LU62_DIALOG,
+    VGA_UID_NODE_DIALOG,
+    VGA_UID_LLC2_PORT_DIALOG,
+    VGA_UID_LLC2_LS_DIALOG,
+    VGA_UID_LU03_DIALOG,
+    VGA_UID_USER_DIALOG,
+    VGA_UID_PLU_DEF_DIALOG,
+    VGA_UID_REMOTE_NODE_DIALOG,
+    VGA_UID_USER_WINDOW,
+    VGA_UID_SDLC_PORT_DIALOG,
+    VGA_UID_SDLC_LS_DIALOG,
+    VGA_UID_POOL_WINDOW,
+    VGA_UID_POOL_DIALOG,
+    VGA_UID_DSLU_DIALOG,
+    VGA_UID_CPIC_WINDOW,
+    VGA_UID_CPIC_DIALOG,
+    VGA_UID_MODE_WINDOW,
+    VGA_UID_MODE_DIALOG,
+    VGA_UID_RJEW_WINDOW,
+    VGA_UID_RJEW_DIALOG,
+    VGA_UID_PU_DIALOG,
+    VGA_UID_LOG_DIALOG,
+    VGA_UID_TRACE_DIALOG,
+    VGA_UID_QLLC_PORT_DIALOG,
+    VGA_UID_QLLC_LS_DIALOG,
+    VGA_UID_NODE_CONTEXT_ADD_DIALOG,
+    VGA_UID_REM_SYS_CTX_ADD_DIALOG,
+    VGA_UID_3270_SESS_DIALOG,
+    VGA_UID_5250_SESS_DIALOG,
+    VGA_UID_USERS_CTX_ADD_DIALOG,
+    VGA_UID_QLLC_PORT_ADV_DIALOG,
+    VGA_UID_LLC2_PORT_ADV_DIALOG,
+    VGA_UID_SDLC_PORT_ADV_DIALOG,
+    VGA_UID_SDLC_LS_ADV_DIALOG,
+    VGA_UID_LLC2_LS_ADV_DIALOG,
+    VGA_UID_QLLC_LS_ADV_DIALOG,
+    VGA_UID_START_HELP_DIALOG,
+    VGA_UID_USER_STATUS_DIALOG,
+    VGA_UID_TN_WINDOW,
+    VGA_UID_TN_DIALOG,
+    VGA_UID_SESS_LIMIT_DIALOG,
+    VGA_UID_CL_SECURITY_WINDOW,
+    VGA_UID_CL_SECURITY_DIALOG,
+    VGA_UID_SL_SECURITY_WINDOW,
+    VGA_UID_SL_SECURITY_DIALOG,
+    VGA_UID_ABOUT_BOX,
+    VGA_UID_POOL_CTX_ADD_DIALOG,
+    VGA_UID_STOP_LS_DIALOG,
+    VGA_UID_START_LS_DIALOG,
+    VGA_UID_LEAD_DIALOG,
+    VGA_UID_PORT_DET_DIALOG,
+    VGA_UID_LINK_DET_DIALOG,
+    VGA_UID_LU62_ADV_DIALOG,
+    VGA_UID_LU32_ADV_DIALOG,
+    VGA_UID_CHNL_PORT_DIALOG,
+    VGA_UID_CHNL_LS_DIALOG,
+    VGA_UID_CHNL_PORT_ADV_DIALOG,
+    VGA_UID_CHNL_LS_ADV_DIALOG,
+    VGA_UID_TN_ASSOC_DIALOG,
+    VGA_UID_TN_DEFAULTS_DIALOG,
+    VGA_UID_NODE_ADV_DIALOG,
+    VGA_UID_HPR_WINDOW,
+    VGA_UID_RTP_CONN_STATUS_DIALOG,
+    VGA_UID_LS_ROUTING_DIALOG,
+    VGA_UID_TAMRIX_WINDOW,
+    VGA_UID_TAMRIX_APPCIP_DIALOG,
+    VGA_UID_DSLUP_DIALOG,
+    VGA_UID_LULI_DIALOG,
+    VGA_UID_LULI_ADV_DIALOG,
+    VGA_UID_LULU_DIALOG,
+    VGA_UID_LULU_ADV_DIALOG,
+    VGA_UID_SALD_DIALOG,
+    VGA_UID_TP_WINDOW,
+    VGA_UID_TP_DIALOG,
+    VGA_UID_TP_LOAD_DIALOG,
+    VGA_UID_ACTIVATE_SESS_DIALOG,
+    VGA_UID_TN_REDIRECT_DIALOG,
+    VGA_UID_IP_PORT_DIALOG,
+    VGA_UID_IP_PORT_ADV_DIALOG,
+    VGA_UID_IP_LS_DIALOG,
+    VGA_UID_IP_LS_ADV_DIALOG,
+    VGA_UID_TN_SLP_DIALOG,
+    VGA_UID_TN_SSL_DIALOG,
+    VGA_UID_TN_SLS_DIALOG,
+    VGA_UID_TN_EXL_DIALOG,
+};
+#define VGA_UID_MAX 86
+static_assert(VGA_UID_TN_EXL_DIALOG == VGA_UID_MAX);
+
+#define VGA_UID_NAME_SIZE 14 /* with the terminator */
+
+enum VGA_DIALOG_KIND : NB_ULONG {
+    VGA_KIND_MAIN,   /* a window with an application shell of its own */
+    VGA_KIND_DIALOG, /* a dialog over its parent */
+    VGA_KIND_MODAL,  /* the same, and the program's other windows wait for it */
+};
+
+/* What happened to a record. */
+enum VGA_RECORD_CHANGE : NB_USHORT {
+    VGA_RECORD_ADDED,
+    VGA_RECORD_CHANGED, /* its definition or its status */
+    VGA_RECORD_GONE,    /* about to be freed: forget it now */
+};
+
+/* One row.  Null functions: the window has no such thing; a row without `get_widgets` is a window
+ * that this release does not have, and fetching it fails as for a missing description. */
+struct VGA_UID_DESC {
+    VGA_DIALOG_ID dialog_id;         /* equals the index */
+    NB_CHAR name[VGA_UID_NAME_SIZE]; /* top widget in the UID file, and help topic */
+    VGA_DIALOG_KIND kind;
+    NB_USHORT desc_size = 0; /* bytes of the whole descriptor, VGA_DIALOG included */
+
+    /* Looks the dialog's widgets up after fetching.  1, or 0 when one is missing. */
+    NB_USHORT (*get_widgets)(VGA_DIALOG *desc) = nullptr;
+    /* The dialog is closing: detach it from its record, purge its verbs (the handle is still
+     * valid).  Widgets are hidden and the descriptor released by the framework afterwards. */
+    NB_VOID (*close_proc)(VGA_DIALOG *desc) = nullptr;
+
+    /* Delete, Return and Insert keys in its viewers: called with the drawn button as widget. */
+    XtCallbackProc delete_action = nullptr;
+    XtCallbackProc zoom_action = nullptr;
+    XtCallbackProc add_action = nullptr;
+
+    /* Procedures that the UID file names, and toolkit actions; registered before the first fetch.
+     */
+    MRMRegisterArg *callbacks = nullptr;
+    NB_USHORT callback_count = 0;
+    XtActionsRec *actions = nullptr;
+    NB_USHORT action_count = 0;
+
+    /* Told of every record that is added, changed or goes while the dialog is open; most of them
+     * are none of its business.  It may close dialogs, itself too. */
+    NB_VOID (*record_changed)(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what) = nullptr;
+
+    VGA_DIALOG *first_desc = nullptr; /* descriptors made so far, oldest first (next_desc) */
+    VGA_DIALOG *last_desc = nullptr;
+};
+
+/* Defined with the windows (a test may define its own): the only door from here up to them. */
+typedef std::array<VGA_UID_DESC, VGA_UID_MAX + 1> VGA_UID_TABLE;
+extern VGA_UID_TABLE gvga_uid_desc;
+
+/* ------------------------------------------------------------------ message box of a dialog */
+
+enum VGA_MODAL_TYPE : NB_USHORT { VGA_MODAL_ERROR, VGA_MODAL_INFO, VGA_MODAL_CONFIRM };
+
+/* Which button took the box down.  Errors and information always give VGA_ANSWER_OK; closing a
+ * question by the window manager or with Escape gives VGA_ANSWER_CANCEL. */
+enum VGA_ANSWER : NB_USHORT {
+    VGA_ANSWER_CANCEL,
+    VGA_ANSWER_OK,
+    VGA_ANSWER_NO,
+    VGA_ANSWER_OK_TO_ALL,
+};
+
+/* Called when the box is down.  Not called when the dialog `parent` was closed meanwhile or another
+ * question took the place of this one.  `client_data` is the asker's: a handle, never a pointer. */
+typedef NB_VOID (*VGA_MODAL_CB)(VGA_DIALOG *parent, VGA_ANSWER answer, NB_ULONG client_data);
+
+struct VGA_MODAL_DLG {
+    Widget shell; /* null until the first message */
+    Widget dialog;
+    Widget ok_to_all_button;
+    Widget no_button;
+    Widget cancel_button;
+    VGA_MODAL_TYPE type; /* of the message that is or was shown last */
+    NB_USHORT showing;
+    VGA_MODAL_CB callback; /* may be null */
+    NB_ULONG client_data;
+    const NB_CHAR *help_key;
+    NB_LQE queue; /* messages that wait */
+};
+
+/* ------------------------------------------------------------------ descriptor */
+
+/* The beginning of every descriptor, as its member `common`.  Everything behind it starts as zero
+ * and keeps its value when the descriptor is used again: a dialog resets what it must. */
+struct VGA_DIALOG {
+    NB_LQE child_lqe;         /* in the parent's list of children; first, so that a link is one */
+    NB_LQE children_root_lqe; /* the dialogs opened from this one, oldest first */
+    VGA_DIALOG *next_desc;    /* the next descriptor of the same row */
+    NB_ULONG handle;          /* 0 while closed; another one at each opening */
+    VGA_DIALOG_ID dialog_id;
+    NB_USHORT in_use;   /* the dialog is open */
+    NB_USHORT closing;  /* being closed: a nested close returns at once */
+    VGA_DIALOG *parent; /* kept by a closed dialog: it is used again only under the same parent */
+    union {
+        NB_VOID *context;     /* the caller's pointer */
+        NB_VOID *parent_item; /* the same under its usual name: the record shown or edited */
+    };
+    Widget shell;
+    Widget widget; /* top widget from the UID file; its XmNuserData is this descriptor */
+    VGA_MODAL_DLG modal_dlg;
+};
+
+/* The first window made on the top-level shell, until the model fills it; and the same for good,
+ * as the parent of the program's own messages.  Start-up sets the latter and clears the former. */
+extern VGA_DIALOG *gvga_first_dialog;
+extern VGA_DIALOG *gvga_main_dialog;
+
+/* ------------------------------------------------------------------ life of a dialog */
+
+/* Start-up: checks that the table is in order (an assertion for each row that is not), empties the
+ * lists of descriptors, and hands the viewer the actions of its windows. */
+NB_VOID vga_init_dialogs(NB_VOID);
+
+/* The end: frees every descriptor with its handle and its waiting messages.  Widgets are left to
+ * the end of the process. */
+NB_VOID vga_free_dialogs(NB_VOID);
+
+/* Registers the procedures that every UID file may name, and the common toolkit actions. */
+NB_VOID vga_register_common_names(NB_VOID);
+
+/* Fetches a dialog or takes a closed one again: the first descriptor of that row that is closed and
+ * whose parent is null or `parent`.  It is open then (in_use 1) but not on the screen yet.
+ *
+ * `parent` may be null for a main window.  Returns 1 and the descriptor, or 0 and null: an
+ * assertion for an unknown id; message 208 and a problem record when there is no description; a
+ * problem record when a widget is missing; exit code 1 without memory. */
+NB_USHORT vga_get_dialog(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *context,
+                         VGA_DIALOG **desc);
+
+/* Puts an open dialog on the screen, in front. */
+NB_VOID vga_display_dialog(VGA_DIALOG *desc);
+
+/* Brings an open dialog to the front, out of an icon too. */
+NB_VOID vga_raise_dialog(VGA_DIALOG *desc);
+
+/* Gives the title to the dialog's window; with gvga_display_names its UID name stands before it.
+ * `title` is in the locale's character set. */
+NB_VOID vga_set_title(VGA_DIALOG *desc, const NB_CHAR *title);
+
+/* Marks a descriptor free and takes it out of its parent's children.  For the framework's own use;
+ * a dialog is closed with vga_close_children.
+ * REQUIRES: no children (a fatal assertion). */
+NB_VOID vga_release_dialog(VGA_DIALOG *desc);
+
+/* Closes the open children of a dialog, depth first, and with `include_self` the dialog too.  For
+ * each: its close_proc is called, its message box and waiting messages go without an answer, it
+ * leaves the screen and is released.
+ *
+ * The main dialog's window stays, because the end of the program is reported over it: with
+ * `include_self` and `force` its close_proc is called and its messages go, without `force` nothing
+ * happens to it.  `force` says that this is not the operator's doing and has no other effect. */
+NB_VOID vga_close_children(VGA_DIALOG *desc, NB_USHORT include_self, NB_USHORT force);
+
+/* The close handler of every dialog, for the window manager's request and for Cancel and Close
+ * buttons: closes the dialog of `widget`; for the main dialog asks whether to end the program. */
+NB_VOID vga_close_cb(Widget widget, XtPointer client_data, XtPointer call_data);
+
+/* Callback: asks whether to end the program, and on OK has the orderly close started. */
+NB_VOID vga_exit_cb(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_exit_confirm_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG client_data);
+
+/* The open or closed dialog that a widget belongs to, its message box included; null for none. */
+VGA_DIALOG *vga_get_dialog_from_widget(Widget widget);
+
+/* Calls `visit` for every descriptor that exists, open or closed. */
+NB_VOID vga_for_each_dialog(NB_VOID (*visit)(VGA_DIALOG *desc, NB_VOID *data), NB_VOID *data);
+
+/* Tells every open window and dialog that a record was added, changed or is about to go. */
+NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what);
+
+#include "vgadgfw.h"
+#include "vgadgmsg.h"
+#include "vgadgwid.h"
+#include "vgahour.h"
+
+#endif

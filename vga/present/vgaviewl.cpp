@@ -1,0 +1,93 @@
+#include "vgaviewi.h"
+#include <algorithm>
+#include <cstring>
+#include <cwchar>
+
+namespace {
+
+/* A text is at most VGA_VIEWER_MAX_TEXT_LENGTH long, so no column further out means anything. */
+constexpr NB_ULONG max_column = 4 * VGA_VIEWER_MAX_TEXT_LENGTH;
+
+bool is_digit(NB_CHAR character) { return character >= '0' && character <= '9'; }
+
+/* The first column stop of the text, null without one. */
+const NB_CHAR *find_stop(const NB_CHAR *text) {
+    while ((text = strstr(text, "%t")) != nullptr && !is_digit(text[2])) {
+        ++text;
+    }
+    return text;
+}
+
+/* Reads a stop; returns what stands behind it. */
+const NB_CHAR *read_stop(const NB_CHAR *stop, NB_ULONG *column) {
+    *column = 0;
+    for (stop += 2; is_digit(*stop); ++stop) {
+        *column = std::min(max_column, *column * 10 + static_cast<NB_ULONG>(*stop - '0'));
+    }
+    return *stop == '%' ? stop + 1 : stop;
+}
+
+} // namespace
+
+NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER_RUN *run) {
+    if (*text == nullptr) {
+        return 0;
+    }
+    const NB_CHAR *const stop = find_stop(*text);
+    run->text = *text;
+    run->column = *column;
+    run->last = stop == nullptr;
+    if (stop == nullptr) {
+        run->length = static_cast<NB_INT>(strlen(*text));
+        *text = nullptr;
+        return 1;
+    }
+    run->length = static_cast<NB_INT>(stop - *text);
+    *text = read_stop(stop, column);
+    const NB_ULONG room = *column > run->column ? *column - run->column : 0;
+    run->length = vga_viewer_cut(run->text, run->length, room);
+    return 1;
+}
+
+NB_INT vga_viewer_cut(const NB_CHAR *text, NB_INT length, NB_ULONG columns) {
+    mbstate_t state = {};
+    NB_INT cut = 0;
+    NB_ULONG used = 0;
+    while (cut < length) {
+        wchar_t character = L'\0';
+        size_t bytes = mbrtowc(&character, text + cut, static_cast<size_t>(length - cut), &state);
+        NB_INT width = 1;
+        if (bytes == 0 || bytes > static_cast<size_t>(length - cut)) {
+            state = mbstate_t(); // no character of the locale: a byte is shown as one
+            bytes = 1;
+        } else {
+            width = std::max(wcwidth(character), 0);
+        }
+        if (used + static_cast<NB_ULONG>(width) > columns) {
+            break;
+        }
+        used += static_cast<NB_ULONG>(width);
+        cut += static_cast<NB_INT>(bytes);
+    }
+    return cut;
+}
+
+NB_VOID vga_viewer_fit(VGA_VIEWER_FIT *fit) {
+    // Each bar takes room from the other direction.
+    fit->hbar = fit->content_width > fit->full_width;
+    fit->vbar = fit->lines_height + (fit->hbar != 0 ? fit->hbar_height : 0) > fit->full_height;
+    if (fit->vbar != 0) {
+        fit->hbar = fit->content_width + fit->vbar_width > fit->full_width;
+    }
+}
+
+NB_ULONG vga_viewer_content_height(NB_ULONG lines_height, NB_ULONG window_height,
+                                   NB_ULONG item_height) {
+    return lines_height > window_height ? lines_height + item_height : lines_height;
+}
+
+NB_ULONG vga_viewer_clamp(int64_t offset, NB_ULONG content, NB_ULONG window, NB_ULONG step) {
+    const int64_t limit = content > window ? content - window : 0;
+    const int64_t inside = std::clamp<int64_t>(offset, 0, limit);
+    return static_cast<NB_ULONG>(step != 0 ? inside - inside % step : inside);
+}

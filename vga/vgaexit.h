@@ -1,0 +1,25 @@
+/* The end of the program: the report of a fatal condition, the orderly close, signals. */
+#ifndef VGAEXIT_H
+#define VGAEXIT_H
+
+#include "vganofq.h"
+#include <X11/Xlib.h>
+
+/* Reports the reason in gvga_exit_code: in a window over the main dialog if that is on the screen,
+ * and waits until it was read (gvga_exit_code is 0 then); on standard error or not at all
+ * otherwise. */
+NB_VOID vga_error_exit(NB_VOID);
+
+/* Starts the orderly close: windows, then what the node software holds for the program, then the
+ * end.  A call while it is under way is ignored, unless nothing was heard for five seconds: then
+ * the program ends at once. */
+NB_VOID vga_start_shutdown(NB_VOID);
+NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work);
+
+NB_VOID vga_signal_catcher(NB_INT signal);
+NB_INT vga_xerror_handler(Display *display, XErrorEvent *event);
+
+/* Process that starts the web browser; 0 when there is none.  Cleared by the signal catcher. */
+extern volatile NB_LONG gvga_web_temp_pid;
+
+#endif

@@ -1,0 +1,246 @@
+#include "vgafront.h"
+#include "nbbase.h"
+#include "v0uidpth.h"
+#include "vgadgutl.h"
+#include "vgadsadd.h"
+#include "vgaglob.h"
+#include "vgagraph.h"
+#include "vgamsgs.h"
+#include "vganofq.h"
+#include "vgares.h"
+#include "vgaviewr.h"
+#include "vgawtype.h"
+#include <X11/Xatom.h>
+#include <array>
+#include <clocale>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+constexpr NB_ULONG catalogue_problem = 0x40020005;
+constexpr NB_ULONG uid_problem = 0x40020006;
+constexpr NB_INT io_limit = 10;
+constexpr size_t locale_length = 5;
+constexpr NB_INT small_screen_height = 480;
+
+const NB_CHAR user_file[] = "/.quilrc";
+
+enum USAGE_PROBLEM : NB_USHORT { NO_CATALOGUE = 0, NO_ARGUMENT_TEXT = 1, NO_USAGE_TEXT = 2 };
+
+NB_USHORT start_up_failed(NB_ULONG problem, NB_USHORT detail) {
+    nba_pd_print_problem(problem, detail, nullptr);
+    VGA_EXIT(VGA_EXIT_START_UP, 0);
+    return 0;
+}
+
+NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
+    static NB_CHAR *fallbacks[] = {const_cast<NB_CHAR *>("*fontList: Fixed"), nullptr};
+    nba_set_app_defaults_path();
+    MrmInitialize();
+    XtSetLanguageProc(nullptr, nullptr, nullptr);
+    gvga_toplevel = XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, argc, argv,
+                                      fallbacks, nullptr);
+    gvga_display = XtDisplay(gvga_toplevel);
+    gvga_screen = XtScreen(gvga_toplevel);
+    gvga_root_window = RootWindowOfScreen(gvga_screen);
+    gvga_close_atom = XInternAtom(gvga_display, "WM_DELETE_WINDOW", False);
+}
+
+NB_VOID read_own_option(NB_INT *argc, NB_CHAR **argv) {
+    static XrmOptionDescRec options[] = {
+        {const_cast<NB_CHAR *>("-size"), const_cast<NB_CHAR *>("*size"), XrmoptionSepArg, nullptr}};
+    XrmInitialize();
+    gvga_resource_database = XtDatabase(gvga_display);
+    XrmParseCommand(&gvga_resource_database, options, std::size(options), VGA_CLASS, argc, argv);
+}
+
+/* Small screens get tighter margins and a small font, unless they are told otherwise. */
+NB_VOID add_small_screen_resources(NB_VOID) {
+    if (HeightOfScreen(gvga_screen) > small_screen_height) {
+        return;
+    }
+    XrmDatabase small = nullptr;
+    XrmPutStringResource(&small, VGA_CLASS "*marginHeight", "0");
+    XrmPutStringResource(&small, VGA_CLASS "*fontList", vga_message(VGA_MSG_SMALL_SCREEN_FONT));
+    XrmCombineDatabase(small, &gvga_resource_database, False);
+}
+
+NB_VOID merge_user_file(NB_VOID) {
+    const NB_CHAR *home = getenv("HOME");
+    std::string path = home != nullptr ? home : "";
+    if (path.size() + sizeof(user_file) - 1 > sizeof(gvga_local_db_file)) {
+        path.clear();
+    }
+    path += user_file;
+    snprintf(gvga_local_db_file, sizeof(gvga_local_db_file), "%s", path.c_str());
+    gvga_local_database = XrmGetFileDatabase(gvga_local_db_file);
+    if (gvga_local_database != nullptr) {
+        XrmCombineFileDatabase(gvga_local_db_file, &gvga_resource_database, True);
+    }
+}
+
+const NB_CHAR *get_x_default(NB_VOID *display, const NB_CHAR *program, const NB_CHAR *option) {
+    return XGetDefault(static_cast<Display *>(display), program, option);
+}
+
+NB_USHORT open_window_descriptions(NB_VOID) {
+    std::string directory = std::string(nba_prefix()) + "/lib/X11";
+    v0_set_uidpath(directory.c_str(), VGA_CLASS, VGA_CLASS, gvga_display, get_x_default);
+    NB_CHAR *files[] = {const_cast<NB_CHAR *>("quildlg.uid")};
+    if (MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy) !=
+        MrmSUCCESS) {
+        return start_up_failed(uid_problem, 0);
+    }
+    vga_register_common_names();
+    vga_init_dialogs();
+    return 1;
+}
+
+NB_USHORT asks_for_help(const NB_CHAR *argument) {
+    for (const NB_CHAR *word : {"-?", "-help", "-HELP"}) {
+        if (strcmp(argument, word) == 0) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
+NB_VOID print_bad_argument(NB_INT catalog, const NB_CHAR *argument, ...) {
+    const NB_CHAR *text = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_BAD_ARGUMENT);
+    if (text == nullptr) {
+        start_up_failed(catalogue_problem, NO_ARGUMENT_TEXT);
+        return;
+    }
+    NB_CHAR line[1024];
+    va_list arguments;
+    va_start(arguments, argument);
+    vga_format_text(line, sizeof(line), text, "s", arguments);
+    va_end(arguments);
+    fputs(line, stdout);
+}
+
+NB_VOID print_texts(NB_INT catalog, const NB_CHAR *bad_argument) {
+    if (bad_argument != nullptr) {
+        print_bad_argument(catalog, bad_argument, bad_argument);
+    }
+    const NB_CHAR *usage = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_USAGE);
+    if (usage == nullptr) {
+        start_up_failed(catalogue_problem, NO_USAGE_TEXT);
+        return;
+    }
+    fputs(usage, stdout);
+}
+
+} // namespace
+
+NB_VOID vga_set_locale_environment(NB_VOID) {
+    const NB_CHAR *lang = getenv("LANG");
+    if (lang == nullptr) {
+        return;
+    }
+    std::string cut = std::string(lang).substr(0, locale_length);
+    if (gvga_variant_y && cut == "Ja_JP") {
+        cut = "ja_JP";
+    }
+    if (cut != lang) {
+        setenv("LANG", cut.c_str(), 1);
+    }
+    if (getenv("LC_CTYPE") != nullptr) {
+        setenv("LC_CTYPE", cut.c_str(), 1);
+    }
+}
+
+NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv) {
+    if (vga_load_messages() == 0) {
+        return 0;
+    }
+    start_toolkit(argc, argv);
+    read_own_option(argc, argv);
+    add_small_screen_resources();
+    merge_user_file();
+    if (*argc >= 2) {
+        vga_print_usage(1, argv);
+        VGA_EXIT(VGA_EXIT_USAGE, 0);
+        return 0;
+    }
+    vga_get_options();
+    vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
+    return open_window_descriptions();
+}
+
+NB_VOID vga_terminate_frontend(NB_VOID) {
+    MrmCloseHierarchy(gvga_uil_hierarchy);
+    vga_free_graphics();
+    vga_unload_messages();
+    vga_free_dialogs();
+    XrmDestroyDatabase(gvga_local_database);
+    gvga_local_database = nullptr;
+    XrmSetDatabase(gvga_display, nullptr);
+    XrmDestroyDatabase(gvga_resource_database);
+    gvga_resource_database = nullptr;
+}
+
+NB_USHORT vga_initialise_backend(NB_VOID) {
+    vpm_asm_use_xt_sched(gvga_appcontext, reinterpret_cast<NB_ADD_INPUT>(XtAppAddInput),
+                         reinterpret_cast<NB_REMOVE_INPUT>(XtRemoveInput));
+    vpm_set_io_limit(io_limit);
+    if (nba_hm_initialise() == 0) {
+        VGA_EXIT_AT(VGA_EXIT_START_UP, 0, gvga_exit_back_end);
+        return 0;
+    }
+    vga_init_verb_queues();
+    gvga_read_only = 0;
+    gvga_system = vga_init_vga_system();
+    if (gvga_system == nullptr) {
+        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        return 0;
+    }
+    return 1;
+}
+
+NB_VOID vga_terminate_backend(NB_VOID) { vga_empty_verb_queues(); }
+
+NB_VOID vga_print_usage(NB_USHORT bad_argument_present, NB_CHAR **argv) {
+    NB_INT catalog = -1;
+    if (v0_initialise_message_catalog(&catalog) == 0) {
+        start_up_failed(catalogue_problem, NO_CATALOGUE);
+        return;
+    }
+    NB_USHORT name_it = bad_argument_present && !asks_for_help(argv[1]);
+    print_texts(catalog, name_it ? argv[1] : nullptr);
+    v0_close_message_catalog(&catalog);
+}
+
+NB_USHORT vga_check_print_usage(const NB_INT *argc, NB_CHAR **argv) {
+    for (NB_INT argument = 1; argument < *argc; argument++) {
+        if (strcmp(argv[argument], "-h") == 0) {
+            vga_print_usage(0, nullptr);
+            return 1;
+        }
+    }
+    return 0;
+}
+
+NB_VOID vga_add_params_to_command_line(NB_INT argc, NB_CHAR **argv, NB_INT *new_argc,
+                                       NB_CHAR ***new_argv) {
+    static NB_CHAR option[] = "-xrm";
+    static NB_CHAR resource[] = "*enableEtchedInMenu: False";
+    constexpr NB_INT added = 2;
+    auto **vector =
+        static_cast<NB_CHAR **>(malloc(sizeof(NB_CHAR *) * static_cast<size_t>(argc + added + 1)));
+    *new_argc = argc;
+    *new_argv = argv;
+    if (vector == nullptr) {
+        return;
+    }
+    vector[0] = argv[0];
+    vector[1] = option;
+    vector[2] = resource;
+    memcpy(vector + 1 + added, argv + 1, sizeof(NB_CHAR *) * static_cast<size_t>(argc));
+    *new_argc = argc + added;
+    *new_argv = vector;
+}

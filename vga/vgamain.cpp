@@ -1,0 +1,159 @@
+/* The program: start-up in its order, the main loop, the exit. */
+#include "vgadgutl.h"
+#include "vgadsbld.h"
+#include "vgadsdel.h"
+#include "vgaexit.h"
+#include "vgafront.h"
+#include "vgaglob.h"
+#include "vgahooks.h"
+#include "vgaindct.h"
+#include "vgamsgs.h"
+#include "vganodew.h"
+#include "vganofq.h"
+#include <csignal>
+#include <cstdlib>
+
+namespace {
+
+constexpr NB_ULONG window_problem = 0x40020007;
+
+enum WINDOW_PROBLEM : NB_USHORT { NODE_WINDOW_FAILED = 5 };
+
+/* ------------------------------------------------------------------ hooks */
+
+/* The first complete model exists: the first window gets its contents. */
+NB_VOID system_built(NB_VOID) {
+    vga_display_hourglass(0);
+    if (gvga_first_dialog == nullptr) {
+        return;
+    }
+    if (gvga_system->domain_target == 0) {
+        vga_display_info_dialog(gvga_first_dialog, VGA_MSG_NO_MASTER, "mastercfg", nullptr, 0, "");
+    }
+    if (gvga_system->domain_target == 0 || gvga_read_only) {
+        vga_display_info_dialog(gvga_first_dialog, VGA_MSG_READ_ONLY, "readonly", nullptr, 0, "");
+    }
+    auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+    if (node == nullptr) {
+        if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
+            VGA_EXIT_AT(VGA_EXIT_NO_NODE, 0, gvga_exit_no_node);
+        } else {
+            v0_assert(__FILE__, __LINE__, "FALSE");
+        }
+        return;
+    }
+    if (vga_display_node_window(node, 1) == 0) {
+        nba_pd_print_problem(window_problem, NODE_WINDOW_FAILED, nullptr);
+    }
+    gvga_first_dialog = nullptr;
+}
+
+NB_VOID build_progress(VGA_NODE *node, NB_ULONG resources) {
+    if (gvga_first_dialog == nullptr) {
+        return;
+    }
+    NB_CHAR what[256];
+    NB_CHAR line[512];
+    if (node == nullptr) {
+        vga_print_msg(what, sizeof(what), VGA_MSG_THE_DOMAIN, "");
+    } else {
+        vga_print_msg(what, sizeof(what), VGA_MSG_THE_NODE, "cs",
+                      static_cast<NB_INT>(sizeof(node->name)), node->name);
+    }
+    vga_print_msg(line, sizeof(line), VGA_MSG_READING, "s l", what, resources);
+    vga_message_node_window_text(gvga_first_dialog, line);
+}
+
+NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
+    if (change != VGA_NODE_REMOVED) {
+        vga_update_node_window(node);
+    }
+}
+
+NB_VOID set_hooks(NB_VOID) {
+    gvga_hooks.indication = vga_dispatch_indication;
+    gvga_hooks.model_built = system_built;
+    gvga_hooks.build_progress = build_progress;
+    gvga_hooks.stop = vga_start_shutdown;
+    gvga_hooks.node_list_changed = node_list_changed;
+    v0_set_fatal_handler(vga_request_exit_fatal);
+}
+
+/* ------------------------------------------------------------------ start and loop */
+
+NB_USHORT show_first_window(NB_VOID) {
+    if (vga_display_node_window(nullptr, 0) == 0) {
+        VGA_EXIT_AT(VGA_EXIT_START_UP, 0, gvga_exit_node_window);
+        return 0;
+    }
+    gvga_main_dialog = gvga_first_dialog;
+    XtRealizeWidget(gvga_toplevel);
+    XSetErrorHandler(vga_xerror_handler);
+    vga_display_hourglass(1);
+    vga_start_build_system();
+    return 1;
+}
+
+/* One round: completions that are known already come before any event of the toolkit. */
+NB_VOID do_one_round(NB_VOID) {
+    vga_drain_immediate_queue();
+    if (gvga_exit_code != 0) {
+        return;
+    }
+    XtInputMask pending = XtAppPending(gvga_appcontext);
+    if (pending == 0) {
+        XtAppProcessEvent(gvga_appcontext, XtIMAll);
+    } else if ((pending & (XtIMXEvent | XtIMTimer)) != 0) {
+        XtAppProcessEvent(gvga_appcontext, XtIMXEvent | XtIMTimer);
+    } else if ((pending & XtIMAlternateInput) != 0) {
+        XtAppProcessEvent(gvga_appcontext, XtIMAlternateInput);
+    }
+}
+
+NB_VOID read_environment(NB_VOID) {
+    signal(SIGTERM, vga_signal_catcher);
+    signal(SIGCHLD, vga_signal_catcher);
+    gvga_variant_x = 0;
+    gvga_variant_y = 1;
+    vga_set_locale_environment();
+    const NB_CHAR *display_names = getenv("QUILMSG");
+    gvga_display_names = display_names != nullptr && display_names[0] == '1';
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    read_environment();
+    if (vga_check_print_usage(&argc, argv)) {
+        if (gvga_exit_code != 0) {
+            vga_error_exit();
+        }
+        return gvga_exit_code;
+    }
+    set_hooks();
+    NB_INT new_argc;
+    NB_CHAR **new_argv;
+    vga_add_params_to_command_line(argc, argv, &new_argc, &new_argv);
+    NB_USHORT front_end = vga_initialise_frontend(&new_argc, new_argv);
+    if (front_end && vga_initialise_backend() && show_first_window()) {
+        while (gvga_exit_code == 0) {
+            do_one_round();
+        }
+    }
+    vga_terminate_backend();
+    if (gvga_exit_code != 0 && gvga_exit_code != VGA_EXIT_NORMAL) {
+        vga_error_exit();
+    } else {
+        gvga_exit_code = 0;
+    }
+    if (gvga_system != nullptr) {
+        vga_destroy_data_structures();
+    }
+    if (new_argv != argv) {
+        free(new_argv);
+    }
+    if (front_end) {
+        vga_terminate_frontend();
+    }
+    return gvga_exit_code;
+}

@@ -1,0 +1,99 @@
+/* The node window: one node's resources in three lists, with tool bar, menus and a message line.
+ *
+ * The window shows the record that its common header holds as parent_item; without one it is empty
+ * and shows nothing to work with.  The three lists belong to the node's record and outlive the
+ * window: they are attached to its widgets while it shows the node.  A pane is current when it has
+ * the keyboard; at most one list has a selection, that of the current pane.
+ * Parts: vganodwp panes, vganodws selection and what it allows, vganodwt commands and tool bar. */
+#ifndef VGANODEW_H
+#define VGANODEW_H
+
+#include "vgadgutl.h"
+#include "vgamodel.h"
+#include "vganodwt.h"
+
+enum VGA_NODEW_PANE_ID : NB_USHORT {
+    VGA_NODEW_TOP_PANE,    /* connectivity */
+    VGA_NODEW_MIDDLE_PANE, /* local LUs */
+    VGA_NODEW_BOTTOM_PANE, /* remote systems */
+    VGA_NODEW_PANE_COUNT,
+    VGA_NODEW_NO_PANE = VGA_NODEW_PANE_COUNT
+};
+
+struct VGA_NODEW_PANE {
+    Widget form; /* its border marks the current pane */
+    Widget title;
+    Widget draw_area, hscroll, vscroll;
+    NB_ULONG share; /* height in pixels that its part of the window comes from */
+};
+
+struct VGA_NODEW_TOOL {
+    Widget frame, icon, text;
+};
+
+struct VGA_NODEW_DESC {
+    VGA_DIALOG common;
+    Widget panes_widget;
+    Widget server_icon, server_text;
+    Widget message_bar;
+    VGA_NODEW_PANE panes[VGA_NODEW_PANE_COUNT];
+    NB_USHORT current_pane; /* VGA_NODEW_NO_PANE: none */
+    Dimension panes_height; /* of all panes when their shares were last looked at */
+    Pixel normal_border, current_border;
+    VGA_NODEW_TOOL tools[VGA_NODEW_TOOL_COUNT];
+    Widget items[VGA_NODEW_COMMAND_COUNT];     /* menu items; null where a command has none */
+    NB_USHORT allowed[VGA_NODEW_COMMAND_COUNT]; /* what the selection and the states allow */
+};
+
+enum : NB_USHORT {
+    VGA_MSG_NODEW_READY = 1244,
+    VGA_MSG_NODEW_TITLE = 1300,
+    VGA_MSG_NODEW_EMPTY_TITLE = 1301,
+    VGA_MSG_NODEW_CONNECTIVITY = 1302,
+    VGA_MSG_NODEW_LOCAL_LUS = 1303,
+    VGA_MSG_NODEW_REM_SYS = 1304,
+    VGA_MSG_NODEW_HELP_START = 1305,
+    VGA_MSG_NODEW_HELP_STOP = 1306,
+    VGA_MSG_NODEW_HELP_ADD = 1307,
+    VGA_MSG_NODEW_HELP_DELETE = 1308,
+    VGA_MSG_NODEW_HELP_ZOOM = 1309,
+    VGA_MSG_NODEW_HELP_STATUS = 1310,
+    VGA_MSG_NODEW_HELP_COPY = 1311,
+    VGA_MSG_NODEW_SELECT_FIRST = 1312,
+    VGA_MSG_NODEW_NOT_FOR_THIS = 1313,
+    VGA_MSG_NODEW_LOOK_ONLY = 1314,
+    VGA_MSG_NODEW_NO_NODE = 1315,
+    VGA_MSG_NODEW_STOPPED = 1316, /* and the other states of a node, up to 1321 */
+    VGA_MSG_NODEW_NODE_LINE = 1322,
+    VGA_MSG_NODEW_NODE_LOST = 1323,
+};
+
+/* Slots of the window's row in gvga_uid_desc. */
+NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog);
+NB_VOID vga_nodew_close_proc(VGA_DIALOG *dialog);
+NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what);
+
+/* Shows the window of a node: the one that is open for it, else a new one.  Null: a window without a
+ * node.  `flag` 1 puts it on the screen, in front; 0 leaves that to the caller.
+ * The program's first window, as long as it is empty, becomes the window of the first node shown.
+ * Returns 0 when there is no window to be had; the reason was shown or logged. */
+NB_USHORT vga_display_node_window(VGA_NODE *node, NB_USHORT flag);
+
+/* The node's name, state or control point changed: title, the node's own line and buttons follow.
+ * Nothing when no window shows the node. */
+NB_VOID vga_update_node_window(VGA_NODE *node);
+
+/* Puts a message, or a text in the locale's character set, into the message line; message 0 clears
+ * it.  The arguments may be those of any window; nothing happens without one. */
+NB_VOID vga_message_node_window(VGA_DIALOG *dialog, NB_USHORT message);
+NB_VOID vga_message_node_window_text(VGA_DIALOG *dialog, const NB_CHAR *text);
+
+/* The descriptor of the node window that a widget stands in; null elsewhere. */
+VGA_NODEW_DESC *vga_nodew_from_widget(Widget widget);
+
+/* The node that the window shows; null for an empty window. */
+inline VGA_NODE *vga_nodew_node(const VGA_NODEW_DESC *desc) {
+    return static_cast<VGA_NODE *>(desc->common.parent_item);
+}
+
+#endif
