@@ -109,6 +109,15 @@ Record *vga_init_record(Owner *owner, const NB_VOID *entry) {
     return record.release();
 }
 
+/* A top-level line opens with its first child: the operator sees what there is without a click, and
+ * the keyboard, which goes around fixed lines, reaches what is below them. */
+inline NB_VOID vga_open_with_first_child(const VGA_LINE_PLACE &place) {
+    if (place.parent != nullptr && place.parent->parent == nullptr &&
+        place.parent->children.count == 1) {
+        vga_expand_viewer(place.root, place.parent, 1);
+    }
+}
+
 /* Creates the record's line, so that the lists on the screen follow the index whatever the order of
  * arrival. */
 template <class Record> NB_VOID vga_create_line(Record *record) {
@@ -135,6 +144,7 @@ template <class Record> NB_VOID vga_create_line(Record *record) {
     record->gui_data.listed = 1;
     vga_create_viewer(place.root, &record->gui_data.viewer, place.type, record, place.parent,
                       after);
+    vga_open_with_first_child(place);
 }
 
 /* Redraws the record's line, if it has one. */

@@ -129,7 +129,11 @@ enum VGA_RECORD_CHANGE : NB_USHORT {
 };
 
 /* One row.  Null functions: the window has no such thing; a row without `get_widgets` is a window
- * that this release does not have, and fetching it fails as for a missing description. */
+ * that this release does not have, and fetching it fails as for a missing description.
+ *
+ * The framework makes the shell.  The tree in the UID file is what stands in it: an XmMessageBox
+ * with XmNdialogType XmDIALOG_TEMPLATE for a dialog (an XmTemplateDialog would bring a second
+ * shell), any manager for a main window. */
 struct VGA_UID_DESC {
     VGA_DIALOG_ID dialog_id;         /* equals the index */
     NB_CHAR name[VGA_UID_NAME_SIZE]; /* top widget in the UID file, and help topic */

@@ -7,15 +7,6 @@
 
 namespace {
 
-enum VERB_MESSAGE : NB_USHORT {
-    VGA_MSG_LAST_SERVER = 207,
-    VGA_MSG_NODE_NOT_ACTIVE = 211,
-    VGA_MSG_CONNECTION_LOST = 223,
-    VGA_MSG_VERB_REFUSED = 227,
-    VGA_MSG_NO_RTP_CONNECTION = 692,
-    VGA_MSG_LOCAL_NODE_NOT_ACTIVE = 1441,
-};
-
 constexpr NB_ULONG any_primary = 0x10000;
 constexpr NB_USHORT any_opcode = 0;
 

@@ -67,7 +67,7 @@ NB_VOID add_fields(Widget widget, std::vector<Widget> &stops) {
 /* Returns 0 when the resource is not set or no colour of the display. */
 NB_USHORT configured_colour(Widget widget, const NB_CHAR *resource, Pixel *pixel) {
     NB_CHAR name[65];
-    if (vga_get_resource_string(resource, "", name, sizeof(name) - 1) == 0) {
+    if (vga_get_resource_string(resource, "", name, sizeof(name) - 1) == 0 || name[0] == '\0') {
         return 0;
     }
     XrmValue from = {static_cast<unsigned>(strlen(name) + 1), name};

@@ -10,18 +10,18 @@
 #include <cstring>
 
 const NB_CHAR *const gvga_pixmap_names[VGA_ICON_COUNT] = {
-    "plus",       "minus",     "port",      "portsdlc",  "porttr",    "portx25",    "ls",
-    "lshost",     "lsdown",    "lspeer",    "pu",        "lu03",      "dlu",        "lu62",
-    "blank",      "user",      "pool",      "cpic",      "mode",      "node",       "portether",
-    "portfddi",   "rjew",      "ludisp",    "lurje",     "luprint",   "lsimpl",     "remsysd",
-    "remsys",     "remplud",   "remplu",    "remsysf",   "disp3270",  "print3270",  "disp5250",
-    "print5250",  "usergroup", "tnclient",  "convsec",   "sesssec",   "dlurport",   "remplua",
-    "start",      "startins",  "stop",      "stopins",   "zoom",      "zoomins",    "add",
-    "addins",     "del",       "delins",    "copy",      "copyins",   "terminal",   "key",
-    "status",     "statusins", "poollu03",  "lu3270",    "lu5250",    "v5",         "backnode",
-    "portfr",     "portescon", "portblkmux", "tnassoc",  "rtpconn",   "lsrt",       "lsr",
-    "adddflt",    "deldflt",   "addrmap",   "portmap",   "gateway",   "snackets",   "appcip",
-    "acclist",    "tpdef",     "tpload",    "portmpc",   "tnredirect", "portip",    "portmpcplus",
+    "plus",      "minus",     "port",       "portsdlc", "porttr",     "portx25",   "ls",
+    "lshost",    "lsdown",    "lspeer",     "pu",       "lu03",       "dlu",       "lu62",
+    "blank",     "user",      "pool",       "cpic",     "mode",       "node",      "portether",
+    "portfddi",  "rjew",      "ludisp",     "lurje",    "luprint",    "lsimpl",    "remsysd",
+    "remsys",    "remplud",   "remplu",     "remsysf",  "disp3270",   "print3270", "disp5250",
+    "print5250", "usergroup", "tnclient",   "convsec",  "sesssec",    "dlurport",  "remplua",
+    "start",     "startins",  "stop",       "stopins",  "zoom",       "zoomins",   "add",
+    "addins",    "del",       "delins",     "copy",     "copyins",    "terminal",  "key",
+    "status",    "statusins", "poollu03",   "lu3270",   "lu5250",     "v5",        "backnode",
+    "portfr",    "portescon", "portblkmux", "tnassoc",  "rtpconn",    "lsrt",      "lsr",
+    "adddflt",   "deldflt",   "addrmap",    "portmap",  "gateway",    "snackets",  "appcip",
+    "acclist",   "tpdef",     "tpload",     "portmpc",  "tnredirect", "portip",    "portmpcplus",
     "ludispsec"};
 
 Pixmap gvga_pixmaps[VGA_ICON_COUNT];
@@ -56,10 +56,10 @@ struct ICON_SET {
 COLOURS read_colours(Widget widget) {
     COLOURS colours = {};
     XtVaGetValues(widget, XmNcolormap, &colours.map, XmNforeground, &colours.foreground,
-                  XmNbackground, &colours.background, static_cast<NB_VOID *>(nullptr));
+                  XmNbackground, &colours.background, nullptr);
     Pixel foreground, select;
-    XmGetColors(XtScreen(widget), colours.map, colours.background, &foreground,
-                &colours.top_shadow, &colours.bottom_shadow, &select);
+    XmGetColors(XtScreen(widget), colours.map, colours.background, &foreground, &colours.top_shadow,
+                &colours.bottom_shadow, &select);
     return colours;
 }
 
@@ -104,9 +104,9 @@ NB_VOID make_contexts(Widget widget, const COLOURS &colours) {
     values.foreground = colours.background ^ colours.foreground;
     values.line_style = LineOnOffDash;
     values.dashes = 1;
-    gvga_outline_gc =
-        XCreateGC(graphics_display, root,
-                  GCFunction | GCForeground | GCLineStyle | GCDashList | GCGraphicsExposures, &values);
+    gvga_outline_gc = XCreateGC(
+        graphics_display, root,
+        GCFunction | GCForeground | GCLineStyle | GCDashList | GCGraphicsExposures, &values);
 }
 
 /* An icon file, closed at the end of its life. */
@@ -133,8 +133,7 @@ public:
     bool fetch(const NB_CHAR *name, Screen *screen, const COLOURS &colours, Pixmap *pixmap) {
         const VGA_NO_WARNINGS quiet;
         return MrmFetchIconLiteral(hierarchy, const_cast<String>(name), screen, graphics_display,
-                                   colours.foreground, colours.background,
-                                   pixmap) == MrmSUCCESS;
+                                   colours.foreground, colours.background, pixmap) == MrmSUCCESS;
     }
 
 private:
@@ -360,7 +359,7 @@ bool is_fixed_pitch(Display *display, XFontSet set) {
 /* The first font set of the widget's font list; it stays the toolkit's. */
 XFontSet font_set_of_list(Widget widget) {
     XmFontList list = nullptr;
-    XtVaGetValues(widget, XmNfontList, &list, static_cast<NB_VOID *>(nullptr));
+    XtVaGetValues(widget, XmNfontList, &list, nullptr);
     XmFontContext context;
     if (list == nullptr || !XmFontListInitFontContext(&context, list)) {
         return nullptr;
@@ -397,8 +396,9 @@ XFontSet vga_load_fixed_fontset(const NB_CHAR *resource_name, const NB_CHAR *def
     if (vga_get_resource_string(resource_name, "", named, sizeof(named) - 1) != 0) {
         const FONT_SET_TRY found = make_font_set(display, named);
         if (!found.complete) {
-            XtAppWarning(gvga_appcontext, vga_message(found.set != nullptr ? VGA_MSG_FONT_PARTIAL
-                                                                           : VGA_MSG_FONT_NOT_FOUND));
+            XtAppWarning(
+                gvga_appcontext,
+                vga_message(found.set != nullptr ? VGA_MSG_FONT_PARTIAL : VGA_MSG_FONT_NOT_FOUND));
         }
         if (found.set != nullptr) {
             return found.set;
@@ -420,7 +420,7 @@ XFontSet vga_load_fixed_fontset(const NB_CHAR *resource_name, const NB_CHAR *def
             free_font_set(display, found.set);
         }
     }
-    XtAppWarning(gvga_appcontext,
-                 vga_message(partial != nullptr ? VGA_MSG_FONT_DEFAULT_PARTIAL : VGA_MSG_FONT_NONE));
+    XtAppWarning(gvga_appcontext, vga_message(partial != nullptr ? VGA_MSG_FONT_DEFAULT_PARTIAL
+                                                                 : VGA_MSG_FONT_NONE));
     return partial;
 }

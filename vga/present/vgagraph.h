@@ -9,7 +9,7 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xlib.h>
 
-#define VGA_ICON_COUNT 85
+#define VGA_ICON_COUNT    85
 #define VGA_MAX_ICON_NAME 30
 
 /* The icons that code names; the others are known by their place in gvga_pixmap_names. */
@@ -38,8 +38,8 @@ extern NB_ULONG gvga_viewer_char_width, gvga_viewer_char_ascent, gvga_viewer_cha
 
 /* Makes all of the above in the colours of `widget` (realized, or at least with its colours set);
  * `font_widget` is the one whose font list is looked at first.
- * Returns 1, or 0 with the reason in the problem log and, where no icon file opens, the exit request
- * made.  What was made until then is kept for vga_free_graphics. */
+ * Returns 1, or 0 with the reason in the problem log and, where no icon file opens, the exit
+ * request made.  What was made until then is kept for vga_free_graphics. */
 NB_USHORT vga_init_graphics(Widget widget, Widget font_widget);
 
 /* Frees all of it; harmless when nothing was made.  Needs the display. */

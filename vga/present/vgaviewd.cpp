@@ -1,8 +1,8 @@
 #include "nbbase.h"
 #include "vgadgfw.h"
 #include "vgagraph.h"
-#include "vgaviewi.h"
 #include "vganofq.h"
+#include "vgaviewi.h"
 #include <Xm/ScrollBar.h>
 #include <Xm/ScrolledW.h>
 #include <algorithm>
@@ -14,7 +14,8 @@ constexpr NB_ULONG icon_gap = 4; // pixels between icon and text
 
 /* ------------------------------------------------------------------ one line */
 
-/* Where a line is being drawn: a pixmap of one line, so that the window never shows it half done. */
+/* Where a line is being drawn: a pixmap of one line, so that the window never shows it half done.
+ */
 struct PEN {
     VGA_VIEWER_ROOT *root;
     Display *display;
@@ -127,7 +128,7 @@ bool ready_to_draw(VGA_VIEWER_ROOT *root) {
             XFreePixmap(display, root->line_pixmap);
         }
         NB_INT depth = 0;
-        XtVaGetValues(root->draw_widget, XmNdepth, &depth, static_cast<NB_VOID *>(nullptr));
+        XtVaGetValues(root->draw_widget, XmNdepth, &depth, nullptr);
         root->line_pixmap_width = root->window_width;
         root->line_pixmap = XCreatePixmap(
             display, XtWindow(root->draw_widget), static_cast<unsigned>(root->window_width),
@@ -207,7 +208,7 @@ NB_VOID set_scroll_bar(Widget bar, bool needed, NB_ULONG content, NB_ULONG windo
     const NB_INT page = std::max(slider - slider % increment - increment, increment);
     XtVaSetValues(bar, XmNminimum, 0, XmNmaximum, maximum, XmNsliderSize, slider, XmNvalue,
                   std::min(static_cast<NB_INT>(value), maximum - slider), XmNincrement, increment,
-                  XmNpageIncrement, page, static_cast<NB_VOID *>(nullptr));
+                  XmNpageIncrement, page, nullptr);
     if (!XtIsManaged(bar)) {
         XtManageChild(bar);
     }
@@ -216,9 +217,9 @@ NB_VOID set_scroll_bar(Widget bar, bool needed, NB_ULONG content, NB_ULONG windo
 /* What a bar takes of the window's room. */
 NB_ULONG bar_room(Widget bar, const NB_CHAR *dimension) {
     Dimension size = 0, spacing = 0;
-    XtVaGetValues(bar, dimension, &size, static_cast<NB_VOID *>(nullptr));
+    XtVaGetValues(bar, dimension, &size, nullptr);
     if (XmIsScrolledWindow(XtParent(bar))) {
-        XtVaGetValues(XtParent(bar), XmNspacing, &spacing, static_cast<NB_VOID *>(nullptr));
+        XtVaGetValues(XtParent(bar), XmNspacing, &spacing, nullptr);
     }
     return NB_ULONG{size} + spacing;
 }
@@ -282,10 +283,9 @@ NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
 NB_VOID vga_viewer_schedule(VGA_VIEWER_ROOT *root) {
     if (root->displayed != 0 && root->update_timer == 0 &&
         (root->dirty_count != 0 || root->bars_due != 0)) {
-        root->update_timer =
-            XtAppAddTimeOut(XtWidgetToApplicationContext(root->draw_widget), 0,
-                            vga_viewer_scrollbar_timer,
-                            reinterpret_cast<XtPointer>(static_cast<uintptr_t>(root->handle)));
+        root->update_timer = XtAppAddTimeOut(
+            XtWidgetToApplicationContext(root->draw_widget), 0, vga_viewer_scrollbar_timer,
+            reinterpret_cast<XtPointer>(static_cast<uintptr_t>(root->handle)));
     }
 }
 
@@ -324,8 +324,7 @@ NB_VOID vga_viewer_set_offsets(VGA_VIEWER_ROOT *root, int64_t x, int64_t y, Widg
         // A bar that is being dragged keeps the value that the pointer gives it.  One that is out
         // of date gets its value with the rest.
         if (axis.bar != bar && root->bars_due == 0 && XtIsManaged(axis.bar)) {
-            XtVaSetValues(axis.bar, XmNvalue, static_cast<NB_INT>(axis.value),
-                          static_cast<NB_VOID *>(nullptr));
+            XtVaSetValues(axis.bar, XmNvalue, static_cast<NB_INT>(axis.value), nullptr);
         }
     }
     vga_viewer_schedule(root);
@@ -333,8 +332,7 @@ NB_VOID vga_viewer_set_offsets(VGA_VIEWER_ROOT *root, int64_t x, int64_t y, Widg
 
 NB_USHORT vga_viewer_read_size(VGA_VIEWER_ROOT *root) {
     Dimension width = 0, height = 0;
-    XtVaGetValues(root->draw_widget, XmNwidth, &width, XmNheight, &height,
-                  static_cast<NB_VOID *>(nullptr));
+    XtVaGetValues(root->draw_widget, XmNwidth, &width, XmNheight, &height, nullptr);
     if (root->window_width == width && root->window_height == height) {
         return 0;
     }
@@ -344,7 +342,9 @@ NB_USHORT vga_viewer_read_size(VGA_VIEWER_ROOT *root) {
     return 1;
 }
 
-NB_VOID vga_viewer_mark_all(VGA_VIEWER_ROOT *root) { vga_viewer_mark(root, 0, VGA_VIEWER_TO_END); }
+NB_VOID vga_viewer_mark_all(VGA_VIEWER_ROOT *root) {
+    vga_viewer_mark(root, 0, VGA_VIEWER_TO_END);
+}
 
 NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
     return desc->level * gvga_viewer_indent_width +
@@ -377,7 +377,7 @@ NB_ULONG vga_viewer_text_width(const NB_CHAR *text) {
 NB_VOID vga_viewer_add_underline(NB_VOID *, Widget widget, Drawable drawable, NB_INT x, NB_INT y,
                                  GC gc) {
     Dimension width = 0;
-    XtVaGetValues(widget, XmNwidth, &width, static_cast<NB_VOID *>(nullptr));
+    XtVaGetValues(widget, XmNwidth, &width, nullptr);
     const NB_INT line = y + static_cast<NB_INT>(gvga_viewer_item_height) - 1;
     XDrawLine(XtDisplay(widget), drawable, gc, std::max(x, 0), line, width, line);
 }

@@ -3,7 +3,7 @@
  *   vgaviewt  tree, positions         vgaviewd  drawing, scroll bars, the update timer
  *   vgaviews  selection, dirty bands  vgaviewr  the interface, attaching to widgets
  *   vgaviewl  layout of text and view vgaviewm  mouse
- *   (these three know no X)           vgaviewk  keyboard                                          */
+ *   (these three know no X)           vgaviewk  keyboard */
 #ifndef VGAVIEWI_H
 #define VGAVIEWI_H
 
@@ -46,8 +46,8 @@ struct VGA_VIEWER_FIT {
 };
 NB_VOID vga_viewer_fit(VGA_VIEWER_FIT *fit);
 
-/* Height of the content for the scroll bar: one line more when not everything fits, so that the last
- * line can be scrolled to where it is whole. */
+/* Height of the content for the scroll bar: one line more when not everything fits, so that the
+ * last line can be scrolled to where it is whole. */
 NB_ULONG vga_viewer_content_height(NB_ULONG lines_height, NB_ULONG window_height,
                                    NB_ULONG item_height);
 

@@ -93,8 +93,7 @@ VGA_VIEWER_ITEM *find_target(const WALK &walk, NB_USHORT direction) {
 /* ------------------------------------------------------------------ the other keys */
 
 NB_VOID scroll_columns(VGA_VIEWER_ROOT *root, NB_LONG columns) {
-    vga_viewer_scroll_view_horizontal(root,
-                                      columns * static_cast<NB_LONG>(gvga_viewer_char_width));
+    vga_viewer_scroll_view_horizontal(root, columns * static_cast<NB_LONG>(gvga_viewer_char_width));
 }
 
 NB_VOID select_outlined(VGA_VIEWER_ROOT *root, NB_USHORT shift, NB_USHORT ctrl) {

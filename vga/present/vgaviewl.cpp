@@ -8,7 +8,9 @@ namespace {
 /* A text is at most VGA_VIEWER_MAX_TEXT_LENGTH long, so no column further out means anything. */
 constexpr NB_ULONG max_column = 4 * VGA_VIEWER_MAX_TEXT_LENGTH;
 
-bool is_digit(NB_CHAR character) { return character >= '0' && character <= '9'; }
+bool is_digit(NB_CHAR character) {
+    return character >= '0' && character <= '9';
+}
 
 /* The first column stop of the text, null without one. */
 const NB_CHAR *find_stop(const NB_CHAR *text) {

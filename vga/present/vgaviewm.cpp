@@ -31,6 +31,10 @@ NB_VOID cross(VGA_VIEWER_ITEM *item, NB_USHORT select) {
 /* The pointer, with the button held, is over that height of the window. */
 NB_VOID drag_over(VGA_VIEWER_ROOT *root, NB_INT window_y) {
     VGA_VIEWER_ITEM *item = vga_viewer_hit(root, window_y);
+    if (item == nullptr && window_y > 0) {
+        // Below the last line.
+        item = vga_viewer_find_line(root, vga_viewer_list_lines(&root->top_items) - 1);
+    }
     if (root->last_dragged == nullptr || root->select_anchor == nullptr) {
         vga_viewer_end_drag(root); // the line went while the button was down
     } else if (item != nullptr && item != root->last_dragged) {
@@ -69,10 +73,9 @@ NB_VOID vga_viewer_drag_timer(XtPointer client_data, XtIntervalId *) {
 }
 
 NB_VOID start_drag_timer(VGA_VIEWER_ROOT *root) {
-    root->drag_timer =
-        XtAppAddTimeOut(XtWidgetToApplicationContext(root->draw_widget), drag_interval,
-                        vga_viewer_drag_timer,
-                        reinterpret_cast<XtPointer>(static_cast<uintptr_t>(root->handle)));
+    root->drag_timer = XtAppAddTimeOut(
+        XtWidgetToApplicationContext(root->draw_widget), drag_interval, vga_viewer_drag_timer,
+        reinterpret_cast<XtPointer>(static_cast<uintptr_t>(root->handle)));
 }
 
 NB_VOID stop_drag_timer(VGA_VIEWER_ROOT *root) {

@@ -1,14 +1,15 @@
 /* The viewer: the list control of every window.  A hierarchical list of lines with icon and text
- * columns, drawn by hand into an XmDrawnButton with its own two scroll bars, so that its length has no
- * limit.  A line is a VGA_VIEWER_ITEM inside a model record; what it shows and does is told by its
- * type, a row of the table that the windows layer hands in (vga_viewer_set_types).
+ * columns, drawn by hand into an XmDrawnButton with its own two scroll bars, so that its length has
+ * no limit.  A line is a VGA_VIEWER_ITEM inside a model record; what it shows and does is told by
+ * its type, a row of the table that the windows layer hands in (vga_viewer_set_types).
  *
- * Order, positions and selection are current when a call returns; drawing is put off to one timer of
- * no length, so that a burst of changes is drawn once.  While a list is not displayed, all calls work
- * and nothing is drawn.
+ * Order, positions and selection are current when a call returns; drawing is put off to one timer
+ * of no length, so that a burst of changes is drawn once.  While a list is not displayed, all calls
+ * work and nothing is drawn.
  *
- * OWNS: a root belongs to its window's record, an item to its model record; the viewer frees neither.
- * Flags `redraw`: 0 leaves the screen to a later call; `notify`: 1 calls set_button_states. */
+ * OWNS: a root belongs to its window's record, an item to its model record; the viewer frees
+ * neither. Flags `redraw`: 0 leaves the screen to a later call; `notify`: 1 calls
+ * set_button_states. */
 #ifndef VGAVIEWR_H
 #define VGAVIEWR_H
 
@@ -67,7 +68,7 @@ enum VGA_VIEWER_TYPE : NB_UCHAR {
 };
 
 #define VGA_VIEWER_MAX_TEXT_LENGTH 1000
-#define VGA_VIEWER_TEXT_BUFFER 4096 /* bytes that create_text may write */
+#define VGA_VIEWER_TEXT_BUFFER     4096 /* bytes that create_text may write */
 
 /* A type of line.  `data` is the item's record; every function may be null. */
 struct VGA_VIEWER_DESC {
@@ -80,7 +81,8 @@ struct VGA_VIEWER_DESC {
      * without it is a title: the keyboard passes it. */
     NB_VOID (*arm_cb)(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs);
     NB_VOID (*disarm_cb)(Widget widget); /* released: update the window's buttons */
-    /* Released on the line outside its expand column.  Open the record if vga_viewer_is_open(cbs). */
+    /* Released on the line outside its expand column.  Open the record if vga_viewer_is_open(cbs).
+     */
     NB_VOID (*activate_cb)(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs);
     /* The pointer crossed the line in a drag: if it may join, call vga_viewer_drag_cb. */
     NB_VOID (*drag_cb)(NB_VOID *data, NB_USHORT select, NB_USHORT redraw);
@@ -101,7 +103,8 @@ NB_VOID vga_viewer_set_types(const VGA_VIEWER_DESC *table, NB_USHORT count);
 /* The row of an item; an empty one for a type that the table does not have. */
 const VGA_VIEWER_DESC *vga_viewer_type(const VGA_VIEWER_ITEM *item);
 
-/* ------------------------------------------------------------------ what the dialog framework adds */
+/* ------------------------------------------------------------------ what the dialog framework adds
+ */
 
 enum VGA_VIEWER_ACTION : NB_USHORT {
     VGA_VIEWER_ACTION_ZOOM,   /* Return */
@@ -109,8 +112,8 @@ enum VGA_VIEWER_ACTION : NB_USHORT {
     VGA_VIEWER_ACTION_ADD     /* Insert */
 };
 
-/* A key asks for an action of the window: `window` is the root's, `widget` the drawn button.  Set at
- * start by the dialog framework; while it is null the keys are ignored. */
+/* A key asks for an action of the window: `window` is the root's, `widget` the drawn button.  Set
+ * at start by the dialog framework; while it is null the keys are ignored. */
 typedef NB_VOID (*VGA_VIEWER_WINDOW_ACTION)(NB_VOID *window, VGA_VIEWER_ACTION action,
                                             Widget widget);
 extern VGA_VIEWER_WINDOW_ACTION gvga_viewer_window_action;
@@ -127,7 +130,7 @@ struct VGA_VIEWER_ROOT : VGA_VIEWER_TREE {
     NB_USHORT vscroll_shown;
     NB_USHORT bars_due;        /* the timer is to set the scroll bars */
     XtIntervalId update_timer; /* 0: none */
-    NB_SHORT armed_type; /* of the line that is pressed, though it may be gone */
+    NB_SHORT armed_type;       /* of the line that is pressed, though it may be gone */
     NB_USHORT dragging;
     XtIntervalId drag_timer; /* 0: none */
     Pixmap line_pixmap;      /* one line is drawn in it, then copied */
@@ -141,10 +144,10 @@ NB_USHORT vga_viewer_init_root(VGA_VIEWER_ROOT *root);
 /* Detaches the list and ends its handle.  The items are left as they are. */
 NB_VOID vga_viewer_destroy_root(VGA_VIEWER_ROOT *root);
 
-/* Shows the list in its widgets until vga_viewer_undisplay or until they are destroyed.  A list that
- * is displayed already is detached first.
- * REQUIRES: an XmDrawnButton, whose translations leave the arrow, page and Return keys alone and arm
- * it with Ctrl and Shift, too; its parent is the XmScrolledWindow of the two XmScrollBars. */
+/* Shows the list in its widgets until vga_viewer_undisplay or until they are destroyed.  A list
+ * that is displayed already is detached first. REQUIRES: an XmDrawnButton, whose translations leave
+ * the arrow, page and Return keys alone and arm it with Ctrl and Shift, too; its parent is the
+ * XmScrolledWindow of the two XmScrollBars. */
 NB_VOID vga_viewer_display_root(VGA_VIEWER_ROOT *root, Widget draw_widget, Widget hscroll,
                                 Widget vscroll);
 
@@ -153,16 +156,17 @@ NB_VOID vga_viewer_undisplay(VGA_VIEWER_ROOT *root);
 
 /* ------------------------------------------------------------------ lines */
 
-/* Initialises `item` (whatever its memory holds) and puts it under `parent` (null: at the top level)
- * behind its sibling `after`, or VGA_VIEWER_FIRST: before every line but the leading fixed ones, or
- * VGA_VIEWER_LAST (null): at the end.
- * REQUIRES: `item` is in no list; `after` is a child of `parent`. */
+/* Initialises `item` (whatever its memory holds) and puts it under `parent` (null: at the top
+ * level) behind its sibling `after`, or VGA_VIEWER_FIRST: before every line but the leading fixed
+ * ones, or VGA_VIEWER_LAST (null): at the end. REQUIRES: `item` is in no list; `after` is a child
+ * of `parent`. */
 NB_VOID vga_create_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT type,
                           NB_VOID *data, VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after);
 
 /* Takes an item and all below it off the list.  Anchor, outline, drag and selection let go of them
- * first, and the window's buttons are set when the selection changed.  The children can be taken out
- * later, one by one, as long as the item's memory lives.  An item that is in no list is ignored. */
+ * first, and the window's buttons are set when the selection changed.  The children can be taken
+ * out later, one by one, as long as the item's memory lives.  An item that is in no list is
+ * ignored. */
 NB_VOID vga_delete_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
 
 /* The record changed: measures and draws its line again. */
@@ -207,7 +211,8 @@ NB_VOID vga_viewer_select(VGA_VIEWER_ITEM *item, VGA_VIEWER_ROOT *root, NB_USHOR
 NB_VOID vga_viewer_arm_select(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item,
                               const XmDrawnButtonCallbackStruct *cbs);
 
-/* For activate callbacks: 1 when the record is to be opened (a double click), 0 for the first click. */
+/* For activate callbacks: 1 when the record is to be opened (a double click), 0 for the first
+ * click. */
 NB_USHORT vga_viewer_is_open(const XmDrawnButtonCallbackStruct *cbs);
 
 /* Sets or flips one item; count and type follow.  Returns the change of the count: 1, -1 or 0. */
@@ -218,7 +223,8 @@ NB_VOID vga_viewer_clear_selection(VGA_VIEWER_ROOT *root);
 NB_VOID vga_clear_outline_selection(VGA_VIEWER_ROOT *root); /* removes the outline */
 
 /* The record of the selected item, and its type (`type` may be null); null and
- * VGA_VIEWER_SELECT_NONE without one.  Of several: the outlined, else the anchor, else the first. */
+ * VGA_VIEWER_SELECT_NONE without one.  Of several: the outlined, else the anchor, else the first.
+ */
 NB_VOID *vga_viewer_get_selection(const VGA_VIEWER_ROOT *root, NB_SHORT *type);
 VGA_VIEWER_ITEM *vga_viewer_get_selected_viewer(const VGA_VIEWER_ROOT *root);
 
@@ -259,8 +265,8 @@ enum VGA_VIEWER_DIRECTION : NB_USHORT {
     VGA_VIEWER_END = 6
 };
 
-/* Moves the outline and the selection with it: through all levels, or, with `shift` or `ctrl`, among
- * the siblings.  Title lines are never the target. */
+/* Moves the outline and the selection with it: through all levels, or, with `shift` or `ctrl`,
+ * among the siblings.  Title lines are never the target. */
 NB_VOID vga_viewer_key_move(VGA_VIEWER_ROOT *root, NB_USHORT direction, NB_USHORT shift,
                             NB_USHORT ctrl);
 

@@ -7,7 +7,9 @@ VGA_VIEWER_ITEM gvga_viewer_first;
 
 namespace {
 
-NB_UCHAR height_of(const VGA_VIEWER_ITEM *node) { return node != nullptr ? node->height : 0; }
+NB_UCHAR height_of(const VGA_VIEWER_ITEM *node) {
+    return node != nullptr ? node->height : 0;
+}
 
 /* Sums over the binary tree, by lines or by selected items. */
 struct BY_LINES {
@@ -87,7 +89,8 @@ VGA_VIEWER_ITEM *predecessor(VGA_VIEWER_ITEM *node) {
 }
 
 NB_VOID add_up(VGA_VIEWER_ITEM *node) {
-    node->height = static_cast<NB_UCHAR>(1 + std::max(height_of(node->left), height_of(node->right)));
+    node->height =
+        static_cast<NB_UCHAR>(1 + std::max(height_of(node->left), height_of(node->right)));
     node->lines_sum = node->lines + BY_LINES::sum(node->left) + BY_LINES::sum(node->right);
     node->selected_sum =
         node->selected + BY_SELECTED::sum(node->left) + BY_SELECTED::sum(node->right);
@@ -270,8 +273,8 @@ NB_VOID vga_viewer_tree_remove(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item) {
     recount(tree, item->parent);
 }
 
-NB_VOID vga_viewer_tree_set_expanded(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item,
-                                     NB_USHORT state, NB_USHORT redraw) {
+NB_VOID vga_viewer_tree_set_expanded(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_USHORT state,
+                                     NB_USHORT redraw) {
     if (item->expanded != state) {
         item->expanded = state;
         recount(tree, item);
@@ -296,7 +299,9 @@ NB_VOID vga_viewer_tree_set_hidden(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item,
     mark_from(tree, item, first_child);
 }
 
-NB_ULONG vga_viewer_list_lines(const VGA_VIEWER_LIST *list) { return BY_LINES::sum(list->root); }
+NB_ULONG vga_viewer_list_lines(const VGA_VIEWER_LIST *list) {
+    return BY_LINES::sum(list->root);
+}
 
 NB_ULONG vga_viewer_get_line_in_list(const VGA_VIEWER_ITEM *item) {
     return sum_before<BY_LINES>(item);

@@ -3,8 +3,8 @@
  * Every level of the tree is a list of siblings, kept as a balanced binary tree that is ordered by
  * position.  Each item carries the number of visible lines and of selected items below it in that
  * binary tree, so that inserting, removing, opening, closing, finding the line at a height and the
- * height of a line cost O(log n) a level, however long the list is.  Positions are counted in lines;
- * the pixel is a line times gvga_viewer_item_height.
+ * height of a line cost O(log n) a level, however long the list is.  Positions are counted in
+ * lines; the pixel is a line times gvga_viewer_item_height.
  *
  * OWNS: nothing.  An item is a field of a model record, which must take it out of its list
  * (vga_delete_viewer) before it goes. */
@@ -50,7 +50,7 @@ static_assert(sizeof(VGA_VIEWER_ITEM) <= 200);
 struct VGA_VIEWER_BAND {
     NB_ULONG top, bottom;
 };
-#define VGA_VIEWER_BANDS 8
+#define VGA_VIEWER_BANDS  8
 #define VGA_VIEWER_TO_END 0xFFFFFFFF
 
 /* What a list knows without its widgets. */
@@ -74,7 +74,7 @@ struct VGA_VIEWER_TREE {
 /* `after` of vga_create_viewer: before every line but the leading fixed ones; at the end. */
 extern VGA_VIEWER_ITEM gvga_viewer_first;
 #define VGA_VIEWER_FIRST (&gvga_viewer_first)
-#define VGA_VIEWER_LAST (static_cast<VGA_VIEWER_ITEM *>(nullptr))
+#define VGA_VIEWER_LAST  (static_cast<VGA_VIEWER_ITEM *>(nullptr))
 
 NB_VOID vga_viewer_tree_init(VGA_VIEWER_TREE *tree);
 
@@ -84,8 +84,8 @@ NB_USHORT vga_viewer_tree_insert(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, N
                                  NB_VOID *data, VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after);
 
 /* Takes an item out together with what is below it: the children stay its children and can be taken
- * out one by one later, while the item's memory lives.  Every reference of the tree into the subtree
- * is dropped first.  An item in no list is left alone. */
+ * out one by one later, while the item's memory lives.  Every reference of the tree into the
+ * subtree is dropped first.  An item in no list is left alone. */
 NB_VOID vga_viewer_tree_remove(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item);
 
 NB_VOID vga_viewer_tree_set_expanded(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_USHORT state,
@@ -117,8 +117,8 @@ NB_USHORT vga_viewer_has_children(const VGA_VIEWER_ITEM *item);
 /* `item` is `ancestor` or lies below it; null does not. */
 NB_USHORT vga_viewer_is_within(const VGA_VIEWER_ITEM *item, const VGA_VIEWER_ITEM *ancestor);
 
-/* The next and the previous line of all levels in screen order; null at the ends and for an item that
- * is not visible. */
+/* The next and the previous line of all levels in screen order; null at the ends and for an item
+ * that is not visible. */
 VGA_VIEWER_ITEM *vga_viewer_next_line(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item);
 VGA_VIEWER_ITEM *vga_viewer_prev_line(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item);
 
@@ -149,8 +149,7 @@ NB_VOID vga_viewer_tree_select(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_
 /* The first selected item; the first behind `item` among its siblings, or, with none behind, the
  * last before it.  Null when there is none. */
 VGA_VIEWER_ITEM *vga_viewer_first_selected(const VGA_VIEWER_TREE *tree);
-VGA_VIEWER_ITEM *vga_viewer_next_selected(const VGA_VIEWER_TREE *tree,
-                                          const VGA_VIEWER_ITEM *item);
+VGA_VIEWER_ITEM *vga_viewer_next_selected(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item);
 
 /* The outlined item when it is selected, else the anchor when it is, else the first selected. */
 VGA_VIEWER_ITEM *vga_viewer_current(const VGA_VIEWER_TREE *tree);

@@ -1,4 +1,5 @@
 #include "vganodew.h"
+#include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vganodwp.h"
@@ -114,9 +115,19 @@ static NB_USHORT find_widgets(VGA_NODEW_DESC *desc) {
         if (widget == nullptr) {
             return 0;
         }
-        memcpy(reinterpret_cast<NB_UCHAR *>(desc) + row.offset, &widget, sizeof(widget));
+        *reinterpret_cast<Widget *>(reinterpret_cast<NB_UCHAR *>(desc) + row.offset) = widget;
     }
     return vga_nodew_get_command_widgets(desc);
+}
+
+/* The size in the description is for an ordinary screen; the window manager's frame and a panel
+ * need some room, too. */
+static NB_VOID fit_screen(Widget window) {
+    Dimension width, height;
+    XtVaGetValues(window, XmNwidth, &width, XmNheight, &height, nullptr);
+    width = static_cast<Dimension>(std::min<NB_INT>(width, WidthOfScreen(gvga_screen) - 24));
+    height = static_cast<Dimension>(std::min<NB_INT>(height, HeightOfScreen(gvga_screen) - 72));
+    XtVaSetValues(window, XmNwidth, width, XmNheight, height, nullptr);
 }
 
 NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
@@ -128,6 +139,7 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     if (gvga_viewer_item_height == 0 && !vga_init_graphics(top.draw_area, top.draw_area)) {
         return 0;
     }
+    fit_screen(dialog->widget);
     desc->current_pane = VGA_NODEW_NO_PANE;
     XtVaGetValues(top.form, XmNborderColor, &desc->normal_border, nullptr);
     XtVaGetValues(top.draw_area, XmNhighlightColor, &desc->current_border, nullptr);
@@ -159,8 +171,18 @@ static NB_VOID detach(VGA_NODEW_DESC *desc) {
     desc->common.parent_item = nullptr;
 }
 
-/* Also for a window that was fetched before its node was known.  A pane that has the keyboard
- * already becomes the current one. */
+/* The pane that was left with a selection when the window was closed; else the one that has the
+ * keyboard already. */
+static NB_USHORT pane_to_begin_with(const VGA_NODEW_DESC *desc) {
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        if (vga_nodew_pane_root(desc, pane)->select_count != 0) {
+            return pane;
+        }
+    }
+    return vga_nodew_focus_pane(desc);
+}
+
+/* Also for a window that was fetched before its node was known. */
 static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
     desc->common.parent_item = node;
     node->window = &desc->common;
@@ -172,7 +194,7 @@ static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
     }
     show_node(desc);
     vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
-    vga_nodew_select_pane(desc, vga_nodew_focus_pane(desc), 0);
+    vga_nodew_select_pane(desc, pane_to_begin_with(desc), 1);
     vga_nodew_set_button_states(desc);
 }
 

@@ -10,6 +10,7 @@
 
 #include "vgadgutl.h"
 #include "vgamodel.h"
+#include "vgamsgs.h"
 #include "vganodwt.h"
 
 enum VGA_NODEW_PANE_ID : NB_USHORT {
@@ -41,31 +42,8 @@ struct VGA_NODEW_DESC {
     Dimension panes_height; /* of all panes when their shares were last looked at */
     Pixel normal_border, current_border;
     VGA_NODEW_TOOL tools[VGA_NODEW_TOOL_COUNT];
-    Widget items[VGA_NODEW_COMMAND_COUNT];     /* menu items; null where a command has none */
+    Widget items[VGA_NODEW_COMMAND_COUNT];      /* menu items; null where a command has none */
     NB_USHORT allowed[VGA_NODEW_COMMAND_COUNT]; /* what the selection and the states allow */
-};
-
-enum : NB_USHORT {
-    VGA_MSG_NODEW_READY = 1244,
-    VGA_MSG_NODEW_TITLE = 1300,
-    VGA_MSG_NODEW_EMPTY_TITLE = 1301,
-    VGA_MSG_NODEW_CONNECTIVITY = 1302,
-    VGA_MSG_NODEW_LOCAL_LUS = 1303,
-    VGA_MSG_NODEW_REM_SYS = 1304,
-    VGA_MSG_NODEW_HELP_START = 1305,
-    VGA_MSG_NODEW_HELP_STOP = 1306,
-    VGA_MSG_NODEW_HELP_ADD = 1307,
-    VGA_MSG_NODEW_HELP_DELETE = 1308,
-    VGA_MSG_NODEW_HELP_ZOOM = 1309,
-    VGA_MSG_NODEW_HELP_STATUS = 1310,
-    VGA_MSG_NODEW_HELP_COPY = 1311,
-    VGA_MSG_NODEW_SELECT_FIRST = 1312,
-    VGA_MSG_NODEW_NOT_FOR_THIS = 1313,
-    VGA_MSG_NODEW_LOOK_ONLY = 1314,
-    VGA_MSG_NODEW_NO_NODE = 1315,
-    VGA_MSG_NODEW_STOPPED = 1316, /* and the other states of a node, up to 1321 */
-    VGA_MSG_NODEW_NODE_LINE = 1322,
-    VGA_MSG_NODEW_NODE_LOST = 1323,
 };
 
 /* Slots of the window's row in gvga_uid_desc. */
@@ -73,9 +51,9 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog);
 NB_VOID vga_nodew_close_proc(VGA_DIALOG *dialog);
 NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what);
 
-/* Shows the window of a node: the one that is open for it, else a new one.  Null: a window without a
- * node.  `flag` 1 puts it on the screen, in front; 0 leaves that to the caller.
- * The program's first window, as long as it is empty, becomes the window of the first node shown.
+/* Shows the window of a node: the one that is open for it, else the program's first window if that
+ * is still empty, else a new one.  Null: a window without a node.  `flag` 1 puts it on the screen,
+ * in front; 0 leaves that to the caller.
  * Returns 0 when there is no window to be had; the reason was shown or logged. */
 NB_USHORT vga_display_node_window(VGA_NODE *node, NB_USHORT flag);
 

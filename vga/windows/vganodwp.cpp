@@ -55,14 +55,18 @@ NB_VOID vga_nodew_select_pane(VGA_NODEW_DESC *desc, NB_USHORT pane, NB_USHORT ta
             clear_pane(vga_nodew_pane_root(desc, other));
         }
     }
-    if (VGA_VIEWER_ITEM *item = first_selectable(root)) {
+    VGA_VIEWER_ITEM *item = first_selectable(root);
+    if (item != nullptr && root->select_count == 0) {
         vga_viewer_select(item, root, 0, 0, 1, 0);
     }
     vga_nodew_set_button_states(desc);
 }
 
-NB_VOID vga_nodew_select_node(VGA_NODEW_DESC *desc) {
+NB_VOID vga_nodew_select_node(VGA_NODEW_DESC *desc, NB_USHORT take_focus) {
     vga_nodew_forget_pane(desc);
+    if (take_focus) {
+        XmProcessTraversal(desc->server_text, XmTRAVERSE_CURRENT);
+    }
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         if (VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane)) {
             clear_pane(root);
@@ -115,9 +119,9 @@ NB_VOID vga_nodew_divide(const NB_ULONG *shares, NB_ULONG total, NB_ULONG minimu
     NB_ULONG floor = std::min(minimum, total / VGA_NODEW_PANE_COUNT);
     NB_ULONG left = total;
     for (NB_USHORT pane = 0; pane + 1 < VGA_NODEW_PANE_COUNT; pane++) {
-        NB_ULONG wanted = sum == 0 ? total / VGA_NODEW_PANE_COUNT
-                                   : static_cast<NB_ULONG>(static_cast<uint64_t>(total) *
-                                                           shares[pane] / sum);
+        NB_ULONG wanted =
+            sum == 0 ? total / VGA_NODEW_PANE_COUNT
+                     : static_cast<NB_ULONG>(static_cast<uint64_t>(total) * shares[pane] / sum);
         NB_ULONG others = floor * (VGA_NODEW_PANE_COUNT - 1 - pane);
         heights[pane] = std::clamp(wanted, floor, left - others);
         left -= heights[pane];
@@ -163,10 +167,11 @@ static NB_VOID divide_again(VGA_NODEW_DESC *desc) {
     }
 }
 
-/* One handler for the paned window and for the panes: where its own height is the one that is known,
- * the operator has moved a sash, and the shares follow. */
+/* One handler for the paned window and for the panes, also when they come on the screen.  Where the
+ * paned window's own height is the one that is known, the operator has moved a sash, and the shares
+ * follow. */
 static NB_VOID resized(Widget, XtPointer client_data, XEvent *event, Boolean *) {
-    if (event->type != ConfigureNotify) {
+    if (event->type != ConfigureNotify && event->type != MapNotify) {
         return;
     }
     auto *desc = static_cast<VGA_NODEW_DESC *>(client_data);
@@ -179,8 +184,21 @@ static NB_VOID resized(Widget, XtPointer client_data, XEvent *event, Boolean *) 
     }
 }
 
+/* A sash between two lists would be a stop of the Tab key. */
+static NB_VOID keep_focus_off_sashes(VGA_NODEW_DESC *desc) {
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(desc->panes_widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    for (Cardinal child = 0; child < count; child++) {
+        if (!XmIsManager(children[child])) {
+            XtVaSetValues(children[child], XmNtraversalOn, False, nullptr);
+        }
+    }
+}
+
 NB_VOID vga_nodew_share_height(VGA_NODEW_DESC *desc) {
     note_shares(desc);
+    keep_focus_off_sashes(desc);
     XtAddEventHandler(desc->panes_widget, StructureNotifyMask, False, resized, desc);
     for (VGA_NODEW_PANE &pane : desc->panes) {
         XtAddEventHandler(pane.form, StructureNotifyMask, False, resized, desc);

@@ -8,12 +8,13 @@
 VGA_VIEWER_ROOT *vga_nodew_pane_root(const VGA_NODEW_DESC *desc, NB_USHORT pane);
 
 /* Makes a pane current: its border is marked, the other lists lose their selection, its first
- * line is selected, and with `take_focus` it gets the keyboard.  Nothing without a node, or when the
- * pane is current already. */
+ * line is selected unless another one is, and with `take_focus` it gets the keyboard.  Nothing
+ * without a node, or when the pane is current already. */
 NB_VOID vga_nodew_select_pane(VGA_NODEW_DESC *desc, NB_USHORT pane, NB_USHORT take_focus);
 
-/* No pane is current and nothing is selected: the commands are for the node itself. */
-NB_VOID vga_nodew_select_node(VGA_NODEW_DESC *desc);
+/* No pane is current and nothing is selected: the commands are for the node itself, whose line gets
+ * the keyboard with `take_focus`. */
+NB_VOID vga_nodew_select_node(VGA_NODEW_DESC *desc, NB_USHORT take_focus);
 
 /* Marks no pane, whatever the lists hold. */
 NB_VOID vga_nodew_forget_pane(VGA_NODEW_DESC *desc);

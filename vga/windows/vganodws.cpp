@@ -19,7 +19,7 @@ static constexpr NB_UCHAR link_stoppable = stoppable | in(NAP_PENDING_INACTIVE);
  * the line is defined and has no status. */
 struct VGA_NODEW_TYPE_RULE {
     VGA_VIEWER_TYPE type;
-    NB_UCHAR start, stop; /* in which of the statuses */
+    NB_UCHAR start, stop;                /* in which of the statuses */
     NB_UCHAR zoom, status, copy, remove; /* flags */
     NB_VOID (*facts)(const NB_VOID *data, VGA_NODEW_SITUATION *situation);
 };
@@ -67,6 +67,7 @@ static NB_VOID rem_plu_facts(const NB_VOID *data, VGA_NODEW_SITUATION *situation
     situation->defined = plu.defined || plu.in_directory;
 }
 
+// clang-format off
 static const VGA_NODEW_TYPE_RULE rules[] = {
     /* type                     start      stop            zoom status copy remove facts */
     {VGA_VIEWER_LU62,           0,         0,              1, 0, 1, 1, lu62_facts},
@@ -86,6 +87,7 @@ static const VGA_NODEW_TYPE_RULE rules[] = {
     {VGA_VIEWER_PRIMARY_LINE,   0,         0,              1, 1, 1, 1, nullptr},
     {VGA_VIEWER_PRIMARY_LU0,    0,         0,              1, 1, 1, 1, nullptr},
 };
+// clang-format on
 
 static const VGA_NODEW_TYPE_RULE *find_rule(NB_SHORT type) {
     for (const VGA_NODEW_TYPE_RULE &rule : rules) {
@@ -111,8 +113,7 @@ static NB_USHORT node_allows(NB_ULONG state, VGA_NODEW_COMMAND command) {
     }
 }
 
-static NB_USHORT selection_allows(const VGA_NODEW_SITUATION &situation,
-                                  VGA_NODEW_COMMAND command) {
+static NB_USHORT selection_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {
     const VGA_NODEW_TYPE_RULE *rule = find_rule(situation.type);
     if (rule == nullptr) {
         return 0;

@@ -9,13 +9,13 @@
 #include "vgatypes.h"
 
 struct VGA_NODEW_SITUATION {
-    const VGA_NODE *node; /* null: an empty window */
-    NB_USHORT read_only;  /* flag */
+    const VGA_NODE *node;   /* null: an empty window */
+    NB_USHORT read_only;    /* flag */
     NB_USHORT pane_current; /* flag */
-    NB_SHORT type;        /* viewer type of the selected lines, or VGA_VIEWER_SELECT_NONE */
-    NB_LONG count;        /* of them */
-    NB_UCHAR status;      /* of the line that stands for the selection: NAP_NOT_ACTIVE, ... */
-    NB_USHORT defined;    /* flag: an operator defined it, so it can be changed and deleted */
+    NB_SHORT type;          /* viewer type of the selected lines, or VGA_VIEWER_SELECT_NONE */
+    NB_LONG count;          /* of them */
+    NB_UCHAR status;        /* of the line that stands for the selection: NAP_NOT_ACTIVE, ... */
+    NB_USHORT defined;      /* flag: an operator defined it, so it can be changed and deleted */
 };
 
 /* What the window is in. */
@@ -24,8 +24,8 @@ VGA_NODEW_SITUATION vga_nodew_situation(const VGA_NODEW_DESC *desc);
 /* 1 when the situation allows a command; whether this release has it is another matter. */
 NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command);
 
-/* Sets the buttons and menu items of a window by its situation.  For set_button_states of the viewer
- * types, too: `window` is the VGA_NODEW_DESC; null is ignored. */
+/* Sets the buttons and menu items of a window by its situation.  For set_button_states of the
+ * viewer types, too: `window` is the VGA_NODEW_DESC; null is ignored. */
 NB_VOID vga_nodew_set_button_states(NB_VOID *window);
 
 /* The record of the selected line of the current pane, its viewer type and the number of selected

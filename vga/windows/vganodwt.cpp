@@ -14,66 +14,90 @@ Widget gvga_current_button;
 
 /* Tracing and the like need a node whose configuration can be read; its parameters can be set
  * before that. */
-static constexpr NB_UCHAR readable = VGA_NODEW_IN(NAP_NODE_STOPPED) |
-                                     VGA_NODEW_IN(NAP_NODE_STARTING) |
-                                     VGA_NODEW_IN(NAP_NODE_STOPPING) |
-                                     VGA_NODEW_IN(NAP_NODE_ACTIVE);
+static constexpr NB_UCHAR readable =
+    VGA_NODEW_IN(NAP_NODE_STOPPED) | VGA_NODEW_IN(NAP_NODE_STARTING) |
+    VGA_NODEW_IN(NAP_NODE_STOPPING) | VGA_NODEW_IN(NAP_NODE_ACTIVE);
 static constexpr NB_UCHAR reachable = readable | VGA_NODEW_IN(NAP_NODE_UNCONFIGURED);
 
-#define SELECTION(id, item, changes)                                                               \
-    { VGA_NODEW_##id, item, VGA_NODEW_FOR_SELECTION, changes, 0, nullptr, VGA_NODEW_NO_OPTION, nullptr }
-#define LOOK(id, item, states, capability)                                                         \
-    { VGA_NODEW_##id, item, VGA_NODEW_FOR_NODE, 0, states, capability, VGA_NODEW_NO_OPTION, nullptr }
-#define CHANGE(id, item, capability, option)                                                       \
-    { VGA_NODEW_##id, item, VGA_NODEW_FOR_NODE, 1, readable, capability, option, nullptr }
-#define CAPABILITY(field) &NAP_QUERY_NODE_VERB::field##_support
+static constexpr VGA_NODEW_COMMAND_ROW for_selection(VGA_NODEW_COMMAND command, const NB_CHAR *item,
+                                                     NB_UCHAR changes) {
+    return {command, item,    VGA_NODEW_FOR_SELECTION, changes,
+            0,       nullptr, VGA_NODEW_NO_OPTION,     nullptr};
+}
 
-const VGA_NODEW_COMMAND_ROW gvga_nodew_commands[VGA_NODEW_COMMAND_COUNT] = {
-    SELECTION(START, "*nodewStartItem", 1),
-    SELECTION(STOP, "*nodewStopItem", 1),
+using CAPABILITY = NB_UCHAR NAP_QUERY_NODE_VERB::*;
+
+/* Opens something that can also be looked at without the right to change. */
+static constexpr VGA_NODEW_COMMAND_ROW look(VGA_NODEW_COMMAND command, const NB_CHAR *item,
+                                            NB_UCHAR states = readable,
+                                            CAPABILITY capability = nullptr,
+                                            NB_USHORT option = VGA_NODEW_NO_OPTION) {
+    return {command, item, VGA_NODEW_FOR_NODE, 0, states, capability, option, nullptr};
+}
+
+/* Defines something new. */
+static constexpr VGA_NODEW_COMMAND_ROW define(VGA_NODEW_COMMAND command, const NB_CHAR *item,
+                                              CAPABILITY capability = nullptr,
+                                              NB_USHORT option = VGA_NODEW_NO_OPTION) {
+    return {command, item, VGA_NODEW_FOR_NODE, 1, readable, capability, option, nullptr};
+}
+
+static constexpr CAPABILITY dlur = &NAP_QUERY_NODE_VERB::dlur_support,
+                            downstream = &NAP_QUERY_NODE_VERB::dspu_support,
+                            tn3270 = &NAP_QUERY_NODE_VERB::tn3270_support,
+                            tamrix = &NAP_QUERY_NODE_VERB::tamrix_support,
+                            hpr = &NAP_QUERY_NODE_VERB::hpr_support,
+                            primary = &NAP_QUERY_NODE_VERB::primary_support;
+
+constexpr VGA_NODEW_COMMAND_ROW gvga_nodew_commands[VGA_NODEW_COMMAND_COUNT] = {
+    for_selection(VGA_NODEW_START, "*nodewStartItem", 1),
+    for_selection(VGA_NODEW_STOP, "*nodewStopItem", 1),
     {VGA_NODEW_ADD, "*nodewAddItem", VGA_NODEW_FOR_PANE, 0, 0, nullptr, VGA_NODEW_NO_OPTION,
      nullptr},
-    SELECTION(DELETE, "*nodewDeleteItem", 1),
-    SELECTION(ZOOM, "*nodewZoomItem", 0),
-    SELECTION(STATUS, "*nodewStatusItem", 0),
-    SELECTION(COPY, "*nodewCopyItem", 1),
-    LOOK(SERVER, nullptr, reachable, nullptr),
-    LOOK(NODE_PARAMS, "*nodewNodeParams", reachable, nullptr),
-    LOOK(TRACING, "*nodewTracing", readable, nullptr),
-    CHANGE(PLU_DEF, "*nodewAddPlu", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(WILDCARD_DEF, "*nodewAddWildcardPlu", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ALIAS_DEF, "*nodewAddPluAlias", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(LS_ROUTING_DEF, "*nodewAddLsRouting", nullptr, VGA_NODEW_NO_OPTION),
-    {VGA_NODEW_DIR, "*nodewDirectory", VGA_NODEW_FOR_NODE, 0, readable, nullptr,
-     VGA_SUPPORTED_DIRECTORY, nullptr},
-    LOOK(MODE_COS, "*nodewModeCos", readable, nullptr),
-    LOOK(TP_DEF, "*nodewTpDef", readable, nullptr),
-    CHANGE(CN, "*nodewAddConnectionNetwork", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_DLUR_PU, "*nodewAddDlurPu", CAPABILITY(dlur), VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_DSLU, "*nodewAddDslu", CAPABILITY(dspu), VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_3270_LU, "*nodewAdd3270Lu", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_3270_PRINTER, "*nodewAdd3270Printer", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_RJE_LU, "*nodewAddRjeLu", nullptr, VGA_SUPPORTED_RJE),
-    CHANGE(ADD_LU0, "*nodewAddLu0", nullptr, VGA_NODEW_NO_OPTION),
-    {VGA_NODEW_RJE_WKSTN, "*nodewRjeWkstn", VGA_NODEW_FOR_NODE, 0, readable, nullptr,
-     VGA_SUPPORTED_RJE, nullptr},
-    LOOK(TN_SERVER, "*nodewTnServer", readable, CAPABILITY(tn3270)),
-    LOOK(TAMRIX, "*nodewTamrix", readable, CAPABILITY(tamrix)),
-    LOOK(HPR, "*nodewHpr", readable, CAPABILITY(hpr)),
-    CHANGE(PRIMARY_LINE, "*nodewAddPrimaryLine", CAPABILITY(primary), VGA_NODEW_NO_OPTION),
-    CHANGE(PRIMARY_LU0, "*nodewAddPrimaryLu0", CAPABILITY(primary), VGA_NODEW_NO_OPTION),
-    CHANGE(SECONDARY_LU0, "*nodewAddSecondaryLu0", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_INDEP_LOCAL_LU, "*nodewAddIndepLocalLu", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_DEP_LOCAL_LU, "*nodewAddDepLocalLu", nullptr, VGA_NODEW_NO_OPTION),
-    CHANGE(ADD_REMOTE_SYSTEM, "*nodewAddRemoteSystem", nullptr, VGA_NODEW_NO_OPTION),
-    LOOK(CL_SECURITY, "*nodewClSecurity", readable, nullptr),
-    LOOK(SL_SECURITY, "*nodewSlSecurity", readable, nullptr),
+    for_selection(VGA_NODEW_DELETE, "*nodewDeleteItem", 1),
+    for_selection(VGA_NODEW_ZOOM, "*nodewZoomItem", 0),
+    for_selection(VGA_NODEW_STATUS, "*nodewStatusItem", 0),
+    for_selection(VGA_NODEW_COPY, "*nodewCopyItem", 1),
+    look(VGA_NODEW_SERVER, nullptr, reachable),
+    look(VGA_NODEW_NODE_PARAMS, "*nodewNodeParams", reachable),
+    look(VGA_NODEW_TRACING, "*nodewTracing"),
+    define(VGA_NODEW_PLU_DEF, "*nodewAddPlu"),
+    define(VGA_NODEW_WILDCARD_DEF, "*nodewAddWildcardPlu"),
+    define(VGA_NODEW_ALIAS_DEF, "*nodewAddPluAlias"),
+    define(VGA_NODEW_LS_ROUTING_DEF, "*nodewAddLsRouting"),
+    look(VGA_NODEW_DIR, "*nodewDirectory", readable, nullptr, VGA_SUPPORTED_DIRECTORY),
+    look(VGA_NODEW_MODE_COS, "*nodewModeCos"),
+    look(VGA_NODEW_TP_DEF, "*nodewTpDef"),
+    define(VGA_NODEW_CN, "*nodewAddConnectionNetwork"),
+    define(VGA_NODEW_ADD_DLUR_PU, "*nodewAddDlurPu", dlur),
+    define(VGA_NODEW_ADD_DSLU, "*nodewAddDslu", downstream),
+    define(VGA_NODEW_ADD_3270_LU, "*nodewAdd3270Lu"),
+    define(VGA_NODEW_ADD_3270_PRINTER, "*nodewAdd3270Printer"),
+    define(VGA_NODEW_ADD_RJE_LU, "*nodewAddRjeLu", nullptr, VGA_SUPPORTED_RJE),
+    define(VGA_NODEW_ADD_LU0, "*nodewAddLu0"),
+    look(VGA_NODEW_RJE_WKSTN, "*nodewRjeWkstn", readable, nullptr, VGA_SUPPORTED_RJE),
+    look(VGA_NODEW_TN_SERVER, "*nodewTnServer", readable, tn3270),
+    look(VGA_NODEW_TAMRIX, "*nodewTamrix", readable, tamrix),
+    look(VGA_NODEW_HPR, "*nodewHpr", readable, hpr),
+    define(VGA_NODEW_PRIMARY_LINE, "*nodewAddPrimaryLine", primary),
+    define(VGA_NODEW_PRIMARY_LU0, "*nodewAddPrimaryLu0", primary),
+    define(VGA_NODEW_SECONDARY_LU0, "*nodewAddSecondaryLu0"),
+    define(VGA_NODEW_ADD_INDEP_LOCAL_LU, "*nodewAddIndepLocalLu"),
+    define(VGA_NODEW_ADD_DEP_LOCAL_LU, "*nodewAddDepLocalLu"),
+    define(VGA_NODEW_ADD_REMOTE_SYSTEM, "*nodewAddRemoteSystem"),
+    look(VGA_NODEW_CL_SECURITY, "*nodewClSecurity"),
+    look(VGA_NODEW_SL_SECURITY, "*nodewSlSecurity"),
 };
 
-#undef SELECTION
-#undef LOOK
-#undef CHANGE
-#undef CAPABILITY
+static constexpr NB_USHORT in_order(NB_VOID) {
+    for (NB_USHORT row = 0; row < VGA_NODEW_COMMAND_COUNT; row++) {
+        if (gvga_nodew_commands[row].command != row) {
+            return 0;
+        }
+    }
+    return 1;
+}
+static_assert(in_order());
 
 /* ------------------------------------------------------------------ carrying out */
 
@@ -107,8 +131,7 @@ NB_VOID vga_nodew_run(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command) {
     row.action(desc);
 }
 
-template <VGA_NODEW_COMMAND command>
-static NB_VOID run(Widget widget, XtPointer, XtPointer) {
+template <VGA_NODEW_COMMAND command> static NB_VOID run(Widget widget, XtPointer, XtPointer) {
     if (VGA_NODEW_DESC *desc = vga_nodew_from_widget(widget)) {
         vga_nodew_run(desc, command);
     }
@@ -130,10 +153,11 @@ NB_VOID vga_nodew_disarm(Widget widget, XtPointer, XtPointer) {
     vga_nodew_set_button_states(vga_nodew_from_widget(widget));
 }
 
-NB_VOID vga_nodew_server_arm_cb(Widget widget, XtPointer, XtPointer) {
+NB_VOID vga_nodew_server_arm_cb(Widget widget, XtPointer, XtPointer call_data) {
+    const auto *cbs = static_cast<const XmAnyCallbackStruct *>(call_data);
     VGA_NODEW_DESC *desc = vga_nodew_from_widget(widget);
     if (desc != nullptr && vga_nodew_node(desc) != nullptr) {
-        vga_nodew_select_node(desc);
+        vga_nodew_select_node(desc, cbs == nullptr || cbs->reason != XmCR_FOCUS);
     }
 }
 
@@ -150,10 +174,10 @@ NB_VOID vga_nodew_server(Widget widget, XtPointer client_data, XtPointer call_da
 /* ------------------------------------------------------------------ help under the pointer */
 
 struct VGA_NODEW_TOOL_ROW {
-    VGA_NODEW_COMMAND command; /* equals the index */
-    const NB_CHAR *frame, *icon, *text; /* widgets */
+    VGA_NODEW_COMMAND command;             /* equals the index */
+    const NB_CHAR *frame, *icon, *text;    /* widgets */
     const NB_CHAR *picture, *grey_picture; /* icons */
-    NB_USHORT help; /* message */
+    NB_USHORT help;                        /* message */
 };
 
 static const VGA_NODEW_TOOL_ROW tools[VGA_NODEW_TOOL_COUNT] = {

@@ -1,6 +1,7 @@
-/* The commands of the node window: what its tool bar, menus and keys can ask for, in one table, with
- * what each needs.  A command without an action is not in this release: its widgets stay
- * insensitive, whatever is selected.  Also the tool bar's pictures and the help under the pointer. */
+/* The commands of the node window: what its tool bar, menus and keys can ask for, in one table,
+ * with what each needs.  A command without an action is not in this release: its widgets stay
+ * insensitive, whatever is selected.  Also the tool bar's pictures and the help under the pointer.
+ */
 #ifndef VGANODWT_H
 #define VGANODWT_H
 
@@ -63,11 +64,11 @@ struct VGA_NODEW_COMMAND_ROW {
     VGA_NODEW_COMMAND command; /* equals the index */
     const NB_CHAR *item;       /* its menu item; null: none */
     VGA_NODEW_SCOPE scope;
-    NB_UCHAR changes;      /* flag: of no use to someone who may only look */
-    NB_UCHAR node_states;  /* VGA_NODEW_IN(state), ORed: for VGA_NODEW_FOR_NODE */
+    NB_UCHAR changes;     /* flag: of no use to someone who may only look */
+    NB_UCHAR node_states; /* VGA_NODEW_IN(state), ORed: for VGA_NODEW_FOR_NODE */
     NB_UCHAR NAP_QUERY_NODE_VERB::*capability; /* what the node must support; null: nothing */
-    NB_USHORT option;      /* of gvga_supported, or VGA_NODEW_NO_OPTION */
-    NB_VOID (*action)(VGA_NODEW_DESC *desc); /* null: not in this release */
+    NB_USHORT option;                          /* of gvga_supported, or VGA_NODEW_NO_OPTION */
+    NB_VOID (*action)(VGA_NODEW_DESC *desc);   /* null: not in this release */
 };
 
 #define VGA_NODEW_IN(state) static_cast<NB_UCHAR>(1u << (state))
@@ -89,13 +90,13 @@ NB_VOID vga_nodew_zoom(Widget widget, XtPointer client_data, XtPointer call_data
 /* The end of a button press in the window: the buttons follow the selection. */
 NB_VOID vga_nodew_disarm(Widget widget, XtPointer client_data, XtPointer call_data);
 
-/* The node's own icon or text is pressed: the commands are for the node now. */
+/* The node's own icon or text is pressed or gets the keyboard: commands are for the node now. */
 NB_VOID vga_nodew_server_arm_cb(Widget widget, XtPointer client_data, XtPointer call_data);
 NB_VOID vga_nodew_server(Widget widget, XtPointer client_data, XtPointer call_data);
 
 /* For the window's row in gvga_uid_desc. */
 #define VGA_NODEW_CALLBACK_COUNT 41
-#define VGA_NODEW_ACTION_COUNT 2
+#define VGA_NODEW_ACTION_COUNT   2
 extern MRMRegisterArg gvga_nodew_callbacks[VGA_NODEW_CALLBACK_COUNT];
 extern XtActionsRec gvga_nodew_actions[VGA_NODEW_ACTION_COUNT];
 

@@ -1,0 +1,74 @@
+/* What tests with real windows share.  The program's main (gui_main.cpp) has started a server of
+ * its own; gui::open connects the toolkit to it and sets the globals that start-up would set.
+ *
+ * Nothing here sleeps: input goes in through the server's test extension, and whoever waits for its
+ * effect polls for a condition until a deadline (wait_for). */
+#ifndef GUI_SUPPORT_H
+#define GUI_SUPPORT_H
+
+#include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
+
+#include "vgaglob.h"
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace gui {
+
+/* Connects the toolkit, once a program; the class is that of the program, the resource database the
+ * display's. */
+void open();
+
+/* Handles events and timers until the condition holds; false after `milliseconds`. */
+bool wait_for(const std::function<bool()> &condition, int milliseconds = 5000);
+
+/* Handles what is there: the server has answered, and no event and no due timer is left. */
+void settle();
+
+/* A shell, popped up at a place of the screen with no window manager; wait until it is viewable. */
+Widget make_shell(const char *name, int x, int y, int width, int height);
+void show(Widget shell);
+
+/* The pointer, in the coordinates of a widget's window. */
+void move_to(Widget widget, int x, int y);
+void press(unsigned button = 1);
+void release(unsigned button = 1);
+
+/* Moves there and clicks, with modifier keys ("Control_L", "Shift_L") held. */
+void click(Widget widget, int x, int y, const std::vector<const char *> &modifiers = {});
+
+/* A key by its name ("Down", "plus"), with modifier keys held. */
+void key(const char *name, const std::vector<const char *> &modifiers = {});
+
+/* What a window shows.  Pixels are the server's values. */
+class IMAGE {
+public:
+    IMAGE(Widget widget, int x, int y, int width, int height);
+    explicit IMAGE(Widget widget); // all of it
+    unsigned long pixel(int x, int y) const { return pixels[static_cast<size_t>(y * width + x)]; }
+    int count(unsigned long pixel) const;
+    bool operator==(const IMAGE &) const = default;
+
+    int width, height;
+
+private:
+    void read(Widget widget, int x, int y);
+    std::vector<unsigned long> pixels;
+};
+
+/* The toolkit's warnings while it lives, instead of on standard error. */
+class WARNINGS {
+public:
+    WARNINGS();
+    WARNINGS(const WARNINGS &) = delete;
+    WARNINGS &operator=(const WARNINGS &) = delete;
+    ~WARNINGS();
+    static std::vector<std::string> texts;
+
+private:
+    XtErrorHandler previous;
+};
+
+} // namespace gui
+
+#endif

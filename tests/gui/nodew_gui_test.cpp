@@ -1,0 +1,555 @@
+// The node window as an operator meets it: the real description, icons and looks of the build tree,
+// a small model, real mouse and keys.
+
+#include "gui_support.h"
+
+#include "vgadsadd.h"
+#include "vgadsdel.h"
+#include "vgaglob.h"
+#include "vgagraph.h"
+#include "vgamsgs.h"
+#include "vganodew.h"
+#include "vganodwp.h"
+#include "vganodws.h"
+#include "vgauidds.h"
+#include "vgawtype.h"
+
+#include <Xm/TextF.h>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+template <size_t size> void local(NB_UCHAR (&field)[size], const char *text) {
+    memset(field, ' ', size);
+    memcpy(field, text, strlen(text));
+}
+
+template <size_t size> void ebcdic(NB_UCHAR (&field)[size], const char *text) {
+    local(field, text);
+    nba_local_to_ebcdic(field, size);
+}
+
+template <class Entry> Entry entry() {
+    Entry data = {};
+    data.overlay_size = sizeof(data);
+    return data;
+}
+
+// The build tree above this program is laid out like an installed prefix, but its path may be too
+// long for one.
+class PREFIX {
+public:
+    PREFIX() {
+        if (getenv("SNA_PREFIX") == nullptr) {
+            char name[] = "/tmp/nodewXXXXXX";
+            folder = mkdtemp(name);
+            auto tree = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
+            std::filesystem::create_directory_symlink(tree, folder / "sna");
+            setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
+        }
+        nba_set_app_defaults_path();
+    }
+    ~PREFIX() {
+        if (!folder.empty()) {
+            std::filesystem::remove_all(folder);
+        }
+    }
+
+private:
+    std::filesystem::path folder;
+};
+
+class NodeWindow : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static PREFIX prefix;
+        nba_pd_set_log("/dev/null", NB_PD_ALL);
+        ASSERT_EQ(vga_load_messages(), 1);
+        gui::open();
+        char file[] = "quildlg.uid";
+        String files[] = {file};
+        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
+                  MrmSUCCESS);
+        vga_register_common_names();
+        vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
+    }
+
+    void SetUp() override {
+        ASSERT_NE(gvga_uil_hierarchy, nullptr);
+        ASSERT_NE(gvga_uid_desc[VGA_UID_NODE_WINDOW].get_widgets, nullptr);
+        gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
+                                           gvga_display, nullptr);
+        vga_init_dialogs();
+        gvga_read_only = 0;
+        gvga_system = vga_init_vga_system();
+        ASSERT_EQ(vga_display_node_window(nullptr, 1), 1);
+        gvga_main_dialog = gvga_first_dialog;
+        desc = reinterpret_cast<VGA_NODEW_DESC *>(gvga_main_dialog);
+        ASSERT_NE(desc, nullptr);
+        gui::show(gvga_toplevel);
+    }
+
+    void TearDown() override {
+        gui::move_to(gvga_toplevel, 1, 1);
+        vga_destroy_data_structures();
+        vga_free_dialogs();
+        XtDestroyWidget(gvga_toplevel);
+        gvga_first_dialog = nullptr;
+        gui::settle();
+    }
+
+    // Clicks a line of a pane, counted from 0.
+    void click_line(NB_USHORT pane, NB_ULONG line) const {
+        int y = static_cast<int>(line * gvga_viewer_item_height + gvga_viewer_item_height / 2);
+        gui::click(desc->panes[pane].draw_area, 120, y);
+    }
+    Widget part(const char *name) const { return XtNameToWidget(desc->common.widget, name); }
+    std::string message() const {
+        char *text = XmTextFieldGetString(desc->message_bar);
+        std::string copy = text;
+        XtFree(text);
+        return copy;
+    }
+    Pixel border(NB_USHORT pane) const {
+        Pixel colour;
+        XtVaGetValues(desc->panes[pane].form, XmNborderColor, &colour, nullptr);
+        return colour;
+    }
+    // The pane whose border is marked, if it is the only one.
+    NB_USHORT marked() const {
+        NB_USHORT result = VGA_NODEW_NO_PANE;
+        for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+            if (border(pane) == desc->current_border) {
+                EXPECT_EQ(result, VGA_NODEW_NO_PANE);
+                result = pane;
+            } else {
+                EXPECT_EQ(border(pane), desc->normal_border);
+            }
+        }
+        return result;
+    }
+    static Dimension height(Widget widget) {
+        Dimension value;
+        XtVaGetValues(widget, XmNheight, &value, nullptr);
+        return value;
+    }
+    static std::string title() {
+        char *text = nullptr;
+        XtVaGetValues(gvga_toplevel, XtNtitle, &text, nullptr);
+        return text;
+    }
+
+    // A node with both fixed lines, two ports, a link with an LU, two local LUs and a remote
+    // system.
+    void make_node(NB_ULONG state = NAP_NODE_ACTIVE, const char *name = "berlin") {
+        auto data = entry<NAP_NODE_ALL_DATA>();
+        strcpy(reinterpret_cast<char *>(data.node_name), name);
+        data.info.node_state = state;
+        ebcdic(data.info.fq_cp_name, "NETA.BERLIN");
+        node = vga_insert_vga_node(vga_init_vga_node(&data));
+        ASSERT_NE(node, nullptr);
+        vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
+        auto dlc = entry<NAP_DLC_DATA>();
+        local(dlc.dlc_name, "ETH0");
+        dlc.def_data.dlc_type = NAP_DLC_ETHERNET;
+        VGA_DLC *owner = vga_insert_vga_dlc(vga_init_vga_dlc(node, &dlc));
+        for (const char *port_name : {"ETHP0", "ETHP1"}) {
+            auto port = entry<NAP_PORT_DATA>();
+            local(port.port_name, port_name);
+            local(port.def_data.dlc_name, "ETH0");
+            port.def_data.dlc_type = NAP_DLC_ETHERNET;
+            port.det_data.port_state = NAP_ACTIVE;
+            ports.push_back(vga_insert_vga_port(vga_init_vga_port(owner, &port)));
+        }
+        for (const char *alias : {"PAYROLL", "ORDERS"}) {
+            auto lu = entry<NAP_LOCAL_LU_DATA>();
+            ebcdic(lu.lu_name, alias);
+            local(lu.def_data.lu_alias, alias);
+            vga_insert_vga_lu62(vga_init_vga_lu62(node, &lu));
+        }
+        auto remote = entry<NAP_DIR_DATA>();
+        ebcdic(remote.fqcp_name, "NETA.HOST");
+        ebcdic(remote.resource_name, "NETA.HOST");
+        remote.resource_type = NAP_DIR_NETWORK_NODE;
+        vga_insert_vga_rem_sys(vga_init_vga_rem_sys(node, &remote));
+    }
+
+    void show_node(NB_ULONG state = NAP_NODE_ACTIVE) {
+        make_node(state);
+        ASSERT_EQ(vga_display_node_window(node, 1), 1);
+        ASSERT_EQ(node->window, &desc->common);
+        gui::settle();
+    }
+
+    VGA_NODEW_DESC *desc = nullptr;
+    VGA_NODE *node = nullptr;
+    std::vector<VGA_PORT *> ports;
+};
+
+// ------------------------------------------------------------------ the window
+
+TEST_F(NodeWindow, ComesUpEmpty) {
+    EXPECT_EQ(title(), vga_message(VGA_MSG_NODEW_EMPTY_TITLE));
+    EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        click_line(pane, 0);
+        EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+    }
+    gui::click(desc->server_text, 10, 10);
+    EXPECT_EQ(desc->current_pane, VGA_NODEW_NO_PANE);
+    EXPECT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), nullptr);
+}
+
+TEST_F(NodeWindow, EveryNamedWidgetExistsAndIsInsideTheWindow) {
+    std::vector<std::string> names = {
+        "nodewToolbarRowColumn",  "nodewServerForm",      "nodewServerIconButton",
+        "nodewServerTextButton",  "nodewMessageBar",      "nodewPanes",
+        "nodewConnectivityTitle", "nodewConnectivityKey", "nodewLinksForm",
+        "nodewLinksDrawArea",     "nodewLocalLUsTitle",   "nodewLocalLUsKey",
+        "nodewLUsForm",           "nodewLUsDrawArea",     "nodewRemSysTitle",
+        "nodewRemSysKey",         "nodewRemSysForm",      "nodewRemSysDrawArea"};
+    for (const char *tool : {"Start", "Stop", "Add", "Delete", "Zoom", "Status", "Copy"}) {
+        for (const char *piece : {"Frame", "Icon", "Text"}) {
+            names.push_back(std::string("nodew") + tool + "Button" + piece);
+        }
+    }
+    Dimension width, window_height = height(desc->common.widget);
+    XtVaGetValues(desc->common.widget, XmNwidth, &width, nullptr);
+    for (const std::string &name : names) {
+        Widget widget = part(("*" + name).c_str());
+        ASSERT_NE(widget, nullptr) << name;
+        EXPECT_TRUE(XtIsManaged(widget)) << name;
+        Position left, top, window_left, window_top;
+        XtTranslateCoords(widget, 0, 0, &left, &top);
+        XtTranslateCoords(desc->common.widget, 0, 0, &window_left, &window_top);
+        Dimension own_width;
+        XtVaGetValues(widget, XmNwidth, &own_width, nullptr);
+        EXPECT_GE(left, window_left) << name;
+        EXPECT_GE(top, window_top) << name;
+        EXPECT_LE(left + own_width, window_left + width) << name;
+        EXPECT_LE(top + height(widget), window_top + window_height) << name;
+    }
+    for (const char *bar :
+         {"*nodewLinksHScrollBar", "*nodewLinksVScrollBar", "*nodewLUsHScrollBar",
+          "*nodewLUsVScrollBar", "*nodewRemSysHScrollBar", "*nodewRemSysVScrollBar"}) {
+        EXPECT_NE(part(bar), nullptr) << bar;
+    }
+}
+
+TEST_F(NodeWindow, WhatIsNotThereYetIsInsensitive) {
+    show_node();
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
+        if (row.item != nullptr) {
+            ASSERT_NE(desc->items[row.command], nullptr) << row.item;
+            EXPECT_EQ(XtIsSensitive(desc->items[row.command]) != 0,
+                      row.action != nullptr && desc->allowed[row.command] != 0)
+                << row.item;
+        }
+        if (row.command < VGA_NODEW_TOOL_COUNT && row.action == nullptr) {
+            EXPECT_FALSE(XtIsSensitive(desc->tools[row.command].icon));
+            EXPECT_FALSE(XtIsSensitive(desc->tools[row.command].text));
+        }
+    }
+    EXPECT_TRUE(XtIsSensitive(part("*nodewExit")));
+}
+
+TEST_F(NodeWindow, ShowsItsNodeAndFollowsIt) {
+    show_node(NAP_NODE_STARTING);
+    EXPECT_EQ(title(), "berlin - SNA node administration");
+    auto line = [&] {
+        XmString string = nullptr;
+        XtVaGetValues(desc->server_text, XmNlabelString, &string, nullptr);
+        auto *text = static_cast<char *>(XmStringUnparse(
+            string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
+        std::string copy = text;
+        XtFree(text);
+        XmStringFree(string);
+        return copy;
+    };
+    EXPECT_EQ(line(), "berlin (NETA.BERLIN): starting");
+    node->node_state = NAP_NODE_ACTIVE;
+    vga_update_node_window(node);
+    EXPECT_EQ(line(), "berlin (NETA.BERLIN): active");
+    node->node_state = 77; // from the wire
+    vga_update_node_window(node);
+    EXPECT_EQ(line(), "berlin (NETA.BERLIN): back level");
+}
+
+TEST_F(NodeWindow, StaysEmptyWhenItsNodeGoesAndTakesTheNext) {
+    show_node();
+    vga_record_changed(node, VGA_RECORD_GONE);
+    EXPECT_EQ(vga_nodew_node(desc), nullptr);
+    EXPECT_EQ(node->window, nullptr);
+    EXPECT_FALSE(node->connectivity_root.displayed);
+    EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+    EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_NODE_LOST));
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+    ASSERT_EQ(vga_display_node_window(node, 1), 1);
+    EXPECT_EQ(node->window, &desc->common);
+    EXPECT_TRUE(node->connectivity_root.displayed);
+}
+
+TEST_F(NodeWindow, AnotherNodeHasAWindowOfItsOwnThatCanComeBack) {
+    gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 1;
+    show_node();
+    VGA_NODE *first = node;
+    make_node(NAP_NODE_ACTIVE, "hamburg");
+    ASSERT_EQ(vga_display_node_window(node, 1), 1);
+    VGA_DIALOG *second = node->window;
+    ASSERT_NE(second, first->window);
+    gui::settle();
+    vga_viewer_select(node->local_lu_root.top_items.first, &node->local_lu_root, 0, 0, 1, 1);
+    vga_close_children(second, 1, 0);
+    gui::settle();
+    EXPECT_EQ(node->window, nullptr);
+    EXPECT_FALSE(node->local_lu_root.displayed);
+    EXPECT_EQ(node->local_lu_root.select_count, 1);
+    EXPECT_EQ(first->window, &desc->common);
+    ASSERT_EQ(vga_display_node_window(node, 1), 1);
+    EXPECT_EQ(node->window, second);
+    EXPECT_TRUE(node->local_lu_root.displayed);
+    auto *again = reinterpret_cast<VGA_NODEW_DESC *>(second);
+    EXPECT_EQ(again->current_pane, VGA_NODEW_MIDDLE_PANE);
+    EXPECT_EQ(vga_nodew_get_selection(again, nullptr, nullptr),
+              node->local_lu_root.top_items.first->data);
+    vga_record_changed(node, VGA_RECORD_GONE);
+    EXPECT_FALSE(second->in_use) << "a window other than the first goes with its node";
+    gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 0;
+}
+
+// ------------------------------------------------------------------ panes and lines
+
+TEST_F(NodeWindow, APressMakesItsPaneTheOnlyCurrentOne) {
+    show_node();
+    NB_SHORT type;
+    NB_LONG count;
+    click_line(VGA_NODEW_TOP_PANE, 2);
+    EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE);
+    EXPECT_EQ(vga_nodew_get_selection(desc, &type, &count), ports[1]);
+    EXPECT_EQ(type, VGA_VIEWER_PORT);
+    EXPECT_EQ(count, 1);
+    click_line(VGA_NODEW_MIDDLE_PANE, 1);
+    EXPECT_EQ(marked(), VGA_NODEW_MIDDLE_PANE);
+    EXPECT_EQ(node->connectivity_root.select_count, 0);
+    EXPECT_NE(vga_nodew_get_selection(desc, &type, &count), nullptr);
+    EXPECT_EQ(type, VGA_VIEWER_LU62);
+    EXPECT_EQ(XmGetFocusWidget(desc->common.widget), desc->panes[VGA_NODEW_MIDDLE_PANE].draw_area);
+    gui::click(desc->server_text, 10, 10);
+    EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+    EXPECT_EQ(node->local_lu_root.select_count, 0);
+}
+
+TEST_F(NodeWindow, TheKeyboardGoesFromPaneToPane) {
+    show_node();
+    vga_nodew_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
+    gui::settle();
+    EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE);
+    EXPECT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), ports[0]) << "the first real line";
+    gui::key("Down");
+    EXPECT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), ports[1]);
+    EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE) << "arrow keys stay in the list";
+    gui::key("Tab");
+    EXPECT_EQ(marked(), VGA_NODEW_MIDDLE_PANE);
+    EXPECT_EQ(node->connectivity_root.select_count, 0);
+    EXPECT_EQ(node->local_lu_root.select_count, 1);
+    gui::key("Tab");
+    EXPECT_EQ(marked(), VGA_NODEW_BOTTOM_PANE);
+    gui::key("Tab");
+    EXPECT_EQ(XmGetFocusWidget(desc->common.widget), desc->server_text);
+    EXPECT_EQ(marked(), VGA_NODEW_NO_PANE) << "the node itself";
+    EXPECT_EQ(node->rem_sys_root.select_count, 0);
+}
+
+TEST_F(NodeWindow, KeysOfTheListAskForCommands) {
+    show_node();
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    for (const char *name : {"Insert", "Delete", "Return"}) {
+        vga_message_node_window(&desc->common, 0);
+        gui::key(name);
+        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_NOT_FOR_THIS));
+    }
+    gvga_read_only = 1;
+    gui::key("Delete");
+    EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_LOOK_ONLY));
+}
+
+TEST_F(NodeWindow, FixedLinesAreNeverSelected) {
+    show_node();
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    ASSERT_EQ(node->connectivity_root.select_count, 1);
+    click_line(VGA_NODEW_TOP_PANE, 0);
+    EXPECT_EQ(node->connectivity_root.select_count, 0);
+    EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE);
+    Widget list = desc->panes[VGA_NODEW_TOP_PANE].draw_area;
+    int line = static_cast<int>(gvga_viewer_item_height);
+    gui::move_to(list, 120, 2 * line + line / 2);
+    gui::press();
+    for (int y = 2 * line; y > 0; y -= line / 2) {
+        gui::move_to(list, 120, y);
+    }
+    gui::release();
+    EXPECT_EQ(node->connectivity_root.select_count, 2);
+    EXPECT_FALSE(node->dlur_fake_port->gui_data.viewer.selected);
+}
+
+// ------------------------------------------------------------------ heights
+
+TEST_F(NodeWindow, PanesShareTheHeight) {
+    show_node();
+    auto heights = [&] {
+        std::vector<int> result;
+        for (const VGA_NODEW_PANE &pane : desc->panes) {
+            result.push_back(height(pane.form));
+        }
+        return result;
+    };
+    std::vector<int> before = heights();
+    Dimension first_height = height(gvga_toplevel);
+    auto resize = [&](Dimension width, Dimension new_height) {
+        XtVaSetValues(gvga_toplevel, XmNwidth, width, XmNheight, new_height, nullptr);
+        gui::settle();
+    };
+    resize(1100, static_cast<Dimension>(first_height + 150));
+    std::vector<int> grown = heights();
+    for (size_t pane = 0; pane < before.size(); pane++) {
+        EXPECT_GT(grown[pane], before[pane] + 20) << pane;
+    }
+    resize(900, first_height);
+    for (size_t pane = 0; pane < before.size(); pane++) {
+        EXPECT_NEAR(heights()[pane], before[pane], 3) << pane;
+    }
+    resize(700, 480);
+    for (const VGA_NODEW_PANE &pane : desc->panes) {
+        Position top, window_top;
+        XtTranslateCoords(pane.draw_area, 0, 0, nullptr, &top);
+        XtTranslateCoords(desc->common.widget, 0, 0, nullptr, &window_top);
+        EXPECT_GE(height(pane.draw_area), gvga_viewer_item_height);
+        EXPECT_LE(top + height(pane.draw_area), window_top + 480);
+    }
+}
+
+TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    for (int round = 0; round < 20000; round++) {
+        NB_ULONG shares[VGA_NODEW_PANE_COUNT], heights[VGA_NODEW_PANE_COUNT];
+        for (NB_ULONG &share : shares) {
+            share = random() % 3 == 0 ? 0 : random() % 65536;
+        }
+        NB_ULONG total = random() % 4000, minimum = random() % 200;
+        vga_nodew_divide(shares, total, minimum, heights);
+        ASSERT_EQ(heights[0] + heights[1] + heights[2], total);
+        for (NB_ULONG height : heights) {
+            ASSERT_GE(height, std::min(minimum, total / VGA_NODEW_PANE_COUNT));
+        }
+    }
+}
+
+// ------------------------------------------------------------------ help under the pointer
+
+TEST_F(NodeWindow, PointerHelpComesAndGoes) {
+    show_node();
+    for (Widget button : {desc->tools[VGA_NODEW_STOP].icon, desc->tools[VGA_NODEW_STOP].text}) {
+        vga_set_sensitive(button, 1);
+        gui::move_to(button, 8, 8);
+        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_HELP_STOP));
+        EXPECT_EQ(gvga_current_button, button);
+        gui::move_to(desc->panes[0].draw_area, 200, 60);
+        EXPECT_EQ(message(), "");
+        EXPECT_EQ(gvga_current_button, nullptr);
+    }
+    Widget button = desc->tools[VGA_NODEW_STOP].text;
+    gui::move_to(button, 8, 8);
+    ASSERT_EQ(gvga_current_button, button);
+    vga_nodew_set_button_states(desc); // the button is off now
+    EXPECT_EQ(message(), "");
+    EXPECT_EQ(gvga_current_button, nullptr);
+}
+
+// ------------------------------------------------------------------ what a selection allows
+
+struct STATE_CASE {
+    const char *name;
+    NB_SHORT type;
+    NB_LONG count;
+    NB_ULONG node_state;
+    NB_UCHAR status;
+    NB_USHORT defined, read_only;
+    const char *allowed; // S start, T stop, D delete, Z properties, U status, C copy
+};
+
+constexpr NB_SHORT none = VGA_VIEWER_SELECT_NONE;
+const STATE_CASE state_cases[] = {
+    {"stopped node", none, 0, NAP_NODE_STOPPED, 0, 1, 0, "S"},
+    {"stopping node", none, 0, NAP_NODE_STOPPING, 0, 1, 0, "S"},
+    {"starting node", none, 0, NAP_NODE_STARTING, 0, 1, 0, "T"},
+    {"active node", none, 0, NAP_NODE_ACTIVE, 0, 1, 0, "T"},
+    {"unconfigured node", none, 0, NAP_NODE_UNCONFIGURED, 0, 1, 0, ""},
+    {"back-level node", none, 0, NAP_NODE_BACK_LEVEL, 0, 1, 0, ""},
+    {"unknown node state", none, 0, 0x80000003, 0, 1, 0, ""},
+    {"inactive port", VGA_VIEWER_PORT, 1, NAP_NODE_ACTIVE, NAP_NOT_ACTIVE, 1, 0, "SDZUC"},
+    {"active port", VGA_VIEWER_PORT, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "TDZUC"},
+    {"port of a stopped node", VGA_VIEWER_PORT, 1, NAP_NODE_STOPPED, NAP_NOT_ACTIVE, 1, 0, "DZUC"},
+    {"several ports", VGA_VIEWER_PORT, 3, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "TD"},
+    {"port, looking only", VGA_VIEWER_PORT, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 1, "ZU"},
+    {"link that stops", VGA_VIEWER_LS, 1, NAP_NODE_ACTIVE, NAP_PENDING_INACTIVE, 1, 0, "TDZUC"},
+    {"incoming link", VGA_VIEWER_LS_LEAF, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 0, 0, "TZU"},
+    {"status from the wire", VGA_VIEWER_LS, 1, NAP_NODE_ACTIVE, 200, 1, 0, "DZUC"},
+    {"remote system", VGA_VIEWER_REM_SYS, 1, NAP_NODE_ACTIVE, NAP_NOT_ACTIVE, 1, 0, "DZC"},
+    {"remote session", VGA_VIEWER_REM_SESS, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "U"},
+    {"mode with sessions", VGA_VIEWER_MODE, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "STZU"},
+    {"line of another window", VGA_VIEWER_USER, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, ""},
+};
+
+TEST(NodeWindowStates, FollowTypeStatusNodeAndAccess) {
+    VGA_NODE node = {};
+    static const std::pair<char, VGA_NODEW_COMMAND> letters[] = {
+        {'S', VGA_NODEW_START}, {'T', VGA_NODEW_STOP},   {'D', VGA_NODEW_DELETE},
+        {'Z', VGA_NODEW_ZOOM},  {'U', VGA_NODEW_STATUS}, {'C', VGA_NODEW_COPY}};
+    for (const STATE_CASE &row : state_cases) {
+        node.node_state = row.node_state;
+        VGA_NODEW_SITUATION situation = {&node,     row.read_only, 1,          row.type,
+                                         row.count, row.status,    row.defined};
+        std::string allowed;
+        for (const auto &[letter, command] : letters) {
+            if (vga_nodew_allows(situation, command)) {
+                allowed += letter;
+            }
+        }
+        EXPECT_EQ(allowed, row.allowed) << row.name;
+    }
+}
+
+TEST(NodeWindowStates, AddNeedsAPaneAndServicesNeedTheNodesSupport) {
+    VGA_NODE node = {};
+    node.node_state = NAP_NODE_ACTIVE;
+    VGA_NODEW_SITUATION situation = {&node, 1, 0, none, 0, 0, 1};
+    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_ADD));
+    situation.pane_current = 1;
+    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_ADD));
+    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_TN_SERVER));
+    node.node_data.tn3270_support = 1;
+    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_TN_SERVER));
+    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_ADD_INDEP_LOCAL_LU)) << "looking only";
+    situation.read_only = 0;
+    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_ADD_INDEP_LOCAL_LU));
+    node.node_state = NAP_NODE_UNCONFIGURED;
+    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_TRACING));
+    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_NODE_PARAMS));
+    situation.node = nullptr;
+    for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
+        EXPECT_FALSE(vga_nodew_allows(situation, row.command));
+        EXPECT_EQ(&row - gvga_nodew_commands, row.command);
+    }
+}
+
+} // namespace

@@ -1,0 +1,331 @@
+/* The ordered index against std::map, with the whole tree checked after every change. */
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "nbbase.h"
+#include "ntlavl.h"
+
+namespace {
+
+int comparisons;
+
+NB_INT compare_ints(const NB_VOID *a, const NB_VOID *b) {
+    comparisons++;
+    NB_INT x = *static_cast<const NB_INT *>(a);
+    NB_INT y = *static_cast<const NB_INT *>(b);
+    return x < y ? -7 : (x > y ? 7 : 0);
+}
+
+struct Record {
+    AVL_NODE node;
+    NB_INT key;
+};
+
+/* An index of integers beside a map of the same; every change compares the two. */
+class Index {
+public:
+    Index() = default;
+    explicit Index(const std::vector<NB_INT> &keys) {
+        for (NB_INT key : keys) {
+            insert(key);
+        }
+    }
+    Record *make(NB_INT key) {
+        records_.push_back(std::make_unique<Record>());
+        Record *record = records_.back().get();
+        record->key = key;
+        AVL_INIT_NODE(record->node, record, &record->key);
+        return record;
+    }
+    void insert(NB_INT key) { insert(make(key)); }
+    void insert(Record *record) {
+        bool is_new = model.emplace(record->key, record).second;
+        EXPECT_EQ(ntl_avl_insert(&tree, &record->node), is_new ? 1 : 0);
+        EXPECT_EQ(AVL_IN_TREE(record->node), is_new);
+        check();
+    }
+    Record *remove(NB_INT key) {
+        Record *record = model.at(key);
+        model.erase(key);
+        ntl_avl_delete(&tree, &record->node);
+        EXPECT_FALSE(AVL_IN_TREE(record->node));
+        EXPECT_TRUE(!record->node.parent && !record->node.left && !record->node.right);
+        check();
+        return record;
+    }
+    void probe(NB_INT key) const {
+        auto exact = model.find(key);
+        auto above = model.upper_bound(key);
+        EXPECT_EQ(ntl_avl_find(&tree, &key), exact == model.end() ? nullptr : exact->second);
+        EXPECT_EQ(ntl_avl_find_next(&tree, &key), above == model.end() ? nullptr : above->second);
+    }
+    /* The shape, parents before their children: "2(1,3)", a missing child as "-". */
+    std::string shape() const { return shape_of(tree.root); }
+
+    AVL_TREE tree = {compare_ints, nullptr, nullptr, nullptr};
+    std::map<NB_INT, Record *> model;
+
+private:
+    static std::string shape_of(const AVL_NODE *node) {
+        if (node == nullptr) {
+            return "-";
+        }
+        std::string text = std::to_string(*static_cast<const NB_INT *>(node->key));
+        if (node->left != nullptr || node->right != nullptr) {
+            text += "(" + shape_of(node->left) + "," + shape_of(node->right) + ")";
+        }
+        return text;
+    }
+    void check() const {
+        ASSERT_EQ(ntl_avl_validate(&tree), static_cast<NB_LONG>(model.size())) << shape();
+        auto forward = static_cast<Record *>(AVL_FIRST(tree));
+        for (const auto &entry : model) {
+            ASSERT_EQ(forward, entry.second);
+            forward = static_cast<Record *>(ntl_avl_next(&forward->node));
+        }
+        ASSERT_EQ(forward, nullptr);
+        auto back = static_cast<Record *>(tree.last != nullptr ? tree.last->data : nullptr);
+        for (auto entry = model.rbegin(); entry != model.rend(); ++entry) {
+            ASSERT_EQ(back, entry->second);
+            back = static_cast<Record *>(ntl_avl_prev(&back->node));
+        }
+        ASSERT_EQ(back, nullptr);
+    }
+    std::vector<std::unique_ptr<Record>> records_;
+};
+
+unsigned random_seed() {
+    const char *fixed = std::getenv("AVL_SEED");
+    unsigned seed =
+        fixed != nullptr ? static_cast<unsigned>(std::atol(fixed)) : std::random_device{}();
+    std::printf("AVL_SEED=%u\n", seed);
+    return seed;
+}
+
+/* Collects what is reported while it lives. */
+class ReportedAssertions {
+public:
+    ReportedAssertions() { nba_pd_set_log(file_.c_str(), NB_PD_ALL); }
+    ~ReportedAssertions() {
+        nba_pd_set_log(nullptr, NB_PD_EXCEPTION);
+        std::filesystem::remove(file_);
+    }
+    bool has(const std::string &text) const {
+        std::ifstream in(file_);
+        std::stringstream all;
+        all << in.rdbuf();
+        return all.str().find(text) != std::string::npos &&
+               all.str().find("ntlavl") != std::string::npos;
+    }
+
+private:
+    std::string file_ =
+        (std::filesystem::temp_directory_path() / ("avl_test." + std::to_string(getpid())))
+            .string();
+};
+
+} // namespace
+
+TEST(Avl, RandomOperationsAgreeWithMap) {
+    std::mt19937 random(random_seed());
+    for (NB_INT range : {3, 12, 90}) {
+        Index index;
+        std::vector<Record *> removed;
+        for (int step = 0; step < 2500 && !testing::Test::HasFailure(); step++) {
+            NB_INT key = static_cast<NB_INT>(random() % static_cast<unsigned>(range));
+            bool grow = step / 250 % 2 == 0;
+            index.probe(key);
+            if (random() % 3 == 0 ? grow : !grow) {
+                if (index.model.count(key) != 0) {
+                    removed.push_back(index.remove(key));
+                }
+            } else if (!removed.empty() && random() % 2 == 0) {
+                index.insert(removed.back()); /* a node that was deleted, or refused */
+                removed.pop_back();
+            } else {
+                index.insert(key);
+            }
+        }
+    }
+}
+
+TEST(Avl, PatternsOfInsertionAndDeletion) {
+    constexpr NB_INT size = 200;
+    const std::vector<std::pair<const char *, std::function<NB_INT(NB_INT)>>> patterns = {
+        {"in order", [](NB_INT at) { return at; }},
+        {"reverse", [](NB_INT at) { return size - 1 - at; }},
+        {"from both ends", [](NB_INT at) { return at % 2 == 0 ? at / 2 : size - 1 - at / 2; }},
+        {"scattered", [](NB_INT at) { return at * 77 % size; }},
+    };
+    for (const auto &[in_name, in] : patterns) {
+        for (const auto &[out_name, out] : patterns) {
+            SCOPED_TRACE(std::string(in_name) + ", then out " + out_name);
+            Index index;
+            for (NB_INT at = 0; at < size; at++) {
+                index.insert(in(at));
+            }
+            for (NB_INT at = 0; at < size; at++) {
+                index.remove(out(at));
+            }
+            EXPECT_TRUE(!index.tree.root && !index.tree.first && !index.tree.last);
+        }
+    }
+}
+
+TEST(Avl, FindAndFindNextAtEveryPlace) {
+    for (NB_INT size = 0; size <= 40; size++) {
+        Index index;
+        for (NB_INT key = 0; key < size; key++) {
+            index.insert(2 * key);
+        }
+        for (NB_INT key = -2; key <= 2 * size + 1; key++) {
+            index.probe(key);
+        }
+    }
+}
+
+TEST(Avl, Shapes) {
+    struct Case {
+        std::vector<NB_INT> inserted;
+        std::vector<NB_INT> deleted;
+        const char *shape;
+    };
+    const std::vector<Case> cases = {
+        /* the four rotations of insertion */
+        {{1, 2, 3}, {}, "2(1,3)"},
+        {{3, 2, 1}, {}, "2(1,3)"},
+        {{1, 3, 2}, {}, "2(1,3)"},
+        {{3, 1, 2}, {}, "2(1,3)"},
+        {{6, 3, 8, 2, 4, 5}, {}, "4(3(2,-),6(5,8))"},
+        /* a heavy child whose sides are equal turns once */
+        {{2, 1, 4, 3, 5}, {1}, "4(2(-,3),5)"},
+        {{4, 2, 5, 1, 3}, {5}, "2(1,4(3,-))"},
+        /* two children: equal sides take the predecessor, only a higher right side the successor */
+        {{2, 1, 3}, {2}, "1(-,3)"},
+        {{4, 2, 6, 1, 3, 5, 7}, {4}, "3(2(1,-),6(5,7))"},
+        {{2, 1, 3, 4}, {2}, "3(1,4)"},
+        {{4, 2, 7, 1, 3, 5, 8, 6}, {4}, "5(2(1,3),7(6,8))"},
+        {{5, 3, 6, 1, 4, 7, 2}, {5}, "4(2(1,3),6(-,7))"},
+        /* the neighbour has a child, and the gap rebalances below the place that it moved to */
+        {{5, 3, 7, 2, 4, 6, 8, 1}, {5}, "4(2(1,3),7(6,8))"},
+        {{5, 3, 7, 2, 6, 1}, {}, "5(2(1,3),7(6,-))"},
+    };
+    for (const Case &row : cases) {
+        Index index(row.inserted);
+        for (NB_INT key : row.deleted) {
+            index.remove(key);
+        }
+        EXPECT_TRUE(row.shape == index.shape()) << index.shape() << " instead of " << row.shape;
+    }
+}
+
+TEST(Avl, DuplicateStaysOutAndFitsElsewhere) {
+    Index index({5, 3, 8, 9});
+    for (NB_INT key : {5, 3, 9}) {
+        Record *record = index.make(key);
+        index.insert(record);
+        Index other;
+        other.insert(record);
+        EXPECT_EQ(other.tree.root, &record->node);
+        other.remove(key);
+    }
+}
+
+TEST(Avl, OrderedArrivalCostsOneComparison) {
+    Index index;
+    for (NB_INT key = 0; key < 500; key++) {
+        Record *record = index.make(key);
+        comparisons = 0;
+        ntl_avl_insert(&index.tree, &record->node);
+        EXPECT_LE(comparisons, 1);
+    }
+    for (NB_INT key = 0; key < 500; key++) {
+        comparisons = 0;
+        ntl_avl_find(&index.tree, &key);
+        EXPECT_LE(comparisons, 9);
+    }
+}
+
+TEST(Avl, MisuseIsReportedAndChangesNothing) {
+    Index index({2, 1, 3});
+    Record *outside = index.make(4);
+    ReportedAssertions reported;
+    EXPECT_EQ(ntl_avl_insert(&index.tree, index.tree.root), 0);
+    EXPECT_TRUE(reported.has("!AVL_IN_TREE(*node)"));
+    EXPECT_FALSE(reported.has("node_in_tree"));
+    ntl_avl_delete(&index.tree, &outside->node);
+    EXPECT_TRUE(reported.has("node_in_tree"));
+    EXPECT_EQ(ntl_avl_next(&outside->node), nullptr);
+    EXPECT_EQ(ntl_avl_prev(&outside->node), nullptr);
+    EXPECT_EQ(index.shape(), "2(1,3)");
+    EXPECT_EQ(ntl_avl_validate(&index.tree), 3);
+    EXPECT_FALSE(AVL_IN_TREE(outside->node));
+}
+
+TEST(Avl, WrongHeightsAreReportedButTheRecordLeaves) {
+    struct Case {
+        NB_INT damaged;
+        NB_SHORT AVL_NODE::*height;
+        const char *text;
+    };
+    /* The root's sides are made to differ where that chooses the successor. */
+    const std::vector<Case> cases = {
+        {3, &AVL_NODE::r_height, "swap_node->r_height == 0"},
+        {3, &AVL_NODE::l_height, "swap_node->l_height <= 1"},
+        {5, &AVL_NODE::l_height, "swap_node->l_height == 0"},
+        {5, &AVL_NODE::r_height, "swap_node->r_height <= 1"},
+    };
+    for (const Case &row : cases) {
+        Index index({4, 2, 6, 1, 3, 5, 7});
+        ReportedAssertions reported;
+        Record *root = index.model.at(4);
+        index.model.at(row.damaged)->node.*row.height = 2;
+        root->node.r_height = row.damaged > 4 ? 3 : 2;
+        ntl_avl_delete(&index.tree, &root->node);
+        EXPECT_TRUE(reported.has(row.text)) << row.text;
+        NB_INT key = 4;
+        EXPECT_EQ(ntl_avl_find(&index.tree, &key), nullptr);
+    }
+}
+
+TEST(Avl, ValidateFindsEveryKindOfDamage) {
+    using Damage = std::function<void(Index &)>;
+    auto node = [](Index &index, NB_INT key) { return &index.model.at(key)->node; };
+    const std::vector<std::pair<const char *, Damage>> damages = {
+        {"order", [](Index &index) { index.model.at(2)->key = 3; }},
+        {"parent", [&](Index &index) { node(index, 1)->parent = node(index, 4); }},
+        {"parent of the root", [&](Index &index) { node(index, 4)->parent = node(index, 2); }},
+        {"height", [&](Index &index) { node(index, 2)->l_height = 2; }},
+        {"mark", [&](Index &index) { node(index, 4)->r_height = AVL_NOT_IN_TREE; }},
+        {"lost subtree", [&](Index &index) { node(index, 6)->left = nullptr; }},
+        {"cycle", [&](Index &index) { node(index, 1)->left = node(index, 4); }},
+        {"first", [&](Index &index) { index.tree.first = node(index, 2); }},
+        {"last", [&](Index &index) { index.tree.last = nullptr; }},
+        {"root", [](Index &index) { index.tree.root = nullptr; }},
+        {"balance",
+         [&](Index &index) {
+             for (NB_INT key : {5, 6, 7}) {
+                 *node(index, key) = {};
+             }
+             node(index, 4)->right = nullptr;
+             node(index, 4)->r_height = 0;
+             index.tree.last = node(index, 4);
+         }},
+    };
+    for (const auto &[name, damage] : damages) {
+        Index index({4, 2, 6, 1, 3, 5, 7});
+        damage(index);
+        EXPECT_EQ(ntl_avl_validate(&index.tree), -1) << name;
+    }
+}

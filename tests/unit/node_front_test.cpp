@@ -1,0 +1,481 @@
+/* The node software as processes: this program runs it as a child, and is the nodes, too. */
+#include "node_support.h"
+
+#include "nodecommand.h"
+#include "nodewire.h"
+
+#include <csignal>
+#include <fstream>
+#include <grp.h>
+#include <poll.h>
+#include <sstream>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+
+using namespace node_test;
+using node::Frame;
+using node::FrameState;
+
+namespace {
+
+constexpr int WAIT_MS = 20000;
+constexpr uid_t NOBODY = 65534;
+
+constexpr const char *TWO_NODES = R"(
+[domain]
+name = pair
+client_server = yes
+[node one]
+server = master
+fq_cp_name = NETA.ONE
+cp_alias = ONE
+[dlc LAN0]
+[port ETH0]
+dlc_name = LAN0
+[node two]
+fq_cp_name = NETA.TWO
+cp_alias = TWO
+[dlc LAN0]
+)";
+
+/* An administrator's connection. */
+class Client {
+public:
+    explicit Client(const std::string &path) {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        memcpy(address.sun_path, path.data(), path.size());
+        fd_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        connected_ =
+            connect(fd_, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+        Frame frame;
+        if (connected_ && receive(frame)) {
+            EXPECT_EQ(frame.header.kind, NOF_FRAME_HELLO);
+            memcpy(&hello, frame.block.data(), sizeof hello);
+        }
+    }
+    ~Client() { close(fd_); }
+    bool connected() const { return connected_; }
+
+    /* The next frame; false at the end of the stream, at garbage, and when none comes. */
+    bool receive(Frame &frame, int wait_ms = WAIT_MS) {
+        NB_UCHAR bytes[65536];
+        FrameState state = FrameState::None;
+        while ((state = reader_.next(frame)) == FrameState::None) {
+            pollfd ready = {fd_, POLLIN, 0};
+            if (poll(&ready, 1, wait_ms) != 1) {
+                return false;
+            }
+            const ssize_t count = recv(fd_, bytes, sizeof bytes, 0);
+            if (count <= 0) {
+                return false;
+            }
+            reader_.add(bytes, static_cast<size_t>(count));
+        }
+        return state == FrameState::Ready;
+    }
+
+    template <class Block> NB_ULONG send_verb(NB_ULONG target, const Block &block) {
+        const auto frame = node::make_frame(NOF_FRAME_VERB, ++correlator_, target, &block, sizeof block);
+        raw(frame);
+        return correlator_;
+    }
+    void raw(const std::vector<NB_UCHAR> &bytes) {
+        EXPECT_EQ(send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL), ssize_t(bytes.size()));
+    }
+
+    /* Waits for the answer; what comes before it is kept in `heard`.  {0, 0xDEAD} for none. */
+    template <class Block> Codes answer(NB_ULONG correlator, Block &block) {
+        Frame frame;
+        while (receive(frame)) {
+            if (frame.header.kind == NOF_FRAME_ANSWER && frame.header.correlator == correlator) {
+                EXPECT_EQ(frame.block.size(), sizeof block);
+                memcpy(&block, frame.block.data(), sizeof block);
+                return {block.primary_rc, block.secondary_rc};
+            }
+            heard.push_back(frame);
+        }
+        return {0, 0xDEAD};
+    }
+    template <class Block> Codes issue(NB_ULONG target, Block &block) {
+        return answer(send_verb(target, block), block);
+    }
+
+    /* The next block with this opcode, from `heard` or to come. */
+    template <class Block> bool hear(NB_USHORT opcode, Block &block) {
+        Frame frame;
+        for (;;) {
+            if (!heard.empty()) {
+                frame = heard.front();
+                heard.erase(heard.begin());
+            } else if (!receive(frame)) {
+                return false;
+            }
+            if (frame.header.kind == NOF_FRAME_INDICATION && node::block_opcode(frame.block) == opcode) {
+                EXPECT_EQ(frame.block.size(), sizeof block);
+                memcpy(&block, frame.block.data(), sizeof block);
+                last_correlator = frame.header.correlator;
+                return true;
+            }
+        }
+    }
+
+    /* News about other nodes, and of states on the way, are passed over. */
+    void wait_for_server(const char *name, NB_ULONG state) {
+        NAP_SERVER_INDICATION_VERB news = {};
+        bool found = false;
+        while (!found) {
+            ASSERT_TRUE(hear(NAP_SERVER_INDICATION, news)) << name << " " << state;
+            found = news.state == state &&
+                    strcmp(reinterpret_cast<const char *>(news.node_name), name) == 0;
+        }
+    }
+
+    NB_ULONG open(NB_USHORT file, Codes expected = OK_CODES) {
+        NAP_OPEN_FILE_VERB verb = {};
+        verb.opcode = NAP_OPEN_FILE;
+        verb.file = file;
+        EXPECT_EQ(issue(0, verb), expected);
+        return verb.target_handle;
+    }
+    NB_ULONG join(const char *name, Codes expected = OK_CODES) {
+        NAP_CONNECT_NODE_VERB verb = {};
+        verb.opcode = NAP_CONNECT_NODE;
+        strcpy(reinterpret_cast<char *>(verb.node_name), name);
+        EXPECT_EQ(issue(0, verb), expected) << name;
+        return verb.target_handle;
+    }
+    Codes listen_to(NB_ULONG target, NB_USHORT indication) {
+        NAP_REGISTER_SINK_VERB verb = {};
+        verb.opcode = NAP_REGISTER_INDICATION_SINK;
+        verb.indication = indication;
+        return issue(target, verb);
+    }
+    Codes query(NB_ULONG target, NB_USHORT opcode) {
+        NAP_QUERY_LIST verb = {};
+        verb.opcode = opcode;
+        verb.buf_size = 65535;
+        verb.list_options = NAP_FIRST_IN_LIST | NAP_DETAIL;
+        const Codes codes = issue(target, verb);
+        total = verb.total_num_entries;
+        return codes;
+    }
+    Codes define_dlc(NB_ULONG target, const char *name) {
+        NAP_DEFINE_DLC_VERB verb = {};
+        verb.opcode = NAP_DEFINE_DLC;
+        put(verb.dlc_name, local8(name));
+        return issue(target, verb);
+    }
+
+    NOF_HELLO hello = {};
+    std::vector<Frame> heard;
+    NB_ULONG last_correlator = 0;
+    unsigned total = 0;
+
+private:
+    int fd_;
+    bool connected_;
+    NB_ULONG correlator_ = 100;
+    node::FrameReader reader_;
+};
+
+/* The node software, running in a folder of its own. */
+class Running {
+public:
+    explicit Running(const std::string &text = TWO_NODES) {
+        chmod(folder.path().c_str(), 0755);
+        write("pair.domain", text);
+        write("faults", "");
+        start();
+    }
+    ~Running() { stop(); }
+
+    void write(const std::string &name, const std::string &text) {
+        std::ofstream(folder.file(name)) << text;
+    }
+
+    /* Returns what it printed before it was ready, or ended. */
+    void start(std::vector<std::string> more = {}) {
+        int out[2];
+        ASSERT_EQ(pipe(out), 0);
+        pid = fork();
+        if (pid == 0) {
+            setenv("SNA_PREFIX", folder.path().c_str(), 1);
+            setenv("SNA_LOG", folder.file("log").c_str(), 1);
+            dup2(out[1], 1);
+            dup2(out[1], 2);
+            close(out[0]);
+            close(out[1]);
+            std::vector<std::string> words = {"snanode", "--domain", folder.file("pair.domain"),
+                                              "--fault", folder.file("faults")};
+            words.insert(words.end(), more.begin(), more.end());
+            std::vector<char *> arguments;
+            for (std::string &word : words) {
+                arguments.push_back(word.data());
+            }
+            arguments.push_back(nullptr);
+            execv("/proc/self/exe", arguments.data());
+            _exit(127);
+        }
+        close(out[1]);
+        printed.clear();
+        char byte = 0;
+        while (printed.find(" ready\n") == std::string::npos && read(out[0], &byte, 1) == 1) {
+            printed += byte;
+        }
+        close(out[0]);
+    }
+    int stop(int signal = SIGTERM) {
+        int status = -1;
+        if (pid > 0) {
+            kill(pid, signal);
+            waitpid(pid, &status, 0);
+            pid = 0;
+        }
+        return status;
+    }
+    std::string socket() const { return folder.file("var/sna.sock"); }
+
+    /* The processes of the nodes, in the order of the text. */
+    std::vector<pid_t> nodes() const {
+        const std::string task = "/proc/" + std::to_string(pid) + "/task/" + std::to_string(pid);
+        std::ifstream file(task + "/children");
+        std::vector<pid_t> found;
+        for (pid_t one = 0; file >> one;) {
+            found.push_back(one);
+        }
+        return found;
+    }
+
+    Folder folder;
+    pid_t pid = 0;
+    std::string printed;
+};
+
+TEST(NodeFront, GreetsAndEndsOrderly) {
+    Running node;
+    EXPECT_EQ(node.printed, "snanode: domain pair ready\n");
+    std::ifstream facts(node.folder.file("etc/domain"));
+    std::stringstream text;
+    text << facts.rdbuf();
+    EXPECT_EQ(text.str(), "name = pair\nclient_server = yes\n");
+    Client client(node.socket());
+    EXPECT_EQ(client.hello.version, NB_ULONG{NOF_WIRE_VERSION});
+    EXPECT_EQ(client.hello.rights, NB_ULONG{NOF_RIGHT_CHANGE});
+    EXPECT_EQ(client.hello.client_server, 1U);
+    EXPECT_EQ(client.query(0, NAP_QUERY_NODE_ALL), OK_CODES);
+    EXPECT_EQ(client.total, 2U);
+    const std::vector<pid_t> children = node.nodes();
+    EXPECT_EQ(children.size(), 2U);
+    EXPECT_EQ(node.stop(), 0);
+    EXPECT_FALSE(std::filesystem::exists(node.socket()));
+    for (const pid_t child : children) {
+        EXPECT_EQ(kill(child, 0), -1);
+    }
+}
+
+TEST(NodeFront, OneAtATimeAndNoStaleSocket) {
+    Running node;
+    const pid_t first = node.pid;
+    node.start();
+    EXPECT_NE(node.printed.find("is in use by another snanode"), std::string::npos) << node.printed;
+    EXPECT_EQ(WEXITSTATUS(node.stop(0)), 1);
+    node.start({"--state", node.folder.file("other")});
+    EXPECT_NE(node.printed.find("another snanode answers on"), std::string::npos) << node.printed;
+    EXPECT_EQ(WEXITSTATUS(node.stop(0)), 1);
+    node.pid = first;
+    node.stop(SIGKILL);
+    EXPECT_TRUE(std::filesystem::exists(node.socket()));
+    node.start();
+    EXPECT_NE(node.printed.find("ready"), std::string::npos) << node.printed;
+    node.stop();
+    node.write("pair.domain", "[domain]\n[node x]\nfq_cp_name = bad name\n");
+    node.start();
+    EXPECT_NE(node.printed.find("pair.domain:3: "), std::string::npos) << node.printed;
+    EXPECT_EQ(WEXITSTATUS(node.stop(0)), 1);
+    node.start({"--nonsense"});
+    EXPECT_NE(node.printed.find("usage: "), std::string::npos);
+    EXPECT_EQ(WEXITSTATUS(node.stop(0)), 2);
+}
+
+TEST(NodeFront, TargetsBelongToTheirClientAndPlace) {
+    Running node;
+    Client one(node.socket());
+    Client two(node.socket());
+    const NB_ULONG system = one.open(NAP_SYSTEM_FILE);
+    const NB_ULONG network = one.open(NAP_NETWORK_FILE);
+    const NB_ULONG target = one.join("ONE");
+    const Codes bad = parameter(NAP_BAD_TARGET);
+    EXPECT_EQ(one.query(target, NAP_QUERY_DLC), OK_CODES);
+    EXPECT_EQ(two.query(target, NAP_QUERY_DLC), bad);
+    EXPECT_EQ(two.query(12345, NAP_QUERY_DLC), bad);
+    EXPECT_EQ(one.query(0, NAP_QUERY_DLC), bad);
+    EXPECT_EQ(one.query(system, NAP_QUERY_DLC), bad);
+    EXPECT_EQ(one.query(system, NAP_QUERY_CPIC_SIDE_INFO), OK_CODES);
+    EXPECT_EQ(one.query(network, NAP_QUERY_CPIC_SIDE_INFO), bad);
+    EXPECT_EQ(one.query(network, NAP_QUERY_SNA_NET), OK_CODES);
+    EXPECT_EQ(one.query(target, NAP_QUERY_NODE_ALL), bad);
+    NAP_VCB close_verb = {};
+    close_verb.opcode = NAP_DISCONNECT_NODE;
+    EXPECT_EQ(two.issue(target, close_verb), bad);
+    EXPECT_EQ(one.issue(target, close_verb), OK_CODES);
+    EXPECT_EQ(one.query(target, NAP_QUERY_DLC), bad);
+    EXPECT_GT(one.join("one"), target) << "a handle is not given out again";
+    one.join("three", parameter(NAP_UNKNOWN_RESOURCE));
+    NAP_VCB unknown = {};
+    unknown.opcode = 0x7777;
+    EXPECT_EQ(one.issue(0, unknown), (Codes{NAP_NOT_SUPPORTED, 0}));
+    EXPECT_EQ(one.listen_to(0, NAP_QUERY_DLC), parameter(NAP_INVALID_VALUE));
+}
+
+TEST(NodeFront, GarbageEndsItsOwnConnectionOnly) {
+    Running node;
+    Client good(node.socket());
+    NAP_VCB verb = {};
+    verb.opcode = NAP_QUERY_NODE;
+    auto zero_correlator = node::make_frame(NOF_FRAME_VERB, 0, 0, &verb, sizeof verb);
+    auto wrong_kind = node::make_frame(NOF_FRAME_ANSWER, 1, 0, &verb, sizeof verb);
+    auto with_data = node::make_frame(NOF_FRAME_VERB, 1, 0, &verb, sizeof verb, &verb, sizeof verb);
+    const std::vector<std::vector<NB_UCHAR>> garbage = {
+        std::vector<NB_UCHAR>(100, 0xFF), zero_correlator, wrong_kind, with_data};
+    for (const std::vector<NB_UCHAR> &bytes : garbage) {
+        Client bad(node.socket());
+        Frame frame;
+        bad.raw(bytes);
+        EXPECT_FALSE(bad.receive(frame)) << "the connection ends";
+    }
+    EXPECT_EQ(good.query(0, NAP_QUERY_NODE_ALL), OK_CODES);
+}
+
+TEST(NodeFront, CopiesGoToTheOthers) {
+    Running node;
+    Client one(node.socket());
+    Client two(node.socket());
+    const NB_ULONG mine = one.join("one");
+    const NB_ULONG theirs = two.join("one");
+    const NB_ULONG elsewhere = two.join("two");
+    for (const NB_ULONG target : {theirs, elsewhere}) {
+        EXPECT_EQ(two.listen_to(target, NAP_CONFIG_COPIES), OK_CODES);
+    }
+    EXPECT_EQ(one.listen_to(mine, NAP_CONFIG_COPIES), OK_CODES);
+    EXPECT_EQ(one.define_dlc(mine, "NEW"), OK_CODES);
+    EXPECT_EQ(one.define_dlc(mine, "new"), parameter(NAP_DUPLICATE_NAME));
+    EXPECT_EQ(two.define_dlc(theirs, "SECOND"), OK_CODES);
+    NAP_DEFINE_DLC_VERB copy = {};
+    ASSERT_TRUE(two.hear(NAP_DEFINE_DLC, copy));
+    EXPECT_EQ(node::local_text(copy.dlc_name, 8), "NEW");
+    EXPECT_EQ(copy.primary_rc, NAP_INDICATION);
+    ASSERT_TRUE(one.hear(NAP_DEFINE_DLC, copy));
+    EXPECT_EQ(node::local_text(copy.dlc_name, 8), "SECOND") << "never one's own";
+    EXPECT_TRUE(two.heard.empty()) << "nothing failed was copied, and nothing twice";
+    NAP_NAME_VERB stop_node = {};
+    NAP_NODE_STATUS_INDICATION_VERB state = {};
+    stop_node.opcode = NAP_STOP_NODE;
+    EXPECT_EQ(one.issue(mine, stop_node), OK_CODES);
+    ASSERT_TRUE(two.hear(NAP_STOP_NODE, state));
+    EXPECT_EQ(state.node_state, NB_ULONG{NAP_NODE_STOPPING});
+    ASSERT_TRUE(one.hear(NAP_STOP_NODE, state));
+    EXPECT_EQ(state.node_state, NB_ULONG{NAP_NODE_STOPPED});
+    EXPECT_STREQ(reinterpret_cast<const char *>(state.node_name), "one");
+}
+
+TEST(NodeFront, ANodeDiesAloneAndComesBackWithWhatWasAcknowledged) {
+    Running node;
+    Client client(node.socket());
+    const NB_ULONG one = client.join("one");
+    const NB_ULONG two = client.join("two");
+    EXPECT_EQ(client.listen_to(0, NAP_SERVER_INDICATION), OK_CODES);
+    EXPECT_EQ(client.listen_to(one, NAP_PORT_INDICATION), OK_CODES);
+    EXPECT_EQ(client.define_dlc(one, "KEPT"), OK_CODES);
+    const std::vector<pid_t> nodes = node.nodes();
+    ASSERT_EQ(nodes.size(), 2U);
+    kill(nodes[0], SIGSTOP);
+    NAP_QUERY_NODE_VERB verb = {};
+    verb.opcode = NAP_QUERY_NODE;
+    const NB_ULONG flight = client.send_verb(one, verb);
+    EXPECT_EQ(client.query(two, NAP_QUERY_DLC), OK_CODES) << "the other node is well";
+    kill(nodes[0], SIGKILL);
+    const Codes gone = {NAP_COMM_FAILURE, NAP_NODE_GONE};
+    EXPECT_EQ(client.answer(flight, verb), gone);
+    NAP_NOF_STATUS_INDICATION_VERB status = {};
+    ASSERT_TRUE(client.hear(NAP_NOF_STATUS_INDICATION, status));
+    EXPECT_EQ(status.status, NB_ULONG{NAP_NODE_GONE});
+    EXPECT_EQ(status.target_handle, one);
+    client.wait_for_server("one", 0);
+    EXPECT_EQ(client.query(one, NAP_QUERY_DLC), gone);
+    client.join("one", gone);
+    client.wait_for_server("one", 1);
+    EXPECT_EQ(client.query(one, NAP_QUERY_DLC), gone) << "the old target does not come back";
+    const NB_ULONG again = client.join("one");
+    EXPECT_EQ(client.query(again, NAP_QUERY_DLC), OK_CODES);
+    EXPECT_EQ(client.total, 2U) << "LAN0 and KEPT";
+}
+
+TEST(NodeFront, FaultsOnDemand) {
+    Running node;
+    node.stop();
+    node.write("faults", "fail NAP_QUERY_DLC 0x200 0x5545 1\ndelay 1 NAP_QUERY_PORT\n");
+    node.start();
+    Client client(node.socket());
+    const NB_ULONG target = client.join("one");
+    EXPECT_EQ(client.query(target, NAP_QUERY_DLC), state(NAP_RESOURCE_ACTIVE));
+    EXPECT_EQ(client.query(target, NAP_QUERY_DLC), OK_CODES);
+    EXPECT_EQ(client.query(target, NAP_QUERY_PORT), OK_CODES);
+    node.write("faults", "garbage after 1 verbs\ndrop after 2 verbs\n");
+    kill(node.pid, SIGHUP);
+    Frame frame;
+    for (int tries = 0; client.query(0, NAP_QUERY_NODE_ALL) == OK_CODES && tries < 1000; tries++) {
+    }
+    EXPECT_FALSE(client.receive(frame));
+    Client next(node.socket());
+    EXPECT_EQ(next.query(0, NAP_QUERY_NODE_ALL), (Codes{0, 0xDEAD})) << "dropped";
+    Client third(node.socket());
+    EXPECT_EQ(third.query(0, NAP_QUERY_NODE_ALL), OK_CODES);
+}
+
+TEST(NodeFront, OthersMayOnlyLook) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "needs root to be somebody else";
+    }
+    Running node;
+    const pid_t looker = fork();
+    if (looker == 0) {
+        const bool other = setgroups(0, nullptr) == 0 && setgid(NOBODY) == 0 && setuid(NOBODY) == 0;
+        Client client(node.socket());
+        const NB_ULONG target = other ? client.join("one") : 0;
+        NAP_SET_PROCESSING_MODE_VERB mode = {};
+        mode.opcode = NAP_SET_PROCESSING_MODE;
+        mode.mode = NAP_MODE_ADMINISTER;
+        const Codes refused = parameter(NAP_NO_PERMISSION);
+        const bool right = other && client.hello.rights == 0 &&
+                           client.query(target, NAP_QUERY_DLC) == OK_CODES &&
+                           client.define_dlc(target, "NEW") == refused &&
+                           client.issue(target, mode) == refused;
+        _exit(right ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(looker, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(NodeFront, ADomainWithoutAConfiguration) {
+    Running node("[domain]\ndomain_config = no\n[node one]\nfq_cp_name = NETA.ONE\n");
+    Client client(node.socket());
+    EXPECT_EQ(node.printed, "snanode: domain pair ready\n") << "the name of the file";
+    client.open(NAP_SYSTEM_FILE, state(NAP_NO_DOMAIN_CONFIG));
+    client.open(NAP_NETWORK_FILE, state(NAP_NO_DOMAIN_CONFIG));
+    EXPECT_EQ(client.query(client.join(""), NAP_QUERY_MODE_DEFINITION), OK_CODES);
+    EXPECT_EQ(client.total, 13U);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (argc > 1 && strcmp(argv[0], "snanode") == 0) {
+        return node::run_snanode(argc, argv);
+    }
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,236 @@
+#include "node_support.h"
+
+using namespace node_test;
+
+namespace {
+
+using States = std::vector<int>;
+
+const States UP = {NAP_PENDING_ACTIVE, NAP_ACTIVE};
+const States DOWN = {NAP_PENDING_INACTIVE, NAP_NOT_ACTIVE};
+
+struct NodeStates : testing::Test {
+    Rig rig;
+
+    void SetUp() override { rig.load(SMALL_NODE); }
+    NB_UCHAR link(const char *name) {
+        return rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8(name)).det_data.ls_state;
+    }
+    NAP_PU_DATA pu(const char *name) {
+        return rig.entry<NAP_PU_DATA>(node::CLASS_PU, ebcdic(name));
+    }
+};
+
+TEST_F(NodeStates, ComeUpFromTheBottom) {
+    EXPECT_EQ(rig.by_key(NAP_START_LS, local8("HOST")), state(NAP_NODE_NOT_ACTIVE));
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STARTING});
+    rig.pass(5000);
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_ACTIVE});
+    EXPECT_EQ(rig.heard.states(NAP_DLC_INDICATION, "LAN0"), UP);
+    EXPECT_EQ(rig.heard.states(NAP_PORT_INDICATION, "ETH0"), UP);
+    EXPECT_EQ(rig.heard.states(NAP_PORT_INDICATION, "ETH1"), States{});
+    EXPECT_EQ(rig.heard.states(NAP_LS_INDICATION, "HOST"), UP);
+    size_t port_up = 0;
+    for (size_t at = 0; at < rig.heard.all.size(); at++) {
+        const NAP_RESOURCE_INDICATION &one = rig.heard.all[at];
+        if (one.opcode == NAP_PORT_INDICATION && one.state == NAP_ACTIVE) {
+            port_up = at;
+        }
+        if (one.opcode == NAP_LS_INDICATION) {
+            EXPECT_GT(at, port_up) << "no link before its port";
+            EXPECT_GT(port_up, 0U);
+        }
+    }
+    EXPECT_EQ(pu("HOSTPU").pu_sscp_sess_active, NAP_ACTIVE);
+    EXPECT_EQ(pu("HOSTPU").lu_count, 7U) << "six dependent LUs of a display and one of type 6.2";
+    EXPECT_EQ(pu("HOSTPU").active_lus, 7U);
+    EXPECT_EQ(pu("DLPU").active_lus, 3U);
+    const auto used =
+        rig.entry<NAP_LU03_DATA>(node::CLASS_LU03, ebcdic("HOSTPU") + ebcdic("LU06")).det_data;
+    EXPECT_EQ(used.plu_sess_active, 1);
+    EXPECT_STREQ(reinterpret_cast<const char *>(used.user_name), "maria");
+    EXPECT_EQ(rig.entry<NAP_PORT_DATA>(node::CLASS_PORT, local8("ETH0")).det_data.active_links, 2U);
+}
+
+TEST_F(NodeStates, AnIndicationSaysWhatTheListSays) {
+    rig.pass(5000);
+    std::map<std::string, NAP_RESOURCE_INDICATION> last;
+    for (const NAP_RESOURCE_INDICATION &one : rig.heard.all) {
+        if (one.opcode == NAP_LS_INDICATION) {
+            last[std::string(reinterpret_cast<const char *>(one.key), 8)] = one;
+        }
+    }
+    for (const auto &entry : last) {
+        const auto now = rig.entry<NAP_LS_DATA>(node::CLASS_LS, entry.first);
+        EXPECT_EQ(entry.second.det_length, sizeof now.det_data);
+        EXPECT_EQ(memcmp(entry.second.det_data, &now.det_data, sizeof now.det_data), 0) << entry.first;
+    }
+    EXPECT_EQ(last.size(), 3U);
+}
+
+TEST_F(NodeStates, AStopCascades) {
+    rig.pass(5000);
+    rig.heard.all.clear();
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LS, local8("NORTH")), state(NAP_RESOURCE_ACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_DLC, local8("LAN0")), OK_CODES);
+    rig.pass(2000);
+    EXPECT_EQ(rig.heard.states(NAP_DLC_INDICATION, "LAN0"), DOWN);
+    EXPECT_EQ(rig.heard.states(NAP_PORT_INDICATION, "ETH0"), DOWN);
+    EXPECT_EQ(rig.heard.states(NAP_LS_INDICATION, "NORTH"), DOWN);
+    EXPECT_EQ(pu("HOSTPU").active_lus, 0U);
+    EXPECT_EQ(pu("DLPU").active_lus, 3U) << "it hangs on no link";
+    EXPECT_EQ(rig.by_key(NAP_START_LS, local8("NORTH")), state(NAP_RESOURCE_INACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LS, local8("NORTH")), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_START_DLC, local8("LAN0")), OK_CODES);
+    rig.pass(5000);
+    EXPECT_EQ(link("HOST"), NAP_ACTIVE);
+    EXPECT_EQ(pu("HOSTPU").active_lus, 7U);
+}
+
+TEST_F(NodeStates, StopTypesAndSingleSteps) {
+    rig.pass(5000);
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("HOST"), 2), parameter(NAP_INVALID_VALUE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("NOSUCH")), parameter(NAP_UNKNOWN_RESOURCE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("HOST"), NAP_IMMEDIATE_STOP), OK_CODES);
+    EXPECT_EQ(link("HOST"), NAP_NOT_ACTIVE) << "at once";
+    EXPECT_EQ(rig.by_key(NAP_START_PU, ebcdic("HOSTPU")), state(NAP_RESOURCE_INACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_PU, ebcdic("DLPU")), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_START_LS, local8("HOST")), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_START_LS, local8("HOST")), OK_CODES) << "twice is once";
+    rig.pass(499);
+    EXPECT_EQ(link("HOST"), NAP_PENDING_ACTIVE);
+    rig.pass(1);
+    EXPECT_EQ(link("HOST"), NAP_ACTIVE);
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("HOST")), OK_CODES);
+    EXPECT_EQ(link("HOST"), NAP_PENDING_INACTIVE);
+    EXPECT_EQ(rig.by_key(NAP_START_LS, local8("HOST")), OK_CODES) << "a stop can be taken back";
+    rig.pass(1000);
+    EXPECT_EQ(link("HOST"), NAP_ACTIVE);
+    EXPECT_EQ(pu("DLPU").pu_sscp_sess_active, NAP_NOT_ACTIVE);
+}
+
+TEST_F(NodeStates, ALinkThatCannotBeReachedTriesAsOftenAsItMay) {
+    rig.pass(60000);
+    EXPECT_EQ(link("DARK"), NAP_NOT_ACTIVE);
+    const States tries = {NAP_PENDING_ACTIVE, NAP_NOT_ACTIVE, NAP_PENDING_ACTIVE,
+                          NAP_NOT_ACTIVE,     NAP_PENDING_ACTIVE, NAP_NOT_ACTIVE};
+    EXPECT_EQ(rig.heard.states(NAP_LS_INDICATION, "DARK"), tries);
+    EXPECT_EQ(rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8("DARK")).det_data.last_sense,
+              node::SENSE_LINK_FAILED);
+}
+
+TEST_F(NodeStates, ActiveResourcesAreNotChanged) {
+    rig.pass(5000);
+    NAP_DEFINE_PORT_VERB verb = {};
+    const auto now = rig.entry<NAP_PORT_DATA>(node::CLASS_PORT, local8("ETH0"));
+    verb.opcode = NAP_DEFINE_PORT;
+    put(verb.port_name, local8("ETH0"));
+    verb.def_data = now.def_data;
+    EXPECT_EQ(rig.issue(verb), state(NAP_RESOURCE_ACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_PORT, local8("ETH0")), OK_CODES);
+    rig.pass(1000);
+    EXPECT_EQ(rig.issue(verb), OK_CODES);
+    NAP_DEFINE_NODE_VERB node_verb = {};
+    node_verb.opcode = NAP_DEFINE_NODE;
+    node_verb.node_type = NAP_END_NODE;
+    put(node_verb.fq_cp_name, ebcdic("NETA.TWO", 17));
+    put(node_verb.cp_alias, local8("TWO"));
+    EXPECT_EQ(rig.issue(node_verb), state(NAP_RESOURCE_ACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_NODE, ""), OK_CODES);
+    rig.pass(1000);
+    EXPECT_EQ(rig.issue(node_verb), OK_CODES);
+    put(node_verb.fq_cp_name, ebcdic("TWO", 17));
+    EXPECT_EQ(rig.issue(node_verb), parameter(NAP_INVALID_NAME)) << "not qualified";
+    EXPECT_EQ(rig.engine.node_record().info.node_type, NAP_END_NODE);
+}
+
+TEST_F(NodeStates, TheNodeStopsAndStartsWhole) {
+    rig.pass(5000);
+    const int changes = rig.heard.node_changes;
+    EXPECT_EQ(rig.by_key(NAP_STOP_NODE, ""), OK_CODES);
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPING});
+    EXPECT_EQ(rig.by_key(NAP_INIT_NODE, ""), state(NAP_NODE_BUSY));
+    rig.pass(1000);
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPED});
+    for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
+        const node::ResourceTable &table = rig.engine.table(static_cast<node::ClassId>(id));
+        for (node::Resource *at = table.first(); at != nullptr;
+             at = node::ResourceTable::next(*at)) {
+            EXPECT_EQ(at->state, NAP_NOT_ACTIVE) << table.row().name;
+        }
+    }
+    EXPECT_EQ(rig.by_key(NAP_INIT_NODE, ""), OK_CODES);
+    rig.pass(5000);
+    EXPECT_EQ(link("HOST"), NAP_ACTIVE);
+    EXPECT_EQ(rig.heard.node_changes, changes + 4);
+}
+
+TEST_F(NodeStates, SessionsFollowTheirPartner) {
+    rig.pass(5000);
+    const auto sessions = [&] {
+        const auto lu = rig.entry<NAP_LOCAL_LU_DATA>(node::CLASS_LOCAL_LU, ebcdic("PAYLU"));
+        return lu.active_sessions;
+    };
+    EXPECT_EQ(sessions(), 3U);
+    EXPECT_EQ(rig.engine.node_record().active_sessions, 3U);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LOCAL_LU, ebcdic("PAYLU")), state(NAP_RESOURCE_ACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("NORTH")), OK_CODES);
+    rig.pass(1000);
+    EXPECT_EQ(sessions(), 0U);
+    EXPECT_EQ(rig.heard.states(NAP_MODE_INDICATION, "Payroll"),
+              (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
+    EXPECT_EQ(rig.heard.states(NAP_PLU_INDICATION, "Payroll"), (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
+}
+
+/* Two engines, joined as the front process joins them. */
+TEST(NodePairs, ComeUpAndGoDownTogether) {
+    const auto text = [](const char *own, const char *other) {
+        return std::string("[domain]\n[node x]\nfq_cp_name = NETA.") + own +
+               "\n[dlc D]\n[port P]\ndlc_name = D\n[ls L]\nport_name = P\nreact_timer = 0\n" +
+               "adj_cp_type = network_node\nadj_cp_name = NETA." + other + "\n";
+    };
+    Rig one;
+    Rig two;
+    one.load(text("ONE", "TWO"));
+    two.load(text("TWO", "ONE"));
+    const auto tell = [](Rig &from, Rig &to) {
+        const NAP_QUERY_NODE_VERB record = from.engine.node_record();
+        to.engine.partner_node(record.info.fq_cp_name, record.info.node_state == NAP_NODE_ACTIVE);
+        for (const NAP_RESOURCE_INDICATION &news : from.heard.links) {
+            to.engine.partner_link(news);
+        }
+        from.heard.links.clear();
+    };
+    const auto pass = [&](int ms) {
+        for (; ms > 0; ms--) {
+            one.pass(1);
+            two.pass(1);
+            tell(one, two);
+            tell(two, one);
+        }
+    };
+    const auto link = [](Rig &rig) {
+        return int{rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8("L")).det_data.ls_state};
+    };
+    pass(5000);
+    EXPECT_EQ(link(one), NAP_ACTIVE);
+    EXPECT_EQ(link(two), NAP_ACTIVE);
+    one.by_key(NAP_STOP_LS, local8("L"));
+    pass(2000);
+    EXPECT_EQ(link(two), NAP_NOT_ACTIVE);
+    two.by_key(NAP_START_LS, local8("L"));
+    pass(4000);
+    EXPECT_EQ(link(one), NAP_ACTIVE);
+    two.by_key(NAP_STOP_NODE, "");
+    pass(2000);
+    EXPECT_EQ(link(one), NAP_NOT_ACTIVE);
+    one.by_key(NAP_START_LS, local8("L"));
+    pass(4000);
+    EXPECT_EQ(link(one), NAP_NOT_ACTIVE) << "the other node is stopped";
+    two.by_key(NAP_INIT_NODE, "");
+    pass(6000);
+    EXPECT_EQ(link(one), NAP_ACTIVE);
+    EXPECT_EQ(link(two), NAP_ACTIVE);
+}
+
+} // namespace

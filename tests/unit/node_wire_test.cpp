@@ -1,0 +1,268 @@
+/* Frames, queues and fault scripts: what the front process is made of. */
+#include "node_support.h"
+
+#include "nodefault.h"
+#include "nodequeue.h"
+#include "nodewire.h"
+
+#include <fcntl.h>
+#include <random>
+#include <sys/socket.h>
+
+using namespace node_test;
+using node::Faults;
+using node::Frame;
+using node::FrameReader;
+using node::FrameState;
+
+namespace {
+
+using Bytes = std::vector<NB_UCHAR>;
+
+Bytes verb_frame(NB_ULONG correlator, size_t block_length = 12, size_t data_length = 0) {
+    const Bytes block(block_length, 0x11);
+    const Bytes data(data_length, 0x22);
+    return node::make_frame(NOF_FRAME_VERB, correlator, 5, block.data(), block.size(), data.data(),
+                            data.size());
+}
+
+TEST(NodeFrames, AreCutOutOfAStreamInAnyPieces) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    Bytes stream;
+    for (NB_ULONG at = 1; at <= 300; at++) {
+        const Bytes frame = verb_frame(at, 12 + 4 * (random() % 1000), 4 * (random() % 50));
+        stream.insert(stream.end(), frame.begin(), frame.end());
+    }
+    FrameReader reader;
+    Frame frame;
+    NB_ULONG expected = 1;
+    for (size_t at = 0; at < stream.size();) {
+        const size_t piece = std::min<size_t>(1 + random() % 9000, stream.size() - at);
+        reader.add(stream.data() + at, piece);
+        at += piece;
+        while (reader.next(frame) == FrameState::Ready) {
+            EXPECT_EQ(frame.header.correlator, expected++);
+            EXPECT_EQ(frame.block.size(), frame.header.vcb_length);
+            EXPECT_EQ(frame.data.size(), frame.header.data_length);
+        }
+    }
+    EXPECT_EQ(expected, 301U);
+    EXPECT_EQ(reader.next(frame), FrameState::None);
+}
+
+struct BadHeader {
+    NB_ULONG length, vcb_length, data_length;
+    const char *what;
+};
+
+constexpr BadHeader bad_headers[] = {
+    {0, 12, 0, "no length"},
+    {23, 12, 0, "shorter than a header"},
+    {24, 0, 0, "no block"},
+    {32, 8, 0, "less than the header of a block"},
+    {37, 13, 0, "an odd block"},
+    {39, 12, 3, "odd data"},
+    {40, 12, 0, "longer than its parts"},
+    {36, 12, 4, "shorter than its parts"},
+    {24 + 4100, 4100, 0, "too long a block"},
+    {24 + 12 + 65540, 12, 65540, "too much data"},
+    {0xFFFFFFFF, 0xFFFFFFE0, 7, "enormous"},
+    {36, 0xFFFFFFFC, 16, "parts that wrap around"},
+};
+
+TEST(NodeFrames, GarbageEndsTheStreamForGood) {
+    for (const BadHeader &bad : bad_headers) {
+        Bytes stream = verb_frame(1);
+        NOF_FRAME header = {bad.length, NOF_FRAME_VERB, 0, 2, 0, bad.vcb_length, bad.data_length};
+        const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&header);
+        stream.insert(stream.end(), bytes, bytes + sizeof header);
+        FrameReader reader;
+        Frame frame;
+        reader.add(stream.data(), stream.size());
+        EXPECT_EQ(reader.next(frame), FrameState::Ready) << bad.what;
+        EXPECT_EQ(reader.next(frame), FrameState::Garbage) << bad.what;
+        const Bytes good = verb_frame(3);
+        reader.add(good.data(), good.size());
+        EXPECT_EQ(reader.next(frame), FrameState::Garbage) << bad.what;
+    }
+    FrameReader reader;
+    Frame frame;
+    const Bytes whole = verb_frame(1, 64);
+    reader.add(whole.data(), whole.size() - 1);
+    EXPECT_EQ(reader.next(frame), FrameState::None) << "a truncated frame is waited for";
+}
+
+Bytes indication(NB_UCHAR state, NB_UCHAR data_lost = 0) {
+    NAP_RESOURCE_INDICATION one = {};
+    one.opcode = NAP_LS_INDICATION;
+    one.state = state;
+    one.data_lost = data_lost;
+    return node::make_frame(NOF_FRAME_INDICATION, 1, 1, &one, sizeof one);
+}
+
+/* A stream socket that takes little at a time, and what comes out of it. */
+class Narrow {
+public:
+    Narrow() {
+        int size = 4096;
+        EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, pair_), 0);
+        setsockopt(pair_[0], SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
+    }
+    ~Narrow() {
+        close(pair_[0]);
+        close(pair_[1]);
+    }
+    int in() const { return pair_[0]; }
+
+    void drain() {
+        NB_UCHAR bytes[8192];
+        for (ssize_t count = 0; (count = recv(pair_[1], bytes, sizeof bytes, 0)) > 0;) {
+            reader_.add(bytes, static_cast<size_t>(count));
+        }
+    }
+    std::vector<NAP_RESOURCE_INDICATION> received() {
+        std::vector<NAP_RESOURCE_INDICATION> all;
+        Frame frame;
+        while (reader_.next(frame) == FrameState::Ready) {
+            NAP_RESOURCE_INDICATION one = {};
+            memcpy(&one, frame.block.data(), std::min(sizeof one, frame.block.size()));
+            all.push_back(one);
+        }
+        return all;
+    }
+
+private:
+    int pair_[2];
+    FrameReader reader_;
+};
+
+std::vector<NAP_RESOURCE_INDICATION> flush(node::OutQueue &queue) {
+    Narrow pipe;
+    while (!queue.empty()) {
+        EXPECT_TRUE(queue.write_to(pipe.in()));
+        pipe.drain();
+    }
+    EXPECT_EQ(queue.bytes(), 0U);
+    return pipe.received();
+}
+
+TEST(NodeQueue, MergesStatusPerResourceAndKeepsOrder) {
+    node::OutQueue queue;
+    queue.status(1, "A", indication(1));
+    queue.status(1, "B", indication(1));
+    queue.answer(verb_frame(9, sizeof(NAP_RESOURCE_INDICATION)));
+    queue.status(1, "A", indication(2));
+    queue.status(2, "A", indication(3));
+    queue.status(1, "A", indication(4, 0));
+    const auto sent = flush(queue);
+    ASSERT_EQ(sent.size(), 4U);
+    EXPECT_EQ(sent[0].state, 4) << "the last state, in the first place";
+    EXPECT_EQ(sent[1].state, 1);
+    EXPECT_EQ(sent[2].opcode, 0x1111);
+    EXPECT_EQ(sent[3].state, 3) << "another registration";
+    queue.status(1, "A", indication(5));
+    EXPECT_EQ(flush(queue).size(), 1U) << "what was sent is not merged with";
+    queue.status(1, "A", indication(1, 1));
+    queue.status(1, "A", indication(2, 0));
+    EXPECT_EQ(flush(queue)[0].data_lost, 1) << "a loss is not forgotten by merging";
+    queue.status(1, "A", indication(1));
+    queue.forget(1);
+    EXPECT_TRUE(queue.empty());
+}
+
+TEST(NodeQueue, TooManyBecomeOneThatSaysSo) {
+    node::OutQueue queue;
+    for (size_t at = 0; at < 3 * node::MAX_WAITING_STATUS; at++) {
+        queue.status(1, "K" + std::to_string(at), indication(1));
+        ASSERT_LE(queue.bytes(), (node::MAX_WAITING_STATUS + 1) * indication(1).size());
+    }
+    queue.status(2, "other", indication(2));
+    const auto sent = flush(queue);
+    ASSERT_EQ(sent.size(), 2U);
+    EXPECT_EQ(sent[0].data_lost, 1);
+    EXPECT_EQ(sent[1].data_lost, 0);
+    queue.status(1, "K1", indication(1));
+    EXPECT_EQ(flush(queue)[0].data_lost, 0) << "only once";
+}
+
+TEST(NodeQueue, AFrameThatIsHalfSentStaysAsItIs) {
+    Narrow pipe;
+    node::OutQueue queue;
+    while (queue.empty()) {
+        queue.status(1, "A", indication(1));
+        ASSERT_TRUE(queue.write_to(pipe.in()));
+    }
+    queue.status(1, "A", indication(7));
+    queue.status(1, "A", indication(8));
+    size_t states = 0;
+    int last = 0;
+    while (!queue.empty()) {
+        pipe.drain();
+        ASSERT_TRUE(queue.write_to(pipe.in()));
+    }
+    pipe.drain();
+    for (const NAP_RESOURCE_INDICATION &one : pipe.received()) {
+        states++;
+        last = one.state;
+    }
+    EXPECT_EQ(last, 8);
+    EXPECT_GT(states, 1U);
+}
+
+TEST(NodeQueue, NewsOverflowsAndABrokenPeerIsTold) {
+    node::OutQueue queue;
+    EXPECT_FALSE(queue.overflown());
+    while (!queue.overflown()) {
+        queue.news(verb_frame(1, 4096));
+        ASSERT_LE(queue.bytes(), node::MAX_WAITING_NEWS + 8192);
+    }
+    int pair[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, pair), 0);
+    close(pair[1]);
+    EXPECT_FALSE(queue.write_to(pair[0]));
+    close(pair[0]);
+}
+
+TEST(NodeFaults, ScriptsAreReadOrRefusedWhole) {
+    Faults faults;
+    std::string why;
+    constexpr const char *good = "# a comment\n\ndelay 50 NAP_QUERY_PORT\nfail NAP_DEFINE_LS 0x200 "
+                                 "21829 2\nhang NAP_QUERY_CN 1 # here, too\n"
+                                 "drop after 3 verbs\ndie one after 2 verbs\n";
+    ASSERT_TRUE(faults.parse("f", good, why)) << why;
+    for (const char *bad : {"delay", "delay x", "delay 5 NAP_NO_SUCH", "fail NAP_QUERY_PORT 1",
+                            "fail NAP_QUERY_PORT 70000 1", "drop after 3", "drop 3", "die after 2 verbs",
+                            "lose", "lose indications x", "no-restart now", "explode"}) {
+        EXPECT_FALSE(faults.parse("f", std::string("delay 1\n") + bad, why)) << bad;
+        EXPECT_EQ(why.rfind("f:2: ", 0), 0U) << why;
+    }
+    EXPECT_EQ(faults.judge(NAP_QUERY_PORT, "one").delay_ms, 50U) << "the old script stands";
+    for (int at = 0; at < 2; at++) {
+        const Faults::Verdict verdict = faults.judge(NAP_DEFINE_LS, at == 0 ? "ONE" : "other");
+        ASSERT_TRUE(verdict.failure.has_value());
+        EXPECT_EQ(verdict.failure->primary, NAP_STATE_CHECK);
+        EXPECT_EQ(verdict.failure->secondary, 21829U);
+        EXPECT_EQ(verdict.drop, at == 1) << "the third verb of all";
+        EXPECT_EQ(verdict.die, at == 0) << "the second verb to that node";
+    }
+    const Faults::Verdict after = faults.judge(NAP_DEFINE_LS, "one");
+    EXPECT_FALSE(after.failure.has_value() || after.drop || after.die);
+    EXPECT_TRUE(faults.judge(NAP_QUERY_CN, "").hang);
+    EXPECT_FALSE(faults.judge(NAP_QUERY_CN, "").hang);
+    EXPECT_TRUE(faults.may_restart());
+}
+
+TEST(NodeFaults, LostIndicationsAreOwnedUpTo) {
+    Faults faults;
+    std::string why;
+    ASSERT_TRUE(faults.parse("f", "lose indications 2\nno-restart\n", why));
+    EXPECT_EQ(faults.judge_indication(), Faults::Fate::Lose);
+    EXPECT_EQ(faults.judge_indication(), Faults::Fate::Lose);
+    EXPECT_EQ(faults.judge_indication(), Faults::Fate::DeliverWithLoss);
+    EXPECT_EQ(faults.judge_indication(), Faults::Fate::Deliver);
+    EXPECT_FALSE(faults.may_restart());
+}
+
+} // namespace
