@@ -24,10 +24,13 @@ enum WINDOW_PROBLEM : NB_USHORT { NO_DESCRIPTION = 20, WIDGET_MISSING = 21 };
 
 char shell_name[] = "Quiladmin";
 
-/* The first contents of a node window take the top-level shell where no system window does. */
+/* A node window takes the top-level shell where no system window does: with one node by itself, and
+ * in a release without that window. */
 NB_USHORT lives_on_top_level(VGA_DIALOG_ID dialog_id) {
+    NB_USHORT system_window = gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] != 0 &&
+                              gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].get_widgets != nullptr;
     return dialog_id == VGA_UID_SYSTEM_WINDOW ||
-           (dialog_id == VGA_UID_NODE_WINDOW && gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] == 0);
+           (dialog_id == VGA_UID_NODE_WINDOW && !system_window);
 }
 
 /* ------------------------------------------------------------------ making one */
