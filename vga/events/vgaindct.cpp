@@ -3,6 +3,7 @@
 #include "vgadsdel.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
+#include "vgaindre.h"
 #include "vgamsgs.h"
 #include "vgarec.h"
 #include <algorithm>
@@ -85,7 +86,7 @@ NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work) {
 }
 
 NB_VOID vga_dispatch_indication(const VGA_PROCESS_STATE *work) {
-    if (gvga_system == nullptr) {
+    if (gvga_system == nullptr || vga_indication_handler(work)) {
         return;
     }
     for (const PROCESSOR &row : processors) {
