@@ -247,7 +247,6 @@ AVL_INLINE AvlGap avl_replace(AVL_TREE *tree, const AVL_NODE *node, AVL_NODE *sw
 }
 
 static bool avl_has_two_children(const AVL_NODE *node) {
-    /* The texts of the checks are fixed.  NOLINTNEXTLINE(modernize-use-nullptr) */
     return AVL_CHECK(node->left != NULL) && AVL_CHECK(node->right != NULL);
 }
 

@@ -71,9 +71,9 @@ struct REPORT {
 
 /* Codes without a row are reported as unexpected; a null function is no report in a window. */
 constexpr REPORT reports[] = {
-    {VGA_EXIT_INTERNAL, report_internal},   {VGA_EXIT_USAGE, nullptr},
-    {VGA_EXIT_VERB_FAILED, report_verb},    {VGA_EXIT_START_UP, nullptr},
-    {VGA_EXIT_NO_NODE, report_no_node},     {VGA_EXIT_SHUTTING_DOWN, report_shutting_down},
+    {VGA_EXIT_INTERNAL, report_internal},       {VGA_EXIT_USAGE, nullptr},
+    {VGA_EXIT_VERB_FAILED, report_verb},        {VGA_EXIT_START_UP, nullptr},
+    {VGA_EXIT_NO_NODE, report_no_node},         {VGA_EXIT_SHUTTING_DOWN, report_shutting_down},
     {VGA_EXIT_UNAVAILABLE, report_unavailable},
 };
 

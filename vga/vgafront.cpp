@@ -42,8 +42,8 @@ NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
     nba_set_app_defaults_path();
     MrmInitialize();
     XtSetLanguageProc(nullptr, nullptr, nullptr);
-    gvga_toplevel = XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, argc, argv,
-                                      fallbacks, nullptr);
+    gvga_toplevel =
+        XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, argc, argv, fallbacks, nullptr);
     gvga_display = XtDisplay(gvga_toplevel);
     gvga_screen = XtScreen(gvga_toplevel);
     gvga_root_window = RootWindowOfScreen(gvga_screen);
@@ -202,7 +202,9 @@ NB_USHORT vga_initialise_backend(NB_VOID) {
     return 1;
 }
 
-NB_VOID vga_terminate_backend(NB_VOID) { vga_empty_verb_queues(); }
+NB_VOID vga_terminate_backend(NB_VOID) {
+    vga_empty_verb_queues();
+}
 
 NB_VOID vga_print_usage(NB_USHORT bad_argument_present, NB_CHAR **argv) {
     NB_INT catalog = -1;

@@ -13,7 +13,7 @@ NB_EXTERN_C_BEGIN
 /* ------------------------------------------------------------------ where things are installed */
 
 #define NB_DEFAULT_PREFIX "/opt/corvid/sna"
-#define NB_MAX_PREFIX 60
+#define NB_MAX_PREFIX     60
 
 /* The installation prefix without a trailing slash: the environment's SNA_PREFIX when it is set, is
  * absolute and has at most NB_MAX_PREFIX characters, else NB_DEFAULT_PREFIX.  Read once, at the
@@ -53,7 +53,7 @@ typedef struct nb_lqe {
     struct nb_lqe *previous;
 } NB_LQE;
 
-#define NB_INIT_LIST(head) ((head).next = (head).previous = &(head))
+#define NB_INIT_LIST(head)  ((head).next = (head).previous = &(head))
 #define NB_EMPTY_LIST(head) ((head).next == &(head))
 
 /* Puts an entry that is in no list at the tail. */
@@ -72,7 +72,7 @@ NB_VOID nba_ebcdic_to_local(NB_UCHAR *text, NB_USHORT length);
 NB_VOID nba_local_to_ebcdic(NB_UCHAR *text, NB_USHORT length);
 
 #define NB_EBCDIC_TYPE_AE 4 /* letters of both cases, digits, @ # $ and the period */
-#define NB_EBCDIC_TYPE_A 8  /* A-Z, 0-9, @ # $, no digit first */
+#define NB_EBCDIC_TYPE_A  8 /* A-Z, 0-9, @ # $, no digit first */
 
 /* Returns 1 when every one of the `length` EBCDIC bytes belongs to the character set `type` (one of
  * the two above), else 0.  An empty name is valid; an unknown type never is. */
@@ -106,16 +106,17 @@ NB_USHORT v0_mb_strncpy(NB_CHAR *out, const NB_CHAR *text, NB_USHORT size);
  *
  * `format` holds one word a value, separated by blanks:
  *   s text | i, l decimal | x, lx hexadecimal (NB_INT or NB_ULONG, passed as 32 bits)
- *   ca NB_INT width, then a blank- or NUL-padded array | cs NB_INT width, then an array cut at its NUL
- * A null format means no values.  An unknown word ends the line with a note; it never reads on. */
+ *   ca NB_INT width, then a blank- or NUL-padded array | cs NB_INT width, then an array cut at its
+ * NUL A null format means no values.  An unknown word ends the line with a note; it never reads on.
+ */
 NB_VOID nba_pd_print_problem(NB_ULONG identifier, NB_USHORT detail, const NB_CHAR *format, ...);
 NB_VOID nba_pd_print_exception(NB_ULONG identifier, NB_USHORT detail, const NB_CHAR *format, ...);
 
 /* Sets the log's file (null: standard error) and level for the rest of the process. */
-#define NB_PD_NONE 0
-#define NB_PD_PROBLEM 1
+#define NB_PD_NONE      0
+#define NB_PD_PROBLEM   1
 #define NB_PD_EXCEPTION 2
-#define NB_PD_ALL 3
+#define NB_PD_ALL       3
 NB_VOID nba_pd_set_log(const NB_CHAR *file, NB_USHORT level);
 
 /* ------------------------------------------------------------------ assertions */

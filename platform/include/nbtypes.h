@@ -7,8 +7,8 @@
 #include <stdint.h>
 
 #ifdef __cplusplus
-#define NB_EXTERN_C_BEGIN extern "C" {
-#define NB_EXTERN_C_END }
+#define NB_EXTERN_C_BEGIN            extern "C" {
+#define NB_EXTERN_C_END              }
 #define NB_STATIC_ASSERT(expression) static_assert(expression, #expression)
 #else
 #define NB_EXTERN_C_BEGIN

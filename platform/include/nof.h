@@ -16,8 +16,8 @@
 
 NB_EXTERN_C_BEGIN
 
-#define NOF_VERSION 2
-#define NOF_IN_PROGRESS 0
+#define NOF_VERSION        2
+#define NOF_IN_PROGRESS    0
 #define NOF_COMPLETED_SYNC 6384 /* completed already; the callback will not be called */
 
 typedef NB_VOID (*NOF_CALLBACK)(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data);
@@ -38,7 +38,7 @@ NB_USHORT nof_async_version(NB_USHORT version, NB_ULONG target, NB_VOID *vcb, NO
 const NB_UCHAR *vnv_verb_search(NB_USHORT opcode, NB_UCHAR format, NB_USHORT reserved);
 
 #define VNV_BUFFER_BYTE 10
-#define VNV_HAS_BUFFER 2
+#define VNV_HAS_BUFFER  2
 
 /* The library's path to the node software: "<prefix>/var/sna.sock", unless SNA_SOCKET names
  * another.  Closes the connection and forgets every verb in flight without calling anybody; the

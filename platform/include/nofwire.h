@@ -15,13 +15,13 @@
 #pragma pack(push, 4)
 
 #define NOF_WIRE_VERSION 1
-#define NOF_MAX_VCB 4096
-#define NOF_MAX_DATA 65536
-#define NOF_MAX_FRAME (sizeof(NOF_FRAME) + NOF_MAX_VCB + NOF_MAX_DATA)
+#define NOF_MAX_VCB      4096
+#define NOF_MAX_DATA     65536
+#define NOF_MAX_FRAME    (sizeof(NOF_FRAME) + NOF_MAX_VCB + NOF_MAX_DATA)
 
-#define NOF_FRAME_HELLO 1      /* node to library: NOF_HELLO as control block */
-#define NOF_FRAME_VERB 2       /* library to node */
-#define NOF_FRAME_ANSWER 3     /* node to library: the block, and the buffer of a list */
+#define NOF_FRAME_HELLO      1 /* node to library: NOF_HELLO as control block */
+#define NOF_FRAME_VERB       2 /* library to node */
+#define NOF_FRAME_ANSWER     3 /* node to library: the block, and the buffer of a list */
 #define NOF_FRAME_INDICATION 4 /* node to library: correlator of the registration */
 
 typedef struct nof_frame {
@@ -39,8 +39,8 @@ typedef struct nof_frame {
 typedef struct nof_hello {
     NAP_VCB_HEADER; /* opcode 0 */
     NB_ULONG version;
-    NB_ULONG rights;         /* NOF_RIGHT_CHANGE, by the peer's credentials */
-    NB_ULONG client_server;  /* flag: a domain of several nodes */
+    NB_ULONG rights;          /* NOF_RIGHT_CHANGE, by the peer's credentials */
+    NB_ULONG client_server;   /* flag: a domain of several nodes */
     NB_UCHAR domain_name[64]; /* text */
 } NOF_HELLO;
 

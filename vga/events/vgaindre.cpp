@@ -19,8 +19,8 @@ struct PART {
 
 struct RESOURCE_CLASS {
     NB_USHORT opcode;
-    NB_USHORT chain;  /* of VGA_NODE_CHAIN: the list that makes the records */
-    NB_USHORT detail; /* of the report of an unknown resource */
+    NB_USHORT chain;                   /* of VGA_NODE_CHAIN: the list that makes the records */
+    NB_USHORT detail;                  /* of the report of an unknown resource */
     NB_USHORT name_offset, name_width; /* in the key, for that report */
     /* Applies the indication; returns 0 when there is no such record. */
     NB_USHORT (*apply)(VGA_NODE *node, const NAP_RESOURCE_INDICATION &indication);
@@ -28,10 +28,18 @@ struct RESOURCE_CLASS {
 
 /* ------------------------------------------------------------------ how records are found */
 
-VGA_DLC *find_dlc(VGA_NODE *node, const NB_UCHAR *key) { return vga_find_dlc(node, key); }
-VGA_PORT *find_port(VGA_NODE *node, const NB_UCHAR *key) { return vga_find_port(node, key); }
-VGA_LS *find_ls(VGA_NODE *node, const NB_UCHAR *key) { return vga_find_ls(node, key); }
-VGA_LOCAL_PU *find_pu(VGA_NODE *node, const NB_UCHAR *key) { return vga_find_local_pu(node, key); }
+VGA_DLC *find_dlc(VGA_NODE *node, const NB_UCHAR *key) {
+    return vga_find_dlc(node, key);
+}
+VGA_PORT *find_port(VGA_NODE *node, const NB_UCHAR *key) {
+    return vga_find_port(node, key);
+}
+VGA_LS *find_ls(VGA_NODE *node, const NB_UCHAR *key) {
+    return vga_find_ls(node, key);
+}
+VGA_LOCAL_PU *find_pu(VGA_NODE *node, const NB_UCHAR *key) {
+    return vga_find_local_pu(node, key);
+}
 
 VGA_LU03 *find_lu03(VGA_NODE *node, const NB_UCHAR *key) {
     VGA_LOCAL_PU *pu = vga_find_local_pu(node, key);
@@ -53,7 +61,9 @@ VGA_MODE *find_mode(VGA_NODE *node, const NB_UCHAR *key) {
 
 template <class Record> NB_VOID record_follows(Record *) {}
 
-NB_VOID record_follows(VGA_LS *ls) { ls->state = ls->vcb->det_data.ls_state; }
+NB_VOID record_follows(VGA_LS *ls) {
+    ls->state = ls->vcb->det_data.ls_state;
+}
 
 /* The sessions with the partner are those of the mode. */
 NB_VOID record_follows(VGA_MODE *mode) {
@@ -75,8 +85,8 @@ NB_VOID record_follows(VGA_MODE *mode) {
 template <class Record>
 NB_VOID change_record(Record *record, PART part, const NAP_RESOURCE_INDICATION &indication) {
     auto *bytes = reinterpret_cast<NB_UCHAR *>(record->vcb) + part.offset;
-    NB_USHORT length = std::min({part.length, indication.det_length,
-                                 static_cast<NB_USHORT>(sizeof(indication.det_data))});
+    NB_USHORT length = std::min(
+        {part.length, indication.det_length, static_cast<NB_USHORT>(sizeof(indication.det_data))});
     if (memcmp(bytes, indication.det_data, length) == 0) {
         return;
     }
@@ -139,10 +149,9 @@ NB_VOID report_unknown(const VGA_NODE *node, const RESOURCE_CLASS &row,
 } // namespace
 
 NB_USHORT vga_indication_handler(const VGA_PROCESS_STATE *work) {
-    auto row = std::find_if(std::begin(classes), std::end(classes),
-                            [work](const RESOURCE_CLASS &candidate) {
-                                return candidate.opcode == work->vcb->opcode;
-                            });
+    auto row = std::find_if(
+        std::begin(classes), std::end(classes),
+        [work](const RESOURCE_CLASS &candidate) { return candidate.opcode == work->vcb->opcode; });
     if (row == std::end(classes)) {
         return 0;
     }

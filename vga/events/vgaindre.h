@@ -8,8 +8,8 @@
 
 #include "vganofq.h"
 
-/* Takes the block when its opcode is one of a resource class; returns 0 otherwise.  The user data is
- * the handle of the node; a stale one drops the block. */
+/* Takes the block when its opcode is one of a resource class; returns 0 otherwise.  The user data
+ * is the handle of the node; a stale one drops the block. */
 NB_USHORT vga_indication_handler(const VGA_PROCESS_STATE *work);
 
 #endif

@@ -27,12 +27,12 @@ extern NB_CHAR gvga_local_db_file[300];
 
 /* ------------------------------------------------------------------ options */
 
-#define VGA_SUPPORTED_CPIC 0
-#define VGA_SUPPORTED_RJE 1
+#define VGA_SUPPORTED_CPIC          0
+#define VGA_SUPPORTED_RJE           1
 #define VGA_SUPPORTED_CLIENT_SERVER 2
-#define VGA_SUPPORTED_DIRECTORY 3
-#define VGA_SUPPORTED_APPLY 4
-#define VGA_SUPPORTED_COUNT 5
+#define VGA_SUPPORTED_DIRECTORY     3
+#define VGA_SUPPORTED_APPLY         4
+#define VGA_SUPPORTED_COUNT         5
 extern NB_USHORT gvga_supported[VGA_SUPPORTED_COUNT];
 
 #define VGA_LEAD_DIALOG_COUNT 6
@@ -56,14 +56,14 @@ extern const NB_UCHAR gvga_null_name[2];
 
 /* ------------------------------------------------------------------ exit request */
 
-#define VGA_EXIT_NORMAL (-1)
-#define VGA_EXIT_INTERNAL 1
-#define VGA_EXIT_USAGE 33
-#define VGA_EXIT_VERB_FAILED 164
-#define VGA_EXIT_START_UP 165
-#define VGA_EXIT_NO_NODE 166
+#define VGA_EXIT_NORMAL        (-1)
+#define VGA_EXIT_INTERNAL      1
+#define VGA_EXIT_USAGE         33
+#define VGA_EXIT_VERB_FAILED   164
+#define VGA_EXIT_START_UP      165
+#define VGA_EXIT_NO_NODE       166
 #define VGA_EXIT_SHUTTING_DOWN 167
-#define VGA_EXIT_UNAVAILABLE 169
+#define VGA_EXIT_UNAVAILABLE   169
 
 extern NB_LONG gvga_exit_code; /* 0: keep running */
 extern NB_ULONG gvga_exit_subcode;

@@ -1,17 +1,18 @@
-/* The program's messages: the table that start-up fills from the catalogue, their names in the code,
- * and the formatter.  Texts are in the locale's character set. */
+/* The program's messages: the table that start-up fills from the catalogue, their names in the
+ * code, and the formatter.  Texts are in the locale's character set. */
 #ifndef VGAMSGS_H
 #define VGAMSGS_H
 
 #include "nbtypes.h"
 
-#define VGA_MESSAGE_SET 2
+#define VGA_MESSAGE_SET   2
 #define VGA_MESSAGE_COUNT 1483
 
 extern NB_INT gvga_catalog; /* -1: closed */
 extern NB_INT gvga_setid;   /* -1 until the catalogue is open, then VGA_MESSAGE_SET */
 
-/* Entry 0 is unused; all are null until vga_load_messages.  The texts lie in gvga_message_memory. */
+/* Entry 0 is unused; all are null until vga_load_messages.  The texts lie in gvga_message_memory.
+ */
 extern const NB_CHAR *gvga_messages[VGA_MESSAGE_COUNT + 1];
 extern NB_CHAR *gvga_message_memory;
 
@@ -118,8 +119,8 @@ enum VGA_MESSAGE : NB_USHORT {
     VGA_MSG_NO_NODE = 1482,
 };
 
-/* Opens the catalogue and loads every message.  Returns 1, or 0 with the exit request made (start-up
- * failure) and a problem record written; nothing is kept open then. */
+/* Opens the catalogue and loads every message.  Returns 1, or 0 with the exit request made
+ * (start-up failure) and a problem record written; nothing is kept open then. */
 NB_USHORT vga_load_messages(NB_VOID);
 
 /* Closes the catalogue and frees the texts; the table is empty again. */

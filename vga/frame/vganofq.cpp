@@ -15,7 +15,9 @@ namespace {
 constexpr NB_USHORT keeps_buffer = 8288;
 
 /* The links are the first member, so an entry and its links have one address. */
-VGA_QUEUE_ENTRY *entry_of(NB_LQE *links) { return reinterpret_cast<VGA_QUEUE_ENTRY *>(links); }
+VGA_QUEUE_ENTRY *entry_of(NB_LQE *links) {
+    return reinterpret_cast<VGA_QUEUE_ENTRY *>(links);
+}
 
 /* The first entry of a queue that satisfies the condition, or null. */
 template <class Condition> VGA_QUEUE_ENTRY *find_entry(NB_LQE &queue, Condition condition) {
@@ -201,7 +203,9 @@ NB_VOID vga_empty_verb_queues(NB_VOID) {
     }
 }
 
-NB_VOID *vga_get_querybuf(NB_ULONG size) { return malloc(size != 0 ? size : gvga_querybuf_size); }
+NB_VOID *vga_get_querybuf(NB_ULONG size) {
+    return malloc(size != 0 ? size : gvga_querybuf_size);
+}
 
 NB_VOID vga_free_querybuf(NAP_VCB *vcb) {
     const NB_UCHAR *verb = vnv_verb_search(vcb->opcode, vcb->format, 0);

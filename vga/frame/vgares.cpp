@@ -33,8 +33,12 @@ struct CARD_TYPE {
 };
 
 constexpr CARD_TYPE card_types[] = {
-    {0, platform_linux, 1},  {1, platform_linux, 15}, {2, platform_linux, 5},
-    {7, platform_linux, 6},  {15, platform_linux, 20}, {129, platform_linux, 18},
+    {0, platform_linux, 1},
+    {1, platform_linux, 15},
+    {2, platform_linux, 5},
+    {7, platform_linux, 6},
+    {15, platform_linux, 20},
+    {129, platform_linux, 18},
     {0, 0, 0},
 };
 
@@ -44,8 +48,8 @@ struct LINK_TYPE {
 };
 
 const LINK_TYPE link_types[] = {
-    {0, &gvga_impl_sdlc},  {1, &gvga_impl_qllc}, {2, &gvga_impl_tr},    {6, &gvga_impl_fddi},
-    {7, &gvga_impl_ether}, {8, &gvga_impl_fr},   {11, &gvga_impl_chnl}, {15, &gvga_impl_ip},
+    {0, &gvga_impl_sdlc},  {1, &gvga_impl_qllc},       {2, &gvga_impl_tr},    {6, &gvga_impl_fddi},
+    {7, &gvga_impl_ether}, {8, &gvga_impl_fr},         {11, &gvga_impl_chnl}, {15, &gvga_impl_ip},
     {129, &gvga_impl_mpc}, {130, &gvga_impl_mpc_plus},
 };
 

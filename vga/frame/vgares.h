@@ -1,18 +1,21 @@
-/* Readers of the program's own X resources.  A name is looked up as "Quiladmin" followed by the name
- * given, as name and as class, in gvga_resource_database; without a database nothing is found. */
+/* Readers of the program's own X resources.  A name is looked up as "Quiladmin" followed by the
+ * name given, as name and as class, in gvga_resource_database; without a database nothing is found.
+ */
 #ifndef VGARES_H
 #define VGARES_H
 
 #include "nbtypes.h"
 
 /* Copies the resource into `buffer`, which has max + 1 bytes.  Returns 1 when it was found and its
- * size, as the database counts it, is at most `max`.  Else 0, with at most `max` bytes of the default
- * copied: with its terminator when nothing was found, without one when the value was too long (the
- * byte behind is then a NUL of this function's).  Names of 31 characters or more are not looked up. */
+ * size, as the database counts it, is at most `max`.  Else 0, with at most `max` bytes of the
+ * default copied: with its terminator when nothing was found, without one when the value was too
+ * long (the byte behind is then a NUL of this function's).  Names of 31 characters or more are not
+ * looked up. */
 NB_USHORT vga_get_resource_string(const NB_CHAR *name, const NB_CHAR *default_value,
                                   NB_CHAR *buffer, NB_USHORT max);
 
-/* 1 when the value holds a "Y" of either case, 0 when it does not, the default when there is none. */
+/* 1 when the value holds a "Y" of either case, 0 when it does not, the default when there is none.
+ */
 NB_USHORT vga_get_resource_bool(const NB_CHAR *name, NB_USHORT default_value);
 
 /* A number in C notation (0x, leading 0).  The default when there is none, when it cannot be read

@@ -80,7 +80,9 @@ NB_VOID VGA_RECORD_TYPE<VGA_NODE>::init(VGA_NODE &node) {
     }
 }
 
-NB_VOID VGA_RECORD_TYPE<VGA_NODE>::linked(VGA_NODE &node) { node_changed(node, VGA_NODE_ADDED); }
+NB_VOID VGA_RECORD_TYPE<VGA_NODE>::linked(VGA_NODE &node) {
+    node_changed(node, VGA_NODE_ADDED);
+}
 
 NB_VOID VGA_RECORD_TYPE<VGA_NODE>::merged(VGA_NODE &kept, VGA_NODE &fresh) {
     for (VGA_VIEWER_ROOT *root :
@@ -91,7 +93,9 @@ NB_VOID VGA_RECORD_TYPE<VGA_NODE>::merged(VGA_NODE &kept, VGA_NODE &fresh) {
     node_changed(kept, VGA_NODE_CHANGED);
 }
 
-NB_VOID VGA_RECORD_TYPE<VGA_LS>::linked(VGA_LS &ls) { make_local_pu(ls); }
+NB_VOID VGA_RECORD_TYPE<VGA_LS>::linked(VGA_LS &ls) {
+    make_local_pu(ls);
+}
 
 /* A PU that the node lists belongs to the link station that it names. */
 NB_VOID VGA_RECORD_TYPE<VGA_LOCAL_PU>::linked(VGA_LOCAL_PU &pu) {
@@ -142,17 +146,23 @@ VGA_SYSTEM *vga_init_vga_system(NB_VOID) {
 VGA_NODE *vga_init_vga_node(const NAP_NODE_ALL_DATA *entry) {
     return vga_init_record<VGA_NODE>(gvga_system, entry);
 }
-VGA_NODE *vga_insert_vga_node(VGA_NODE *record) { return vga_insert_record(record); }
+VGA_NODE *vga_insert_vga_node(VGA_NODE *record) {
+    return vga_insert_record(record);
+}
 
 VGA_DLC *vga_init_vga_dlc(VGA_NODE *owner, const NAP_DLC_DATA *entry) {
     return vga_init_record<VGA_DLC>(owner, entry);
 }
-VGA_DLC *vga_insert_vga_dlc(VGA_DLC *record) { return vga_insert_record(record); }
+VGA_DLC *vga_insert_vga_dlc(VGA_DLC *record) {
+    return vga_insert_record(record);
+}
 
 VGA_PORT *vga_init_vga_port(VGA_DLC *owner, const NAP_PORT_DATA *entry) {
     return vga_init_record<VGA_PORT>(owner, entry);
 }
-VGA_PORT *vga_insert_vga_port(VGA_PORT *record) { return vga_insert_record(record); }
+VGA_PORT *vga_insert_vga_port(VGA_PORT *record) {
+    return vga_insert_record(record);
+}
 
 VGA_LS *vga_init_vga_ls(VGA_PORT *owner, const NAP_LS_DATA *entry) {
     return vga_init_record<VGA_LS>(owner, entry);
@@ -168,47 +178,65 @@ VGA_LS *vga_insert_vga_ls(VGA_LS *record) {
 VGA_LOCAL_PU *vga_init_vga_local_pu(VGA_NODE *owner, const NAP_PU_DATA *entry) {
     return vga_init_record<VGA_LOCAL_PU>(owner, entry);
 }
-VGA_LOCAL_PU *vga_insert_vga_local_pu(VGA_LOCAL_PU *record) { return vga_insert_record(record); }
+VGA_LOCAL_PU *vga_insert_vga_local_pu(VGA_LOCAL_PU *record) {
+    return vga_insert_record(record);
+}
 
 VGA_LU03 *vga_init_vga_lu03(VGA_LOCAL_PU *owner, const NAP_LU03_DATA *entry) {
     return vga_init_record<VGA_LU03>(owner, entry);
 }
-VGA_LU03 *vga_insert_vga_lu03(VGA_LU03 *record) { return vga_insert_record(record); }
+VGA_LU03 *vga_insert_vga_lu03(VGA_LU03 *record) {
+    return vga_insert_record(record);
+}
 
 VGA_LU62 *vga_init_vga_lu62(VGA_NODE *owner, const NAP_LOCAL_LU_DATA *entry) {
     return vga_init_record<VGA_LU62>(owner, entry);
 }
-VGA_LU62 *vga_insert_vga_lu62(VGA_LU62 *record) { return vga_insert_record(record); }
+VGA_LU62 *vga_insert_vga_lu62(VGA_LU62 *record) {
+    return vga_insert_record(record);
+}
 
 VGA_MODE_DEF *vga_init_vga_mode_def(VGA_NODE *owner, const NAP_MODE_DEF_DATA *entry) {
     return vga_init_record<VGA_MODE_DEF>(owner, entry);
 }
-VGA_MODE_DEF *vga_insert_vga_mode_def(VGA_MODE_DEF *record) { return vga_insert_record(record); }
+VGA_MODE_DEF *vga_insert_vga_mode_def(VGA_MODE_DEF *record) {
+    return vga_insert_record(record);
+}
 
 VGA_MODE *vga_init_vga_mode(VGA_LU62 *owner, const NAP_MODE_DATA *entry) {
     return vga_init_record<VGA_MODE>(owner, entry);
 }
-VGA_MODE *vga_insert_vga_mode(VGA_MODE *record) { return vga_insert_record(record); }
+VGA_MODE *vga_insert_vga_mode(VGA_MODE *record) {
+    return vga_insert_record(record);
+}
 
 VGA_PLU *vga_init_vga_plu(VGA_LU62 *owner, const NAP_PLU_DATA *entry) {
     return vga_init_record<VGA_PLU>(owner, entry);
 }
-VGA_PLU *vga_insert_vga_plu(VGA_PLU *record) { return vga_insert_record(record); }
+VGA_PLU *vga_insert_vga_plu(VGA_PLU *record) {
+    return vga_insert_record(record);
+}
 
 VGA_COS *vga_init_vga_cos(VGA_NODE *owner, const NAP_COS_DATA *entry) {
     return vga_init_record<VGA_COS>(owner, entry);
 }
-VGA_COS *vga_insert_vga_cos(VGA_COS *record) { return vga_insert_record(record); }
+VGA_COS *vga_insert_vga_cos(VGA_COS *record) {
+    return vga_insert_record(record);
+}
 
 VGA_DIR *vga_init_vga_dir(VGA_NODE *owner, const NAP_DIR_DATA *entry) {
     return vga_init_record<VGA_DIR>(owner, entry);
 }
-VGA_DIR *vga_insert_vga_dir(VGA_DIR *record) { return vga_insert_record(record); }
+VGA_DIR *vga_insert_vga_dir(VGA_DIR *record) {
+    return vga_insert_record(record);
+}
 
 VGA_REM_SYS *vga_init_vga_rem_sys(VGA_NODE *owner, const NAP_DIR_DATA *entry) {
     return vga_init_record<VGA_REM_SYS>(owner, entry);
 }
-VGA_REM_SYS *vga_insert_vga_rem_sys(VGA_REM_SYS *record) { return vga_insert_record(record); }
+VGA_REM_SYS *vga_insert_vga_rem_sys(VGA_REM_SYS *record) {
+    return vga_insert_record(record);
+}
 
 VGA_REM_PLU *vga_init_vga_rem_plu(VGA_REM_SYS *owner, const NAP_PLU_DEF_DATA *entry,
                                   NB_USHORT type) {
@@ -218,9 +246,13 @@ VGA_REM_PLU *vga_init_vga_rem_plu(VGA_REM_SYS *owner, const NAP_PLU_DEF_DATA *en
     }
     return plu;
 }
-VGA_REM_PLU *vga_insert_vga_rem_plu(VGA_REM_PLU *record) { return vga_insert_record(record); }
+VGA_REM_PLU *vga_insert_vga_rem_plu(VGA_REM_PLU *record) {
+    return vga_insert_record(record);
+}
 
 VGA_REM_SESS *vga_init_vga_rem_sess(VGA_REM_PLU *owner, const NAP_MODE_DATA *entry) {
     return vga_init_record<VGA_REM_SESS>(owner, entry);
 }
-VGA_REM_SESS *vga_insert_vga_rem_sess(VGA_REM_SESS *record) { return vga_insert_record(record); }
+VGA_REM_SESS *vga_insert_vga_rem_sess(VGA_REM_SESS *record) {
+    return vga_insert_record(record);
+}

@@ -1,9 +1,9 @@
 /* Constructors and inserters of the model's records: the only places where the model grows.
  *
  * A constructor takes the owner and a list entry of the node (at least as long as its record), and
- * returns a record that is in no index yet; null without memory or handle, and nothing is kept then.
- * An inserter links the record, or merges it into the one that is there already, which keeps its
- * handle, children, line and dialog; it returns the record that stays. */
+ * returns a record that is in no index yet; null without memory or handle, and nothing is kept
+ * then. An inserter links the record, or merges it into the one that is there already, which keeps
+ * its handle, children, line and dialog; it returns the record that stays. */
 #ifndef VGADSADD_H
 #define VGADSADD_H
 
@@ -71,8 +71,8 @@ VGA_REM_SYS *vga_need_rem_sys(VGA_NODE *node, const NB_UCHAR *fqcp_name);
 
 /* Returns the partner LU of that name wherever it stands, made under the remote system of
  * `fqcp_name` if need be.  Null without memory. */
-VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name,
-                              const NB_UCHAR *fqplu_name, NB_USHORT type);
+VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name, const NB_UCHAR *fqplu_name,
+                              NB_USHORT type);
 
 /* The 13 SNA-defined modes, but for those that the node has already, and the 7 SNA-defined classes
  * of service, which are reset to their defaults.  Return 1, or 0 without memory. */

@@ -64,18 +64,40 @@ template <class Block> Block copy_block(const NAP_VCB *vcb) {
 
 /* ------------------------------------------------------------------ targets and conditions */
 
-NB_ULONG no_target(const VGA_NODE *) { return 0; }
-NB_ULONG domain_target(const VGA_NODE *) { return gvga_system->domain_target; }
-NB_ULONG net_target(const VGA_NODE *) { return gvga_system->net_target; }
-NB_ULONG node_target(const VGA_NODE *node) { return node->target; }
-NB_ULONG tp_target(const VGA_NODE *node) { return node->tp_target; }
+NB_ULONG no_target(const VGA_NODE *) {
+    return 0;
+}
+NB_ULONG domain_target(const VGA_NODE *) {
+    return gvga_system->domain_target;
+}
+NB_ULONG net_target(const VGA_NODE *) {
+    return gvga_system->net_target;
+}
+NB_ULONG node_target(const VGA_NODE *node) {
+    return node->target;
+}
+NB_ULONG tp_target(const VGA_NODE *node) {
+    return node->tp_target;
+}
 
-NB_USHORT with_domain(const VGA_NODE *) { return gvga_system->domain_target != 0; }
-NB_USHORT with_network(const VGA_NODE *) { return gvga_system->net_target != 0; }
-NB_USHORT with_tp_file(const VGA_NODE *node) { return node->tp_target != 0; }
-NB_USHORT with_dlur(const VGA_NODE *node) { return node->node_data.dlur_support; }
-NB_USHORT with_dspu(const VGA_NODE *node) { return node->node_data.dspu_support; }
-NB_USHORT with_primary(const VGA_NODE *node) { return node->node_data.primary_support; }
+NB_USHORT with_domain(const VGA_NODE *) {
+    return gvga_system->domain_target != 0;
+}
+NB_USHORT with_network(const VGA_NODE *) {
+    return gvga_system->net_target != 0;
+}
+NB_USHORT with_tp_file(const VGA_NODE *node) {
+    return node->tp_target != 0;
+}
+NB_USHORT with_dlur(const VGA_NODE *node) {
+    return node->node_data.dlur_support;
+}
+NB_USHORT with_dspu(const VGA_NODE *node) {
+    return node->node_data.dspu_support;
+}
+NB_USHORT with_primary(const VGA_NODE *node) {
+    return node->node_data.primary_support;
+}
 NB_USHORT with_central_logging(const VGA_NODE *) {
     return gvga_system->logging.central_logging.enabled;
 }
@@ -124,13 +146,14 @@ NB_VOID keep_tp_target(VGA_NODE *node, const NAP_VCB *vcb) {
 NB_VOID keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
     auto answer = copy_block<NAP_CONNECT_NODE_VERB>(vcb);
     node->target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
-    if (node->target != 0 && strncmp(gvga_system->config_name, node->name, sizeof(node->name)) == 0) {
+    if (node->target != 0 &&
+        strncmp(gvga_system->config_name, node->name, sizeof(node->name)) == 0) {
         gvga_system->config_target = node->target;
     }
 }
 
-template <class Port> NB_VOID need_fake_port(Port *(*init)(VGA_NODE *), Port *(*insert)(Port *),
-                                             VGA_NODE *node) {
+template <class Port>
+NB_VOID need_fake_port(Port *(*init)(VGA_NODE *), Port *(*insert)(Port *), VGA_NODE *node) {
     Port *port = init(node);
     if (port == nullptr) {
         VGA_EXIT(VGA_EXIT_INTERNAL, 0);
@@ -160,8 +183,7 @@ NB_VOID keep_node_data(VGA_NODE *node, const NAP_VCB *vcb) {
 
 /* ------------------------------------------------------------------ owners of owned lists */
 
-template <class Record>
-Record *owner_behind(const AVL_TREE &tree, const NB_UCHAR *name) {
+template <class Record> Record *owner_behind(const AVL_TREE &tree, const NB_UCHAR *name) {
     return static_cast<Record *>(name == nullptr ? AVL_FIRST(tree)
                                                  : ntl_avl_find_next(&tree, name));
 }
@@ -182,11 +204,14 @@ const NB_UCHAR *next_cos(const VGA_NODE *node, const NB_UCHAR *name) {
 }
 
 /* Downstream PUs and connection networks have no records yet, so nothing is asked for them. */
-const NB_UCHAR *no_owner(const VGA_NODE *, const NB_UCHAR *) { return nullptr; }
+const NB_UCHAR *no_owner(const VGA_NODE *, const NB_UCHAR *) {
+    return nullptr;
+}
 
 /* ------------------------------------------------------------------ the tables */
 
 /* Step numbers; 0 is no step. */
+/* clang-format off */
 enum SYSTEM_STEP : NB_USHORT {
     S_OPEN_SYSTEM = 1, S_SYSTEM_MODE, S_REG_SERVER, S_NODE_ALL, S_REG_CONFIG, S_USERS, S_CPIC,
     S_RJE, S_OPEN_NET, S_NET_MODE, S_REG_NET, S_NET, S_CENTRAL_LOGGING, S_LOG_TYPE,
@@ -389,11 +414,17 @@ const STEP node_steps[] = {
      {}, nullptr, node_target, keep_trace<&VGA_NODE_TRACE::slp>, nullptr},
 };
 
+/* clang-format on */
+
 static_assert(std::size(system_steps) == S_END - 1);
 static_assert(std::size(node_steps) == N_END - 1);
 
-BUILD system_build(NB_VOID) { return {system_steps, nullptr, vga_build_system}; }
-BUILD node_build(VGA_NODE *node) { return {node_steps, node, vga_build_node}; }
+BUILD system_build(NB_VOID) {
+    return {system_steps, nullptr, vga_build_system};
+}
+BUILD node_build(VGA_NODE *node) {
+    return {node_steps, node, vga_build_node};
+}
 
 /* ------------------------------------------------------------------ the engine */
 
@@ -595,7 +626,9 @@ NB_VOID restart_chain(std::initializer_list<VGA_SYSTEM_CHAIN> chains, NB_USHORT 
 
 } // namespace
 
-NB_VOID vga_start_build_system(NB_VOID) { start_step(system_build(), S_OPEN_SYSTEM); }
+NB_VOID vga_start_build_system(NB_VOID) {
+    start_step(system_build(), S_OPEN_SYSTEM);
+}
 
 NB_VOID vga_start_build_node(VGA_NODE *this_node) {
     NB_ASSERT(this_node != NULL);
@@ -628,7 +661,9 @@ NB_VOID vga_rebuild_sna_net(NB_VOID) {
     restart_chain({VGA_NETWORK_FILE, VGA_NETWORK_LIST}, S_OPEN_NET);
 }
 
-NB_VOID vga_rebuild_logging(NB_VOID) { restart_chain({VGA_LOGGING}, S_CENTRAL_LOGGING); }
+NB_VOID vga_rebuild_logging(NB_VOID) {
+    restart_chain({VGA_LOGGING}, S_CENTRAL_LOGGING);
+}
 
 NB_VOID vga_build_system(const VGA_PROCESS_STATE *work) {
     if (nba_validate_handle(work->user_data) != gvga_system) {

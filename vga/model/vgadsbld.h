@@ -36,14 +36,14 @@ NB_VOID vga_build_unconfigured_node(const VGA_PROCESS_STATE *work);
 NB_USHORT vga_check_system_startup(NB_CHAR (*text)[VGA_SYSTEM_CHAINS + 1]);
 NB_USHORT vga_check_node_startup(const VGA_NODE *node, NB_CHAR (*text)[VGA_NODE_CHAINS + 1]);
 
-#define VGA_PHASE_COMPLETE 0
-#define VGA_PHASE_LOCAL_PUS 1
-#define VGA_PHASE_DOWN_PUS 2
+#define VGA_PHASE_COMPLETE            0
+#define VGA_PHASE_LOCAL_PUS           1
+#define VGA_PHASE_DOWN_PUS            2
 #define VGA_PHASE_CONNECTION_NETWORKS 4
-#define VGA_PHASE_LOCAL_LUS 5
+#define VGA_PHASE_LOCAL_LUS           5
 
-/* Starts a per-record phase of a node's build: the lists that are kept under each record of a class.
- * VGA_PHASE_COMPLETE: one node is complete; announces the model when all is. */
+/* Starts a per-record phase of a node's build: the lists that are kept under each record of a
+ * class. VGA_PHASE_COMPLETE: one node is complete; announces the model when all is. */
 NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node);
 
 /* A node left the build (it died, or could not be reached): clears its flags and asks whether the

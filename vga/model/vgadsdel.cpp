@@ -47,9 +47,8 @@ NB_USHORT close_target(NB_ULONG &target, NB_USHORT gone, VGA_COMPLETION continua
     if (gone) {
         return 0;
     }
-    NB_USHORT issued =
-        vga_issue_close_file(closing, gvga_system->handle,
-                             continuation != nullptr ? continuation : vga_no_completion);
+    NB_USHORT issued = vga_issue_close_file(
+        closing, gvga_system->handle, continuation != nullptr ? continuation : vga_no_completion);
     return issued && continuation != nullptr;
 }
 
@@ -75,19 +74,45 @@ NB_VOID VGA_RECORD_TYPE<VGA_LS>::delete_children(VGA_LS &ls) {
     }
 }
 
-NB_VOID vga_delete_vga_node(VGA_NODE *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_dlc(VGA_DLC *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_port(VGA_PORT *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_ls(VGA_LS *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_local_pu(VGA_LOCAL_PU *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_lu03(VGA_LU03 *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_lu62(VGA_LU62 *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_mode_def(VGA_MODE_DEF *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_mode(VGA_MODE *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_plu(VGA_PLU *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_cos(VGA_COS *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_dir(VGA_DIR *record) { vga_delete_record(record); }
-NB_VOID vga_delete_vga_rem_sess(VGA_REM_SESS *record) { vga_delete_record(record); }
+NB_VOID vga_delete_vga_node(VGA_NODE *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_dlc(VGA_DLC *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_port(VGA_PORT *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_ls(VGA_LS *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_local_pu(VGA_LOCAL_PU *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_lu03(VGA_LU03 *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_lu62(VGA_LU62 *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_mode_def(VGA_MODE_DEF *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_mode(VGA_MODE *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_plu(VGA_PLU *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_cos(VGA_COS *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_dir(VGA_DIR *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_delete_vga_rem_sess(VGA_REM_SESS *record) {
+    vga_delete_record(record);
+}
 
 NB_VOID vga_delete_vga_rem_sys(VGA_REM_SYS *rem_sys) {
     NB_ASSERT(AVL_FIRST(rem_sys->remote_plu_tree) == NULL);
@@ -99,7 +124,9 @@ NB_VOID vga_delete_vga_rem_plu(VGA_REM_PLU *rem_plu) {
     vga_delete_record(rem_plu);
 }
 
-NB_VOID vga_delete_vga_dlur_fake_port(VGA_NODE *node) { delete_fake_port(node->dlur_fake_port); }
+NB_VOID vga_delete_vga_dlur_fake_port(VGA_NODE *node) {
+    delete_fake_port(node->dlur_fake_port);
+}
 
 NB_VOID vga_delete_vga_primary_line_fake_port(VGA_NODE *node) {
     delete_fake_port(node->primary_line_fake_port);

@@ -2,8 +2,8 @@
  * the program.
  *
  * A destructor detaches an open dialog, takes the record's line off the screen, deletes its
- * children, unlinks it from every index and frees it with its data block and handle.  A record whose
- * children must be gone first asserts so. */
+ * children, unlinks it from every index and frees it with its data block and handle.  A record
+ * whose children must be gone first asserts so. */
 #ifndef VGADSDEL_H
 #define VGADSDEL_H
 
@@ -32,9 +32,9 @@ NB_VOID vga_delete_vga_primary_line_fake_port(VGA_NODE *node);
 NB_VOID vga_delete_node_contents(VGA_NODE *node);
 
 /* Let go of what the node software holds for the program: the domain's configuration, its network
- * file, a node's connection.  Verbs that wait for the target are purged.  `gone`: the target is dead
- * already and no verb is issued.  `continuation` (null: none) is called when the node software has
- * answered.  Return 1 when a verb is under way that will call it. */
+ * file, a node's connection.  Verbs that wait for the target are purged.  `gone`: the target is
+ * dead already and no verb is issued.  `continuation` (null: none) is called when the node software
+ * has answered.  Return 1 when a verb is under way that will call it. */
 NB_USHORT vga_free_system_resources(NB_USHORT gone, VGA_COMPLETION continuation);
 NB_USHORT vga_free_sna_net_resources(VGA_COMPLETION continuation);
 NB_USHORT vga_do_free_node_res(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION continuation);

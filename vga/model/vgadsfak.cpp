@@ -103,8 +103,7 @@ template <class Record>
 NB_VOID create_fixed_line(VGA_VIEWER_ROOT &root, Record *record, VGA_VIEWER_TYPE type) {
     if (!record->gui_data.listed) {
         record->gui_data.listed = 1;
-        vga_create_viewer(&root, &record->gui_data.viewer, type, record, nullptr,
-                          VGA_VIEWER_FIRST);
+        vga_create_viewer(&root, &record->gui_data.viewer, type, record, nullptr, VGA_VIEWER_FIRST);
         vga_viewer_set_fixed(&root, &record->gui_data.viewer, 1);
     }
 }
@@ -234,8 +233,8 @@ VGA_REM_SYS *vga_need_rem_sys(VGA_NODE *node, const NB_UCHAR *fqcp_name) {
     return system;
 }
 
-VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name,
-                              const NB_UCHAR *fqplu_name, NB_USHORT type) {
+VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name, const NB_UCHAR *fqplu_name,
+                              NB_USHORT type) {
     VGA_REM_PLU *plu = vga_find_rem_plu(node, fqplu_name, type);
     NB_USHORT owner_known = !vga_blank_name(fqcp_name, sizeof(VGA_REM_SYS::name));
     NB_USHORT misplaced =

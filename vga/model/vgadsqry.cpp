@@ -14,7 +14,9 @@ constexpr NB_USHORT build_flag_byte = 8;
 
 enum BAD_LIST_DETAIL : NB_USHORT { ENTRY_TOO_SHORT = 1, ENTRY_TOO_LONG = 2, EMPTY_BUT_TOTAL = 3 };
 
-NB_USHORT exceptions_wanted(NB_VOID) { return (ptrc.flags[build_flag_byte] & 1) == 0; }
+NB_USHORT exceptions_wanted(NB_VOID) {
+    return (ptrc.flags[build_flag_byte] & 1) == 0;
+}
 
 VGA_ENTRY_RESULT owner_missing(NB_USHORT opcode, const NB_UCHAR *name, NB_USHORT width) {
     if (exceptions_wanted()) {
@@ -81,8 +83,7 @@ VGA_ENTRY_RESULT add_lu03(VGA_NODE *node, const NB_UCHAR *entry) {
 }
 
 VGA_ENTRY_RESULT add_lu62(VGA_NODE *node, const NB_UCHAR *entry) {
-    return insert(vga_init_vga_lu62(node, as_entry<NAP_LOCAL_LU_DATA>(entry)),
-                  vga_insert_vga_lu62);
+    return insert(vga_init_vga_lu62(node, as_entry<NAP_LOCAL_LU_DATA>(entry)), vga_insert_vga_lu62);
 }
 
 VGA_ENTRY_RESULT add_mode_def(VGA_NODE *node, const NB_UCHAR *entry) {
@@ -137,8 +138,8 @@ VGA_ENTRY_RESULT add_dir(VGA_NODE *node, const NB_UCHAR *entry) {
     NAP_DIR_DATA data = copy_entry<NAP_DIR_DATA>(entry);
     NB_UCHAR *own_cp = node->node_data.info.fq_cp_name;
     NB_USHORT own = memcmp(data.fqcp_name, own_cp, sizeof(data.fqcp_name)) == 0;
-    if (!own && (data.resource_type == NAP_DIR_END_NODE ||
-                 data.resource_type == NAP_DIR_NETWORK_NODE)) {
+    if (!own &&
+        (data.resource_type == NAP_DIR_END_NODE || data.resource_type == NAP_DIR_NETWORK_NODE)) {
         VGA_REM_SYS *system = vga_init_vga_rem_sys(node, as_entry<NAP_DIR_DATA>(entry));
         if (system == nullptr) {
             return VGA_ENTRY_NO_MEMORY;
@@ -165,8 +166,8 @@ VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
     if (known == nullptr) {
         return VGA_ENTRY_NO_MEMORY;
     }
-    VGA_REM_PLU *plu = vga_init_vga_rem_plu(known->parent, as_entry<NAP_PLU_DEF_DATA>(entry),
-                                            NAP_DIR_LU);
+    VGA_REM_PLU *plu =
+        vga_init_vga_rem_plu(known->parent, as_entry<NAP_PLU_DEF_DATA>(entry), NAP_DIR_LU);
     if (plu == nullptr) {
         return VGA_ENTRY_NO_MEMORY;
     }

@@ -11,7 +11,7 @@
 
 enum VGA_ENTRY_RESULT : NB_USHORT {
     VGA_ENTRY_ADDED,
-    VGA_ENTRY_SKIPPED,  /* its owner is not in the model; logged */
+    VGA_ENTRY_SKIPPED, /* its owner is not in the model; logged */
     VGA_ENTRY_NO_MEMORY
 };
 
@@ -34,8 +34,8 @@ struct VGA_LIST_POSITION {
     NB_UCHAR key[NAP_MAX_KEY];
 };
 
-/* How to start a list: with `key`, exactly that entry; else with `last`, the entries behind it; else
- * from the first.  `owner` (null: all) has the row's owner_length bytes. */
+/* How to start a list: with `key`, exactly that entry; else with `last`, the entries behind it;
+ * else from the first.  `owner` (null: all) has the row's owner_length bytes. */
 struct VGA_LIST_START {
     const NB_UCHAR *owner;
     const VGA_LIST_POSITION *last;

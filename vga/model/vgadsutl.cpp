@@ -88,15 +88,33 @@ template <class Record> Record *find(const AVL_TREE &tree, const NB_VOID *key) {
 
 } // namespace
 
-NB_INT vga_compare_asc4(const NB_VOID *a, const NB_VOID *b) { return compare_asc<4>(a, b); }
-NB_INT vga_compare_asc8(const NB_VOID *a, const NB_VOID *b) { return compare_asc<8>(a, b); }
-NB_INT vga_compare_asc10(const NB_VOID *a, const NB_VOID *b) { return compare_asc<10>(a, b); }
-NB_INT vga_compare_asc14(const NB_VOID *a, const NB_VOID *b) { return compare_asc<14>(a, b); }
-NB_INT vga_compare_asc16(const NB_VOID *a, const NB_VOID *b) { return compare_asc<16>(a, b); }
-NB_INT vga_compare_node_name(const NB_VOID *a, const NB_VOID *b) { return compare_asc<128>(a, b); }
-NB_INT vga_compare_ebc8(const NB_VOID *a, const NB_VOID *b) { return compare_ebc<8>(a, b); }
-NB_INT vga_compare_ebc10(const NB_VOID *a, const NB_VOID *b) { return compare_ebc<10>(a, b); }
-NB_INT vga_compare_ebc17(const NB_VOID *a, const NB_VOID *b) { return compare_ebc<17>(a, b); }
+NB_INT vga_compare_asc4(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<4>(a, b);
+}
+NB_INT vga_compare_asc8(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<8>(a, b);
+}
+NB_INT vga_compare_asc10(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<10>(a, b);
+}
+NB_INT vga_compare_asc14(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<14>(a, b);
+}
+NB_INT vga_compare_asc16(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<16>(a, b);
+}
+NB_INT vga_compare_node_name(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<128>(a, b);
+}
+NB_INT vga_compare_ebc8(const NB_VOID *a, const NB_VOID *b) {
+    return compare_ebc<8>(a, b);
+}
+NB_INT vga_compare_ebc10(const NB_VOID *a, const NB_VOID *b) {
+    return compare_ebc<10>(a, b);
+}
+NB_INT vga_compare_ebc17(const NB_VOID *a, const NB_VOID *b) {
+    return compare_ebc<17>(a, b);
+}
 
 NB_INT vga_compare_lu(const NB_VOID *a, const NB_VOID *b) {
     const NB_VOID *first;

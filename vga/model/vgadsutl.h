@@ -1,9 +1,9 @@
 /* The comparators of the model's indexes and its look-ups.
  *
- * A comparator gets two keys of the stated layout, at any alignment, and returns a negative value, 0
- * or a positive one.  "asc" keys are names in the local code page, compared without regard to case
- * over their whole width; "ebc" keys are EBCDIC names, compared as their local text.  Composite keys
- * go field by field. */
+ * A comparator gets two keys of the stated layout, at any alignment, and returns a negative value,
+ * 0 or a positive one.  "asc" keys are names in the local code page, compared without regard to
+ * case over their whole width; "ebc" keys are EBCDIC names, compared as their local text. Composite
+ * keys go field by field. */
 #ifndef VGADSUTL_H
 #define VGADSUTL_H
 
@@ -33,7 +33,7 @@ NB_INT vga_compare_rem_plu(const NB_VOID *a, const NB_VOID *b);           /* VGA
 NB_INT vga_compare_rem_sess(const NB_VOID *a, const NB_VOID *b);          /* VGA_REM_SESS_KEY */
 
 /* Look-ups by exact key; null when there is none.  Names as the model holds them. */
-VGA_NODE *vga_find_node(const NB_CHAR *name);           /* text of at most 128 bytes */
+VGA_NODE *vga_find_node(const NB_CHAR *name); /* text of at most 128 bytes */
 VGA_DLC *vga_find_dlc(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_PORT *vga_find_port(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LS *vga_find_ls(const VGA_NODE *node, const NB_UCHAR *name);

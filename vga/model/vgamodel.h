@@ -120,8 +120,8 @@ struct VGA_SYSTEM {
     NB_ULONG config_target;   /* node that holds the configuration file; 0: unknown */
     NB_CHAR config_name[129]; /* its name, text */
     VGA_LOGGING_SETTINGS logging;
-    AVL_TREE nodes;           /* VGA_NODE by name */
-    AVL_TREE dependent_lus;   /* VGA_LU03 of all nodes by LU name */
+    AVL_TREE nodes;         /* VGA_NODE by name */
+    AVL_TREE dependent_lus; /* VGA_LU03 of all nodes by LU name */
     VGA_VIEWER_ROOT node_viewer_root;
 };
 
@@ -139,14 +139,14 @@ enum VGA_SERVER_ROLE : NB_USHORT { VGA_ROLE_NONE, VGA_ROLE_MASTER, VGA_ROLE_BACK
 
 struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     AVL_NODE links;
-    NB_CHAR name[128]; /* local, padded with NULs */
+    NB_CHAR name[128];   /* local, padded with NULs */
     NB_ULONG node_state; /* NAP_NODE_STOPPED and the like */
     NB_USHORT role;      /* VGA_SERVER_ROLE */
     NB_USHORT freed;     /* flag: its resources were released at the close */
     NB_ULONG target;     /* 0: not connected */
     NB_ULONG tp_target;  /* its TP load file; 0: not open */
     NB_USHORT startup_status[VGA_NODE_CHAINS];
-    VGA_DIALOG *window;  /* its node window; null while there is none */
+    VGA_DIALOG *window; /* its node window; null while there is none */
 
     NAP_QUERY_NODE_VERB node_data;
     NAP_QUERY_NODE_LIMITS_VERB limits;
@@ -167,9 +167,9 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     AVL_TREE remote_systems;
     AVL_TREE remote_plus; /* VGA_REM_PLU of all remote systems by name and type */
 
-    VGA_LU62 *cp_lu;                 /* stands for the control point */
+    VGA_LU62 *cp_lu;                   /* stands for the control point */
     VGA_REM_SYS *network_fake_rem_sys; /* partners whose control point is not known */
-    VGA_PORT *dlur_fake_port;        /* over the PUs that a dependent LU server serves */
+    VGA_PORT *dlur_fake_port;          /* over the PUs that a dependent LU server serves */
     VGA_PORT *primary_line_fake_port;
 
     VGA_VIEWER_ROOT connectivity_root;
@@ -195,8 +195,8 @@ struct VGA_PORT : VGA_RECORD<VGA_DLC, NAP_PORT_DATA> {
 struct VGA_LS : VGA_RECORD<VGA_PORT, NAP_LS_DATA> {
     AVL_NODE node_links;
     AVL_NODE port_links;
-    NB_UCHAR name[8]; /* local */
-    NB_UCHAR state;   /* NAP_NOT_ACTIVE and the like: what its line shows */
+    NB_UCHAR name[8];       /* local */
+    NB_UCHAR state;         /* NAP_NOT_ACTIVE and the like: what its line shows */
     VGA_LOCAL_PU *local_pu; /* the PU that a host link makes; null: none */
 };
 

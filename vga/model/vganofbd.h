@@ -7,7 +7,8 @@
 #include "nofverbs.h"
 #include "vganofq.h"
 
-/* `file` is NAP_SYSTEM_FILE and the like; `node_name` (text, null: none) says whose TP load file. */
+/* `file` is NAP_SYSTEM_FILE and the like; `node_name` (text, null: none) says whose TP load file.
+ */
 NB_USHORT vga_issue_open_file(NB_USHORT file, const NB_CHAR *node_name, NB_ULONG user_data,
                               VGA_COMPLETION completion);
 NB_USHORT vga_issue_close_file(NB_ULONG target, NB_ULONG user_data, VGA_COMPLETION completion);
@@ -15,8 +16,7 @@ NB_USHORT vga_issue_close_file(NB_ULONG target, NB_ULONG user_data, VGA_COMPLETI
 /* `node_name` has 128 bytes, padded with NULs. */
 NB_USHORT vga_issue_connect_node(const NB_CHAR *node_name, NB_ULONG user_data,
                                  VGA_COMPLETION completion);
-NB_USHORT vga_issue_disconnect_node(NB_ULONG target, NB_ULONG user_data,
-                                    VGA_COMPLETION completion);
+NB_USHORT vga_issue_disconnect_node(NB_ULONG target, NB_ULONG user_data, VGA_COMPLETION completion);
 
 /* Asks for indications; their user data is `user_data`, too. */
 NB_USHORT vga_issue_register_sink(NB_ULONG target, NB_USHORT indication, NB_ULONG user_data,

@@ -27,7 +27,7 @@ struct VGA_INDEX_LINK {
 
 /* Where a record's line stands: directly behind the line of its predecessor in `order`. */
 struct VGA_LINE_PLACE {
-    VGA_VIEWER_ROOT *root; /* null: the record has no line */
+    VGA_VIEWER_ROOT *root;   /* null: the record has no line */
     VGA_VIEWER_ITEM *parent; /* null: top level */
     NB_UCHAR type;
     const AVL_NODE *order;
@@ -78,8 +78,7 @@ template <class Record> NB_VOID vga_free_record(Record *record) {
 
 /* Makes a record with a private copy of the list entry (at least `sizeof` its data; null: a zeroed
  * block).  Returns null without memory or handle; nothing is kept then. */
-template <class Record, class Owner>
-Record *vga_init_record(Owner *owner, const NB_VOID *entry) {
+template <class Record, class Owner> Record *vga_init_record(Owner *owner, const NB_VOID *entry) {
     using DATA = std::remove_pointer_t<decltype(Record::vcb)>;
     NB_USHORT size = sizeof(DATA);
     if (entry != nullptr) {

@@ -26,9 +26,9 @@ NB_USHORT look_up(std::span<const WORD> words, NB_USHORT value, NB_USHORT otherw
 }
 
 constexpr WORD status_words[] = {
-    {NAP_NOT_ACTIVE, VGA_MSG_INACTIVE},     {NAP_PENDING_ACTIVE, VGA_MSG_STARTING},
-    {NAP_ACTIVE, VGA_MSG_ACTIVE},           {NAP_PENDING_INACTIVE, VGA_MSG_STOPPING},
-    {NAP_RESETTING, VGA_MSG_RESETTING},     {NAP_SSCP_ACTIVE, VGA_MSG_SSCP},
+    {NAP_NOT_ACTIVE, VGA_MSG_INACTIVE}, {NAP_PENDING_ACTIVE, VGA_MSG_STARTING},
+    {NAP_ACTIVE, VGA_MSG_ACTIVE},       {NAP_PENDING_INACTIVE, VGA_MSG_STOPPING},
+    {NAP_RESETTING, VGA_MSG_RESETTING}, {NAP_SSCP_ACTIVE, VGA_MSG_SSCP},
     {NAP_IN_SESSION, VGA_MSG_IN_USE},
 };
 
@@ -51,16 +51,22 @@ constexpr NB_USHORT block_mux_icon = 65;
 constexpr NB_UCHAR first_block_mux_card = 128;
 
 constexpr LINK_TYPE link_types[] = {
-    {NAP_DLC_SDLC, 1271, sdlc_port_icon}, {NAP_DLC_QLLC, 1272, 5},
-    {NAP_DLC_TOKEN_RING, 1273, 4},        {NAP_DLC_FDDI, 1274, 21},
-    {NAP_DLC_ETHERNET, 1275, 20},         {NAP_DLC_FRAME_RELAY, 1276, 63},
-    {NAP_DLC_CHANNEL, 1277, escon_icon},  {NAP_DLC_IP, 1278, 82},
-    {NAP_DLC_MPC, 1279, 80},              {NAP_DLC_MPC_PLUS, 1280, 83},
+    {NAP_DLC_SDLC, 1271, sdlc_port_icon},
+    {NAP_DLC_QLLC, 1272, 5},
+    {NAP_DLC_TOKEN_RING, 1273, 4},
+    {NAP_DLC_FDDI, 1274, 21},
+    {NAP_DLC_ETHERNET, 1275, 20},
+    {NAP_DLC_FRAME_RELAY, 1276, 63},
+    {NAP_DLC_CHANNEL, 1277, escon_icon},
+    {NAP_DLC_IP, 1278, 82},
+    {NAP_DLC_MPC, 1279, 80},
+    {NAP_DLC_MPC_PLUS, 1280, 83},
 };
 
 const LINK_TYPE *link_type(NB_UCHAR dlc_type) {
-    auto row = std::find_if(std::begin(link_types), std::end(link_types),
-                            [dlc_type](const LINK_TYPE &type) { return type.dlc_type == dlc_type; });
+    auto row =
+        std::find_if(std::begin(link_types), std::end(link_types),
+                     [dlc_type](const LINK_TYPE &type) { return type.dlc_type == dlc_type; });
     return row != std::end(link_types) ? row : nullptr;
 }
 
@@ -90,9 +96,7 @@ private:
 /* A text field of a record, terminated whatever the node sent. */
 template <size_t Width> class TEXT {
 public:
-    explicit TEXT(const NB_UCHAR (&field)[Width]) {
-        memcpy(buffer, field, Width);
-    }
+    explicit TEXT(const NB_UCHAR (&field)[Width]) { memcpy(buffer, field, Width); }
     const NB_CHAR *text() const { return buffer; }
 
 private:
@@ -103,18 +107,23 @@ NB_USHORT copy_message(NB_CHAR *buffer, NB_USHORT message) {
     return vga_print_msg(buffer, buffer_size, message, "");
 }
 
-NB_USHORT is_host_partner(NB_UCHAR partner) { return partner == NAP_ADJ_HOST; }
+NB_USHORT is_host_partner(NB_UCHAR partner) {
+    return partner == NAP_ADJ_HOST;
+}
 
 constexpr WORD partner_words[] = {
-    {NAP_ADJ_LEN_NODE, VGA_MSG_PEER_EN},     {NAP_ADJ_NETWORK_NODE, VGA_MSG_PEER_NN},
-    {NAP_ADJ_END_NODE, VGA_MSG_PEER_EN},     {NAP_ADJ_HOST, VGA_MSG_HOST},
+    {NAP_ADJ_LEN_NODE, VGA_MSG_PEER_EN},      {NAP_ADJ_NETWORK_NODE, VGA_MSG_PEER_NN},
+    {NAP_ADJ_END_NODE, VGA_MSG_PEER_EN},      {NAP_ADJ_HOST, VGA_MSG_HOST},
     {NAP_ADJ_DOWNSTREAM, VGA_MSG_DOWNSTREAM},
 };
 
 constexpr WORD lu_words[] = {
-    {NAP_LU_3270_DISPLAY_MODEL_2, 1286}, {NAP_LU_3270_DISPLAY_MODEL_3, 1287},
-    {NAP_LU_3270_DISPLAY_MODEL_4, 1288}, {NAP_LU_3270_DISPLAY_MODEL_5, 1289},
-    {NAP_LU_PRINTER, 1290},              {NAP_LU_SCS_PRINTER, 1291},
+    {NAP_LU_3270_DISPLAY_MODEL_2, 1286},
+    {NAP_LU_3270_DISPLAY_MODEL_3, 1287},
+    {NAP_LU_3270_DISPLAY_MODEL_4, 1288},
+    {NAP_LU_3270_DISPLAY_MODEL_5, 1289},
+    {NAP_LU_PRINTER, 1290},
+    {NAP_LU_SCS_PRINTER, 1291},
 };
 constexpr NB_USHORT unrestricted_lu_word = 1292;
 
@@ -124,9 +133,12 @@ constexpr NB_USHORT printer_icon = 25;
 constexpr NB_USHORT lu03_icon = 11;
 
 constexpr WORD lu_icons[] = {
-    {NAP_LU_3270_DISPLAY_MODEL_2, display_icon}, {NAP_LU_3270_DISPLAY_MODEL_3, display_icon},
-    {NAP_LU_3270_DISPLAY_MODEL_4, display_icon}, {NAP_LU_3270_DISPLAY_MODEL_5, display_icon},
-    {NAP_LU_PRINTER, printer_icon},              {NAP_LU_SCS_PRINTER, printer_icon},
+    {NAP_LU_3270_DISPLAY_MODEL_2, display_icon},
+    {NAP_LU_3270_DISPLAY_MODEL_3, display_icon},
+    {NAP_LU_3270_DISPLAY_MODEL_4, display_icon},
+    {NAP_LU_3270_DISPLAY_MODEL_5, display_icon},
+    {NAP_LU_PRINTER, printer_icon},
+    {NAP_LU_SCS_PRINTER, printer_icon},
     {NAP_LU_RJE, rje_icon},
 };
 
@@ -136,8 +148,10 @@ constexpr WORD node_type_words[] = {
 };
 
 constexpr WORD node_lines[] = {
-    {NAP_NODE_STOPPED, VGA_MSG_NODE_STOPPED},   {NAP_NODE_STARTING, VGA_MSG_NODE_STARTING},
-    {NAP_NODE_STOPPING, VGA_MSG_NODE_STOPPING}, {NAP_NODE_ACTIVE, VGA_MSG_NODE_ACTIVE},
+    {NAP_NODE_STOPPED, VGA_MSG_NODE_STOPPED},
+    {NAP_NODE_STARTING, VGA_MSG_NODE_STARTING},
+    {NAP_NODE_STOPPING, VGA_MSG_NODE_STOPPING},
+    {NAP_NODE_ACTIVE, VGA_MSG_NODE_ACTIVE},
     {NAP_NODE_UNCONFIGURED, VGA_MSG_NODE_UNCONFIGURED},
     {NAP_NODE_BACK_LEVEL, VGA_MSG_NODE_BACK_LEVEL},
 };
@@ -186,12 +200,11 @@ NB_USHORT vga_create_port_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     }
     NAP_PORT_DATA entry = *port->vcb;
     const LINK_TYPE *type = link_type(entry.def_data.dlc_type);
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_PORT_LINE, "ca s s s s",
-                         static_cast<NB_INT>(sizeof(port->name)), port->name,
-                         status_word(entry.det_data.port_state),
-                         type != nullptr ? vga_message(type->word) : "",
-                         TEXT(entry.def_data.local_address).text(),
-                         TEXT(entry.def_data.description).text());
+    return vga_print_msg(
+        buffer, buffer_size, VGA_MSG_PORT_LINE, "ca s s s s",
+        static_cast<NB_INT>(sizeof(port->name)), port->name, status_word(entry.det_data.port_state),
+        type != nullptr ? vga_message(type->word) : "", TEXT(entry.def_data.local_address).text(),
+        TEXT(entry.def_data.description).text());
 }
 
 NB_USHORT vga_choose_port_viewer_icon(NB_VOID *data) {
@@ -214,8 +227,7 @@ NB_USHORT vga_create_ls_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     NB_USHORT role = look_up(partner_words, entry.def_data.adj_cp_type, VGA_MSG_ANY_PEER);
     NB_USHORT learned = !vga_blank_name(entry.det_data.adj_cp_name, 17);
     NAME partner =
-        is_host_partner(entry.def_data.adj_cp_type) &&
-                !vga_blank_name(entry.def_data.pu_name, 8)
+        is_host_partner(entry.def_data.adj_cp_type) && !vga_blank_name(entry.def_data.pu_name, 8)
             ? NAME::ebcdic(entry.def_data.pu_name, 8)
             : NAME::ebcdic(learned ? entry.det_data.adj_cp_name : entry.def_data.adj_cp_name, 17);
     return vga_print_msg(buffer, buffer_size, VGA_MSG_LS_LINE, "ca s s s s",
@@ -227,7 +239,7 @@ NB_USHORT vga_create_ls_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
 NB_USHORT vga_choose_ls_viewer_icon(NB_VOID *data) {
     constexpr NB_USHORT plain = 6, host = 7, downstream = 8, peer = 9, implicit = 26;
     constexpr WORD icons[] = {
-        {NAP_ADJ_LEN_NODE, peer}, {NAP_ADJ_NETWORK_NODE, peer},  {NAP_ADJ_END_NODE, peer},
+        {NAP_ADJ_LEN_NODE, peer}, {NAP_ADJ_NETWORK_NODE, peer},     {NAP_ADJ_END_NODE, peer},
         {NAP_ADJ_HOST, host},     {NAP_ADJ_DOWNSTREAM, downstream},
     };
     auto *ls = static_cast<VGA_LS *>(data);
@@ -258,11 +270,11 @@ NB_USHORT vga_create_deplu_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     snprintf(address, sizeof(address), "%u", entry.def_data.nau_address);
     NAME pool = NAME::ebcdic(entry.def_data.pool_name, 8);
     TEXT description(entry.def_data.description);
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_DEPLU_LINE, "s s s s s",
-                         NAME::ebcdic(lu->name, 8).text(), status_word(lu_status(entry.det_data)),
-                         vga_message(look_up(lu_words, entry.def_data.lu_model,
-                                             unrestricted_lu_word)),
-                         address, *pool.text() != '\0' ? pool.text() : description.text());
+    return vga_print_msg(
+        buffer, buffer_size, VGA_MSG_DEPLU_LINE, "s s s s s", NAME::ebcdic(lu->name, 8).text(),
+        status_word(lu_status(entry.det_data)),
+        vga_message(look_up(lu_words, entry.def_data.lu_model, unrestricted_lu_word)), address,
+        *pool.text() != '\0' ? pool.text() : description.text());
 }
 
 NB_USHORT vga_choose_deplu_viewer_icon(NB_VOID *data) {
@@ -295,10 +307,9 @@ NB_USHORT vga_choose_lu62_viewer_icon(NB_VOID *data) {
 NB_USHORT vga_create_mode_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *mode = static_cast<VGA_MODE *>(data);
     NAP_MODE_DATA entry = *mode->vcb;
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_MODE_LINE, "s s i i",
-                         NAME::ebcdic(entry.mode_name, 8).text(),
-                         NAME::ebcdic(entry.fqplu_name, 17).text(), entry.act_sess_count,
-                         entry.sess_limit);
+    return vga_print_msg(
+        buffer, buffer_size, VGA_MSG_MODE_LINE, "s s i i", NAME::ebcdic(entry.mode_name, 8).text(),
+        NAME::ebcdic(entry.fqplu_name, 17).text(), entry.act_sess_count, entry.sess_limit);
 }
 
 NB_USHORT vga_choose_mode_viewer_icon(NB_VOID *) {
