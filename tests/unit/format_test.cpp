@@ -78,10 +78,14 @@ TEST_F(Resources, NumbersOutsideTheirRangeAreTheDefault) {
         const char *line;
         NB_ULONG expected;
     } cases[] = {
-        {"Quiladmin.queryBufferSize: 1024", 65535}, {"Quiladmin.queryBufferSize: 70000", 65535},
-        {"Quiladmin.queryBufferSize: abc", 65535},  {"Quiladmin.queryBufferSize: 0x1000", 4096},
-        {"Quiladmin.queryBufferSize: 010000", 4096}, {"Quiladmin.queryBufferSize: 2048", 2048},
-        {"Quiladmin.queryBufferSize: -1", 65535},   {"Quiladmin.queryBufferSize: 99999999999999999999", 65535},
+        {"Quiladmin.queryBufferSize: 1024", 65535},
+        {"Quiladmin.queryBufferSize: 70000", 65535},
+        {"Quiladmin.queryBufferSize: abc", 65535},
+        {"Quiladmin.queryBufferSize: 0x1000", 4096},
+        {"Quiladmin.queryBufferSize: 010000", 4096},
+        {"Quiladmin.queryBufferSize: 2048", 2048},
+        {"Quiladmin.queryBufferSize: -1", 65535},
+        {"Quiladmin.queryBufferSize: 99999999999999999999", 65535},
     };
     for (const auto &row : cases) {
         put(row.line);
@@ -92,14 +96,15 @@ TEST_F(Resources, NumbersOutsideTheirRangeAreTheDefault) {
 
 TEST_F(Resources, TextsAreTakenUpToTheirLimit) {
     NB_CHAR buffer[11];
-    put("Quiladmin.t: 123456789");  /* ten bytes with its terminator */
+    put("Quiladmin.t: 123456789"); /* ten bytes with its terminator */
     EXPECT_EQ(vga_get_resource_string(".t", "none", buffer, 10), 1);
     EXPECT_STREQ(buffer, "123456789");
     put("Quiladmin.t: 1234567890");
     EXPECT_EQ(vga_get_resource_string(".t", "none", buffer, 10), 0);
     EXPECT_STREQ(buffer, "none");
     put("Quiladmin.aNameOfFarMoreThanThirtyCharacters: x");
-    EXPECT_EQ(vga_get_resource_string(".aNameOfFarMoreThanThirtyCharacters", "none", buffer, 10), 0);
+    EXPECT_EQ(vga_get_resource_string(".aNameOfFarMoreThanThirtyCharacters", "none", buffer, 10),
+              0);
 }
 
 } // namespace

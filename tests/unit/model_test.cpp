@@ -336,8 +336,7 @@ TEST_F(Model, AnEmptyNodeCompletes) {
     EXPECT_EQ(ntl_avl_validate(&only_node()->mode_defs), 13);
     EXPECT_EQ(ntl_avl_validate(&only_node()->classes_of_service), 7);
     ASSERT_NE(only_node()->cp_lu, nullptr);
-    EXPECT_EQ(vga_find_lu62_by_alias(only_node(),
-                                     reinterpret_cast<const NB_UCHAR *>("CORVID1 ")),
+    EXPECT_EQ(vga_find_lu62_by_alias(only_node(), reinterpret_cast<const NB_UCHAR *>("CORVID1 ")),
               only_node()->cp_lu);
 }
 

@@ -165,15 +165,19 @@ TEST(NodeLists, StartPositionsAndOptions) {
     rig.load(SMALL_NODE);
     EXPECT_EQ(rig.list(NAP_QUERY_PORT, AT, local8("ETH05"), 0, 1).codes,
               parameter(NAP_UNKNOWN_RESOURCE));
-    EXPECT_EQ(rig.list(NAP_QUERY_PORT, AT, local8("ETH05")).names(), std::vector<std::string>{"ETH1"});
-    EXPECT_EQ(rig.list(NAP_QUERY_PORT, AT, local8("eth1"), 0, 1).count, 1U) << "case does not count";
+    EXPECT_EQ(rig.list(NAP_QUERY_PORT, AT, local8("ETH05")).names(),
+              std::vector<std::string>{"ETH1"});
+    EXPECT_EQ(rig.list(NAP_QUERY_PORT, AT, local8("eth1"), 0, 1).count, 1U)
+        << "case does not count";
     EXPECT_EQ(rig.list(NAP_QUERY_PORT, NEXT, local8("AAA")).count, 2U);
     const List two_of_many = rig.list(NAP_QUERY_LU_0_TO_3, FIRST, "", 0, 2);
     EXPECT_EQ(two_of_many.count, 2U);
     EXPECT_EQ(two_of_many.total, 9U);
     for (const NB_UCHAR bad : {0, 1, 12, 20, 24, 28, 16 | 2, 16 | 64, 16 | 128}) {
-        EXPECT_EQ(rig.list(NAP_QUERY_PORT, bad).codes, parameter(NAP_INVALID_LIST_OPTION)) << int{bad};
-        EXPECT_EQ(rig.list(NAP_QUERY_CN, bad).codes, parameter(NAP_INVALID_LIST_OPTION)) << int{bad};
+        EXPECT_EQ(rig.list(NAP_QUERY_PORT, bad).codes, parameter(NAP_INVALID_LIST_OPTION))
+            << int{bad};
+        EXPECT_EQ(rig.list(NAP_QUERY_CN, bad).codes, parameter(NAP_INVALID_LIST_OPTION))
+            << int{bad};
     }
     EXPECT_EQ(rig.list(NAP_QUERY_PORT, FIRST, "", 9).codes, parameter(NAP_INVALID_LIST_OPTION));
     EXPECT_EQ(rig.list(NAP_QUERY_CN).codes, OK_CODES);
@@ -205,7 +209,8 @@ TEST(NodeLists, ContinuesBehindAKeyThatIsGone) {
     const std::string last = part.entries.back().substr(2, 16);
     ASSERT_EQ(rig.by_key(NAP_DELETE_LU_0_TO_3, last), OK_CODES);
     const List rest = rig.list(NAP_QUERY_LU_0_TO_3, NEXT, last);
-    EXPECT_EQ(rest.names(10, true), (std::vector<std::string>{"LU02", "LU03", "LU04", "LU05", "LU06"}));
+    EXPECT_EQ(rest.names(10, true),
+              (std::vector<std::string>{"LU02", "LU03", "LU04", "LU05", "LU06"}));
     EXPECT_EQ(rest.total, 5U);
 }
 
@@ -249,7 +254,8 @@ TEST(NodeLists, AgreeWithAPlainSet) {
             EXPECT_EQ(rig.by_key(NAP_DELETE_LOCAL_LU, ebcdic(name)), expected);
         }
         if (step % 50 == 0) {
-            const auto size = static_cast<unsigned>(sizeof(NAP_LOCAL_LU_DATA) * (1 + random() % 40));
+            const auto size =
+                static_cast<unsigned>(sizeof(NAP_LOCAL_LU_DATA) * (1 + random() % 40));
             EXPECT_EQ(rig.read_all(NAP_QUERY_LOCAL_LU, 8, size).names(2, true),
                       std::vector<std::string>(model.begin(), model.end()));
         }
@@ -341,10 +347,14 @@ TEST(NodeDefine, RefusesWhatIsWrong) {
     bad_mode = mode("M");
     put(bad_mode.mode_chars.cos_name, ebcdic("NOCOS"));
     refused(bad_mode, parameter(NAP_UNKNOWN_OWNER), "no such class of service");
-    refused(directory("NETX.CP", "NETX.LU", NAP_DIR_LU), parameter(NAP_UNKNOWN_OWNER), "no such CP");
-    refused(directory("NETX.CP", "NETX.OTHER", NAP_DIR_END_NODE), parameter(NAP_INVALID_VALUE), "own");
-    refused(directory("NETX", "NETX", NAP_DIR_END_NODE), parameter(NAP_INVALID_NAME), "unqualified");
-    EXPECT_EQ(rig.list(NAP_QUERY_DLC).total + rig.list(NAP_QUERY_LS).total, 4U) << "nothing came of it";
+    refused(directory("NETX.CP", "NETX.LU", NAP_DIR_LU), parameter(NAP_UNKNOWN_OWNER),
+            "no such CP");
+    refused(directory("NETX.CP", "NETX.OTHER", NAP_DIR_END_NODE), parameter(NAP_INVALID_VALUE),
+            "own");
+    refused(directory("NETX", "NETX", NAP_DIR_END_NODE), parameter(NAP_INVALID_NAME),
+            "unqualified");
+    EXPECT_EQ(rig.list(NAP_QUERY_DLC).total + rig.list(NAP_QUERY_LS).total, 4U)
+        << "nothing came of it";
 }
 
 TEST(NodeDefine, ChangesInPlaceAndFillsTheAnswer) {
@@ -368,7 +378,8 @@ TEST(NodeDefine, ChangesInPlaceAndFillsTheAnswer) {
     EXPECT_EQ(rig.issue(made), OK_CODES);
     put(made.def_data.pu_name, ebcdic("PUTHREE"));
     EXPECT_EQ(rig.issue(made), OK_CODES);
-    EXPECT_EQ(rig.list(NAP_QUERY_PU).names(2, true), (std::vector<std::string>{"HOSTPU", "PUTHREE"}));
+    EXPECT_EQ(rig.list(NAP_QUERY_PU).names(2, true),
+              (std::vector<std::string>{"HOSTPU", "PUTHREE"}));
 }
 
 TEST(NodeDefine, DeleteAsksWhoElseNeedsIt) {
@@ -428,7 +439,8 @@ TEST(NodeStore, KeepsWhatWasAcknowledged) {
     ASSERT_TRUE(rig.engine.load_store(why)) << why;
     rig.engine.begin();
     rig.pass(1000);
-    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPED}) << "a stopped node stays stopped";
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPED})
+        << "a stopped node stays stopped";
     for (size_t at = 0; at < lists.size(); at++) {
         EXPECT_EQ(rig.list(list_cases[at].opcode).entries, lists[at])
             << nap_find_verb(list_cases[at].opcode)->name;

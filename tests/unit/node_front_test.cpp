@@ -78,7 +78,8 @@ public:
     }
 
     template <class Block> NB_ULONG send_verb(NB_ULONG target, const Block &block) {
-        const auto frame = node::make_frame(NOF_FRAME_VERB, ++correlator_, target, &block, sizeof block);
+        const auto frame =
+            node::make_frame(NOF_FRAME_VERB, ++correlator_, target, &block, sizeof block);
         raw(frame);
         return correlator_;
     }
@@ -113,7 +114,8 @@ public:
             } else if (!receive(frame)) {
                 return false;
             }
-            if (frame.header.kind == NOF_FRAME_INDICATION && node::block_opcode(frame.block) == opcode) {
+            if (frame.header.kind == NOF_FRAME_INDICATION &&
+                node::block_opcode(frame.block) == opcode) {
                 EXPECT_EQ(frame.block.size(), sizeof block);
                 memcpy(&block, frame.block.data(), sizeof block);
                 last_correlator = frame.header.correlator;
@@ -338,8 +340,8 @@ TEST(NodeFront, GarbageEndsItsOwnConnectionOnly) {
     auto zero_correlator = node::make_frame(NOF_FRAME_VERB, 0, 0, &verb, sizeof verb);
     auto wrong_kind = node::make_frame(NOF_FRAME_ANSWER, 1, 0, &verb, sizeof verb);
     auto with_data = node::make_frame(NOF_FRAME_VERB, 1, 0, &verb, sizeof verb, &verb, sizeof verb);
-    const std::vector<std::vector<NB_UCHAR>> garbage = {
-        std::vector<NB_UCHAR>(100, 0xFF), zero_correlator, wrong_kind, with_data};
+    const std::vector<std::vector<NB_UCHAR>> garbage = {std::vector<NB_UCHAR>(100, 0xFF),
+                                                        zero_correlator, wrong_kind, with_data};
     for (const std::vector<NB_UCHAR> &bytes : garbage) {
         Client bad(node.socket());
         Frame frame;
@@ -449,10 +451,9 @@ TEST(NodeFront, OthersMayOnlyLook) {
         mode.opcode = NAP_SET_PROCESSING_MODE;
         mode.mode = NAP_MODE_ADMINISTER;
         const Codes refused = parameter(NAP_NO_PERMISSION);
-        const bool right = other && client.hello.rights == 0 &&
-                           client.query(target, NAP_QUERY_DLC) == OK_CODES &&
-                           client.define_dlc(target, "NEW") == refused &&
-                           client.issue(target, mode) == refused;
+        const bool right =
+            other && client.hello.rights == 0 && client.query(target, NAP_QUERY_DLC) == OK_CODES &&
+            client.define_dlc(target, "NEW") == refused && client.issue(target, mode) == refused;
         _exit(right ? 0 : 1);
     }
     int status = -1;

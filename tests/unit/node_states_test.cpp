@@ -63,7 +63,8 @@ TEST_F(NodeStates, AnIndicationSaysWhatTheListSays) {
     for (const auto &entry : last) {
         const auto now = rig.entry<NAP_LS_DATA>(node::CLASS_LS, entry.first);
         EXPECT_EQ(entry.second.det_length, sizeof now.det_data);
-        EXPECT_EQ(memcmp(entry.second.det_data, &now.det_data, sizeof now.det_data), 0) << entry.first;
+        EXPECT_EQ(memcmp(entry.second.det_data, &now.det_data, sizeof now.det_data), 0)
+            << entry.first;
     }
     EXPECT_EQ(last.size(), 3U);
 }
@@ -112,7 +113,7 @@ TEST_F(NodeStates, StopTypesAndSingleSteps) {
 TEST_F(NodeStates, ALinkThatCannotBeReachedTriesAsOftenAsItMay) {
     rig.pass(60000);
     EXPECT_EQ(link("DARK"), NAP_NOT_ACTIVE);
-    const States tries = {NAP_PENDING_ACTIVE, NAP_NOT_ACTIVE, NAP_PENDING_ACTIVE,
+    const States tries = {NAP_PENDING_ACTIVE, NAP_NOT_ACTIVE,     NAP_PENDING_ACTIVE,
                           NAP_NOT_ACTIVE,     NAP_PENDING_ACTIVE, NAP_NOT_ACTIVE};
     EXPECT_EQ(rig.heard.states(NAP_LS_INDICATION, "DARK"), tries);
     EXPECT_EQ(rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8("DARK")).det_data.last_sense,
@@ -179,7 +180,8 @@ TEST_F(NodeStates, SessionsFollowTheirPartner) {
     EXPECT_EQ(sessions(), 0U);
     EXPECT_EQ(rig.heard.states(NAP_MODE_INDICATION, "Payroll"),
               (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
-    EXPECT_EQ(rig.heard.states(NAP_PLU_INDICATION, "Payroll"), (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
+    EXPECT_EQ(rig.heard.states(NAP_PLU_INDICATION, "Payroll"),
+              (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
 }
 
 /* Two engines, joined as the front process joins them. */

@@ -161,7 +161,8 @@ public:
                 ADD_FAILURE() << "entry length " << length;
                 break;
             }
-            result.entries.emplace_back(reinterpret_cast<const char *>(answer.data.data()) + at, length);
+            result.entries.emplace_back(reinterpret_cast<const char *>(answer.data.data()) + at,
+                                        length);
             at += length;
         }
         if (result.codes == OK_CODES) {

@@ -85,7 +85,8 @@ TEST(NodeText, ErrorsOfTheWholeText) {
     EXPECT_NE(first("").find("no node"), std::string::npos);
     EXPECT_NE(first("name = x\n").find("begin with [domain]"), std::string::npos);
     EXPECT_NE(first("[domain]\n[node a]\n").find("fq_cp_name"), std::string::npos);
-    EXPECT_NE(first("[domain]\n[node a]\n[node b]\n").find("client_server = yes"), std::string::npos);
+    EXPECT_NE(first("[domain]\n[node a]\n[node b]\n").find("client_server = yes"),
+              std::string::npos);
     EXPECT_NE(first("[domain]\nclient_server = yes\n[node a]\n").find("server = master"),
               std::string::npos);
     EXPECT_NE(first("[dlc A]\n").find("behind a [node NAME]"), std::string::npos);
@@ -129,7 +130,8 @@ TEST(NodeText, SamplesAreGoodAndEveryFieldReadsBack) {
                     const std::string written = node::format_field(field, resource.entry.data());
                     const bool blank = written.empty() && (field.use & node::FIELD_REQUIRED) == 0;
                     EXPECT_TRUE(node::set_field(field, written, copy.data(), why) || blank)
-                        << resource.row->name << "." << field.name << " = " << written << ": " << why;
+                        << resource.row->name << "." << field.name << " = " << written << ": "
+                        << why;
                     EXPECT_TRUE(copy == resource.entry) << resource.row->name << "." << field.name;
                 }
             }

@@ -232,9 +232,10 @@ TEST(NodeFaults, ScriptsAreReadOrRefusedWhole) {
                                  "21829 2\nhang NAP_QUERY_CN 1 # here, too\n"
                                  "drop after 3 verbs\ndie one after 2 verbs\n";
     ASSERT_TRUE(faults.parse("f", good, why)) << why;
-    for (const char *bad : {"delay", "delay x", "delay 5 NAP_NO_SUCH", "fail NAP_QUERY_PORT 1",
-                            "fail NAP_QUERY_PORT 70000 1", "drop after 3", "drop 3", "die after 2 verbs",
-                            "lose", "lose indications x", "no-restart now", "explode"}) {
+    for (const char *bad :
+         {"delay", "delay x", "delay 5 NAP_NO_SUCH", "fail NAP_QUERY_PORT 1",
+          "fail NAP_QUERY_PORT 70000 1", "drop after 3", "drop 3", "die after 2 verbs", "lose",
+          "lose indications x", "no-restart now", "explode"}) {
         EXPECT_FALSE(faults.parse("f", std::string("delay 1\n") + bad, why)) << bad;
         EXPECT_EQ(why.rfind("f:2: ", 0), 0U) << why;
     }

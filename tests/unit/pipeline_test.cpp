@@ -15,9 +15,15 @@ namespace {
 std::vector<NB_ULONG> completed; /* user data, in order */
 std::vector<NB_USHORT> indications;
 
-NB_VOID note_completion(const VGA_PROCESS_STATE *work) { completed.push_back(work->user_data); }
-NB_VOID note_other(const VGA_PROCESS_STATE *work) { completed.push_back(work->user_data + 1000); }
-NB_VOID note_indication(const VGA_PROCESS_STATE *work) { indications.push_back(work->vcb->opcode); }
+NB_VOID note_completion(const VGA_PROCESS_STATE *work) {
+    completed.push_back(work->user_data);
+}
+NB_VOID note_other(const VGA_PROCESS_STATE *work) {
+    completed.push_back(work->user_data + 1000);
+}
+NB_VOID note_indication(const VGA_PROCESS_STATE *work) {
+    indications.push_back(work->vcb->opcode);
+}
 
 NB_USHORT queue(NB_ULONG target, NB_USHORT opcode, NB_ULONG user_data,
                 VGA_COMPLETION completion = note_completion) {
