@@ -1,0 +1,269 @@
+/* Defining and deleting, for every class. */
+#include "nodeengine.h"
+
+#include "nbbase.h"
+#include "noderefer.h"
+#include "nofverbs.h"
+
+#include <cstring>
+
+namespace node {
+
+namespace {
+
+/* The bytes by which others name a resource. */
+const NB_UCHAR *referred_name(const RefRow &ref, const Resource &resource) {
+    return resource.entry.get() +
+           ((ref.flags & REF_BY_ALIAS) != 0 ? resource.row->alias.offset : KEY_OFFSET);
+}
+
+const KeyPart *referred_parts(const RefRow &ref) {
+    const ClassRow &to = class_row(static_cast<ClassId>(ref.to));
+    return (ref.flags & REF_BY_ALIAS) != 0 ? to.alias.parts : to.key;
+}
+
+} // namespace
+
+/* References are stored as the other resource spells its name, so they compare byte by byte. */
+template <class Action> void Engine::for_referrers(const Resource &resource, Action action) const {
+    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
+        const ClassRow &row = class_row(static_cast<ClassId>(id));
+        for (size_t at = 0; at < row.ref_count; at++) {
+            const RefRow &ref = row.refs[at];
+            if (ref.to != resource.row->id) {
+                continue;
+            }
+            for (Resource *found : find_referrers(*tables_[id], ref, referred_name(ref, resource),
+                                                  key_length(referred_parts(ref)))) {
+                action(ref, *found);
+            }
+        }
+    }
+}
+
+Result Engine::check_refs(const ClassRow &row, NB_UCHAR *entry) const {
+    for (size_t at = 0; at < row.ref_count; at++) {
+        const RefRow &ref = row.refs[at];
+        const KeyPart *parts = referred_parts(ref);
+        NB_UCHAR *name = entry + ref.offset;
+        if ((ref.flags & REF_OPTIONAL) != 0 && is_blank(parts[0].kind, name, key_length(parts))) {
+            continue;
+        }
+        const ResourceTable &table = *tables_[ref.to];
+        const Resource *found =
+            (ref.flags & REF_BY_ALIAS) != 0 ? table.find_alias(name) : table.find(name);
+        if (found == nullptr) {
+            return bad_parameter(NAP_UNKNOWN_OWNER);
+        }
+        memcpy(name, referred_name(ref, *found), key_length(parts));
+    }
+    return GOOD;
+}
+
+Result Engine::check_alias(const ClassRow &row, const NB_UCHAR *entry, const Resource *old) const {
+    const AliasRow &alias = row.alias;
+    if (alias.rival != CLASS_COUNT) {
+        const ResourceTable &rivals = *tables_[alias.rival];
+        const NB_UCHAR *name = entry + alias.rival_offset;
+        if ((alias.rival_by_alias ? rivals.find_alias(name) : rivals.find(name)) != nullptr) {
+            return bad_parameter(NAP_DUPLICATE_NAME);
+        }
+    }
+    if (alias.offset == 0) {
+        return GOOD;
+    }
+    const NB_UCHAR *name = entry + alias.offset;
+    const size_t width = key_length(alias.parts);
+    const Resource *holder =
+        is_blank(alias.parts[0].kind, name, width) ? nullptr : tables_[row.id]->find_alias(name);
+    if (holder != nullptr && holder != old) {
+        return bad_parameter(NAP_DUPLICATE_NAME);
+    }
+    bool named = false;
+    if (old != nullptr && memcmp(old->entry.get() + alias.offset, name, width) != 0) {
+        for_referrers(*old, [&named](const RefRow &ref, const Resource &) {
+            named = named || (ref.flags & REF_BY_ALIAS) != 0;
+        });
+    }
+    return named ? bad_state(NAP_IN_USE) : GOOD;
+}
+
+Result Engine::check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource *old) const {
+    for (const FieldRow &field : row.fields) {
+        if ((field.use & FIELD_BEHAVIOUR) != 0) {
+            continue;
+        }
+        const NB_ULONG wrong = check_field(field, entry);
+        if (wrong != 0) {
+            return bad_parameter(wrong);
+        }
+        tidy_field(field, entry);
+    }
+    Result result = check_refs(row, entry);
+    if (result.ok()) {
+        result = check_alias(row, entry, old);
+    }
+    if (result.ok() && row.hooks.check != nullptr) {
+        result = row.hooks.check(*this, entry, old);
+    }
+    return result;
+}
+
+bool Engine::is_busy(const Resource &resource) const {
+    const ClassRow &row = *resource.row;
+    return row.hooks.busy != nullptr ? row.hooks.busy(resource) : resource.state != NAP_NOT_ACTIVE;
+}
+
+Resource *Engine::owner_of(const Resource &resource) const {
+    const ClassRow &row = *resource.row;
+    for (size_t at = 0; at < row.ref_count; at++) {
+        if ((row.refs[at].flags & REF_OWNER) != 0) {
+            return tables_[row.refs[at].to]->find(resource.entry.get() + row.refs[at].offset);
+        }
+    }
+    return nullptr;
+}
+
+void Engine::count_in_owner(const Resource &resource, int resources, int active) {
+    Resource *owner = owner_of(resource);
+    if (owner != nullptr && owner->row->hooks.counted != nullptr) {
+        owner->row->hooks.counted(*owner, resources, active);
+    }
+}
+
+/* Puts a checked and filled entry into the table, new or over `old`. */
+Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behaviour,
+                        Resource *old) {
+    Resource *resource = old;
+    if (old == nullptr) {
+        resource = &tables_[row.id]->insert(std::move(entry), behaviour);
+    } else {
+        if (owner_of(*old) != nullptr && old->state != NAP_NOT_ACTIVE) {
+            stop(*old, true);
+        }
+        count_in_owner(*old, -1, 0);
+        tables_[row.id]->update(*old, std::move(entry));
+    }
+    count_in_owner(*resource, 1, 0);
+    if (row.hooks.show != nullptr) {
+        row.hooks.show(*this, *resource);
+    }
+    if (row.hooks.defined != nullptr) {
+        row.hooks.defined(*this, *resource, old == nullptr);
+    }
+    if (row.life.has_states && row.life.auto_offset == 0 && owner_active(*resource)) {
+        start(*resource);
+    }
+    return *resource;
+}
+
+Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
+    Entry entry = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    memcpy(entry.get() + KEY_OFFSET, block.data() + KEY_IN_BLOCK, row.key_size());
+    for (const FieldRow &field : row.fields) {
+        if ((field.use & FIELD_KEY) != 0) {
+            tidy_field(field, entry.get());
+        }
+    }
+    Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
+    if (old != nullptr) {
+        const NB_UCHAR *known = old->entry.get();
+        if (old->derived ||
+            memcmp(known + KEY_OFFSET, entry.get() + KEY_OFFSET, row.key_size()) != 0) {
+            return bad_parameter(NAP_DUPLICATE_NAME);
+        }
+        memcpy(entry.get(), known, row.overlay_size());
+    }
+    put_number(entry.get(), 2, static_cast<NB_ULONG>(row.overlay_size()));
+    memcpy(entry.get() + row.def.offset, block.data() + row.def_in_define, row.def.length);
+    const Result result = check_entry(row, entry.get(), old);
+    if (!result.ok()) {
+        return result;
+    }
+    if (old != nullptr && is_busy(*old)) {
+        return bad_state(NAP_RESOURCE_ACTIVE);
+    }
+    if (row.hooks.fill != nullptr) {
+        row.hooks.fill(*this, entry.get());
+    }
+    const Behaviour behaviour = old != nullptr ? old->behaviour : DEFAULT_BEHAVIOUR;
+    if (store_ != nullptr && !store_->write({{row.name, entry.get() + KEY_OFFSET, row.key_size(),
+                                              entry.get(), row.overlay_size(), &behaviour}})) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    memcpy(block.data() + row.def_in_define, entry.get() + row.def.offset, row.def.length);
+    place(row, std::move(entry), behaviour, old);
+    return GOOD;
+}
+
+Resource &Engine::add_derived(const ClassRow &row, const std::vector<NB_UCHAR> &entry) {
+    Entry copy = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    memcpy(copy.get(), entry.data(), entry.size());
+    put_number(copy.get(), 2, static_cast<NB_ULONG>(row.overlay_size()));
+    Resource &made = place(row, std::move(copy), DEFAULT_BEHAVIOUR,
+                           tables_[row.id]->find(entry.data() + KEY_OFFSET));
+    made.derived = true;
+    return made;
+}
+
+/* What goes with the resource must be free, too. */
+Result Engine::check_unused(const Resource &resource) const {
+    Result result = GOOD;
+    if (is_busy(resource)) {
+        return bad_state(NAP_RESOURCE_ACTIVE);
+    }
+    for_referrers(resource, [this, &result](const RefRow &ref, const Resource &other) {
+        if (result.ok()) {
+            result = (ref.flags & REF_CARRIED) != 0 ? check_unused(other) : bad_state(NAP_IN_USE);
+        }
+    });
+    return result;
+}
+
+void Engine::remove_tree(Resource &resource) {
+    std::vector<Resource *> carried;
+    for_referrers(resource, [&carried](const RefRow &ref, Resource &other) {
+        if ((ref.flags & REF_CARRIED) != 0) {
+            carried.push_back(&other);
+        }
+    });
+    for (Resource *other : carried) {
+        remove_tree(*other);
+    }
+    timers_.cancel(resource.timer);
+    count_in_owner(resource, -1, resource.state == NAP_ACTIVE ? -1 : 0);
+    tables_[resource.row->id]->erase(resource);
+}
+
+Result Engine::remove(const ClassRow &row, const NB_UCHAR *block) {
+    Resource *resource = tables_[row.id]->find(block + KEY_IN_BLOCK);
+    if (resource == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    if (resource->derived) {
+        return bad_state(NAP_IN_USE);
+    }
+    Result result = row.hooks.removable != nullptr ? row.hooks.removable(*this, *resource) : GOOD;
+    if (result.ok()) {
+        result = check_unused(*resource);
+    }
+    if (!result.ok()) {
+        return result;
+    }
+    std::vector<StoreChange> changes = {
+        {row.name, resource->entry.get() + KEY_OFFSET, row.key_size(), nullptr, 0, nullptr}};
+    for_referrers(*resource, [&changes](const RefRow &, const Resource &other) {
+        if (!other.derived) {
+            changes.push_back({other.row->name, other.entry.get() + KEY_OFFSET,
+                               other.row->key_size(), nullptr, 0, nullptr});
+        }
+    });
+    if (store_ != nullptr && !store_->write(changes)) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    remove_tree(*resource);
+    traffic_changed();
+    return GOOD;
+}
+
+} // namespace node

@@ -1,0 +1,110 @@
+#include "nodekey.h"
+
+#include "nbbase.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <endian.h>
+
+namespace node {
+
+namespace {
+
+using FoldTable = std::array<NB_UCHAR, 256>;
+
+FoldTable make_local_table() {
+    FoldTable table{};
+    for (size_t at = 0; at < table.size(); at++) {
+        const bool lower = at >= 'a' && at <= 'z';
+        table[at] = static_cast<NB_UCHAR>(lower ? at - 'a' + 'A' : at);
+    }
+    table[0] = ' ';
+    return table;
+}
+
+FoldTable make_ebcdic_table() {
+    FoldTable table{};
+    for (size_t at = 0; at < table.size(); at++) {
+        table[at] = static_cast<NB_UCHAR>(at);
+    }
+    nba_ebcdic_to_local(table.data(), static_cast<NB_USHORT>(table.size()));
+    table[0] = ' ';
+    return table;
+}
+
+const FoldTable &fold_table(KeyKind kind) {
+    static const FoldTable local = make_local_table();
+    static const FoldTable ebcdic = make_ebcdic_table();
+    return kind == KeyKind::Ebcdic ? ebcdic : local;
+}
+
+uint64_t leading_mask(size_t bytes) {
+    return bytes >= 8 ? ~uint64_t{0} : ~(~uint64_t{0} >> (8 * bytes));
+}
+
+} // namespace
+
+SortKey fold_key(const KeyPart *parts, const NB_UCHAR *raw) {
+    NB_UCHAR folded[NAP_MAX_KEY] = {};
+    size_t at = 0;
+    for (size_t part = 0; part < MAX_KEY_PARTS && parts[part].kind != KeyKind::None; part++) {
+        if (parts[part].kind == KeyKind::Number) {
+            NB_USHORT value = 0;
+            memcpy(&value, raw + at, sizeof value);
+            folded[at++] = static_cast<NB_UCHAR>(value >> 8);
+            folded[at++] = static_cast<NB_UCHAR>(value);
+            continue;
+        }
+        const FoldTable &table = fold_table(parts[part].kind);
+        for (const size_t end = at + parts[part].width; at < end; at++) {
+            folded[at] = table[raw[at]];
+        }
+    }
+    SortKey key{};
+    key.words = static_cast<NB_ULONG>((at + 7) / 8);
+    for (size_t word = 0; word < key.words; word++) {
+        uint64_t bytes = 0;
+        memcpy(&bytes, folded + 8 * word, sizeof bytes);
+        key.word[word] = be64toh(bytes);
+    }
+    return key;
+}
+
+SortKey cut_key(const SortKey &key, size_t bytes) {
+    SortKey cut = key;
+    for (size_t word = 0; word < cut.words; word++) {
+        const size_t before = 8 * word;
+        cut.word[word] &= bytes <= before ? 0 : leading_mask(bytes - before);
+    }
+    return cut;
+}
+
+bool same_leading(const SortKey &left, const SortKey &right, size_t bytes) {
+    const size_t words = std::min<size_t>(left.words, (bytes + 7) / 8);
+    for (size_t word = 0; word < words; word++) {
+        if (((left.word[word] ^ right.word[word]) & leading_mask(bytes - 8 * word)) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+NB_INT compare_sort_keys(const NB_VOID *left, const NB_VOID *right) {
+    const auto *a = static_cast<const SortKey *>(left);
+    const auto *b = static_cast<const SortKey *>(right);
+    for (size_t word = 0; word < a->words; word++) {
+        if (a->word[word] != b->word[word]) {
+            return a->word[word] < b->word[word] ? -1 : 1;
+        }
+    }
+    return 0;
+}
+
+bool is_blank(KeyKind kind, const NB_UCHAR *raw, size_t width) {
+    const NB_UCHAR blank = kind == KeyKind::Ebcdic ? 0x40 : 0x20;
+    return std::all_of(raw, raw + width,
+                       [blank](NB_UCHAR byte) { return byte == blank || byte == 0; });
+}
+
+} // namespace node

@@ -1,0 +1,64 @@
+/* Keys of resources, folded so that comparing them is comparing numbers.
+ *
+ * A list is kept in one order, the order in which the administration program keeps its own indexes:
+ * local names compare without case, EBCDIC names by their characters in the local code page,
+ * numbers by value, composite keys part by part.  Folding turns the bytes of a key one by one into
+ * bytes whose plain order is that order; so the leading bytes of a folded key are the folded
+ * leading bytes, which is what the owner filter of a list relies on. */
+#ifndef NODEKEY_H
+#define NODEKEY_H
+
+#include "nofrec.h"
+
+#include <cstddef>
+
+namespace node {
+
+enum class KeyKind : NB_UCHAR {
+    None,   /* ends the parts */
+    Local,  /* local code page, blank padded (NUL padding counts as blanks) */
+    Ebcdic, /* EBCDIC, blank padded */
+    Number, /* 16 bits in host order; `width` is 2 */
+};
+
+struct KeyPart {
+    KeyKind kind;
+    NB_UCHAR width; /* bytes */
+};
+
+constexpr size_t MAX_KEY_PARTS = 4;
+constexpr size_t KEY_WORDS = NAP_MAX_KEY / 8;
+
+/* A folded key: `words` big-endian groups of 8 bytes, zero behind the end. */
+struct SortKey {
+    NB_ULONG words;
+    uint64_t word[KEY_WORDS];
+};
+
+/* Bytes of a key with these parts. */
+constexpr size_t key_length(const KeyPart *parts) {
+    size_t length = 0;
+    for (size_t at = 0; at < MAX_KEY_PARTS && parts[at].kind != KeyKind::None; at++) {
+        length += parts[at].width;
+    }
+    return length;
+}
+
+/* Folds key_length(parts) bytes. */
+SortKey fold_key(const KeyPart *parts, const NB_UCHAR *raw);
+
+/* Cuts a folded key after `bytes` bytes: the least key that begins with them. */
+SortKey cut_key(const SortKey &key, size_t bytes);
+
+/* True when the first `bytes` bytes of both are the same. */
+bool same_leading(const SortKey &left, const SortKey &right, size_t bytes);
+
+/* The comparison of an AVL_TREE whose keys are SortKeys of one class. */
+NB_INT compare_sort_keys(const NB_VOID *left, const NB_VOID *right);
+
+/* True when every byte is a blank of the part's character set or NUL. */
+bool is_blank(KeyKind kind, const NB_UCHAR *raw, size_t width);
+
+} // namespace node
+
+#endif

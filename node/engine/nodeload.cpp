@@ -1,0 +1,211 @@
+/* Loading a node: from its text at the first start, from its store later. */
+#include "nodeengine.h"
+
+#include "nbbase.h"
+#include "nodelog.h"
+#include "nodesna.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace node {
+
+namespace {
+
+struct Meaning {
+    NB_ULONG secondary;
+    const char *text;
+};
+
+constexpr Meaning meanings[] = {
+    {NAP_INVALID_NAME, "a name that it needs is missing or not allowed"},
+    {NAP_INVALID_VALUE, "two of its values do not fit together, or an address is used twice"},
+    {NAP_UNKNOWN_OWNER, "it names a resource that this node does not have; define that first"},
+    {NAP_DUPLICATE_NAME, "its name or alias is used already; choose another"},
+};
+
+const char *meaning_of(Result result) {
+    if (result.primary == NAP_NOT_SUPPORTED) {
+        return "the node does not support it; see the lines of its [node] section";
+    }
+    for (const Meaning &meaning : meanings) {
+        if (meaning.secondary == result.secondary) {
+            return meaning.text;
+        }
+    }
+    return "it does not fit";
+}
+
+/* The name of a resource as the text writes it. */
+std::string title_of(const ClassRow &row, const NB_UCHAR *entry) {
+    std::string title = row.name;
+    for (const FieldRow &field : row.fields) {
+        if ((field.use & FIELD_KEY) != 0) {
+            title += " " + format_field(field, entry);
+        }
+    }
+    return title;
+}
+
+std::unique_ptr<NB_UCHAR[]> copy_of(const ClassRow &row, const NB_UCHAR *entry, size_t length) {
+    auto copy = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    memcpy(copy.get(), entry, length);
+    put_number(copy.get(), 2, static_cast<NB_ULONG>(row.overlay_size()));
+    return copy;
+}
+
+} // namespace
+
+void Engine::add_sna_defined() {
+    const auto add = [this](ClassId id, const NB_VOID *entry, size_t length) {
+        const auto *bytes = static_cast<const NB_UCHAR *>(entry);
+        if (tables_[id]->find(bytes + KEY_OFFSET) == nullptr) {
+            place(class_row(id), copy_of(class_row(id), bytes, length), DEFAULT_BEHAVIOUR, nullptr);
+        }
+    };
+    for (const NAP_COS_DATA &entry : sna_cos()) {
+        add(CLASS_COS, &entry, sizeof entry);
+    }
+    for (const NAP_MODE_DEF_DATA &entry : sna_modes()) {
+        add(CLASS_MODE_DEF, &entry, sizeof entry);
+    }
+}
+
+void Engine::load_resource(const TextResource &text, DomainText &domain) {
+    const ClassRow &row = *text.row;
+    Entry entry = copy_of(row, text.entry.data(), text.entry.size());
+    Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
+    const bool replaces = old != nullptr && row.hooks.removable != nullptr &&
+                          row.hooks.removable(*this, *old).secondary == NAP_INVALID_NAME;
+    Result result = old != nullptr && !replaces ? bad_parameter(NAP_DUPLICATE_NAME)
+                                                : check_entry(row, entry.get(), old);
+    if (!result.ok()) {
+        domain.error(text.line, title_of(row, text.entry.data()) + ": " + meaning_of(result));
+        return;
+    }
+    if (row.hooks.fill != nullptr) {
+        row.hooks.fill(*this, entry.get());
+    }
+    place(row, std::move(entry), text.behaviour, old);
+}
+
+bool Engine::load_text(const TextNode &text, DomainText &domain) {
+    const size_t errors_before = domain.errors.size();
+    for (const TextRecord &record : text.records) {
+        memcpy(records_.image(*record.row), record.image.data(), record.image.size());
+    }
+    server_flags_ = text.facts.server_flags;
+    wanted_ = text.facts.start != 0;
+    node_state_ = text.facts.back_level != 0   ? NAP_NODE_BACK_LEVEL
+                  : text.facts.configured != 0 ? NAP_NODE_STOPPED
+                                               : NAP_NODE_UNCONFIGURED;
+    const NAP_QUERY_NODE_VERB record = node_record();
+    if (text.facts.configured != 0 &&
+        is_blank(KeyKind::Ebcdic, record.info.fq_cp_name, sizeof record.info.fq_cp_name)) {
+        domain.error(text.line, "node " + text.name + " needs a line fq_cp_name = NETWORK.NAME");
+    }
+    add_sna_defined();
+    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
+        for (const TextResource &resource : text.resources) {
+            if (resource.row->id == id) {
+                load_resource(resource, domain);
+            }
+        }
+    }
+    if (domain.errors.size() != errors_before) {
+        return false;
+    }
+    if (!store_all()) {
+        domain.error(text.line, "node " + text.name + " could not be stored; see the problem log");
+        return false;
+    }
+    return true;
+}
+
+/* Everything as one transaction; the fact that says so comes last. */
+bool Engine::store_all() {
+    std::vector<StoreChange> changes;
+    if (store_ == nullptr) {
+        return true;
+    }
+    for (const auto &table : tables_) {
+        const ClassRow &row = table->row();
+        for (Resource *at = table->first(); at != nullptr; at = ResourceTable::next(*at)) {
+            if (!at->derived) {
+                changes.push_back({row.name, at->entry.get() + KEY_OFFSET, row.key_size(),
+                                   at->entry.get(), row.overlay_size(), &at->behaviour});
+            }
+        }
+    }
+    for (const RecordRow &row : all_records()) {
+        const bool skipped = row.of_domain || (node_state_ == NAP_NODE_UNCONFIGURED &&
+                                               strcmp(row.name, "node") == 0);
+        if (!skipped) {
+            changes.push_back({row.name, nullptr, 0, records_.image(row), row.block_size, nullptr});
+        }
+    }
+    return store_->write(changes) && store_->set_fact(FACT_WANTED, wanted_ ? "1" : "0") &&
+           store_->set_fact(FACT_BACK_LEVEL, node_state_ == NAP_NODE_BACK_LEVEL ? "1" : "0") &&
+           store_->set_fact(FACT_LOADED, "1");
+}
+
+void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behaviour &behaviour) {
+    Entry entry = copy_of(row, bytes, row.overlay_size());
+    if (row.life.has_states) {
+        memset(entry.get() + row.det.offset, 0, row.det.length);
+    }
+    if (tables_[row.id]->find(entry.get() + KEY_OFFSET) != nullptr ||
+        !check_refs(row, entry.get()).ok() || !check_alias(row, entry.get(), nullptr).ok()) {
+        nba_pd_print_problem(LOG_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
+        return;
+    }
+    if (row.hooks.fill != nullptr) {
+        row.hooks.fill(*this, entry.get());
+    }
+    place(row, std::move(entry), behaviour, nullptr);
+}
+
+/* Settings take their places at once; resources wait for those that they refer to. */
+bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) {
+    return store_->read([&](const StoreRow &stored) {
+        const ClassRow *row = class_by_name(stored.section);
+        const RecordRow *record = record_by_name(stored.section);
+        if (record != nullptr && stored.record_length == record->block_size) {
+            memcpy(records_.image(*record), stored.record, stored.record_length);
+            configured = configured || stored.section == "node";
+        } else if (row != nullptr && stored.record_length == row->overlay_size()) {
+            resources.push_back(
+                {row, {stored.record, stored.record + stored.record_length}, stored.behaviour, 0});
+        } else {
+            nba_pd_print_problem(LOG_STORE_RECORD, 2, "s", stored.section.c_str());
+        }
+        return true;
+    });
+}
+
+bool Engine::load_store(std::string &why) {
+    std::vector<TextResource> resources;
+    bool configured = false;
+    if (store_ == nullptr || store_->fact(FACT_LOADED) != "1") {
+        return false;
+    }
+    if (!read_store(resources, configured)) {
+        why = "the store cannot be read; see the problem log";
+        return false;
+    }
+    node_state_ = store_->fact(FACT_BACK_LEVEL) == "1" ? NAP_NODE_BACK_LEVEL
+                  : configured                         ? NAP_NODE_STOPPED
+                                                       : NAP_NODE_UNCONFIGURED;
+    wanted_ = store_->fact(FACT_WANTED) == "1";
+    std::stable_sort(resources.begin(), resources.end(),
+                     [](const TextResource &left, const TextResource &right) {
+                         return left.row->id < right.row->id;
+                     });
+    for (const TextResource &stored : resources) {
+        load_stored(*stored.row, stored.entry.data(), stored.behaviour);
+    }
+    add_sna_defined();
+    return true;
+}
+
+} // namespace node

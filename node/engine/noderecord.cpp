@@ -1,0 +1,143 @@
+#include "noderecord.h"
+
+#include "nodewords.h"
+#include "nofverbs.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace node {
+
+namespace {
+
+constexpr FieldWord keepalive_words[] = {
+    {"none", 0},
+    {"no_operation", 1},
+    {"timing_mark", 2},
+    {nullptr, 0},
+};
+
+constexpr FieldRow node_fields[] = {
+    FQ(NAP_QUERY_NODE_VERB, info.fq_cp_name, "fq_cp_name", 0),
+    LOCAL(NAP_QUERY_NODE_VERB, info.cp_alias, "cp_alias", 0),
+    WORD(NAP_QUERY_NODE_VERB, info.node_type, "node_type", node_words, "network_node"),
+    TEXT(NAP_QUERY_NODE_VERB, info.description, "description"),
+    NUMBER(NAP_QUERY_NODE_VERB, cp_nau_addr, "cp_nau_addr", 0, 254, "0"),
+    FLAG(NAP_QUERY_NODE_VERB, dlur_support, "dlur_support", "yes"),
+    FLAG(NAP_QUERY_NODE_VERB, dspu_support, "dspu_support", "yes"),
+    FLAG(NAP_QUERY_NODE_VERB, hpr_support, "hpr_support", "yes"),
+    FLAG(NAP_QUERY_NODE_VERB, tn3270_support, "tn3270_support", "yes"),
+    FLAG(NAP_QUERY_NODE_VERB, primary_support, "primary_support", "no"),
+    FLAG(NAP_QUERY_NODE_VERB, tamrix_support, "tamrix_support", "no"),
+    FLAG(NAP_QUERY_NODE_VERB, directory_register, "directory_register", "yes"),
+    HEX(NAP_QUERY_NODE_VERB, node_id, "node_id", "07100000"),
+};
+
+constexpr FieldRow limits_fields[] = {
+    NUMBER(NAP_QUERY_NODE_LIMITS_VERB, max_lus, "max_lus", 0, 0xFFFFFFFF, "0"),
+    NUMBER(NAP_QUERY_NODE_LIMITS_VERB, max_links, "max_links", 0, 0xFFFFFFFF, "0"),
+    NUMBER(NAP_QUERY_NODE_LIMITS_VERB, max_sessions, "max_sessions", 0, 0xFFFFFFFF, "0"),
+    NUMBER(NAP_QUERY_NODE_LIMITS_VERB, max_users, "max_users", 0, 0xFFFFFFFF, "0"),
+};
+
+constexpr FieldRow defaults_fields[] = {
+    TEXT(NAP_QUERY_DEFAULTS_VERB, def_data.description, "description"),
+    SNA(NAP_QUERY_DEFAULTS_VERB, def_data.mode_name, "mode_name", 0),
+    FLAG(NAP_QUERY_DEFAULTS_VERB, def_data.implicit_plu_forbidden, "implicit_plu_forbidden", "no"),
+    FLAG(NAP_QUERY_DEFAULTS_VERB, def_data.specific_security_codes, "specific_security_codes",
+         "no"),
+    FLAG(NAP_QUERY_DEFAULTS_VERB, def_data.dynamic_conversation_security,
+         "dynamic_conversation_security", "yes"),
+    NUMBER(NAP_QUERY_DEFAULTS_VERB, def_data.limited_timeout, "limited_timeout", 0, 65535, "0"),
+};
+
+constexpr FieldRow trace_fields[] = {
+    HEX(NAP_QUERY_TRACE_VERB, trace_flags, "trace_flags", "0"),
+    NUMBER(NAP_QUERY_TRACE_VERB, truncation, "truncation", 0, 65535, "0"),
+    TEXT(NAP_QUERY_TRACE_VERB, trace_file, "trace_file"),
+};
+
+constexpr FieldRow logging_fields[] = {
+    FLAG(NAP_QUERY_LOGGING_VERB, enabled, "enabled", "no"),
+    FLAG(NAP_QUERY_LOGGING_VERB, audit, "audit", "no"),
+    FLAG(NAP_QUERY_LOGGING_VERB, exception, "exception", "yes"),
+    FLAG(NAP_QUERY_LOGGING_VERB, succinct, "succinct", "yes"),
+    TEXT(NAP_QUERY_LOGGING_VERB, node_name, "node_name"),
+};
+
+#define TN_FIELDS(port_initial)                                                                    \
+    NUMBER(NAP_QUERY_TN_SETTINGS_VERB, port, "port", 0, 65535, port_initial),                      \
+        FLAG(NAP_QUERY_TN_SETTINGS_VERB, force_responses, "force_responses", "no"),                \
+        WORD(NAP_QUERY_TN_SETTINGS_VERB, keepalive, "keepalive", keepalive_words, "none"),         \
+        NUMBER(NAP_QUERY_TN_SETTINGS_VERB, keepalive_interval, "keepalive_interval", 0, 65535,     \
+               "600"),                                                                             \
+        TEXT(NAP_QUERY_TN_SETTINGS_VERB, host, "host")
+
+constexpr FieldRow tn_fields[] = {TN_FIELDS("23")};
+constexpr FieldRow tn_other_fields[] = {TN_FIELDS("0")};
+constexpr FieldRow tn_ldap_fields[] = {TN_FIELDS("389")};
+
+constexpr FieldRow tamrix_fields[] = {
+    TEXT(NAP_QUERY_TAMRIX_DEFAULTS_VERB, domain_name, "domain_name"),
+};
+
+#define RECORD(opcode, name, block, of_domain, fields)                                             \
+    { opcode, name, sizeof(block), of_domain, TABLE(fields) }
+
+constexpr RecordRow record_rows[] = {
+    RECORD(NAP_QUERY_NODE, "node", NAP_QUERY_NODE_VERB, false, node_fields),
+    RECORD(NAP_QUERY_NODE_LIMITS, "limits", NAP_QUERY_NODE_LIMITS_VERB, false, limits_fields),
+    RECORD(NAP_QUERY_DEFAULTS, "defaults", NAP_QUERY_DEFAULTS_VERB, false, defaults_fields),
+    RECORD(NAP_QUERY_TN3270_DEFAULTS, "tn3270", NAP_QUERY_TN_SETTINGS_VERB, false, tn_fields),
+    RECORD(NAP_QUERY_TN3270_SSL_LDAP, "tn3270_ssl_ldap", NAP_QUERY_TN_SETTINGS_VERB, false,
+           tn_ldap_fields),
+    RECORD(NAP_QUERY_TN3270_SLP, "tn3270_slp", NAP_QUERY_TN_SETTINGS_VERB, false, tn_other_fields),
+    RECORD(NAP_QUERY_TN3270_EXPRESS_LOGON, "tn3270_express_logon", NAP_QUERY_TN_SETTINGS_VERB,
+           false, tn_other_fields),
+    RECORD(NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, "tamrix", NAP_QUERY_TAMRIX_DEFAULTS_VERB, false,
+           tamrix_fields),
+    RECORD(NAP_QUERY_DLC_TRACE, "dlc_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_TRACE_TYPE, "trace_type", NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_CS_TRACE, "cs_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_BCK_CS_TRACE, "back_cs_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_TN_SERVER_TRACE, "tn_server_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_TN3270_SLP_TRACE, "tn3270_slp_trace", NAP_QUERY_TRACE_VERB, false,
+           trace_fields),
+    RECORD(NAP_QUERY_GLOBAL_LOG_TYPE, "global_log_type", NAP_QUERY_LOGGING_VERB, true,
+           logging_fields),
+    RECORD(NAP_QUERY_CENTRAL_LOGGING, "central_logging", NAP_QUERY_LOGGING_VERB, true,
+           logging_fields),
+    RECORD(NAP_QUERY_CENTRAL_LOGGER, "central_logger", NAP_QUERY_LOGGING_VERB, true,
+           logging_fields),
+};
+
+template <class Match> const RecordRow *find_row(Match match) {
+    const RecordRow *row = std::find_if(std::begin(record_rows), std::end(record_rows), match);
+    return row == std::end(record_rows) ? nullptr : row;
+}
+
+} // namespace
+
+RecordRows all_records() {
+    return {std::begin(record_rows), std::end(record_rows)};
+}
+
+const RecordRow *record_by_verb(NB_USHORT opcode) {
+    return find_row([opcode](const RecordRow &row) { return row.opcode == opcode; });
+}
+
+const RecordRow *record_by_name(std::string_view name) {
+    return find_row([name](const RecordRow &row) { return name == row.name; });
+}
+
+RecordSet::RecordSet() {
+    for (const RecordRow &row : record_rows) {
+        std::vector<NB_UCHAR> &image = images_[row.opcode];
+        Behaviour unused = DEFAULT_BEHAVIOUR;
+        image.assign(row.block_size, 0);
+        put_number(image.data(), 2, row.opcode);
+        set_initial_fields(row.fields, image.data(), unused);
+    }
+}
+
+} // namespace node

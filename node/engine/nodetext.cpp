@@ -1,0 +1,397 @@
+#include "nodetext.h"
+
+#include "nodewords.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+namespace node {
+
+namespace {
+
+constexpr FieldRow domain_facts_fields[] = {
+    TEXT(DomainFacts, name, "name"),
+    FLAG(DomainFacts, client_server, "client_server", "no"),
+    FLAG(DomainFacts, domain_config, "domain_config", "yes"),
+};
+
+constexpr FieldRow node_facts_fields[] = {
+    WORD(NodeFacts, server_flags, "server", server_words, "none"),
+    FLAG(NodeFacts, start, "start", "yes"),
+    FLAG(NodeFacts, configured, "configured", "yes"),
+    FLAG(NodeFacts, back_level, "back_level", "no"),
+};
+
+constexpr FieldTable domain_facts_table = TABLE(domain_facts_fields);
+constexpr FieldTable node_facts_table = TABLE(node_facts_fields);
+constexpr size_t MAX_RANGE = 100000;
+
+std::string_view trim(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r";
+    const size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::vector<std::string> words_of(std::string_view text) {
+    std::vector<std::string> words;
+    for (text = trim(text); !text.empty();) {
+        const size_t end = std::min(text.find_first_of(" \t"), text.size());
+        words.emplace_back(text.substr(0, end));
+        text = trim(text.substr(end));
+    }
+    return words;
+}
+
+/* A name, or the names from FIRST..LAST, which differ in the digits at their ends only. */
+bool expand_range(const std::string &word, std::vector<std::string> &names) {
+    const size_t dots = word.find("..");
+    if (dots == std::string::npos) {
+        names.push_back(word);
+        return true;
+    }
+    const std::string first = word.substr(0, dots);
+    const std::string last = word.substr(dots + 2);
+    size_t stem = first.size();
+    while (stem > 0 && isdigit(static_cast<unsigned char>(first[stem - 1])) != 0) {
+        stem--;
+    }
+    size_t low = 0;
+    size_t high = 0;
+    const size_t digits = first.size() - stem;
+    const char *low_end = first.data() + first.size();
+    const char *high_end = last.data() + last.size();
+    if (digits == 0 || last.size() != first.size() || last.compare(0, stem, first, 0, stem) != 0 ||
+        std::from_chars(first.data() + stem, low_end, low).ptr != low_end ||
+        std::from_chars(last.data() + stem, high_end, high).ptr != high_end || high < low ||
+        high - low >= MAX_RANGE) {
+        return false;
+    }
+    for (size_t at = low; at <= high; at++) {
+        const std::string number = std::to_string(at);
+        names.push_back(first.substr(0, stem) + std::string(digits - number.size(), '0') + number);
+    }
+    return true;
+}
+
+bool good_node_name(const std::string &name) {
+    return !name.empty() && name.size() <= MAX_NODE_NAME && name[0] != '.' &&
+           std::all_of(name.begin(), name.end(), [](unsigned char c) {
+               return isalnum(c) != 0 || c == '-' || c == '_' || c == '.';
+           });
+}
+
+/* Reads line by line; what a `name = value` line means depends on the section that is open. */
+class Parser {
+public:
+    explicit Parser(DomainText &text) : text_(text) {}
+
+    void line(int number, std::string_view raw);
+    void end();
+
+private:
+    struct Place {
+        FieldTable table;
+        NB_UCHAR *record;
+        Behaviour *behaviour;
+    };
+
+    void title(std::string_view inside);
+    void value(std::string_view name, std::string_view text);
+    void open_domain();
+    void open_node(const std::vector<std::string> &words);
+    void open_record(const RecordRow &row);
+    void open_resource(const ClassRow &row, const std::vector<std::string> &words);
+    bool set_keys(const std::vector<std::string> &words);
+    void close_resource();
+    void set(const Place &place, const FieldRow &row, std::string_view value);
+    void error(const std::string &what) { text_.error(number_, what); }
+
+    DomainText &text_;
+    int number_ = 0;
+    bool open_ = false; /* false: the lines of a bad section are skipped */
+    std::vector<Place> places_;
+    std::vector<std::string> seen_;
+    TextResource pending_ = {};
+    std::vector<std::string> pending_names_;
+};
+
+std::string known_names(const FieldTable &table) {
+    std::string names;
+    for (const FieldRow &row : table) {
+        if ((row.use & FIELD_KEY) == 0) {
+            names += (names.empty() ? "" : ", ") + std::string(row.name);
+        }
+    }
+    return names;
+}
+
+void Parser::line(int number, std::string_view raw) {
+    const std::string_view text = trim(raw);
+    number_ = number;
+    if (text.empty() || text[0] == '#') {
+        return;
+    }
+    if (text[0] == '[') {
+        close_resource();
+        open_ = false;
+        places_.clear();
+        seen_.clear();
+        if (text.back() != ']') {
+            error("a section title ends with ]");
+            return;
+        }
+        title(text.substr(1, text.size() - 2));
+        return;
+    }
+    const size_t equals = text.find('=');
+    if (equals == std::string_view::npos) {
+        error("expected a section title or `name = value`");
+    } else {
+        value(trim(text.substr(0, equals)), trim(text.substr(equals + 1)));
+    }
+}
+
+void Parser::title(std::string_view inside) {
+    const std::vector<std::string> words = words_of(inside);
+    const std::string kind = words.empty() ? "" : words[0];
+    const RecordRow *record = record_by_name(kind);
+    const ClassRow *row = class_by_name(kind);
+    if (kind == "domain") {
+        open_domain();
+    } else if (kind == "node") {
+        open_node(words);
+    } else if (record != nullptr) {
+        open_record(*record);
+    } else if (row != nullptr && row->id != CLASS_PLU) {
+        open_resource(*row, words);
+    } else {
+        error(
+            "unknown section [" + kind + "]; known are domain, node, the resource classes " +
+            "(dlc, port, ls, pu, lu03, local_lu, cos, mode, partner_lu, mode_in_use, directory) " +
+            "and the settings records");
+    }
+}
+
+void Parser::open_domain() {
+    if (!text_.nodes.empty()) {
+        error("[domain] stands before the first node");
+        return;
+    }
+    places_.push_back({domain_facts_table, reinterpret_cast<NB_UCHAR *>(&text_.facts), nullptr});
+    open_ = true;
+}
+
+void Parser::open_node(const std::vector<std::string> &words) {
+    if (words.size() != 2 || !good_node_name(words[1])) {
+        error("a node is [node NAME], the name of letters, digits, '-', '_' and '.'");
+        return;
+    }
+    if (text_.find(words[1]) != nullptr) {
+        error("there is a node " + words[1] + " already; choose another name");
+        return;
+    }
+    const RecordRow &row = *record_by_name("node");
+    text_.nodes.push_back({words[1], number_, {}, {}, {}});
+    TextNode &made = text_.nodes.back();
+    RecordSet initial;
+    made.records.push_back(
+        {&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
+    places_.push_back({node_facts_table, reinterpret_cast<NB_UCHAR *>(&made.facts), nullptr});
+    places_.push_back({row.fields, made.records[0].image.data(), nullptr});
+    open_ = true;
+}
+
+void Parser::open_record(const RecordRow &row) {
+    if (row.of_domain != text_.nodes.empty()) {
+        error(row.of_domain ? "this section belongs to the domain: it stands before the first node"
+                            : "this section belongs to a node: it stands behind a [node NAME]");
+        return;
+    }
+    std::vector<TextRecord> &records = row.of_domain ? text_.records : text_.nodes.back().records;
+    RecordSet initial;
+    records.push_back({&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
+    places_.push_back({row.fields, records.back().image.data(), nullptr});
+    open_ = true;
+}
+
+void Parser::open_resource(const ClassRow &row, const std::vector<std::string> &words) {
+    if (text_.nodes.empty()) {
+        error("a resource belongs to a node: its section stands behind a [node NAME]");
+        return;
+    }
+    pending_ = {&row, std::vector<NB_UCHAR>(row.overlay_size()), DEFAULT_BEHAVIOUR, number_};
+    put_number(pending_.entry.data(), 2, static_cast<NB_ULONG>(row.overlay_size()));
+    set_initial_fields(row.fields, pending_.entry.data(), pending_.behaviour);
+    open_ = set_keys(words);
+    if (open_) {
+        places_.push_back({row.fields, pending_.entry.data(), &pending_.behaviour});
+    }
+}
+
+/* The words of a title are the key fields in order; only the last name may be a range. */
+bool Parser::set_keys(const std::vector<std::string> &words) {
+    const ClassRow &row = *pending_.row;
+    std::string form;
+    size_t at = 1;
+    bool good = true;
+    pending_names_.clear();
+    for (const FieldRow &field : row.fields) {
+        if ((field.use & FIELD_KEY) == 0) {
+            continue;
+        }
+        form += std::string(" ") + field.name;
+        const std::string word = at < words.size() ? words[at] : "";
+        const bool named = strcmp(field.name, "name") == 0;
+        std::string why;
+        at++;
+        if (named && expand_range(word, pending_names_) && !pending_names_.empty()) {
+            continue;
+        }
+        if (named || !set_field(field, word == "-" ? "" : word, pending_.entry.data(), why)) {
+            good = false;
+        }
+    }
+    if (!good || at != words.size()) {
+        error("the title is [" + std::string(row.name) + form + "] (- for a blank name; the name " +
+              "may be a range, as in LU01..LU24)");
+        return false;
+    }
+    return true;
+}
+
+void Parser::close_resource() {
+    if (!open_ || pending_.row == nullptr) {
+        pending_.row = nullptr;
+        return;
+    }
+    const ClassRow &row = *pending_.row;
+    const FieldRow *name_field = row.fields.find("name");
+    NB_ULONG count = 0;
+    for (const std::string &name : pending_names_) {
+        TextResource made = pending_;
+        std::string why;
+        if (!set_field(*name_field, name == "-" ? "" : name, made.entry.data(), why)) {
+            text_.error(made.line, name + " is no name here: " + why);
+        }
+        for (const FieldRow &field : row.fields) {
+            if ((field.use & FIELD_COUNTS) != 0) {
+                NB_UCHAR *at = made.entry.data() + field.offset;
+                const NB_ULONG value = get_number(at, field.width) + count;
+                if (value > field.high) {
+                    text_.error(made.line, name + ": " + field.name + " would be " +
+                                               std::to_string(value) + ", at most " +
+                                               std::to_string(field.high) + " is allowed");
+                    break;
+                }
+                put_number(at, field.width, value);
+            }
+        }
+        text_.nodes.back().resources.push_back(std::move(made));
+        count++;
+    }
+    pending_.row = nullptr;
+}
+
+void Parser::set(const Place &place, const FieldRow &row, std::string_view value) {
+    NB_UCHAR *record = (row.use & FIELD_BEHAVIOUR) != 0
+                           ? reinterpret_cast<NB_UCHAR *>(place.behaviour)
+                           : place.record;
+    std::string why;
+    if (!set_field(row, value, record, why)) {
+        error("'" + std::string(value) + "' is no value of " + row.name + ": it takes " + why);
+    }
+}
+
+void Parser::value(std::string_view name, std::string_view text) {
+    if (!open_) {
+        if (places_.empty() && text_.errors.empty()) {
+            error("a line stands in a section; begin with [domain]");
+        }
+        return;
+    }
+    if (std::find(seen_.begin(), seen_.end(), name) != seen_.end()) {
+        error(std::string(name) + " stands here twice; keep one of them");
+        return;
+    }
+    seen_.emplace_back(name);
+    std::string known;
+    for (const Place &place : places_) {
+        const FieldRow *row = place.table.find(name);
+        if (row != nullptr && (row->use & FIELD_KEY) == 0) {
+            set(place, *row, text);
+            return;
+        }
+        known += (known.empty() ? "" : ", ") + known_names(place.table);
+    }
+    error("unknown field '" + std::string(name) + "'; known are " + known);
+}
+
+void Parser::end() {
+    close_resource();
+    if (text_.nodes.empty()) {
+        error("the text has no node; add a [node NAME]");
+    }
+    const auto is_master = [](const TextNode &node) {
+        return (node.facts.server_flags & NAP_SERVER_MASTER) != 0;
+    };
+    const auto masters = std::count_if(text_.nodes.begin(), text_.nodes.end(), is_master);
+    if (text_.facts.client_server != 0 && masters != 1) {
+        error("a client/server domain has exactly one node with `server = master`");
+    }
+    if (text_.facts.client_server == 0 && text_.nodes.size() > 1) {
+        error("a domain of several nodes needs `client_server = yes`");
+    }
+}
+
+} // namespace
+
+void DomainText::error(int line, const std::string &what) {
+    if (errors.size() < MAX_TEXT_ERRORS) {
+        errors.push_back(file + ":" + std::to_string(line) + ": " + what);
+    }
+}
+
+const TextNode *DomainText::find(const std::string &node) const {
+    const auto same = [&node](const TextNode &other) {
+        return strcasecmp(other.name.c_str(), node.c_str()) == 0;
+    };
+    const auto found = std::find_if(nodes.begin(), nodes.end(), same);
+    return found == nodes.end() ? nullptr : &*found;
+}
+
+DomainText parse_domain_text(const std::string &file_name, std::string_view text) {
+    DomainText domain;
+    domain.file = file_name;
+    Parser parser(domain);
+    int number = 0;
+    while (!text.empty()) {
+        const size_t end = std::min(text.find('\n'), text.size());
+        parser.line(++number, text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    parser.end();
+    return domain;
+}
+
+DomainText read_domain_file(const std::string &file_name) {
+    std::ifstream file(file_name, std::ios::binary);
+    if (!file) {
+        DomainText domain;
+        domain.file = file_name;
+        domain.errors.push_back(file_name + ": cannot be read: " + strerror(errno));
+        return domain;
+    }
+    const std::string text((std::istreambuf_iterator<char>(file)),
+                           std::istreambuf_iterator<char>());
+    return parse_domain_text(file_name, text);
+}
+
+} // namespace node

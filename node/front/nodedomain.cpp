@@ -1,0 +1,212 @@
+#include "nodedomain.h"
+
+#include "nodewire.h"
+#include "nofverbs.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace node {
+
+namespace {
+
+constexpr ListRow all_nodes = {NAP_QUERY_NODE_ALL, 0, 0, 0};
+constexpr ListRow network_nodes = {NAP_QUERY_SNA_NET, 0, 0, 0};
+
+const ClassRow &node_row() {
+    static const ClassRow row = [] {
+        ClassRow made = {};
+        made.name = "domain_node";
+        made.entry_size = sizeof(NAP_NODE_ALL_DATA);
+        made.key[0] = {KeyKind::Local, 128};
+        made.alias.rival = CLASS_COUNT;
+        return made;
+    }();
+    return row;
+}
+
+std::unique_ptr<NB_UCHAR[]> entry_of(const NAP_NODE_ALL_DATA &record) {
+    auto bytes = std::make_unique<NB_UCHAR[]>(node_row().overlay_size());
+    memcpy(bytes.get(), &record, sizeof record);
+    return bytes;
+}
+
+std::string fact_of(const std::string &node) {
+    return "server_flags " + node;
+}
+
+std::string name_of(const NAP_NODE_ALL_DATA &record) {
+    return local_text(record.node_name, sizeof record.node_name);
+}
+
+} // namespace
+
+Domain::Domain(const DomainText &text, Store &store, const Clock &clock)
+    : text_(text), store_(store), clock_(clock), nodes_(node_row()) {
+    for (const TextRecord &record : text_.records) {
+        memcpy(records_.image(*record.row), record.image.data(), record.image.size());
+    }
+    for (const TextNode &node : text_.nodes) {
+        NAP_NODE_ALL_DATA record = {};
+        record.overlay_size = static_cast<NB_USHORT>(node_row().overlay_size());
+        memcpy(record.node_name, node.name.data(), node.name.size());
+        const std::string stored = store_.fact(fact_of(node.name).c_str());
+        const char *end = stored.data() + stored.size();
+        NB_ULONG flags = node.facts.server_flags;
+        std::from_chars(stored.data(), end, flags);
+        record.info.server_flags = flags;
+        if (text_.facts.client_server == 0 && text_.facts.domain_config != 0) {
+            record.info.server_flags |= NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
+        }
+        nodes_.insert(entry_of(record), DEFAULT_BEHAVIOUR);
+    }
+    show_servers();
+}
+
+Resource *Domain::find(const std::string &node) const {
+    NB_UCHAR key[NAP_MAX_KEY] = {};
+    memcpy(key, node.data(), std::min(node.size(), sizeof key));
+    return nodes_.find(key);
+}
+
+NAP_NODE_INFO Domain::info(const std::string &node) const {
+    const Resource *resource = find(node);
+    return resource != nullptr ? Engine::get<NAP_NODE_ALL_DATA>(*resource).info : NAP_NODE_INFO{};
+}
+
+NB_ULONG Domain::server_flags(const std::string &node) const {
+    return info(node).server_flags;
+}
+
+std::string Domain::master() const {
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        if ((record.info.server_flags & NAP_SERVER_MASTER) != 0) {
+            return name_of(record);
+        }
+    }
+    return "";
+}
+
+void Domain::update(const std::string &node, const NAP_NODE_INFO &info) {
+    Resource *resource = find(node);
+    if (resource == nullptr) {
+        return;
+    }
+    auto record = Engine::get<NAP_NODE_ALL_DATA>(*resource);
+    const NB_ULONG flags = record.info.server_flags;
+    record.info = info;
+    record.info.server_flags = flags;
+    up_since_ms_[node] = clock_.now_ms() - uint64_t{info.up_time} * 10;
+    Engine::put(*resource, record);
+    show_servers();
+}
+
+void Domain::lost(const std::string &node) {
+    NAP_NODE_INFO gone = info(node);
+    gone.node_state = NAP_NODE_STOPPED;
+    gone.up_time = 0;
+    update(node, gone);
+}
+
+/* The network file's list is the part of the nodes that are servers. */
+void Domain::show_servers() {
+    servers_ = std::make_unique<ResourceTable>(node_row());
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        if (record.info.server_flags != 0) {
+            servers_->insert(entry_of(record), DEFAULT_BEHAVIOUR);
+        }
+    }
+}
+
+void Domain::refresh_up_times() {
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        if (record.info.node_state == NAP_NODE_ACTIVE) {
+            const uint64_t since = up_since_ms_[name_of(record)];
+            record.info.up_time = static_cast<NB_ULONG>((clock_.now_ms() - since) / 10);
+            Engine::put(*at, record);
+        }
+    }
+}
+
+Result Domain::query(Answer &answer) {
+    NAP_QUERY_LIST query;
+    memcpy(&query, answer.block.data(), sizeof query);
+    Result result;
+    if (query.opcode == NAP_QUERY_NODE_ALL) {
+        refresh_up_times();
+        result = nodes_.list(all_nodes, query, answer.data);
+    } else if (query.opcode == NAP_QUERY_SNA_NET) {
+        result = servers_->list(network_nodes, query, answer.data);
+    } else {
+        result = list_nothing(query);
+    }
+    memcpy(answer.block.data(), &query, sizeof query);
+    return result;
+}
+
+Result Domain::change_backup(const Answer &answer, bool add, std::string &changed) {
+    NAP_NAME_VERB verb;
+    memcpy(&verb, answer.block.data(), sizeof verb);
+    Resource *resource = nodes_.find(verb.key);
+    if (resource == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    auto record = Engine::get<NAP_NODE_ALL_DATA>(*resource);
+    const NB_ULONG flags = record.info.server_flags;
+    if (add == (flags != 0)) {
+        return bad_parameter(add ? NAP_DUPLICATE_NAME : NAP_UNKNOWN_RESOURCE);
+    }
+    if (!add && servers_->count() == 1) {
+        return bad_state(NAP_LAST_BACKUP);
+    }
+    if (!add && (flags & NAP_SERVER_MASTER) != 0) {
+        return bad_state(NAP_IN_USE);
+    }
+    record.info.server_flags = add ? NAP_SERVER_BACKUP : 0;
+    changed = name_of(record);
+    if (!store_.set_fact(fact_of(changed).c_str(), std::to_string(record.info.server_flags))) {
+        changed.clear();
+        return bad_state(NAP_STORE_FAILED);
+    }
+    Engine::put(*resource, record);
+    show_servers();
+    return GOOD;
+}
+
+Result Domain::dispatch(Answer &answer, std::string &changed) {
+    const NB_USHORT opcode = block_opcode(answer.block);
+    const NAP_VERB *verb = nap_find_verb(opcode);
+    const RecordRow *record = record_by_verb(opcode);
+    if (verb->kind == NAP_KIND_LIST) {
+        return query(answer);
+    }
+    if (record != nullptr && record->of_domain) {
+        memcpy(answer.block.data(), records_.image(*record), record->block_size);
+        return GOOD;
+    }
+    if (opcode == NAP_ADD_BACKUP || opcode == NAP_DELETE_BACKUP) {
+        return change_backup(answer, opcode == NAP_ADD_BACKUP, changed);
+    }
+    return {NAP_NOT_SUPPORTED, 0};
+}
+
+void Domain::execute(const NB_VOID *block, size_t length, Answer &answer, std::string &changed) {
+    const auto *bytes = static_cast<const NB_UCHAR *>(block);
+    answer.block.assign(bytes, bytes + length);
+    answer.data.clear();
+    changed.clear();
+    Result result = check_block(bytes, length);
+    if (result.ok()) {
+        result = dispatch(answer, changed);
+    }
+    set_result(answer.block, result);
+    if (!result.ok()) {
+        answer.data.clear();
+    }
+}
+
+} // namespace node

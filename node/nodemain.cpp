@@ -1,0 +1,5 @@
+#include "nodecommand.h"
+
+int main(int argc, char **argv) {
+    return node::run_snanode(argc, argv);
+}
