@@ -1,0 +1,99 @@
+// Start-up without one of the files that it needs, or with them in a language's folder.
+#include "system_test.h"
+
+#include <algorithm>
+
+namespace sys {
+
+namespace {
+
+constexpr char catalogue[] = "lib/nls/msg/C/sna.cat";
+constexpr char dialogs[] = "lib/X11/uid/Quiladmin/quildlg.uid";
+constexpr char icons[] = "lib/X11/uid/Quiladmin/icons.uid";
+constexpr char big_icons[] = "lib/X11/uid/Quiladmin/iconsbig.uid";
+constexpr char without_catalogue[] = "Unable to start the SNA admin tool - please check error log";
+
+} // namespace
+
+class MissingFiles : public SystemTest {
+protected:
+    /* It cannot start, says so in these words, and the log has one problem: this. */
+    void expect_no_start(const std::vector<std::string> &arguments, const std::string &words,
+                         const std::string &problem) {
+        place.write("var/log/sna.err", "");
+        Process &program = start_program(arguments);
+        expect_end(program, 165);
+        EXPECT_EQ(program.out(), "");
+        // The toolkit may have its own say before.
+        const std::string err = program.err();
+        EXPECT_TRUE(err.ends_with(words + "\n")) << err;
+        const std::vector<std::string> log = place.log("quiladmin");
+        EXPECT_EQ(std::count_if(log.begin(), log.end(),
+                                [&problem](const std::string &line) {
+                                    return line.find(" problem " + problem + ":") !=
+                                           std::string::npos;
+                                }),
+                  1)
+            << problem;
+    }
+
+    void move(const std::string &from, const std::string &to) {
+        place.write(to, place.read(from));
+        place.remove(from);
+    }
+};
+
+TEST_F(MissingFiles, NoCatalogue) {
+    place.remove(catalogue);
+    expect_no_start({}, without_catalogue, "0x40020005 detail 3");
+    expect_no_start({"-h"}, without_catalogue, "0x40020005 detail 0");
+    place.write(catalogue, "this is no catalogue\n");
+    expect_no_start({}, without_catalogue, "0x40020005 detail 3");
+}
+
+TEST_F(MissingFiles, NoWindowDescriptions) {
+    place.remove(dialogs);
+    expect_no_start({}, message(603), "0x40020006 detail 0");
+    place.write(dialogs, "this is no UID file\n");
+    expect_no_start({}, message(603), "0x40020006 detail 0");
+}
+
+TEST_F(MissingFiles, NoIcons) {
+    place.remove(icons);
+    place.remove(big_icons);
+    expect_no_start({}, message(603), "0x40020006 detail 1");
+    expect_no_start({"-size", "small"}, message(603), "0x40020006 detail 1");
+}
+
+TEST_F(MissingFiles, WithoutBigIconsTheSmallOnesServe) {
+    start_node();
+    place.remove(big_icons);
+    for (const bool asked_for : {false, true}) {
+        Process &program = start_program(asked_for ? std::vector<std::string>{"-size", "big"}
+                                                   : std::vector<std::string>{});
+        const WindowId window = loaded_window();
+        ASSERT_NE(window, 0u);
+        close_window(window);
+        expect_end(program, 0);
+        EXPECT_EQ(flat(program.err()).find(message(610)) != std::string::npos, asked_for);
+    }
+}
+
+TEST_F(MissingFiles, TheLanguageIsTheFirstFiveCharacters) {
+    start_node();
+    move(catalogue, "lib/nls/msg/en_US/sna.cat");
+    for (const std::string name : {"quildlg.uid", "icons.uid", "iconsbig.uid", "cursor.uid"}) {
+        move("lib/X11/uid/Quiladmin/" + name, "lib/X11/en_US/uid/Quiladmin/" + name);
+    }
+    Process &program = start_program({}, {{"LANG", "en_US.UTF-8"}});
+    const WindowId window = loaded_window();
+    ASSERT_NE(window, 0u);
+    close_window(window);
+    expect_end(program, 0);
+
+    move("lib/nls/msg/en_US/sna.cat", "lib/nls/msg/ja_JP/sna.cat");
+    expect_end(start_program({"-h"}, {{"LANG", "Ja_JP.SJIS"}, {"LC_CTYPE", "C"}}), 0);
+    expect_end(start_program({"-h"}, {{"LANG", "en_US.UTF-8"}}), 165);
+}
+
+} // namespace sys

@@ -1,0 +1,276 @@
+// The program while the node software fails it: what it says, and that it ends in order.
+#include "system_test.h"
+
+#include <csignal>
+#include <fstream>
+#include <pwd.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace sys {
+
+namespace {
+
+const std::string error_title = message(210);
+const std::string information_title = message(213);
+
+} // namespace
+
+class NodeFaults : public SystemTest {
+protected:
+    /* The program shows the text over its window, and ends with status 0 when it was read. */
+    void expect_report(Process &program, const std::string &title, const std::string &text) {
+        ASSERT_NO_FATAL_FAILURE(read_box(title, text));
+        expect_end(program, 0);
+    }
+
+    /* The window without a node, as it stands while nothing is known yet. */
+    WindowId empty_window() {
+        WindowId found = 0;
+        wait_for([&] { return (found = screen().find(message(1301))) != 0; });
+        return found;
+    }
+
+    bool shows(WindowId window, const std::string &text) {
+        return wait_for([&] { return screen().text(window).find(text) != std::string::npos; });
+    }
+};
+
+TEST_F(NodeFaults, NoNodeSoftware) {
+    expect_report(start_program(), error_title, message(605, {"sna"}));
+    EXPECT_EQ(place.log("quiladmin").size(), 1u);
+}
+
+TEST_F(NodeFaults, ASocketThatNobodyServes) {
+    start_node().kill_all();
+    expect_report(start_program(), error_title, message(605, {"sna"}));
+}
+
+TEST_F(NodeFaults, ConnectionLostWhileTheWindowIsOpen) {
+    Process &node = start_node();
+    Process &program = start_program();
+    ASSERT_NE(loaded_window(), 0u);
+    node.send(SIGKILL);
+    expect_report(program, information_title, message(301));
+}
+
+TEST_F(NodeFaults, NodeSoftwareStoppedInOrder) {
+    Process &node = start_node();
+    Process &program = start_program();
+    ASSERT_NE(loaded_window(), 0u);
+    node.send(SIGTERM);
+    expect_report(program, information_title, message(301));
+    expect_end(node, 0);
+}
+
+TEST_F(NodeFaults, ProcessOfTheNodeKilled) {
+    Process &node = start_node();
+    Process &program = start_program();
+    ASSERT_NE(loaded_window(), 0u);
+    pid_t process = 0;
+    const std::string of_front = std::to_string(node.pid());
+    std::ifstream("/proc/" + of_front + "/task/" + of_front + "/children") >> process;
+    ASSERT_GT(process, 0);
+    kill(process, SIGKILL);
+    expect_report(program, information_title, message(300, {"corvid1"}));
+}
+
+TEST_F(NodeFaults, ConnectionLostAtAnyPointOfTheBuild) {
+    for (const char *when : {"1", "2", "5", "20", "60"}) {
+        SCOPED_TRACE(when);
+        start_node("single", std::string("drop after ") + when + " verbs");
+        expect_report(start_program(), information_title, message(301));
+        stop_node();
+    }
+}
+
+TEST_F(NodeFaults, GarbageIsALostConnection) {
+    for (const char *when : {"1", "10", "40"}) {
+        SCOPED_TRACE(when);
+        start_node("single", std::string("garbage after ") + when + " verbs");
+        expect_report(start_program(), information_title, message(301));
+        stop_node();
+    }
+}
+
+TEST_F(NodeFaults, NodeSoftwareRefusesTheDomain) {
+    start_node("single", "fail NAP_OPEN_FILE 0x0100 0x5518");
+    expect_report(start_program(), error_title, message(608));
+}
+
+TEST_F(NodeFaults, AFailedQueryIsNamed) {
+    struct Row {
+        const char *verb, *request;
+    };
+    for (const Row row :
+         {Row{"NAP_QUERY_NODE_ALL", "Request: 0xF009"}, Row{"NAP_QUERY_PORT", "Request: 0x2113"},
+          Row{"NAP_QUERY_NODE_LIMITS", "Request: 0x"}}) {
+        SCOPED_TRACE(row.verb);
+        start_node("single", std::string("fail ") + row.verb + " 0x0100 0x5518");
+        Process &program = start_program();
+        const std::string beginning = message(226).substr(0, message(226).find("Request:"));
+        expect_report(program, error_title, beginning + row.request);
+        stop_node();
+    }
+}
+
+TEST_F(NodeFaults, ADomainWithoutConfigurationIsToBeLookedAt) {
+    start_node(place.write("bare.domain", "[domain]\nname = bare\ndomain_config = no\n"
+                                          "[node lonely]\nfq_cp_name = NETA.LONELY\n"
+                                          "[dlc LAN0]\ndlc_type = ethernet\n"
+                                          "[port ETH0]\ndlc_name = LAN0\n"));
+    Process &program = start_program();
+    ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(217)));
+    ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(606)));
+    const WindowId window = loaded_window("lonely");
+    ASSERT_NE(window, 0u);
+    EXPECT_TRUE(shows(window, "ETH0"));
+    close_window(window);
+    expect_end(program, 0);
+}
+
+TEST_F(NodeFaults, WhoMayOnlyLookIsTold) {
+    const passwd *nobody = getpwnam("nobody");
+    if (geteuid() != 0 || nobody == nullptr) {
+        GTEST_SKIP() << "only root can run the program as another user";
+    }
+    Process probe(
+        {{"test", "-x", place.path("bin/quiladmin")}, place.environment(), nobody->pw_uid});
+    if (!probe.wait_end() || probe.status() != 0) {
+        GTEST_SKIP() << "another user cannot reach the build tree";
+    }
+    start_node();
+    Process &program = start_program({}, {}, nobody->pw_uid);
+    ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(606)));
+    const WindowId window = loaded_window();
+    ASSERT_NE(window, 0u);
+    EXPECT_TRUE(shows(window, "ETH0"));
+    close_window(window);
+    expect_end(program, 0);
+}
+
+TEST_F(NodeFaults, TheWindowDoesNotWaitForTheNode) {
+    start_node("single", "hang NAP_OPEN_FILE");
+    Process &program = start_program();
+    const WindowId window = empty_window();
+    ASSERT_NE(window, 0u);
+    ASSERT_TRUE(shows(window, "Selection"));
+    screen().canvas().forget();
+    screen().expose(window);
+    EXPECT_TRUE(shows(window, "Selection")) << "it is not drawn again";
+    close_window(window);
+    expect_end(program, 0);
+}
+
+TEST_F(NodeFaults, ASlowNodeDoesNotHoldTheOperator) {
+    start_node("single", "delay 1000");
+    Process &program = start_program();
+    const WindowId window = empty_window();
+    ASSERT_NE(window, 0u);
+    const std::string reading = message(1240, {message(1243, {"corvid1"}), "1"});
+    EXPECT_TRUE(shows(window, reading.substr(0, reading.size() - 1)));
+    screen().canvas().forget();
+    screen().expose(window);
+    EXPECT_TRUE(shows(window, "Selection")) << "it is not drawn again";
+    const auto start = Clock::now();
+    close_window(window);
+    expect_end(program, 0);
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(10));
+    EXPECT_EQ(program.err(), "");
+}
+
+TEST_F(NodeFaults, ASecondCloseEndsAProgramThatANodeHolds) {
+    start_node("single", "hang NAP_CLOSE_FILE\nhang NAP_DISCONNECT_NODE");
+    Process &program = start_program();
+    const WindowId window = loaded_window();
+    ASSERT_NE(window, 0u);
+    const auto start = Clock::now();
+    close_window(window);
+    while (program.running() && Clock::now() - start < std::chrono::seconds(20)) {
+        if (program.wait_end(500)) {
+            break;
+        }
+        screen().ask_to_close(window);
+        if (box(message(185), message(205)) != 0) {
+            press(message(185), "OK");
+        }
+    }
+    expect_end(program, 0);
+    EXPECT_GE(Clock::now() - start, std::chrono::seconds(5)) << "it has not waited for the node";
+}
+
+TEST_F(NodeFaults, ConnectionLostUnderAQuestion) {
+    for (const std::string button : {"OK", "Cancel"}) {
+        SCOPED_TRACE(button);
+        Process &node = start_node();
+        Process &program = start_program();
+        const WindowId window = loaded_window();
+        ASSERT_NE(window, 0u);
+        screen().ask_to_close(window);
+        screen().ask_to_close(window); // an impatient operator is asked once
+        ASSERT_NE(box(message(185), message(205)), 0u);
+        place.write("var/log/sna.err", "");
+        node.send(SIGKILL);
+        EXPECT_TRUE(wait_for([&] { return !place.log("quiladmin").empty(); }));
+        press(message(185), button);
+        if (button == "Cancel") {
+            read_box(information_title, message(301));
+        }
+        expect_end(program, 0);
+    }
+}
+
+TEST_F(NodeFaults, AReportIsReadWhenItsBoxIsClosed) {
+    Process &program = start_program();
+    const WindowId report = box(error_title, message(605, {"sna"}));
+    ASSERT_NE(report, 0u);
+    screen().ask_to_close(report);
+    expect_end(program, 0);
+}
+
+/* Something else than the node software has its socket. */
+class WrongSocket : public NodeFaults {
+protected:
+    void SetUp() override {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        place.path("var/sna.sock").copy(address.sun_path, sizeof address.sun_path - 1);
+        socket_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        ASSERT_EQ(bind(socket_, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        ASSERT_EQ(listen(socket_, 1), 0);
+    }
+    void TearDown() override {
+        close(connection_);
+        close(socket_);
+        NodeFaults::TearDown();
+    }
+
+    void say(const std::string &words) {
+        connection_ = accept(socket_, nullptr, nullptr);
+        ASSERT_GE(connection_, 0);
+        ASSERT_EQ(write(connection_, words.data(), words.size()),
+                  static_cast<ssize_t>(words.size()));
+    }
+
+    int socket_ = -1;
+    int connection_ = -1;
+};
+
+TEST_F(WrongSocket, OneThatIsSilentDoesNotHoldTheOperator) {
+    Process &program = start_program();
+    const WindowId window = empty_window();
+    ASSERT_NE(window, 0u);
+    EXPECT_TRUE(shows(window, "Selection"));
+    close_window(window);
+    expect_end(program, 0);
+}
+
+TEST_F(WrongSocket, OneThatTalksOtherwiseIsNoNodeSoftware) {
+    Process &program = start_program();
+    ASSERT_NE(empty_window(), 0u);
+    say("220 ready when you are\r\n" + std::string(64, '\xFF'));
+    expect_report(program, error_title, message(605, {"sna"}));
+}
+
+} // namespace sys

@@ -1,0 +1,73 @@
+// The command line: what is printed, the exit status, what an option changes.
+#include "system_test.h"
+
+namespace sys {
+
+class Options : public SystemTest {
+protected:
+    /* What it printed, and that it ended with the status and no other words. */
+    std::string run(const std::vector<std::string> &arguments, int status) {
+        Process &program = start_program(arguments);
+        expect_end(program, status);
+        EXPECT_EQ(program.err(), "");
+        return program.out();
+    }
+
+    /* Pixels from line to line in the lists of a program with these arguments. */
+    int distance_of_lines(const std::vector<std::string> &arguments, std::string &err) {
+        Process &program = start_program(arguments);
+        const WindowId window = loaded_window();
+        int distance = 0;
+        EXPECT_TRUE(wait_for([&] {
+            const auto texts = screen().canvas().texts(screen().window_with(window, "ETH0"));
+            for (size_t at = 1; at < texts.size() && distance == 0; at++) {
+                distance = texts[at].y - texts[at - 1].y;
+            }
+            return distance != 0;
+        }));
+        close_window(window);
+        expect_end(program, 0);
+        err = program.err();
+        return distance;
+    }
+};
+
+TEST_F(Options, HelpIsTheUsageText) {
+    const std::string usage = run({"-h"}, 0);
+    EXPECT_EQ(flat(usage), message(609));
+    EXPECT_EQ(run({"-size", "small", "-x", "-h"}, 0), usage);
+    EXPECT_EQ(run({"-help"}, 33), usage);
+    EXPECT_EQ(run({"-?"}, 33), usage);
+}
+
+TEST_F(Options, AnUnknownArgumentIsNamed) {
+    for (const std::string argument : {"-x", "100%d", "-H"}) {
+        const std::string out = run({argument}, 33);
+        EXPECT_EQ(flat(out), message(599, {argument}) + " " + message(609));
+    }
+    const std::string out = run({"-xrm", "*a: b", "first", "second"}, 33);
+    EXPECT_EQ(split_lines(out).front(), message(599, {"first"}));
+}
+
+TEST_F(Options, HelpNeedsNoDisplay) {
+    Process &program = start_program({"-h"}, {{"DISPLAY", ":none"}});
+    expect_end(program, 0);
+}
+
+TEST_F(Options, SizeChoosesIconsAndFont) {
+    start_node();
+    std::string err;
+    const int usual = distance_of_lines({}, err);
+    EXPECT_EQ(err, "");
+    const int small = distance_of_lines({"-size", "small"}, err);
+    EXPECT_EQ(err, "");
+    EXPECT_LT(small, usual);
+    EXPECT_EQ(distance_of_lines({"-size", "big"}, err), usual);
+    EXPECT_EQ(err, "");
+    EXPECT_EQ(distance_of_lines({"-size", "medium"}, err), usual);
+    EXPECT_NE(flat(err).find(message(611)), std::string::npos) << err;
+    place.write("home/.quilrc", "Quiladmin*size: small\n" + place.read("home/.quilrc"));
+    EXPECT_EQ(distance_of_lines({}, err), small);
+}
+
+} // namespace sys

@@ -1,0 +1,111 @@
+#include "system_test.h"
+
+#include <csignal>
+#include <iostream>
+
+namespace sys {
+
+Screen &SystemTest::screen() {
+    if (!screen_) {
+        screen_ = std::make_unique<Screen>();
+        EXPECT_FALSE(screen_->name().empty()) << "no X server (Xvfb) could be started";
+    }
+    return *screen_;
+}
+
+Process &SystemTest::start_node(const std::string &domain, const std::string &faults,
+                                const std::vector<std::string> &arguments) {
+    Command command = {{place.path("bin/snanode"), "--domain", domain}, place.environment()};
+    command.words.insert(command.words.end(), arguments.begin(), arguments.end());
+    if (!faults.empty()) {
+        command.words.insert(command.words.end(), {"--fault", place.write("faults", faults)});
+    }
+    node_ = std::make_unique<Process>(command);
+    EXPECT_TRUE(wait_for([this] { return node_->out().find(" ready\n") != std::string::npos; }))
+        << node_->err();
+    return *node_;
+}
+
+void SystemTest::stop_node() {
+    if (node_ && node_->running()) {
+        node_->send(SIGTERM);
+        expect_end(*node_, 0);
+    }
+}
+
+Process &SystemTest::start_program(const std::vector<std::string> &arguments,
+                                   const Environment &with, uid_t user) {
+    Command command = {{place.path("bin/quiladmin")}, with, user};
+    command.words.insert(command.words.end(), arguments.begin(), arguments.end());
+    command.environment.merge(place.environment());
+    command.environment.insert({"DISPLAY", screen().name()});
+    programs_.push_back(std::make_unique<Process>(command));
+    return *programs_.back();
+}
+
+WindowId SystemTest::loaded_window(const std::string &node) {
+    WindowId found = 0;
+    wait_for([&] { return (found = screen().find(message(1300, {node}))) != 0; });
+    return found;
+}
+
+WindowId SystemTest::box(const std::string &title, const std::string &text) {
+    WindowId found = 0;
+    const bool shown = wait_for([&] {
+        found = screen().find(title);
+        return found != 0 && screen().text(found).find(text) != std::string::npos;
+    });
+    return shown ? found : 0;
+}
+
+void SystemTest::press(const std::string &box_title, const std::string &button) {
+    const WindowId box = screen().find(box_title);
+    screen().raise(box);
+    EXPECT_TRUE(box != 0 && wait_for([&] { return screen().click(box, button); }))
+        << "no button \"" << button << "\" in the box \"" << box_title << "\"";
+}
+
+void SystemTest::read_box(const std::string &title, const std::string &text) {
+    ASSERT_NE(box(title, text), 0u) << "no box \"" << title << "\" with the text: " << text;
+    press(title, "OK");
+}
+
+void SystemTest::close_window(WindowId window) {
+    screen().ask_to_close(window);
+    read_box(message(185), message(205));
+}
+
+void SystemTest::expect_end(Process &process, int status) {
+    ASSERT_TRUE(process.wait_end()) << "it goes on";
+    EXPECT_EQ(process.status(), status) << process.err();
+}
+
+/* The node software must survive whatever a test does to the program, and end in order. */
+void SystemTest::TearDown() {
+    if (HasFailure()) {
+        explain();
+    }
+    programs_.clear();
+    stop_node();
+}
+
+void SystemTest::explain() const {
+    std::cout << "error log:\n" << place.read("var/log/sna.err");
+    if (node_) {
+        std::cout << "snanode:\n" << node_->out() << node_->err();
+    }
+    for (const auto &program : programs_) {
+        std::cout << "quiladmin" << (program->running() ? " (still runs)" : "") << ":\n"
+                  << program->out() << program->err();
+    }
+    if (screen_ && !screen_->name().empty()) {
+        for (const WindowId window : screen_->windows()) {
+            std::cout << "window \"" << screen_->title(window) << "\":\n";
+            for (const std::string &line : screen_->lines(window)) {
+                std::cout << "    " << line << "\n";
+            }
+        }
+    }
+}
+
+} // namespace sys
