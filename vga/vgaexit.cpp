@@ -10,8 +10,6 @@
 #include <cstdio>
 #include <sys/wait.h>
 
-volatile NB_LONG gvga_web_temp_pid;
-
 namespace {
 
 using CLOCK = std::chrono::steady_clock;
@@ -114,7 +112,6 @@ NB_VOID wait_until_read(NB_VOID) {
 
 /* ------------------------------------------------------------------ orderly close */
 
-NB_USHORT closing;
 CLOCK::time_point last_answer;
 
 VGA_NODE *next_connected_node(NB_VOID) {
@@ -165,13 +162,13 @@ NB_VOID vga_error_exit(NB_VOID) {
 }
 
 NB_VOID vga_start_shutdown(NB_VOID) {
-    if (closing) {
+    if (gvga_closing) {
         if (CLOCK::now() - last_answer >= hung_after) {
             VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed);
         }
         return;
     }
-    closing = 1;
+    gvga_closing = 1;
     last_answer = CLOCK::now();
     vga_close_children(gvga_main_dialog, 1, 1);
     vga_purge_verb_queue(0, 0, nullptr, 0, nullptr);
@@ -193,23 +190,6 @@ NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
     }
     if (free_next_piece() == 0) {
         VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
-    }
-}
-
-NB_VOID vga_signal_catcher(NB_INT caught) {
-    if (caught == SIGTERM) {
-        signal(SIGTERM, SIG_IGN);
-        signal(SIGCHLD, SIG_IGN);
-        return;
-    }
-    while (gvga_web_temp_pid != 0) {
-        pid_t child = wait(nullptr);
-        if (child <= 0) {
-            break;
-        }
-        if (child == gvga_web_temp_pid) {
-            gvga_web_temp_pid = 0;
-        }
     }
 }
 

@@ -10,6 +10,7 @@
 #include "vgares.h"
 #include "vgaviewr.h"
 #include "vgawtype.h"
+#include "vgaxt.h"
 #include <X11/Xatom.h>
 #include <array>
 #include <clocale>
@@ -87,12 +88,18 @@ const NB_CHAR *get_x_default(NB_VOID *display, const NB_CHAR *program, const NB_
     return XGetDefault(static_cast<Display *>(display), program, option);
 }
 
+/* The problem log names the file and its path; the toolkit's own warnings would only repeat it. */
+NB_USHORT open_uid_file(NB_VOID) {
+    NB_CHAR *files[] = {const_cast<NB_CHAR *>("quildlg.uid")};
+    VGA_NO_WARNINGS silent;
+    return MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy) ==
+           MrmSUCCESS;
+}
+
 NB_USHORT open_window_descriptions(NB_VOID) {
     std::string directory = std::string(nba_prefix()) + "/lib/X11";
     v0_set_uidpath(directory.c_str(), VGA_CLASS, VGA_CLASS, gvga_display, get_x_default);
-    NB_CHAR *files[] = {const_cast<NB_CHAR *>("quildlg.uid")};
-    if (MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy) !=
-        MrmSUCCESS) {
+    if (open_uid_file() == 0) {
         return start_up_failed(uid_problem, 0);
     }
     vga_register_common_names();

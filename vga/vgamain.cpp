@@ -1,4 +1,5 @@
 /* The program: start-up in its order, the main loop, the exit. */
+#include "vgachild.h"
 #include "vgadgutl.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
@@ -21,17 +22,22 @@ enum WINDOW_PROBLEM : NB_USHORT { NODE_WINDOW_FAILED = 5 };
 
 /* ------------------------------------------------------------------ hooks */
 
-/* The first complete model exists: the first window gets its contents. */
+/* What the operator should know of the domain before anything else. */
+NB_VOID tell_of_limits(VGA_DIALOG *window) {
+    if (gvga_system->domain_target == 0) {
+        vga_display_info_dialog(window, VGA_MSG_NO_MASTER, "mastercfg", nullptr, 0, "");
+    }
+    if (gvga_system->domain_target == 0 || gvga_read_only) {
+        vga_display_info_dialog(window, VGA_MSG_READ_ONLY, "readonly", nullptr, 0, "");
+    }
+}
+
+/* The first complete model exists: the first window gets its contents, and comes to the front
+ * before any message does. */
 NB_VOID system_built(NB_VOID) {
     vga_display_hourglass(0);
     if (gvga_first_dialog == nullptr) {
         return;
-    }
-    if (gvga_system->domain_target == 0) {
-        vga_display_info_dialog(gvga_first_dialog, VGA_MSG_NO_MASTER, "mastercfg", nullptr, 0, "");
-    }
-    if (gvga_system->domain_target == 0 || gvga_read_only) {
-        vga_display_info_dialog(gvga_first_dialog, VGA_MSG_READ_ONLY, "readonly", nullptr, 0, "");
     }
     auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
     if (node == nullptr) {
@@ -45,6 +51,7 @@ NB_VOID system_built(NB_VOID) {
     if (vga_display_node_window(node, 1) == 0) {
         nba_pd_print_problem(window_problem, NODE_WINDOW_FAILED, nullptr);
     }
+    tell_of_limits(gvga_first_dialog);
     gvga_first_dialog = nullptr;
 }
 

@@ -41,11 +41,20 @@ constexpr PdRow rows[] = {
     {0x40020005, "message catalogue cannot be used", {}, catalog_facts},
     {0x40020006, "UID file cannot be used", {}, uid_facts},
     {0x40020007, "a window or an icon could not be made", {{"name"}}},
+    {0x40020008,
+     "a list from the node is not as it should be",
+     {{"opcode", PdDecode::opcode}, {"entry_size"}, {"entries_read"}, {"entries"}}},
     {0x4002000B, "X protocol error", {{"error_code"}, {"request_code"}, {"text"}}},
     {0x40030001, "node software cannot be reached", {{"socket"}, {"reason"}}},
     {0x40030002,
      "connection to the node software lost",
      {{"reason"}, {"verbs_in_flight"}, {"registrations"}}},
+    {0x40040001, "the store cannot be used", {{"what"}, {"file"}, {"reason"}}},
+    {0x40040002, "a stored record does not fit and is left out", {{"section"}}},
+    {0x40040003, "the process of a node ended", {{"node"}}},
+    {0x40040004, "an administrator's connection was ended", {{"why"}, {"process"}}},
+    {0x40040005, "the fault script has a bad line", {{"file"}, {"line"}}},
+    {0x40040006, "the process of a node sent what it must not", {{"node"}}},
 };
 
 constexpr PdRow general = {0, "problem of no known kind", {}};
@@ -70,6 +79,11 @@ constexpr PdDetail details[] = {
     {0x40020007, 5, "contents of the node window could not be shown"},
     {0x40020007, 6, "an icon could not be fetched"},
     {0x40020007, 7, "the selected form of an icon could not be fetched"},
+    {0x40020007, 20, "a window has no description in the UID file"},
+    {0x40020007, 21, "a widget of a window is missing from its description"},
+    {0x40020008, 1, "an entry of a list is shorter than its record"},
+    {0x40020008, 2, "an entry of a list is longer than the rest of its buffer"},
+    {0x40020008, 3, "a list has more entries in all but brought none"},
 };
 
 struct Name {

@@ -66,7 +66,12 @@ NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work) {
     NAP_NOF_STATUS_INDICATION_VERB indication;
     memcpy(&indication, work->vcb, sizeof(indication));
     if (indication.status == NAP_CONNECTION_GONE) {
-        VGA_EXIT(VGA_EXIT_SHUTTING_DOWN, 0);
+        /* Who is leaving anyway need not be told. */
+        if (gvga_closing) {
+            VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
+        } else {
+            VGA_EXIT(VGA_EXIT_SHUTTING_DOWN, 0);
+        }
         vga_wake_main_loop();
         forget_all_targets();
         return;

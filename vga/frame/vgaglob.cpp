@@ -26,6 +26,7 @@ NB_CHAR gvga_web_browser[201];
 NB_USHORT gvga_variant_x, gvga_variant_y;
 NB_USHORT gvga_display_names;
 NB_USHORT gvga_read_only;
+NB_USHORT gvga_closing;
 const NB_UCHAR gvga_null_name[2] = {0, 0};
 
 static const NB_CHAR main_file[] = "../../p/vga/vgamain";
