@@ -132,6 +132,13 @@ NB_VOID v0_assert_fatal(const NB_CHAR *file, NB_INT line, const NB_CHAR *text);
 /* Returns the handler that was set before; null means `abort`. */
 NB_FATAL_HANDLER v0_set_fatal_handler(NB_FATAL_HANDLER handler);
 
+/* For a function that goes on only if the expression holds: 1, or 0 with the assertion reported.
+ * `file` is the module's name in the report. */
+#define NB_HOLDS(file, expression)                                                                 \
+    ((expression) ? 1 : (v0_assert((file), __LINE__, #expression), 0))
+#define NB_HOLDS_FATAL(file, expression)                                                           \
+    ((expression) ? 1 : (v0_assert_fatal((file), __LINE__, #expression), 0))
+
 #define NB_ASSERT(expression)                                                                      \
     ((expression) ? (NB_VOID)0 : v0_assert(__FILE__, __LINE__, #expression))
 #define NB_ASSERT_FATAL(expression)                                                                \

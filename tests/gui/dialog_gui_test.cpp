@@ -445,10 +445,14 @@ TEST_F(Dialogs, NodeWindowOfADomainHasItsOwnShell) {
         XGetWindowAttributes(gvga_display, XtWindow(desc->shell), &attributes);
         return attributes.map_state == IsViewable;
     };
+    auto &system_window = gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].get_widgets;
+    auto without_system_window = system_window;
+    system_window = gvga_uid_desc[VGA_UID_NODE_WINDOW].get_widgets;
     gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 1;
     VGA_DIALOG *window = nullptr;
     ASSERT_EQ(vga_get_dialog(VGA_UID_NODE_WINDOW, main_dialog, &record, &window), 1);
     gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 0;
+    system_window = without_system_window;
     EXPECT_NE(window->shell, gvga_toplevel);
     XtRealizeWidget(window->shell);
     gui::settle();

@@ -11,17 +11,9 @@
 #include <iterator>
 #include <string_view>
 
-#define HOLDS(expression)                                                                          \
-    ((expression) ? true : (v0_assert("vgautil", __LINE__, #expression), false))
 #define NB_STRLEN(text) strlen(text)
 
 namespace {
-
-enum : NB_USHORT {
-    VGA_MSG_HEX_TP_NAME = 1445,
-    VGA_MSG_IP_ADDRESS = 1446,
-    VGA_MSG_IP_ADDRESS_PORT = 1447,
-};
 
 constexpr size_t LONGEST_HOST_NAME = 255;
 constexpr size_t LONGEST_HOST_PART = 63;
@@ -95,7 +87,7 @@ bool is_service_name(const NB_UCHAR *tp_name, size_t length) {
 } // namespace
 
 NB_VOID vga_strip_spaces(NB_CHAR *text) {
-    if (!HOLDS(text != NULL)) {
+    if (!NB_HOLDS("vgautil", text != NULL)) {
         return;
     }
     size_t length = strlen(text);
@@ -106,14 +98,14 @@ NB_VOID vga_strip_spaces(NB_CHAR *text) {
 }
 
 NB_VOID vga_pad_buffer(NB_CHAR *buffer, NB_USHORT length, NB_CHAR pad) {
-    if (!HOLDS(buffer != NULL)) {
+    if (!NB_HOLDS("vgautil", buffer != NULL)) {
         return;
     }
     std::fill(std::find(buffer, buffer + length, '\0'), buffer + length, pad);
 }
 
 NB_USHORT vga_valid_ip_name(const NB_CHAR *text) {
-    if (!HOLDS(text != NULL)) {
+    if (!NB_HOLDS("vgautil", text != NULL)) {
         return 0;
     }
     std::string_view rest(text, strnlen(text, LONGEST_HOST_NAME + 1));
@@ -134,11 +126,11 @@ NB_USHORT vga_valid_ip_name(const NB_CHAR *text) {
 }
 
 NB_USHORT vga_parse_ip_addr(const NB_CHAR *text, NB_IP_ADDRESS *address) {
-    if (!HOLDS(address != NULL)) {
+    if (!NB_HOLDS("vgautil", address != NULL)) {
         return 0;
     }
     *address = {};
-    if (!HOLDS(text != NULL)) {
+    if (!NB_HOLDS("vgautil", text != NULL)) {
         return 0;
     }
     std::string_view rest(text);
@@ -156,11 +148,12 @@ NB_USHORT vga_parse_ip_addr(const NB_CHAR *text, NB_IP_ADDRESS *address) {
 }
 
 NB_VOID vga_get_default_ip_addr_mask(const NB_IP_ADDRESS *ip_addr, NB_IP_ADDRESS *mask) {
-    if (!HOLDS(mask != NULL)) {
+    if (!NB_HOLDS("vgautil", mask != NULL)) {
         return;
     }
     *mask = {};
-    if (!HOLDS(ip_addr != NULL) || !HOLDS(ip_addr->family == NAP_IPV4_ADDRESS)) {
+    if (!NB_HOLDS("vgautil", ip_addr != NULL) ||
+        !NB_HOLDS("vgautil", ip_addr->family == NAP_IPV4_ADDRESS)) {
         return;
     }
     mask->family = NAP_IPV4_ADDRESS;
@@ -168,11 +161,12 @@ NB_VOID vga_get_default_ip_addr_mask(const NB_IP_ADDRESS *ip_addr, NB_IP_ADDRESS
 }
 
 NB_VOID vga_format_ip_addr(NB_CHAR *buffer, const NB_IP_ADDRESS *ip_addr) {
-    if (!HOLDS(buffer != NULL)) {
+    if (!NB_HOLDS("vgautil", buffer != NULL)) {
         return;
     }
     buffer[0] = '\0';
-    if (HOLDS(ip_addr != NULL) && HOLDS(ip_addr->family == NAP_IPV4_ADDRESS)) {
+    if (NB_HOLDS("vgautil", ip_addr != NULL) &&
+        NB_HOLDS("vgautil", ip_addr->family == NAP_IPV4_ADDRESS)) {
         const NB_UCHAR *const octets = ip_addr->octets;
         vga_print_msg(buffer, VGA_IP_ADDR_SIZE, VGA_MSG_IP_ADDRESS, "i i i i", octets[0], octets[1],
                       octets[2], octets[3]);
@@ -180,11 +174,12 @@ NB_VOID vga_format_ip_addr(NB_CHAR *buffer, const NB_IP_ADDRESS *ip_addr) {
 }
 
 NB_VOID vga_format_ip_addr_port(NB_CHAR *buffer, const NB_IP_ADDRESS *ip_addr, NB_USHORT port) {
-    if (!HOLDS(buffer != NULL)) {
+    if (!NB_HOLDS("vgautil", buffer != NULL)) {
         return;
     }
     buffer[0] = '\0';
-    if (HOLDS(ip_addr != NULL) && HOLDS(ip_addr->family == NAP_IPV4_ADDRESS)) {
+    if (NB_HOLDS("vgautil", ip_addr != NULL) &&
+        NB_HOLDS("vgautil", ip_addr->family == NAP_IPV4_ADDRESS)) {
         const NB_UCHAR *const octets = ip_addr->octets;
         vga_print_msg(buffer, VGA_IP_ADDR_PORT_SIZE, VGA_MSG_IP_ADDRESS_PORT, "i i i i i",
                       octets[0], octets[1], octets[2], octets[3], port);
@@ -192,11 +187,11 @@ NB_VOID vga_format_ip_addr_port(NB_CHAR *buffer, const NB_IP_ADDRESS *ip_addr, N
 }
 
 NB_VOID vga_get_fq_name(NB_CHAR *out, const NB_UCHAR *fq) {
-    if (!HOLDS(out != NULL)) {
+    if (!NB_HOLDS("vgautil", out != NULL)) {
         return;
     }
     out[0] = '\0';
-    if (!HOLDS(fq != NULL)) {
+    if (!NB_HOLDS("vgautil", fq != NULL)) {
         return;
     }
     const size_t start = find_period(fq) + 1U;
@@ -207,11 +202,11 @@ NB_VOID vga_get_fq_name(NB_CHAR *out, const NB_UCHAR *fq) {
 }
 
 NB_VOID vga_get_fq_net_name(NB_CHAR *out, const NB_UCHAR *fq) {
-    if (!HOLDS(out != NULL)) {
+    if (!NB_HOLDS("vgautil", out != NULL)) {
         return;
     }
     out[0] = '\0';
-    if (!HOLDS(fq != NULL)) {
+    if (!NB_HOLDS("vgautil", fq != NULL)) {
         return;
     }
     const NB_USHORT period = find_period(fq);
@@ -229,15 +224,15 @@ NB_VOID vga_getw_fq_net_name(NB_CHAR *out, const NB_UCHAR *fq) {
     NB_CHAR *const text = out;
     copy_as_text(text, fq, NTL_FQ_NAME_WIDTH);
     vga_strip_spaces(text);
-    (NB_VOID) HOLDS(NB_STRLEN(text) <= 8);
+    (NB_VOID) NB_HOLDS("vgautil", NB_STRLEN(text) <= 8);
 }
 
 NB_USHORT vga_valid_tp_name(const NB_UCHAR *tp_name, NB_USHORT service, NB_USHORT *error) {
-    if (!HOLDS(error != NULL)) {
+    if (!NB_HOLDS("vgautil", error != NULL)) {
         return 0;
     }
     *error = VGA_TP_SPACE_ERROR;
-    if (!HOLDS(tp_name != NULL)) {
+    if (!NB_HOLDS("vgautil", tp_name != NULL)) {
         return 0;
     }
     const NB_UCHAR *const end = tp_name + NTL_TP_NAME_WIDTH;
@@ -253,7 +248,7 @@ NB_USHORT vga_valid_tp_name(const NB_UCHAR *tp_name, NB_USHORT service, NB_USHOR
 }
 
 NB_USHORT vga_hex_tp_name(const NB_UCHAR *tp_name) {
-    if (!HOLDS(tp_name != NULL)) {
+    if (!NB_HOLDS("vgautil", tp_name != NULL)) {
         return 0;
     }
     NB_UCHAR text[NTL_TP_NAME_WIDTH];
@@ -265,11 +260,11 @@ NB_USHORT vga_hex_tp_name(const NB_UCHAR *tp_name) {
 
 NB_VOID vga_format_tp_name(NB_CHAR *out, const NB_UCHAR *tp_name, NB_USHORT hexadecimal,
                            NB_USHORT with_message) {
-    if (!HOLDS(out != NULL)) {
+    if (!NB_HOLDS("vgautil", out != NULL)) {
         return;
     }
     out[0] = '\0';
-    if (!HOLDS(tp_name != NULL)) {
+    if (!NB_HOLDS("vgautil", tp_name != NULL)) {
         return;
     }
     if (!hexadecimal) {
@@ -285,11 +280,11 @@ NB_VOID vga_format_tp_name(NB_CHAR *out, const NB_UCHAR *tp_name, NB_USHORT hexa
 }
 
 NB_USHORT vga_parse_hex_tp_name(const NB_CHAR *text, NB_UCHAR *tp_name) {
-    if (!HOLDS(tp_name != NULL)) {
+    if (!NB_HOLDS("vgautil", tp_name != NULL)) {
         return 0;
     }
     std::fill_n(tp_name, NTL_TP_NAME_WIDTH, NB_UCHAR{NTL_BLANK});
-    if (!HOLDS(text != NULL)) {
+    if (!NB_HOLDS("vgautil", text != NULL)) {
         return 0;
     }
     const size_t length = strlen(text);

@@ -1,0 +1,87 @@
+/* Type-A names made from free text, and ignored signals. */
+#include <cerrno>
+#include <csignal>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "nbbase.h"
+#include "reports.h"
+#include "v0toebcd.h"
+
+namespace {
+
+/* The name in the local code page, with all that stands behind it in a larger buffer. */
+std::string name_of(const std::string &text, NB_SHORT length) {
+    std::vector<NB_UCHAR> out(static_cast<size_t>(length > 0 ? length : 0) + 1, 0x7B); /* # */
+    EXPECT_EQ(v0_generate_ebcdic_a_name(text.c_str(), length, out.data()), 1);
+    nba_ebcdic_to_local(out.data(), static_cast<NB_USHORT>(out.size()));
+    return std::string(out.begin(), out.end());
+}
+
+} // namespace
+
+TEST(EbcdicName, FromText) {
+    struct Case {
+        const char *text;
+        NB_SHORT length;
+        const char *name; /* and the first byte behind it, which stays "#" */
+    };
+    for (const Case &row : std::vector<Case>{
+             {"ls-01", 8, "LS01    #"},
+             {"abc", 8, "ABC     #"},
+             {"a b.c_d-e", 8, "ABCD    #"},  /* eight characters are read */
+             {"--------ab", 8, "TTTTTTTT#"}, /* so what stands behind them does not count */
+             {"@#$x", 8, "@#$X    #"},
+             {"abcdefghij", 8, "ABCDEFGH#"},
+             {"abcdefghij", 17, "ABCDEFGHIJ       #"},
+             {"123", 8, "A123    #"},
+             {"12345678", 8, "A1234567#"},
+             {"1-2", 8, "A12     #"},
+             {"-1", 8, "1       #"},
+             {"1", 1, "A#"},
+             {"b", 1, "B#"},
+             {"12", 2, "A1#"},
+             {"", 8, "        #"},
+             {"-_-", 8, "TRT     #"},
+             {"- -", 8, "T       #"},
+             {" --", 8, "        #"},
+             {" a", 8, "A       #"},
+             {"\xE9\xFF", 8, "ZV      #"}, /* 233 and 255 */
+             {"abc", 0, "#"},
+             {"1", 0, "#"},
+             {"1", -1, "#"},
+         }) {
+        EXPECT_EQ(name_of(row.text, row.length), row.name) << row.text << " in " << row.length;
+    }
+}
+
+TEST(EbcdicName, ReadsNoFurtherThanTheName) {
+    const std::vector<NB_CHAR> unterminated = {'l', '-', '-', '1'};
+    NB_UCHAR out[4];
+    EXPECT_EQ(v0_generate_ebcdic_a_name(unterminated.data(), 4, out), 1);
+    EXPECT_EQ(std::string(out, out + 4), "\xD3\xF1\x40\x40");
+}
+
+TEST(EbcdicName, NullPointersAreReported) {
+    REPORTS reports;
+    NB_UCHAR out[8];
+    EXPECT_EQ(v0_generate_ebcdic_a_name(nullptr, 8, out), 0);
+    EXPECT_NE(reports.take().find("text != NULL"), std::string::npos);
+    EXPECT_EQ(v0_generate_ebcdic_a_name("a", 8, nullptr), 0);
+    EXPECT_NE(reports.take().find("out != NULL"), std::string::npos);
+}
+
+TEST(Signals, Ignore) {
+    struct sigaction before, now;
+    ASSERT_EQ(sigaction(SIGHUP, nullptr, &before), 0);
+    EXPECT_EQ(vsvig_signal_ignore(SIGHUP), 0);
+    EXPECT_EQ(raise(SIGHUP), 0) << "and the program goes on";
+    ASSERT_EQ(sigaction(SIGHUP, &before, &now), 0);
+    EXPECT_EQ(now.sa_handler, SIG_IGN);
+    EXPECT_EQ(now.sa_flags & (SA_SIGINFO | SA_RESTART | SA_NODEFER), 0);
+    EXPECT_EQ(vsvig_signal_ignore(SIGKILL), -1);
+    EXPECT_EQ(errno, EINVAL);
+    EXPECT_EQ(vsvig_signal_ignore(-1), -1);
+}
