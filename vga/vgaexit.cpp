@@ -6,9 +6,7 @@
 #include "vganofbd.h"
 #include "vgarec.h"
 #include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <sys/wait.h>
 
 namespace {
 
@@ -16,7 +14,7 @@ using CLOCK = std::chrono::steady_clock;
 
 constexpr auto hung_after = std::chrono::seconds(5);
 
-/* ------------------------------------------------------------------ fatal reports */
+/* Fatal reports. */
 
 constexpr NB_ULONG problem_unexpected = 0x40020000;
 constexpr NB_ULONG problem_internal = 0x40020001;
@@ -110,7 +108,7 @@ NB_VOID wait_until_read(NB_VOID) {
     gvga_exit_code = 0;
 }
 
-/* ------------------------------------------------------------------ orderly close */
+/* Orderly close. */
 
 CLOCK::time_point last_answer;
 

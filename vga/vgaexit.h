@@ -1,4 +1,4 @@
-/* The end of the program: the report of a fatal condition, the orderly close, signals. */
+/* The end of the program: the report of a fatal condition, the orderly close, X errors. */
 #ifndef VGAEXIT_H
 #define VGAEXIT_H
 
@@ -16,10 +16,6 @@ NB_VOID vga_error_exit(NB_VOID);
 NB_VOID vga_start_shutdown(NB_VOID);
 NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work);
 
-NB_VOID vga_signal_catcher(NB_INT signal);
 NB_INT vga_xerror_handler(Display *display, XErrorEvent *event);
-
-/* Process that starts the web browser; 0 when there is none.  Cleared by the signal catcher. */
-extern volatile NB_LONG gvga_web_temp_pid;
 
 #endif

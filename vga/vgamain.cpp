@@ -20,7 +20,7 @@ constexpr NB_ULONG window_problem = 0x40020007;
 
 enum WINDOW_PROBLEM : NB_USHORT { NODE_WINDOW_FAILED = 5 };
 
-/* ------------------------------------------------------------------ hooks */
+/* Hooks. */
 
 /* What the operator should know of the domain before anything else. */
 NB_VOID tell_of_limits(VGA_DIALOG *window) {
@@ -86,7 +86,7 @@ NB_VOID set_hooks(NB_VOID) {
     v0_set_fatal_handler(vga_request_exit_fatal);
 }
 
-/* ------------------------------------------------------------------ start and loop */
+/* Start and loop. */
 
 NB_USHORT show_first_window(NB_VOID) {
     if (vga_display_node_window(nullptr, 0) == 0) {

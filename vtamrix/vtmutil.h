@@ -18,7 +18,7 @@
 
 NB_EXTERN_C_BEGIN
 
-/* ------------------------------------------------------------------ addresses and masks */
+/* Addresses and masks. */
 
 #define VTM_IP_TEXT_SIZE 16 /* "255.255.255.255" and its terminator */
 
@@ -43,7 +43,7 @@ NB_USHORT vtm_check_mask(NB_ULONG mask);
  * 0. */
 NB_USHORT vtm_check_mask_address(const NB_UCHAR *mask, const NB_UCHAR *address);
 
-/* ------------------------------------------------------------------ names */
+/* Names. */
 
 #define VTM_MAX_DOMAIN_NAME  237
 #define VTM_MAX_DOMAIN_LABEL 63
@@ -92,7 +92,7 @@ NB_VOID vtm_ebcdic_to_ascii(NB_CHAR *out, const NB_UCHAR *field, NB_USHORT lengt
 /* Converts text to a field of `length` bytes, cut or padded with blanks. */
 NB_VOID vtm_ascii_to_ebcdic(const NB_CHAR *text, NB_UCHAR *out, NB_USHORT length);
 
-/* ------------------------------------------------------------------ checks of the configuration */
+/* Checks of the configuration. */
 
 #define VTM_NUMBERS 3
 

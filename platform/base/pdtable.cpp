@@ -45,6 +45,8 @@ constexpr PdRow rows[] = {
      "a list from the node is not as it should be",
      {{"opcode", PdDecode::opcode}, {"entry_size"}, {"entries_read"}, {"entries"}}},
     {0x4002000B, "X protocol error", {{"error_code"}, {"request_code"}, {"text"}}},
+    {0x4002000C, "the verb log cannot be written", {{"file"}, {"reason"}}},
+    {0x4002000D, "a command could not be started", {{"command"}, {"reason"}}},
     {0x40030001, "node software cannot be reached", {{"socket"}, {"reason"}}},
     {0x40030002,
      "connection to the node software lost",
@@ -84,38 +86,8 @@ constexpr PdDetail details[] = {
     {0x40020008, 1, "an entry of a list is shorter than its record"},
     {0x40020008, 2, "an entry of a list is longer than the rest of its buffer"},
     {0x40020008, 3, "a list has more entries in all but brought none"},
+    {0x4002000C, 0, "the verb log cannot be opened"},
 };
-
-struct Name {
-    NB_ULONG number;
-    const char *name;
-};
-
-#define NAME(constant)                                                                             \
-    { constant, #constant }
-constexpr Name primary_names[] = {
-    NAME(NAP_OK),           NAME(NAP_PARAMETER_CHECK), NAME(NAP_STATE_CHECK),  NAME(NAP_INDICATION),
-    NAME(NAP_COMM_FAILURE), NAME(NAP_UNAVAILABLE),     NAME(NAP_NOT_SUPPORTED)};
-
-constexpr Name secondary_names[] = {
-    NAME(NAP_NO_PERMISSION),    NAME(NAP_BAD_TARGET),      NAME(NAP_BAD_LENGTH),
-    NAME(NAP_INVALID_NAME),     NAME(NAP_INVALID_VALUE),   NAME(NAP_INVALID_LIST_OPTION),
-    NAME(NAP_UNKNOWN_RESOURCE), NAME(NAP_UNKNOWN_OWNER),   NAME(NAP_DUPLICATE_NAME),
-    NAME(NAP_NO_DOMAIN_CONFIG), NAME(NAP_NODE_GONE),       NAME(NAP_CONNECTION_GONE),
-    NAME(NAP_NODE_BUSY),        NAME(NAP_RESOURCE_ACTIVE), NAME(NAP_RESOURCE_INACTIVE),
-    NAME(NAP_IN_USE),           NAME(NAP_NODE_NOT_ACTIVE), NAME(NAP_LAST_BACKUP),
-    NAME(NAP_STORE_FAILED),     NAME(NAP_SINK_OVERFLOW),   NAME(NAP_SYSTEM_FILE_CHANGED),
-    NAME(NAP_NO_HPR_CONNECTION)};
-#undef NAME
-
-template <size_t count> const char *name_in(const Name (&names)[count], NB_ULONG number) {
-    for (const Name &row : names) {
-        if (row.number == number) {
-            return row.name;
-        }
-    }
-    return nullptr;
-}
 
 const char *opcode_name(NB_ULONG number) {
     const NAP_VERB *verb =
@@ -150,9 +122,9 @@ const char *pd_explain(PdDecode decode, NB_ULONG number) {
     case PdDecode::opcode:
         return opcode_name(number);
     case PdDecode::primary_rc:
-        return name_in(primary_names, number);
+        return nap_primary_name(number);
     case PdDecode::secondary_rc:
-        return name_in(secondary_names, number);
+        return nap_secondary_name(number);
     }
     return nullptr;
 }

@@ -10,7 +10,7 @@
 
 NB_EXTERN_C_BEGIN
 
-/* ------------------------------------------------------------------ where things are installed */
+/* Where things are installed. */
 
 #define NB_DEFAULT_PREFIX "/opt/corvid/sna"
 #define NB_MAX_PREFIX     60
@@ -24,7 +24,7 @@ const NB_CHAR *nba_prefix(NB_VOID);
  * (of the toolkit's own default when there is none).  To be called before the toolkit starts. */
 NB_VOID nba_set_app_defaults_path(NB_VOID);
 
-/* ------------------------------------------------------------------ handles */
+/* Handles. */
 
 /* A handle is a 32-bit value that stands for a pointer across asynchronous calls.  A destroyed
  * handle never validates again: 2^32 others are given out before its value comes back. */
@@ -44,7 +44,7 @@ NB_VOID *nba_validate_handle(NB_ULONG handle);
 /* Ends a handle.  0 and stale handles are ignored. */
 NB_VOID nba_destroy_handle(NB_ULONG handle);
 
-/* ------------------------------------------------------------------ queues */
+/* Queues. */
 
 /* A circular doubly linked list.  The head and every entry hold an NB_LQE; an empty list is a head
  * that points at itself.  OWNS: nothing, the entries are the caller's. */
@@ -65,7 +65,7 @@ NB_LQE *nba_get_q_head(const NB_LQE *head);
 /* Takes an entry out of the list that it is in and makes it point at itself. */
 NB_VOID nba_remove_from_q(NB_LQE *entry);
 
-/* ------------------------------------------------------------------ code page */
+/* Code page. */
 
 /* Convert `length` bytes in place.  A character without a counterpart becomes a NUL. */
 NB_VOID nba_ebcdic_to_local(NB_UCHAR *text, NB_USHORT length);
@@ -78,7 +78,7 @@ NB_VOID nba_local_to_ebcdic(NB_UCHAR *text, NB_USHORT length);
  * the two above), else 0.  An empty name is valid; an unknown type never is. */
 NB_USHORT nba_check_ebcdic(NB_USHORT type, const NB_UCHAR *text, NB_USHORT length);
 
-/* ------------------------------------------------------------------ message catalogue */
+/* Message catalogue. */
 
 #define V0_CATALOG_TEMPLATE "/lib/nls/msg/%L/sna.cat" /* behind the prefix */
 
@@ -97,7 +97,7 @@ NB_VOID v0_close_message_catalog(NB_INT *catalog);
  * always a terminator (nothing when `size` is 0).  Returns the number of bytes copied. */
 NB_USHORT v0_mb_strncpy(NB_CHAR *out, const NB_CHAR *text, NB_USHORT size);
 
-/* ------------------------------------------------------------------ problem log */
+/* Problem log. */
 
 /* One line a record: time, process, identifier, what it means, detail, and the values with their
  * names where the identifier has any.  The file is SNA_LOG in the environment, else
@@ -119,7 +119,7 @@ NB_VOID nba_pd_print_exception(NB_ULONG identifier, NB_USHORT detail, const NB_C
 #define NB_PD_ALL       3
 NB_VOID nba_pd_set_log(const NB_CHAR *file, NB_USHORT level);
 
-/* ------------------------------------------------------------------ assertions */
+/* Assertions. */
 
 /* Writes a problem record that names the file, the line and the broken expression, and returns. */
 NB_VOID v0_assert(const NB_CHAR *file, NB_INT line, const NB_CHAR *text);
@@ -144,7 +144,7 @@ NB_FATAL_HANDLER v0_set_fatal_handler(NB_FATAL_HANDLER handler);
 #define NB_ASSERT_FATAL(expression)                                                                \
     ((expression) ? (NB_VOID)0 : v0_assert_fatal(__FILE__, __LINE__, #expression))
 
-/* ------------------------------------------------------------------ trace control */
+/* Trace control. */
 
 /* Byte 0, bit 0 suppresses the X error records; byte 8, bit 0 the exception records of the model
  * build.  All bytes are 0 unless SNA_TRACE_CONTROL holds hexadecimal digits for them. */
@@ -154,7 +154,7 @@ typedef struct nb_trace_control {
 
 extern NB_TRACE_CONTROL ptrc;
 
-/* ------------------------------------------------------------------ scheduler hook */
+/* Scheduler hook. */
 
 /* The library's inputs are file descriptors that its owner's main loop watches.  The two functions
  * have the shapes of XtAppAddInput and XtRemoveInput; `context` is handed to the first. */
@@ -179,7 +179,7 @@ typedef NB_VOID (*NB_READY_PROC)(NB_VOID *data);
 NB_ULONG vpm_add_input(NB_INT fd, NB_USHORT writable, NB_READY_PROC proc, NB_VOID *data);
 NB_VOID vpm_remove_input(NB_ULONG input);
 
-/* ------------------------------------------------------------------ domain */
+/* Domain. */
 
 /* 1 when this machine belongs to a client/server domain: the file "<prefix>/etc/domain" that the
  * node software keeps says "client_server = yes".  0 when it says no, or there is no such file. */

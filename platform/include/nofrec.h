@@ -16,7 +16,7 @@
 
 #pragma pack(push, 4)
 
-/* ------------------------------------------------------------------ the header and return codes */
+/* The header and return codes. */
 
 #define NAP_VCB_HEADER                                                                             \
     NB_USHORT opcode;     /* one of the NAP_ opcodes of nofverbs.h */                              \
@@ -62,7 +62,7 @@ typedef struct nap_vcb {
 #define NAP_SYSTEM_FILE_CHANGED 0x5558 /* status: the domain file moved to another server */
 #define NAP_NO_HPR_CONNECTION   0x62100000 /* with PARAMETER_CHECK */
 
-/* ------------------------------------------------------------------ lists */
+/* Lists. */
 
 /* How a list is asked for: a detail level ORed with a start position. */
 #define NAP_SUMMARY        0
@@ -111,7 +111,7 @@ typedef struct nap_name_verb {
 NB_STATIC_ASSERT(offsetof(NAP_NAME_VERB, key) == 12);
 NB_STATIC_ASSERT(sizeof(NAP_NAME_VERB) == 144);
 
-/* ------------------------------------------------------------------ sessions with the interface */
+/* Sessions with the interface. */
 
 #define NAP_SYSTEM_FILE  1 /* the domain's configuration */
 #define NAP_NETWORK_FILE 2 /* the domain's list of nodes */
@@ -149,7 +149,7 @@ typedef struct nap_set_processing_mode {
     NB_USHORT reserved;
 } NAP_SET_PROCESSING_MODE_VERB;
 
-/* ------------------------------------------------------------------ nodes */
+/* Nodes. */
 
 #define NAP_NODE_STOPPED      0
 #define NAP_NODE_STARTING     1
@@ -251,7 +251,7 @@ typedef struct nap_define_node {
     NB_ULONG node_id;
 } NAP_DEFINE_NODE_VERB;
 
-/* ------------------------------------------------------------------ states of resources */
+/* States of resources. */
 
 #define NAP_NOT_ACTIVE       0
 #define NAP_PENDING_ACTIVE   1
@@ -261,7 +261,7 @@ typedef struct nap_define_node {
 #define NAP_SSCP_ACTIVE      5 /* an LU whose host session is up, not yet in use */
 #define NAP_IN_SESSION       6 /* an LU that is in use */
 
-/* ------------------------------------------------------------------ DLCs */
+/* DLCs. */
 
 #define NAP_DLC_SDLC        0
 #define NAP_DLC_QLLC        1
@@ -297,7 +297,7 @@ typedef struct nap_define_dlc {
     NAP_DLC_DEF def_data;
 } NAP_DEFINE_DLC_VERB;
 
-/* ------------------------------------------------------------------ ports */
+/* Ports. */
 
 #define NAP_PORT_LEASED        0
 #define NAP_PORT_SWITCHED      1
@@ -347,7 +347,7 @@ typedef struct nap_define_port {
     NAP_PORT_DEF def_data;
 } NAP_DEFINE_PORT_VERB;
 
-/* ------------------------------------------------------------------ link stations */
+/* Link stations. */
 
 #define NAP_LS_PRIMARY    1
 #define NAP_LS_SECONDARY  2
@@ -420,7 +420,7 @@ typedef struct nap_define_ls {
     NAP_LS_DEF def_data;
 } NAP_DEFINE_LS_VERB;
 
-/* ------------------------------------------------------------------ PUs */
+/* PUs. */
 
 #define NAP_DIRECT_ATTACHED 0
 #define NAP_DLUR_ATTACHED   1
@@ -451,7 +451,7 @@ typedef struct nap_define_internal_pu { /* a DLUR-served PU; the others come wit
     NAP_PU_DEF def_data;
 } NAP_DEFINE_INTERNAL_PU_VERB;
 
-/* ------------------------------------------------------------------ LUs of type 0 to 3 */
+/* LUs of type 0 to 3. */
 
 #define NAP_LU_3270_DISPLAY_MODEL_2 2
 #define NAP_LU_3270_DISPLAY_MODEL_3 3
@@ -502,7 +502,7 @@ typedef struct nap_define_lu03 {
     NAP_LU03_DEF def_data;
 } NAP_DEFINE_LU03_VERB;
 
-/* ------------------------------------------------------------------ local LUs (type 6.2) */
+/* Local LUs (type 6.2). */
 
 typedef struct nap_local_lu_def {
     NB_UCHAR description[32];       /* text */
@@ -532,7 +532,7 @@ typedef struct nap_define_local_lu {
     NAP_LOCAL_LU_DEF def_data;
 } NAP_DEFINE_LOCAL_LU_VERB;
 
-/* ------------------------------------------------------------------ modes */
+/* Modes. */
 
 #define NAP_COMPRESSION_NONE 0
 #define NAP_COMPRESSION_RLE  1
@@ -604,7 +604,7 @@ typedef struct nap_mode_data { /* a mode that a local LU uses with a partner */
     NB_UCHAR reserved[2];
 } NAP_MODE_DATA;
 
-/* ------------------------------------------------------------------ classes of service */
+/* Classes of service. */
 
 typedef struct nap_cos_def {
     NB_UCHAR description[32];       /* text */
@@ -629,7 +629,7 @@ typedef struct nap_define_cos {
     NAP_COS_DEF def_data;
 } NAP_DEFINE_COS_VERB;
 
-/* ------------------------------------------------------------------ partner LUs and directory */
+/* Partner LUs and directory. */
 
 typedef struct nap_plu_data { /* a partner that a local LU knows */
     NB_USHORT overlay_size;
@@ -707,7 +707,7 @@ typedef struct nap_define_dir {
     NAP_DIR_DEF def_data;
 } NAP_DEFINE_DIR_VERB;
 
-/* ------------------------------------------------------------------ settings */
+/* Settings. */
 
 /* Each of these answers with one record behind the header. */
 
@@ -744,7 +744,7 @@ typedef struct nap_query_tamrix_defaults {
     NB_UCHAR domain_name[256]; /* text; empty: none */
 } NAP_QUERY_TAMRIX_DEFAULTS_VERB;
 
-/* ------------------------------------------------------------------ indications */
+/* Indications. */
 
 /* Every indication about a resource: the name from offset 13 is the key of its class, the state
  * behind it what the class's list entry would say now. */

@@ -186,4 +186,58 @@ static inline const NAP_VERB *nap_find_verb(NB_USHORT opcode) {
     return NULL;
 }
 
+/* The names of return codes, for logs.  Null for a code without a name; a secondary code of 0 has
+ * none. */
+typedef struct nap_code_name {
+    NB_ULONG code;
+    const NB_CHAR *name;
+} NAP_CODE_NAME;
+
+/* clang-format off */
+#define NAP_CODE(code) {code, #code}
+/* clang-format on */
+
+static inline const NB_CHAR *nap_find_code(const NAP_CODE_NAME *names, size_t count,
+                                           NB_ULONG code) {
+    size_t row;
+    for (row = 0; row < count; row++) {
+        if (names[row].code == code) {
+            return names[row].name;
+        }
+    }
+    return NULL;
+}
+
+static inline const NB_CHAR *nap_primary_name(NB_ULONG code) {
+    static const NAP_CODE_NAME names[] = {
+        NAP_CODE(NAP_OK),
+        NAP_CODE(NAP_PARAMETER_CHECK),
+        NAP_CODE(NAP_STATE_CHECK),
+        NAP_CODE(NAP_INDICATION),
+        NAP_CODE(NAP_COMM_FAILURE),
+        NAP_CODE(NAP_UNAVAILABLE),
+        NAP_CODE(NAP_NOT_SUPPORTED),
+    };
+    return nap_find_code(names, sizeof(names) / sizeof(names[0]), code);
+}
+
+static inline const NB_CHAR *nap_secondary_name(NB_ULONG code) {
+    static const NAP_CODE_NAME names[] = {
+        NAP_CODE(NAP_NO_PERMISSION),       NAP_CODE(NAP_BAD_TARGET),
+        NAP_CODE(NAP_BAD_LENGTH),          NAP_CODE(NAP_INVALID_NAME),
+        NAP_CODE(NAP_INVALID_VALUE),       NAP_CODE(NAP_INVALID_LIST_OPTION),
+        NAP_CODE(NAP_UNKNOWN_RESOURCE),    NAP_CODE(NAP_UNKNOWN_OWNER),
+        NAP_CODE(NAP_DUPLICATE_NAME),      NAP_CODE(NAP_NO_DOMAIN_CONFIG),
+        NAP_CODE(NAP_NODE_GONE),           NAP_CODE(NAP_CONNECTION_GONE),
+        NAP_CODE(NAP_NODE_BUSY),           NAP_CODE(NAP_RESOURCE_ACTIVE),
+        NAP_CODE(NAP_RESOURCE_INACTIVE),   NAP_CODE(NAP_IN_USE),
+        NAP_CODE(NAP_NODE_NOT_ACTIVE),     NAP_CODE(NAP_LAST_BACKUP),
+        NAP_CODE(NAP_STORE_FAILED),        NAP_CODE(NAP_SINK_OVERFLOW),
+        NAP_CODE(NAP_SYSTEM_FILE_CHANGED), NAP_CODE(NAP_NO_HPR_CONNECTION),
+    };
+    return nap_find_code(names, sizeof(names) / sizeof(names[0]), code);
+}
+
+#undef NAP_CODE
+
 #endif

@@ -306,7 +306,7 @@ protected:
     VGA_DIALOG *main_dialog = nullptr;
 };
 
-// ------------------------------------------------------------------ fetching and closing
+// Fetching and closing.
 
 TEST_F(Dialogs, FetchFillsTheHeader) {
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog, &record);
@@ -465,7 +465,7 @@ TEST_F(Dialogs, NodeWindowOfADomainHasItsOwnShell) {
     EXPECT_TRUE(visible(main_dialog));
 }
 
-// ------------------------------------------------------------------ message boxes
+// Message boxes.
 
 TEST_F(Dialogs, ErrorsWaitForEachOther) {
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
@@ -604,7 +604,7 @@ TEST(WrapText, BreaksAtBlanks) {
     setlocale(LC_ALL, "C");
 }
 
-// ------------------------------------------------------------------ the firewall
+// The firewall.
 
 TEST_F(Dialogs, ErrorWaitsForTheButton) {
     press(part("*nodewButton"));
@@ -725,7 +725,7 @@ TEST_F(Dialogs, WidgetsMadeLaterAreWatched) {
     EXPECT_EQ(events.fatal, "XmIsRowColumn(menu)");
 }
 
-// ------------------------------------------------------------------ widgets
+// Widgets.
 
 TEST_F(Dialogs, EditingAndLooking) {
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);

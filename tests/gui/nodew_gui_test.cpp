@@ -192,7 +192,7 @@ protected:
     std::vector<VGA_PORT *> ports;
 };
 
-// ------------------------------------------------------------------ the window
+// The window.
 
 TEST_F(NodeWindow, ComesUpEmpty) {
     EXPECT_EQ(title(), vga_message(VGA_MSG_NODEW_EMPTY_TITLE));
@@ -325,7 +325,7 @@ TEST_F(NodeWindow, AnotherNodeHasAWindowOfItsOwnThatCanComeBack) {
     gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 0;
 }
 
-// ------------------------------------------------------------------ panes and lines
+// Panes and lines.
 
 TEST_F(NodeWindow, APressMakesItsPaneTheOnlyCurrentOne) {
     show_node();
@@ -400,7 +400,7 @@ TEST_F(NodeWindow, FixedLinesAreNeverSelected) {
     EXPECT_FALSE(node->dlur_fake_port->gui_data.viewer.selected);
 }
 
-// ------------------------------------------------------------------ heights
+// Heights.
 
 TEST_F(NodeWindow, PanesShareTheHeight) {
     show_node();
@@ -454,7 +454,7 @@ TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
     }
 }
 
-// ------------------------------------------------------------------ help under the pointer
+// Help under the pointer.
 
 TEST_F(NodeWindow, PointerHelpComesAndGoes) {
     show_node();
@@ -475,7 +475,7 @@ TEST_F(NodeWindow, PointerHelpComesAndGoes) {
     EXPECT_EQ(gvga_current_button, nullptr);
 }
 
-// ------------------------------------------------------------------ what a selection allows
+// What a selection allows.
 
 struct STATE_CASE {
     const char *name;

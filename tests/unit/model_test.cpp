@@ -20,7 +20,7 @@ SCRIPTED_NOF_ENTRY
 
 namespace {
 
-/* ------------------------------------------------------------------ names and entries */
+/* Names and entries. */
 
 template <size_t Width> void set_local(NB_UCHAR (&field)[Width], const std::string &text) {
     std::string padded = text;
@@ -109,7 +109,7 @@ NAP_PLU_DEF_DATA plu_def_entry(const std::string &plu, const std::string &alias)
     return data;
 }
 
-/* ------------------------------------------------------------------ a node that answers */
+/* A node that answers. */
 
 using BYTES = std::vector<NB_UCHAR>;
 
@@ -303,7 +303,7 @@ std::string connectivity_name(VGA_VIEWER_ITEM *item) {
     return word.substr(0, word.find(' '));
 }
 
-/* ------------------------------------------------------------------ the build */
+/* The build. */
 
 TEST_F(Model, IsCompleteWhateverTheOrderOfAnswers) {
     for (unsigned seed = 1; seed <= 20; seed++) {
@@ -413,7 +413,7 @@ TEST_F(Model, ANodeThatDiesDropsOutAndTheOthersFinish) {
     EXPECT_EQ(ntl_avl_validate(&gvga_system->nodes), 2);
 }
 
-/* ------------------------------------------------------------------ records */
+/* Records. */
 
 TEST_F(Model, AKnownPortKeepsItsIdentityAndStatus) {
     add_branch();
@@ -508,7 +508,7 @@ TEST_F(Model, CloseFreesEachPieceThroughTheNodeSoftware) {
     EXPECT_FALSE(vga_do_free_node_res(only_node(), 0, vga_no_completion));
 }
 
-/* ------------------------------------------------------------------ comparators */
+/* Comparators. */
 
 TEST(Comparators, OrderNamesAsTheListsShowThem) {
     auto name = [](const char *text) {

@@ -36,7 +36,7 @@ template <typename Record> Record from_bytes(const Bytes &bytes) {
     return record;
 }
 
-// ---------------------------------------------------------------- the main loop
+// The main loop.
 
 struct Watched {
     NB_INT fd;
@@ -93,7 +93,7 @@ void settle() {
     }
 }
 
-// ---------------------------------------------------------------- what the program gets
+// What the program gets.
 
 struct Heard {
     NB_ULONG target;
@@ -125,7 +125,7 @@ Numbers heard_numbers() {
     return numbers;
 }
 
-// ---------------------------------------------------------------- the node
+// The node.
 
 struct Received {
     NOF_FRAME header;
@@ -370,7 +370,7 @@ Bytes ls_indication(NB_UCHAR first_of_key) {
     return to_bytes(block);
 }
 
-// ---------------------------------------------------------------- answers
+// Answers.
 
 TEST_F(Link, AVerbWaitsForTheHelloAndTakesOnlyWhatItMay) {
     List list(100);
@@ -558,7 +558,7 @@ TEST_F(Link, OnlyLookingIsAllowed) {
     EXPECT_TRUE(node->silent());
 }
 
-// ---------------------------------------------------------------- indications
+// Indications.
 
 TEST_F(Link, IndicationsReachTheirRegistration) {
     connect();
@@ -605,7 +605,7 @@ TEST_F(Link, ARefusedRegistrationIsNone) {
     expect_lost({}, 0); // to the last callback, with no user data
 }
 
-// ---------------------------------------------------------------- garbage and loss
+// Garbage and loss.
 
 using Breaker = std::function<Bytes(const Received &verb, NB_ULONG sink)>;
 
@@ -748,7 +748,7 @@ TEST_F(Link, CallbacksMayIssueAndTerminate) {
     EXPECT_EQ(heard_numbers(), (Numbers{0, 1, 3}));
 }
 
-// ---------------------------------------------------------------- no node software
+// No node software.
 
 TEST_F(Link, NobodyThere) {
     auto block = verb_block<NAP_NAME_VERB>(NAP_START_LS);

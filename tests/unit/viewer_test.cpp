@@ -19,7 +19,7 @@ VGA_UID_TABLE gvga_uid_desc; // no windows here
 
 namespace {
 
-/* ------------------------------------------------------------------ the plain model */
+/* The plain model. */
 
 struct NODE {
     VGA_VIEWER_ITEM item; // garbage until it is made into a line
@@ -137,7 +137,7 @@ struct MODEL {
     }
 };
 
-/* ------------------------------------------------------------------ invariants */
+/* Invariants. */
 
 /* Balance, sums and links of the binary tree; returns its items in order. */
 void check_list(const VGA_VIEWER_LIST &list, const VGA_VIEWER_ITEM *node,
@@ -213,7 +213,7 @@ void check(VGA_VIEWER_ROOT *root, const MODEL &model) {
     ASSERT_TRUE(current == nullptr || current->selected);
 }
 
-/* ------------------------------------------------------------------ random operations */
+/* Random operations. */
 
 class VIEWER_RANDOM : public testing::TestWithParam<unsigned> {
 protected:
@@ -410,7 +410,7 @@ TEST_P(VIEWER_RANDOM, NotesEveryChangedLine) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, VIEWER_RANDOM, testing::Range(1U, 13U));
 
-/* ------------------------------------------------------------------ single cases */
+/* Single cases. */
 
 class VIEWER : public testing::Test {
 protected:
@@ -530,7 +530,7 @@ TEST_F(VIEWER, TextOfAThousandBytesIsTheLongest) {
     EXPECT_EQ(broken, "text_len <= VGA_VIEWER_MAX_TEXT_LENGTH");
 }
 
-/* ------------------------------------------------------------------ layout */
+/* Layout. */
 
 TEST(VIEWER_LAYOUT, RunsAreCutAtTheNextColumn) {
     struct CASE {

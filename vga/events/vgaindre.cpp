@@ -26,7 +26,7 @@ struct RESOURCE_CLASS {
     NB_USHORT (*apply)(VGA_NODE *node, const NAP_RESOURCE_INDICATION &indication);
 };
 
-/* ------------------------------------------------------------------ how records are found */
+/* How records are found. */
 
 VGA_DLC *find_dlc(VGA_NODE *node, const NB_UCHAR *key) {
     return vga_find_dlc(node, key);
@@ -57,7 +57,7 @@ VGA_MODE *find_mode(VGA_NODE *node, const NB_UCHAR *key) {
     return lu != nullptr ? static_cast<VGA_MODE *>(ntl_avl_find(&lu->modes, mode_key)) : nullptr;
 }
 
-/* ------------------------------------------------------------------ what a change means */
+/* What a change means. */
 
 template <class Record> NB_VOID record_follows(Record *) {}
 

@@ -12,7 +12,7 @@
 
 #define VGA_CLASS "Quiladmin"
 
-/* ------------------------------------------------------------------ the toolkit */
+/* The toolkit. */
 
 extern XtAppContext gvga_appcontext; /* null in a test without a display */
 extern Widget gvga_toplevel;
@@ -25,7 +25,7 @@ extern XrmDatabase gvga_resource_database;
 extern XrmDatabase gvga_local_database; /* the user's own file, already merged; null without one */
 extern NB_CHAR gvga_local_db_file[300];
 
-/* ------------------------------------------------------------------ options */
+/* Options. */
 
 #define VGA_SUPPORTED_CPIC          0
 #define VGA_SUPPORTED_RJE           1
@@ -55,7 +55,7 @@ extern NB_USHORT gvga_read_only;     /* the operator may look but not change */
 extern NB_USHORT gvga_closing;       /* the orderly close is under way */
 extern const NB_UCHAR gvga_null_name[2];
 
-/* ------------------------------------------------------------------ exit request */
+/* Exit request. */
 
 #define VGA_EXIT_NORMAL        (-1)
 #define VGA_EXIT_INTERNAL      1

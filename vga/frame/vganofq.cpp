@@ -2,6 +2,7 @@
 #include "nofverbs.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
+#include "vgavlog.h"
 #include <Xm/Xm.h>
 #include <cstring>
 
@@ -47,8 +48,13 @@ NB_VOID free_entry(VGA_QUEUE_ENTRY *entry) {
 
 NB_USHORT issue(VGA_QUEUE_ENTRY &entry) {
     entry.issued = 1;
-    return nof_async_version(NOF_VERSION, entry.target, entry.vcb, vga_nof_verb_callback,
-                             entry.user_data);
+    vga_log_verb(VGA_VERB_ISSUED, entry.target, entry.vcb);
+    NB_USHORT result = nof_async_version(NOF_VERSION, entry.target, entry.vcb,
+                                         vga_nof_verb_callback, entry.user_data);
+    if (result == NOF_COMPLETED_SYNC) {
+        vga_log_verb(VGA_VERB_COMPLETED_AT_ONCE, entry.target, entry.vcb);
+    }
+    return result;
 }
 
 NB_VOID defer(VGA_QUEUE_ENTRY &entry) {
@@ -81,6 +87,7 @@ NB_USHORT is_unsolicited(const NAP_VCB &vcb) {
 }
 
 NB_VOID handle_unsolicited(const VGA_PROCESS_STATE &work) {
+    vga_log_verb(VGA_VERB_UNSOLICITED, work.target, work.vcb);
     if (work.vcb->secondary_rc == NAP_SINK_OVERFLOW) {
         VGA_EXIT_AT(VGA_EXIT_INTERNAL, 0, gvga_exit_bad_indication);
         return;
@@ -106,6 +113,7 @@ NB_VOID complete(const VGA_QUEUE_ENTRY &entry, const VGA_PROCESS_STATE &work) {
 } // namespace
 
 NB_VOID vga_init_verb_queues(NB_VOID) {
+    vga_open_verb_log();
     NB_INIT_LIST(gvga_nof_queue);
     NB_INIT_LIST(gvga_immediate_nof_queue);
 }
@@ -126,7 +134,9 @@ NB_USHORT vga_queue_verb(NB_ULONG target, NAP_VCB *vcb, NB_ULONG user_data,
     entry->completion = completion;
     nba_add_to_q_tail(&gvga_nof_queue, &entry->links);
     NB_USHORT must_wait = vcb->opcode != NAP_DISCONNECT_NODE && target_is_held(target);
-    if (!must_wait && issue(*entry) == NOF_COMPLETED_SYNC) {
+    if (must_wait) {
+        vga_log_verb(VGA_VERB_WAITING, target, vcb);
+    } else if (issue(*entry) == NOF_COMPLETED_SYNC) {
         /* The issuer is still in the middle of its own work. */
         defer(*entry);
     }
@@ -152,6 +162,7 @@ NB_VOID vga_nof_verb_callback(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data)
         return;
     }
     NB_ASSERT(entry->issued);
+    vga_log_verb(VGA_VERB_COMPLETED, target, work.vcb);
     nba_remove_from_q(&entry->links);
     if (entry->completion != nullptr) {
         complete(*entry, work);
@@ -185,6 +196,7 @@ NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *v
         if (!matches) {
             continue;
         }
+        vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
         if (entry->issued) {
             entry->completion = nullptr;
         } else {
@@ -197,10 +209,13 @@ NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *v
 NB_VOID vga_empty_verb_queues(NB_VOID) {
     for (NB_LQE *queue : {&gvga_nof_queue, &gvga_immediate_nof_queue}) {
         while (NB_LQE *first = nba_get_q_head(queue)) {
+            VGA_QUEUE_ENTRY *entry = entry_of(first);
+            vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
             nba_remove_from_q(first);
-            free_entry(entry_of(first));
+            free_entry(entry);
         }
     }
+    vga_close_verb_log();
 }
 
 NB_VOID *vga_get_querybuf(NB_ULONG size) {

@@ -38,7 +38,7 @@ struct VGA_QUEUE_ENTRY {
 extern NB_LQE gvga_nof_queue;           /* waiting or in flight */
 extern NB_LQE gvga_immediate_nof_queue; /* complete, for the main loop to handle */
 
-/* Makes both queues empty. */
+/* Makes both queues empty, and opens the verb log (vgavlog.h) if one is asked for. */
 NB_VOID vga_init_verb_queues(NB_VOID);
 
 /* Queues a verb and issues it unless it must wait.
@@ -61,7 +61,8 @@ NB_VOID vga_drain_immediate_queue(NB_VOID);
 NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *vcb,
                              NB_ULONG user_data, VGA_COMPLETION completion);
 
-/* Frees every entry of both queues with its blocks, calling nobody.  For the end of the process. */
+/* Frees every entry of both queues with its blocks, calling nobody, and closes the verb log.  For
+ * the end of the process. */
 NB_VOID vga_empty_verb_queues(NB_VOID);
 
 /* Allocates a query buffer of `size` bytes, of gvga_querybuf_size for 0.  Null without memory. */
@@ -87,7 +88,7 @@ extern NB_USHORT gvga_display_dirty;
 
 NB_USHORT vga_verb_succeeded(const NAP_VCB *vcb); /* NAP_OK or NAP_INDICATION */
 
-/* ------------------------------------------------------------------ issuing */
+/* Issuing. */
 
 struct VGA_FREE {
     void operator()(NB_VOID *memory) const { free(memory); }

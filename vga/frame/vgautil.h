@@ -12,7 +12,7 @@
 
 NB_EXTERN_C_BEGIN
 
-/* ------------------------------------------------------------------ texts */
+/* Texts. */
 
 /* Cuts trailing spaces, and no other white space. */
 NB_VOID vga_strip_spaces(NB_CHAR *text);
@@ -21,7 +21,7 @@ NB_VOID vga_strip_spaces(NB_CHAR *text);
  * nothing changes; the result then has no terminator either way. */
 NB_VOID vga_pad_buffer(NB_CHAR *buffer, NB_USHORT length, NB_CHAR pad);
 
-/* ------------------------------------------------------------------ host names and IP addresses */
+/* Host names and IP addresses. */
 
 /* Returns 1 when the text has 1 to 255 characters and every part between its periods 1 to 63, else
  * 0.  Which characters they are does not matter. */
@@ -44,7 +44,7 @@ NB_VOID vga_get_default_ip_addr_mask(const NB_IP_ADDRESS *ip_addr, NB_IP_ADDRESS
 NB_VOID vga_format_ip_addr(NB_CHAR *buffer, const NB_IP_ADDRESS *ip_addr);
 NB_VOID vga_format_ip_addr_port(NB_CHAR *buffer, const NB_IP_ADDRESS *ip_addr, NB_USHORT port);
 
-/* ------------------------------------------------------------------ fully qualified names */
+/* Fully qualified names. */
 
 #define VGA_FQ_NAME_SIZE      9
 #define VGA_FQ_NET_NAME_SIZE  9
@@ -61,7 +61,7 @@ NB_VOID vga_get_fq_net_name(NB_CHAR *out, const NB_UCHAR *fq);
  * REQUIRES: that has at most 8 characters; a longer one is reported, and returned as it is. */
 NB_VOID vga_getw_fq_net_name(NB_CHAR *out, const NB_UCHAR *fq);
 
-/* ------------------------------------------------------------------ transaction program names */
+/* Transaction program names. */
 
 #define VGA_TP_SPACE_ERROR   0 /* something follows the first space */
 #define VGA_TP_SERVICE_ERROR 1 /* no service TP name */

@@ -36,7 +36,7 @@ BUILD node_build(VGA_NODE *node) {
     return {vga_node_steps(), node, vga_build_node};
 }
 
-/* ------------------------------------------------------------------ the engine */
+/* The engine. */
 
 NB_VOID start_step(const BUILD &build, NB_USHORT id);
 

@@ -12,7 +12,7 @@ using STEP = VGA_BUILD_STEP;
 
 constexpr NB_USHORT no_chain = VGA_NO_CHAIN;
 
-/* ------------------------------------------------------------------ targets and conditions */
+/* Targets and conditions. */
 
 NB_ULONG no_target(const VGA_NODE *) {
     return 0;
@@ -52,7 +52,7 @@ NB_USHORT with_central_logging(const VGA_NODE *) {
     return gvga_system->logging.central_logging.enabled;
 }
 
-/* ------------------------------------------------------------------ what is kept of an answer */
+/* What is kept of an answer. */
 
 /* Copies the whole answer into a field of the node. */
 template <auto Field> NB_VOID keep(VGA_NODE *node, const NAP_VCB *vcb) {
@@ -122,7 +122,7 @@ NB_VOID keep_node_data(VGA_NODE *node, const NAP_VCB *vcb) {
     }
 }
 
-/* ------------------------------------------------------------------ owners of owned lists */
+/* Owners of owned lists. */
 
 template <class Record> Record *owner_behind(const AVL_TREE &tree, const NB_UCHAR *name) {
     return static_cast<Record *>(name == nullptr ? AVL_FIRST(tree)
@@ -149,7 +149,7 @@ const NB_UCHAR *no_owner(const VGA_NODE *, const NB_UCHAR *) {
     return nullptr;
 }
 
-/* ------------------------------------------------------------------ the tables */
+/* The tables. */
 
 /* clang-format off */
 constexpr STEP system_steps[] = {

@@ -43,7 +43,7 @@ const BOX_LOOK looks[] = {
 
 XtIntervalId check_timer; /* 0: no check is due */
 
-/* ------------------------------------------------------------------ the box */
+/* The box. */
 
 /* The description's box where there is one, so that its look can be changed there. */
 Widget fetch_box(Widget shell) {
@@ -148,7 +148,7 @@ NB_VOID take_down(VGA_MODAL_DLG &box) {
     box.callback = nullptr;
 }
 
-/* ------------------------------------------------------------------ the queue */
+/* The queue. */
 
 /* OWNS: the request's text from here on. */
 NB_VOID enqueue(const MODAL_REQUEST &request) {
@@ -183,7 +183,7 @@ NB_VOID check_timer_proc(XtPointer, XtIntervalId *) {
     vga_check_modal_dialog_queues();
 }
 
-/* ------------------------------------------------------------------ the text */
+/* The text. */
 
 /* The bytes and columns of the character at `text`; a byte that is none counts as a column. */
 size_t character_at(const NB_CHAR *text, mbstate_t *state, NB_USHORT *columns) {
@@ -242,7 +242,7 @@ VGA_ANSWER answer_of(const VGA_MODAL_DLG &box, Widget widget, XtPointer call_dat
 
 } // namespace
 
-/* ------------------------------------------------------------------ showing */
+/* Showing. */
 
 NB_VOID vga_display_error_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB_CHAR *help_key,
                                  VGA_MODAL_CB callback, NB_ULONG client_data, const NB_CHAR *types,
@@ -315,7 +315,7 @@ NB_VOID vga_display_modal_dialog(VGA_MODAL_TYPE type, VGA_DIALOG *parent, XmStri
     show(request);
 }
 
-/* ------------------------------------------------------------------ the queues */
+/* The queues. */
 
 NB_VOID vga_check_modal_dialog_queue(VGA_DIALOG *desc) {
     VGA_MODAL_DLG &box = desc->modal_dlg;
@@ -345,7 +345,7 @@ NB_VOID vga_schedule_modal_dialog_check(NB_VOID) {
     }
 }
 
-/* ------------------------------------------------------------------ taking down */
+/* Taking down. */
 
 NB_VOID vga_close_modal_dialog(VGA_DIALOG *desc) {
     if (desc->modal_dlg.showing != 0) {

@@ -1,9 +1,11 @@
 #include "vgadgutl.h"
 #include "vgaglob.h"
+#include "vgahelpw.h"
 #include "vgahooks.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
 #include "vgaviewr.h"
+#include "vgawmhnt.h"
 #include "vgaxt.h"
 #include <Xm/AtomMgr.h>
 #include <Xm/BulletinB.h>
@@ -33,7 +35,7 @@ NB_USHORT lives_on_top_level(VGA_DIALOG_ID dialog_id) {
            (dialog_id == VGA_UID_NODE_WINDOW && !system_window);
 }
 
-/* ------------------------------------------------------------------ making one */
+/* Making one. */
 
 /* A descriptor that is being made: all of it goes again unless it is kept. */
 class NEW_DIALOG {
@@ -194,7 +196,7 @@ VGA_DIALOG *make_dialog(VGA_UID_DESC &row, VGA_DIALOG *parent) {
     return desc.keep();
 }
 
-/* ------------------------------------------------------------------ opening one */
+/* Opening one. */
 
 /* Sets `found` to a closed descriptor that fits, or to null.  Returns 0 when the list is corrupt.
  */
@@ -237,7 +239,7 @@ NB_USHORT open_dialog(VGA_DIALOG *desc, VGA_DIALOG *parent, NB_VOID *context) {
     return 1;
 }
 
-/* ------------------------------------------------------------------ closing one */
+/* Closing one. */
 
 NB_VOID hide(VGA_DIALOG *desc) {
     if (gvga_uid_desc[desc->dialog_id].kind != VGA_KIND_MAIN) {
@@ -270,7 +272,7 @@ NB_VOID ask_exit(VGA_DIALOG *desc) {
                                "");
 }
 
-/* ------------------------------------------------------------------ keys of the viewer */
+/* Keys of the viewer. */
 
 NB_VOID call_window_action(NB_VOID *window, VGA_VIEWER_ACTION action, Widget widget) {
     const auto *desc = static_cast<const VGA_DIALOG *>(window);
@@ -288,7 +290,7 @@ NB_VOID call_window_action(NB_VOID *window, VGA_VIEWER_ACTION action, Widget wid
 
 } // namespace
 
-/* ------------------------------------------------------------------ start and end */
+/* Start and end. */
 
 NB_VOID vga_init_dialogs(NB_VOID) {
     for (NB_USHORT ii = 0; ii <= VGA_UID_MAX; ii++) {
@@ -296,6 +298,7 @@ NB_VOID vga_init_dialogs(NB_VOID) {
         gvga_uid_desc[ii].first_desc = gvga_uid_desc[ii].last_desc = nullptr;
     }
     gvga_viewer_window_action = call_window_action;
+    vga_watch_shells();
 }
 
 NB_VOID vga_free_dialogs(NB_VOID) {
@@ -321,6 +324,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
     static const COMMON_NAME names[] = {
         {"vga_close_cb", vga_close_cb},
         {"vga_exit_cb", vga_exit_cb},
+        {"vga_menu_help_web", vga_menu_help_web},
         {"vga_modal_dialog_cb", vga_modal_dialog_cb},
         {"vga_modal_firewall_on", vga_modal_firewall_on},
         {"vga_modal_firewall_off", vga_modal_firewall_off},
@@ -338,7 +342,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
     XtAppAddActions(gvga_appcontext, actions, XtNumber(actions));
 }
 
-/* ------------------------------------------------------------------ life of a dialog */
+/* Life of a dialog. */
 
 NB_USHORT vga_get_dialog(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *context,
                          VGA_DIALOG **desc) {
@@ -460,7 +464,7 @@ NB_VOID vga_exit_confirm_cb(VGA_DIALOG *, VGA_ANSWER answer, NB_ULONG) {
     }
 }
 
-/* ------------------------------------------------------------------ walking */
+/* Walking. */
 
 NB_VOID vga_for_each_dialog(NB_VOID (*visit)(VGA_DIALOG *desc, NB_VOID *data), NB_VOID *data) {
     for (const VGA_UID_DESC &row : gvga_uid_desc) {

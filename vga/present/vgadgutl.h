@@ -18,7 +18,7 @@
 
 struct VGA_DIALOG;
 
-/* ------------------------------------------------------------------ the table */
+/* The table. */
 
 /* The number of a window or dialog is its row in gvga_uid_desc. */
 enum VGA_DIALOG_ID : NB_USHORT {
@@ -170,7 +170,7 @@ struct VGA_UID_DESC {
 typedef std::array<VGA_UID_DESC, VGA_UID_MAX + 1> VGA_UID_TABLE;
 extern VGA_UID_TABLE gvga_uid_desc;
 
-/* ------------------------------------------------------------------ message box of a dialog */
+/* Message box of a dialog. */
 
 enum VGA_MODAL_TYPE : NB_USHORT { VGA_MODAL_ERROR, VGA_MODAL_INFO, VGA_MODAL_CONFIRM };
 
@@ -201,7 +201,7 @@ struct VGA_MODAL_DLG {
     NB_LQE queue; /* messages that wait */
 };
 
-/* ------------------------------------------------------------------ descriptor */
+/* Descriptor. */
 
 /* The beginning of every descriptor, as its member `common`.  Everything behind it starts as zero
  * and keeps its value when the descriptor is used again: a dialog resets what it must. */
@@ -228,7 +228,7 @@ struct VGA_DIALOG {
 extern VGA_DIALOG *gvga_first_dialog;
 extern VGA_DIALOG *gvga_main_dialog;
 
-/* ------------------------------------------------------------------ life of a dialog */
+/* Life of a dialog. */
 
 /* Start-up: checks that the table is in order (an assertion for each row that is not), empties the
  * lists of descriptors, and hands the viewer the actions of its windows. */

@@ -94,7 +94,7 @@ NB_VOID set_frame(Widget button, unsigned char shadow) {
 
 } // namespace
 
-/* ------------------------------------------------------------------ whole dialogs */
+/* Whole dialogs. */
 
 NB_VOID vga_dialog_allow_edit(VGA_DIALOG *desc, XtCallbackProc ok_proc, Widget extra) {
     set_edit(desc, ok_proc, extra, 1);
@@ -148,7 +148,7 @@ Widget vga_get_work_area(Widget message_box) {
     return nullptr;
 }
 
-/* ------------------------------------------------------------------ state and look */
+/* State and look. */
 
 NB_VOID vga_set_sensitive(Widget widget, NB_USHORT on) {
     if (widget == nullptr) {
@@ -219,7 +219,7 @@ NB_VOID vga_disarm_widget(Widget widget) {
     swap_colours(widget);
 }
 
-/* ------------------------------------------------------------------ popup menus */
+/* Popup menus. */
 
 NB_VOID vga_install_popup_menu(Widget widget, Widget menu) {
     if (widget == nullptr || menu == nullptr) {
@@ -245,7 +245,7 @@ NB_VOID vga_popup_menu(Widget widget, XtPointer data, XEvent *event, Boolean *) 
     }
 }
 
-/* ------------------------------------------------------------------ sizes */
+/* Sizes. */
 
 NB_VOID vga_set_window_height(VGA_DIALOG *desc, Dimension height) {
     Dimension limit = static_cast<Dimension>(HeightOfScreen(gvga_screen));
@@ -316,7 +316,7 @@ NB_VOID vga_remove_scrollbars(Widget scrolled_window) {
     }
 }
 
-/* ------------------------------------------------------------------ keyboard */
+/* Keyboard. */
 
 NB_VOID vga_activate_action(Widget widget, XEvent *event, String *, Cardinal *) {
     if (XmIsPushButton(widget) || XmIsToggleButton(widget)) {

@@ -8,7 +8,7 @@
 
 struct VGA_DIALOG;
 
-/* ------------------------------------------------------------------ whole dialogs */
+/* Whole dialogs. */
 
 /* Between editing and looking.  With editing the dialog's OK button calls `ok_proc`, Cancel is
  * there, and so is the extra button (Apply; may be null) where gvga_supported offers it.  Without,
@@ -32,7 +32,7 @@ NB_VOID vga_define_tab_groups(const Widget *widgets, NB_USHORT count);
 /* The part of a message box that is not its own: the work area, or null. */
 Widget vga_get_work_area(Widget message_box);
 
-/* ------------------------------------------------------------------ state and look */
+/* State and look. */
 
 /* Also ends the gesture when the widget is held: an insensitive widget never sees its release. */
 NB_VOID vga_set_sensitive(Widget widget, NB_USHORT on);
@@ -60,7 +60,7 @@ NB_VOID vga_button_pop(Widget button, XtPointer client_data, XtPointer call_data
 NB_VOID vga_arm_widget(Widget widget);
 NB_VOID vga_disarm_widget(Widget widget);
 
-/* ------------------------------------------------------------------ popup menus */
+/* Popup menus. */
 
 /* From now on button 3 over `widget` posts `menu`, a popup menu made with the widget as parent.
  * REQUIRES: "XmIsRowColumn(menu)" (an assertion, and nothing is done). */
@@ -69,7 +69,7 @@ NB_VOID vga_install_popup_menu(Widget widget, Widget menu);
 /* The event handler that does it; `menu` is its client data. */
 NB_VOID vga_popup_menu(Widget widget, XtPointer menu, XEvent *event, Boolean *go_on);
 
-/* ------------------------------------------------------------------ sizes, in pixels */
+/* Sizes, in pixels. */
 
 /* The height of the dialog's window, at most that of the screen. */
 NB_VOID vga_set_window_height(VGA_DIALOG *desc, Dimension height);
@@ -91,7 +91,7 @@ NB_VOID vga_multi_byte_resize(Widget widget);
 /* Takes both scroll bars of a scrolled window off the screen. */
 NB_VOID vga_remove_scrollbars(Widget scrolled_window);
 
-/* ------------------------------------------------------------------ keyboard */
+/* Keyboard. */
 
 /* Toolkit action: presses the push or toggle button that has the focus. */
 NB_VOID vga_activate_action(Widget widget, XEvent *event, String *params, Cardinal *param_count);

@@ -315,7 +315,7 @@ NB_VOID vga_set_viewer_metrics(const VGA_VIEWER_FONT_SIZE *font, const VGA_VIEWE
     gvga_viewer_expand_icon_y = (gvga_viewer_item_height - expand_icon->height) / 2;
 }
 
-/* ------------------------------------------------------------------ font sets */
+/* Font sets. */
 
 namespace {
 

@@ -58,7 +58,7 @@ NB_ULONG vga_viewer_measure(const NB_CHAR *text, NB_INT length);
 /* Draws the bevel of an expand icon anew: one pixel wide, light at the top and left. */
 NB_VOID vga_swap_shadows(Pixmap pixmap, Pixel top_shadow, Pixel bottom_shadow);
 
-/* ------------------------------------------------------------------ sizes, without a display */
+/* Sizes, without a display. */
 
 struct VGA_VIEWER_FONT_SIZE {
     NB_ULONG width, ascent, descent;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr NB_ULONG icon_gap = 4; // pixels between icon and text
 
-/* ------------------------------------------------------------------ one line */
+/* One line. */
 
 /* Where a line is being drawn: a pixmap of one line, so that the window never shows it half done.
  */
@@ -114,7 +114,7 @@ NB_VOID vga_draw_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_INT win
               height, 0, window_y);
 }
 
-/* ------------------------------------------------------------------ a band of lines */
+/* A band of lines. */
 
 /* Makes the pixmap wide enough; 0 without a window to draw in. */
 bool ready_to_draw(VGA_VIEWER_ROOT *root) {
@@ -173,7 +173,7 @@ NB_VOID draw_marked(VGA_VIEWER_ROOT *root) {
     }
 }
 
-/* ------------------------------------------------------------------ scroll bars */
+/* Scroll bars. */
 
 NB_ULONG lines_height(const VGA_VIEWER_ROOT *root) {
     return vga_viewer_list_lines(&root->top_items) * gvga_viewer_item_height;

@@ -9,7 +9,7 @@
 
 #include "vgaviewr.h"
 
-/* ------------------------------------------------------------------ tree and selection */
+/* Tree and selection. */
 
 /* Sums and balance anew from a changed node (which may be null) up. */
 NB_VOID vga_viewer_add_up(VGA_VIEWER_LIST *list, VGA_VIEWER_ITEM *node);
@@ -21,7 +21,7 @@ NB_ULONG vga_viewer_selected_before(const VGA_VIEWER_ITEM *item);
 /* Drops every reference to the item and what is below it, before they go or are hidden. */
 NB_VOID vga_viewer_tree_let_go(VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *viewer);
 
-/* ------------------------------------------------------------------ layout */
+/* Layout. */
 
 /* A piece of a line's text that is drawn in one go. */
 struct VGA_VIEWER_RUN {
@@ -54,7 +54,7 @@ NB_ULONG vga_viewer_content_height(NB_ULONG lines_height, NB_ULONG window_height
 /* An offset that stays within the content, a multiple of `step`. */
 NB_ULONG vga_viewer_clamp(int64_t offset, NB_ULONG content, NB_ULONG window, NB_ULONG step);
 
-/* ------------------------------------------------------------------ screen */
+/* Screen. */
 
 /* The timer will draw what is noted, if anything is. */
 NB_VOID vga_viewer_schedule(VGA_VIEWER_ROOT *root);
@@ -78,7 +78,7 @@ NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc);
  * Returns its length. */
 NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
 
-/* ------------------------------------------------------------------ mouse and keyboard */
+/* Mouse and keyboard. */
 
 /* The line at a height in the window; null for none. */
 VGA_VIEWER_ITEM *vga_viewer_hit(const VGA_VIEWER_ROOT *root, NB_INT window_y);

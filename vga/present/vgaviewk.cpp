@@ -6,7 +6,7 @@
 
 namespace {
 
-/* ------------------------------------------------------------------ movement */
+/* Movement. */
 
 /* Siblings of the outlined line, or all lines in screen order. */
 struct WALK {
@@ -90,7 +90,7 @@ VGA_VIEWER_ITEM *find_target(const WALK &walk, NB_USHORT direction) {
     return line;
 }
 
-/* ------------------------------------------------------------------ the other keys */
+/* The other keys. */
 
 NB_VOID scroll_columns(VGA_VIEWER_ROOT *root, NB_LONG columns) {
     vga_viewer_scroll_view_horizontal(root, columns * static_cast<NB_LONG>(gvga_viewer_char_width));
@@ -152,7 +152,7 @@ NB_VOID window_action(VGA_VIEWER_ROOT *root, VGA_VIEWER_ACTION action) {
     }
 }
 
-/* ------------------------------------------------------------------ the table of keys */
+/* The table of keys. */
 
 enum KEY_KIND : NB_USHORT { MOVE, COLUMNS, SELECT, OPEN, CLOSE, ALL, OTHERS, ACTION };
 

@@ -15,7 +15,7 @@ namespace {
 NB_USHORT type_count;
 const VGA_VIEWER_DESC empty_type = {};
 
-/* ------------------------------------------------------------------ attaching */
+/* Attaching. */
 
 struct CALLBACK {
     Widget VGA_VIEWER_ROOT::*widget;

@@ -18,7 +18,7 @@
 #include <X11/Intrinsic.h>
 #include <Xm/Xm.h>
 
-/* ------------------------------------------------------------------ viewer types */
+/* Viewer types. */
 
 enum VGA_VIEWER_TYPE : NB_UCHAR {
     VGA_VIEWER_LU62 = 0,
@@ -118,7 +118,7 @@ typedef NB_VOID (*VGA_VIEWER_WINDOW_ACTION)(NB_VOID *window, VGA_VIEWER_ACTION a
                                             Widget widget);
 extern VGA_VIEWER_WINDOW_ACTION gvga_viewer_window_action;
 
-/* ------------------------------------------------------------------ a list */
+/* A list. */
 
 struct VGA_VIEWER_ROOT : VGA_VIEWER_TREE {
     NB_ULONG handle; /* what timers carry */
@@ -154,7 +154,7 @@ NB_VOID vga_viewer_display_root(VGA_VIEWER_ROOT *root, Widget draw_widget, Widge
 /* Detaches; expansion and selection stay. */
 NB_VOID vga_viewer_undisplay(VGA_VIEWER_ROOT *root);
 
-/* ------------------------------------------------------------------ lines */
+/* Lines. */
 
 /* Initialises `item` (whatever its memory holds) and puts it under `parent` (null: at the top
  * level) behind its sibling `after`, or VGA_VIEWER_FIRST: before every line but the leading fixed
@@ -198,7 +198,7 @@ VGA_VIEWER_ITEM *vga_find_viewer(const VGA_VIEWER_ROOT *root, NB_LONG y);
 VGA_VIEWER_ITEM *vga_viewer_get_next_item(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 VGA_VIEWER_ITEM *vga_viewer_get_prev_item(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 
-/* ------------------------------------------------------------------ selection */
+/* Selection. */
 
 /* What a click does: outlines `item` and selects it alone; with `toggle` (Ctrl) flips it and keeps
  * the others; with `extend` (Shift) gives every line of the anchor's type from the anchor to `item`
@@ -232,7 +232,7 @@ VGA_VIEWER_ITEM *vga_viewer_get_selected_viewer(const VGA_VIEWER_ROOT *root);
 NB_VOID vga_viewer_drag_cb(VGA_VIEWER_ITEM *item, VGA_VIEWER_ROOT *root, NB_USHORT select,
                            NB_USHORT redraw);
 
-/* ------------------------------------------------------------------ view */
+/* View. */
 
 /* Scrolls as little as shows the item (the line that it is closed in, if it is). */
 NB_VOID vga_viewer_set_view(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
@@ -254,7 +254,7 @@ NB_VOID vga_viewer_add_underline(NB_VOID *data, Widget widget, Drawable drawable
 /* Draws at once what the timer would draw. */
 NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root);
 
-/* ------------------------------------------------------------------ keyboard */
+/* Keyboard. */
 
 enum VGA_VIEWER_DIRECTION : NB_USHORT {
     VGA_VIEWER_UP = 1,

@@ -69,7 +69,7 @@ struct VGA_VIEWER_TREE {
     VGA_VIEWER_BAND dirty[VGA_VIEWER_BANDS]; /* in no order, never overlapping */
 };
 
-/* ------------------------------------------------------------------ order and position */
+/* Order and position. */
 
 /* `after` of vga_create_viewer: before every line but the leading fixed ones; at the end. */
 extern VGA_VIEWER_ITEM gvga_viewer_first;
@@ -129,7 +129,7 @@ VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_TREE *tree, const VGA_VIEWER
 /* The list that the item is, or would be, in. */
 VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item);
 
-/* ------------------------------------------------------------------ selection */
+/* Selection. */
 
 /* All selected items have one parent and one type: selecting another kind drops the rest first.
  * Count, type and parent follow.  Returns the change of the item: 1, -1 or 0. */
@@ -154,7 +154,7 @@ VGA_VIEWER_ITEM *vga_viewer_next_selected(const VGA_VIEWER_TREE *tree, const VGA
 /* The outlined item when it is selected, else the anchor when it is, else the first selected. */
 VGA_VIEWER_ITEM *vga_viewer_current(const VGA_VIEWER_TREE *tree);
 
-/* ------------------------------------------------------------------ drawing */
+/* Drawing. */
 
 /* Notes lines [top, bottom) for drawing; nothing while the list is not displayed. */
 NB_VOID vga_viewer_mark(VGA_VIEWER_TREE *tree, NB_ULONG top, NB_ULONG bottom);

@@ -22,7 +22,7 @@ static VGA_NODEW_DESC *open_window(VGA_DIALOG *dialog) {
                : nullptr;
 }
 
-/* ------------------------------------------------------------------ texts */
+/* Texts. */
 
 static NB_VOID set_label(Widget label, const NB_CHAR *text) {
     VGA_STRING string(text);
@@ -78,7 +78,7 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
         gvga_pixmaps[vga_nodew_icon(state == NAP_NODE_BACK_LEVEL ? "backnode" : "node")]);
 }
 
-/* ------------------------------------------------------------------ widgets */
+/* Widgets. */
 
 #define PANE(pane, member) offsetof(VGA_NODEW_DESC, panes[VGA_NODEW_##pane##_PANE].member)
 
@@ -154,7 +154,7 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     return 1;
 }
 
-/* ------------------------------------------------------------------ life */
+/* Life. */
 
 static NB_VOID detach(VGA_NODEW_DESC *desc) {
     vga_nodew_forget_button(desc);

@@ -11,7 +11,7 @@ VGA_VIEWER_ROOT *vga_nodew_pane_root(const VGA_NODEW_DESC *desc, NB_USHORT pane)
     return node != nullptr && pane < VGA_NODEW_PANE_COUNT ? &(node->*roots[pane]) : nullptr;
 }
 
-/* ------------------------------------------------------------------ the current pane */
+/* The current pane. */
 
 static NB_VOID set_border(VGA_NODEW_DESC *desc, NB_USHORT pane, Pixel colour) {
     if (pane < VGA_NODEW_PANE_COUNT) {
@@ -108,7 +108,7 @@ NB_VOID vga_nodew_select_bottom_pane(Widget widget, XtPointer, XtPointer call_da
     pane_callback<VGA_NODEW_BOTTOM_PANE>(widget, call_data);
 }
 
-/* ------------------------------------------------------------------ heights */
+/* Heights. */
 
 NB_VOID vga_nodew_divide(const NB_ULONG *shares, NB_ULONG total, NB_ULONG minimum,
                          NB_ULONG *heights) {

@@ -2,7 +2,7 @@
 #include "vgaglob.h"
 #include "vganodwp.h"
 
-/* ------------------------------------------------------------------ rules */
+/* Rules. */
 
 /* A set of states; a state that the node should not have is in none. */
 template <class... State> static constexpr NB_UCHAR in(State... states) {
@@ -158,7 +158,7 @@ NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
     return 0;
 }
 
-/* ------------------------------------------------------------------ selection */
+/* Selection. */
 
 NB_VOID *vga_nodew_get_selection(const VGA_NODEW_DESC *desc, NB_SHORT *type, NB_LONG *count) {
     const VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, desc->current_pane);
@@ -201,7 +201,7 @@ NB_VOID vga_nodew_set_button_states(NB_VOID *window) {
     vga_nodew_show_allowed(desc);
 }
 
-/* ------------------------------------------------------------------ lines */
+/* Lines. */
 
 VGA_NODEW_DESC *vga_nodew_from_root(const VGA_VIEWER_ROOT *root) {
     return root != nullptr ? static_cast<VGA_NODEW_DESC *>(root->window) : nullptr;

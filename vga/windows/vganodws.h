@@ -32,7 +32,7 @@ NB_VOID vga_nodew_set_button_states(NB_VOID *window);
  * lines; null, VGA_VIEWER_SELECT_NONE and 0 without one.  `type` and `count` may be null. */
 NB_VOID *vga_nodew_get_selection(const VGA_NODEW_DESC *desc, NB_SHORT *type, NB_LONG *count);
 
-/* ------------------------------------------------------------------ lines */
+/* Lines. */
 
 /* The window of a list, null while it is not displayed. */
 VGA_NODEW_DESC *vga_nodew_from_root(const VGA_VIEWER_ROOT *root);

@@ -10,7 +10,7 @@
 
 Widget gvga_current_button;
 
-/* ------------------------------------------------------------------ the table */
+/* The table. */
 
 /* Tracing and the like need a node whose configuration can be read; its parameters can be set
  * before that. */
@@ -99,7 +99,7 @@ static constexpr NB_USHORT in_order(NB_VOID) {
 }
 static_assert(in_order());
 
-/* ------------------------------------------------------------------ carrying out */
+/* Carrying out. */
 
 NB_USHORT vga_nodew_reason(VGA_NODEW_COMMAND command, const VGA_NODEW_SITUATION &situation) {
     const VGA_NODEW_COMMAND_ROW &row = gvga_nodew_commands[command];
@@ -171,7 +171,7 @@ NB_VOID vga_nodew_server(Widget widget, XtPointer client_data, XtPointer call_da
     run<VGA_NODEW_SERVER>(widget, client_data, call_data);
 }
 
-/* ------------------------------------------------------------------ help under the pointer */
+/* Help under the pointer. */
 
 struct VGA_NODEW_TOOL_ROW {
     VGA_NODEW_COMMAND command;             /* equals the index */
@@ -255,7 +255,7 @@ NB_VOID vga_nodew_forget_button(VGA_NODEW_DESC *desc) {
     }
 }
 
-/* ------------------------------------------------------------------ widgets */
+/* Widgets. */
 
 NB_USHORT vga_nodew_get_command_widgets(VGA_NODEW_DESC *desc) {
     NB_USHORT complete = 1;
@@ -321,7 +321,7 @@ NB_VOID vga_nodew_show_allowed(VGA_NODEW_DESC *desc) {
     }
 }
 
-/* ------------------------------------------------------------------ names for the UID file */
+/* Names for the UID file. */
 
 #define CALLBACK(name, procedure)                                                                  \
     { const_cast<NB_CHAR *>(#name), reinterpret_cast<XtPointer>(procedure) }
