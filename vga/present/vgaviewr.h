@@ -103,8 +103,7 @@ NB_VOID vga_viewer_set_types(const VGA_VIEWER_DESC *table, NB_USHORT count);
 /* The row of an item; an empty one for a type that the table does not have. */
 const VGA_VIEWER_DESC *vga_viewer_type(const VGA_VIEWER_ITEM *item);
 
-/* ------------------------------------------------------------------ what the dialog framework adds
- */
+/* What the dialog framework adds. */
 
 enum VGA_VIEWER_ACTION : NB_USHORT {
     VGA_VIEWER_ACTION_ZOOM,   /* Return */
