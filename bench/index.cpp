@@ -1,18 +1,23 @@
 /* The ordered index beside boost::intrusive::avl_set and std::map: nanoseconds an operation and the
  * ratio of ours to theirs, for 8-byte names.
  *
- * All three call the same comparator through a pointer.  They take turns within every round, and a
- * cell is the median over the rounds, so that a machine that is busy with other things slows all
- * three alike.  Names come in two ways: in index order, as lists arrive, and shuffled; all that is
- * not insertion runs on the shuffled one.  Usage: bench_index [largest number of names] */
+ * What can be the same is the same for all three: the comparator, called through a pointer; the
+ * addresses of the records, one cache line each, written just before; no allocation; insertion and
+ * deletion called, not inlined; nodes that know that they are in no tree (which std::map cannot).
+ * They take turns within every round, each round in another order.  Times are processor time, and
+ * the table shows the least of all rounds; a ratio is the median of the ratios within the rounds,
+ * so that a machine that is busy with other things slows both sides of it alike.
+ *
+ * Names come in two ways: in index order, as lists arrive, and shuffled; all that is not insertion
+ * runs on the shuffled one.  Usage: bench_index [largest number of names] */
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <ctime>
 #include <map>
+#include <memory>
 #include <numeric>
 #include <random>
 #include <vector>
@@ -37,18 +42,53 @@ struct Less {
     bool operator()(const Name &a, const Name &b) const { return compare(&a, &b) < 0; }
 };
 
-/* A record is larger than what the index needs of it, as the records of the model are. */
-constexpr size_t record_alignment = 128;
+/* Where every candidate in turn puts its records: one to a slot, in the order of arrival.  A slot
+ * is larger than what an index needs of it, as the records of the model are. */
+struct alignas(128) Slot {
+    unsigned char bytes[128];
+};
 
-struct alignas(record_alignment) OurRecord {
+class Slots {
+public:
+    /* Gives all slots up and clears `count` of them. */
+    static void reset(size_t count) {
+        slots_.assign(count, Slot{});
+        used_ = 0;
+    }
+    static void *take() { return &slots_[used_++]; }
+    template <typename Record> static Record *take_all(size_t count) {
+        static_assert(sizeof(Record) == sizeof(Slot));
+        auto records = static_cast<Record *>(take());
+        std::uninitialized_default_construct_n(records, count);
+        return records;
+    }
+
+private:
+    static inline std::vector<Slot> slots_;
+    static inline size_t used_;
+};
+
+template <typename Value> struct SlotAllocator {
+    using value_type = Value;
+    SlotAllocator() = default;
+    template <typename Other> SlotAllocator(const SlotAllocator<Other> &) {}
+    Value *allocate(size_t) {
+        static_assert(sizeof(Value) <= sizeof(Slot));
+        return static_cast<Value *>(Slots::take());
+    }
+    void deallocate(Value *, size_t) {}
+    bool operator==(const SlotAllocator &) const { return true; }
+};
+
+struct alignas(Slot) OurRecord {
     AVL_NODE node;
     Name name;
 };
 
 using BoostHook =
-    boost::intrusive::avl_set_base_hook<boost::intrusive::link_mode<boost::intrusive::normal_link>>;
+    boost::intrusive::avl_set_base_hook<boost::intrusive::link_mode<boost::intrusive::safe_link>>;
 
-struct alignas(record_alignment) BoostRecord : BoostHook {
+struct alignas(Slot) BoostRecord : BoostHook {
     Name name;
 };
 
@@ -63,10 +103,12 @@ using BoostSet = boost::intrusive::avl_set<BoostRecord, boost::intrusive::key_of
 
 /* Each candidate holds its records in the order of arrival.  Look-ups return whether there was an
  * answer, the walk how many records it met. */
+#define BENCH_CALLED [[gnu::noinline]]
 
 class Ours {
 public:
-    explicit Ours(const std::vector<Name> &names) : records_(names.size()) {
+    explicit Ours(const std::vector<Name> &names)
+        : records_(Slots::take_all<OurRecord>(names.size())) {
         for (size_t at = 0; at < names.size(); at++) {
             OurRecord &record = records_[at];
             record.name = names[at];
@@ -87,13 +129,14 @@ public:
     }
 
 private:
-    std::vector<OurRecord> records_;
+    OurRecord *records_;
     AVL_TREE tree_ = {comparator, nullptr, nullptr, nullptr};
 };
 
 class Boost {
 public:
-    explicit Boost(const std::vector<Name> &names) : records_(names.size()) {
+    explicit Boost(const std::vector<Name> &names)
+        : records_(Slots::take_all<BoostRecord>(names.size())) {
         for (size_t at = 0; at < names.size(); at++) {
             records_[at].name = names[at];
         }
@@ -101,28 +144,28 @@ public:
     ~Boost() { set_.clear(); }
     Boost(const Boost &) = delete;
     Boost &operator=(const Boost &) = delete;
-    void insert(size_t at) { set_.insert(records_[at]); }
-    void remove(size_t at) { set_.erase(set_.iterator_to(records_[at])); }
+    BENCH_CALLED void insert(size_t at) { set_.insert(records_[at]); }
+    BENCH_CALLED void remove(size_t at) { set_.erase(set_.iterator_to(records_[at])); }
     bool find(const Name &name) const { return set_.find(name) != set_.end(); }
     bool find_next(const Name &name) const { return set_.upper_bound(name) != set_.end(); }
     size_t walk() const { return static_cast<size_t>(std::distance(set_.begin(), set_.end())); }
 
 private:
-    std::vector<BoostRecord> records_;
+    BoostRecord *records_;
     BoostSet set_;
 };
 
 class Map {
 public:
     explicit Map(const std::vector<Name> &names) : names_(names), places_(names.size()) {}
-    void insert(size_t at) { places_[at] = map_.emplace(names_[at], at).first; }
-    void remove(size_t at) { map_.erase(places_[at]); }
+    BENCH_CALLED void insert(size_t at) { places_[at] = map_.emplace(names_[at], at).first; }
+    BENCH_CALLED void remove(size_t at) { map_.erase(places_[at]); }
     bool find(const Name &name) const { return map_.find(name) != map_.end(); }
     bool find_next(const Name &name) const { return map_.upper_bound(name) != map_.end(); }
     size_t walk() const { return static_cast<size_t>(std::distance(map_.begin(), map_.end())); }
 
 private:
-    using Tree = std::map<Name, size_t, Less>;
+    using Tree = std::map<Name, size_t, Less, SlotAllocator<std::pair<const Name, size_t>>>;
     std::vector<Name> names_;
     std::vector<Tree::iterator> places_;
     Tree map_;
@@ -164,11 +207,16 @@ Workload make_workload(size_t size, std::mt19937_64 &random) {
 /* Keeps the results alive: the sum of what all look-ups and walks found. */
 size_t found;
 
+double processor_nanoseconds() {
+    timespec now;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
+}
+
 template <typename Run> double time_each(size_t operations, Run run) {
-    auto start = std::chrono::steady_clock::now();
+    const double start = processor_nanoseconds();
     run();
-    std::chrono::duration<double, std::nano> taken = std::chrono::steady_clock::now() - start;
-    return taken.count() / static_cast<double>(operations);
+    return (processor_nanoseconds() - start) / static_cast<double>(operations);
 }
 
 template <typename Candidate> double time_inserts(Candidate &candidate, size_t size) {
@@ -182,10 +230,12 @@ template <typename Candidate> double time_inserts(Candidate &candidate, size_t s
 template <typename Candidate> Times time_candidate(const Workload &work) {
     const size_t size = work.in_order.size();
     Times times;
+    Slots::reset(size);
     {
         Candidate candidate(work.in_order);
         times[InsertInOrder] = time_inserts(candidate, size);
     }
+    Slots::reset(size);
     Candidate candidate(work.shuffled);
     times[InsertShuffled] = time_inserts(candidate, size);
     times[Find] = time_each(size, [&] {
@@ -213,16 +263,38 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
-struct Round {
-    Times ours, boost, map;
-};
+enum Who { OurIndex, BoostAvlSet, StdMap, Candidates };
+using Round = std::array<Times, Candidates>;
 
-template <typename Value> double median_of(const std::vector<Round> &rounds, Value value) {
-    std::vector<double> values;
+constexpr std::array<Times (*)(const Workload &), Candidates> timers = {
+    time_candidate<Ours>, time_candidate<Boost>, time_candidate<Map>};
+
+double least(const std::vector<Round> &rounds, Who who, size_t op) {
+    double value = rounds.front()[who][op];
     for (const Round &round : rounds) {
-        values.push_back(value(round));
+        value = std::min(value, round[who][op]);
     }
-    return median(std::move(values));
+    return value;
+}
+
+double median_ratio(const std::vector<Round> &rounds, Who other, size_t op) {
+    std::vector<double> ratios;
+    for (const Round &round : rounds) {
+        ratios.push_back(round[OurIndex][op] / round[other][op]);
+    }
+    return median(std::move(ratios));
+}
+
+std::vector<Round> run_rounds(size_t size, std::mt19937_64 &random) {
+    std::vector<Round> rounds(std::clamp<size_t>(3000000 / size, 7, 301));
+    for (size_t turn = 0; turn < rounds.size(); turn++) {
+        Workload work = make_workload(size, random);
+        for (size_t at = 0; at < Candidates; at++) {
+            const size_t who = (turn + at) % Candidates;
+            rounds[turn][who] = timers[who](work);
+        }
+    }
+    return rounds;
 }
 
 struct Geometric {
@@ -245,27 +317,15 @@ int main(int argc, char **argv) {
     std::printf("%8s  %-17s %9s %9s %9s %8s %8s\n", "names", "operation", "ns ours", "ns boost",
                 "ns map", "/boost", "/map");
     for (size_t size = 1000; size <= largest; size *= 10) {
-        std::vector<Round> rounds(std::clamp<size_t>(3000000 / size, 5, 301));
-        for (Round &round : rounds) {
-            Workload work = make_workload(size, random);
-            round.ours = time_candidate<Ours>(work);
-            round.boost = time_candidate<Boost>(work);
-            round.map = time_candidate<Map>(work);
-        }
+        const std::vector<Round> rounds = run_rounds(size, random);
         for (size_t op = 0; op < Operations; op++) {
-            auto ns = [&](Times Round::*who) {
-                return median_of(rounds, [=](const Round &round) { return (round.*who)[op]; });
-            };
-            auto ratio = [&](Times Round::*other) {
-                return median_of(rounds, [=](const Round &round) {
-                    return round.ours[op] / (round.*other)[op];
-                });
-            };
-            to_boost.add(ratio(&Round::boost));
-            to_map.add(ratio(&Round::map));
+            const double boost_ratio = median_ratio(rounds, BoostAvlSet, op);
+            const double map_ratio = median_ratio(rounds, StdMap, op);
+            to_boost.add(boost_ratio);
+            to_map.add(map_ratio);
             std::printf("%8zu  %-17s %9.1f %9.1f %9.1f %8.2f %8.2f\n", size, operation_names[op],
-                        ns(&Round::ours), ns(&Round::boost), ns(&Round::map), ratio(&Round::boost),
-                        ratio(&Round::map));
+                        least(rounds, OurIndex, op), least(rounds, BoostAvlSet, op),
+                        least(rounds, StdMap, op), boost_ratio, map_ratio);
         }
     }
     std::printf("geometric mean of the ratios: %.2f to boost, %.2f to map (%zu answers)\n",

@@ -8,30 +8,41 @@
 #define AVL_CHECK(expression)                                                                      \
     ((expression) ? true : (v0_assert("ntlavl", __LINE__, #expression), false))
 
-/* For the parts of a deletion, which costs a third more when they are calls. */
-#define AVL_INLINE [[gnu::always_inline]] static inline
-
 static NB_SHORT avl_height(const AVL_NODE *node) {
     return static_cast<NB_SHORT>(std::max(node->l_height, node->r_height) + 1);
 }
 
-/* A side of a node: 0 is left, 1 is right.  Which side a node hangs on cannot be predicted, so the
- * side is computed, and picks its link and height by offset, instead of being branched on. */
+/* Which side of its parent a node hangs on cannot be predicted, and a branch that is guessed wrong
+ * costs as much as ten instructions and more.  So a side is a number that picks a link or a height
+ * by its offset. */
+enum AvlSide : size_t { AVL_LEFT, AVL_RIGHT };
+
 static_assert(offsetof(AVL_NODE, right) == offsetof(AVL_NODE, left) + sizeof(AVL_NODE *));
 static_assert(offsetof(AVL_NODE, r_height) == offsetof(AVL_NODE, l_height) + sizeof(NB_SHORT));
+static_assert(offsetof(AVL_TREE, last) == offsetof(AVL_TREE, first) + sizeof(AVL_NODE *));
 
-static size_t avl_side(const AVL_NODE *parent, const AVL_NODE *node) {
-    return parent->right == node;
+template <typename Field> static Field *avl_field(NB_VOID *object, size_t offset, AvlSide side) {
+    return reinterpret_cast<Field *>(static_cast<unsigned char *>(object) + offset) + side;
 }
 
-static AVL_NODE **avl_child(AVL_NODE *node, size_t side) {
-    auto bytes = reinterpret_cast<unsigned char *>(node) + offsetof(AVL_NODE, left);
-    return reinterpret_cast<AVL_NODE **>(bytes) + side;
+static AVL_NODE **avl_child(AVL_NODE *node, AvlSide side) {
+    return avl_field<AVL_NODE *>(node, offsetof(AVL_NODE, left), side);
 }
 
-static NB_SHORT *avl_side_height(AVL_NODE *node, size_t side) {
-    auto bytes = reinterpret_cast<unsigned char *>(node) + offsetof(AVL_NODE, l_height);
-    return reinterpret_cast<NB_SHORT *>(bytes) + side;
+static NB_SHORT *avl_side_height(AVL_NODE *node, AvlSide side) {
+    return avl_field<NB_SHORT>(node, offsetof(AVL_NODE, l_height), side);
+}
+
+static AVL_NODE **avl_end(AVL_TREE *tree, AvlSide side) {
+    return avl_field<AVL_NODE *>(tree, offsetof(AVL_TREE, first), side);
+}
+
+static constexpr AvlSide avl_other(AvlSide side) {
+    return static_cast<AvlSide>(AVL_RIGHT - side);
+}
+
+static AvlSide avl_side(const AVL_NODE *parent, const AVL_NODE *node) {
+    return static_cast<AvlSide>(parent->right == node);
 }
 
 /* The link that holds the node: its parent's, or the root. */
@@ -118,29 +129,60 @@ static NB_VOID ntl_avl_rebalance(AVL_NODE **link) {
     }
 }
 
-/* Sets the height of one side of a node and walks up, as far as the height of a subtree changes.
- * The last node is left without a look at its parent, which may be far away in memory. */
-static NB_VOID ntl_avl_balance_tree(AVL_TREE *tree, AVL_NODE *node, size_t side, NB_INT height) {
+/* The two walks up from a node one of whose sides has become higher, or lower, by one.  They end at
+ * the first subtree whose own height stays.  The two heights of a node tell what is to be done, so
+ * nothing but the path itself is fetched unless a rotation needs it. */
+static NB_VOID ntl_avl_balance_grown(AVL_TREE *tree, AVL_NODE *node, AvlSide side) {
     for (;;) {
-        NB_SHORT *side_height = avl_side_height(node, side);
-        const NB_INT other = *avl_side_height(node, 1 - side);
-        const NB_INT old = *side_height;
-        *side_height = static_cast<NB_SHORT>(height);
-        const NB_INT lean = height - other;
-        if (lean >= 2 || lean <= -2) {
-            AVL_NODE **link = avl_link(tree, node);
-            ntl_avl_rebalance(link);
-            node = *link;
-            height = avl_height(node);
-            if (height == std::max(old, other) + 1) {
-                return;
-            }
-        } else {
-            if (old <= other && height <= other) {
-                return;
-            }
-            height = std::max(height, other) + 1;
+        const NB_SHORT left = node->l_height;
+        const NB_SHORT right = node->r_height;
+        const NB_SHORT high = std::max(left, right);
+        if (left != right && (right > left) != side) {
+            node->l_height = node->r_height = high; /* the lower side has caught up */
+            return;
         }
+        *avl_side_height(node, side) = static_cast<NB_SHORT>(high + 1);
+        if (left != right) {
+            ntl_avl_rebalance(avl_link(tree, node)); /* which undoes the growth */
+            return;
+        }
+        AVL_NODE *parent = node->parent;
+        if (parent == nullptr) {
+            return;
+        }
+        side = avl_side(parent, node);
+        node = parent;
+    }
+}
+
+static NB_VOID ntl_avl_balance_shrunk(AVL_TREE *tree, AVL_NODE *node, AvlSide side);
+
+/* The lower side of the node has become lower still.  Apart from the walk, and called last, so that
+ * the walk, which rarely comes here, has no registers to save. */
+[[gnu::noinline]] static NB_VOID avl_rotate_shrunk(AVL_TREE *tree, AVL_NODE *node) {
+    AVL_NODE **link = avl_link(tree, node);
+    ntl_avl_rebalance(link);
+    node = *link;
+    AVL_NODE *parent = node->parent;
+    if (node->l_height == node->r_height && parent != nullptr) {
+        ntl_avl_balance_shrunk(tree, parent, avl_side(parent, node));
+    }
+}
+
+static NB_VOID ntl_avl_balance_shrunk(AVL_TREE *tree, AVL_NODE *node, AvlSide side) {
+    for (;;) {
+        const NB_SHORT left = node->l_height;
+        const NB_SHORT right = node->r_height;
+        if (left == right) {
+            --*avl_side_height(node, side); /* the other side keeps the height up */
+            return;
+        }
+        if ((right > left) != side) {
+            --*avl_side_height(node, side);
+            avl_rotate_shrunk(tree, node);
+            return;
+        }
+        node->l_height = node->r_height = std::min(left, right);
         AVL_NODE *parent = node->parent;
         if (parent == nullptr) {
             return;
@@ -155,13 +197,13 @@ static NB_VOID avl_link_leaf(AVL_TREE *tree, AVL_NODE *parent, NB_INT order, AVL
     node->parent = parent;
     node->left = node->right = nullptr;
     node->l_height = node->r_height = 0;
-    const size_t side = order > 0;
+    const auto side = static_cast<AvlSide>(order > 0);
     *avl_child(parent, side) = node;
-    AVL_NODE **end = side == 0 ? &tree->first : &tree->last;
+    AVL_NODE **end = avl_end(tree, side);
     if (*end == parent) {
         *end = node;
     }
-    ntl_avl_balance_tree(tree, parent, side, 1);
+    ntl_avl_balance_grown(tree, parent, side);
 }
 
 NB_USHORT ntl_avl_insert(AVL_TREE *tree, AVL_NODE *node) {
@@ -195,33 +237,52 @@ NB_USHORT ntl_avl_insert(AVL_TREE *tree, AVL_NODE *node) {
     return 1;
 }
 
-/* Where a node was taken out: the side of the parent that it hung on, and the height that this side
- * has now.  The parent is null when it was the root. */
+/* Deletions at random places spend their time waiting for memory.  The processor then works ahead
+ * into the deletions that follow and fetches their nodes too, as far as a window of some 250
+ * instructions reaches: what counts here is few instructions.  Hence the pieces are inlined, and
+ * what calls another function calls it last, which saves and restores no registers. */
+#define AVL_INLINE [[gnu::always_inline]] static inline
+
+/* Where a node was taken out: the side of the parent that is lower by one now.  The parent is null
+ * when the node was the root. */
 struct AvlGap {
     AVL_NODE *parent;
-    NB_SHORT side;
-    NB_SHORT height;
+    AvlSide side;
 };
 
-/* Takes out a node with at most one child, which moves up into its place.  What is left has the
- * height of the node's own higher side, so that the child need not be fetched. */
+/* The end of every deletion. */
+AVL_INLINE NB_VOID avl_close_gap(AVL_TREE *tree, AVL_NODE *node, AvlGap gap) {
+    node->parent = node->left = node->right = nullptr;
+    avl_mark_not_in_tree(node);
+    if (gap.parent != nullptr) {
+        ntl_avl_balance_shrunk(tree, gap.parent, gap.side);
+    }
+}
+
+/* Takes out a node with at most one child, which moves up into its place.  Such a node may be an
+ * end of the tree: its neighbour in key order is then that child, a leaf, or else the parent. */
 AVL_INLINE AvlGap avl_unlink(AVL_TREE *tree, const AVL_NODE *node) {
     AVL_NODE *parent = node->parent;
     AVL_NODE *child = node->left != nullptr ? node->left : node->right;
-    AvlGap gap = {parent, 0, std::max(node->l_height, node->r_height)};
+    AVL_NODE *neighbour = child != nullptr ? child : parent;
+    if (tree->first == node) {
+        tree->first = neighbour;
+    }
+    if (tree->last == node) {
+        tree->last = neighbour;
+    }
     avl_set_parent(child, parent);
     if (parent == nullptr) {
         tree->root = child;
-    } else {
-        const size_t side = avl_side(parent, node);
-        *avl_child(parent, side) = child;
-        gap.side = static_cast<NB_SHORT>(side);
+        return {nullptr, AVL_LEFT};
     }
-    return gap;
+    const AvlSide side = avl_side(parent, node);
+    *avl_child(parent, side) = child;
+    return {parent, side};
 }
 
-/* Takes out a node with two children: its neighbour in key order, which has at most one child, is
- * taken out of its own place and takes over the node's.  Returns the gap that the neighbour left.
+/* Takes out a node with two children: its neighbour in key order on one side, which has at most one
+ * child, is taken out of its own place and takes over the node's.  On the right side:
  *
  *          node                swap
  *          /  \                /  \
@@ -230,19 +291,27 @@ AVL_INLINE AvlGap avl_unlink(AVL_TREE *tree, const AVL_NODE *node) {
  *           swap                  B
  *              \
  *               B                                                                          */
-AVL_INLINE AvlGap avl_replace(AVL_TREE *tree, const AVL_NODE *node, AVL_NODE *swap_node) {
-    AvlGap gap = avl_unlink(tree, swap_node);
-    if (gap.parent == node) {
-        gap.parent = swap_node;
+template <AvlSide side>
+AVL_INLINE AvlGap avl_swap(AVL_TREE *tree, AVL_NODE *node, AVL_NODE *swap_node) {
+    constexpr AvlSide inner = avl_other(side);
+    AvlGap gap = {swap_node, side};
+    AVL_NODE *child = *avl_child(node, side);
+    if (swap_node != child) {
+        AVL_NODE *parent = swap_node->parent;
+        gap = {parent, inner};
+        AVL_NODE *moved_up = *avl_child(swap_node, side);
+        *avl_child(parent, inner) = moved_up;
+        avl_set_parent(moved_up, parent);
+        *avl_child(swap_node, side) = child;
+        child->parent = swap_node;
     }
+    child = *avl_child(node, inner);
+    *avl_child(swap_node, inner) = child;
+    child->parent = swap_node;
     *avl_link(tree, node) = swap_node;
     swap_node->parent = node->parent;
-    swap_node->left = node->left;
-    swap_node->right = node->right;
     swap_node->l_height = node->l_height;
     swap_node->r_height = node->r_height;
-    avl_set_parent(swap_node->left, swap_node);
-    avl_set_parent(swap_node->right, swap_node);
     return gap;
 }
 
@@ -252,42 +321,47 @@ static bool avl_has_two_children(const AVL_NODE *node) {
 
 /* The heights of the neighbour are checked, but its links decide: the record is about to be freed,
  * so it leaves the tree in any case. */
-AVL_INLINE AvlGap ntl_avl_swap_left_most(AVL_TREE *tree, const AVL_NODE *node) {
+[[gnu::cold, gnu::noinline]] static NB_VOID avl_report_left_most(AVL_TREE *tree, AVL_NODE *node,
+                                                                 AVL_NODE *swap_node) {
+    AVL_CHECK(swap_node->l_height == 0);
+    AVL_CHECK(swap_node->r_height <= 1);
+    avl_close_gap(tree, node, avl_swap<AVL_RIGHT>(tree, node, swap_node));
+}
+
+[[gnu::cold, gnu::noinline]] static NB_VOID avl_report_right_most(AVL_TREE *tree, AVL_NODE *node,
+                                                                  AVL_NODE *swap_node) {
+    AVL_CHECK(swap_node->r_height == 0);
+    AVL_CHECK(swap_node->l_height <= 1);
+    avl_close_gap(tree, node, avl_swap<AVL_LEFT>(tree, node, swap_node));
+}
+
+AVL_INLINE NB_VOID ntl_avl_swap_left_most(AVL_TREE *tree, AVL_NODE *node) {
     if (!avl_has_two_children(node)) {
-        return avl_unlink(tree, node);
+        return;
     }
     AVL_NODE *swap_node = node->right;
     while (swap_node->left != nullptr) {
         swap_node = swap_node->left;
     }
-    AVL_CHECK(swap_node->l_height == 0);
-    AVL_CHECK(swap_node->r_height <= 1);
-    return avl_replace(tree, node, swap_node);
+    if (swap_node->l_height != 0 || swap_node->r_height > 1) [[unlikely]] {
+        avl_report_left_most(tree, node, swap_node);
+    } else {
+        avl_close_gap(tree, node, avl_swap<AVL_RIGHT>(tree, node, swap_node));
+    }
 }
 
-AVL_INLINE AvlGap ntl_avl_swap_right_most(AVL_TREE *tree, const AVL_NODE *node) {
+AVL_INLINE NB_VOID ntl_avl_swap_right_most(AVL_TREE *tree, AVL_NODE *node) {
     if (!avl_has_two_children(node)) {
-        return avl_unlink(tree, node);
+        return;
     }
     AVL_NODE *swap_node = node->left;
     while (swap_node->right != nullptr) {
         swap_node = swap_node->right;
     }
-    AVL_CHECK(swap_node->r_height == 0);
-    AVL_CHECK(swap_node->l_height <= 1);
-    return avl_replace(tree, node, swap_node);
-}
-
-/* Lets `first` and `last` step away from a node that has less than two children: an end of the tree
- * has at most one, and that is a leaf, its neighbour in key order. */
-static NB_VOID avl_move_ends(AVL_TREE *tree, const AVL_NODE *node) {
-    AVL_NODE *child = node->left != nullptr ? node->left : node->right;
-    AVL_NODE *neighbour = child != nullptr ? child : node->parent;
-    if (tree->first == node) {
-        tree->first = neighbour;
-    }
-    if (tree->last == node) {
-        tree->last = neighbour;
+    if (swap_node->r_height != 0 || swap_node->l_height > 1) [[unlikely]] {
+        avl_report_right_most(tree, node, swap_node);
+    } else {
+        avl_close_gap(tree, node, avl_swap<AVL_LEFT>(tree, node, swap_node));
     }
 }
 
@@ -296,20 +370,13 @@ NB_VOID ntl_avl_delete(AVL_TREE *tree, AVL_NODE *node) {
     if (!AVL_CHECK(node_in_tree)) {
         return;
     }
-    AvlGap gap;
     if (node->left == nullptr || node->right == nullptr) {
-        avl_move_ends(tree, node);
-        gap = avl_unlink(tree, node);
+        avl_close_gap(tree, node, avl_unlink(tree, node));
     } else if (node->r_height > node->l_height) {
-        gap = ntl_avl_swap_left_most(tree, node);
+        ntl_avl_swap_left_most(tree, node);
     } else {
-        gap = ntl_avl_swap_right_most(tree, node);
+        ntl_avl_swap_right_most(tree, node);
     }
-    if (gap.parent != nullptr) {
-        ntl_avl_balance_tree(tree, gap.parent, static_cast<size_t>(gap.side), gap.height);
-    }
-    node->parent = node->left = node->right = nullptr;
-    avl_mark_not_in_tree(node);
 }
 
 NB_VOID *ntl_avl_find(const AVL_TREE *tree, const NB_VOID *key) {
@@ -325,28 +392,34 @@ NB_VOID *ntl_avl_find(const AVL_TREE *tree, const NB_VOID *key) {
     return nullptr;
 }
 
-/* The answer is the last node of the descent that lies above the key: it is remembered on the way,
- * which saves the climb back. */
+/* The answer is the last node at which the descent turned left: it is remembered on the way, which
+ * saves the climb back. */
 NB_VOID *ntl_avl_find_next(const AVL_TREE *tree, const NB_VOID *key) {
     const AVL_COMPARE compare = tree->compare;
-    const AVL_NODE *above = nullptr;
+    const AVL_NODE *turned[] = {nullptr, nullptr};
     for (const AVL_NODE *node = tree->root; node != nullptr;) {
         avl_fetch_children(node);
         NB_INT order = compare(key, node->key);
-        above = order < 0 ? node : above;
+        turned[order < 0 ? AVL_LEFT : AVL_RIGHT] = node; /* a store is cheaper than a branch */
         node = order < 0 ? node->left : node->right;
     }
+    const AVL_NODE *above = turned[AVL_LEFT];
     return above != nullptr ? above->data : nullptr;
 }
 
+/* A walk meets a node for the first time on the way down to the least node of a subtree.  The other
+ * side of each such node comes next but one: it is asked for here and is on its way while the
+ * caller looks at the record. */
 NB_VOID *ntl_avl_next(const AVL_NODE *node) {
     if (!AVL_CHECK(AVL_IN_TREE(*node))) {
         return nullptr;
     }
     const AVL_NODE *next = node->right;
     if (next != nullptr) {
+        __builtin_prefetch(next->right);
         while (next->left != nullptr) {
             next = next->left;
+            __builtin_prefetch(next->right);
         }
         return next->data;
     }
@@ -364,8 +437,10 @@ NB_VOID *ntl_avl_prev(const AVL_NODE *node) {
     }
     const AVL_NODE *prev = node->left;
     if (prev != nullptr) {
+        __builtin_prefetch(prev->left);
         while (prev->right != nullptr) {
             prev = prev->right;
+            __builtin_prefetch(prev->left);
         }
         return prev->data;
     }

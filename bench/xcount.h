@@ -1,0 +1,63 @@
+/* Stands between a program and its X server and counts what the program asks the server for and has
+ * to be told before it can go on.  One connection at a time, on a display number of its own that
+ * only the abstract name space knows.  OWNS: its sockets. */
+#ifndef XCOUNT_H
+#define XCOUNT_H
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+/* What a program asked for. */
+struct X_TALLY {
+    unsigned requests = 0;
+    unsigned replies = 0;
+    /* Times that the program had to wait: replies to requests that came in one piece are one. */
+    unsigned round_trips = 0;
+    unsigned errors = 0;
+    std::map<std::string, unsigned> replies_by_name, waits_by_name;
+    std::vector<std::string> trace; /* each request with a reply, in order, with its subject */
+};
+
+class X_COUNTER {
+public:
+    /* `display`: the real one, as ":7". */
+    explicit X_COUNTER(const std::string &display);
+    ~X_COUNTER();
+    X_COUNTER(const X_COUNTER &) = delete;
+    X_COUNTER &operator=(const X_COUNTER &) = delete;
+
+    const std::string &display() const { return display_; } /* for the program; "" is failure */
+    const X_TALLY &tally() const { return tally_; }
+
+    /* Passes on what there is, waiting at most `milliseconds` for it. */
+    void pump(int milliseconds);
+
+private:
+    struct REQUEST {
+        uint16_t sequence;
+        unsigned batch;
+        std::string name, subject;
+    };
+
+    bool pass(int from, int to, std::string &left, bool from_program);
+    size_t take_request(const std::string &bytes);
+    size_t take_message(const std::string &bytes);
+    void take_reply(const std::string &message);
+    REQUEST describe(const std::string &request) const;
+
+    int real_number_;
+    int listener_ = -1, program_ = -1, server_ = -1;
+    std::string display_;
+    std::string from_program_, from_server_; /* what is not a whole message yet */
+    bool program_greeted_ = false, server_greeted_ = false;
+    uint16_t sequence_ = 0;
+    unsigned batch_ = 0, last_waited_ = 0;
+    std::deque<REQUEST> asked_;
+    std::map<uint8_t, std::string> extensions_;
+    X_TALLY tally_;
+};
+
+#endif
