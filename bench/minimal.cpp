@@ -84,8 +84,8 @@ int main(int argc, char **argv) {
     const MrmHierarchy windows = open_file(display, "quildlg.uid");
     Widget window = nullptr;
     MrmType type;
-    if (windows == nullptr || MrmFetchWidget(windows, const_cast<String>("nodew"), shell, &window,
-                                             &type) != MrmSUCCESS) {
+    if (windows == nullptr ||
+        MrmFetchWidget(windows, const_cast<String>("nodew"), shell, &window, &type) != MrmSUCCESS) {
         std::fputs("the description of the window cannot be had\n", stderr);
         return 1;
     }

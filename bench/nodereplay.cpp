@@ -53,9 +53,8 @@ bool send_all(int to, const std::string &bytes) {
 
 /* Cuts the first frame off what was received; "" while it is not whole. */
 std::string cut_frame(std::string &bytes) {
-    const auto length = bytes.size() < sizeof(NOF_FRAME)
-                            ? NB_ULONG{0}
-                            : record_at<NOF_FRAME>(bytes, 0).length;
+    const auto length =
+        bytes.size() < sizeof(NOF_FRAME) ? NB_ULONG{0} : record_at<NOF_FRAME>(bytes, 0).length;
     if (length < sizeof(NOF_FRAME) || bytes.size() < length) {
         return "";
     }

@@ -1,6 +1,7 @@
 /* How long the node software takes to answer what a program asks at its start.  A recorder stands
  * between the two and notes the frames in their order; later a plain client sends the same verbs
- * again, each one behind the answers that the program had when it sent it, and does nothing else. */
+ * again, each one behind the answers that the program had when it sent it, and does nothing else.
+ */
 #ifndef NODEREPLAY_H
 #define NODEREPLAY_H
 

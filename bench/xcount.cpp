@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int first_number = 700;   /* servers begin to look for a free number with 0 */
+constexpr size_t head_size = 512;   /* of a message: more than is looked at */
 constexpr size_t message_size = 32; /* of events, errors, and replies without more */
 
 enum : uint8_t { error_message = 0, reply_message = 1, generic_event = 35 };
@@ -24,21 +26,36 @@ struct NAMED_REQUEST {
 };
 
 constexpr NAMED_REQUEST core_requests[] = {
-    {3, "GetWindowAttributes"},     {14, "GetGeometry"},
-    {15, "QueryTree"},              {intern_atom, "InternAtom"},
-    {17, "GetAtomName"},            {20, "GetProperty"},
-    {23, "GetSelectionOwner"},      {26, "GrabPointer"},
-    {31, "GrabKeyboard"},           {38, "QueryPointer"},
-    {40, "TranslateCoordinates"},   {43, "GetInputFocus"},
-    {47, "QueryFont"},              {48, "QueryTextExtents"},
-    {list_fonts, "ListFonts"},      {50, "ListFontsWithInfo"},
-    {73, "GetImage"},               {83, "ListInstalledColormaps"},
-    {alloc_color, "AllocColor"},    {85, "AllocNamedColor"},
-    {86, "AllocColorCells"},        {91, "QueryColors"},
-    {92, "LookupColor"},            {97, "QueryBestSize"},
-    {query_extension, "QueryExtension"}, {99, "ListExtensions"},
-    {101, "GetKeyboardMapping"},    {103, "GetKeyboardControl"},
-    {117, "GetPointerMapping"},     {119, "GetModifierMapping"},
+    {3, "GetWindowAttributes"},
+    {14, "GetGeometry"},
+    {15, "QueryTree"},
+    {intern_atom, "InternAtom"},
+    {17, "GetAtomName"},
+    {20, "GetProperty"},
+    {23, "GetSelectionOwner"},
+    {26, "GrabPointer"},
+    {31, "GrabKeyboard"},
+    {38, "QueryPointer"},
+    {40, "TranslateCoordinates"},
+    {43, "GetInputFocus"},
+    {47, "QueryFont"},
+    {48, "QueryTextExtents"},
+    {list_fonts, "ListFonts"},
+    {50, "ListFontsWithInfo"},
+    {73, "GetImage"},
+    {83, "ListInstalledColormaps"},
+    {alloc_color, "AllocColor"},
+    {85, "AllocNamedColor"},
+    {86, "AllocColorCells"},
+    {91, "QueryColors"},
+    {92, "LookupColor"},
+    {97, "QueryBestSize"},
+    {query_extension, "QueryExtension"},
+    {99, "ListExtensions"},
+    {101, "GetKeyboardMapping"},
+    {103, "GetKeyboardControl"},
+    {117, "GetPointerMapping"},
+    {119, "GetModifierMapping"},
 };
 
 template <typename NUMBER> NUMBER number_at(const std::string &bytes, size_t at) {
@@ -58,12 +75,10 @@ std::string text_at(const std::string &request, size_t length_at, size_t text_at
                           number_at<uint16_t>(request, length_at));
 }
 
-int abstract_socket(int number, sockaddr_un &address, socklen_t &length) {
+int display_socket(int number, sockaddr_un &address) {
     address = {};
     address.sun_family = AF_UNIX;
-    const int size = std::snprintf(address.sun_path + 1, sizeof address.sun_path - 1,
-                                   "/tmp/.X11-unix/X%d", number);
-    length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + size);
+    std::snprintf(address.sun_path, sizeof address.sun_path, "/tmp/.X11-unix/X%d", number);
     return socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
 }
 
@@ -83,12 +98,12 @@ bool send_all(int to, const char *bytes, size_t length) {
 
 X_COUNTER::X_COUNTER(const std::string &display) : real_number_(std::atoi(display.c_str() + 1)) {
     sockaddr_un address;
-    socklen_t length;
-    for (int number = real_number_ + 1; display_.empty() && number < real_number_ + 100; number++) {
-        listener_ = abstract_socket(number, address, length);
-        if (bind(listener_, reinterpret_cast<sockaddr *>(&address), length) == 0 &&
+    for (int number = first_number; display_.empty() && number < first_number + 100; number++) {
+        listener_ = display_socket(number, address);
+        if (bind(listener_, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 &&
             listen(listener_, 1) == 0) {
             display_ = ":" + std::to_string(number);
+            path_ = address.sun_path;
         } else {
             close(listener_);
         }
@@ -96,67 +111,81 @@ X_COUNTER::X_COUNTER(const std::string &display) : real_number_(std::atoi(displa
 }
 
 X_COUNTER::~X_COUNTER() {
-    for (int fd : {listener_, program_, server_}) {
-        if (fd >= 0) {
-            close(fd);
-        }
+    for (const LINK &link : links_) {
+        close(link.program);
+        close(link.server);
     }
+    close(listener_);
+    unlink(path_.c_str());
+}
+
+void X_COUNTER::accept_program() {
+    sockaddr_un address;
+    LINK link{};
+    link.program = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+    link.server = display_socket(real_number_, address);
+    if (connect(link.server, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
+        std::perror("the X server");
+    }
+    links_.push_back(link);
+    tally_.connections++;
 }
 
 void X_COUNTER::pump(int milliseconds) {
-    if (program_ < 0) {
-        pollfd waiting{listener_, POLLIN, 0};
-        if (poll(&waiting, 1, milliseconds) <= 0) {
+    for (int left = 200; left > 0; left--) {
+        std::vector<pollfd> fds = {{listener_, POLLIN, 0}};
+        for (const LINK &link : links_) {
+            fds.push_back({link.ended ? -1 : link.program, POLLIN, 0});
+            fds.push_back({link.ended ? -1 : link.server, POLLIN, 0});
+        }
+        if (poll(fds.data(), fds.size(), milliseconds) <= 0) {
             return;
         }
-        program_ = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-        sockaddr_un address;
-        socklen_t length;
-        server_ = abstract_socket(real_number_, address, length);
-        if (connect(server_, reinterpret_cast<sockaddr *>(&address), length) != 0) {
-            std::perror("the X server");
+        for (size_t at = 0; at < links_.size(); at++) {
+            LINK &link = links_[at];
+            if ((fds[at * 2 + 1].revents != 0 && !pass(link, true)) ||
+                (fds[at * 2 + 2].revents != 0 && !pass(link, false))) {
+                /* The other side has to see it at once: the program may have held a grab. */
+                link.ended = true;
+                shutdown(link.server, SHUT_RDWR);
+                shutdown(link.program, SHUT_RDWR);
+            }
         }
-        return;
-    }
-    pollfd both[] = {{program_, POLLIN, 0}, {server_, POLLIN, 0}};
-    if (poll(both, 2, milliseconds) > 0) {
-        const bool lost = (both[0].revents != 0 && !pass(program_, server_, from_program_, true)) ||
-                          (both[1].revents != 0 && !pass(server_, program_, from_server_, false));
-        if (lost) {
-            usleep(1000); /* the program ended: whoever started it sees that */
+        if (fds[0].revents != 0) {
+            accept_program();
         }
     }
 }
 
 /* Passes on what can be read at once, and looks at the messages in it. */
-bool X_COUNTER::pass(int from, int to, std::string &left, bool from_program) {
+bool X_COUNTER::pass(LINK &link, bool from_program) {
     static char piece[1 << 18];
-    const ssize_t count = recv(from, piece, sizeof piece, 0);
-    if (count <= 0 || !send_all(to, piece, static_cast<size_t>(count))) {
+    std::string &left = from_program ? link.from_program : link.from_server;
+    const ssize_t count = recv(from_program ? link.program : link.server, piece, sizeof piece, 0);
+    if (count <= 0 ||
+        !send_all(from_program ? link.server : link.program, piece, static_cast<size_t>(count))) {
         return false;
     }
     left.append(piece, static_cast<size_t>(count));
-    batch_ += from_program ? 1 : 0;
+    link.batch += from_program ? 1 : 0;
     size_t at = 0;
-    for (;;) {
-        const std::string rest = left.substr(at, at + 4096 < left.size() ? 4096 : std::string::npos);
-        const size_t size = from_program ? take_request(left.substr(at)) : take_message(rest);
-        if (size == 0 || at + size > left.size()) {
-            break;
-        }
-        at += size;
+    for (size_t size = 1; size != 0; at += size) {
+        const std::string head = left.substr(at, head_size);
+        size = from_program ? take_request(link, head, left.size() - at)
+                            : take_message(link, head, left.size() - at);
     }
     left.erase(0, at);
     return true;
 }
 
-/* Returns the length of the first request, or 0 while it is not there whole. */
-size_t X_COUNTER::take_request(const std::string &bytes) {
-    if (!program_greeted_) {
-        const size_t size = 12 + padded(number_at<uint16_t>(bytes, 6)) +
-                            padded(number_at<uint16_t>(bytes, 8));
-        program_greeted_ = bytes.size() >= 12 && bytes.size() >= size;
-        return program_greeted_ ? size : 0;
+/* `bytes` is the head of what is there, `available` the length of all of it.  Returns the length of
+ * the first request, or 0 while it is not there whole. */
+size_t X_COUNTER::take_request(LINK &link, const std::string &bytes, size_t available) {
+    if (!link.program_greeted) {
+        const size_t size =
+            12 + padded(number_at<uint16_t>(bytes, 6)) + padded(number_at<uint16_t>(bytes, 8));
+        link.program_greeted = available >= 12 && available >= size;
+        return link.program_greeted ? size : 0;
     }
     if (bytes.size() < 4) {
         return 0;
@@ -165,14 +194,14 @@ size_t X_COUNTER::take_request(const std::string &bytes) {
     if (size == 0) {
         size = number_at<uint32_t>(bytes, 4) * size_t{4};
     }
-    if (size < 4 || bytes.size() < size) {
+    if (size < 4 || available < size) {
         return 0;
     }
     tally_.requests++;
-    REQUEST request = describe(bytes.substr(0, std::min<size_t>(size, 512)));
-    request.sequence = ++sequence_;
-    request.batch = batch_;
-    asked_.push_back(request);
+    REQUEST request = describe(bytes.substr(0, size));
+    request.sequence = ++link.sequence;
+    request.batch = link.batch;
+    link.asked.push_back(request);
     return size;
 }
 
@@ -215,44 +244,43 @@ X_COUNTER::REQUEST X_COUNTER::describe(const std::string &request) const {
 }
 
 /* The same for what the server sends. */
-size_t X_COUNTER::take_message(const std::string &bytes) {
-    if (!server_greeted_) {
+size_t X_COUNTER::take_message(LINK &link, const std::string &bytes, size_t available) {
+    if (!link.server_greeted) {
         const size_t size = 8 + number_at<uint16_t>(bytes, 6) * size_t{4};
-        server_greeted_ = bytes.size() >= 8 && from_server_.size() >= size;
-        return server_greeted_ ? size : 0;
+        link.server_greeted = available >= 8 && available >= size;
+        return link.server_greeted ? size : 0;
     }
     if (bytes.size() < message_size) {
         return 0;
     }
     const auto type = static_cast<uint8_t>(number_at<uint8_t>(bytes, 0) & 0x7f);
     const bool longer = type == reply_message || type == generic_event;
-    const size_t size =
-        message_size + (longer ? number_at<uint32_t>(bytes, 4) * size_t{4} : 0);
-    if (from_server_.size() < size) {
+    const size_t size = message_size + (longer ? number_at<uint32_t>(bytes, 4) * size_t{4} : 0);
+    if (available < size) {
         return 0;
     }
     tally_.errors += type == error_message ? 1 : 0;
     if (type == reply_message) {
-        take_reply(bytes);
+        take_reply(link, bytes);
     }
     return size;
 }
 
-void X_COUNTER::take_reply(const std::string &message) {
+void X_COUNTER::take_reply(LINK &link, const std::string &message) {
     const auto sequence = number_at<uint16_t>(message, 2);
-    while (!asked_.empty() && asked_.front().sequence != sequence) {
-        asked_.pop_front();
+    while (!link.asked.empty() && link.asked.front().sequence != sequence) {
+        link.asked.pop_front();
     }
     tally_.replies++;
-    if (asked_.empty()) {
+    if (link.asked.empty()) {
         return;
     }
-    const REQUEST &request = asked_.front();
+    const REQUEST &request = link.asked.front();
     if (request.name == "QueryExtension" && number_at<uint8_t>(message, 8) != 0) {
         extensions_[number_at<uint8_t>(message, 9)] = request.subject;
     }
-    const bool waited = request.batch != last_waited_;
-    last_waited_ = request.batch;
+    const bool waited = request.batch != link.last_waited;
+    link.last_waited = request.batch;
     tally_.round_trips += waited ? 1 : 0;
     tally_.replies_by_name[request.name]++;
     tally_.waits_by_name[request.name] += waited ? 1 : 0;

@@ -12,6 +12,7 @@
 
 /* What a program asked for. */
 struct X_TALLY {
+    unsigned connections = 0;
     unsigned requests = 0;
     unsigned replies = 0;
     /* Times that the program had to wait: replies to requests that came in one piece are one. */
@@ -42,20 +43,27 @@ private:
         std::string name, subject;
     };
 
-    bool pass(int from, int to, std::string &left, bool from_program);
-    size_t take_request(const std::string &bytes);
-    size_t take_message(const std::string &bytes);
-    void take_reply(const std::string &message);
+    /* A connection: the toolkit makes a second one for its drag and drop tables. */
+    struct LINK {
+        int program, server;
+        std::string from_program, from_server; /* what is not a whole message yet */
+        bool program_greeted = false, server_greeted = false, ended = false;
+        uint16_t sequence = 0;
+        unsigned batch = 0, last_waited = 0;
+        std::deque<REQUEST> asked;
+    };
+
+    void accept_program();
+    bool pass(LINK &link, bool from_program);
+    size_t take_request(LINK &link, const std::string &bytes, size_t available);
+    size_t take_message(LINK &link, const std::string &bytes, size_t available);
+    void take_reply(LINK &link, const std::string &message);
     REQUEST describe(const std::string &request) const;
 
     int real_number_;
-    int listener_ = -1, program_ = -1, server_ = -1;
-    std::string display_;
-    std::string from_program_, from_server_; /* what is not a whole message yet */
-    bool program_greeted_ = false, server_greeted_ = false;
-    uint16_t sequence_ = 0;
-    unsigned batch_ = 0, last_waited_ = 0;
-    std::deque<REQUEST> asked_;
+    int listener_ = -1;
+    std::string display_, path_;
+    std::deque<LINK> links_;
     std::map<uint8_t, std::string> extensions_;
     X_TALLY tally_;
 };

@@ -6,7 +6,7 @@ build_packages=(
 )
 run_packages=(mwm xvfb xauth x11-utils xfonts-base fonts-dejavu-core imagemagick xdotool)
 test_packages=(
-  libgtest-dev libboost-dev libxtst-dev groff clang clang-format clang-tidy locales
+  libgtest-dev libboost-dev libxtst-dev groff clang libclang-rt-14-dev clang-format clang-tidy locales
 )
 
 say() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; }

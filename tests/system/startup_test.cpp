@@ -1,0 +1,294 @@
+// Start-up from what users, sites and machines get wrong: resources, locale, home folder, screen.
+#include "system_test.h"
+
+#include <X11/Xlib.h>
+#include <cstdlib>
+#include <filesystem>
+
+namespace sys {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char user_file[] = "home/.quilrc";
+constexpr char application_defaults[] = "lib/X11/app-defaults/Quiladmin";
+
+/* For a program that does not find the user's resources: fonts that the canvas can read. */
+const std::vector<std::string> readable = {"-xrm", "Quiladmin*renderTable.fontType: FONT_IS_FONT",
+                                           "-xrm", "Quiladmin*renderTable.fontName: fixed"};
+
+bool warns(const std::string &err, int number) {
+    return flat(err).find(message(number)) != std::string::npos;
+}
+
+} // namespace
+
+class StartUp : public SystemTest {
+protected:
+    /* Starts the program, sees the whole domain, and ends it in order.  Returns what it wrote on
+     * standard error. */
+    std::string run(const std::vector<std::string> &arguments = {}, const Environment &with = {}) {
+        return run(start_program(arguments, with));
+    }
+
+    std::string run(Process &program) {
+        const WindowId window = loaded_window();
+        EXPECT_NE(window, 0u);
+        if (window == 0) {
+            return program.err();
+        }
+        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "ETH0") != 0; }));
+        close_window(window);
+        expect_end(program, 0);
+        return program.err();
+    }
+
+    /* The user's resources, with these lines before the fonts. */
+    void resources(const std::string &lines) { place.write(user_file, lines + "\n" + fonts_); }
+
+    /* A file of the installation in place of the link to the built one. */
+    void replace(const std::string &name, const std::string &text) {
+        place.remove(name);
+        place.write(name, text);
+    }
+
+    std::string fonts_ = place.read(user_file);
+};
+
+TEST_F(StartUp, AMalformedUserFileIsReadAsFarAsItGoes) {
+    start_node();
+    std::string noise;
+    for (int byte = 255; byte > 0; byte--) {
+        noise += static_cast<char>(byte);
+    }
+    for (const std::string &lines :
+         {noise, std::string("no colon\n::::\nQuiladmin*\n*: \n?.?: x\n#include \"nowhere\""),
+          "Quiladmin*size" + std::string(100000, 'x') + ": small",
+          std::string("#include \"") + place.path(user_file) + "\""}) {
+        resources(lines);
+        EXPECT_EQ(run(), "") << lines.substr(0, 60);
+    }
+}
+
+TEST_F(StartUp, WithoutAUserFileThatCanBeReadTheDefaultsHold) {
+    start_node();
+    place.remove(user_file);
+    EXPECT_EQ(run(readable), "");
+    fs::create_directory(place.path(user_file));
+    EXPECT_EQ(run(readable), "");
+    fs::remove(place.path(user_file));
+    const std::string far(400, 'h');
+    EXPECT_EQ(run(readable, {{"HOME", "/" + far}}), "");
+    EXPECT_EQ(run(readable, {{"HOME", ""}}), "");
+
+    Command homeless = {{place.path("bin/quiladmin")}, place.environment()};
+    homeless.words.insert(homeless.words.end(), readable.begin(), readable.end());
+    homeless.environment.erase("HOME");
+    homeless.environment["DISPLAY"] = screen().name();
+    Process program(homeless);
+    EXPECT_EQ(run(program), "");
+}
+
+/* 300 bytes hold the path of the user's file whole; one more, and it is not looked for. */
+TEST_F(StartUp, AHomeFolderIsUsedUpToItsLimit) {
+    start_node();
+    constexpr size_t longest = 300 - sizeof "/.quilrc" + 1;
+    for (const size_t length : {longest - 1, longest, longest + 1}) {
+        std::string home = place.path("home/");
+        while (home.size() < length) {
+            home += home.size() % 100 == 0 && home.size() + 1 < length ? '/' : 'h';
+        }
+        fs::create_directories(home);
+        fs::copy_file(place.write("home/medium", "Quiladmin*size: medium\n" + fonts_),
+                      home + "/.quilrc");
+        const std::string err = run(readable, {{"HOME", home}});
+        EXPECT_EQ(warns(err, 611), length < longest) << length << ": " << err;
+    }
+}
+
+TEST_F(StartUp, AbsurdNumbersAndFlagsAreTheDefaults) {
+    start_node();
+    for (const char *lines :
+         {"Quiladmin.queryBufferSize: 1", "Quiladmin.queryBufferSize: lots",
+          "Quiladmin.queryBufferSize: 99999999999999999999", "Quiladmin.queryBufferSize: -2048",
+          "Quiladmin.supportCPIC: perhaps\nQuiladmin.displayLeadPool:"}) {
+        SCOPED_TRACE(lines);
+        resources(lines);
+        EXPECT_EQ(run(), "");
+    }
+}
+
+TEST_F(StartUp, TheSmallestQueryBufferReadsTheSameDomain) {
+    start_node();
+    resources("Quiladmin.queryBufferSize: 2048");
+    EXPECT_EQ(run({"-size", "small"}), "");
+    EXPECT_TRUE(place.log("quiladmin").empty());
+}
+
+TEST_F(StartUp, SizesAndFontsThatDoNotExistAreTold) {
+    start_node();
+    const struct {
+        std::string lines, warning;
+    } rows[] = {
+        {"Quiladmin*size: enormous", message(611)},
+        {"Quiladmin*size: Small", message(611)},
+        {"Quiladmin.iconSize: huge", message(610)},
+        {"Quiladmin.iconSize: ../../../..", message(610)},
+        {"Quiladmin*fontName: -nobody-nothing-*", message(1439)},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.lines);
+        resources(row.lines);
+        const std::string err = run();
+        EXPECT_NE(flat(err).find(row.warning), std::string::npos) << err;
+    }
+}
+
+TEST_F(StartUp, ColoursThatDoNotExistAreTheDefaults) {
+    start_node();
+    resources("Quiladmin*background: no such colour\nQuiladmin*foreground: #12345\n"
+              "Quiladmin*XmText.background: #GGGGGG");
+    run();
+    const std::string err = run({"-xrm", "*background: no such colour"});
+    EXPECT_NE(err.find("\"no such colour\""), std::string::npos) << err;
+}
+
+/* The size takes 30 bytes, the icon size 20, the font name 128, each with its NUL.  A value that
+ * is longer is as good as none; one that fits is tried, and complained about. */
+TEST_F(StartUp, TextsAreTriedUpToTheirLimit) {
+    start_node();
+    const struct {
+        std::string resource;
+        size_t limit;
+        int warning;
+    } rows[] = {{"*size", 30, 611}, {".iconSize", 20, 610}, {"*fontName", 128, 1439}};
+    for (const auto &row : rows) {
+        for (const bool fits : {true, false}) {
+            SCOPED_TRACE(row.resource + (fits ? " fits" : " does not fit"));
+            const std::string value(row.limit - (fits ? 1 : 0), 'x');
+            resources("Quiladmin" + row.resource + ": " + value);
+            EXPECT_EQ(warns(run(), row.warning), fits);
+        }
+    }
+}
+
+TEST_F(StartUp, TheUserFileWinsOverTheApplicationDefaults) {
+    start_node();
+    replace(application_defaults, "Quiladmin*size: medium\n" + place.read(application_defaults));
+    EXPECT_TRUE(warns(run(), 611));
+    resources("Quiladmin*size: small");
+    EXPECT_EQ(run(), "");
+    replace(application_defaults, "");
+    EXPECT_EQ(run(), "") << "it needs the application defaults";
+}
+
+TEST_F(StartUp, LocalesThatDoNotExistLeaveEnglishTexts) {
+    start_node();
+    for (const Environment &with :
+         {Environment{{"LANG", "xx_YY.UTF-8"}}, Environment{{"LANG", "C.UTF-8"}},
+          Environment{{"LANG", ""}}, Environment{{"LC_ALL", "xx_YY.ISO8859-1"}},
+          Environment{{"LC_CTYPE", "xx_YY"}}, Environment{{"LANG", std::string(1000, 'x')}},
+          Environment{{"LANG", "../.."}}}) {
+        SCOPED_TRACE(with.begin()->first + "=" + with.begin()->second);
+        const std::string err = run({}, with);
+        EXPECT_EQ(err.find("AddressSanitizer"), std::string::npos) << err;
+    }
+}
+
+TEST_F(StartUp, AMultibyteLocaleIsChosenByLcAll) {
+    start_node();
+    // The canvas does not read the lists then: they are drawn with characters of two bytes.
+    Process &program = start_program({}, {{"LC_ALL", "C.UTF-8"}});
+    const WindowId window = loaded_window();
+    ASSERT_NE(window, 0u);
+    close_window(window);
+    expect_end(program, 0);
+    EXPECT_EQ(program.err(), "");
+}
+
+/* The commands that start a browser: the longest, and one that is too long to be one. */
+class Browser : public StartUp {
+protected:
+    /* Chooses the web page of the help menu while the resource has this length with its NUL.
+     * Returns whether the command that the resource names was run. */
+    bool runs_command_of(size_t size) {
+        const std::string mark = place.path("home/mark");
+        std::string command = "touch " + mark + "; : ";
+        resources("Quiladmin*webBrowser: " + command + std::string(size - 1 - command.size(), 'x'));
+        Process &program = start_program({}, {{"PATH", "/usr/bin:/bin"}});
+        const WindowId window = loaded_window();
+        EXPECT_TRUE(window != 0 && wait_for([&] { return screen().click(window, "Help"); }));
+        EXPECT_TRUE(wait_for([&] {
+            for (const WindowId menu : screen().windows()) {
+                if (menu != window && screen().click(menu, "On the web")) {
+                    return true;
+                }
+            }
+            return false;
+        }));
+        const bool ran = wait_for([&] { return fs::exists(mark); }, size > 200 ? 1000 : 20000);
+        fs::remove(mark);
+        close_window(window);
+        expect_end(program, 0);
+        return ran;
+    }
+};
+
+TEST_F(Browser, ItsCommandIsTakenUpToItsLimit) {
+    start_node();
+    EXPECT_TRUE(runs_command_of(200));
+    EXPECT_FALSE(runs_command_of(201));
+}
+
+/* On servers of other sizes than usual: a server program before the usual one in PATH gives the
+ * size the last word. */
+class SmallScreen : public StartUp {
+protected:
+    void use_screen_of(const std::string &geometry) {
+        const std::string server =
+            place.write("tools/Xvfb", "#!/bin/sh\nPATH=" + path_ + "\nexec Xvfb \"$@\" -screen 0 " +
+                                          geometry + "\n");
+        fs::permissions(server, fs::perms(0755));
+        setenv("PATH", (place.path("tools") + ":" + path_).c_str(), 1);
+        EXPECT_FALSE(screen().name().empty());
+        setenv("PATH", path_.c_str(), 1);
+    }
+
+    /* It comes up with its lists, on the screen and not beyond. */
+    void expect_fit(const std::string &geometry) {
+        use_screen_of(geometry);
+        start_node();
+        Process &program = start_program();
+        const WindowId window = loaded_window();
+        ASSERT_NE(window, 0u);
+        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "ETH0") != 0; }));
+        Display *display = XOpenDisplay(screen().name().c_str());
+        ASSERT_NE(display, nullptr);
+        XWindowAttributes place_of = {};
+        XGetWindowAttributes(display, window, &place_of);
+        EXPECT_LE(place_of.width, DisplayWidth(display, 0));
+        EXPECT_LE(place_of.height, DisplayHeight(display, 0));
+        XCloseDisplay(display);
+        close_window(window);
+        expect_end(program, 0);
+        EXPECT_EQ(program.err(), "");
+    }
+
+private:
+    const std::string path_ = getenv("PATH") != nullptr ? getenv("PATH") : "/usr/bin:/bin";
+};
+
+TEST_F(SmallScreen, WideAndLow) {
+    expect_fit("800x480x24");
+}
+
+TEST_F(SmallScreen, SmallAllRound) {
+    expect_fit("640x480x16");
+}
+
+TEST_F(SmallScreen, FewColours) {
+    expect_fit("1024x768x8");
+}
+
+} // namespace sys

@@ -1,0 +1,185 @@
+/* Start-up without memory: the messages, and the verbs that the build begins with.  The sources
+ * under test are taken in whole, with an allocator that fails when it is told to. */
+#include <gtest/gtest.h>
+
+#include "nbbase.h"
+#include "nofverbs.h"
+#include "scriptednof.h"
+#include "vgaglob.h"
+#include "vgahooks.h"
+#include "vgamsgs.h"
+#include "vganofq.h"
+#include "vgavlog.h"
+#include <Xm/Xm.h>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int never = -1;
+int allocations_left = never; /* until one fails; the ones behind it fail, too */
+
+bool may_allocate() {
+    return allocations_left == never || (allocations_left > 0 && allocations_left-- > 0);
+}
+
+NB_VOID *scarce_calloc(size_t count, size_t size) {
+    return may_allocate() ? calloc(count, size) : nullptr;
+}
+
+NB_VOID *scarce_realloc(NB_VOID *block, size_t size) {
+    return may_allocate() ? realloc(block, size) : nullptr;
+}
+
+} // namespace
+
+#define calloc  scarce_calloc
+#define realloc scarce_realloc
+#include "vgamsgs.cpp"
+#include "vganofq.cpp"
+#undef calloc
+#undef realloc
+
+SCRIPTED_NOF_ENTRY
+
+namespace {
+
+fs::path prefix;
+
+/* The prefix is read once, so the whole test has one. */
+class Folder : public testing::Environment {
+public:
+    void SetUp() override {
+        NB_CHAR name[] = "/tmp/qaXXXXXX";
+        ASSERT_NE(mkdtemp(name), nullptr);
+        prefix = name;
+        setenv("SNA_PREFIX", name, 1);
+        setenv("LANG", "C", 1);
+    }
+    void TearDown() override { fs::remove_all(prefix); }
+};
+
+const auto *const folder = testing::AddGlobalTestEnvironment(new Folder);
+
+class NoMemory : public testing::Test {
+protected:
+    void SetUp() override {
+        scripted_nof.reset();
+        gvga_exit_code = 0;
+        vga_init_verb_queues();
+        nba_pd_set_log((prefix / "log").c_str(), NB_PD_ALL);
+    }
+    void TearDown() override {
+        allocations_left = never;
+        vga_empty_verb_queues();
+        vga_unload_messages();
+        gvga_exit_code = 0;
+        fs::remove(prefix / "log");
+    }
+
+    /* All messages but one, or all. */
+    static void make_catalogue(NB_USHORT but = 0) {
+        const fs::path place = prefix / "lib/nls/msg/C";
+        fs::create_directories(place);
+        std::ofstream source(place / "sna.msg");
+        source << "$set 2\n";
+        for (NB_USHORT number = 1; number <= VGA_MESSAGE_COUNT; number++) {
+            if (number != but) {
+                source << number << " " << std::string(number % 100, 'm') << number << "\n";
+            }
+        }
+        source.close();
+        fs::remove(place / "sna.cat");
+        const std::string command =
+            "gencat '" + (place / "sna.cat").string() + "' '" + (place / "sna.msg").string() + "'";
+        ASSERT_EQ(std::system(command.c_str()), 0);
+    }
+
+    static std::string log() {
+        std::ifstream stream(prefix / "log");
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    static void expect_no_start() {
+        EXPECT_EQ(vga_load_messages(), 0);
+        EXPECT_EQ(gvga_exit_code, VGA_EXIT_START_UP);
+        EXPECT_EQ(gvga_catalog, -1);
+        EXPECT_STREQ(vga_message(VGA_MSG_START_UP_FAILED), "");
+        EXPECT_NE(log().find(" 0x40020005 detail 4:"), std::string::npos) << log();
+    }
+};
+
+NB_ULONG completed;
+
+NB_VOID count_completion(const VGA_PROCESS_STATE *) {
+    completed++;
+}
+
+TEST_F(NoMemory, MessagesNeedAllTheirBlocks) {
+    make_catalogue();
+    EXPECT_EQ(vga_load_messages(), 1);
+    EXPECT_EQ(std::string_view(vga_message(VGA_MESSAGE_COUNT)),
+              std::string(VGA_MESSAGE_COUNT % 100, 'm') + std::to_string(VGA_MESSAGE_COUNT));
+    for (const int blocks : {0, 1, 7}) {
+        vga_unload_messages();
+        gvga_exit_code = 0;
+        allocations_left = blocks;
+        expect_no_start();
+    }
+}
+
+TEST_F(NoMemory, NoMessageMayBeMissing) {
+    for (const NB_USHORT missing : {NB_USHORT{1}, NB_USHORT{700}, NB_USHORT{VGA_MESSAGE_COUNT}}) {
+        SCOPED_TRACE(missing);
+        gvga_exit_code = 0;
+        make_catalogue(missing);
+        expect_no_start();
+    }
+}
+
+TEST_F(NoMemory, AVerbThatCannotBeQueuedStaysItsIssuers) {
+    auto verb = vga_new_verb<NAP_NAME_VERB>(NAP_DELETE_PORT);
+    NAP_VCB *block = reinterpret_cast<NAP_VCB *>(verb.get());
+    allocations_left = 0;
+    EXPECT_EQ(vga_queue_verb(1, block, 10, count_completion), 0);
+    EXPECT_EQ(block->opcode, NAP_DELETE_PORT);
+    EXPECT_EQ(scripted_nof.issued, 0u);
+    EXPECT_TRUE(NB_EMPTY_LIST(gvga_nof_queue));
+    EXPECT_EQ(gvga_exit_code, 0) << "the issuer decides";
+}
+
+TEST_F(NoMemory, AQueryThatCannotBeQueuedIsFreedWithItsBuffer) {
+    auto query = vga_new_verb<NAP_QUERY_LIST>(NAP_QUERY_PORT);
+    vga_set_buf_ptr(reinterpret_cast<NAP_VCB *>(query.get()), vga_get_querybuf(4096));
+    allocations_left = 0;
+    EXPECT_EQ(vga_issue_verb(1, std::move(query), 10, count_completion), 0);
+    EXPECT_EQ(scripted_nof.issued, 0u);
+}
+
+TEST_F(NoMemory, ARefusedVerbLeavesTheQueueWorking) {
+    completed = 0;
+    EXPECT_EQ(vga_issue_verb(1, vga_new_verb<NAP_NAME_VERB>(NAP_DELETE_PORT), 10, count_completion),
+              1);
+    allocations_left = 0;
+    EXPECT_EQ(vga_issue_verb(1, vga_new_verb<NAP_NAME_VERB>(NAP_DELETE_PORT), 11, count_completion),
+              0);
+    allocations_left = never;
+    EXPECT_EQ(vga_issue_verb(1, vga_new_verb<NAP_NAME_VERB>(NAP_DELETE_PORT), 12, count_completion),
+              1);
+    scripted_nof.complete();
+    scripted_nof.complete();
+    EXPECT_EQ(completed, 2u);
+    EXPECT_TRUE(NB_EMPTY_LIST(gvga_nof_queue));
+}
+
+} // namespace
