@@ -203,9 +203,8 @@ struct VGA_LS : VGA_RECORD<VGA_PORT, NAP_LS_DATA> {
 struct VGA_LOCAL_PU : VGA_RECORD<VGA_NODE, NAP_PU_DATA> {
     AVL_NODE links;
     NB_UCHAR name[8];
-    NB_USHORT listed_by_node; /* flag: the node's own PU list has named it */
-    VGA_LS *ls_entry;         /* the link station that makes it; null: DLUR-served */
-    AVL_TREE lus;             /* VGA_LU03 by name */
+    VGA_LS *ls_entry; /* the link station that makes it; null: DLUR-served */
+    AVL_TREE lus;     /* VGA_LU03 by name */
 };
 
 struct VGA_LU03 : VGA_RECORD<VGA_LOCAL_PU, NAP_LU03_DATA> {

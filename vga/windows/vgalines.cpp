@@ -107,10 +107,6 @@ NB_USHORT copy_message(NB_CHAR *buffer, NB_USHORT message) {
     return vga_print_msg(buffer, buffer_size, message, "");
 }
 
-NB_USHORT is_host_partner(NB_UCHAR partner) {
-    return partner == NAP_ADJ_HOST;
-}
-
 constexpr WORD partner_words[] = {
     {NAP_ADJ_LEN_NODE, VGA_MSG_PEER_LEN},     {NAP_ADJ_NETWORK_NODE, VGA_MSG_PEER_NN},
     {NAP_ADJ_END_NODE, VGA_MSG_PEER_EN},      {NAP_ADJ_HOST, VGA_MSG_HOST},
@@ -227,7 +223,7 @@ NB_USHORT vga_create_ls_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     NB_USHORT role = look_up(partner_words, entry.def_data.adj_cp_type, VGA_MSG_ANY_PEER);
     NB_USHORT learned = !vga_blank_name(entry.det_data.adj_cp_name, 17);
     NAME partner =
-        is_host_partner(entry.def_data.adj_cp_type) && !vga_blank_name(entry.def_data.pu_name, 8)
+        entry.def_data.adj_cp_type == NAP_ADJ_HOST && !vga_blank_name(entry.def_data.pu_name, 8)
             ? NAME::ebcdic(entry.def_data.pu_name, 8)
             : NAME::ebcdic(learned ? entry.det_data.adj_cp_name : entry.def_data.adj_cp_name, 17);
     return vga_print_msg(buffer, buffer_size, VGA_MSG_LS_LINE, "ca s s s s",
