@@ -709,7 +709,8 @@ typedef struct nap_define_dir {
 
 /* Settings. */
 
-/* Each of these answers with one record behind the header. */
+/* Each of these answers with one record behind the header.  The verb that sets it, where there is
+ * one, has the block of its query.  The settings of the TN3270 server are in nofrectn.h. */
 
 typedef struct nap_query_trace { /* every trace setting */
     NAP_VCB_HEADER;
@@ -727,22 +728,6 @@ typedef struct nap_query_logging { /* central logging, central logger, global lo
     NB_UCHAR succinct;       /* flag */
     NB_UCHAR node_name[128]; /* text: the central logger; empty: none */
 } NAP_QUERY_LOGGING_VERB;
-
-typedef struct nap_query_tn_settings { /* TN3270 defaults, SSL, SLP and express logon */
-    NAP_VCB_HEADER;
-    NB_USHORT port;               /* 0: not set */
-    NB_UCHAR force_responses;     /* flag */
-    NB_UCHAR keepalive;           /* 0 none, 1 no-operation, 2 timing mark */
-    NB_USHORT keepalive_interval; /* seconds */
-    NB_USHORT reserved;
-    NB_UCHAR host[256]; /* text: directory, scope or security server; empty: none */
-} NAP_QUERY_TN_SETTINGS_VERB;
-
-typedef struct nap_query_tamrix_defaults {
-    NAP_VCB_HEADER;
-    NB_IP_ADDRESS local_ip_address;
-    NB_UCHAR domain_name[256]; /* text; empty: none */
-} NAP_QUERY_TAMRIX_DEFAULTS_VERB;
 
 /* Indications. */
 
@@ -788,5 +773,9 @@ typedef struct nap_node_status_indication { /* a node was started or stopped */
 } NAP_NODE_STATUS_INDICATION_VERB;
 
 #pragma pack(pop)
+
+#include "nofrecdm.h"
+#include "nofrecnw.h"
+#include "nofrectn.h"
 
 #endif
