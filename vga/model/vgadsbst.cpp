@@ -40,7 +40,7 @@ NB_USHORT with_tp_file(const VGA_NODE *node) {
     return node->tp_target != 0;
 }
 NB_USHORT with_dlur(const VGA_NODE *node) {
-    return node->node_data.dlur_support;
+    return node->node_data.dlur_support && node->node_data.info.node_type != NAP_LEN_NODE;
 }
 NB_USHORT with_dspu(const VGA_NODE *node) {
     return node->node_data.dspu_support;

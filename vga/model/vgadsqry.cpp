@@ -12,7 +12,12 @@ constexpr NB_ULONG unknown_resource = 0x40020004;
 constexpr NB_ULONG bad_list = 0x40020008;
 constexpr NB_USHORT build_flag_byte = 8;
 
-enum BAD_LIST_DETAIL : NB_USHORT { ENTRY_TOO_SHORT = 1, ENTRY_TOO_LONG = 2, EMPTY_BUT_TOTAL = 3 };
+enum BAD_LIST_DETAIL : NB_USHORT {
+    ENTRY_TOO_SHORT = 1,
+    ENTRY_TOO_LONG = 2,
+    EMPTY_BUT_TOTAL = 3,
+    STANDS_STILL = 4 /* the list brought the entry behind which it was to go on */
+};
 
 NB_USHORT exceptions_wanted(NB_VOID) {
     return (ptrc.flags[build_flag_byte] & 1) == 0;
@@ -362,16 +367,25 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
     return 1;
 }
 
-NB_USHORT vga_list_goes_on(const NAP_VCB *vcb, const VGA_LIST_POSITION &last) {
+NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb,
+                           const VGA_LIST_POSITION &last) {
     NAP_QUERY_LIST query;
     memcpy(&query, vcb, sizeof(query));
     if (query.num_entries >= query.total_num_entries) {
         return 0;
     }
-    if (!last.received) {
-        nba_pd_print_exception(bad_list, EMPTY_BUT_TOTAL, "x i i i", query.opcode, 0,
-                               query.num_entries, query.total_num_entries);
-        return 0;
+    NB_USHORT from_next = (query.list_options & NAP_LIST_FROM_NEXT) != 0;
+    NB_USHORT stands_still = from_next && memcmp(query.key, last.key, list.key_length) == 0;
+    if (last.received && !stands_still) {
+        return 1;
     }
-    return 1;
+    if (exceptions_wanted()) {
+        nba_pd_print_exception(bad_list, last.received ? STANDS_STILL : EMPTY_BUT_TOTAL, "x i i i",
+                               query.opcode, 0, query.num_entries, query.total_num_entries);
+    }
+    return 0;
+}
+
+NB_USHORT vga_node_is_gone(const NAP_VCB *vcb) {
+    return vcb->primary_rc == NAP_COMM_FAILURE && vcb->secondary_rc == NAP_NODE_GONE;
 }
