@@ -1,5 +1,6 @@
 #include "vgadgutl.h"
 #include "vgaglob.h"
+#include "vgalook.h"
 #include "vgahelpw.h"
 #include "vgahooks.h"
 #include "vgamsgs.h"
@@ -299,6 +300,9 @@ NB_VOID vga_init_dialogs(NB_VOID) {
     }
     gvga_viewer_window_action = call_window_action;
     vga_watch_shells();
+    if (gvga_toplevel != nullptr) {
+        vga_set_font_units(gvga_toplevel);
+    }
 }
 
 NB_VOID vga_free_dialogs(NB_VOID) {
