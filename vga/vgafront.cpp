@@ -50,11 +50,15 @@ std::string user_file_path(NB_VOID) {
 }
 
 /* The toolkit chooses a file of application defaults before the user's file is merged, so what that
- * says about the choice goes in front of the arguments, which may still say otherwise.  Empty when
- * the user has not chosen.  Static, because the toolkit keeps the arguments. */
-const std::string &user_customization(NB_VOID) {
+ * says about the choice becomes an argument, unless there is one already.  Empty when the user has
+ * not chosen.  Static, because the toolkit keeps the arguments. */
+const std::string &user_customization(NB_INT argc, NB_CHAR **argv) {
     static std::string argument;
     argument.clear();
+    if (std::any_of(argv, argv + argc,
+                    [](const NB_CHAR *word) { return strstr(word, "customization") != nullptr; })) {
+        return argument;
+    }
     XrmInitialize();
     const XrmDatabase file = XrmGetFileDatabase(user_file_path().c_str());
     NB_CHAR *type;
@@ -71,7 +75,7 @@ const std::string &user_customization(NB_VOID) {
 Widget open_toolkit(NB_INT *argc, NB_CHAR **argv, NB_CHAR **fallbacks) {
     std::vector<NB_CHAR *> words(argv, argv + *argc + 1);
     NB_INT count = *argc;
-    if (const std::string &look = user_customization(); !look.empty() && count > 0) {
+    if (const std::string &look = user_customization(*argc, argv); !look.empty() && count > 0) {
         NB_CHAR *const option[] = {const_cast<NB_CHAR *>("-xrm"),
                                    const_cast<NB_CHAR *>(look.c_str())};
         words.insert(words.begin() + 1, std::begin(option), std::end(option));
