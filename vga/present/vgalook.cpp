@@ -7,6 +7,10 @@
 
 namespace {
 
+/* The lists have a font of their own, so a small one in dialogs must not make their window small.
+ */
+constexpr NB_INT least_unit = 8;
+
 /* Pixels of a line of dialog text; 0 when its font cannot be had.  A label finds the font as every
  * dialog does, whichever resource names it. */
 NB_INT line_height(Widget shell) {
@@ -37,7 +41,7 @@ NB_VOID vga_set_font_units(Widget shell) {
         use_server_fonts();
         height = line_height(shell);
     }
-    const NB_INT unit = std::max<NB_INT>(height / 2, 1);
+    const NB_INT unit = std::max(height / 2, least_unit);
     XtVaSetValues(XmGetXmScreen(XtScreen(shell)), XmNhorizontalFontUnit, unit, XmNverticalFontUnit,
                   unit, nullptr);
 }

@@ -10,8 +10,8 @@
 
 /* Where scalable fonts cannot be had, changes the resources so that every dialog takes fonts of the
  * server.  Then makes a font unit of the shell's screen half a line of dialog text, in both
- * directions (8 pixels for 10 points at 96 dots an inch).  Call it before the first window is
- * fetched. REQUIRES: a shell whose display has its resources. */
+ * directions (8 pixels for 10 points at 96 dots an inch, and never less).  Call it before the first
+ * window is fetched. REQUIRES: a shell whose display has its resources. */
 NB_VOID vga_set_font_units(Widget shell);
 
 #endif
