@@ -20,6 +20,7 @@
 #include <X11/Xatom.h>
 #include <Xm/CascadeB.h>
 #include <Xm/DrawnB.h>
+#include <Xm/Form.h>
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
 #include <Xm/List.h>
@@ -27,7 +28,9 @@
 #include <Xm/PushB.h>
 #include <Xm/PushBG.h>
 #include <Xm/Screen.h>
+#include <Xm/Text.h>
 #include <Xm/TextF.h>
+#include <Xm/ToggleB.h>
 #include <algorithm>
 #include <clocale>
 #include <cmath>
@@ -129,7 +132,7 @@ bool is_label(Widget widget) {
 }
 
 bool shows_text(Widget widget) {
-    return is_label(widget) || XmIsTextField(widget) || XmIsList(widget);
+    return is_label(widget) || XmIsTextField(widget) || XmIsText(widget) || XmIsList(widget);
 }
 
 Pixel colour(Widget widget, const char *resource) {
@@ -203,7 +206,28 @@ protected:
                                         nullptr, 0, 1, "");
         gui::settle();
         ASSERT_EQ(gvga_main_dialog->modal_dlg.showing, 1);
+        make_fields();
         collect(gvga_toplevel, widgets);
+    }
+
+    /* A dialog with what dialogs are made of. */
+    void make_fields() {
+        Arg args[3]; // out of the way of the message box
+        XtSetArg(args[0], XmNdefaultPosition, False);
+        XtSetArg(args[1], XmNx, 0);
+        XtSetArg(args[2], XmNy, 0);
+        form = XmCreateFormDialog(gvga_toplevel, const_cast<char *>("fields"), args, 3);
+        Widget above = nullptr;
+        for (const WidgetClass part :
+             {xmLabelWidgetClass, xmTextFieldWidgetClass, xmTextWidgetClass, xmListWidgetClass,
+              xmToggleButtonWidgetClass, xmPushButtonWidgetClass}) {
+            above = XtVaCreateManagedWidget("[fields]", part, form, XmNtopAttachment,
+                                            above == nullptr ? XmATTACH_FORM : XmATTACH_WIDGET,
+                                            XmNtopWidget, above, XmNleftAttachment, XmATTACH_FORM,
+                                            XmNrightAttachment, XmATTACH_FORM, nullptr);
+        }
+        XtManageChild(form);
+        gui::settle();
     }
 
     void TearDown() override {
@@ -215,6 +239,7 @@ protected:
     }
 
     std::vector<Widget> widgets;
+    Widget form = nullptr;
 };
 
 TEST_F(Looks, TextsCanBeRead) {
@@ -230,7 +255,7 @@ TEST_F(Looks, TextsCanBeRead) {
         if (XmIsLabel(widget) && !XmIsDrawnButton(widget)) {
             // The toolkit's colour of insensitive texts.  A gadget does not tell its own.
             EXPECT_GE(contrast(colour(widget, XmNbottomShadowColor), ground), 4.5);
-            if (!XmIsCascadeButton(widget)) { // whose arrow must be seen
+            if (!XmIsCascadeButton(widget) && !XmIsToggleButton(widget)) { // arrow and box need it
                 EXPECT_LE(contrast(colour(widget, XmNtopShadowColor), ground), 1.3);
             }
         }
@@ -265,6 +290,20 @@ TEST_F(Looks, TheKeyboardsPlaceIsSeen) {
                 << XtName(widget);
         }
     }
+}
+
+TEST_F(Looks, FieldsHaveAnEdge) {
+    int seen = 0;
+    for (Widget widget : widgets) {
+        if (XtParent(widget) == form && (!XmIsLabel(widget) || XmIsToggleButton(widget))) {
+            seen++;
+            for (const char *shadow : {XmNtopShadowColor, XmNbottomShadowColor}) {
+                EXPECT_GE(contrast(colour(widget, shadow), colour(widget, XmNbackground)), 3);
+                EXPECT_GE(contrast(colour(widget, shadow), colour(form, XmNbackground)), 3);
+            }
+        }
+    }
+    EXPECT_EQ(seen, 4);
 }
 
 /* Icons are drawn on the background of the lists, so nothing but that may be around them. */
