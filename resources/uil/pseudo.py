@@ -23,7 +23,8 @@ GROWTH = 0.4
 FILLING = ' ëîøûæ'  # in words, so that long texts have places to break
 
 STRING = re.compile(r'(XmNacceleratorText\s*=\s*)?compound_string\("([^"\n]+)"')
-OBJECT = re.compile(r'^object\b.*?(?=^(?:object|list|value|procedure|include|end)\b|\Z)', re.S | re.M)
+OBJECT = re.compile(r'^object\b.*?(?=^(?:object|list|value|procedure|include|end)\b|\Z)',
+                    re.S | re.M)
 MNEMONIC = re.compile(r'XmNmnemonic\s*=\s*keysym\("(.)"\)')
 LINE = 100  # of a description; its compiler takes 132 bytes, and a letter has up to two
 
@@ -37,7 +38,8 @@ def accented(text, keep=''):
 
 
 def filling(letters):
-    return (FILLING * (letters // len(FILLING) + 1))[:letters] if letters > 2 else FILLING[1:1 + letters]
+    words = FILLING if letters > 2 else FILLING.strip()
+    return (words * (letters // len(words) + 1))[:letters]
 
 
 def translated(text, keep='', most=None):
@@ -46,7 +48,8 @@ def translated(text, keep='', most=None):
         return text
     body = text.rstrip('\n')
     wanted = math.ceil(len(body) * GROWTH)
-    tries = [f'[{accented(body, keep)}{filling(count)}]' for count in range(max(wanted - 2, 0), -1, -1)]
+    tries = [f'[{accented(body, keep)}{filling(count)}]'
+             for count in range(max(wanted - 2, 0), -1, -1)]
     for result in tries + [f'[{body}]', accented(body)]:
         if most is None or len(result.encode()) <= most:
             return result + text[len(body):]
@@ -61,7 +64,7 @@ def translated_message(message):
     words = ''.join(text for text, fixed in pieces if not fixed)
     if not re.search(r'[A-Za-z]', words):
         return message.text
-    if any('%t' in text for text, fixed in pieces if fixed):  # cells of a table stay in their columns
+    if any('%t' in text for text, fixed in pieces if fixed):  # a table's cells
         return ''.join(text if fixed else accented(text) for text, fixed in pieces)
     limits = [most for first, last, most, _ in mkcat.LONGEST if first <= message.number <= last]
     marks = [text for text, fixed in pieces if fixed]

@@ -35,7 +35,8 @@ class Messages(unittest.TestCase):
                         self.assertLessEqual(size, most)
 
     def test_texts_without_a_limit_grow(self):
-        limited = {number for first, last, _, _ in mkcat.LONGEST for number in range(first, last + 1)}
+        limited = {number for first, last, _, _ in mkcat.LONGEST
+                   for number in range(first, last + 1)}
         for number, message in self.messages.items():
             text = pseudo.translated_message(message)
             if number in limited or not text.startswith('['):
@@ -62,7 +63,8 @@ class Descriptions(unittest.TestCase):
 
     def test_strings(self):
         def item(label, rest=''):
-            return f'object x : XmPushButton {{ arguments {{ XmNlabelString = {label}; {rest} }}; }};\n'
+            return ('object x : XmPushButton { arguments { XmNlabelString = ' + label + '; ' +
+                    rest + ' }; };\n')
 
         cases = (
             (item('compound_string("Close")', 'XmNmnemonic = keysym("o");'), '"[Çlosé]"'),
