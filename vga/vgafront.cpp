@@ -38,11 +38,30 @@ NB_USHORT start_up_failed(NB_ULONG problem, NB_USHORT detail) {
     return 0;
 }
 
+/* LANG is cut to the locale without its code set, which few systems have.  The toolkit would warn
+ * of a fault that is not the operator's, and then do the same. */
+NB_USHORT language_was_cut;
+
+NB_USHORT cut_locale_is_missing(NB_VOID) {
+    const NB_CHAR *all = getenv("LC_ALL");
+    if (!language_was_cut || (all != nullptr && *all != '\0')) {
+        return 0;
+    }
+    NB_USHORT missing = setlocale(LC_ALL, "") == nullptr;
+    setlocale(LC_ALL, "C");
+    return missing;
+}
+
+String use_c_locale(Display *, String, XtPointer) {
+    XSetLocaleModifiers("");
+    return setlocale(LC_ALL, "C");
+}
+
 NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
     static NB_CHAR *fallbacks[] = {const_cast<NB_CHAR *>("*fontList: Fixed"), nullptr};
     nba_set_app_defaults_path();
     MrmInitialize();
-    XtSetLanguageProc(nullptr, nullptr, nullptr);
+    XtSetLanguageProc(nullptr, cut_locale_is_missing() ? use_c_locale : nullptr, nullptr);
     gvga_toplevel =
         XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, argc, argv, fallbacks, nullptr);
     gvga_display = XtDisplay(gvga_toplevel);
@@ -73,7 +92,7 @@ NB_VOID add_small_screen_resources(NB_VOID) {
 NB_VOID merge_user_file(NB_VOID) {
     const NB_CHAR *home = getenv("HOME");
     std::string path = home != nullptr ? home : "";
-    if (path.size() + sizeof(user_file) - 1 > sizeof(gvga_local_db_file)) {
+    if (path.size() + sizeof(user_file) > sizeof(gvga_local_db_file)) {
         path.clear();
     }
     path += user_file;
@@ -153,7 +172,8 @@ NB_VOID vga_set_locale_environment(NB_VOID) {
     if (gvga_variant_y && cut == "Ja_JP") {
         cut = "ja_JP";
     }
-    if (cut != lang) {
+    language_was_cut = cut != lang;
+    if (language_was_cut) {
         setenv("LANG", cut.c_str(), 1);
     }
     if (getenv("LC_CTYPE") != nullptr) {
@@ -175,15 +195,17 @@ NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv) {
         return 0;
     }
     vga_get_options();
+    vga_warn_of_colours();
     vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
     return open_window_descriptions();
 }
 
 NB_VOID vga_terminate_frontend(NB_VOID) {
     MrmCloseHierarchy(gvga_uil_hierarchy);
-    vga_free_graphics();
+    vga_free_pixmaps();
     vga_unload_messages();
     vga_free_dialogs();
+    vga_free_graphics();
     XrmDestroyDatabase(gvga_local_database);
     gvga_local_database = nullptr;
     XrmSetDatabase(gvga_display, nullptr);
