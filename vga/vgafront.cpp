@@ -225,7 +225,8 @@ NB_USHORT vga_initialise_backend(NB_VOID) {
     gvga_read_only = 0;
     gvga_system = vga_init_vga_system();
     if (gvga_system == nullptr) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        gvga_exit_code = 0; /* as with the first window */
+        VGA_EXIT(VGA_EXIT_START_UP, 0);
         return 0;
     }
     return 1;

@@ -76,8 +76,8 @@ NB_VOID build_progress(VGA_NODE *node, NB_ULONG resources) {
 NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     if (change != VGA_NODE_REMOVED) {
         vga_update_node_window(node);
-    } else if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_system->built &&
-               !gvga_closing && AVL_FIRST(gvga_system->nodes) == nullptr) {
+    } else if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_system->built && !gvga_closing &&
+               AVL_FIRST(gvga_system->nodes) == nullptr) {
         exit_without_node();
     }
 }
@@ -95,6 +95,7 @@ NB_VOID set_hooks(NB_VOID) {
 
 NB_USHORT show_first_window(NB_VOID) {
     if (vga_display_node_window(nullptr, 0) == 0) {
+        gvga_exit_code = 0; /* whatever the window asked for: it is the start that has failed */
         VGA_EXIT_AT(VGA_EXIT_START_UP, 0, gvga_exit_node_window);
         return 0;
     }

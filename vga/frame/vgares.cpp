@@ -1,9 +1,9 @@
 #include "vgares.h"
 #include "nbbase.h"
 #include "vgaglob.h"
+#include <Xm/Xm.h>
 #include <cstdio>
 #include <cstdlib>
-#include <Xm/Xm.h>
 #include <cstring>
 #include <string_view>
 #include <strings.h>

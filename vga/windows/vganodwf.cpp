@@ -62,10 +62,9 @@ VGA_NODEW_HEIGHTS measure(const VGA_NODEW_DESC *desc) {
     XtVaGetValues(desc->panes_widget, XmNmarginHeight, &margin, XmNspacing, &spacing, nullptr);
     VGA_NODEW_HEIGHTS heights = {};
     heights.screen = static_cast<NB_ULONG>(HeightOfScreen(gvga_screen));
-    heights.fixed = wanted_height(find(desc, "*nodewMenuBar")) +
-                    wanted_height(find(desc, "*nodewServerForm")) +
-                    wanted_height(desc->message_bar) + 2U * margin +
-                    (VGA_NODEW_PANE_COUNT - 1U) * spacing;
+    heights.fixed =
+        wanted_height(find(desc, "*nodewMenuBar")) + wanted_height(find(desc, "*nodewServerForm")) +
+        wanted_height(desc->message_bar) + 2U * margin + (VGA_NODEW_PANE_COUNT - 1U) * spacing;
     heights.tool_bar = tool_bar_height(desc);
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         heights.panes += least_height(desc, pane);
