@@ -9,6 +9,7 @@
 #include "vgadsdel.h"
 #include "vgaexit.h"
 #include "vgafront.h"
+#include "vgagraph.h"
 #include "vganodew.h"
 #include "vgaxt.h"
 #include <Xm/PushB.h>
@@ -28,6 +29,7 @@ int quiladmin_main(int argc, char **argv);
 
 namespace {
 
+bool no_font_sets;
 size_t failing_size; /* bytes of the requests that find no memory; 0: none */
 bool new_fails;
 
@@ -36,8 +38,20 @@ bool new_fails;
 extern "C" {
 NB_VOID *__real_calloc(size_t count, size_t size);
 NB_VOID *__wrap_calloc(size_t count, size_t size);
+XFontSet __real_XCreateFontSet(Display *, const char *, char ***, int *, char **);
+XFontSet __wrap_XCreateFontSet(Display *, const char *, char ***, int *, char **);
 NB_VOID *__real__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t &tag);
 NB_VOID *__wrap__ZnamRKSt9nothrow_t(size_t size, const std::nothrow_t &tag);
+}
+
+XFontSet __wrap_XCreateFontSet(Display *display, const char *pattern, char ***missing, int *count,
+                               char **default_string) {
+    if (no_font_sets) {
+        *missing = nullptr;
+        *count = 0;
+        return nullptr;
+    }
+    return __real_XCreateFontSet(display, pattern, missing, count, default_string);
 }
 
 NB_VOID *__wrap_calloc(size_t count, size_t size) {
@@ -155,15 +169,30 @@ NB_USHORT answer_with_nothing(const ISSUED_VERB &verb) {
     return 1;
 }
 
-NB_USHORT list_one_node(const ISSUED_VERB &verb) {
+template <class Data> NB_USHORT list_one(const ISSUED_VERB &verb, Data entry) {
     auto *query = reinterpret_cast<NAP_QUERY_LIST *>(verb.vcb);
-    NAP_NODE_ALL_DATA node = {};
-    node.overlay_size = static_cast<NB_USHORT>((sizeof(node) + 3) & ~3U);
-    memcpy(node.node_name, "lonely", 6);
-    node.info.node_state = NAP_NODE_ACTIVE;
-    memcpy(vga_buf_ptr(verb.vcb), &node, sizeof(node));
+    entry.overlay_size = static_cast<NB_USHORT>((sizeof(entry) + 3) & ~3U);
+    memcpy(vga_buf_ptr(verb.vcb), &entry, sizeof(entry));
     query->num_entries = query->total_num_entries = 1;
     return 1;
+}
+
+/* A domain of one node, which has one local LU. */
+NB_USHORT answer_with_a_node(const ISSUED_VERB &verb) {
+    if (verb.vcb->opcode == NAP_QUERY_NODE_ALL) {
+        NAP_NODE_ALL_DATA node = {};
+        memcpy(node.node_name, "lonely", 6);
+        node.info.node_state = NAP_NODE_ACTIVE;
+        return list_one(verb, node);
+    }
+    if (verb.vcb->opcode == NAP_QUERY_LOCAL_LU) {
+        NAP_LOCAL_LU_DATA lu = {};
+        memcpy(lu.lu_name, "MMMMMMMM", sizeof(lu.lu_name));
+        memcpy(lu.def_data.lu_alias, lu.lu_name, sizeof(lu.lu_name));
+        nba_local_to_ebcdic(lu.lu_name, sizeof(lu.lu_name));
+        return list_one(verb, lu);
+    }
+    return answer_with_nothing(verb);
 }
 
 NB_VOID delete_the_node(XtPointer, XtIntervalId *) {
@@ -211,12 +240,58 @@ TEST_F(Ends, TheLastNodeThatLeavesIsReported) {
                 XtAppAddTimeOut(gvga_appcontext, 0, read_boxes, nullptr);
                 XtAppAddTimeOut(gvga_appcontext, 0, delete_the_node, nullptr);
             }
-            return verb.vcb->opcode == NAP_QUERY_NODE_ALL ? list_one_node(verb)
-                                                          : answer_with_nothing(verb);
+            return answer_with_a_node(verb);
         };
         run();
     };
     EXPECT_EXIT(start(), testing::ExitedWithCode(0), "box: No node of the domain");
+}
+
+/* A display without any font that a set could be made of. */
+class NoFontSet : public Ends {
+protected:
+    void SetUp() override {
+        Ends::SetUp();
+        no_font_sets = true;
+    }
+    void TearDown() override {
+        no_font_sets = false;
+        Ends::TearDown();
+    }
+};
+
+/* The line of the LU stands in the second list: its text, behind its icon. */
+NB_VOID look_at_the_text(XtPointer, XtIntervalId *) {
+    const auto *desc = reinterpret_cast<const VGA_NODEW_DESC *>(gvga_main_dialog);
+    const Widget list = desc->panes[VGA_NODEW_MIDDLE_PANE].draw_area;
+    Pixel foreground = 0;
+    XtVaGetValues(list, XmNforeground, &foreground, nullptr);
+    const int beginning = static_cast<int>(gvga_viewer_expand_icon_width + gvga_viewer_icon_width);
+    const int height = static_cast<int>(gvga_viewer_item_height);
+    if (gvga_system->built && XtIsRealized(list)) {
+        const gui::IMAGE text(list, beginning + 4, 2, 100, height);
+        if (text.count(foreground) > 100) {
+            fprintf(stderr, "drawn in %s, %u wide\n",
+                    gvga_viewer_fontset == nullptr ? "the font" : "a set", gvga_viewer_char_width);
+            vga_request_exit(VGA_EXIT_NORMAL, 0, "", 0);
+            return;
+        }
+    }
+    XtAppAddTimeOut(gvga_appcontext, 20, look_at_the_text, nullptr);
+}
+
+TEST_F(NoFontSet, ListsAreDrawnWithTheFontOfTheDisplay) {
+    const auto start = [] {
+        scripted_nof.completes_at_once = [](const ISSUED_VERB &verb) {
+            if (scripted_nof.issued == 1) {
+                XtAppAddTimeOut(gvga_appcontext, 0, look_at_the_text, nullptr);
+            }
+            return answer_with_a_node(verb);
+        };
+        run({"-xrm", "Quiladmin*fontName: fixed"});
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(0),
+                "fontName.*No fixed-width.*drawn in the font, [1-9]");
 }
 
 /* What the start itself needs: each ends it with the words of a failed start. */
