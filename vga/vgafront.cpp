@@ -1,6 +1,7 @@
 #include "vgafront.h"
 #include "nbbase.h"
 #include "v0uidpth.h"
+#include "vgacolr.h"
 #include "vgadgutl.h"
 #include "vgadsadd.h"
 #include "vgaglob.h"
@@ -66,6 +67,7 @@ NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
         XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, argc, argv, fallbacks, nullptr);
     gvga_display = XtDisplay(gvga_toplevel);
     gvga_screen = XtScreen(gvga_toplevel);
+    vga_work_out_colours(gvga_display, gvga_screen);
     gvga_root_window = RootWindowOfScreen(gvga_screen);
     gvga_close_atom = XInternAtom(gvga_display, "WM_DELETE_WINDOW", False);
 }

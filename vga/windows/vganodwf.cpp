@@ -135,10 +135,15 @@ VGA_NODEW_STEP vga_nodew_choose_step(const VGA_NODEW_HEIGHTS &heights) {
 
 NB_VOID vga_nodew_fit_screen(VGA_NODEW_DESC *desc) {
     const VGA_NODEW_STEP step = vga_nodew_choose_step(measure(desc));
+    desc->least_pane = 0;
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         const NB_ULONG key = step < VGA_NODEW_STEP_NO_KEYS ? key_height(desc, pane) : 0;
-        XtVaSetValues(desc->panes[pane].form, XmNpaneMinimum,
-                      static_cast<Dimension>(least_height(desc, pane) + key), nullptr);
+        const auto least = static_cast<Dimension>(least_height(desc, pane) + key);
+        Dimension minimum = 0;
+        XtVaGetValues(desc->panes[pane].form, XmNpaneMinimum, &minimum, nullptr);
+        /* Never more: a window that the operator makes low could not keep to it. */
+        XtVaSetValues(desc->panes[pane].form, XmNpaneMinimum, std::min(minimum, least), nullptr);
+        desc->least_pane = std::max(desc->least_pane, least);
     }
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         if (step >= VGA_NODEW_STEP_NO_KEYS || is_too_narrow(desc, pane)) {
