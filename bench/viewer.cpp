@@ -88,9 +88,9 @@ void print(const char *what, size_t lines, double ours, const char *unit, double
 }
 
 struct LISTS {
-    OURS ours;
-    BARE bare;
-    TOOLKIT toolkit;
+    OURS ours{0}, other{1};
+    BARE bare{2};
+    TOOLKIT toolkit{3};
 };
 
 /* Filling, and what a line takes of memory. */
@@ -139,8 +139,7 @@ void measure_memory(LISTS *lists, LINES *lines) {
 
 /* Scrolling. */
 
-/* Returns our median. */
-double measure_pages(LISTS *lists, LINES *lines) {
+void measure_pages(LISTS *lists, LINES *lines) {
     constexpr int steps = 120;
     const size_t count = lines->size(), pages = count / page_lines - 1;
     lists->ours.fill(lines);
@@ -183,17 +182,29 @@ double measure_pages(LISTS *lists, LINES *lines) {
     });
     print("search of the line at a height", count, found * 1e9 / 100000, "ns");
     lists->ours.clear(lines);
-    return median(bare.ours);
 }
 
-/* Pages of the longest and the shortest list in turns, each list filled once. */
+/* Random pages of the longest list and of the shortest in turns. */
 void measure_growth(LISTS *lists, size_t shortest, size_t longest) {
-    double cost[2] = {};
-    for (const bool large : {false, true}) {
-        LINES lines = make_lines(large ? longest : shortest);
-        cost[large] = measure_pages(lists, &lines);
+    constexpr int steps = 200;
+    LINES few = make_lines(shortest), many = make_lines(longest);
+    lists->ours.fill(&many);
+    lists->other.fill(&few);
+    catch_up();
+    std::mt19937 random(4);
+    TURNS turns;
+    for (int step = 0; step < steps; ++step) {
+        const auto page = [&](OURS *list, size_t count) {
+            const size_t first = random() % (count / page_lines) * page_lines;
+            return wall([&] { list->step(first); }) * 1e3;
+        };
+        const double other = page(&lists->other, shortest);
+        turns.add(page(&lists->ours, longest), other);
     }
-    print("page step, longest list to shortest", longest, cost[1], "ms", cost[0], 0, growth_goal);
+    print("page step, beside one of the shortest list", longest, median(turns.ours), "ms",
+          median(turns.theirs), median(turns.ratios), growth_goal);
+    lists->ours.clear(&many);
+    lists->other.clear(&few);
 }
 
 /* Single operations in a long list. */
@@ -319,7 +330,7 @@ int main(int argc, char **argv) {
         LINES lines = make_lines(count);
         measure_fill(&lists, &lines);
     }
-    for (size_t count = 10000; count * 10 <= largest; count *= 10) {
+    for (size_t count = 1000; count <= largest; count *= 10) {
         LINES lines = make_lines(count);
         measure_pages(&lists, &lines);
     }

@@ -69,7 +69,7 @@ void start_server() {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         dup2(ends[1], STDOUT_FILENO);
         dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-        execlp("Xvfb", "Xvfb", "-displayfd", "1", "-screen", "0", "2560x1200x24", "-nolisten",
+        execlp("Xvfb", "Xvfb", "-displayfd", "1", "-screen", "0", "3400x1200x24", "-nolisten",
                "tcp", "-noreset", static_cast<char *>(nullptr));
         _exit(127);
     }
@@ -184,12 +184,13 @@ void catch_up() {
 
 /* The viewer. */
 
-OURS::OURS() {
-    const WINDOW window = make_window(0);
+OURS::OURS(int place) {
+    const WINDOW window = make_window(place);
     Widget area = make_area(window.scrolled);
     Widget horizontal = make_bar(window.scrolled, XmHORIZONTAL, False);
     Widget vertical = make_bar(window.scrolled, XmVERTICAL, False);
-    if (vga_init_graphics(area, area) == 0 || vga_viewer_init_root(&root) == 0) {
+    if ((gvga_viewer_item_height == 0 && vga_init_graphics(area, area) == 0) ||
+        vga_viewer_init_root(&root) == 0) {
         die("the icons cannot be had");
     }
     XtRealizeWidget(window.shell);
@@ -233,8 +234,8 @@ void OURS::draw() {
 
 /* The bare one. */
 
-BARE::BARE() {
-    const WINDOW window = make_window(1);
+BARE::BARE(int place) {
+    const WINDOW window = make_window(place);
     area_ = make_area(window.scrolled);
     bar_ = make_bar(window.scrolled, XmVERTICAL, True);
     XmScrolledWindowSetAreas(window.scrolled, nullptr, bar_, area_);
@@ -301,10 +302,10 @@ void BARE::draw_row(const ROW &row, int y) const {
 
 /* The toolkit's. */
 
-TOOLKIT::TOOLKIT() {
+TOOLKIT::TOOLKIT(int place) {
     XrmPutStringResource(&gvga_resource_database, "*list.renderTable", "");
     XrmPutStringResource(&gvga_resource_database, "*list.fontList", font_name);
-    const WINDOW window = make_window(2);
+    const WINDOW window = make_window(place);
     list_ = XtVaCreateManagedWidget("list", xmListWidgetClass, window.scrolled, XmNvisibleItemCount,
                                     page_lines, XmNlistSizePolicy, XmCONSTANT,
                                     XmNscrollBarDisplayPolicy, XmSTATIC, nullptr);

@@ -1,5 +1,6 @@
 /* The lists that bench_viewer compares: the viewer, a list that is nothing but drawing, and the
- * toolkit's own list, each in a window of its own, all of the same lines in the same font.
+ * toolkit's own list, each in a window of its own
+ * (`place` counts them from the left), all of the same lines in the same font.
  *
  * A line has a text of 100 characters in five columns and an icon; one in ten is a group, which
  * has an expand icon, too, and the nine others below it.  A step of a list shows another page and
@@ -35,7 +36,7 @@ bool begins_group(size_t line);
 /* The viewer. */
 class OURS {
 public:
-    OURS();
+    explicit OURS(int place);
     /* Puts all lines in, the groups open, and draws. */
     void fill(LINES *lines);
     void clear(LINES *lines);
@@ -49,7 +50,7 @@ public:
  * known beforehand (where a run begins and ends, which icon it is) is. */
 class BARE {
 public:
-    BARE();
+    explicit BARE(int place);
     void fill(const LINES &lines);
     void step(size_t first);
 
@@ -72,7 +73,7 @@ private:
 /* The toolkit's. */
 class TOOLKIT {
 public:
-    TOOLKIT();
+    explicit TOOLKIT(int place);
     void fill(const LINES &lines);
     void clear();
     void step(size_t first);
