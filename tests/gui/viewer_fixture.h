@@ -25,6 +25,7 @@ enum TYPE : NB_USHORT { GROUP, MEMBER, TITLE, TYPES };
 struct RECORD {
     VGA_VIEWER_ITEM item;
     std::string text;
+    int drawn = 0; // how often
 };
 
 VGA_VIEWER_ROOT root;
@@ -43,6 +44,7 @@ RECORD *record(NB_VOID *data) {
 
 NB_USHORT create_text(NB_VOID *data, NB_CHAR *buffer) {
     ++events.drawn;
+    ++record(data)->drawn;
     const std::string &text = record(data)->text;
     memcpy(buffer, text.data(), text.size());
     return static_cast<NB_USHORT>(text.size());
