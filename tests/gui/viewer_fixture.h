@@ -78,7 +78,7 @@ const VGA_VIEWER_DESC types[TYPES] = {
     {create_text, group_icon, 1, arm, disarm, activate, drag, nullptr, set_buttons, 1, 0, 1},
     {create_text, member_icon, 1, arm, disarm, activate, drag, nullptr, set_buttons, 0, 1, 0},
     {create_text, title_icon, 1, nullptr, nullptr, nullptr, nullptr, vga_viewer_add_underline,
-     nullptr, 0, 0, 1},
+     nullptr, 0, 0, 0},
 };
 
 // As the program's windows have them: the keys of the list are left to it.
@@ -130,8 +130,7 @@ protected:
             "area", xmDrawnButtonWidgetClass, window, XmNpushButtonEnabled, False, XmNmultiClick,
             XmMULTICLICK_KEEP, XmNshadowThickness, 0, XmNhighlightThickness, 0, XmNtranslations,
             XtParseTranslationTable(translations), XmNrecomputeSize, False, XmNbackground,
-            WhitePixelOfScreen(gvga_screen), XmNforeground, BlackPixelOfScreen(gvga_screen),
-            nullptr);
+            WhitePixelOfScreen(gvga_screen), XmNforeground, foreground, nullptr);
         hscroll = XtVaCreateWidget("hscroll", xmScrollBarWidgetClass, window, XmNorientation,
                                    XmHORIZONTAL, XmNtraversalOn, False, nullptr);
         vscroll = XtVaCreateWidget("vscroll", xmScrollBarWidgetClass, window, XmNorientation,
@@ -196,6 +195,7 @@ protected:
         return rows;
     }
 
+    Pixel foreground = BlackPixelOfScreen(gvga_screen); // before the window is made
     Widget shell = nullptr, draw_widget = nullptr, hscroll = nullptr, vscroll = nullptr;
     std::vector<std::unique_ptr<RECORD>> records;
 };

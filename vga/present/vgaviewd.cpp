@@ -99,14 +99,16 @@ NB_VOID measure(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, const VGA_VIEWER_R
 
 /* Pixels from the left edge of the window that the line needs the pixmap for; what is right of them
  * is ground.  The text is taken as if each of its bytes had a column of its own, which costs no
- * measuring and is never too little. */
+ * measuring and in a fixed pitch is never too little; for another font there is the measured width.
+ */
 NB_ULONG inked_width(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item,
                      const VGA_VIEWER_DESC *desc, const VGA_VIEWER_RUN &last) {
     if (desc->decor_cb != nullptr || root->outline_viewer == item) {
         return root->window_width;
     }
     const NB_ULONG columns = last.column + static_cast<NB_ULONG>(last.length);
-    const NB_ULONG right = vga_viewer_left_width(desc) + columns * gvga_viewer_char_width;
+    const NB_ULONG right =
+        std::max(vga_viewer_left_width(desc) + columns * gvga_viewer_char_width, item->line_width);
     return std::clamp<NB_ULONG>(right, root->x_offset, root->x_offset + root->window_width) -
            root->x_offset;
 }
