@@ -110,8 +110,7 @@ TEST_P(ViewerPictures, EveryStateHasItsOwnLook) {
 
 INSTANTIATE_TEST_SUITE_P(
     Sizes, ViewerPictures,
-    testing::Values(LOOKS{"small", "-misc-fixed-medium-r-semicondensed--13-*-*-*-*-*-*-*", 500,
-                          220},
+    testing::Values(LOOKS{"small", "-misc-fixed-medium-r-normal--14-*-*-*-c-70-*-*", 560, 215},
                     LOOKS{"big", "-misc-fixed-medium-r-normal--18-*-*-*-*-*-*-*", 740, 300}),
     testing::PrintToStringParamName());
 
