@@ -378,9 +378,10 @@ NB_USHORT vga_choose_rem_plu_viewer_icon(NB_VOID *data) {
 NB_USHORT vga_create_rem_sess_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *session = static_cast<VGA_REM_SESS *>(data);
     NAP_MODE_DATA entry = *session->vcb;
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_REM_SESS_LINE, "s s i",
+    return vga_print_msg(buffer, buffer_size, VGA_MSG_REM_SESS_LINE, "s s i i",
                          NAME::local(entry.lu_alias, 8).text(),
-                         NAME::ebcdic(entry.mode_name, 8).text(), entry.act_sess_count);
+                         NAME::ebcdic(entry.mode_name, 8).text(), entry.act_sess_count,
+                         entry.sess_limit);
 }
 
 NB_USHORT vga_choose_rem_sess_viewer_icon(NB_VOID *data) {
