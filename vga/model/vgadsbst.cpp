@@ -4,6 +4,8 @@
 #include "vgadsqry.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -389,6 +391,8 @@ NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_CONNECT_NODE_VERB>(vcb);
     node->target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
     node->refusal = {answer.primary_rc, answer.secondary_rc};
+    /* What was under way on another connection will not be answered on this one. */
+    std::fill(std::begin(node->class_work), std::end(node->class_work), VGA_CLASS_WORK{});
     if (node->target != 0 &&
         strncmp(gvga_system->config_name, node->name, sizeof(node->name)) == 0) {
         gvga_system->config_target = node->target;
