@@ -242,7 +242,9 @@ constexpr STEP node_steps[] = {
     {N_PRIMARY_LU0, LIST, NAP_QUERY_PRIMARY_LU0, 0, VGA_PRIMARY_LU0_LIST,
      {}, with_primary, node_target, nullptr, nullptr},
     {N_TAMRIX_DEFAULTS, RECORD, NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, 0, VGA_TAMRIX_DEFAULTS,
-     {N_TAMRIX_SESS}, nullptr, node_target, keep<&VGA_NODE::tamrix>, nullptr},
+     {N_REG_TAMRIX}, nullptr, node_target, keep<&VGA_NODE::tamrix>, nullptr},
+    {N_REG_TAMRIX, REGISTER, REG, NAP_TAMRIX_INDICATION, no_chain,
+     {N_TAMRIX_SESS}, nullptr, node_target, nullptr, nullptr},
     {N_TAMRIX_SESS, LIST, NAP_QUERY_TAMRIX_APPCIP, 0, VGA_TAMRIX_SESS_LIST,
      {}, nullptr, node_target, nullptr, nullptr},
 
