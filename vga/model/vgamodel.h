@@ -262,7 +262,7 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     NB_USHORT startup_status[VGA_NODE_CHAINS];
     NB_USHORT rebuilt; /* flag: the build that runs found records of an earlier one */
     VGA_CLASS_WORK class_work[VGA_STATUS_CLASSES]; /* by VGA_STATUS_ID; of this connection */
-    VGA_DIALOG *window; /* its node window; null while there is none */
+    VGA_DIALOG *window;                            /* its node window; null while there is none */
 
     NAP_QUERY_NODE_VERB node_data;
     NAP_QUERY_NODE_LIMITS_VERB limits;
