@@ -13,7 +13,7 @@ namespace help {
 
 namespace {
 
-constexpr int columns = 56, rows = 40, navigation_columns = 18; // in lines of text
+constexpr int columns = 58, rows = 40, navigation_columns = 20; // in lines of text
 
 struct Pane_Look {
     const char *tab, *list;
@@ -120,9 +120,10 @@ void FullWindow::make_navigation() {
         },
         this);
     for (size_t ii = 0; ii < pane_count; ii++) {
-        tabs[ii] = XtVaCreateManagedWidget(panes[ii].tab, xmToggleButtonWidgetClass, tab_row,
-                                           XmNindicatorOn, XmINDICATOR_NONE, XmNshadowThickness, 1,
-                                           nullptr);
+        tabs[ii] = XtVaCreateManagedWidget(
+            panes[ii].tab, xmToggleButtonWidgetClass, tab_row, XmNindicatorOn, XmINDICATOR_NONE,
+            XmNshadowThickness, 1, XmNmarginWidth, look.em() / 2, XmNmarginHeight, look.em() / 5,
+            XmNfillOnSelect, True, XmNselectColor, look.colour(Colour::panel).pixel, nullptr);
         set_label(tabs[ii], label(panes[ii].text));
         XtAddCallback(tabs[ii], XmNvalueChangedCallback, on_tab, this);
         lists[ii] = std::make_unique<OutlineView>(navigation, panes[ii].list, look);

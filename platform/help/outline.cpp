@@ -44,6 +44,14 @@ int OutlineView::content_height() {
     return static_cast<int>(visible.size()) * line_height() + look.em() / 2;
 }
 
+/* Before the first picture the toolkit tries sizes out, and no place is worth keeping. */
+void OutlineView::resized() {
+    if (!painted) {
+        scroll_to(0);
+        select(selected);
+    }
+}
+
 int OutlineView::parent_of(int line) const {
     const int depth = lines[static_cast<size_t>(line)].entry.depth;
     for (int at = line - 1; at >= 0; at--) {
@@ -101,6 +109,7 @@ const Entry *OutlineView::selection() const {
 /* Drawing. */
 
 void OutlineView::paint(XftDraw *draw) {
+    painted = true;
     if (lines.empty()) {
         look.draw_text(draw, Font::text, Colour::muted, look.em() / 2,
                        look.em() / 2 + look.ascent(Font::text), empty_text);

@@ -34,7 +34,7 @@ private:
     };
 
     int content_height() override;
-    void resized() override {}
+    void resized() override;
     void paint(XftDraw *draw) override;
     bool key(Key which) override;
     void point(Point what, int x, int y, unsigned state) override;
@@ -51,6 +51,7 @@ private:
     std::vector<Line> lines;
     std::vector<int> visible; // lines that stand in no closed one
     int selected = -1;        // a line
+    bool painted = false;
     std::string empty_text;
 };
 

@@ -74,11 +74,13 @@ void Window::start(TopicView &topic_view) {
         }
         return key == Key::back;
     };
-    XtVaSetValues(widget, XmNinitialFocus, view->area(), nullptr);
+    XtAddEventHandler(XtParent(widget), StructureNotifyMask, False, on_event, this);
 }
 
 Widget Window::button(Widget parent, const char *name, Label text, XtCallbackProc proc) {
-    Widget made = XtVaCreateManagedWidget(name, xmPushButtonWidgetClass, parent, nullptr);
+    Widget made =
+        XtVaCreateManagedWidget(name, xmPushButtonWidgetClass, parent, XmNmarginWidth,
+                                look.em() * 2 / 3, XmNmarginHeight, look.em() / 5, nullptr);
     set_label(made, label(text));
     XtAddCallback(made, XmNactivateCallback, proc, this);
     return made;
@@ -241,6 +243,14 @@ void Window::close(XEvent *event) {
     XtPopdown(XtParent(widget));
     NB_HELP_CALLBACK data = {NB_HELP_CLOSED, event, nullptr, nullptr, 0};
     XtCallCallbackList(widget, own.close_callback, &data);
+}
+
+/* The keyboard begins at the text; before the window is there it cannot be given it. */
+void Window::on_event(Widget shell, XtPointer window, XEvent *event, Boolean *) {
+    if (event->type == MapNotify) {
+        XtRemoveEventHandler(shell, StructureNotifyMask, False, on_event, window);
+        static_cast<Window *>(window)->view->focus();
+    }
 }
 
 void Window::on_wm_close(Widget, XtPointer window, XtPointer call_data) {

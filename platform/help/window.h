@@ -56,6 +56,7 @@ protected:
 
 private:
     static void on_wm_close(Widget, XtPointer, XtPointer);
+    static void on_event(Widget, XtPointer, XEvent *, Boolean *);
     static void on_help(Widget, XtPointer, XtPointer);
     void load();
     void follow(const std::string &target, bool new_window);

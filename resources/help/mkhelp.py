@@ -102,7 +102,8 @@ class Reader:
         if mark == "#":
             return [place, "N", number, text]
         if mark == "+":
-            return [place, "H", 0, text]
+            topic.blocks.append((place, "H", 0, text))
+            return None
         if mark == "!":
             return [place, "W", 0, text]
         if mark == "?":

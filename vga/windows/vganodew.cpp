@@ -1,7 +1,7 @@
 #include "vganodew.h"
-#include "vgahelpd.h"
 #include "vgaglob.h"
 #include "vgagraph.h"
+#include "vgahelpd.h"
 #include "vgamsgs.h"
 #include "vganodwf.h"
 #include "vganodwp.h"
