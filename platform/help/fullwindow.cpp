@@ -149,6 +149,8 @@ void FullWindow::on_tab(Widget tab, XtPointer self, XtPointer call_data) {
             window->list(Pane::contents).focus();
         } else {
             XmProcessTraversal(window->field, XmTRAVERSE_CURRENT);
+            XmTextFieldSetSelection(window->field, 0, XmTextFieldGetLastPosition(window->field),
+                                    XtLastTimestampProcessed(XtDisplay(tab)));
         }
     });
 }

@@ -30,7 +30,7 @@ bool all_of(std::string_view text, const char *others) {
 /* Environment and arguments are made before the fork, since only little may be done after it. */
 struct Command {
     Command(const Man_Name &name, int columns) {
-        words = {"man"};
+        words = {"man", "--no-justification", "--no-hyphenation"};
         if (!name.section.empty()) {
             words.push_back(name.section);
         }
@@ -185,6 +185,9 @@ Topic man_topic(const std::string &name, std::string_view output) {
             topic.blocks.push_back(std::move(block));
         }
         was_empty = is_empty;
+    }
+    if (was_empty && !topic.blocks.empty()) {
+        topic.blocks.pop_back();
     }
     return topic;
 }

@@ -100,6 +100,10 @@ void OutlineView::select_text(const std::string &text) {
         return strncasecmp(line.entry.text.c_str(), text.c_str(), text.size()) == 0;
     });
     select(found == lines.end() || text.empty() ? -1 : static_cast<int>(found - lines.begin()));
+    if (selected >= 0) { // what begins alike stands below it
+        const auto at = std::find(visible.begin(), visible.end(), selected) - visible.begin();
+        scroll_to(static_cast<int>(at) * line_height());
+    }
 }
 
 const Entry *OutlineView::selection() const {

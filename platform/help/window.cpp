@@ -12,7 +12,7 @@ namespace {
 
 constexpr char help_on_help[] = "helphelp"; // every volume is to have it
 constexpr size_t max_history = 200;
-constexpr int least_columns = 40, most_columns = 100;
+constexpr int least_columns = 40, usual_columns = 72, most_columns = 100;
 
 /* What a target of a link leads to, by its beginning. */
 struct Link_Form {
@@ -158,8 +158,10 @@ void Window::show_page(const std::string &name, int top) {
     Dimension width = 0;
     XtVaGetValues(view->area(), XmNwidth, &width, nullptr);
     const int character = std::max(look.width(Font::fixed, "m"), 1);
-    const int columns =
-        std::clamp((width - 3 * look.em()) / character, least_columns, most_columns);
+    const int fitting = (width - 3 * look.em()) / character;
+    const int columns = !XtIsRealized(view->area())
+                            ? usual_columns
+                            : std::clamp(fitting, least_columns, most_columns);
     const auto done = [this, name, top](const std::string &output) {
         if (output.empty()) {
             show_fault(Label::no_page, name);
