@@ -49,6 +49,21 @@ public:
     Widget window, dialog, area;
 };
 
+// The build tree under a name that is short enough for a prefix, which is read once a process.
+class PREFIX {
+public:
+    PREFIX() {
+        char name[] = "/tmp/helpguiXXXXXX";
+        folder = mkdtemp(name);
+        std::filesystem::create_directory_symlink(HELP_BUILD_TREE, folder / "sna");
+        setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
+    }
+    ~PREFIX() { std::filesystem::remove_all(folder); }
+
+private:
+    std::filesystem::path folder;
+};
+
 std::vector<Widget> help_shells() {
     std::vector<Widget> shells;
     // Shells without a parent are known to the display only: the windows of the screen tell.
@@ -79,16 +94,12 @@ SHOWN only_window() {
 class Help : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        char name[] = "/tmp/helpguiXXXXXX"; // a prefix is short
-        folder = mkdtemp(name);
-        std::filesystem::create_directory_symlink(HELP_BUILD_TREE, folder / "sna");
-        setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
+        static const PREFIX prefix;
         gui::open();
         gvga_messages[204] = "Close";
         gvga_messages[206] = "Contents";
         gvga_messages[212] = "SNA node administration help";
     }
-    static void TearDownTestSuite() { std::filesystem::remove_all(folder); }
     void TearDown() override {
         for (const Widget shell : help_shells()) {
             SHOWN shown(shell);
@@ -96,8 +107,6 @@ protected:
         }
         EXPECT_TRUE(gui::wait_for([] { return help_shells().empty(); }));
     }
-
-    static inline std::filesystem::path folder;
 
     static void press(Widget button) {
         XRaiseWindow(gvga_display, XtWindow(XtParent(XtParent(button))));
@@ -305,7 +314,9 @@ TEST_F(Messages, HelpOnAMessageIsASmallWindowThatLeadsToTheContents) {
     vga_display_confirm_dialog(&desc, 208, "dlgfail", nullptr, 0, "");
     ASSERT_TRUE(gui::wait_for([&] { return desc.modal_dlg.showing != 0; }));
     gui::settle();
-    gui::click(XtNameToWidget(desc.modal_dlg.dialog, "Help"), 10, 8);
+    Position x = 0, y = 0; // the box's buttons have no windows of their own
+    XtVaGetValues(XtNameToWidget(desc.modal_dlg.dialog, "Help"), XmNx, &x, XmNy, &y, nullptr);
+    gui::click(desc.modal_dlg.dialog, x + 10, y + 8);
     SHOWN shown = only_window();
     EXPECT_EQ(shown.topic(), "dlgfail");
     EXPECT_EQ(shown.child("helpContents"), nullptr);
