@@ -5,11 +5,8 @@
 #include <Xm/ScrollBar.h>
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace help {
-
-Canvas *Canvas::last_focused;
 
 namespace {
 
@@ -90,9 +87,6 @@ Canvas::Canvas(Widget parent, const char *name, const Look &canvas_look, Colour 
 }
 
 Canvas::~Canvas() {
-    if (last_focused == this) {
-        last_focused = nullptr;
-    }
     if (draw != nullptr) {
         XftDrawDestroy(draw);
         XFreePixmap(XtDisplay(frame), buffer);
@@ -307,21 +301,13 @@ void Canvas::on_point(Widget widget, XEvent *event, String *params, Cardinal *co
     });
 }
 
-/* While a window comes up the toolkit lets the focus go from one widget to the next without telling
- * the first. */
-void Canvas::set_focus(bool on) {
-    Canvas *before = on ? std::exchange(last_focused, this) : nullptr;
-    if (before != nullptr && before != this && before->has_focus) {
-        before->set_focus(false);
-    }
-    has_focus = on;
-    redraw();
-}
-
-void Canvas::on_focus(Widget widget, XEvent *, String *params, Cardinal *count) {
+/* The server also tells the window under the pointer that its shell got the keyboard; the toolkit
+ * makes the events that say which widget has it. */
+void Canvas::on_focus(Widget widget, XEvent *event, String *params, Cardinal *count) {
     Canvas *self = of(widget);
-    if (self != nullptr && *count == 1) {
-        guarded([&] { self->set_focus(std::strcmp(params[0], "in") == 0); });
+    if (self != nullptr && *count == 1 && event->xfocus.send_event) {
+        self->has_focus = std::strcmp(params[0], "in") == 0;
+        guarded([&] { self->redraw(); });
     }
 }
 

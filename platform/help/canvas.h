@@ -86,9 +86,6 @@ private:
     bool scroll_key(Key which);
     void take_key(Key which);
     void make_buffer();
-    void set_focus(bool on);
-
-    static Canvas *last_focused; // the last one that was told that it has the keyboard
 
     Colour background;
     Widget frame = nullptr, drawing = nullptr, bar = nullptr;

@@ -38,9 +38,9 @@ FullWindow::FullWindow(Widget help_widget, Resources &help_resources)
                                      XmNbottomAttachment, XmATTACH_FORM, XmNleftAttachment,
                                      XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
     set_label(status, " ");
+    set_size(columns, rows);
     make_body();
-    XtVaSetValues(widget, XmNcancelButton, close_button, XmNwidth, columns * look.em(), XmNheight,
-                  rows * look.em(), nullptr);
+    XtVaSetValues(widget, XmNcancelButton, close_button, nullptr);
     start(*topic_view);
     show_pane(Pane::contents);
 }
@@ -87,9 +87,12 @@ void FullWindow::make_body() {
 }
 
 void FullWindow::make_navigation() {
-    navigation = XtVaCreateManagedWidget("helpNavigation", xmFormWidgetClass, body, XmNwidth,
-                                         navigation_columns * look.em(), XmNpaneMinimum,
-                                         6 * look.em(), XmNshadowThickness, 0, nullptr);
+    Dimension window_width = 0;
+    XtVaGetValues(widget, XmNwidth, &window_width, nullptr);
+    navigation =
+        XtVaCreateManagedWidget("helpNavigation", xmFormWidgetClass, body, XmNwidth,
+                                std::min(navigation_columns * look.em(), window_width * 2 / 5),
+                                XmNpaneMinimum, 6 * look.em(), XmNshadowThickness, 0, nullptr);
     Widget tab_row = XtVaCreateManagedWidget(
         "helpTabs", xmRowColumnWidgetClass, navigation, XmNorientation, XmHORIZONTAL,
         XmNradioBehavior, True, XmNpacking, XmPACK_TIGHT, XmNspacing, 0, XmNmarginHeight, 0,

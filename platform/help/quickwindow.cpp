@@ -39,8 +39,8 @@ QuickWindow::QuickWindow(Widget help_widget, Resources &help_resources)
                   XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment,
                   XmATTACH_WIDGET, XmNbottomWidget, row, nullptr);
     XtManageChild(topic_view.widget());
-    XtVaSetValues(widget, XmNcancelButton, buttons[NB_HELP_QUICK_CLOSE], XmNwidth,
-                  columns * look.em(), XmNheight, rows * look.em(), nullptr);
+    XtVaSetValues(widget, XmNcancelButton, buttons[NB_HELP_QUICK_CLOSE], nullptr);
+    set_size(columns, rows);
     start(topic_view);
 }
 

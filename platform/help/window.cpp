@@ -74,7 +74,15 @@ void Window::start(TopicView &topic_view) {
         }
         return key == Key::back;
     };
-    XtAddEventHandler(XtParent(widget), StructureNotifyMask, False, on_event, this);
+    XtAddEventHandler(XtParent(widget), StructureNotifyMask, False, on_map, this);
+}
+
+void Window::set_size(int columns, int rows) {
+    constexpr int frame_width = 24, frame_height = 72; // the window manager's, and a panel
+    const Screen *screen = XtScreen(widget);
+    XtVaSetValues(widget, XmNwidth,
+                  std::min(columns * look.em(), WidthOfScreen(screen) - frame_width), XmNheight,
+                  std::min(rows * look.em(), HeightOfScreen(screen) - frame_height), nullptr);
 }
 
 Widget Window::button(Widget parent, const char *name, Label text, XtCallbackProc proc) {
@@ -248,9 +256,9 @@ void Window::close(XEvent *event) {
 }
 
 /* The keyboard begins at the text; before the window is there it cannot be given it. */
-void Window::on_event(Widget shell, XtPointer window, XEvent *event, Boolean *) {
+void Window::on_map(Widget shell, XtPointer window, XEvent *event, Boolean *) {
     if (event->type == MapNotify) {
-        XtRemoveEventHandler(shell, StructureNotifyMask, False, on_event, window);
+        XtRemoveEventHandler(shell, StructureNotifyMask, False, on_map, window);
         static_cast<Window *>(window)->view->focus();
     }
 }

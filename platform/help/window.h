@@ -37,7 +37,8 @@ protected:
     virtual void shown(const std::string &location) = 0;
     virtual void say(const std::string & /*text*/) {}
 
-    void start(TopicView &topic_view); // by the heir, once there is a view
+    void start(TopicView &topic_view);    // by the heir, once there is a view
+    void set_size(int columns, int rows); // in lines of text, but no larger than the screen
     void go(const std::string &topic);
     void home();
     void step(int by); // through the history
@@ -56,7 +57,7 @@ protected:
 
 private:
     static void on_wm_close(Widget, XtPointer, XtPointer);
-    static void on_event(Widget, XtPointer, XEvent *, Boolean *);
+    static void on_map(Widget, XtPointer, XEvent *, Boolean *);
     static void on_help(Widget, XtPointer, XtPointer);
     void load();
     void follow(const std::string &target, bool new_window);

@@ -25,9 +25,10 @@ NB_EXTERN_C_BEGIN
 #define NB_HELP_MAN_PAGE "manPage"    /* "name" or "name(section)" */
 
 /* Callbacks; call data is an NB_HELP_CALLBACK. */
-#define NB_HELP_CLOSE_CALLBACK      "closeCallback"     /* the operator closed the window */
-#define NB_HELP_HYPER_LINK_CALLBACK "hyperLinkCallback" /* a link that is the caller's to follow   \
-                                                         */
+#define NB_HELP_CLOSE_CALLBACK "closeCallback" /* the operator closed the window */
+#define NB_HELP_HYPER_LINK_CALLBACK                                                                \
+    "hyperLinkCallback" /* a link that is the caller's to follow                                   \
+                         */
 
 /* Values of NB_HELP_TYPE: an unsigned char. */
 #define NB_HELP_TYPE_TOPIC    0
