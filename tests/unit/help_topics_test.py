@@ -12,7 +12,7 @@ import sys
 from pathlib import Path
 
 ROWS = "vga/windows/vgauidds.cpp"
-ROW = re.compile(r'\{VGA_UID_\w+,\s*"(\w+)"')
+ROW = re.compile(r'[{(]\s*VGA_UID_\w+,\s*"(\w+)"')
 BOX = re.compile(r"vga_display_(?:error|info|confirm|confirm_each)_dialog\s*\(([^;]*);", re.S)
 KEY = re.compile(r'^"([a-z0-9_]+)"$')
 ASSIGNED = re.compile(r'\bhelp_key\s*=\s*"(\w+)"')
