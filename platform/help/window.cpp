@@ -122,11 +122,11 @@ void Window::visit(Place place) {
     }
     history.push_back(std::move(place));
     at = history.size() - 1;
-    show_place(history[at].name);
+    show_place();
 }
 
-void Window::show_place(const std::string &location) {
-    const Place place = history[at];
+void Window::show_place() {
+    const Place place = history[at]; // its name may change: the first topic has one of its own
     reader.reset();
     say("");
     if (place.man_page) {
@@ -134,7 +134,7 @@ void Window::show_place(const std::string &location) {
     } else {
         show_topic(place.name, place.top);
     }
-    shown(location);
+    shown(place.name);
 }
 
 void Window::show_topic(const std::string &name, int top) {
@@ -202,7 +202,7 @@ void Window::step(int by) {
     if (can_step(by)) {
         history[at].top = view->top();
         at = by < 0 ? at - 1 : at + 1;
-        show_place(history[at].name);
+        show_place();
     }
 }
 

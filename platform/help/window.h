@@ -62,7 +62,7 @@ private:
     void load();
     void follow(const std::string &target, bool new_window);
     void visit(Place place);
-    void show_place(const std::string &location);
+    void show_place();
     void show_topic(const std::string &name, int top);
     void show_page(const std::string &name, int top);
     void show_fault(Label reason, const std::string &detail);

@@ -202,8 +202,8 @@ TEST(HelpLayout, BreaksAWideWordBetweenCharacters) {
 
 TEST(HelpLayout, FindsALinkOnEachOfItsLines) {
     const std::vector<help::Run> runs = {{Style::plain, "", "See "},
-                                   {Style::link, "a", "one two three"},
-                                   {Style::link, "b", "four"}};
+                                         {Style::link, "a", "one two three"},
+                                         {Style::link, "b", "four"}};
     const Page page = lay_out(topic_of({{Kind::paragraph, 0, runs}}), 120, Made_Up());
     ASSERT_EQ(page.links.size(), 2U);
     EXPECT_GT(page.links[0].bottom - page.links[0].top, 10);

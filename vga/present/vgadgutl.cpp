@@ -149,8 +149,7 @@ NB_VOID prepare_widget(const VGA_UID_DESC &row, VGA_DIALOG *desc) {
     } else if (row.kind == VGA_KIND_MODAL) {
         XtVaSetValues(desc->widget, XmNdialogStyle, XmDIALOG_PRIMARY_APPLICATION_MODAL, nullptr);
     }
-    XtAddCallback(desc->widget, XmNhelpCallback, vga_help_cb,
-                  const_cast<NB_CHAR *>(row.name));
+    XtAddCallback(desc->widget, XmNhelpCallback, vga_help_cb, const_cast<NB_CHAR *>(row.name));
     if (desc->shell == gvga_toplevel && gvga_first_dialog == nullptr &&
         gvga_main_dialog == nullptr) {
         gvga_first_dialog = desc;
