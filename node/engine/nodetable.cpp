@@ -155,28 +155,47 @@ Resource *ResourceTable::start(const NAP_QUERY_LIST &query, const SortKey &key) 
                : nullptr;
 }
 
-uint64_t ResourceTable::total_from(const Resource *from, const ListRow &list,
-                                   const NAP_QUERY_LIST &query, const SortKey &key) const {
+/* The place where this query goes on with another's end; null when there is none. */
+ResourceTable::Cursor *ResourceTable::cursor_at(const ListRow &list, const NAP_QUERY_LIST &query,
+                                                const SortKey &key) const {
+    const auto found = std::find_if(cursors_.begin(), cursors_.end(), [&](const Cursor &cursor) {
+        return cursor.change == change_ && cursor.list == list.list &&
+               cursor.owner_length == query.owner_length &&
+               compare_sort_keys(cursor.last.word, key.word) == 0;
+    });
+    const bool goes_on = (query.list_options & START_BITS) == NAP_LIST_FROM_NEXT;
+    return goes_on && found != cursors_.end() ? &*found : nullptr;
+}
+
+/* Counts no further than it has to: an answer says at most MAX_TOTAL. */
+ResourceTable::Total ResourceTable::total_from(const Resource *from, const ListRow &list,
+                                               const NAP_QUERY_LIST &query,
+                                               const SortKey &key) const {
+    const uint64_t far = query.num_entries == 1 ? MAX_TOTAL : 4 * MAX_TOTAL;
     const NB_UCHAR start = query.list_options & START_BITS;
-    if (from == nullptr) {
-        return 0;
+    if (from != nullptr && start == NAP_FIRST_IN_LIST && query.owner_length == 0 &&
+        list.select_offset == 0) {
+        return {count_, true};
     }
-    if (start == NAP_FIRST_IN_LIST && query.owner_length == 0 && list.select_offset == 0) {
-        return count_;
-    }
-    if (start == NAP_LIST_FROM_NEXT && cursor_.change == change_ && cursor_.list == list.list &&
-        cursor_.owner_length == query.owner_length &&
-        compare_sort_keys(cursor_.last.word, key.word) == 0) {
-        return cursor_.remaining;
-    }
-    uint64_t total = 0;
-    for (const Resource *at = from; at != nullptr; at = next(*at)) {
+    Total total;
+    for (const Resource *at = from; at != nullptr && total.whole; at = next(*at)) {
         if (!same_leading(at->key.get(), key.word, query.owner_length)) {
             break;
         }
-        total += shows(list, *at) ? 1 : 0;
+        total.count += shows(list, *at) ? 1 : 0;
+        total.whole = total.count < far;
     }
     return total;
+}
+
+void ResourceTable::remember(const ListRow &list, const NAP_QUERY_LIST &query, const Resource &last,
+                             Total remaining, Cursor *known) const {
+    Cursor &cursor = known != nullptr ? *known : cursors_[next_cursor_++ % CURSORS];
+    cursor.last = kept_key(last.key.get());
+    cursor.list = list.list;
+    cursor.owner_length = query.owner_length;
+    cursor.change = change_;
+    cursor.remaining = remaining;
 }
 
 void ResourceTable::append(const Resource &resource, std::vector<NB_UCHAR> &data) const {
@@ -185,6 +204,27 @@ void ResourceTable::append(const Resource &resource, std::vector<NB_UCHAR> &data
     if (has_secrets_) {
         hide_secrets(row_.fields, data.data() + at);
     }
+}
+
+/* Whole entries only, as many as are wanted and fit.  Returns how many; `last` gets the last one.
+ */
+uint64_t ResourceTable::append_all(const Resource *at, const ListRow &list, uint64_t wanted,
+                                   size_t room, std::vector<NB_UCHAR> &data,
+                                   const Resource *&last) const {
+    const size_t before = data.size();
+    uint64_t count = 0;
+    for (; count < wanted; at = next(*at)) {
+        if (!shows(list, *at)) {
+            continue;
+        }
+        if (data.size() - before + length_of(*at) > room) {
+            break;
+        }
+        append(*at, data);
+        last = at;
+        count++;
+    }
+    return count;
 }
 
 Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
@@ -200,33 +240,22 @@ Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
         (at == nullptr || compare_sort_keys(at->key.get(), key.word) != 0 || !shows(list, *at))) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
-    const uint64_t total = total_from(at, list, query, key);
+    Cursor *known = cursor_at(list, query, key);
+    const bool counted =
+        known != nullptr && (known->remaining.whole || known->remaining.count >= 2 * MAX_TOTAL);
+    const Total all = counted ? known->remaining : total_from(at, list, query, key);
+    const uint64_t total = all.count;
     const size_t room = std::min<size_t>(query.buf_size, NOF_MAX_DATA);
     const uint64_t wanted =
         std::min<uint64_t>(total, query.num_entries == 0 ? MAX_TOTAL : query.num_entries);
     const size_t before = data.size();
-    uint64_t count = 0;
     const Resource *last = nullptr;
-    for (; count < wanted; at = next(*at)) {
-        if (!shows(list, *at)) {
-            continue;
-        }
-        if (data.size() - before + length_of(*at) > room) {
-            break;
-        }
-        append(*at, data);
-        last = at;
-        count++;
-    }
+    const uint64_t count = append_all(at, list, wanted, room, data, last);
     if (wanted > 0 && count == 0) {
         return bad_parameter(NAP_BAD_LENGTH);
     }
-    if (count > 0) {
-        cursor_.last = kept_key(last->key.get());
-        cursor_.list = list.list;
-        cursor_.owner_length = query.owner_length;
-        cursor_.change = change_;
-        cursor_.remaining = total - count;
+    if (last != nullptr) {
+        remember(list, query, *last, {total - count, all.whole}, known);
     }
     query.num_entries = static_cast<NB_USHORT>(count);
     query.total_num_entries = static_cast<NB_USHORT>(std::min(total, MAX_TOTAL));
