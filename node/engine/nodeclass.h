@@ -95,8 +95,8 @@ struct Resource {
     AVL_NODE by_key = {};
     AVL_NODE by_alias = {}; /* linked when the class has an alias and this one is not blank */
     const ClassRow *row = nullptr;
-    SortKey key = {};
-    SortKey alias = {};
+    std::unique_ptr<uint64_t[]> key;
+    std::unique_ptr<uint64_t[]> alias;
     std::unique_ptr<NB_UCHAR[]> entry;
     Behaviour behaviour = DEFAULT_BEHAVIOUR;
     TimerId timer = 0;

@@ -30,6 +30,8 @@ struct Answer {
     std::vector<NB_UCHAR> data;
 };
 
+struct Generated; /* nodemake.h */
+
 class EngineListener {
 public:
     virtual ~EngineListener() = default;
@@ -70,6 +72,10 @@ public:
     /* Loads what the store holds.  False when it holds nothing (a first start) or cannot be read;
      * `why` then says which ("" for nothing). */
     bool load_store(std::string &why);
+
+    /* Makes the node with this index of a generated domain.  Nothing of it is stored; what the
+     * store holds are the changes since, which are applied. */
+    bool load_generated(const Generated &domain, NB_ULONG index, std::string &why);
 
     /* Reports the node itself to the listener. */
     void announce();
@@ -163,6 +169,7 @@ private:
     /* loading (nodeload.cpp) */
     void load_resource(const TextResource &text, DomainText &domain);
     bool read_store(std::vector<TextResource> &resources, bool &configured);
+    void forget_erased(const std::vector<TextResource> &resources);
     void load_stored(const ClassRow &row, const NB_UCHAR *entry, const Behaviour &behaviour);
     bool store_all();
     void add_sna_defined();
@@ -177,6 +184,8 @@ private:
     void set_node_state(NB_ULONG state);
     void start(Resource &resource);
     void finish_start(Resource &resource);
+    void start_dependants(Resource &owner);
+    void finish_dependants(const Resource &owner);
     void start_failed(Resource &resource);
     void retry(Resource &resource);
     void stop(Resource &resource, bool at_once);
@@ -199,6 +208,19 @@ private:
     void tell_partner(const Resource &resource);
     template <class Action> void for_links_to(const NB_UCHAR *fq_cp_name, Action action);
 
+    /* what sessions bring with them (noderoute.cpp) */
+    struct Brought {
+        std::map<std::string, NB_ULONG> numbers; /* by what they are for */
+        NB_ULONG last = 0;
+    };
+    using Wanted = std::map<std::string, std::vector<NB_UCHAR>>;
+    const Resource *link_to(const NB_UCHAR *fq_cp_name) const;
+    void show_routes();
+    Wanted wanted_routes() const;
+    Wanted wanted_sessions() const;
+    void bring(ClassId id, Brought &brought, Wanted wanted,
+               void (*name)(NB_UCHAR *entry, NB_ULONG number));
+
     Store *store_;
     TimerQueue &timers_;
     const Clock &clock_;
@@ -210,8 +232,11 @@ private:
     NB_ULONG server_flags_ = 0;
     uint64_t up_since_ms_ = 0;
     NB_ULONG active_sessions_ = 0;
+    Brought routes_;
+    Brought ip_sessions_;
     std::map<std::string, bool> partners_; /* other nodes of the domain: are they active */
     bool wanted_ = false;                  /* the node is to run */
+    bool generated_ = false;               /* the store holds changes only */
     TimerId node_timer_ = 0;
     TimerId traffic_timer_ = 0;
 };

@@ -228,11 +228,8 @@ void show_pu(const Engine &, Resource &resource) {
     Engine::put(resource, entry);
 }
 
-template <class Record> void count_lus(Resource &pu, const Resource &which, int lus, int active) {
+template <class Record> void count_lus(Resource &pu, const Resource &, int lus, int active) {
     auto entry = Engine::get<Record>(pu);
-    if (which.row->id == CLASS_LOCAL_LU) {
-        return;
-    }
     entry.lu_count += static_cast<NB_ULONG>(lus);
     entry.active_lus += static_cast<NB_ULONG>(active);
     Engine::put(pu, entry);

@@ -62,28 +62,40 @@ SortKey fold_key(const KeyPart *parts, const NB_UCHAR *raw) {
         }
     }
     SortKey key{};
-    key.words = static_cast<NB_ULONG>((at + 7) / 8);
-    for (size_t word = 0; word < key.words; word++) {
+    key.word[0] = (at + 7) / 8;
+    for (size_t word = 0; word < key.word[0]; word++) {
         uint64_t bytes = 0;
         memcpy(&bytes, folded + 8 * word, sizeof bytes);
-        key.word[word] = be64toh(bytes);
+        key.word[1 + word] = be64toh(bytes);
     }
     return key;
 }
 
 SortKey cut_key(const SortKey &key, size_t bytes) {
     SortKey cut = key;
-    for (size_t word = 0; word < cut.words; word++) {
+    for (size_t word = 0; word < cut.word[0]; word++) {
         const size_t before = 8 * word;
-        cut.word[word] &= bytes <= before ? 0 : leading_mask(bytes - before);
+        cut.word[1 + word] &= bytes <= before ? 0 : leading_mask(bytes - before);
     }
     return cut;
 }
 
-bool same_leading(const SortKey &left, const SortKey &right, size_t bytes) {
-    const size_t words = std::min<size_t>(left.words, (bytes + 7) / 8);
+std::unique_ptr<uint64_t[]> keep_key(const SortKey &key) {
+    auto kept = std::make_unique<uint64_t[]>(1 + key.word[0]);
+    std::copy(key.word, key.word + 1 + key.word[0], kept.get());
+    return kept;
+}
+
+SortKey kept_key(const uint64_t *key) {
+    SortKey copy{};
+    std::copy(key, key + 1 + key[0], copy.word);
+    return copy;
+}
+
+bool same_leading(const uint64_t *left, const uint64_t *right, size_t bytes) {
+    const size_t words = std::min<size_t>(left[0], (bytes + 7) / 8);
     for (size_t word = 0; word < words; word++) {
-        if (((left.word[word] ^ right.word[word]) & leading_mask(bytes - 8 * word)) != 0) {
+        if (((left[1 + word] ^ right[1 + word]) & leading_mask(bytes - 8 * word)) != 0) {
             return false;
         }
     }
@@ -91,11 +103,11 @@ bool same_leading(const SortKey &left, const SortKey &right, size_t bytes) {
 }
 
 NB_INT compare_sort_keys(const NB_VOID *left, const NB_VOID *right) {
-    const auto *a = static_cast<const SortKey *>(left);
-    const auto *b = static_cast<const SortKey *>(right);
-    for (size_t word = 0; word < a->words; word++) {
-        if (a->word[word] != b->word[word]) {
-            return a->word[word] < b->word[word] ? -1 : 1;
+    const auto *a = static_cast<const uint64_t *>(left);
+    const auto *b = static_cast<const uint64_t *>(right);
+    for (size_t word = 1; word <= a[0]; word++) {
+        if (a[word] != b[word]) {
+            return a[word] < b[word] ? -1 : 1;
         }
     }
     return 0;

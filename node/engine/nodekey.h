@@ -11,6 +11,7 @@
 #include "nofrec.h"
 
 #include <cstddef>
+#include <memory>
 
 namespace node {
 
@@ -29,10 +30,10 @@ struct KeyPart {
 constexpr size_t MAX_KEY_PARTS = 4;
 constexpr size_t KEY_WORDS = NAP_MAX_KEY / 8;
 
-/* A folded key: `words` big-endian groups of 8 bytes, zero behind the end. */
+/* A folded key: how many words follow, then big-endian groups of 8 bytes, zero behind the end.
+ * Where many are kept, only the words in use are: a pointer to the count is a whole key. */
 struct SortKey {
-    NB_ULONG words;
-    uint64_t word[KEY_WORDS];
+    uint64_t word[1 + KEY_WORDS];
 };
 
 /* Bytes of a key with these parts. */
@@ -50,10 +51,14 @@ SortKey fold_key(const KeyPart *parts, const NB_UCHAR *raw);
 /* Cuts a folded key after `bytes` bytes: the least key that begins with them. */
 SortKey cut_key(const SortKey &key, size_t bytes);
 
-/* True when the first `bytes` bytes of both are the same. */
-bool same_leading(const SortKey &left, const SortKey &right, size_t bytes);
+/* Keys as they are kept: a copy with the words in use, and back. */
+std::unique_ptr<uint64_t[]> keep_key(const SortKey &key);
+SortKey kept_key(const uint64_t *key);
 
-/* The comparison of an AVL_TREE whose keys are SortKeys of one class. */
+/* True when the first `bytes` bytes of both are the same. */
+bool same_leading(const uint64_t *left, const uint64_t *right, size_t bytes);
+
+/* The comparison of an AVL_TREE whose keys are keys of one class. */
 NB_INT compare_sort_keys(const NB_VOID *left, const NB_VOID *right);
 
 /* True when every byte is a blank of the part's character set or NUL. */

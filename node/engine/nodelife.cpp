@@ -138,9 +138,41 @@ void Engine::finish_start(Resource &resource) {
     }
     resource.tries = 0;
     set_state(resource, NAP_ACTIVE);
-    for (Resource *below : dependants(resource)) {
-        if (comes_with_owner(*below)) {
+    start_dependants(resource);
+}
+
+/* Those that show no pending states, LUs, come up together: one timer for all of an owner. */
+void Engine::start_dependants(Resource &owner) {
+    NB_ULONG together_ms = 0;
+    for (Resource *below : dependants(owner)) {
+        if (!comes_with_owner(*below) || is_up(*below)) {
+            continue;
+        }
+        if (below->row->life.shows_pending) {
             start(*below);
+            continue;
+        }
+        together_ms = together_ms == 0 ? time_to_come_up(*below) : together_ms;
+        set_state(*below, NAP_PENDING_ACTIVE);
+    }
+    if (together_ms != 0) {
+        const ClassId id = owner.row->id;
+        const NB_UCHAR *key = owner.entry.get() + KEY_OFFSET;
+        const std::vector<NB_UCHAR> name(key, key + owner.row->key_size());
+        timers_.after(together_ms, [this, id, name] {
+            Resource *found = find(id, name.data());
+            if (found != nullptr) {
+                finish_dependants(*found);
+            }
+        });
+    }
+}
+
+void Engine::finish_dependants(const Resource &owner) {
+    for (Resource *below : dependants(owner)) {
+        const bool waits = below->state == NAP_PENDING_ACTIVE && below->timer == 0;
+        if (waits && !below->row->life.shows_pending) {
+            finish_start(*below);
         }
     }
 }
@@ -177,7 +209,7 @@ void Engine::stop(Resource &resource, bool at_once) {
     if (resource.state == NAP_NOT_ACTIVE) {
         return;
     }
-    if (at_once) {
+    if (at_once || !resource.row->life.shows_pending) {
         set_state(resource, NAP_NOT_ACTIVE);
         return;
     }

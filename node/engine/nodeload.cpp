@@ -4,7 +4,9 @@
 #include "nbbase.h"
 #include "nodehook.h"
 #include "nodelog.h"
+#include "nodemake.h"
 #include "nodesna.h"
+#include "nofverbs.h"
 
 #include <algorithm>
 #include <cstring>
@@ -163,27 +165,74 @@ void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behav
     if (row.life.has_states) {
         memset(entry.get() + row.det.offset, 0, row.det.length);
     }
-    if (tables_[row.id]->find(entry.get() + KEY_OFFSET) != nullptr ||
-        !check_fields(row, entry.get()).ok() || !check_refs(row, entry.get()).ok() ||
-        !check_alias(row, entry.get(), nullptr).ok()) {
+    Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
+    if ((old != nullptr && !generated_) || !check_fields(row, entry.get()).ok() ||
+        !check_refs(row, entry.get()).ok() || !check_alias(row, entry.get(), old).ok()) {
         nba_pd_print_problem(LOG_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
         return;
     }
     if (row.hooks.fill != nullptr) {
         row.hooks.fill(*this, entry.get());
     }
-    place(row, std::move(entry), behaviour, nullptr);
+    place(row, std::move(entry), behaviour, old);
 }
 
-/* Settings take their places at once; resources wait for those that they refer to. */
+/* Takes what was deleted out of a generated node, dependants before their owners. */
+void Engine::forget_erased(const std::vector<TextResource> &resources) {
+    for (auto stored = resources.rbegin(); stored != resources.rend(); ++stored) {
+        Resource *resource = is_erased(stored->entry.data(), stored->entry.size())
+                                 ? find(stored->row->id, stored->entry.data() + KEY_OFFSET)
+                                 : nullptr;
+        if (resource != nullptr) {
+            remove_tree(*resource);
+        }
+    }
+}
+
+bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string &why) {
+    std::vector<TextResource> stored;
+    bool configured = false;
+    generated_ = true;
+    memcpy(records_.image(*record_by_verb(NAP_QUERY_NODE)), generated_node(domain, index).data(),
+           sizeof(NAP_QUERY_NODE_VERB));
+    wanted_ = store_ == nullptr || store_->fact(FACT_WANTED) != "0";
+    node_state_ = NAP_NODE_STOPPED;
+    add_sna_defined();
+    generate_resources(domain, index, [this](const ClassRow &row, const NB_UCHAR *bytes) {
+        Entry entry = copy_of(row, bytes, row.entry_size);
+        if (row.hooks.fill != nullptr) {
+            row.hooks.fill(*this, entry.get());
+        }
+        place(row, std::move(entry), DEFAULT_BEHAVIOUR, nullptr);
+    });
+    if (store_ == nullptr) {
+        return true;
+    }
+    store_->keep_erased();
+    if (!read_store(stored, configured)) {
+        why = "the store cannot be read; see the problem log";
+        return false;
+    }
+    forget_erased(stored);
+    for (const TextResource &one : stored) {
+        if (!is_erased(one.entry.data(), one.entry.size())) {
+            load_stored(*one.row, one.entry.data(), one.behaviour);
+        }
+    }
+    return true;
+}
+
+/* Settings take their places at once; resources are put in the order of what they refer to. */
 bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) {
-    return store_->read([&](const StoreRow &stored) {
+    const bool good = store_->read([&](const StoreRow &stored) {
         const ClassRow *row = class_by_name(stored.section);
         const RecordRow *record = record_by_name(stored.section);
         if (record != nullptr && stored.record_length == record->block_size) {
             memcpy(records_.image(*record), stored.record, stored.record_length);
             configured = configured || stored.section == "node";
-        } else if (row != nullptr && stored.record_length == row->overlay_size()) {
+        } else if (row != nullptr && (stored.record_length == row->overlay_size() ||
+                                      (stored.record_length == KEY_OFFSET + row->key_size() &&
+                                       is_erased(stored.record, stored.record_length)))) {
             resources.push_back(
                 {row, {stored.record, stored.record + stored.record_length}, stored.behaviour, 0});
         } else {
@@ -191,6 +240,11 @@ bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) 
         }
         return true;
     });
+    std::stable_sort(resources.begin(), resources.end(),
+                     [](const TextResource &left, const TextResource &right) {
+                         return left.row->id < right.row->id;
+                     });
+    return good;
 }
 
 bool Engine::load_store(std::string &why) {
@@ -207,10 +261,6 @@ bool Engine::load_store(std::string &why) {
                   : configured                         ? NAP_NODE_STOPPED
                                                        : NAP_NODE_UNCONFIGURED;
     wanted_ = store_->fact(FACT_WANTED) == "1";
-    std::stable_sort(resources.begin(), resources.end(),
-                     [](const TextResource &left, const TextResource &right) {
-                         return left.row->id < right.row->id;
-                     });
     for (const TextResource &stored : resources) {
         load_stored(*stored.row, stored.entry.data(), stored.behaviour);
     }

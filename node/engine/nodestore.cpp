@@ -83,8 +83,14 @@ bool Store::open(const std::string &path, bool fresh, std::string &why) {
 }
 
 bool Store::apply(const StoreChange &change) {
-    sqlite3_stmt *statement = change.record != nullptr ? put_ : erase_;
+    const bool marks = change.record == nullptr && keeps_erased_;
+    sqlite3_stmt *statement = change.record != nullptr || marks ? put_ : erase_;
+    std::vector<NB_UCHAR> mark(2);
     bind_key(statement, change);
+    if (marks) {
+        mark.insert(mark.end(), change.key, change.key + change.key_length);
+        sqlite3_bind_blob(statement, 3, mark.data(), static_cast<int>(mark.size()), SQLITE_STATIC);
+    }
     if (change.record != nullptr) {
         sqlite3_bind_blob(statement, 3, change.record, static_cast<int>(change.record_length),
                           SQLITE_STATIC);

@@ -39,6 +39,14 @@ inline constexpr const char *FACT_LOADED = "loaded";         /* it holds a whole
 inline constexpr const char *FACT_WANTED = "wanted";         /* the node is to run */
 inline constexpr const char *FACT_BACK_LEVEL = "back_level"; /* its software is too old */
 
+inline constexpr const char *FACT_GENERATED = "generated"; /* the numbers it was made with */
+
+/* True for the mark of a row that was erased: two zeroes where a record has its length, and the
+ * key. */
+inline bool is_erased(const NB_UCHAR *record, size_t length) {
+    return length >= 2 && record[0] == 0 && record[1] == 0;
+}
+
 class Store {
 public:
     Store() = default;
@@ -49,6 +57,9 @@ public:
     /* Opens or makes the file; with `fresh`, an old one's contents go.  On failure returns false
      * with a text for the operator in `why`. */
     bool open(const std::string &path, bool fresh, std::string &why);
+
+    /* From now on an erased row is kept as a mark: its record is that of `is_erased`. */
+    void keep_erased() { keeps_erased_ = true; }
 
     bool write(const std::vector<StoreChange> &changes);
 
@@ -65,6 +76,7 @@ private:
     bool apply(const StoreChange &change);
     bool failed(const char *what);
 
+    bool keeps_erased_ = false;
     sqlite3 *db_ = nullptr;
     sqlite3_stmt *put_ = nullptr;
     sqlite3_stmt *erase_ = nullptr;

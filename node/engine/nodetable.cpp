@@ -13,7 +13,7 @@ namespace {
 constexpr NB_UCHAR START_BITS = NAP_LIST_INCLUSIVE | NAP_LIST_FROM_NEXT | NAP_FIRST_IN_LIST;
 constexpr uint64_t MAX_TOTAL = 65535;
 
-void clear_node(AVL_NODE &node, Resource *resource, const SortKey *key) {
+void clear_node(AVL_NODE &node, Resource *resource, const uint64_t *key) {
     node = {};
     node.l_height = node.r_height = -1;
     node.data = resource;
@@ -59,12 +59,12 @@ ResourceTable::~ResourceTable() {
 
 Resource *ResourceTable::find(const NB_UCHAR *key) const {
     const SortKey folded = fold_key(row_.key, key);
-    return as_resource(ntl_avl_find(&by_key_, &folded));
+    return as_resource(ntl_avl_find(&by_key_, folded.word));
 }
 
 Resource *ResourceTable::find_alias(const NB_UCHAR *alias) const {
     const SortKey folded = fold_key(row_.alias.parts, alias);
-    return as_resource(ntl_avl_find(&by_alias_, &folded));
+    return as_resource(ntl_avl_find(&by_alias_, folded.word));
 }
 
 Resource *ResourceTable::first() const {
@@ -79,23 +79,25 @@ Resource *ResourceTable::first_with(const NB_UCHAR *key, size_t bytes) const {
     NB_UCHAR whole[NAP_MAX_KEY] = {};
     memcpy(whole, key, bytes);
     const SortKey least = cut_key(fold_key(row_.key, whole), bytes);
-    Resource *found = as_resource(ntl_avl_find(&by_key_, &least));
+    Resource *found = as_resource(ntl_avl_find(&by_key_, least.word));
     if (found == nullptr) {
-        found = as_resource(ntl_avl_find_next(&by_key_, &least));
+        found = as_resource(ntl_avl_find_next(&by_key_, least.word));
     }
-    return found != nullptr && same_leading(found->key, least, bytes) ? found : nullptr;
+    return found != nullptr && same_leading(found->key.get(), least.word, bytes) ? found : nullptr;
 }
 
 Resource *ResourceTable::next_with(const Resource &resource, size_t bytes) {
     Resource *found = next(resource);
-    return found != nullptr && same_leading(found->key, resource.key, bytes) ? found : nullptr;
+    return found != nullptr && same_leading(found->key.get(), resource.key.get(), bytes) ? found
+                                                                                         : nullptr;
 }
 
 void ResourceTable::link_alias(Resource &resource) {
     const AliasRow &alias = row_.alias;
     const NB_UCHAR *name = resource.entry.get() + alias.offset;
     if (alias.offset != 0 && !is_blank(alias.parts[0].kind, name, key_length(alias.parts))) {
-        resource.alias = fold_key(alias.parts, name);
+        resource.alias = keep_key(fold_key(alias.parts, name));
+        resource.by_alias.key = resource.alias.get();
         NB_ASSERT(ntl_avl_insert(&by_alias_, &resource.by_alias) != 0);
     }
 }
@@ -105,9 +107,9 @@ Resource &ResourceTable::insert(std::unique_ptr<NB_UCHAR[]> entry, const Behavio
     resource->row = &row_;
     resource->entry = std::move(entry);
     resource->behaviour = behaviour;
-    resource->key = fold_key(row_.key, resource->entry.get() + KEY_OFFSET);
-    clear_node(resource->by_key, resource, &resource->key);
-    clear_node(resource->by_alias, resource, &resource->alias);
+    resource->key = keep_key(fold_key(row_.key, resource->entry.get() + KEY_OFFSET));
+    clear_node(resource->by_key, resource, resource->key.get());
+    clear_node(resource->by_alias, resource, nullptr);
     NB_ASSERT(ntl_avl_insert(&by_key_, &resource->by_key) != 0);
     link_alias(*resource);
     count_++;
@@ -140,38 +142,60 @@ Resource *ResourceTable::start(const NAP_QUERY_LIST &query, const SortKey &key) 
     const NB_UCHAR from = query.list_options & START_BITS;
     Resource *found = nullptr;
     if (from == NAP_LIST_FROM_NEXT) {
-        found = as_resource(ntl_avl_find_next(&by_key_, &key));
+        found = as_resource(ntl_avl_find_next(&by_key_, key.word));
     } else {
         const SortKey least = from == NAP_FIRST_IN_LIST ? cut_key(key, query.owner_length) : key;
-        found = as_resource(ntl_avl_find(&by_key_, &least));
+        found = as_resource(ntl_avl_find(&by_key_, least.word));
         if (found == nullptr) {
-            found = as_resource(ntl_avl_find_next(&by_key_, &least));
+            found = as_resource(ntl_avl_find_next(&by_key_, least.word));
         }
     }
-    return found != nullptr && same_leading(found->key, key, query.owner_length) ? found : nullptr;
+    return found != nullptr && same_leading(found->key.get(), key.word, query.owner_length)
+               ? found
+               : nullptr;
 }
 
-uint64_t ResourceTable::total_from(const Resource *from, const ListRow &list,
-                                   const NAP_QUERY_LIST &query, const SortKey &key) const {
+/* The place where this query goes on with another's end; null when there is none. */
+ResourceTable::Cursor *ResourceTable::cursor_at(const ListRow &list, const NAP_QUERY_LIST &query,
+                                                const SortKey &key) const {
+    const auto found = std::find_if(cursors_.begin(), cursors_.end(), [&](const Cursor &cursor) {
+        return cursor.change == change_ && cursor.list == list.list &&
+               cursor.owner_length == query.owner_length &&
+               compare_sort_keys(cursor.last.word, key.word) == 0;
+    });
+    const bool goes_on = (query.list_options & START_BITS) == NAP_LIST_FROM_NEXT;
+    return goes_on && found != cursors_.end() ? &*found : nullptr;
+}
+
+/* Counts no further than it has to: an answer says at most MAX_TOTAL. */
+ResourceTable::Total ResourceTable::total_from(const Resource *from, const ListRow &list,
+                                               const NAP_QUERY_LIST &query,
+                                               const SortKey &key) const {
+    const uint64_t far = query.num_entries == 1 ? MAX_TOTAL : 4 * MAX_TOTAL;
     const NB_UCHAR start = query.list_options & START_BITS;
-    if (from == nullptr) {
-        return 0;
+    if (from != nullptr && start == NAP_FIRST_IN_LIST && query.owner_length == 0 &&
+        list.select_offset == 0) {
+        return {count_, true};
     }
-    if (start == NAP_FIRST_IN_LIST && query.owner_length == 0 && list.select_offset == 0) {
-        return count_;
-    }
-    if (start == NAP_LIST_FROM_NEXT && cursor_.change == change_ && cursor_.list == list.list &&
-        cursor_.owner_length == query.owner_length && compare_sort_keys(&cursor_.last, &key) == 0) {
-        return cursor_.remaining;
-    }
-    uint64_t total = 0;
-    for (const Resource *at = from; at != nullptr; at = next(*at)) {
-        if (!same_leading(at->key, key, query.owner_length)) {
+    Total total;
+    for (const Resource *at = from; at != nullptr && total.whole; at = next(*at)) {
+        if (!same_leading(at->key.get(), key.word, query.owner_length)) {
             break;
         }
-        total += shows(list, *at) ? 1 : 0;
+        total.count += shows(list, *at) ? 1 : 0;
+        total.whole = total.count < far;
     }
     return total;
+}
+
+void ResourceTable::remember(const ListRow &list, const NAP_QUERY_LIST &query, const Resource &last,
+                             Total remaining, Cursor *known) const {
+    Cursor &cursor = known != nullptr ? *known : cursors_[next_cursor_++ % CURSORS];
+    cursor.last = kept_key(last.key.get());
+    cursor.list = list.list;
+    cursor.owner_length = query.owner_length;
+    cursor.change = change_;
+    cursor.remaining = remaining;
 }
 
 void ResourceTable::append(const Resource &resource, std::vector<NB_UCHAR> &data) const {
@@ -180,6 +204,27 @@ void ResourceTable::append(const Resource &resource, std::vector<NB_UCHAR> &data
     if (has_secrets_) {
         hide_secrets(row_.fields, data.data() + at);
     }
+}
+
+/* Whole entries only, as many as are wanted and fit.  Returns how many; `last` gets the last one.
+ */
+uint64_t ResourceTable::append_all(const Resource *at, const ListRow &list, uint64_t wanted,
+                                   size_t room, std::vector<NB_UCHAR> &data,
+                                   const Resource *&last) const {
+    const size_t before = data.size();
+    uint64_t count = 0;
+    for (; count < wanted; at = next(*at)) {
+        if (!shows(list, *at)) {
+            continue;
+        }
+        if (data.size() - before + length_of(*at) > room) {
+            break;
+        }
+        append(*at, data);
+        last = at;
+        count++;
+    }
+    return count;
 }
 
 Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
@@ -191,34 +236,26 @@ Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
     const SortKey key = fold_key(row_.key, query.key);
     const bool one = query.num_entries == 1 && (query.list_options & NAP_LIST_INCLUSIVE) != 0;
     Resource *at = start(query, key);
-    if (one && (at == nullptr || compare_sort_keys(&at->key, &key) != 0 || !shows(list, *at))) {
+    if (one &&
+        (at == nullptr || compare_sort_keys(at->key.get(), key.word) != 0 || !shows(list, *at))) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
-    const uint64_t total = total_from(at, list, query, key);
+    Cursor *known = cursor_at(list, query, key);
+    const bool counted =
+        known != nullptr && (known->remaining.whole || known->remaining.count >= 2 * MAX_TOTAL);
+    const Total all = counted ? known->remaining : total_from(at, list, query, key);
+    const uint64_t total = all.count;
     const size_t room = std::min<size_t>(query.buf_size, NOF_MAX_DATA);
     const uint64_t wanted =
         std::min<uint64_t>(total, query.num_entries == 0 ? MAX_TOTAL : query.num_entries);
     const size_t before = data.size();
-    uint64_t count = 0;
-    for (; count < wanted; at = next(*at)) {
-        if (!shows(list, *at)) {
-            continue;
-        }
-        if (data.size() - before + length_of(*at) > room) {
-            break;
-        }
-        append(*at, data);
-        cursor_.last = at->key;
-        count++;
-    }
+    const Resource *last = nullptr;
+    const uint64_t count = append_all(at, list, wanted, room, data, last);
     if (wanted > 0 && count == 0) {
         return bad_parameter(NAP_BAD_LENGTH);
     }
-    if (count > 0) {
-        cursor_.list = list.list;
-        cursor_.owner_length = query.owner_length;
-        cursor_.change = change_;
-        cursor_.remaining = total - count;
+    if (last != nullptr) {
+        remember(list, query, *last, {total - count, all.whole}, known);
     }
     query.num_entries = static_cast<NB_USHORT>(count);
     query.total_num_entries = static_cast<NB_USHORT>(std::min(total, MAX_TOTAL));

@@ -7,6 +7,7 @@
 
 #include "nodeclass.h"
 
+#include <array>
 #include <vector>
 
 namespace node {
@@ -48,20 +49,32 @@ public:
     Result list(const ListRow &list, NAP_QUERY_LIST &query, std::vector<NB_UCHAR> &data) const;
 
 private:
-    /* Where the last list query ended, so that its continuation need not count again. */
+    /* How many entries there are from some place on; `whole` when no more than that. */
+    struct Total {
+        uint64_t count = 0;
+        bool whole = true;
+    };
+
+    /* Where a list query ended, so that its continuation need not count again. */
     struct Cursor {
         SortKey last = {};
         NB_USHORT list = 0;
         NB_USHORT owner_length = 0;
         uint64_t change = 0;
-        uint64_t remaining = 0;
+        Total remaining;
     };
+    static constexpr size_t CURSORS = 8; /* readers of one list at a time that are remembered */
 
     void link_alias(Resource &resource);
     void append(const Resource &resource, std::vector<NB_UCHAR> &data) const;
     Resource *start(const NAP_QUERY_LIST &query, const SortKey &key) const;
-    uint64_t total_from(const Resource *from, const ListRow &list, const NAP_QUERY_LIST &query,
-                        const SortKey &key) const;
+    Total total_from(const Resource *from, const ListRow &list, const NAP_QUERY_LIST &query,
+                     const SortKey &key) const;
+    uint64_t append_all(const Resource *at, const ListRow &list, uint64_t wanted, size_t room,
+                        std::vector<NB_UCHAR> &data, const Resource *&last) const;
+    Cursor *cursor_at(const ListRow &list, const NAP_QUERY_LIST &query, const SortKey &key) const;
+    void remember(const ListRow &list, const NAP_QUERY_LIST &query, const Resource &last,
+                  Total remaining, Cursor *known) const;
 
     const ClassRow &row_;
     AVL_TREE by_key_;
@@ -69,7 +82,8 @@ private:
     bool has_secrets_;
     NB_ULONG count_ = 0;
     uint64_t change_ = 0; /* counts inserts, updates and erases */
-    mutable Cursor cursor_;
+    mutable std::array<Cursor, CURSORS> cursors_;
+    mutable size_t next_cursor_ = 0;
 };
 
 /* Checks what every list query must say, whatever it asks for. */

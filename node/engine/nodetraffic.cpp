@@ -26,7 +26,8 @@ NB_ULONG count_of(const std::map<std::string, NB_ULONG> &counts, const std::stri
 } // namespace
 
 void Engine::traffic_changed() {
-    const bool used = tables_[CLASS_MODE]->count() > 0 || active_sessions_ > 0;
+    const bool used =
+        tables_[CLASS_MODE]->count() > 0 || active_sessions_ > 0 || tables_[CLASS_LS]->count() > 0;
     if (used && traffic_timer_ == 0) {
         traffic_timer_ = timers_.after(SETTLE_MS, [this] {
             traffic_timer_ = 0;
@@ -80,6 +81,7 @@ void Engine::count_traffic() {
     }
     show_partner_sessions(by_lu);
     show_lu_sessions(by_lu);
+    show_routes();
 }
 
 void Engine::show_partner_sessions(const SessionCounts &counts) {

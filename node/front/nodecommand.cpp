@@ -2,6 +2,7 @@
 
 #include "nbbase.h"
 #include "nodefront.h"
+#include "nodemake.h"
 #include "nodeserve.h"
 
 #include <cerrno>
@@ -20,10 +21,16 @@ constexpr int USAGE_ERROR = 2;
 
 constexpr char usage[] =
     "usage: snanode --domain NAME [--state DIR] [--socket PATH] [--fault FILE] [--fresh]\n"
+    "       snanode --generate NUMBERS [--state DIR] [--socket PATH] [--fault FILE] [--fresh]\n"
     "\n"
     "Runs a domain of SNA nodes in the foreground until it gets SIGTERM or SIGINT.\n"
     "\n"
     "  --domain NAME   a sample domain (share/domains/NAME.domain) or the path of a domain text\n"
+    "  --generate NUMBERS\n"
+    "                  a domain made of numbers, as in nodes=2,lus=100000; the others follow from\n"
+    "                  those that are given (dlcs, ports, ls, pus, local_lus, modes, partners, "
+    "pools,\n"
+    "                  tps for each node, users and cpics for the domain)\n"
     "  --state DIR     where definitions are kept (default: PREFIX/var/domain/NAME)\n"
     "  --socket PATH   where administrators connect (default: PREFIX/var/sna.sock)\n"
     "  --fault FILE    a fault script, read again on SIGHUP\n"
@@ -37,6 +44,7 @@ struct Options {
     std::string socket;
     std::string fault;
     std::string serve;
+    std::string generate;
     bool fresh = false;
     bool help = false;
 };
@@ -52,6 +60,7 @@ bool parse_options(int argc, char **argv, Options &options) {
         {{"state", required_argument, nullptr, 0}, &options.state, nullptr},
         {{"socket", required_argument, nullptr, 0}, &options.socket, nullptr},
         {{"fault", required_argument, nullptr, 0}, &options.fault, nullptr},
+        {{"generate", required_argument, nullptr, 0}, &options.generate, nullptr},
         {{"serve", required_argument, nullptr, 0}, &options.serve, nullptr},
         {{"fresh", no_argument, nullptr, 0}, nullptr, &options.fresh},
         {{"help", no_argument, nullptr, 0}, nullptr, &options.help},
@@ -76,8 +85,12 @@ bool parse_options(int argc, char **argv, Options &options) {
         fprintf(stderr, "snanode: unexpected argument '%s'\n", argv[optind]);
         return false;
     }
-    if (options.domain.empty() && !options.help) {
-        fprintf(stderr, "snanode: --domain is missing\n");
+    if (options.domain.empty() && options.generate.empty() && !options.help) {
+        fprintf(stderr, "snanode: --domain or --generate is missing\n");
+        return false;
+    }
+    if (!options.domain.empty() && !options.generate.empty()) {
+        fprintf(stderr, "snanode: give either --domain or --generate\n");
         return false;
     }
     return true;
@@ -101,6 +114,31 @@ std::string domain_file(const std::string &name) {
     const bool path =
         name.find('/') != std::string::npos || name.rfind(".domain") != std::string::npos;
     return path ? name : std::string(nba_prefix()) + "/share/domains/" + name + ".domain";
+}
+
+/* Replaces the numbers that were given by all of them, in their one order. */
+bool complete_numbers(Options &options) {
+    Generated domain;
+    std::string why;
+    if (options.generate.empty()) {
+        return true;
+    }
+    if (!parse_generated(options.generate, domain, why)) {
+        fprintf(stderr, "snanode: --generate: %s\n", why.c_str());
+        return false;
+    }
+    options.generate = format_generated(domain);
+    return true;
+}
+
+DomainText text_of(const Options &options) {
+    Generated domain;
+    std::string why;
+    if (options.generate.empty()) {
+        return read_domain_file(domain_file(options.domain));
+    }
+    parse_generated(options.generate, domain, why);
+    return generated_domain(domain);
 }
 
 /* The text is checked whole, every node of it, before anything is started. */
@@ -127,15 +165,16 @@ bool check_text(DomainText &text) {
 int run_domain(const Options &options) {
     FrontOptions front_options;
     const std::string prefix = nba_prefix();
-    const std::string stem = stem_of(options.domain);
-    front_options.domain_file = domain_file(options.domain);
+    const std::string stem = options.generate.empty() ? stem_of(options.domain) : "generated";
+    front_options.domain_file = options.generate.empty() ? domain_file(options.domain) : "";
+    front_options.generate = options.generate;
     front_options.state_folder =
         options.state.empty() ? prefix + "/var/domain/" + stem : options.state;
     front_options.socket_path = options.socket.empty() ? prefix + "/var/sna.sock" : options.socket;
     front_options.fault_file = options.fault;
     front_options.fresh = options.fresh;
-    DomainText text = read_domain_file(front_options.domain_file);
-    if (!check_text(text)) {
+    DomainText text = text_of(options);
+    if (options.generate.empty() && !check_text(text)) {
         return 1;
     }
     front_options.domain_name =
@@ -169,8 +208,12 @@ int run_snanode(int argc, char **argv) {
         fputs(usage, stdout);
         return 0;
     }
+    if (!complete_numbers(options)) {
+        return USAGE_ERROR;
+    }
     if (!options.serve.empty()) {
-        return serve_node({options.serve, options.domain, options.state, options.fresh, 3});
+        return serve_node(
+            {options.serve, options.domain, options.generate, options.state, options.fresh, 3});
     }
     return run_domain(options);
 }

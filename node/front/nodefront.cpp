@@ -110,7 +110,8 @@ bool Front::start(std::string &why) {
         return false;
     }
     if (!store_.open(options_.state_folder + "/domain.db", options_.fresh, why) ||
-        !listen_on_socket(why) || !watch_signals(why) || !write_domain_facts(why)) {
+        !check_numbers(why) || !listen_on_socket(why) || !watch_signals(why) ||
+        !write_domain_facts(why)) {
         return false;
     }
     if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
@@ -128,6 +129,20 @@ bool Front::start(std::string &why) {
         }
     }
     return true;
+}
+
+/* What is kept are changes to one generated domain, and mean nothing in another. */
+bool Front::check_numbers(std::string &why) {
+    const std::string kept = store_.fact(FACT_GENERATED);
+    const bool empty = store_.fact(FACT_LOADED).empty();
+    if (!empty && kept != options_.generate) {
+        why = options_.state_folder + " is of another domain (" +
+              (kept.empty() ? "one with a text" : kept) +
+              "); give another folder with --state, or --fresh to forget it";
+        return false;
+    }
+    return options_.generate.empty() || kept == options_.generate ||
+           store_.set_fact(FACT_GENERATED, options_.generate);
 }
 
 /* A socket file that nobody answers on is left over from a process that was killed. */

@@ -26,6 +26,7 @@ namespace node {
 
 struct FrontOptions {
     std::string domain_file;
+    std::string generate; /* all numbers of a generated domain; "": there is a text */
     std::string domain_name;
     std::string state_folder;
     std::string socket_path;
@@ -97,6 +98,7 @@ private:
     };
 
     /* nodefront.cpp */
+    bool check_numbers(std::string &why);
     bool listen_on_socket(std::string &why);
     bool watch_signals(std::string &why);
     bool write_domain_facts(std::string &why) const;

@@ -50,8 +50,9 @@ bool Front::spawn(NodeProcess &node, bool fresh, std::string &why) {
     std::vector<std::string> words = {"snanode",
                                       "--serve",
                                       node.name,
-                                      "--domain",
-                                      options_.domain_file,
+                                      options_.generate.empty() ? "--domain" : "--generate",
+                                      options_.generate.empty() ? options_.domain_file
+                                                                : options_.generate,
                                       "--state",
                                       options_.state_folder};
     if (fresh) {

@@ -1,11 +1,13 @@
 #include "nodeserve.h"
 
 #include "nodeengine.h"
+#include "nodemake.h"
 #include "nodepeer.h"
 #include "nofverbs.h"
 
 #include <cstdio>
 #include <cstring>
+#include <set>
 
 namespace node {
 
@@ -17,7 +19,13 @@ public:
     FrontLink(Loop &loop, int fd, std::function<void()> ready)
         : peer_(loop, fd, std::move(ready)) {}
 
+    /* Nobody hears what nobody registered for. */
     void indicate(const NB_VOID *block, size_t length) override {
+        NAP_VCB header;
+        memcpy(&header, block, sizeof header);
+        if (header.opcode != NAP_QUERY_NODE && wanted_.count(header.opcode) == 0) {
+            return;
+        }
         peer_.out().answer(make_frame(NOF_FRAME_INDICATION, 0, 0, block, length));
         flush_soon_ = true;
     }
@@ -28,6 +36,7 @@ public:
     }
 
     Peer &peer() { return peer_; }
+    void want(NB_USHORT indication) { wanted_.insert(indication); }
 
     void flush() {
         if (flush_soon_) {
@@ -39,6 +48,7 @@ public:
 
 private:
     Peer peer_;
+    std::set<NB_USHORT> wanted_;
     bool flush_soon_ = false;
 };
 
@@ -53,6 +63,7 @@ public:
     int run();
 
 private:
+    bool generate();
     void handle();
     void handle_frame(const Frame &frame);
     void handle_news(const Frame &frame);
@@ -72,6 +83,9 @@ bool NodeProcess::load() {
         fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
         return false;
     }
+    if (!options_.generate.empty()) {
+        return generate();
+    }
     if (engine_.load_store(why)) {
         return true;
     }
@@ -88,6 +102,17 @@ bool NodeProcess::load() {
         fprintf(stderr, "snanode: %s\n", error.c_str());
     }
     return false;
+}
+
+bool NodeProcess::generate() {
+    Generated domain;
+    std::string why;
+    const bool good = parse_generated(options_.generate, domain, why) &&
+                      engine_.load_generated(domain, generated_index(domain, options_.node), why);
+    if (!good) {
+        fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
+    }
+    return good;
 }
 
 int NodeProcess::run() {
@@ -109,6 +134,11 @@ void NodeProcess::handle_news(const Frame &frame) {
         NAP_RESOURCE_INDICATION news;
         memcpy(&news, frame.block.data(), sizeof news);
         engine_.partner_link(news);
+    } else if (opcode == NAP_REGISTER_INDICATION_SINK &&
+               frame.block.size() == sizeof(NAP_REGISTER_SINK_VERB)) {
+        NAP_REGISTER_SINK_VERB news;
+        memcpy(&news, frame.block.data(), sizeof news);
+        link_.want(news.indication);
     } else if (opcode == NAP_QUERY_NODE && frame.block.size() == sizeof(NAP_QUERY_NODE_VERB)) {
         NAP_QUERY_NODE_VERB other;
         memcpy(&other, frame.block.data(), sizeof other);

@@ -3,8 +3,9 @@
  * Up the socket go answers (with the correlator of their verb) and indications: for administrators
  * with correlator 0, for the domain's other nodes with FOR_OTHER_NODES.  NAP_QUERY_NODE says how
  * the node itself is, and the first one that it is there; the others are told, too.  Down it come
- * verbs and news of the domain: NAP_SERVER_INDICATION with this node's server flags, and what other
- * nodes said for it.  The end of the socket is the end of the process. */
+ * verbs and news of the domain: NAP_SERVER_INDICATION with this node's server flags, what other
+ * nodes said for it, and NAP_REGISTER_INDICATION_SINK for an indication that somebody registered
+ * for: the others are not sent.  The end of the socket is the end of the process. */
 #ifndef NODESERVE_H
 #define NODESERVE_H
 
@@ -19,6 +20,7 @@ constexpr NB_ULONG FOR_OTHER_NODES = 1; /* correlator */
 struct ServeOptions {
     std::string node; /* its name in the domain text */
     std::string domain_file;
+    std::string generate; /* all numbers of a generated domain; "": there is a text */
     std::string state_folder;
     bool fresh = false;
     int fd = -1; /* the socket to the front process */

@@ -132,6 +132,9 @@ Result Front::register_sink(Client &client, const Frame &frame, Target &target) 
         }
     }
     target.registrations.push_back({verb.indication, frame.header.correlator, ++last_number_});
+    if (target.node != nullptr && target.node->peer != nullptr) {
+        target.node->peer->out().answer(make_frame(NOF_FRAME_INDICATION, 0, 0, &verb, sizeof verb));
+    }
     return GOOD;
 }
 

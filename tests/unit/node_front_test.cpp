@@ -415,6 +415,75 @@ TEST(NodeFront, ANodeDiesAloneAndComesBackWithWhatWasAcknowledged) {
     EXPECT_EQ(client.total, 2U) << "LAN0 and KEPT";
 }
 
+TEST(NodeFront, ABackupServerTakesOver) {
+    std::string text = TWO_NODES;
+    text.replace(text.find("[node two]"), 10, "[node two]\nserver = backup");
+    Running node(text);
+    Client client(node.socket());
+    NAP_OPEN_FILE_VERB open_file = {};
+    open_file.opcode = NAP_OPEN_FILE;
+    open_file.file = NAP_SYSTEM_FILE;
+    EXPECT_EQ(client.issue(0, open_file), OK_CODES);
+    EXPECT_STREQ(reinterpret_cast<const char *>(open_file.node_name), "one");
+    EXPECT_EQ(client.listen_to(0, NAP_SERVER_INDICATION), OK_CODES);
+    EXPECT_EQ(client.listen_to(open_file.target_handle, NAP_NOF_STATUS_INDICATION), OK_CODES);
+    kill(node.nodes().at(0), SIGKILL);
+    client.wait_for_server("one", 0);
+    NAP_NOF_STATUS_INDICATION_VERB status = {};
+    ASSERT_TRUE(client.hear(NAP_NOF_STATUS_INDICATION, status));
+    EXPECT_EQ(status.status, NB_ULONG{NAP_SYSTEM_FILE_CHANGED});
+    EXPECT_EQ(status.target_handle, open_file.target_handle);
+    client.wait_for_server("two", 1);
+    EXPECT_EQ(client.query(open_file.target_handle, NAP_QUERY_CPIC_SIDE_INFO), OK_CODES);
+    EXPECT_EQ(client.issue(0, open_file), OK_CODES);
+    EXPECT_STREQ(reinterpret_cast<const char *>(open_file.node_name), "two");
+    client.wait_for_server("one", 1);
+}
+
+TEST(NodeFront, CopiesOfDomainAndProgramVerbs) {
+    Running node;
+    Client one(node.socket());
+    Client two(node.socket());
+    NAP_OPEN_FILE_VERB domain = {};
+    domain.opcode = NAP_OPEN_FILE;
+    domain.file = NAP_SYSTEM_FILE;
+    EXPECT_EQ(two.issue(0, domain), OK_CODES);
+    EXPECT_EQ(two.listen_to(domain.target_handle, NAP_CONFIG_COPIES), OK_CODES);
+    EXPECT_EQ(two.listen_to(two.join("one"), NAP_CONFIG_COPIES), OK_CODES);
+    EXPECT_EQ(one.issue(0, domain), OK_CODES);
+    NAP_DEFINE_RJE_VERB rje = {};
+    rje.opcode = NAP_DEFINE_RJE_WKSTN;
+    memcpy(rje.workstation_name, "RJE1", 4);
+    EXPECT_EQ(one.issue(domain.target_handle, rje), parameter(NAP_INVALID_VALUE)) << "no LU";
+    rje.def_data.num_lus = 1;
+    put(rje.def_data.lu_names[0], ebcdic("LU1"));
+    EXPECT_EQ(one.issue(domain.target_handle, rje), OK_CODES);
+    ASSERT_TRUE(two.hear(NAP_DEFINE_RJE_WKSTN, rje));
+    EXPECT_EQ(rje.primary_rc, NAP_INDICATION);
+    NAP_QUERY_LOGGING_VERB logger = {};
+    logger.opcode = NAP_SET_CENTRAL_LOGGER;
+    strcpy(reinterpret_cast<char *>(logger.node_name), "nosuch");
+    EXPECT_EQ(one.issue(domain.target_handle, logger), parameter(NAP_UNKNOWN_RESOURCE));
+    strcpy(reinterpret_cast<char *>(logger.node_name), "two");
+    EXPECT_EQ(one.issue(domain.target_handle, logger), OK_CODES);
+    ASSERT_TRUE(two.hear(NAP_SET_CENTRAL_LOGGER, logger));
+    NAP_OPEN_FILE_VERB programs = {};
+    programs.opcode = NAP_OPEN_FILE;
+    programs.file = NAP_TP_LOAD_FILE;
+    put(programs.node_name, "one");
+    EXPECT_EQ(one.issue(0, programs), OK_CODES);
+    NAP_DEFINE_TP_LOAD_VERB load = {};
+    load.opcode = NAP_DEFINE_TP_LOAD_INFO;
+    put(load.tp_name, ebcdic("PAYRUN", 64));
+    put(load.lu_alias, local8(""));
+    EXPECT_EQ(one.issue(domain.target_handle, load), parameter(NAP_BAD_TARGET));
+    EXPECT_EQ(one.issue(programs.target_handle, load), OK_CODES);
+    EXPECT_EQ(one.query(programs.target_handle, NAP_QUERY_TP_LOAD_INFO), OK_CODES);
+    EXPECT_EQ(one.total, 1U);
+    ASSERT_TRUE(two.hear(NAP_DEFINE_TP_LOAD_INFO, load));
+    EXPECT_TRUE(two.heard.empty());
+}
+
 TEST(NodeFront, FaultsOnDemand) {
     Running node;
     node.stop();

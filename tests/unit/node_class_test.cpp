@@ -1,0 +1,463 @@
+/* Every class of the table by one walk, then what is peculiar to some. */
+#include "node_support.h"
+
+#include <optional>
+
+using namespace node_test;
+using node::ClassRow;
+using node::Engine;
+using node::FieldKind;
+using node::FieldRow;
+using node::Resource;
+
+namespace {
+
+std::string domain_file(const char *name) {
+    const std::filesystem::path here(__FILE__);
+    return (here.parent_path() / "../../node/domains" / name).string();
+}
+
+bool of_domain(const ClassRow &row) {
+    return row.scope == node::Scope::Domain;
+}
+
+/* The engine of a sample's first node, or of its domain; nothing in it is started. */
+struct Sample {
+    Rig rig;
+
+    explicit Sample(const char *file, bool domain_itself, node::Store *store = nullptr)
+        : rig(store, domain_itself ? node::Scope::Domain : node::Scope::Node) {
+        node::DomainText domain = node::read_domain_file(domain_file(file));
+        EXPECT_TRUE(rig.engine.load_text(
+            node::TextNode(domain_itself ? domain.own : domain.nodes.at(0)), domain));
+    }
+
+    /* The block that defines what the entry is. */
+    static std::vector<NB_UCHAR> block_of(const ClassRow &row, const NB_UCHAR *entry) {
+        std::vector<NB_UCHAR> block(row.define_size);
+        node::put_number(block.data(), 2, row.define);
+        memcpy(block.data() + node::KEY_IN_BLOCK, entry + node::KEY_OFFSET, row.key_size());
+        memcpy(block.data() + row.def_in_define, entry + row.def.offset, row.def.length);
+        return block;
+    }
+
+    Codes issue(std::vector<NB_UCHAR> &block) {
+        node::Answer answer;
+        NAP_VCB header;
+        rig.engine.execute(block.data(), block.size(), answer);
+        block = answer.block;
+        memcpy(&header, block.data(), sizeof header);
+        return {header.primary_rc, header.secondary_rc};
+    }
+
+    /* Some resource of the class that a verb made and a verb can delete. */
+    Resource *any(const ClassRow &row) {
+        Resource *found = nullptr;
+        for (Resource *at = rig.engine.table(row.id).first(); at != nullptr;
+             at = node::ResourceTable::next(*at)) {
+            const bool own =
+                row.hooks.removable != nullptr && !row.hooks.removable(rig.engine, *at).ok();
+            found = !at->derived && !own ? at : found;
+        }
+        return found;
+    }
+
+    std::vector<std::string> entries(const ClassRow &row) { return entries_of(rig, row); }
+
+    static std::vector<std::string> entries_of(Rig &rig, const ClassRow &row) {
+        std::vector<std::string> all;
+        for (const node::ListRow &list : row.lists) {
+            const std::vector<std::string> some =
+                list.list != 0 ? rig.list(list.list).entries : std::vector<std::string>();
+            all.insert(all.end(), some.begin(), some.end());
+        }
+        return all;
+    }
+};
+
+/* A value that the field does not take; none for a field that takes all. */
+std::optional<std::string> bad_value(const FieldRow &field) {
+    std::string value(field.width, '\x7F');
+    const uint64_t all = field.width < 4 ? (1U << (8 * field.width)) - 1 : 0xFFFFFFFFU;
+    switch (field.kind) {
+    case FieldKind::Flag:
+    case FieldKind::Word:
+        node::put_number(reinterpret_cast<NB_UCHAR *>(value.data()), field.width, 0xEE);
+        return value;
+    case FieldKind::Number:
+        node::put_number(reinterpret_cast<NB_UCHAR *>(value.data()), field.width, field.high + 1);
+        return field.high < all ? std::optional(value) : std::nullopt;
+    case FieldKind::NameEbcdic:
+        value[0] = '\x40';
+        return value;
+    case FieldKind::Hex:
+    case FieldKind::Bytes:
+        return std::nullopt;
+    default:
+        return value;
+    }
+}
+
+void refuses_bad_fields(Sample &sample, const ClassRow &row, const Resource &resource) {
+    const std::vector<NB_UCHAR> good = Sample::block_of(row, resource.entry.get());
+    const std::vector<std::string> before = sample.entries(row);
+    for (const FieldRow &field : row.fields) {
+        const bool defined = field.offset >= row.def.offset &&
+                             field.offset + field.width <= row.def.offset + row.def.length &&
+                             (field.use & node::FIELD_BEHAVIOUR) == 0;
+        const auto value = defined ? bad_value(field) : std::nullopt;
+        if (value) {
+            std::vector<NB_UCHAR> bad = good;
+            memcpy(bad.data() + row.def_in_define + field.offset - row.def.offset, value->data(),
+                   field.width);
+            EXPECT_EQ(sample.issue(bad).first, unsigned{NAP_PARAMETER_CHECK}) << field.name;
+        }
+    }
+    EXPECT_EQ(sample.entries(row), before);
+}
+
+/* Changes the description, where there is one, and finds it in the list. */
+void changes_in_place(Sample &sample, const ClassRow &row, const Resource &resource) {
+    const FieldRow *text = row.fields.find("description");
+    std::vector<NB_UCHAR> block = Sample::block_of(row, resource.entry.get());
+    const size_t count = sample.entries(row).size();
+    if (text != nullptr) {
+        NB_UCHAR *at = block.data() + row.def_in_define + text->offset - row.def.offset;
+        memset(at, 0, text->width);
+        memcpy(at, "changed", 7);
+    }
+    const std::vector<NB_UCHAR> asked = block;
+    const std::vector<NB_UCHAR> before(resource.entry.get(),
+                                       resource.entry.get() + row.overlay_size());
+    ASSERT_EQ(sample.issue(block), OK_CODES);
+    const std::vector<std::string> after = sample.entries(row);
+    EXPECT_EQ(after.size(), count);
+    if (text != nullptr) {
+        EXPECT_TRUE(std::any_of(after.begin(), after.end(), [text](const std::string &entry) {
+            return entry.compare(text->offset, 8, "changed\0", 8) == 0;
+        }));
+    }
+    for (const FieldRow &field : row.fields) {
+        if ((field.use & node::FIELD_SECRET) != 0) {
+            const size_t at = row.def_in_define + field.offset - row.def.offset;
+            const bool had_one = !node::is_empty_field(field, before.data());
+            EXPECT_EQ(memcmp(asked.data() + at, block.data() + at, field.width) != 0, had_one);
+        }
+    }
+}
+
+void goes_and_comes_back(Sample &sample, const ClassRow &row, const Resource &resource) {
+    const std::string key(reinterpret_cast<const char *>(resource.entry.get()) + node::KEY_OFFSET,
+                          row.key_size());
+    std::vector<NB_UCHAR> block = Sample::block_of(row, resource.entry.get());
+    const size_t count = sample.entries(row).size();
+    const Codes gone = sample.rig.by_key(row.remove, key);
+    if (gone == state(NAP_IN_USE)) {
+        return;
+    }
+    ASSERT_EQ(gone, OK_CODES);
+    EXPECT_LT(sample.entries(row).size(), count);
+    EXPECT_EQ(sample.rig.by_key(row.remove, key), parameter(NAP_UNKNOWN_RESOURCE));
+    ASSERT_EQ(sample.issue(block), OK_CODES);
+    EXPECT_EQ(sample.entries(row).size(), count);
+}
+
+/* Defined, listed, refused, changed, deleted, defined again, stored and loaded: every class. */
+TEST(NodeClassWalk, EveryClassThatCanBeDefined) {
+    for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
+        const ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
+        SCOPED_TRACE(row.name);
+        if (row.define == 0) {
+            continue;
+        }
+        EXPECT_EQ(nap_find_verb(row.define)->flags & nap_find_verb(row.remove)->flags,
+                  NAP_VERB_CHANGES);
+        Folder folder;
+        std::string why;
+        std::vector<std::string> kept;
+        for (const char *file : {"single.domain", "branch.domain"}) {
+            node::Store store;
+            ASSERT_TRUE(store.open(folder.file(std::string(file) + ".db"), true, why)) << why;
+            Sample sample(file, of_domain(row), &store);
+            const Resource *one = sample.any(row);
+            if (one == nullptr) {
+                EXPECT_STREQ(file, "single.domain") << "the samples have none";
+                continue;
+            }
+            refuses_bad_fields(sample, row, *one);
+            changes_in_place(sample, row, *sample.any(row));
+            goes_and_comes_back(sample, row, *sample.any(row));
+            kept = sample.entries(row);
+            Rig again(&store, of_domain(row) ? node::Scope::Domain : node::Scope::Node);
+            ASSERT_TRUE(again.engine.load_store(why)) << why;
+            EXPECT_EQ(Sample::entries_of(again, row), kept);
+            break;
+        }
+    }
+}
+
+NAP_DEFINE_USER_VERB user(const std::string &name, NB_USHORT sessions) {
+    NAP_DEFINE_USER_VERB verb = {};
+    verb.opcode = NAP_DEFINE_EMULATOR_USER;
+    memcpy(verb.user_name, name.data(), name.size());
+    verb.def_data.num_sessions = sessions;
+    for (NB_USHORT at = 0; at < std::min<NB_USHORT>(sessions, NAP_MAX_USER_SESSIONS); at++) {
+        NAP_USER_SESSION session = {};
+        put(session.session_name, local8("S" + std::to_string(at)));
+        session.session_class = NAP_USER_SESSION_3270;
+        put(session.lu_name, ebcdic("POOL"));
+        verb.def_data.sessions[at] = session;
+    }
+    return verb;
+}
+
+TEST(NodeItems, EntriesEndBehindTheLastItem) {
+    Rig rig(nullptr, node::Scope::Domain);
+    for (NB_USHORT at = 0; at < 200; at++) {
+        NAP_DEFINE_USER_VERB verb = user("u" + std::to_string(1000 + at), at % 11);
+        ASSERT_EQ(rig.issue(verb), OK_CODES);
+    }
+    NAP_DEFINE_USER_VERB bad = user("many", NAP_MAX_USER_SESSIONS + 1);
+    EXPECT_EQ(rig.issue(bad), parameter(NAP_INVALID_VALUE));
+    bad = user("same", 2);
+    bad.def_data.sessions[1] = bad.def_data.sessions[0];
+    EXPECT_EQ(rig.issue(bad), parameter(NAP_DUPLICATE_NAME));
+    bad = user("U1003", 0);
+    EXPECT_EQ(rig.issue(bad), parameter(NAP_DUPLICATE_NAME)) << "another spelling";
+    NAP_DEFINE_USER_VERB shorter = user("u1010", 1);
+    shorter.def_data.sessions[5] = user("x", 10).def_data.sessions[5];
+    EXPECT_EQ(rig.issue(shorter), OK_CODES);
+    const List whole = rig.list(NAP_QUERY_EMULATOR_USER_DEF);
+    ASSERT_GT(whole.total, whole.count) << "more than one buffer";
+    const List all = rig.read_all(NAP_QUERY_EMULATOR_USER_DEF, 32, 65535);
+    ASSERT_EQ(all.entries.size(), 200U);
+    for (size_t at = 0; at < all.entries.size(); at++) {
+        const size_t sessions = at == 10 ? 1 : at % 11;
+        const size_t end =
+            offsetof(NAP_USER_DATA, def_data.sessions) + sessions * sizeof(NAP_USER_SESSION);
+        EXPECT_EQ(all.entries[at].size(), (end + 3) & ~size_t{3});
+    }
+    EXPECT_EQ(rig.read_all(NAP_QUERY_EMULATOR_USER_DEF, 32, 2048).entries, all.entries);
+    EXPECT_EQ(rig.list(NAP_QUERY_EMULATOR_USER_DEF, NAP_FIRST_IN_LIST, "", 0, 0, 76).count, 1U);
+    EXPECT_EQ(rig.list(NAP_QUERY_EMULATOR_USER_DEF, NAP_FIRST_IN_LIST, "", 0, 0, 72).codes,
+              parameter(NAP_BAD_LENGTH));
+}
+
+NAP_DEFINE_LU_POOL_VERB pool(const std::string &name, const std::string &lu = "") {
+    NAP_DEFINE_LU_POOL_VERB verb = {};
+    verb.opcode = NAP_DEFINE_LU_POOL;
+    put(verb.pool_name, ebcdic(name));
+    put(verb.lu_name, ebcdic(lu));
+    return verb;
+}
+
+std::string pool_of(Rig &rig, const std::string &pu, const std::string &lu) {
+    const auto entry = rig.entry<NAP_LU03_DATA>(node::CLASS_LU03, ebcdic(pu) + ebcdic(lu));
+    return node::ebcdic_text(entry.def_data.pool_name, 8);
+}
+
+TEST(NodePools, BothViewsAgree) {
+    Rig rig;
+    rig.load(SMALL_NODE);
+    const auto lus = [&rig] { return rig.list(NAP_QUERY_LU_POOL).names(10, true); };
+    using Names = std::vector<std::string>;
+    for (const char *lu : {"LU02", "LU01"}) {
+        NAP_DEFINE_LU_POOL_VERB verb = pool("P", lu);
+        EXPECT_EQ(rig.issue(verb), OK_CODES);
+    }
+    EXPECT_EQ(lus(), (Names{"", "LU01", "LU02"}));
+    EXPECT_EQ(pool_of(rig, "HOSTPU", "LU01"), "P");
+    NAP_DEFINE_LU_POOL_VERB other = pool("Q", "LU01");
+    EXPECT_EQ(rig.issue(other), OK_CODES);
+    EXPECT_EQ(lus(), (Names{"", "LU02", "", "LU01"})) << "an LU is in one pool";
+    NAP_DEFINE_LU_POOL_VERB unknown = pool("Q", "NOLU");
+    EXPECT_EQ(rig.issue(unknown), parameter(NAP_UNKNOWN_OWNER));
+    rig.pass(3000);
+    EXPECT_EQ(
+        rig.entry<NAP_LU_POOL_DATA>(node::CLASS_LU_POOL, ebcdic("P") + ebcdic("LU02")).lu_active,
+        1);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LU_POOL, ebcdic("P") + ebcdic("LU02")), OK_CODES);
+    EXPECT_EQ(pool_of(rig, "HOSTPU", "LU02"), "");
+    EXPECT_EQ(lus(), (Names{"", "", "LU01"})) << "a pool that was defined stays";
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LU_0_TO_3, ebcdic("HOSTPU") + ebcdic("LU01")), OK_CODES);
+    EXPECT_EQ(lus(), (Names{"", ""}));
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LU_POOL, ebcdic("P") + ebcdic("")), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LU_POOL, ebcdic("P") + ebcdic("")),
+              parameter(NAP_UNKNOWN_RESOURCE));
+    NAP_DEFINE_LU_POOL_VERB in_use = pool("Q", "LU06");
+    EXPECT_EQ(rig.issue(in_use), state(NAP_RESOURCE_ACTIVE)) << "somebody works with it";
+}
+
+constexpr const char *GATEWAY = R"(
+[domain]
+[node one]
+fq_cp_name = NETA.ONE
+cp_alias = ONE
+tamrix_support = yes
+[tamrix]
+local_ip_address = 10.1.2.3
+[dlc IP0]
+dlc_type = ip
+[port P0]
+dlc_name = IP0
+[ls HOST]
+port_name = P0
+adj_cp_type = host
+pu_name = HOSTPU
+[ls BELOW]
+port_name = P0
+adj_cp_type = downstream
+pu_name = DOWNPU
+[ls NORTH]
+port_name = P0
+adj_cp_type = network_node
+adj_cp_name = NETA.NORTH
+cp_cp_sess_support = yes
+hpr_supported = yes
+dest_address = 10.9.9.9
+[connection_network NETA.NET]
+dlc_type = ip
+[cn_port NETA.NET P0]
+[lu03 HOSTPU LU01..LU02]
+pool_name = POOL
+[downstream_lu DOWNPU DL01]
+host_lu_name = POOL
+host_application = CICS
+[local_lu APPL]
+lu_alias = APPL
+[mode_in_use APPL #INTER NETA.FAR]
+fq_cp_name = NETA.NORTH
+sessions = 3
+)";
+
+TEST(NodeGateway, DownstreamPusComeWithTheirLinks) {
+    Rig rig;
+    rig.load(GATEWAY);
+    rig.pass(5000);
+    EXPECT_EQ(rig.list(NAP_QUERY_DOWNSTREAM_PU).names(2, true), std::vector<std::string>{"DOWNPU"});
+    EXPECT_EQ(rig.list(NAP_QUERY_PU).names(2, true), std::vector<std::string>{"HOSTPU"});
+    const auto pu = rig.entry<NAP_DOWN_PU_DATA>(node::CLASS_DOWN_PU, ebcdic("DOWNPU"));
+    EXPECT_EQ(pu.pu_sscp_sess_active, NAP_ACTIVE);
+    EXPECT_EQ(pu.active_lus, 1U);
+    const auto lu =
+        rig.entry<NAP_DOWN_LU_DATA>(node::CLASS_DOWN_LU, ebcdic("DOWNPU") + ebcdic("DL01"));
+    EXPECT_EQ(node::ebcdic_text(lu.det_data.plu_name, 8), "CICS");
+    EXPECT_EQ(node::ebcdic_text(lu.det_data.used_lu_name, 8), "LU01");
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LU_POOL, ebcdic("POOL") + ebcdic("")), state(NAP_IN_USE));
+    const std::string port = ebcdic("NETA.NET", 17) + local8("P0");
+    EXPECT_EQ(rig.entry<NAP_CN_DATA>(node::CLASS_CN, ebcdic("NETA.NET", 17)).num_act_ports, 1);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_CN_PORT, port), state(NAP_RESOURCE_ACTIVE));
+    EXPECT_EQ(rig.by_key(NAP_STOP_PORT, local8("P0")), OK_CODES);
+    rig.pass(2000);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_CN_PORT, port), OK_CODES);
+    EXPECT_EQ(rig.entry<NAP_CN_DATA>(node::CLASS_CN, ebcdic("NETA.NET", 17)).num_ports, 0);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LS, local8("BELOW")), state(NAP_IN_USE)) << "an LU hangs on it";
+    EXPECT_EQ(rig.by_key(NAP_DELETE_DOWNSTREAM_LU, ebcdic("DOWNPU") + ebcdic("DL01")), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LS, local8("BELOW")), OK_CODES);
+    EXPECT_EQ(rig.list(NAP_QUERY_DOWNSTREAM_PU).total, 0U);
+}
+
+TEST(NodeGateway, RoutesAndIpSessionsFollowTheSessions) {
+    Rig rig;
+    rig.load(GATEWAY);
+    rig.pass(5000);
+    const List routes = rig.list(NAP_QUERY_RTP_CONNECTION);
+    ASSERT_EQ(routes.total, 3U) << "two between the control points, one for #INTER";
+    const List sessions = rig.list(NAP_QUERY_TAMRIX_APPCIP);
+    ASSERT_EQ(sessions.total, 3U);
+    NAP_TAMRIX_SESSION_DATA one;
+    memcpy(&one, sessions.entries[0].data(), sizeof one);
+    EXPECT_EQ(one.session_number, 1);
+    EXPECT_EQ(one.remote_ip_address.octets[1], 9);
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("NORTH")), OK_CODES);
+    rig.pass(2000);
+    EXPECT_EQ(rig.list(NAP_QUERY_RTP_CONNECTION).total, 0U);
+    EXPECT_EQ(rig.list(NAP_QUERY_TAMRIX_APPCIP).total, 0U);
+    unsigned gone = 0;
+    for (const NAP_RESOURCE_INDICATION &heard : rig.heard.all) {
+        gone += heard.opcode == NAP_TAMRIX_INDICATION ? heard.deactivated : 0;
+    }
+    EXPECT_EQ(gone, 3U);
+    EXPECT_EQ(rig.by_key(NAP_START_LS, local8("NORTH")), OK_CODES);
+    rig.pass(3000);
+    EXPECT_EQ(rig.list(NAP_QUERY_RTP_CONNECTION).total, 3U);
+    EXPECT_NE(rig.list(NAP_QUERY_RTP_CONNECTION).entries, routes.entries) << "a name is used once";
+}
+
+TEST(NodeSecrets, AreKeptAndNeverAnswered) {
+    Rig rig;
+    rig.load(SMALL_NODE);
+    NAP_DEFINE_USERID_PASSWORD_VERB verb = {};
+    verb.opcode = NAP_DEFINE_USERID_PASSWORD;
+    put(verb.user_id, ebcdic("CLERK", 10));
+    EXPECT_EQ(rig.issue(verb), parameter(NAP_INVALID_VALUE)) << "no password";
+    put(verb.def_data.password, ebcdic("SECRET", 10));
+    EXPECT_EQ(rig.issue(verb), OK_CODES);
+    EXPECT_EQ(node::ebcdic_text(verb.def_data.password, 10), "");
+    EXPECT_EQ(rig.issue(verb), OK_CODES) << "what was read is written back";
+    const auto kept =
+        rig.entry<NAP_USERID_PASSWORD_DATA>(node::CLASS_USERID_PASSWORD, ebcdic("CLERK", 10));
+    EXPECT_EQ(node::ebcdic_text(kept.def_data.password, 10), "SECRET");
+    const std::string answered = rig.list(NAP_QUERY_USERID_PASSWORD).entries.at(0);
+    EXPECT_EQ(answered.find(ebcdic("SECRET", 6)), std::string::npos);
+}
+
+TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
+    Folder folder;
+    std::string why;
+    node::Store store;
+    ASSERT_TRUE(store.open(folder.file("n.db"), false, why)) << why;
+    Rig rig(&store);
+    rig.load(SMALL_NODE);
+    for (const node::RecordRow &row : node::all_records()) {
+        SCOPED_TRACE(row.name);
+        if (row.setter == 0) {
+            continue;
+        }
+        EXPECT_EQ(nap_find_verb(row.setter)->block_size, row.block_size);
+        EXPECT_EQ(nap_find_verb(row.setter)->flags, NAP_VERB_CHANGES);
+    }
+    NAP_QUERY_DEFAULTS_VERB defaults = {};
+    defaults.opcode = NAP_DEFINE_DEFAULTS;
+    put(defaults.def_data.mode_name, ebcdic("NOMODE"));
+    EXPECT_EQ(rig.issue(defaults), parameter(NAP_UNKNOWN_OWNER));
+    put(defaults.def_data.mode_name, ebcdic("PAYMODE"));
+    defaults.def_data.implicit_plu_forbidden = 2;
+    EXPECT_EQ(rig.issue(defaults), parameter(NAP_INVALID_VALUE));
+    defaults.def_data.implicit_plu_forbidden = 1;
+    EXPECT_EQ(rig.issue(defaults), OK_CODES);
+    NAP_TN3270_SSL_LDAP_VERB ldap = {};
+    ldap.opcode = NAP_DEFINE_TN3270_SSL_LDAP;
+    ldap.port = 636;
+    strcpy(reinterpret_cast<char *>(ldap.password), "hidden");
+    EXPECT_EQ(rig.issue(ldap), OK_CODES);
+    EXPECT_EQ(ldap.password[0], 0);
+    Rig again(&store);
+    ASSERT_TRUE(again.engine.load_store(why)) << why;
+    NAP_QUERY_DEFAULTS_VERB query = {};
+    query.opcode = NAP_QUERY_DEFAULTS;
+    EXPECT_EQ(again.issue(query), OK_CODES);
+    EXPECT_EQ(query.def_data.implicit_plu_forbidden, 1);
+    EXPECT_EQ(
+        again.engine.settings<NAP_TN3270_SSL_LDAP_VERB>(NAP_QUERY_TN3270_SSL_LDAP).password[0],
+        'h');
+}
+
+TEST(NodeCosRows, TheClassOfServiceCountsThem) {
+    Rig rig;
+    rig.load("[domain]\n[node one]\nfq_cp_name = NETA.ONE\n[cos MINE]\n[cos_tg_row MINE 1..3]\n");
+    const auto mine = rig.entry<NAP_COS_DATA>(node::CLASS_COS, ebcdic("MINE"));
+    const auto sna = rig.entry<NAP_COS_DATA>(node::CLASS_COS, ebcdic("#BATCHSC"));
+    EXPECT_EQ(mine.def_data.num_of_tg_rows, 3);
+    EXPECT_EQ(mine.def_data.num_of_node_rows, 0);
+    EXPECT_EQ(sna.def_data.num_of_tg_rows + sna.def_data.num_of_node_rows, 16);
+    const std::string second = {2, 0};
+    EXPECT_EQ(rig.by_key(NAP_DELETE_COS_TG_ROW, ebcdic("MINE") + second), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_COS_TG_ROW, ebcdic("#BATCHSC") + second),
+              parameter(NAP_INVALID_NAME));
+    EXPECT_EQ(rig.entry<NAP_COS_DATA>(node::CLASS_COS, ebcdic("MINE")).def_data.num_of_tg_rows, 2);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_COS, ebcdic("MINE")), OK_CODES);
+    EXPECT_EQ(rig.list(NAP_QUERY_COS_TG_ROW, NAP_FIRST_IN_LIST, ebcdic("MINE"), 8).total, 0U);
+}
+
+} // namespace
