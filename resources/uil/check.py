@@ -4,7 +4,8 @@
     check.py UIL_FOLDER CODE_FOLDER
 
 A fault is: a procedure or toolkit action that a description names and no table of the program
-registers (the widget would silently do nothing), a procedure that is declared and never used, a
+registers (the widget would silently do nothing), a procedure that is declared and never used (an
+include file may declare what not all of its users need, but only what a table registers), a
 child that no object describes, and a widget that the program looks up by "*name" and no
 description has.
 """
@@ -46,7 +47,11 @@ def main():
     declared, used, objects, children = set(), set(), set(), set()
     for file, text in descriptions.items():
         for block in re.findall(r'^procedure\b(.*?)(?=^\w|\Z)', text, re.S | re.M):
-            declared.update(re.findall(r'\b(\w+)\s*\(', block))
+            names = re.findall(r'\b(\w+)\s*\(', block)
+            if file.suffix == '.uil':
+                declared.update(names)
+            faults += [f'{file.name}: no table registers the procedure {name}'
+                       for name in names if name not in procedures]
         for name in re.findall(r'=\s*procedure\s+(\w+)', text):
             used.add(name)
             if name not in procedures:

@@ -75,6 +75,10 @@ VGA_NUMBER_STATE vga_read_number(const NB_CHAR *text, int64_t min, int64_t max, 
  * count; -1 when the number of digits is odd, too high, or one is no digit. */
 NB_INT vga_read_hex(const NB_CHAR *text, NB_UCHAR *out, NB_USHORT max_len);
 
+#define VGA_NODE_ID_WIDTH     4 /* bytes */
+#define VGA_BLOCK_NUMBER_SIZE 4 /* texts, with their terminators */
+#define VGA_PU_ID_SIZE        6
+
 /* Reads a node identifier: exactly 3 hexadecimal digits of block number and 5 of PU identifier.
  * The 4 bytes of `node_id` are most significant first; they are set for a good one only.  Both
  * texts empty are no identifier. */

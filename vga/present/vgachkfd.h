@@ -28,8 +28,7 @@ NB_VOID vga_focus_field(Widget field);
 
 /* Shows a message without arguments, and moves to the field: for a dialog's peculiar checks.
  * Always 0, so that a check can return it. */
-NB_USHORT vga_refuse_field(VGA_DIALOG *parent, Widget field, NB_USHORT message,
-                           const NB_CHAR *key);
+NB_USHORT vga_refuse_field(VGA_DIALOG *parent, Widget field, NB_USHORT message, const NB_CHAR *key);
 
 /* Reads a decimal number of at most 50 characters within [min, max].  Returns 1 and the value.
  * Returns 0 after the empty message, which has no arguments, or the range message, which has the
@@ -39,8 +38,7 @@ NB_USHORT vga_check_field(VGA_DIALOG *parent, Widget text_field, NB_ULONG min, N
                           NB_USHORT range_message, const NB_CHAR *range_key, NB_ULONG *value);
 NB_USHORT vga_check_signed_field(VGA_DIALOG *parent, Widget text_field, NB_LONG min, NB_LONG max,
                                  NB_USHORT empty_message, const NB_CHAR *empty_key,
-                                 NB_USHORT range_message, const NB_CHAR *range_key,
-                                 NB_LONG *value);
+                                 NB_USHORT range_message, const NB_CHAR *range_key, NB_LONG *value);
 
 /* Reads at most `max_len` pairs of hexadecimal digits into `out`.  Returns the number of bytes, 0
  * for an empty field; -1 after the message when a digit is left over or none.
@@ -53,8 +51,8 @@ NB_SHORT vga_get_hex_field(Widget text_field, NB_UCHAR *out, NB_USHORT max_len, 
  * message, with the keyboard in the block field, when `empty_key` is given; without one, 1 and four
  * zero bytes. */
 NB_USHORT vga_get_node_id(Widget block_field, Widget puid_field, NB_UCHAR *node_id,
-                          NB_USHORT empty_message, const NB_CHAR *empty_key,
-                          NB_USHORT bad_message, const NB_CHAR *bad_key, VGA_DIALOG *parent);
+                          NB_USHORT empty_message, const NB_CHAR *empty_key, NB_USHORT bad_message,
+                          const NB_CHAR *bad_key, VGA_DIALOG *parent);
 
 /* Read a fully qualified name of 17 bytes in EBCDIC out of two fields, of which at most 8
  * characters count.  No message: 1, or 0 with 17 blanks when the fields make no name.  The first

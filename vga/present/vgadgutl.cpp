@@ -1,4 +1,5 @@
 #include "vgadgutl.h"
+#include "vgachkcb.h"
 #include "vgaglob.h"
 #include "vgahelpw.h"
 #include "vgahooks.h"
@@ -339,6 +340,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
                                    reinterpret_cast<XtPointer>(row.proc)};
         MrmRegisterNames(&argument, 1);
     }
+    vga_register_field_filters();
     XtAppAddActions(gvga_appcontext, actions, XtNumber(actions));
 }
 
