@@ -55,6 +55,7 @@ typedef struct nap_vcb {
 #define NAP_RESOURCE_ACTIVE     0x5545 /* with STATE_CHECK: stop it first */
 #define NAP_RESOURCE_INACTIVE   0x5546 /* with STATE_CHECK: its owner is not active */
 #define NAP_IN_USE              0x5547 /* with STATE_CHECK: other definitions name it */
+#define NAP_WRONG_SESSION_LIMIT 0x5548 /* with STATE_CHECK: the limit is (not) 0 already */
 #define NAP_NODE_NOT_ACTIVE     0x554C /* with STATE_CHECK: start the node first */
 #define NAP_LAST_BACKUP         0x5554 /* with STATE_CHECK: the domain's only server */
 #define NAP_STORE_FAILED        0x5560 /* with STATE_CHECK: could not be written, nothing done */
@@ -603,6 +604,24 @@ typedef struct nap_mode_data { /* a mode that a local LU uses with a partner */
     NB_UCHAR draining;       /* flag */
     NB_UCHAR reserved[2];
 } NAP_MODE_DATA;
+
+/* Sets the limits of a mode that a local LU uses with a partner.  Three verbs share the block, by
+ * where the session limit comes from and goes to: NAP_INIT_SESSION_LIMIT from 0,
+ * NAP_CHANGE_SESSION_LIMIT between two limits above 0, NAP_RESET_SESSION_LIMIT to 0, where all
+ * three numbers are 0.  The node must be active.  What the mode's definition does not allow is a
+ * NAP_INVALID_VALUE, a limit that the verb does not start from a NAP_WRONG_SESSION_LIMIT. */
+typedef struct nap_session_limit {
+    NAP_VCB_HEADER;
+    NB_UCHAR lu_alias[8];    /* L8: with the next two the key in NAP_MODE_DATA */
+    NB_UCHAR mode_name[8];   /* A8 */
+    NB_UCHAR fqplu_name[17]; /* A17 */
+    NB_UCHAR reserved;
+    NB_USHORT sess_limit;     /* sessions, 0..max_neg_sess_lim of the mode's definition */
+    NB_USHORT min_conwinners; /* 0..sess_limit */
+    NB_USHORT min_conlosers;  /* 0..sess_limit less min_conwinners */
+} NAP_SESSION_LIMIT_VERB;
+
+NB_STATIC_ASSERT(sizeof(NAP_SESSION_LIMIT_VERB) == 52);
 
 /* Classes of service. */
 

@@ -5,8 +5,8 @@
  *   NAP_VERBS(ROW) expands ROW(name, opcode, block type, kind, flags) for each row.
  *
  * Kinds (the NAP_KIND_ constants): SESSION opens, connects and registers; LIST answers with entries
- * in a data buffer; RECORD answers inside its block; DEFINE, DELETE, START and STOP change the
- * configuration or a state; INDICATION is never issued.
+ * in a data buffer; RECORD answers inside its block; DEFINE, DELETE, START, STOP and LIMIT (session
+ * limits) change the configuration or a state; INDICATION is never issued.
  *
  * Opcodes of node configuration and node management that other administrators' programs see as
  * copies are fixed by what those programs route on: see docs/protocol.md. */
@@ -117,6 +117,9 @@
     ROW(NAP_STOP_PU,                         0x6003, NAP_NAME_VERB,                 STOP,       NAP_VERB_CHANGES) \
     ROW(NAP_INIT_NODE,                       0xF008, NAP_NAME_VERB,                 START,      NAP_VERB_CHANGES) \
     ROW(NAP_STOP_NODE,                       0x2059, NAP_NAME_VERB,                 STOP,       NAP_VERB_CHANGES) \
+    ROW(NAP_INIT_SESSION_LIMIT,              0x0059, NAP_SESSION_LIMIT_VERB,        LIMIT,      NAP_VERB_CHANGES) \
+    ROW(NAP_CHANGE_SESSION_LIMIT,            0x0015, NAP_SESSION_LIMIT_VERB,        LIMIT,      NAP_VERB_CHANGES) \
+    ROW(NAP_RESET_SESSION_LIMIT,             0x0060, NAP_SESSION_LIMIT_VERB,        LIMIT,      NAP_VERB_CHANGES) \
     /* configuration of the domain */                                                                            \
     ROW(NAP_ADD_BACKUP,                      0xF072, NAP_NAME_VERB,                 DEFINE,     NAP_VERB_CHANGES) \
     ROW(NAP_DELETE_BACKUP,                   0xF073, NAP_NAME_VERB,                 DELETE,     NAP_VERB_CHANGES) \
@@ -153,6 +156,7 @@ enum nap_verb_kind {
     NAP_KIND_DELETE,
     NAP_KIND_START,
     NAP_KIND_STOP,
+    NAP_KIND_LIMIT,
     NAP_KIND_INDICATION
 };
 
@@ -234,6 +238,7 @@ static inline const NB_CHAR *nap_secondary_name(NB_ULONG code) {
         NAP_CODE(NAP_NODE_NOT_ACTIVE),     NAP_CODE(NAP_LAST_BACKUP),
         NAP_CODE(NAP_STORE_FAILED),        NAP_CODE(NAP_SINK_OVERFLOW),
         NAP_CODE(NAP_SYSTEM_FILE_CHANGED), NAP_CODE(NAP_NO_HPR_CONNECTION),
+        NAP_CODE(NAP_WRONG_SESSION_LIMIT),
     };
     return nap_find_code(names, sizeof(names) / sizeof(names[0]), code);
 }

@@ -235,9 +235,11 @@ NB_VOID lose_record(VGA_FORM *form) {
     form->adding = form->plan->defines;
     set_rights(form);
     arrange(form);
-    NB_USHORT message = form->plan->gone != 0   ? form->plan->gone
-                        : form->plan->defines != 0 ? VGA_MSG_FORM_RECORD_GONE_DEFINE
-                                                   : VGA_MSG_FORM_RECORD_GONE;
+    NB_USHORT message = form->plan->gone;
+    if (message == 0) {
+        message = form->plan->defines != 0 ? VGA_MSG_FORM_RECORD_GONE_DEFINE
+                                           : VGA_MSG_FORM_RECORD_GONE;
+    }
     vga_display_info_dialog(&form->common, message, "recordgone", nullptr, 0, "");
 }
 

@@ -64,6 +64,16 @@ NB_VOID add_fields(Widget widget, std::vector<Widget> &stops) {
     }
 }
 
+/* Apply, Reset and whatever else stands beside the box's own buttons. */
+NB_VOID add_extra_buttons(Widget message_box, std::vector<Widget> &stops) {
+    for (Widget child : CHILDREN(message_box)) {
+        if (XmIsPushButton(child) && child != box_part(message_box, "OK") &&
+            child != box_part(message_box, "Cancel") && child != box_part(message_box, "Help")) {
+            stops.push_back(child);
+        }
+    }
+}
+
 /* Returns 0 when the resource is not set or no colour of the display. */
 NB_USHORT configured_colour(Widget widget, const NB_CHAR *resource, Pixel *pixel) {
     NB_CHAR name[65];
@@ -128,6 +138,7 @@ NB_VOID vga_define_tabbing_order(Widget message_box, Widget widget) {
         return;
     }
     std::vector<Widget> stops = {box_part(message_box, "OK")};
+    add_extra_buttons(message_box, stops);
     if (widget != nullptr) {
         stops.push_back(widget);
         add_fields(widget, stops);

@@ -20,8 +20,8 @@ NB_VOID vga_dialog_disallow_edit(VGA_DIALOG *desc, XtCallbackProc ok_proc, Widge
 /* The OK button and the extra button: off while a verb is under way. */
 NB_VOID vga_dialog_sensitive(VGA_DIALOG *desc, Widget extra, NB_USHORT on);
 
-/* Makes the box's OK button, `widget` with the fields in it, the Cancel button and the Help button
- * the stops of the Tab key, in that order.  `message_box` may be of another class, which has no
+/* Makes the box's OK button (with Apply and other extra buttons behind it), `widget` with the fields
+ * in it, the Cancel button and the Help button the stops of the Tab key, in that order.  `message_box` may be of another class, which has no
  * such buttons; `widget` may be null. */
 NB_VOID vga_define_tabbing_order(Widget message_box, Widget widget);
 
