@@ -1,7 +1,6 @@
 /* Session limits of the modes in use. */
 #include "nodeengine.h"
 
-#include "nodesna.h"
 #include "nofverbs.h"
 
 #include <cstring>
@@ -10,37 +9,9 @@ namespace node {
 
 namespace {
 
-/* From which limit to which each verb goes. */
-struct LimitRow {
-    NB_USHORT opcode;
-    bool from_zero;
-    bool to_zero;
-};
-
-constexpr LimitRow limit_rows[] = {
-    {NAP_INIT_SESSION_LIMIT, true, false},
-    {NAP_CHANGE_SESSION_LIMIT, false, false},
-    {NAP_RESET_SESSION_LIMIT, false, true},
-};
-
-const LimitRow &row_of(NB_USHORT opcode) {
-    const LimitRow *row = limit_rows;
-    while (row->opcode != opcode) {
-        row++;
-    }
-    return *row;
-}
-
-Result check_limits(const NAP_SESSION_LIMIT_VERB &verb, const NAP_MODE_DATA &mode,
-                    NB_USHORT highest) {
-    const LimitRow &row = row_of(verb.opcode);
-    if (row.from_zero != (mode.sess_limit == 0)) {
-        return bad_state(NAP_WRONG_SESSION_LIMIT);
-    }
-    const bool fits = verb.sess_limit <= highest && verb.min_conwinners <= verb.sess_limit &&
-                      verb.min_conlosers <= verb.sess_limit - verb.min_conwinners;
-    return fits && row.to_zero == (verb.sess_limit == 0) ? GOOD
-                                                         : bad_parameter(NAP_INVALID_VALUE);
+bool fit(const NAP_SESSION_LIMIT_VERB &verb, NB_USHORT highest) {
+    return verb.sess_limit <= highest && verb.min_conwinners <= verb.sess_limit &&
+           verb.min_conlosers <= verb.sess_limit - verb.min_conwinners;
 }
 
 } // namespace
@@ -63,11 +34,10 @@ Result Engine::set_session_limit(const NB_UCHAR *block) {
     if (node_state_ != NAP_NODE_ACTIVE) {
         return bad_state(NAP_NODE_NOT_ACTIVE);
     }
-    auto mode = get<NAP_MODE_DATA>(*resource);
-    const Result result = check_limits(verb, mode, chars.max_neg_sess_lim);
-    if (!result.ok()) {
-        return result;
+    if (!fit(verb, chars.max_neg_sess_lim)) {
+        return bad_parameter(NAP_INVALID_VALUE);
     }
+    auto mode = get<NAP_MODE_DATA>(*resource);
     mode.sess_limit = verb.sess_limit;
     mode.min_conwinners = verb.min_conwinners;
     mode.min_conlosers = verb.min_conlosers;

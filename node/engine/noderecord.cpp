@@ -65,20 +65,45 @@ constexpr FieldRow logging_fields[] = {
     TEXT(NAP_QUERY_LOGGING_VERB, node_name, "node_name"),
 };
 
-#define TN_FIELDS(port_initial)                                                                    \
-    NUMBER(NAP_QUERY_TN_SETTINGS_VERB, port, "port", 0, 65535, port_initial),                      \
-        FLAG(NAP_QUERY_TN_SETTINGS_VERB, force_responses, "force_responses", "no"),                \
-        WORD(NAP_QUERY_TN_SETTINGS_VERB, keepalive, "keepalive", keepalive_words, "none"),         \
-        NUMBER(NAP_QUERY_TN_SETTINGS_VERB, keepalive_interval, "keepalive_interval", 0, 65535,     \
-               "600"),                                                                             \
-        TEXT(NAP_QUERY_TN_SETTINGS_VERB, host, "host")
+constexpr FieldRow tn_fields[] = {
+    NUMBER(NAP_TN3270_DEFAULTS_VERB, port, "port", 1, 65535, "23"),
+    FLAG(NAP_TN3270_DEFAULTS_VERB, force_responses, "force_responses", "no"),
+    WORD(NAP_TN3270_DEFAULTS_VERB, keepalive, "keepalive", keepalive_words, "none"),
+    NUMBER(NAP_TN3270_DEFAULTS_VERB, keepalive_interval, "keepalive_interval", 1, 65535, "600"),
+    FLAG(NAP_TN3270_DEFAULTS_VERB, tn3270_auto_logoff, "auto_logoff", "yes"),
+    FLAG(NAP_TN3270_DEFAULTS_VERB, use_listen_host, "use_listen_host", "no"),
+    NUMBER(NAP_TN3270_DEFAULTS_VERB, max_clients, "max_clients", 0, 65535, "0"),
+};
 
-constexpr FieldRow tn_fields[] = {TN_FIELDS("23")};
-constexpr FieldRow tn_other_fields[] = {TN_FIELDS("0")};
-constexpr FieldRow tn_ldap_fields[] = {TN_FIELDS("389")};
+constexpr FieldRow tn_ldap_fields[] = {
+    FLAG(NAP_TN3270_SSL_LDAP_VERB, auth_type, "auth_type", "no"),
+    NUMBER(NAP_TN3270_SSL_LDAP_VERB, port, "port", 1, 65535, "389"),
+    TEXT(NAP_TN3270_SSL_LDAP_VERB, host, "host"),
+    TEXT(NAP_TN3270_SSL_LDAP_VERB, user_name, "user_name"),
+};
+
+constexpr FieldRow tn_slp_fields[] = {
+    FLAG(NAP_TN3270_SLP_VERB, enabled, "enabled", "no"),
+    FLAG(NAP_TN3270_SLP_VERB, load_included, "load_included", "no"),
+    NUMBER(NAP_TN3270_SLP_VERB, multicast_ttl, "multicast_ttl", 1, 255, "8"),
+    TEXT(NAP_TN3270_SLP_VERB, scope, "scope"),
+    TEXT(NAP_TN3270_SLP_VERB, service_attributes, "attributes"),
+};
+
+constexpr FieldRow tn_logon_fields[] = {
+    FLAG(NAP_TN3270_EXPRESS_LOGON_VERB, enabled, "enabled", "no"),
+    NUMBER(NAP_TN3270_EXPRESS_LOGON_VERB, port, "port", 1, 65535, "2143"),
+    TEXT(NAP_TN3270_EXPRESS_LOGON_VERB, host, "host"),
+};
 
 constexpr FieldRow tamrix_fields[] = {
-    TEXT(NAP_QUERY_TAMRIX_DEFAULTS_VERB, domain_name, "domain_name"),
+    LOCAL(NAP_TAMRIX_DEFAULTS_VERB, lu_template, "lu_template", 0),
+    HEX(NAP_TAMRIX_DEFAULTS_VERB, lu_map_mask, "lu_map_mask", "FFFFFFFF"),
+    TEXT(NAP_TAMRIX_DEFAULTS_VERB, domain_name, "domain_name"),
+    NUMBER(NAP_TAMRIX_DEFAULTS_VERB, port, "port", 1, 65535, "397"),
+    NUMBER(NAP_TAMRIX_DEFAULTS_VERB, connect_retry, "connect_retry", 1, 32767, "300"),
+    NUMBER(NAP_TAMRIX_DEFAULTS_VERB, connect_timeout, "connect_timeout", 1, 32767, "60"),
+    NUMBER(NAP_TAMRIX_DEFAULTS_VERB, idle_timeout, "idle_timeout", 0, 65535, "0"),
 };
 
 #define RECORD(opcode, name, block, of_domain, fields)                                             \
@@ -88,13 +113,13 @@ constexpr RecordRow record_rows[] = {
     RECORD(NAP_QUERY_NODE, "node", NAP_QUERY_NODE_VERB, false, node_fields),
     RECORD(NAP_QUERY_NODE_LIMITS, "limits", NAP_QUERY_NODE_LIMITS_VERB, false, limits_fields),
     RECORD(NAP_QUERY_DEFAULTS, "defaults", NAP_QUERY_DEFAULTS_VERB, false, defaults_fields),
-    RECORD(NAP_QUERY_TN3270_DEFAULTS, "tn3270", NAP_QUERY_TN_SETTINGS_VERB, false, tn_fields),
-    RECORD(NAP_QUERY_TN3270_SSL_LDAP, "tn3270_ssl_ldap", NAP_QUERY_TN_SETTINGS_VERB, false,
+    RECORD(NAP_QUERY_TN3270_DEFAULTS, "tn3270", NAP_TN3270_DEFAULTS_VERB, false, tn_fields),
+    RECORD(NAP_QUERY_TN3270_SSL_LDAP, "tn3270_ssl_ldap", NAP_TN3270_SSL_LDAP_VERB, false,
            tn_ldap_fields),
-    RECORD(NAP_QUERY_TN3270_SLP, "tn3270_slp", NAP_QUERY_TN_SETTINGS_VERB, false, tn_other_fields),
-    RECORD(NAP_QUERY_TN3270_EXPRESS_LOGON, "tn3270_express_logon", NAP_QUERY_TN_SETTINGS_VERB,
-           false, tn_other_fields),
-    RECORD(NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, "tamrix", NAP_QUERY_TAMRIX_DEFAULTS_VERB, false,
+    RECORD(NAP_QUERY_TN3270_SLP, "tn3270_slp", NAP_TN3270_SLP_VERB, false, tn_slp_fields),
+    RECORD(NAP_QUERY_TN3270_EXPRESS_LOGON, "tn3270_express_logon", NAP_TN3270_EXPRESS_LOGON_VERB,
+           false, tn_logon_fields),
+    RECORD(NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, "tamrix", NAP_TAMRIX_DEFAULTS_VERB, false,
            tamrix_fields),
     RECORD(NAP_QUERY_DLC_TRACE, "dlc_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
     RECORD(NAP_QUERY_TRACE_TYPE, "trace_type", NAP_QUERY_TRACE_VERB, false, trace_fields),

@@ -55,7 +55,6 @@ typedef struct nap_vcb {
 #define NAP_RESOURCE_ACTIVE     0x5545 /* with STATE_CHECK: stop it first */
 #define NAP_RESOURCE_INACTIVE   0x5546 /* with STATE_CHECK: its owner is not active */
 #define NAP_IN_USE              0x5547 /* with STATE_CHECK: other definitions name it */
-#define NAP_WRONG_SESSION_LIMIT 0x5548 /* with STATE_CHECK: the limit is (not) 0 already */
 #define NAP_NODE_NOT_ACTIVE     0x554C /* with STATE_CHECK: start the node first */
 #define NAP_LAST_BACKUP         0x5554 /* with STATE_CHECK: the domain's only server */
 #define NAP_STORE_FAILED        0x5560 /* with STATE_CHECK: could not be written, nothing done */
@@ -605,11 +604,10 @@ typedef struct nap_mode_data { /* a mode that a local LU uses with a partner */
     NB_UCHAR reserved[2];
 } NAP_MODE_DATA;
 
-/* Sets the limits of a mode that a local LU uses with a partner.  Three verbs share the block, by
- * where the session limit comes from and goes to: NAP_INIT_SESSION_LIMIT from 0,
- * NAP_CHANGE_SESSION_LIMIT between two limits above 0, NAP_RESET_SESSION_LIMIT to 0, where all
- * three numbers are 0.  The node must be active.  What the mode's definition does not allow is a
- * NAP_INVALID_VALUE, a limit that the verb does not start from a NAP_WRONG_SESSION_LIMIT. */
+/* Sets the limits of a mode that a local LU uses with a partner: from 0 initializes, to 0 (with all
+ * three numbers 0) resets, which ends the sessions.  The node must be active.  What the mode's
+ * definition does not allow is a NAP_INVALID_VALUE; the limits of the modes that control points use
+ * among themselves cannot be set (NAP_INVALID_NAME). */
 typedef struct nap_session_limit {
     NAP_VCB_HEADER;
     NB_UCHAR lu_alias[8];    /* L8: with the next two the key in NAP_MODE_DATA */
@@ -728,7 +726,8 @@ typedef struct nap_define_dir {
 
 /* Settings. */
 
-/* Each of these answers with one record behind the header. */
+/* Each of these answers with one record behind the header.  The verb that sets it, where there is
+ * one, has the block of its query.  The settings of the TN3270 server are in nofrectn.h. */
 
 typedef struct nap_query_trace { /* every trace setting */
     NAP_VCB_HEADER;
@@ -746,22 +745,6 @@ typedef struct nap_query_logging { /* central logging, central logger, global lo
     NB_UCHAR succinct;       /* flag */
     NB_UCHAR node_name[128]; /* text: the central logger; empty: none */
 } NAP_QUERY_LOGGING_VERB;
-
-typedef struct nap_query_tn_settings { /* TN3270 defaults, SSL, SLP and express logon */
-    NAP_VCB_HEADER;
-    NB_USHORT port;               /* 0: not set */
-    NB_UCHAR force_responses;     /* flag */
-    NB_UCHAR keepalive;           /* 0 none, 1 no-operation, 2 timing mark */
-    NB_USHORT keepalive_interval; /* seconds */
-    NB_USHORT reserved;
-    NB_UCHAR host[256]; /* text: directory, scope or security server; empty: none */
-} NAP_QUERY_TN_SETTINGS_VERB;
-
-typedef struct nap_query_tamrix_defaults {
-    NAP_VCB_HEADER;
-    NB_IP_ADDRESS local_ip_address;
-    NB_UCHAR domain_name[256]; /* text; empty: none */
-} NAP_QUERY_TAMRIX_DEFAULTS_VERB;
 
 /* Indications. */
 
@@ -807,5 +790,9 @@ typedef struct nap_node_status_indication { /* a node was started or stopped */
 } NAP_NODE_STATUS_INDICATION_VERB;
 
 #pragma pack(pop)
+
+#include "nofrecdm.h"
+#include "nofrecnw.h"
+#include "nofrectn.h"
 
 #endif

@@ -18,9 +18,7 @@ struct PROCESSOR {
 
 constexpr PROCESSOR processors[] = {
     {NAP_NOF_STATUS_INDICATION, vga_process_nof_status_ind},
-    {NAP_INIT_SESSION_LIMIT, vga_process_session_limit},
     {NAP_CHANGE_SESSION_LIMIT, vga_process_session_limit},
-    {NAP_RESET_SESSION_LIMIT, vga_process_session_limit},
 };
 
 /* Nothing may use a target any more once the node software is going down. */

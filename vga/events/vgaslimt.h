@@ -1,4 +1,4 @@
-/* Session limits: the model half of the verbs that set them. */
+/* Session limits: the model half of the verb that sets them. */
 #ifndef VGASLIMT_H
 #define VGASLIMT_H
 

@@ -101,10 +101,7 @@ NB_VOID limits_set(const VGA_PROCESS_STATE *work) {
 
 NB_USHORT issue(VGA_FORM *form) {
     NAP_MODE_DATA wanted = as_data(vga_form_edited(form)).mode;
-    NB_USHORT opcode = as_data(vga_form_shown(form)).mode.sess_limit == 0 ? NAP_INIT_SESSION_LIMIT
-                       : wanted.sess_limit == 0 ? NAP_RESET_SESSION_LIMIT
-                                                : NAP_CHANGE_SESSION_LIMIT;
-    auto verb = vga_new_verb<NAP_SESSION_LIMIT_VERB>(opcode);
+    auto verb = vga_new_verb<NAP_SESSION_LIMIT_VERB>(NAP_CHANGE_SESSION_LIMIT);
     if (!verb) {
         return 0;
     }
