@@ -3,8 +3,9 @@
  * A hint says a field's range, unit or meaning.  It is the widget's tool tip and stands in the
  * dialog's message line, if it has one, while the widget has the keyboard.  A reason says why a
  * widget is insensitive; it stands under the pointer and in the message line while the pointer is
- * over the widget, for which the toolkit itself does nothing then.  An insensitive widget without
- * a reason shows that of the nearest insensitive widget around it that has one, else its hint.
+ * over the widget, for which the toolkit itself does nothing then.  A widget without a hint, and
+ * an insensitive one without a reason, shows that of the nearest widget around it that has one (and
+ * is insensitive, too); an insensitive widget for which there is no reason shows its hint.
  *
  * A dialog declares all of them in one table and says so once its widgets are looked up:
  *     static constexpr VGA_FIELD_HINT hints[] = {
@@ -14,7 +15,8 @@
  *     vga_set_hint_line(desc->widget, XtNameToWidget(desc->widget, "*modedMessageLine"));
  *     vga_set_field_hints(desc->widget, hints, XtNumber(hints));
  * Texts are copied and may change at any time.  All is forgotten when the widget is destroyed.
- * Widgets and gadgets alike; null ones are ignored. */
+ * Widgets and gadgets alike, but the message line shows a gadget's only under the pointer.  Null
+ * widgets are ignored. */
 #ifndef VGAHINT_H
 #define VGAHINT_H
 
@@ -41,9 +43,9 @@ NB_VOID vga_set_field_hint_text(Widget widget, const NB_CHAR *text);
 NB_VOID vga_set_reason(Widget widget, NB_USHORT message);
 NB_VOID vga_set_reason_text(Widget widget, const NB_CHAR *text);
 
-/* Names the message line of the window that `top` is in: an XmText, XmTextField or XmLabel.  It is
- * cleared when a hint's time is over, unless something else was written into it meanwhile.  Null
- * takes the line away. */
+/* Names the message line of the window that `top` is in: an XmText, XmTextField or XmLabel.  It
+ * gets back what it held when a hint's time is over, unless something else was written into it
+ * meanwhile.  Null takes the line away. */
 NB_VOID vga_set_hint_line(Widget top, Widget line);
 
 /* What would be shown for a widget now, never null: for a dialog that shows it elsewhere. */
