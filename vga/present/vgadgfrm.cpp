@@ -302,8 +302,10 @@ VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record
     load(form);
     set_rights(form);
     fill(form);
-    XtVaSetValues(desc->widget, XmNinitialFocus, vga_form_first_field(form), nullptr);
     vga_display_dialog(desc);
+    if (Widget first = vga_form_first_field(form)) {
+        vga_focus_field(first);
+    }
     return form;
 }
 

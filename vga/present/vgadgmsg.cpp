@@ -140,6 +140,7 @@ NB_VOID show(const MODAL_REQUEST &request) {
     vga_display_dialog(parent);
     XtManageChild(box.dialog);
     XRaiseWindow(gvga_display, XtWindow(box.shell)); /* a box that was up lies below by now */
+    vga_hourglass_new_window(parent);
 }
 
 NB_VOID take_down(VGA_MODAL_DLG &box) {

@@ -137,6 +137,7 @@ NB_VOID add_name_to_title(VGA_DIALOG *desc) {
 /* What every dialog gets once its widgets are known to be complete. */
 NB_VOID finish_widgets(VGA_DIALOG *desc) {
     vga_set_configured_colours(desc->widget);
+    vga_set_label_fonts(desc->widget, desc->widget);
     vga_multi_byte_resize(desc->widget);
     vga_define_tabbing_order(desc->widget, vga_get_work_area(desc->widget));
     XmAddWMProtocolCallback(desc->shell, gvga_close_atom, vga_close_cb, nullptr);
@@ -309,6 +310,7 @@ NB_VOID vga_init_dialogs(NB_VOID) {
 }
 
 NB_VOID vga_free_dialogs(NB_VOID) {
+    vga_remove_all_node_window_widgets();
     for (VGA_UID_DESC &row : gvga_uid_desc) {
         while (row.first_desc != nullptr) {
             VGA_DIALOG *desc = row.first_desc;

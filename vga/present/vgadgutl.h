@@ -297,6 +297,7 @@ NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what);
 
 #include "vgadgfw.h"
 #include "vgadgmsg.h"
+#include "vgadgreg.h"
 #include "vgadgwid.h"
 #include "vgahour.h"
 

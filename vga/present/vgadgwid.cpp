@@ -3,7 +3,11 @@
 #include "vgadgutl.h"
 #include "vgaglob.h"
 #include "vgares.h"
+#include <Xm/BulletinB.h>
+#include <Xm/Column.h>
 #include <Xm/Frame.h>
+#include <Xm/Label.h>
+#include <Xm/LabelG.h>
 #include <Xm/MessageB.h>
 #include <Xm/PanedW.h>
 #include <Xm/PushB.h>
@@ -15,6 +19,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace {
@@ -157,6 +162,23 @@ Widget vga_get_work_area(Widget message_box) {
         }
     }
     return nullptr;
+}
+
+/* A column makes its labels of a font of its own, which the resources for all text do not reach. */
+NB_VOID vga_set_label_fonts(Widget widget, Widget message_box) {
+    if (widget == nullptr || !XmIsBulletinBoard(message_box)) {
+        return;
+    }
+    XmRenderTable fonts = nullptr;
+    XtVaGetValues(message_box, XmNlabelRenderTable, &fonts, nullptr);
+    for (Widget child : CHILDREN(widget)) {
+        std::string name = XtName(child);
+        bool made = XmIsColumn(widget) && name.size() > 6 && name.ends_with("_label");
+        if (made && (XmIsLabel(child) || XmIsLabelGadget(child))) {
+            XtVaSetValues(child, XmNrenderTable, fonts, nullptr);
+        }
+        vga_set_label_fonts(child, message_box);
+    }
 }
 
 /* State and look. */
