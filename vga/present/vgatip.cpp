@@ -11,6 +11,7 @@
 namespace {
 
 constexpr NB_USHORT tip_columns = 60;
+constexpr NB_INT tip_border = 1;
 constexpr NB_INT pointer_height = 20; /* pixels that the pointer covers below its hot spot */
 
 struct TIP_CONFIG {
@@ -110,8 +111,9 @@ NB_VOID place(Widget shell, Widget label) {
 NB_VOID post(XtPointer, XtIntervalId *) {
     tip.timer = 0;
     Widget parent = shell_of(tip.over);
-    tip.shell = XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, parent,
-                                     XmNallowShellResize, True, XmNborderWidth, 1, nullptr);
+    tip.shell =
+        XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, parent, XmNallowShellResize,
+                             True, XmNborderWidth, tip_border, nullptr);
     Widget label = make_label(tip.shell);
     XtRealizeWidget(tip.shell);
     place(tip.shell, label);
@@ -131,6 +133,9 @@ NB_VOID vga_enable_tips(Widget widget) {
                               0);
     XtVaSetValues(shell, XmNtoolTipEnable, config.enable, XmNtoolTipPostDelay, config.delay,
                   XmNtoolTipPostDuration, config.duration, nullptr);
+    if (Widget label = XmToolTipGetLabel(widget)) {
+        XtVaSetValues(XtParent(label), XmNborderWidth, tip_border, nullptr);
+    }
 }
 
 NB_VOID vga_show_tip(Widget over, const NB_CHAR *text) {

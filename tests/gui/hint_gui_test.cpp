@@ -1,0 +1,251 @@
+// Hints of fields and reasons of controls that are off, with a real pointer: tool tips and the
+// message line.
+
+#include "gui_support.h"
+
+#include "vgahint.h"
+#include "vgamsgs.h"
+
+#include <Xm/ComboBox.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/PushB.h>
+#include <Xm/PushBG.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Text.h>
+#include <Xm/TextF.h>
+#include <Xm/VendorS.h>
+#include <Xm/XmP.h>
+#include <string>
+
+namespace {
+
+class Hints : public testing::Test {
+protected:
+    void SetUp() override {
+        gui::open();
+        // Short delays, but no end while a test looks.
+        XrmDatabase database = XtDatabase(gvga_display);
+        XrmPutLineResource(&database, "*toolTipPostDelay: 30");
+        XrmPutLineResource(&database, "*toolTipPostDuration: 60000");
+        XrmPutLineResource(&database, "*quiet.toolTipEnable: False");
+        gvga_messages[1] = "1 to 9 seconds";
+        gvga_messages[2] = "Switched off by the node";
+        make("hints");
+    }
+
+    void make(const char *name) {
+        shell = gui::make_shell(name, 100, 100, 300, 200);
+        column = XtVaCreateManagedWidget("column", xmRowColumnWidgetClass, shell, nullptr);
+        field = XtVaCreateManagedWidget("field", xmTextFieldWidgetClass, column, nullptr);
+        other = XtVaCreateManagedWidget("other", xmTextWidgetClass, column, nullptr);
+        form = XtVaCreateManagedWidget("form", xmFormWidgetClass, column, nullptr);
+        inner = XtVaCreateManagedWidget("inner", xmPushButtonWidgetClass, form, nullptr);
+        gadget = XtVaCreateManagedWidget("gadget", xmPushButtonGadgetClass, column, nullptr);
+        line = XtVaCreateManagedWidget("line", xmTextFieldWidgetClass, column, XmNeditable, False,
+                                       XmNtraversalOn, False, nullptr);
+        leave();
+        gui::show(shell);
+        XmProcessTraversal(other, XmTRAVERSE_CURRENT);
+        gui::settle();
+    }
+
+    void TearDown() override {
+        leave();
+        XtDestroyWidget(shell);
+        gui::settle();
+    }
+
+    static void leave() {
+        XWarpPointer(gvga_display, None, gvga_root_window, 0, 0, 0, 0, 5, 5);
+        gui::settle();
+    }
+
+    static void point_at(Widget widget) {
+        if (XtIsWidget(widget)) {
+            gui::move_to(widget, 8, 8);
+            gui::move_to(widget, 10, 9);
+        } else {
+            Position x = 0, y = 0;
+            XtVaGetValues(widget, XmNx, &x, XmNy, &y, nullptr);
+            gui::move_to(XtParent(widget), x + 5, y + 5);
+            gui::move_to(XtParent(widget), x + 7, y + 6);
+        }
+        gui::settle();
+    }
+
+    // The text of the tip that is on the screen: the toolkit's own or the program's.
+    std::string tip() const {
+        Widget label = XmToolTipGetLabel(column);
+        for (Cardinal ii = 0; ii < shell->core.num_popups && !is_viewable(label); ii++) {
+            label = XtNameToWidget(shell->core.popup_list[ii], "TipLabel");
+        }
+        return is_viewable(label) ? label_text(label) : "";
+    }
+    static bool is_viewable(Widget label) {
+        XWindowAttributes attributes{};
+        if (label != nullptr && XtIsRealized(label)) {
+            XGetWindowAttributes(gvga_display, XtWindow(label), &attributes);
+        }
+        return attributes.map_state == IsViewable;
+    }
+    bool tip_is(const std::string &text) const {
+        const bool is = gui::wait_for([&] { return tip() == text; }, 3000);
+        EXPECT_EQ(tip(), text);
+        return is;
+    }
+    // Longer than it takes one to come.
+    bool no_tip_comes() const {
+        return !gui::wait_for([this] { return !tip().empty(); }, 200);
+    }
+
+    static std::string label_text(Widget label) {
+        XmString string = nullptr;
+        XtVaGetValues(label, XmNlabelString, &string, nullptr);
+        auto *plain = static_cast<char *>(XmStringUnparse(
+            string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
+        const std::string result = plain;
+        XtFree(plain);
+        XmStringFree(string);
+        return result;
+    }
+    std::string line_text() const {
+        char *text = XmTextFieldGetString(line);
+        const std::string result = text;
+        XtFree(text);
+        return result;
+    }
+
+    Widget shell = nullptr;
+    Widget column = nullptr, field = nullptr, other = nullptr, form = nullptr, inner = nullptr,
+           gadget = nullptr, line = nullptr;
+};
+
+TEST_F(Hints, AFieldHasATip) {
+    vga_set_field_hint(field, 1);
+    vga_set_field_hint_text(gadget, "a gadget's");
+    point_at(field);
+    EXPECT_TRUE(tip_is("1 to 9 seconds"));
+    leave();
+    EXPECT_TRUE(tip_is(""));
+    point_at(gadget);
+    EXPECT_TRUE(tip_is("a gadget's"));
+    leave();
+    vga_set_field_hint(field, 0);
+    point_at(field);
+    EXPECT_TRUE(no_tip_comes());
+}
+
+TEST_F(Hints, AnInsensitiveControlSaysWhy) {
+    const VGA_FIELD_HINT table[] = {
+        {"*field", 1, 2}, {"*inner", 1, 0}, {"*form", 0, 2}, {"*gadget", 0, 2}, {"*absent", 1, 2}};
+    vga_set_field_hints(column, table, XtNumber(table));
+    for (Widget widget : {field, gadget, form}) {
+        XtSetSensitive(widget, False);
+    }
+    // Its own reason; that of the form around it, before its own hint; that of a gadget.
+    for (Widget widget : {field, inner, gadget}) {
+        point_at(widget);
+        EXPECT_TRUE(tip_is(gvga_messages[2])) << XtName(widget);
+        leave();
+        EXPECT_TRUE(tip_is("")) << XtName(widget);
+    }
+    vga_set_reason(form, 0);
+    point_at(inner);
+    EXPECT_TRUE(tip_is("1 to 9 seconds"));
+    leave();
+    XtSetSensitive(field, True);
+    point_at(field);
+    EXPECT_TRUE(tip_is("1 to 9 seconds"));
+}
+
+TEST_F(Hints, FromOneInsensitiveControlToTheNext) {
+    vga_set_reason_text(field, "first");
+    vga_set_reason_text(other, "second");
+    XtSetSensitive(column, False);
+    point_at(field);
+    EXPECT_TRUE(tip_is("first"));
+    point_at(other);
+    EXPECT_TRUE(tip_is("second"));
+    // It becomes insensitive, or is destroyed, under the pointer.
+    XtSetSensitive(column, True);
+    point_at(other);
+    EXPECT_TRUE(tip_is(""));
+    XtSetSensitive(other, False);
+    point_at(other);
+    EXPECT_TRUE(tip_is("second"));
+    XtDestroyWidget(other);
+    gui::settle();
+    EXPECT_TRUE(tip_is(""));
+}
+
+TEST_F(Hints, TheMessageLineFollowsTheKeyboardAndThePointer) {
+    XmTextFieldSetString(line, const_cast<char *>("Ready"));
+    vga_set_hint_line(column, line);
+    vga_set_field_hint_text(field, "a number\nof seconds");
+    vga_set_reason(inner, 2);
+    XtSetSensitive(inner, False);
+    EXPECT_EQ(line_text(), "Ready");
+    XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+    gui::settle();
+    EXPECT_EQ(line_text(), "a number of seconds");
+    point_at(inner);
+    EXPECT_EQ(line_text(), "Switched off by the node");
+    leave();
+    EXPECT_EQ(line_text(), "a number of seconds");
+    vga_set_field_hint(field, 1); // its bounds have changed
+    EXPECT_EQ(line_text(), "1 to 9 seconds");
+    XmProcessTraversal(other, XmTRAVERSE_CURRENT);
+    gui::settle();
+    EXPECT_EQ(line_text(), "Ready");
+
+    // What someone else writes meanwhile stays.
+    XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+    gui::settle();
+    XmTextFieldSetString(line, const_cast<char *>("Node lost"));
+    XmProcessTraversal(other, XmTRAVERSE_CURRENT);
+    gui::settle();
+    EXPECT_EQ(line_text(), "Node lost");
+    XtDestroyWidget(line);
+    XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+    gui::settle();
+}
+
+TEST_F(Hints, AnyPartOfACompoundControl) {
+    Widget label_line = XtVaCreateManagedWidget("label", xmLabelWidgetClass, column, nullptr);
+    Widget combo = XmCreateDropDownComboBox(column, const_cast<char *>("combo"), nullptr, 0);
+    XtManageChild(combo);
+    vga_set_hint_line(column, label_line);
+    vga_set_field_hint(combo, 1);
+    vga_set_reason(combo, 2);
+    Widget text = XtNameToWidget(combo, "Text");
+    gui::settle();
+    point_at(text);
+    EXPECT_TRUE(tip_is("1 to 9 seconds"));
+    leave();
+    XmProcessTraversal(text, XmTRAVERSE_CURRENT);
+    gui::settle();
+    EXPECT_EQ(label_text(label_line), "1 to 9 seconds");
+    XtSetSensitive(combo, False);
+    point_at(text);
+    EXPECT_TRUE(tip_is("Switched off by the node"));
+    EXPECT_EQ(label_text(label_line), "Switched off by the node");
+    EXPECT_STREQ(vga_shown_hint(combo), "Switched off by the node");
+    EXPECT_STREQ(vga_shown_hint(field), "");
+}
+
+TEST_F(Hints, TipsCanBeSwitchedOff) {
+    XtDestroyWidget(shell);
+    make("quiet");
+    vga_set_field_hint(field, 1);
+    vga_set_reason(inner, 2);
+    XtSetSensitive(inner, False);
+    for (Widget widget : {field, inner}) {
+        point_at(widget);
+        EXPECT_TRUE(no_tip_comes()) << XtName(widget);
+    }
+    vga_set_field_hint(nullptr, 1);
+    vga_set_reason_text(nullptr, "x");
+}
+
+} // namespace
