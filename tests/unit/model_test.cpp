@@ -1,6 +1,7 @@
 /* The model: records, merges, deletion, and the build against a scripted node. */
 #include <gtest/gtest.h>
 
+#include "modelwalk.h"
 #include "nofverbs.h"
 #include "scriptednof.h"
 #include "vgadsadd.h"
@@ -216,6 +217,7 @@ protected:
         node.add(NAP_QUERY_NODE_ALL, node_entry("corvid1"));
     }
     void TearDown() override {
+        check_model();
         vga_empty_verb_queues();
         vga_destroy_data_structures();
         gvga_exit_code = 0;

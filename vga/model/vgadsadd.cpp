@@ -1,119 +1,96 @@
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgaglob.h"
-#include "vgahooks.h"
 #include "vgatypes.h"
-
-VGA_SYSTEM *gvga_system;
 
 namespace {
 
-VGA_SERVER_ROLE role_of(NB_ULONG server_flags) {
-    constexpr NB_ULONG master = NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
-    if ((server_flags & master) == master) {
-        return VGA_ROLE_MASTER;
-    }
-    NB_USHORT backup = (server_flags & (NAP_SERVER_BACKUP | NAP_SERVER_BACKUP_NEXT)) != 0;
-    return backup && (server_flags & NAP_SERVER_MASTER) != 0 ? VGA_ROLE_BACKUP : VGA_ROLE_NONE;
+/* A link makes the PU that it serves even before the node's own list names it. */
+
+NB_USHORT make_local_pu(VGA_LS &ls, const NAP_LS_DEF &def) {
+    NAP_PU_DATA entry = {};
+    entry.overlay_size = sizeof(entry);
+    memcpy(entry.pu_name, def.pu_name, sizeof(entry.pu_name));
+    memcpy(entry.def_data.ls_name, ls.name, sizeof(ls.name));
+    VGA_LOCAL_PU *pu = vga_init_vga_local_pu(ls.parent->node, &entry);
+    return pu != nullptr && vga_insert_vga_local_pu(pu) != nullptr;
 }
 
-NB_VOID read_node_info(VGA_NODE &node) {
-    NAP_NODE_INFO info = node.vcb->info;
-    node.node_state = info.node_state;
-    node.role = role_of(info.server_flags);
-}
-
-NB_VOID node_changed(VGA_NODE &node, VGA_NODE_CHANGE change) {
-    if (gvga_hooks.node_list_changed != nullptr) {
-        gvga_hooks.node_list_changed(&node, change);
-    }
-}
-
-/* A host link makes its PU even before the node's own list names it. */
-NB_VOID make_local_pu(VGA_LS &ls) {
-    NAP_LS_DEF def = ls.vcb->def_data;
-    if (def.adj_cp_type != NAP_ADJ_HOST || vga_blank_name(def.pu_name, sizeof(def.pu_name))) {
-        return;
-    }
-    VGA_NODE *node = ls.parent->node;
-    VGA_LOCAL_PU *pu = vga_find_local_pu(node, def.pu_name);
-    if (pu == nullptr) {
-        NAP_PU_DATA entry = {};
-        entry.overlay_size = sizeof(entry);
-        memcpy(entry.pu_name, def.pu_name, sizeof(entry.pu_name));
-        memcpy(entry.def_data.ls_name, ls.name, sizeof(ls.name));
-        pu = vga_init_vga_local_pu(node, &entry);
-        if (pu == nullptr) {
-            VGA_EXIT(VGA_EXIT_INTERNAL, 0);
-            return;
-        }
-        vga_insert_vga_local_pu(pu);
-    }
-    pu->ls_entry = &ls;
-    ls.local_pu = pu;
+NB_USHORT make_down_pu(VGA_LS &ls, const NAP_LS_DEF &def) {
+    NAP_DOWN_PU_DATA entry = {};
+    entry.overlay_size = sizeof(entry);
+    memcpy(entry.dspu_name, def.pu_name, sizeof(entry.dspu_name));
+    memcpy(entry.def_data.ls_name, ls.name, sizeof(ls.name));
+    VGA_DOWN_PU *pu = vga_init_vga_down_pu(ls.parent->node, &entry);
+    return pu != nullptr && vga_insert_vga_down_pu(pu) != nullptr;
 }
 
 } // namespace
 
-NB_VOID VGA_RECORD_TYPE<VGA_NODE>::init(VGA_NODE &node) {
-    memcpy(node.name, node.vcb->node_name, sizeof(node.name));
-    read_node_info(node);
-    for (NB_USHORT &flag : node.startup_status) {
-        flag = 1;
+NB_USHORT VGA_RECORD_TYPE<VGA_LS>::settled(VGA_LS &ls) {
+    NAP_LS_DEF def = ls.vcb->def_data;
+    VGA_NODE *node = ls.parent->node;
+    if (vga_blank_name(def.pu_name, sizeof(def.pu_name))) {
+        return 1;
     }
-    vga_init_tree(node.dlcs, vga_compare_asc8);
-    vga_init_tree(node.ports, vga_compare_asc8);
-    vga_init_tree(node.link_stations, vga_compare_asc8);
-    vga_init_tree(node.local_pus, vga_compare_ebc8);
-    vga_init_tree(node.lus, vga_compare_ebc8);
-    vga_init_tree(node.lu_aliases, vga_compare_asc8);
-    vga_init_tree(node.mode_defs, vga_compare_ebc8);
-    vga_init_tree(node.classes_of_service, vga_compare_ebc8);
-    vga_init_tree(node.directory, vga_compare_directory_entries);
-    vga_init_tree(node.remote_systems, vga_compare_ebc17);
-    vga_init_tree(node.remote_plus, vga_compare_rem_plu);
-    for (VGA_VIEWER_ROOT *root :
-         {&node.connectivity_root, &node.local_lu_root, &node.rem_sys_root}) {
-        if (vga_viewer_init_root(root) == 0) {
-            VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+    if (def.adj_cp_type == NAP_ADJ_HOST && ls.local_pu == nullptr) {
+        ls.local_pu = vga_find_local_pu(node, def.pu_name);
+        if (ls.local_pu == nullptr) {
+            return make_local_pu(ls, def);
         }
+        ls.local_pu->ls_entry = &ls;
+    } else if (def.adj_cp_type == NAP_ADJ_DOWNSTREAM && ls.down_pu == nullptr) {
+        ls.down_pu = vga_find_down_pu(node, def.pu_name);
+        if (ls.down_pu == nullptr) {
+            return make_down_pu(ls, def);
+        }
+        ls.down_pu->ls_entry = &ls;
     }
-}
-
-NB_VOID VGA_RECORD_TYPE<VGA_NODE>::linked(VGA_NODE &node) {
-    node_changed(node, VGA_NODE_ADDED);
-}
-
-NB_VOID VGA_RECORD_TYPE<VGA_NODE>::merged(VGA_NODE &kept, VGA_NODE &fresh) {
-    for (VGA_VIEWER_ROOT *root :
-         {&fresh.connectivity_root, &fresh.local_lu_root, &fresh.rem_sys_root}) {
-        vga_viewer_destroy_root(root);
-    }
-    read_node_info(kept);
-    node_changed(kept, VGA_NODE_CHANGED);
-}
-
-NB_VOID VGA_RECORD_TYPE<VGA_LS>::linked(VGA_LS &ls) {
-    make_local_pu(ls);
+    return 1;
 }
 
 /* A PU that the node lists belongs to the link station that it names. */
-NB_VOID VGA_RECORD_TYPE<VGA_LOCAL_PU>::linked(VGA_LOCAL_PU &pu) {
+NB_USHORT VGA_RECORD_TYPE<VGA_LOCAL_PU>::settled(VGA_LOCAL_PU &pu) {
     NAP_PU_DATA data = *pu.vcb;
     VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);
     if (data.host_attachment != NAP_DLUR_ATTACHED && ls != nullptr) {
         pu.ls_entry = ls;
         ls->local_pu = &pu;
     }
+    return 1;
+}
+
+NB_USHORT VGA_RECORD_TYPE<VGA_DOWN_PU>::settled(VGA_DOWN_PU &pu) {
+    NAP_DOWN_PU_DATA data = *pu.vcb;
+    VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);
+    if (ls != nullptr) {
+        pu.ls_entry = ls;
+        ls->down_pu = &pu;
+    }
+    return 1;
+}
+
+/* The name by which clashes are looked for: as many characters of it as an LU name's field has. */
+NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::init(VGA_EXTRA_DATA &extra) {
+    const auto *name = reinterpret_cast<const NB_UCHAR *>(extra.vcb) +
+                       offsetof(NAP_EXTRA_DATA_DATA, def_data.display_name);
+    memset(extra.name, ' ', sizeof(extra.name));
+    memcpy(extra.name, name, strnlen(reinterpret_cast<const NB_CHAR *>(name), sizeof(extra.name)));
+    extra.kind = VGA_EXTRA_DISPLAY_NAME;
+}
+
+NB_VOID VGA_RECORD_TYPE<VGA_DSPU_TEMPLATE>::init(VGA_DSPU_TEMPLATE &pu) {
+    VGA_COPY_KEY(pu.name, pu.vcb->template_name);
+    vga_init_tree(pu.lu_templates, vga_compare_dslu_template);
+    if (vga_viewer_init_root(&pu.viewer_root) == 0) {
+        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+    }
 }
 
 /* The alias may have changed, and it is the key of the second index. */
 NB_VOID VGA_RECORD_TYPE<VGA_LU62>::merged(VGA_LU62 &kept, VGA_LU62 &fresh) {
-    ntl_avl_delete(&kept.parent->lu_aliases, &kept.alias_links);
-    memcpy(kept.alias, fresh.alias, sizeof(kept.alias));
-    if (ntl_avl_insert(&kept.parent->lu_aliases, &kept.alias_links) == 0) {
-        v0_assert(__FILE__, __LINE__, "FALSE");
-    }
+    vga_relink(kept.parent->lu_aliases, kept.alias_links,
+               [&kept, &fresh] { memcpy(kept.alias, fresh.alias, sizeof(kept.alias)); });
 }
 
 NB_VOID VGA_RECORD_TYPE<VGA_REM_SYS>::merged(VGA_REM_SYS &kept, VGA_REM_SYS &fresh) {
@@ -125,118 +102,98 @@ NB_VOID VGA_RECORD_TYPE<VGA_REM_PLU>::merged(VGA_REM_PLU &kept, VGA_REM_PLU &fre
     kept.in_directory |= fresh.in_directory;
 }
 
-VGA_SYSTEM *vga_init_vga_system(NB_VOID) {
-    VGA_OWNED<VGA_SYSTEM> system(static_cast<VGA_SYSTEM *>(calloc(1, sizeof(VGA_SYSTEM))));
-    if (!system) {
-        return nullptr;
+VGA_LINE_PLACE VGA_RECORD_TYPE<VGA_LS_ROUTING>::line(VGA_LS_ROUTING &routing) {
+    VGA_LU62 &lu = *routing.parent;
+    return {&lu.parent->local_lu_root, &lu.routing_title, VGA_VIEWER_LS_R, &routing.links};
+}
+
+/* Every node that has a pool of the name shares the domain's one. */
+NB_USHORT VGA_RECORD_TYPE<VGA_POOL>::settled(VGA_POOL &pool) {
+    if (pool.sys_pool != nullptr) {
+        return 1;
     }
-    system->handle = nba_create_handle(system.get());
-    if (system->handle == 0 || vga_viewer_init_root(&system->node_viewer_root) == 0) {
-        nba_destroy_handle(system->handle);
-        return nullptr;
+    pool.sys_pool = vga_find_sys_pool(pool.name);
+    if (pool.sys_pool == nullptr) {
+        VGA_SYS_POOL *sys_pool = vga_init_vga_sys_pool(gvga_system, pool.vcb);
+        pool.sys_pool = sys_pool != nullptr ? vga_insert_vga_sys_pool(sys_pool) : nullptr;
     }
-    for (NB_USHORT &flag : system->startup_status) {
-        flag = 1;
+    if (pool.sys_pool == nullptr) {
+        return 0;
     }
-    vga_init_tree(system->nodes, vga_compare_node_name);
-    vga_init_tree(system->dependent_lus, vga_compare_lu);
-    return system.release();
+    pool.sys_pool->node_pools++;
+    return 1;
 }
 
-VGA_NODE *vga_init_vga_node(const NAP_NODE_ALL_DATA *entry) {
-    return vga_init_record<VGA_NODE>(gvga_system, entry);
-}
-VGA_NODE *vga_insert_vga_node(VGA_NODE *record) {
-    return vga_insert_record(record);
-}
-
-VGA_DLC *vga_init_vga_dlc(VGA_NODE *owner, const NAP_DLC_DATA *entry) {
-    return vga_init_record<VGA_DLC>(owner, entry);
-}
-VGA_DLC *vga_insert_vga_dlc(VGA_DLC *record) {
-    return vga_insert_record(record);
+NB_VOID VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS>::init(VGA_TAMRIX_APPCIP_SESS &session) {
+    VGA_COPY_KEY(session.key.lu_name, session.vcb->lu_name);
+    VGA_COPY_KEY(session.key.fqplu_name, session.vcb->fqplu_name);
+    VGA_COPY_KEY(session.key.mode_name, session.vcb->mode_name);
+    VGA_COPY_KEY(session.key.number, session.vcb->session_number);
+    session.number = session.key.number;
 }
 
-VGA_PORT *vga_init_vga_port(VGA_DLC *owner, const NAP_PORT_DATA *entry) {
-    return vga_init_record<VGA_PORT>(owner, entry);
-}
-VGA_PORT *vga_insert_vga_port(VGA_PORT *record) {
-    return vga_insert_record(record);
+NB_VOID VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS>::merged(VGA_TAMRIX_APPCIP_SESS &kept,
+                                                        VGA_TAMRIX_APPCIP_SESS &fresh) {
+    vga_relink(kept.parent->tamrix_sessions, kept.links, [&kept, &fresh] { kept.key = fresh.key; });
 }
 
-VGA_LS *vga_init_vga_ls(VGA_PORT *owner, const NAP_LS_DATA *entry) {
-    return vga_init_record<VGA_LS>(owner, entry);
-}
-VGA_LS *vga_insert_vga_ls(VGA_LS *record) {
-    VGA_LS *ls = vga_insert_record(record);
-    if (ls != nullptr && ls->local_pu == nullptr) {
-        make_local_pu(*ls);
+/* The constructor and the inserter of a type that differs from the others in its declaration only.
+ */
+#define VGA_RECORD_FUNCTIONS(name, record, owner, entry_type)                                      \
+    record *vga_init_##name(owner *parent, const entry_type *entry) {                              \
+        return vga_init_record<record>(parent, entry);                                             \
+    }                                                                                              \
+    record *vga_insert_##name(record *fresh) {                                                     \
+        return vga_insert_record(fresh);                                                           \
     }
-    return ls;
-}
 
-VGA_LOCAL_PU *vga_init_vga_local_pu(VGA_NODE *owner, const NAP_PU_DATA *entry) {
-    return vga_init_record<VGA_LOCAL_PU>(owner, entry);
-}
-VGA_LOCAL_PU *vga_insert_vga_local_pu(VGA_LOCAL_PU *record) {
-    return vga_insert_record(record);
-}
+VGA_RECORD_FUNCTIONS(vga_dlc, VGA_DLC, VGA_NODE, NAP_DLC_DATA)
+VGA_RECORD_FUNCTIONS(vga_port, VGA_PORT, VGA_DLC, NAP_PORT_DATA)
+VGA_RECORD_FUNCTIONS(vga_ls, VGA_LS, VGA_PORT, NAP_LS_DATA)
+VGA_RECORD_FUNCTIONS(vga_cn, VGA_CN, VGA_NODE, NAP_CN_DATA)
+VGA_RECORD_FUNCTIONS(vga_cn_port, VGA_CN_PORT, VGA_CN, NAP_CN_PORT_DATA)
+VGA_RECORD_FUNCTIONS(vga_local_pu, VGA_LOCAL_PU, VGA_NODE, NAP_PU_DATA)
+VGA_RECORD_FUNCTIONS(vga_lu03, VGA_LU03, VGA_LOCAL_PU, NAP_LU03_DATA)
+VGA_RECORD_FUNCTIONS(vga_down_pu, VGA_DOWN_PU, VGA_NODE, NAP_DOWN_PU_DATA)
+VGA_RECORD_FUNCTIONS(vga_down_lu, VGA_DOWN_LU, VGA_DOWN_PU, NAP_DOWN_LU_DATA)
+VGA_RECORD_FUNCTIONS(vga_dspu_template, VGA_DSPU_TEMPLATE, VGA_NODE, NAP_DSPU_TEMPLATE_DATA)
+VGA_RECORD_FUNCTIONS(vga_primary_line, VGA_PRIMARY_LINE, VGA_NODE, NAP_PRIMARY_LINE_DATA)
+VGA_RECORD_FUNCTIONS(vga_primary_lu0, VGA_PRIMARY_LU0, VGA_PRIMARY_LINE, NAP_PRIMARY_LU0_DATA)
+VGA_RECORD_FUNCTIONS(vga_rtp_conn, VGA_RTP_CONN, VGA_NODE, NAP_RTP_CONN_DATA)
+VGA_RECORD_FUNCTIONS(vga_lu62, VGA_LU62, VGA_NODE, NAP_LOCAL_LU_DATA)
+VGA_RECORD_FUNCTIONS(vga_mode_def, VGA_MODE_DEF, VGA_NODE, NAP_MODE_DEF_DATA)
+VGA_RECORD_FUNCTIONS(vga_mode, VGA_MODE, VGA_LU62, NAP_MODE_DATA)
+VGA_RECORD_FUNCTIONS(vga_plu, VGA_PLU, VGA_LU62, NAP_PLU_DATA)
+VGA_RECORD_FUNCTIONS(vga_lu62_timeout, VGA_LU62_TIMEOUT, VGA_NODE, NAP_LU62_TIMEOUT_DATA)
+VGA_RECORD_FUNCTIONS(vga_cos, VGA_COS, VGA_NODE, NAP_COS_DATA)
+VGA_RECORD_FUNCTIONS(vga_cos_node_row, VGA_COS_NODE_ROW, VGA_COS, NAP_COS_NODE_ROW_DATA)
+VGA_RECORD_FUNCTIONS(vga_cos_tg_row, VGA_COS_TG_ROW, VGA_COS, NAP_COS_TG_ROW_DATA)
+VGA_RECORD_FUNCTIONS(vga_dir, VGA_DIR, VGA_NODE, NAP_DIR_DATA)
+VGA_RECORD_FUNCTIONS(vga_rem_sys, VGA_REM_SYS, VGA_NODE, NAP_DIR_DATA)
+VGA_RECORD_FUNCTIONS(vga_rem_sess, VGA_REM_SESS, VGA_REM_PLU, NAP_MODE_DATA)
+VGA_RECORD_FUNCTIONS(vga_tp_def, VGA_TP_DEF, VGA_NODE, NAP_TP_DATA)
+VGA_RECORD_FUNCTIONS(vga_tp_load_info, VGA_TP_LOAD_INFO, VGA_NODE, NAP_TP_LOAD_DATA)
+VGA_RECORD_FUNCTIONS(vga_slsec_def, VGA_SLSEC_DEF, VGA_NODE, NAP_LU_LU_PASSWORD_DATA)
+VGA_RECORD_FUNCTIONS(vga_clsec_def, VGA_CLSEC_DEF, VGA_NODE, NAP_USERID_PASSWORD_DATA)
+VGA_RECORD_FUNCTIONS(vga_access_list, VGA_ACCESS_LIST, VGA_NODE, NAP_ACCESS_LIST_DATA)
+VGA_RECORD_FUNCTIONS(vga_pool, VGA_POOL, VGA_NODE, NAP_LU_POOL_DATA)
+VGA_RECORD_FUNCTIONS(vga_pool_lu, VGA_POOL_LU, VGA_POOL, NAP_LU_POOL_DATA)
+VGA_RECORD_FUNCTIONS(vga_sys_pool, VGA_SYS_POOL, VGA_SYSTEM, NAP_LU_POOL_DATA)
+VGA_RECORD_FUNCTIONS(vga_tn_client, VGA_TN_CLIENT, VGA_NODE, NAP_TN_ACCESS_DATA)
+VGA_RECORD_FUNCTIONS(vga_tn_assoc, VGA_TN_ASSOC, VGA_NODE, NAP_TN_ASSOC_DATA)
+VGA_RECORD_FUNCTIONS(vga_tn_redirect, VGA_TN_REDIRECT, VGA_NODE, NAP_TN_REDIRECT_DATA)
+VGA_RECORD_FUNCTIONS(vga_tamrix_appcip_sess, VGA_TAMRIX_APPCIP_SESS, VGA_NODE,
+                     NAP_TAMRIX_SESSION_DATA)
+VGA_RECORD_FUNCTIONS(vga_sna_net_node, VGA_SNA_NET_NODE, VGA_SYSTEM, NAP_NODE_ALL_DATA)
+VGA_RECORD_FUNCTIONS(vga_user, VGA_USER, VGA_SYSTEM, NAP_USER_DATA)
+VGA_RECORD_FUNCTIONS(vga_cpic, VGA_CPIC, VGA_SYSTEM, NAP_CPIC_DATA)
+VGA_RECORD_FUNCTIONS(vga_rje_wkstn, VGA_RJE_WKSTN, VGA_SYSTEM, NAP_RJE_DATA)
+VGA_RECORD_FUNCTIONS(vga_dslu_template, VGA_DSLU_TEMPLATE, VGA_DSPU_TEMPLATE, NAP_DSLU_TEMPLATE)
+VGA_RECORD_FUNCTIONS(vga_security_user, VGA_SECURITY_USER, VGA_ACCESS_LIST, NAP_ACCESS_LIST_USER)
+VGA_RECORD_FUNCTIONS(vga_tn_sess, VGA_TN_SESS, VGA_TN_CLIENT, NAP_TN_SESSION)
+VGA_RECORD_FUNCTIONS(vga_user_session, VGA_USER_SESSION, VGA_USER, NAP_USER_SESSION)
 
-VGA_LU03 *vga_init_vga_lu03(VGA_LOCAL_PU *owner, const NAP_LU03_DATA *entry) {
-    return vga_init_record<VGA_LU03>(owner, entry);
-}
-VGA_LU03 *vga_insert_vga_lu03(VGA_LU03 *record) {
-    return vga_insert_record(record);
-}
-
-VGA_LU62 *vga_init_vga_lu62(VGA_NODE *owner, const NAP_LOCAL_LU_DATA *entry) {
-    return vga_init_record<VGA_LU62>(owner, entry);
-}
-VGA_LU62 *vga_insert_vga_lu62(VGA_LU62 *record) {
-    return vga_insert_record(record);
-}
-
-VGA_MODE_DEF *vga_init_vga_mode_def(VGA_NODE *owner, const NAP_MODE_DEF_DATA *entry) {
-    return vga_init_record<VGA_MODE_DEF>(owner, entry);
-}
-VGA_MODE_DEF *vga_insert_vga_mode_def(VGA_MODE_DEF *record) {
-    return vga_insert_record(record);
-}
-
-VGA_MODE *vga_init_vga_mode(VGA_LU62 *owner, const NAP_MODE_DATA *entry) {
-    return vga_init_record<VGA_MODE>(owner, entry);
-}
-VGA_MODE *vga_insert_vga_mode(VGA_MODE *record) {
-    return vga_insert_record(record);
-}
-
-VGA_PLU *vga_init_vga_plu(VGA_LU62 *owner, const NAP_PLU_DATA *entry) {
-    return vga_init_record<VGA_PLU>(owner, entry);
-}
-VGA_PLU *vga_insert_vga_plu(VGA_PLU *record) {
-    return vga_insert_record(record);
-}
-
-VGA_COS *vga_init_vga_cos(VGA_NODE *owner, const NAP_COS_DATA *entry) {
-    return vga_init_record<VGA_COS>(owner, entry);
-}
-VGA_COS *vga_insert_vga_cos(VGA_COS *record) {
-    return vga_insert_record(record);
-}
-
-VGA_DIR *vga_init_vga_dir(VGA_NODE *owner, const NAP_DIR_DATA *entry) {
-    return vga_init_record<VGA_DIR>(owner, entry);
-}
-VGA_DIR *vga_insert_vga_dir(VGA_DIR *record) {
-    return vga_insert_record(record);
-}
-
-VGA_REM_SYS *vga_init_vga_rem_sys(VGA_NODE *owner, const NAP_DIR_DATA *entry) {
-    return vga_init_record<VGA_REM_SYS>(owner, entry);
-}
-VGA_REM_SYS *vga_insert_vga_rem_sys(VGA_REM_SYS *record) {
-    return vga_insert_record(record);
-}
+#undef VGA_RECORD_FUNCTIONS
 
 VGA_REM_PLU *vga_init_vga_rem_plu(VGA_REM_SYS *owner, const NAP_PLU_DEF_DATA *entry,
                                   NB_USHORT type) {
@@ -250,9 +207,28 @@ VGA_REM_PLU *vga_insert_vga_rem_plu(VGA_REM_PLU *record) {
     return vga_insert_record(record);
 }
 
-VGA_REM_SESS *vga_init_vga_rem_sess(VGA_REM_PLU *owner, const NAP_MODE_DATA *entry) {
-    return vga_init_record<VGA_REM_SESS>(owner, entry);
+VGA_LS_ROUTING *vga_init_vga_ls_routing(VGA_LU62 *owner, const NAP_LS_ROUTING_DATA *entry) {
+    return vga_init_record<VGA_LS_ROUTING>(owner, entry);
 }
-VGA_REM_SESS *vga_insert_vga_rem_sess(VGA_REM_SESS *record) {
+
+/* The first routing brings the title line over them, behind the LU's modes. */
+VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record) {
+    VGA_LU62 &lu = *record->parent;
+    if (AVL_FIRST(lu.routings) == nullptr) {
+        vga_create_viewer(&lu.parent->local_lu_root, &lu.routing_title, VGA_VIEWER_LS_R_TITLE, &lu,
+                          &lu.gui_data.viewer, VGA_VIEWER_LAST);
+    }
     return vga_insert_record(record);
+}
+
+/* An LU has one set of additional data; a later one takes its place. */
+VGA_EXTRA_DATA *vga_init_vga_extra_data(VGA_LU03 *owner, const NAP_EXTRA_DATA_DATA *entry) {
+    return vga_init_record<VGA_EXTRA_DATA>(owner, entry);
+}
+VGA_EXTRA_DATA *vga_insert_vga_extra_data(VGA_EXTRA_DATA *record) {
+    VGA_LU03 &lu = *record->parent;
+    vga_delete_lu03_extra_data(&lu);
+    lu.extra_data = record;
+    ntl_avl_insert(&lu.parent->extra_list, &record->links);
+    return record;
 }

@@ -122,13 +122,14 @@ const STEP *find_step(const BUILD &build, const VGA_PROCESS_STATE &work) {
 
 /* An answer to a list.  Returns 1 when the step is done, 0 when it goes on or the build ends. */
 NB_USHORT list_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb) {
+    const VGA_LIST &list = *vga_find_list(step.opcode);
     VGA_LIST_POSITION last;
-    if (vga_process_list(*vga_find_list(step.opcode), build.node, vcb, &last) == 0) {
+    if (vga_process_list(list, build.node, vcb, &last) == 0) {
         return 0;
     }
     auto query = vga_copy_block<NAP_QUERY_LIST>(vcb);
     const NB_UCHAR *owner = step.kind == OWNED_LIST ? query.key : nullptr;
-    if (vga_list_goes_on(vcb, last)) {
+    if (vga_list_goes_on(list, vcb, last)) {
         if (issue_list_step(build, step, owner, &last) == 0) {
             VGA_EXIT(VGA_EXIT_INTERNAL, 0);
         }
@@ -199,10 +200,6 @@ NB_USHORT check_flags(const NB_USHORT (&flags)[Count], NB_CHAR (*text)[Count + 1
         (*text)[Count] = '\0';
     }
     return clear;
-}
-
-NB_USHORT node_is_gone(const NAP_VCB *vcb) {
-    return vcb->primary_rc == NAP_COMM_FAILURE && vcb->secondary_rc == NAP_NODE_GONE;
 }
 
 NB_VOID announce_if_complete(NB_VOID) {
@@ -296,7 +293,7 @@ NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
     }
     NB_USHORT unreachable =
         work->vcb->opcode == NAP_CONNECT_NODE && work->vcb->primary_rc != NAP_OK;
-    if (unreachable || node_is_gone(work->vcb)) {
+    if (unreachable || vga_node_is_gone(work->vcb)) {
         vga_drop_node_from_build(node);
         return;
     }

@@ -21,6 +21,17 @@ NB_VOID vga_start_build_node(VGA_NODE *node);
 /* A node without a configuration: connects to it and reads nothing more. */
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node);
 
+/* Read what hangs under one record: the partners, modes and passwords of a local LU, the LUs of a
+ * PU, the ports of a connection network, the additional data of a node's dependent LUs, and its TP
+ * load information (nothing when that file is not open).  Known records are merged.
+ * REQUIRES: a record. */
+NB_VOID vga_start_build_lu62(VGA_LU62 *this_lu);
+NB_VOID vga_start_build_local_pu(VGA_LOCAL_PU *this_pu);
+NB_VOID vga_start_build_down_pu(VGA_DOWN_PU *this_pu);
+NB_VOID vga_start_build_cn(VGA_CN *this_cn);
+NB_VOID vga_start_build_extra_data(VGA_NODE *node);
+NB_VOID vga_start_build_tp_load_info(VGA_NODE *node);
+
 /* Reads the domain's lists, its node list or its log settings again, merging what is known. */
 NB_VOID vga_rebuild_system(NB_VOID);
 NB_VOID vga_rebuild_sna_net(NB_VOID);
@@ -30,6 +41,12 @@ NB_VOID vga_rebuild_logging(NB_VOID);
 NB_VOID vga_build_system(const VGA_PROCESS_STATE *work);
 NB_VOID vga_build_node(const VGA_PROCESS_STATE *work);
 NB_VOID vga_build_unconfigured_node(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_lu62(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_local_pu(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_down_pu(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_cn(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_extra_data(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_tp_load_info(const VGA_PROCESS_STATE *work);
 
 /* 1 when every flag is clear.  `text` (null: not wanted) gets one character a flag, "1" for
  * outstanding, and a terminator. */

@@ -40,7 +40,7 @@ NB_USHORT with_tp_file(const VGA_NODE *node) {
     return node->tp_target != 0;
 }
 NB_USHORT with_dlur(const VGA_NODE *node) {
-    return node->node_data.dlur_support;
+    return node->node_data.dlur_support && node->node_data.info.node_type != NAP_LEN_NODE;
 }
 NB_USHORT with_dspu(const VGA_NODE *node) {
     return node->node_data.dspu_support;
@@ -144,9 +144,14 @@ const NB_UCHAR *next_cos(const VGA_NODE *node, const NB_UCHAR *name) {
     return cos != nullptr ? cos->name : nullptr;
 }
 
-/* Downstream PUs and connection networks have no records yet, so nothing is asked for them. */
-const NB_UCHAR *no_owner(const VGA_NODE *, const NB_UCHAR *) {
-    return nullptr;
+const NB_UCHAR *next_cn(const VGA_NODE *node, const NB_UCHAR *name) {
+    auto *cn = owner_behind<VGA_CN>(node->connection_networks, name);
+    return cn != nullptr ? cn->name : nullptr;
+}
+
+const NB_UCHAR *next_down_pu(const VGA_NODE *node, const NB_UCHAR *name) {
+    auto *pu = owner_behind<VGA_DOWN_PU>(node->down_pus, name);
+    return pu != nullptr ? pu->name : nullptr;
 }
 
 /* The tables. */
@@ -253,7 +258,7 @@ constexpr STEP node_steps[] = {
     {N_CN, LIST, NAP_QUERY_CN, 0, VGA_CN_LIST,
      {N_CN_PORT}, nullptr, node_target, nullptr, nullptr},
     {N_CN_PORT, OWNED_LIST, NAP_QUERY_CN_PORT, 0, VGA_CN_PORT_LIST,
-     {}, nullptr, node_target, nullptr, no_owner},
+     {}, nullptr, node_target, nullptr, next_cn},
     {N_REG_LS, REGISTER, REG, NAP_LS_INDICATION, no_chain,
      {N_REG_PU}, nullptr, node_target, nullptr, nullptr},
     {N_REG_PU, REGISTER, REG, NAP_PU_INDICATION, no_chain,
@@ -267,7 +272,7 @@ constexpr STEP node_steps[] = {
     {N_REG_DOWN_LU, REGISTER, REG, NAP_DOWNSTREAM_LU_INDICATION, no_chain,
      {N_DOWN_LU}, with_dspu, node_target, nullptr, nullptr},
     {N_DOWN_LU, OWNED_LIST, NAP_QUERY_DOWNSTREAM_LU, 0, VGA_DOWN_LU_LIST,
-     {}, with_dspu, node_target, nullptr, no_owner},
+     {}, with_dspu, node_target, nullptr, next_down_pu},
     {N_PU, LIST, NAP_QUERY_PU, 0, VGA_PU_LIST,
      {N_REG_DLUR_PU}, nullptr, node_target, nullptr, nullptr},
 

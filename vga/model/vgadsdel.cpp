@@ -29,6 +29,27 @@ NB_VOID delete_rem_sys_whole(VGA_REM_SYS *system) {
     vga_delete_vga_rem_sys(system);
 }
 
+/* Deletes the records of an index whose destructor wants them empty. */
+template <class Record>
+NB_VOID delete_with_children(AVL_TREE &records, AVL_TREE Record::*children,
+                             NB_VOID (*delete_record)(Record *),
+                             NB_VOID (*delete_children)(AVL_TREE &)) {
+    while (auto *record = static_cast<Record *>(AVL_FIRST(records))) {
+        delete_children(record->*children);
+        delete_record(record);
+    }
+}
+
+/* The first password of a local LU, whose alias leads the key. */
+VGA_SLSEC_DEF *first_password(const VGA_LU62 &lu) {
+    VGA_SL_SEC_KEY key = {};
+    memcpy(key.lu_alias, lu.alias, sizeof(key.lu_alias));
+    auto *security = static_cast<VGA_SLSEC_DEF *>(ntl_avl_find_next(&lu.parent->sl_security, &key));
+    NB_USHORT of_lu =
+        security != nullptr && vga_compare_asc8(security->key.lu_alias, key.lu_alias) == 0;
+    return of_lu ? security : nullptr;
+}
+
 /* A busy node asks for the same once more. */
 NB_VOID disconnect_done(const VGA_PROCESS_STATE *work) {
     if (work->vcb->primary_rc == NAP_STATE_CHECK && work->vcb->secondary_rc == NAP_NODE_BUSY) {
@@ -54,74 +75,132 @@ NB_USHORT close_target(NB_ULONG &target, NB_USHORT gone, VGA_COMPLETION continua
 
 } // namespace
 
-NB_VOID VGA_RECORD_TYPE<VGA_NODE>::delete_children(VGA_NODE &node) {
-    vga_delete_node_contents(&node);
-}
-
-NB_VOID VGA_RECORD_TYPE<VGA_NODE>::unlinked(VGA_NODE &node) {
-    if (gvga_hooks.node_list_changed != nullptr) {
-        gvga_hooks.node_list_changed(&node, VGA_NODE_REMOVED);
-    }
-    for (VGA_VIEWER_ROOT *root :
-         {&node.connectivity_root, &node.local_lu_root, &node.rem_sys_root}) {
-        vga_viewer_destroy_root(root);
-    }
-}
-
+/* A link station stands for the PU that it serves: that of the host, or else the downstream one. */
 NB_VOID VGA_RECORD_TYPE<VGA_LS>::delete_children(VGA_LS &ls) {
     if (ls.local_pu != nullptr) {
         vga_delete_vga_local_pu(ls.local_pu);
+    } else if (ls.down_pu != nullptr) {
+        vga_delete_vga_down_pu(ls.down_pu);
+    }
+}
+
+NB_VOID VGA_RECORD_TYPE<VGA_LU62>::delete_children(VGA_LU62 &lu) {
+    vga_delete_all<VGA_MODE>(lu.modes);
+    vga_delete_all<VGA_PLU>(lu.partners);
+    vga_delete_all<VGA_LS_ROUTING>(lu.routings);
+}
+
+NB_VOID VGA_RECORD_TYPE<VGA_LU62>::unlinked(VGA_LU62 &lu) {
+    if (lu.parent->cp_lu == &lu) {
+        lu.parent->cp_lu = nullptr;
+    }
+    for (VGA_SLSEC_DEF *security; (security = first_password(lu)) != nullptr;) {
+        vga_delete_vga_slsec_def(security);
+    }
+}
+
+/* The title line over an LU's routings goes with the last of them. */
+NB_VOID VGA_RECORD_TYPE<VGA_LS_ROUTING>::unlinked(VGA_LS_ROUTING &routing) {
+    VGA_LU62 &lu = *routing.parent;
+    if (AVL_FIRST(lu.routings) == nullptr) {
+        vga_delete_viewer(&lu.parent->local_lu_root, &lu.routing_title);
+    }
+}
+
+/* The domain's pool goes with the last node that has it. */
+NB_VOID VGA_RECORD_TYPE<VGA_POOL>::unlinked(VGA_POOL &pool) {
+    if (pool.sys_pool != nullptr && --pool.sys_pool->node_pools == 0) {
+        vga_delete_vga_sys_pool(pool.sys_pool);
     }
 }
 
 NB_VOID vga_delete_vga_node(VGA_NODE *record) {
     vga_delete_record(record);
 }
-NB_VOID vga_delete_vga_dlc(VGA_DLC *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_port(VGA_PORT *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_ls(VGA_LS *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_local_pu(VGA_LOCAL_PU *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_lu03(VGA_LU03 *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_lu62(VGA_LU62 *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_mode_def(VGA_MODE_DEF *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_mode(VGA_MODE *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_plu(VGA_PLU *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_cos(VGA_COS *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_dir(VGA_DIR *record) {
-    vga_delete_record(record);
-}
-NB_VOID vga_delete_vga_rem_sess(VGA_REM_SESS *record) {
-    vga_delete_record(record);
+
+#define VGA_DESTRUCTOR(name, type)                                                                 \
+    NB_VOID vga_delete_##name(type *record) {                                                      \
+        vga_delete_record(record);                                                                 \
+    }
+
+VGA_DESTRUCTOR(vga_dlc, VGA_DLC)
+VGA_DESTRUCTOR(vga_port, VGA_PORT)
+VGA_DESTRUCTOR(vga_ls, VGA_LS)
+VGA_DESTRUCTOR(vga_cn, VGA_CN)
+VGA_DESTRUCTOR(vga_cn_port, VGA_CN_PORT)
+VGA_DESTRUCTOR(vga_local_pu, VGA_LOCAL_PU)
+VGA_DESTRUCTOR(vga_lu03, VGA_LU03)
+VGA_DESTRUCTOR(vga_down_pu, VGA_DOWN_PU)
+VGA_DESTRUCTOR(vga_down_lu, VGA_DOWN_LU)
+VGA_DESTRUCTOR(vga_dspu_template, VGA_DSPU_TEMPLATE)
+VGA_DESTRUCTOR(vga_primary_line, VGA_PRIMARY_LINE)
+VGA_DESTRUCTOR(vga_primary_lu0, VGA_PRIMARY_LU0)
+VGA_DESTRUCTOR(vga_rtp_conn, VGA_RTP_CONN)
+VGA_DESTRUCTOR(vga_lu62, VGA_LU62)
+VGA_DESTRUCTOR(vga_mode_def, VGA_MODE_DEF)
+VGA_DESTRUCTOR(vga_mode, VGA_MODE)
+VGA_DESTRUCTOR(vga_plu, VGA_PLU)
+VGA_DESTRUCTOR(vga_lu62_timeout, VGA_LU62_TIMEOUT)
+VGA_DESTRUCTOR(vga_cos, VGA_COS)
+VGA_DESTRUCTOR(vga_cos_node_row, VGA_COS_NODE_ROW)
+VGA_DESTRUCTOR(vga_cos_tg_row, VGA_COS_TG_ROW)
+VGA_DESTRUCTOR(vga_dir, VGA_DIR)
+VGA_DESTRUCTOR(vga_rem_sess, VGA_REM_SESS)
+VGA_DESTRUCTOR(vga_tp_def, VGA_TP_DEF)
+VGA_DESTRUCTOR(vga_tp_load_info, VGA_TP_LOAD_INFO)
+VGA_DESTRUCTOR(vga_slsec_def, VGA_SLSEC_DEF)
+VGA_DESTRUCTOR(vga_clsec_def, VGA_CLSEC_DEF)
+VGA_DESTRUCTOR(vga_pool_lu, VGA_POOL_LU)
+VGA_DESTRUCTOR(vga_sys_pool, VGA_SYS_POOL)
+VGA_DESTRUCTOR(vga_tn_client, VGA_TN_CLIENT)
+VGA_DESTRUCTOR(vga_tn_assoc, VGA_TN_ASSOC)
+VGA_DESTRUCTOR(vga_tn_redirect, VGA_TN_REDIRECT)
+VGA_DESTRUCTOR(vga_tamrix_appcip_sess, VGA_TAMRIX_APPCIP_SESS)
+VGA_DESTRUCTOR(vga_sna_net_node, VGA_SNA_NET_NODE)
+VGA_DESTRUCTOR(vga_cpic, VGA_CPIC)
+VGA_DESTRUCTOR(vga_rje_wkstn, VGA_RJE_WKSTN)
+VGA_DESTRUCTOR(vga_dslu_template, VGA_DSLU_TEMPLATE)
+VGA_DESTRUCTOR(vga_security_user, VGA_SECURITY_USER)
+VGA_DESTRUCTOR(vga_tn_sess, VGA_TN_SESS)
+VGA_DESTRUCTOR(vga_user_session, VGA_USER_SESSION)
+VGA_DESTRUCTOR(vga_ls_routing, VGA_LS_ROUTING)
+
+#undef VGA_DESTRUCTOR
+
+/* These have to be empty; the name in the assertion is the one that the log is searched for. */
+#define VGA_EMPTY_DESTRUCTOR(name, type, record, tree)                                             \
+    NB_VOID vga_delete_##name(type *record) {                                                      \
+        NB_ASSERT(AVL_FIRST(record->tree) == NULL);                                                \
+        vga_delete_record(record);                                                                 \
+    }
+
+VGA_EMPTY_DESTRUCTOR(vga_rem_sys, VGA_REM_SYS, rem_sys, remote_plu_tree)
+VGA_EMPTY_DESTRUCTOR(vga_rem_plu, VGA_REM_PLU, rem_plu, sess_tree)
+VGA_EMPTY_DESTRUCTOR(vga_user, VGA_USER, user, session_tree)
+VGA_EMPTY_DESTRUCTOR(vga_access_list, VGA_ACCESS_LIST, access_list, user_tree)
+VGA_EMPTY_DESTRUCTOR(vga_pool, VGA_POOL, node_pool, lu_tree)
+
+#undef VGA_EMPTY_DESTRUCTOR
+
+NB_VOID vga_delete_sna_net_node(VGA_SNA_NET_NODE *record) {
+    vga_delete_vga_sna_net_node(record);
 }
 
-NB_VOID vga_delete_vga_rem_sys(VGA_REM_SYS *rem_sys) {
-    NB_ASSERT(AVL_FIRST(rem_sys->remote_plu_tree) == NULL);
-    vga_delete_record(rem_sys);
+NB_VOID vga_delete_lu03_extra_data(VGA_LU03 *deplu) {
+    if (deplu->extra_data != nullptr) {
+        vga_delete_record(std::exchange(deplu->extra_data, nullptr));
+    }
 }
 
-NB_VOID vga_delete_vga_rem_plu(VGA_REM_PLU *rem_plu) {
-    NB_ASSERT(AVL_FIRST(rem_plu->sess_tree) == NULL);
-    vga_delete_record(rem_plu);
+NB_VOID vga_remove_pool_lu(VGA_LU03 *deplu) {
+    NAP_LU03_DEF def = deplu->vcb->def_data;
+    VGA_POOL *pool = vga_find_pool(deplu->parent->parent, def.pool_name);
+    if (pool == nullptr) {
+        return;
+    }
+    if (auto *member = static_cast<VGA_POOL_LU *>(ntl_avl_find(&pool->lu_tree, deplu->name))) {
+        vga_delete_vga_pool_lu(member);
+    }
 }
 
 NB_VOID vga_delete_vga_dlur_fake_port(VGA_NODE *node) {
@@ -133,12 +212,18 @@ NB_VOID vga_delete_vga_primary_line_fake_port(VGA_NODE *node) {
 }
 
 NB_VOID vga_delete_node_contents(VGA_NODE *node) {
+    vga_delete_all<VGA_CN>(node->connection_networks);
     vga_delete_all<VGA_DLC>(node->dlcs);
     vga_delete_all<VGA_LOCAL_PU>(node->local_pus);
+    vga_delete_all<VGA_DOWN_PU>(node->down_pus);
+    vga_delete_all<VGA_PRIMARY_LINE>(node->primary_lines);
     vga_delete_vga_dlur_fake_port(node);
     vga_delete_vga_primary_line_fake_port(node);
+    vga_delete_all<VGA_DSPU_TEMPLATE>(node->dspu_templates);
+    vga_delete_all<VGA_RTP_CONN>(node->rtp_conns);
     vga_delete_all<VGA_LU62>(node->lus);
     vga_delete_all<VGA_MODE_DEF>(node->mode_defs);
+    vga_delete_all<VGA_LU62_TIMEOUT>(node->lu62_timeouts);
     vga_delete_all<VGA_COS>(node->classes_of_service);
     vga_delete_all<VGA_DIR>(node->directory);
     if (node->network_fake_rem_sys != nullptr) {
@@ -146,6 +231,25 @@ NB_VOID vga_delete_node_contents(VGA_NODE *node) {
     }
     vga_for_each(node->remote_systems, &VGA_REM_SYS::links,
                  [](VGA_REM_SYS &system) { delete_rem_sys_whole(&system); });
+    vga_delete_all<VGA_TP_DEF>(node->tp_defs);
+    vga_delete_all<VGA_TP_LOAD_INFO>(node->tp_load_infos);
+    vga_delete_all<VGA_SLSEC_DEF>(node->sl_security);
+    vga_delete_all<VGA_CLSEC_DEF>(node->cl_security);
+    delete_with_children(node->access_lists, &VGA_ACCESS_LIST::user_tree,
+                         vga_delete_vga_access_list, vga_delete_all<VGA_SECURITY_USER>);
+    delete_with_children(node->pools, &VGA_POOL::lu_tree, vga_delete_vga_pool,
+                         vga_delete_all<VGA_POOL_LU>);
+    vga_delete_all<VGA_TN_CLIENT>(node->tn_clients);
+    vga_delete_all<VGA_TN_ASSOC>(node->tn_assocs);
+    vga_delete_all<VGA_TN_REDIRECT>(node->tn_redirects);
+    vga_delete_all<VGA_TAMRIX_APPCIP_SESS>(node->tamrix_numbers);
+}
+
+NB_VOID vga_delete_system_contents(NB_VOID) {
+    delete_with_children(gvga_system->users, &VGA_USER::session_tree, vga_delete_vga_user,
+                         vga_delete_all<VGA_USER_SESSION>);
+    vga_delete_all<VGA_CPIC>(gvga_system->cpics);
+    vga_delete_all<VGA_RJE_WKSTN>(gvga_system->rje_wkstns);
 }
 
 NB_USHORT vga_free_system_resources(NB_USHORT gone, VGA_COMPLETION continuation) {
@@ -182,12 +286,4 @@ NB_USHORT vga_free_node_resources(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION
     node->freed = 0;
     vga_drop_node_from_build(node);
     return under_way;
-}
-
-NB_VOID vga_destroy_data_structures(NB_VOID) {
-    vga_delete_all<VGA_NODE>(gvga_system->nodes);
-    vga_viewer_destroy_root(&gvga_system->node_viewer_root);
-    nba_destroy_handle(gvga_system->handle);
-    free(gvga_system);
-    gvga_system = nullptr;
 }

@@ -12,7 +12,12 @@ constexpr NB_ULONG unknown_resource = 0x40020004;
 constexpr NB_ULONG bad_list = 0x40020008;
 constexpr NB_USHORT build_flag_byte = 8;
 
-enum BAD_LIST_DETAIL : NB_USHORT { ENTRY_TOO_SHORT = 1, ENTRY_TOO_LONG = 2, EMPTY_BUT_TOTAL = 3 };
+enum BAD_LIST_DETAIL : NB_USHORT {
+    ENTRY_TOO_SHORT = 1,
+    ENTRY_TOO_LONG = 2,
+    EMPTY_BUT_TOTAL = 3,
+    STANDS_STILL = 4 /* the list brought the entry behind which it was to go on */
+};
 
 NB_USHORT exceptions_wanted(NB_VOID) {
     return (ptrc.flags[build_flag_byte] & 1) == 0;
@@ -42,57 +47,66 @@ VGA_ENTRY_RESULT insert(Record *record, Record *(*insert_record)(Record *)) {
                                                                  : VGA_ENTRY_NO_MEMORY;
 }
 
+/* What a constructor takes: its owner, and the entry as a packed record. */
+template <class Function> struct CONSTRUCTOR;
+template <class Record, class Owner, class Entry>
+struct CONSTRUCTOR<Record *(*)(Owner *, const Entry *)> {
+    typedef Owner OWNER;
+    typedef Entry ENTRY;
+};
+template <auto Init> using ENTRY_OF = typename CONSTRUCTOR<decltype(Init)>::ENTRY;
+
+/* Records under the domain, under the node of the list, and under an owner of the node whose name
+ * stands at an offset of the entry. */
+
+template <auto Init, auto Insert> VGA_ENTRY_RESULT of_system(VGA_NODE *, const NB_UCHAR *entry) {
+    return insert(Init(gvga_system, as_entry<ENTRY_OF<Init>>(entry)), Insert);
+}
+
+template <auto Init, auto Insert> VGA_ENTRY_RESULT of_node(VGA_NODE *node, const NB_UCHAR *entry) {
+    return insert(Init(node, as_entry<ENTRY_OF<Init>>(entry)), Insert);
+}
+
+template <NB_USHORT Opcode, auto Find, size_t Offset, size_t Width, auto Init, auto Insert>
+VGA_ENTRY_RESULT of_owner(VGA_NODE *node, const NB_UCHAR *entry) {
+    auto *owner = Find(node, entry + Offset);
+    if (owner == nullptr) {
+        return owner_missing(Opcode, entry + Offset, Width);
+    }
+    return insert(Init(owner, as_entry<ENTRY_OF<Init>>(entry)), Insert);
+}
+
 VGA_ENTRY_RESULT add_node(VGA_NODE *, const NB_UCHAR *entry) {
     return insert(vga_init_vga_node(as_entry<NAP_NODE_ALL_DATA>(entry)), vga_insert_vga_node);
 }
 
-VGA_ENTRY_RESULT add_dlc(VGA_NODE *node, const NB_UCHAR *entry) {
-    return insert(vga_init_vga_dlc(node, as_entry<NAP_DLC_DATA>(entry)), vga_insert_vga_dlc);
-}
-
-VGA_ENTRY_RESULT add_port(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_PORT_DATA data = copy_entry<NAP_PORT_DATA>(entry);
-    VGA_DLC *dlc = vga_find_dlc(node, data.def_data.dlc_name);
-    if (dlc == nullptr) {
-        return owner_missing(NAP_QUERY_PORT, data.def_data.dlc_name, 8);
+/* The entry of a pool stands before those of its LUs; a pool that is known only by them is made
+ * from the first. */
+VGA_ENTRY_RESULT add_lu_pool(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_LU_POOL_DATA data = copy_entry<NAP_LU_POOL_DATA>(entry);
+    NB_USHORT pool_itself = vga_blank_name(data.lu_name, sizeof(data.lu_name));
+    VGA_POOL *pool = vga_find_pool(node, data.pool_name);
+    if (pool == nullptr || pool_itself) {
+        memset(data.lu_name, 0x40, sizeof(data.lu_name));
+        VGA_POOL *fresh = vga_init_vga_pool(node, &data);
+        pool = fresh != nullptr ? vga_insert_vga_pool(fresh) : nullptr;
     }
-    return insert(vga_init_vga_port(dlc, as_entry<NAP_PORT_DATA>(entry)), vga_insert_vga_port);
-}
-
-VGA_ENTRY_RESULT add_ls(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_LS_DATA data = copy_entry<NAP_LS_DATA>(entry);
-    VGA_PORT *port = vga_find_port(node, data.def_data.port_name);
-    if (port == nullptr) {
-        return owner_missing(NAP_QUERY_LS, data.def_data.port_name, 8);
+    if (pool == nullptr) {
+        return VGA_ENTRY_NO_MEMORY;
     }
-    return insert(vga_init_vga_ls(port, as_entry<NAP_LS_DATA>(entry)), vga_insert_vga_ls);
+    return pool_itself ? VGA_ENTRY_ADDED
+                       : insert(vga_init_vga_pool_lu(pool, as_entry<NAP_LU_POOL_DATA>(entry)),
+                                vga_insert_vga_pool_lu);
 }
 
-VGA_ENTRY_RESULT add_pu(VGA_NODE *node, const NB_UCHAR *entry) {
-    return insert(vga_init_vga_local_pu(node, as_entry<NAP_PU_DATA>(entry)),
-                  vga_insert_vga_local_pu);
-}
-
-VGA_ENTRY_RESULT add_lu03(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_LU03_DATA data = copy_entry<NAP_LU03_DATA>(entry);
-    VGA_LOCAL_PU *pu = vga_find_local_pu(node, data.pu_name);
-    if (pu == nullptr) {
-        return owner_missing(NAP_QUERY_LU_0_TO_3, data.pu_name, 8);
+VGA_ENTRY_RESULT add_extra_data(VGA_NODE *node, const NB_UCHAR *entry) {
+    NAP_EXTRA_DATA_DATA data = copy_entry<NAP_EXTRA_DATA_DATA>(entry);
+    VGA_LU03 *lu = vga_find_lu03(node, data.pu_name, data.lu_name);
+    if (lu == nullptr) {
+        return owner_missing(NAP_QUERY_EXTRA_DATA, data.lu_name, sizeof(data.lu_name));
     }
-    return insert(vga_init_vga_lu03(pu, as_entry<NAP_LU03_DATA>(entry)), vga_insert_vga_lu03);
-}
-
-VGA_ENTRY_RESULT add_lu62(VGA_NODE *node, const NB_UCHAR *entry) {
-    return insert(vga_init_vga_lu62(node, as_entry<NAP_LOCAL_LU_DATA>(entry)), vga_insert_vga_lu62);
-}
-
-VGA_ENTRY_RESULT add_mode_def(VGA_NODE *node, const NB_UCHAR *entry) {
-    return insert(vga_init_vga_mode_def(node, as_entry<NAP_MODE_DEF_DATA>(entry)),
-                  vga_insert_vga_mode_def);
-}
-
-VGA_ENTRY_RESULT add_cos(VGA_NODE *node, const NB_UCHAR *entry) {
-    return insert(vga_init_vga_cos(node, as_entry<NAP_COS_DATA>(entry)), vga_insert_vga_cos);
+    return insert(vga_init_vga_extra_data(lu, as_entry<NAP_EXTRA_DATA_DATA>(entry)),
+                  vga_insert_vga_extra_data);
 }
 
 /* A mode in use also tells of the partner, where it is, and the sessions with it. */
@@ -177,52 +191,61 @@ VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
 
 constexpr NB_USHORT name8 = 8;
 constexpr NB_USHORT name17 = 17;
+constexpr NB_USHORT name64 = 64;
 
-/* Lists without a function are asked for, so that the build knows them complete, and make no
- * records. */
+#define VGA_OF(owner, type) owner<vga_init_##type, vga_insert_##type>
+#define VGA_OF_OWNER(opcode, find, data, member, type)                                             \
+    of_owner<opcode, find, offsetof(data, member), sizeof(std::declval<data>().member),            \
+             vga_init_##type, vga_insert_##type>
+
+/* clang-format off */
 constexpr VGA_LIST lists[] = {
     {NAP_QUERY_NODE_ALL, 128, 0, sizeof(NAP_NODE_ALL_DATA), add_node},
-    {NAP_QUERY_SNA_NET, 128, 0, 0, nullptr},
-    {NAP_QUERY_DLC, name8, 0, sizeof(NAP_DLC_DATA), add_dlc},
-    {NAP_QUERY_PORT, name8, 0, sizeof(NAP_PORT_DATA), add_port},
-    {NAP_QUERY_LS, name8, 0, sizeof(NAP_LS_DATA), add_ls},
-    {NAP_QUERY_CN, name17, 0, 0, nullptr},
-    {NAP_QUERY_CN_PORT, name17 + name8, name17, 0, nullptr},
-    {NAP_QUERY_PU, name8, 0, sizeof(NAP_PU_DATA), add_pu},
-    {NAP_QUERY_DOWNSTREAM_PU, name8, 0, 0, nullptr},
-    {NAP_QUERY_DLUR_PU, name8, 0, sizeof(NAP_PU_DATA), add_pu},
-    {NAP_QUERY_LOCAL_LU, name8, 0, sizeof(NAP_LOCAL_LU_DATA), add_lu62},
-    {NAP_QUERY_LU_0_TO_3, 2 * name8, name8, sizeof(NAP_LU03_DATA), add_lu03},
-    {NAP_QUERY_DOWNSTREAM_LU, 2 * name8, name8, 0, nullptr},
-    {NAP_QUERY_LU_POOL, 2 * name8, 0, 0, nullptr},
+    {NAP_QUERY_SNA_NET, 128, 0, sizeof(NAP_NODE_ALL_DATA), VGA_OF(of_system, vga_sna_net_node)},
+    {NAP_QUERY_DLC, name8, 0, sizeof(NAP_DLC_DATA), VGA_OF(of_node, vga_dlc)},
+    {NAP_QUERY_PORT, name8, 0, sizeof(NAP_PORT_DATA), VGA_OF_OWNER(NAP_QUERY_PORT, vga_find_dlc, NAP_PORT_DATA, def_data.dlc_name, vga_port)},
+    {NAP_QUERY_LS, name8, 0, sizeof(NAP_LS_DATA), VGA_OF_OWNER(NAP_QUERY_LS, vga_find_port, NAP_LS_DATA, def_data.port_name, vga_ls)},
+    {NAP_QUERY_CN, name17, 0, sizeof(NAP_CN_DATA), VGA_OF(of_node, vga_cn)},
+    {NAP_QUERY_CN_PORT, name17 + name8, name17, sizeof(NAP_CN_PORT_DATA), VGA_OF_OWNER(NAP_QUERY_CN_PORT, vga_find_cn, NAP_CN_PORT_DATA, fqcn_name, vga_cn_port)},
+    {NAP_QUERY_PU, name8, 0, sizeof(NAP_PU_DATA), VGA_OF(of_node, vga_local_pu)},
+    {NAP_QUERY_DOWNSTREAM_PU, name8, 0, sizeof(NAP_DOWN_PU_DATA), VGA_OF(of_node, vga_down_pu)},
+    {NAP_QUERY_DLUR_PU, name8, 0, sizeof(NAP_PU_DATA), VGA_OF(of_node, vga_local_pu)},
+    {NAP_QUERY_LOCAL_LU, name8, 0, sizeof(NAP_LOCAL_LU_DATA), VGA_OF(of_node, vga_lu62)},
+    {NAP_QUERY_LU_0_TO_3, 2 * name8, name8, sizeof(NAP_LU03_DATA), VGA_OF_OWNER(NAP_QUERY_LU_0_TO_3, vga_find_local_pu, NAP_LU03_DATA, pu_name, vga_lu03)},
+    {NAP_QUERY_DOWNSTREAM_LU, 2 * name8, name8, sizeof(NAP_DOWN_LU_DATA), VGA_OF_OWNER(NAP_QUERY_DOWNSTREAM_LU, vga_find_down_pu, NAP_DOWN_LU_DATA, dspu_name, vga_down_lu)},
+    {NAP_QUERY_LU_POOL, 2 * name8, 0, sizeof(NAP_LU_POOL_DATA), add_lu_pool},
     {NAP_QUERY_MODE, 2 * name8 + name17, name8, sizeof(NAP_MODE_DATA), add_mode},
-    {NAP_QUERY_MODE_DEFINITION, name8, 0, sizeof(NAP_MODE_DEF_DATA), add_mode_def},
-    {NAP_QUERY_COS, name8, 0, sizeof(NAP_COS_DATA), add_cos},
-    {NAP_QUERY_COS_NODE_ROW, name8 + 2, name8, 0, nullptr},
-    {NAP_QUERY_COS_TG_ROW, name8 + 2, name8, 0, nullptr},
+    {NAP_QUERY_MODE_DEFINITION, name8, 0, sizeof(NAP_MODE_DEF_DATA), VGA_OF(of_node, vga_mode_def)},
+    {NAP_QUERY_COS, name8, 0, sizeof(NAP_COS_DATA), VGA_OF(of_node, vga_cos)},
+    {NAP_QUERY_COS_NODE_ROW, name8 + 2, name8, sizeof(NAP_COS_NODE_ROW_DATA), VGA_OF_OWNER(NAP_QUERY_COS_NODE_ROW, vga_find_cos, NAP_COS_NODE_ROW_DATA, cos_name, vga_cos_node_row)},
+    {NAP_QUERY_COS_TG_ROW, name8 + 2, name8, sizeof(NAP_COS_TG_ROW_DATA), VGA_OF_OWNER(NAP_QUERY_COS_TG_ROW, vga_find_cos, NAP_COS_TG_ROW_DATA, cos_name, vga_cos_tg_row)},
     {NAP_QUERY_DIRECTORY_ENTRY, 2 * name17 + 2, 0, sizeof(NAP_DIR_DATA), add_dir},
     {NAP_QUERY_PARTNER_LU, 2 * name8 + name17, name8, sizeof(NAP_PLU_DATA), add_plu},
     {NAP_QUERY_PARTNER_LU_DEFINITION, name17, 0, sizeof(NAP_PLU_DEF_DATA), add_plu_def},
-    {NAP_QUERY_TP_DEFINITION, 64, 0, 0, nullptr},
-    {NAP_QUERY_TP_LOAD_INFO, 64 + name8, 0, 0, nullptr},
-    {NAP_QUERY_LU62_TIMEOUT, name17 + 1, 0, 0, nullptr},
-    {NAP_QUERY_LS_ROUTING, name8 + name17, 0, 0, nullptr},
-    {NAP_QUERY_DSPU_TEMPLATE, name8, 0, 0, nullptr},
-    {NAP_QUERY_RTP_CONNECTION, name8, 0, 0, nullptr},
-    {NAP_QUERY_LU_LU_PASSWORD, name8 + name17, name8, 0, nullptr},
-    {NAP_QUERY_USERID_PASSWORD, 10, 0, 0, nullptr},
-    {NAP_QUERY_SECURITY_ACCESS_LIST, 14, 0, 0, nullptr},
-    {NAP_QUERY_CPIC_SIDE_INFO, name8, 0, 0, nullptr},
-    {NAP_QUERY_EMULATOR_USER_DEF, 32, 0, 0, nullptr},
-    {NAP_QUERY_RJE_WKSTN_DEF, 4, 0, 0, nullptr},
-    {NAP_QUERY_EXTRA_DATA, name8, 0, 0, nullptr},
-    {NAP_QUERY_PRIMARY_LINE, name8, 0, 0, nullptr},
-    {NAP_QUERY_PRIMARY_LU0, name8, 0, 0, nullptr},
-    {NAP_QUERY_TN3270_ACCESS_DEF, 68, 0, 0, nullptr},
-    {NAP_QUERY_TN3270_ASSOCIATION, name8, 0, 0, nullptr},
-    {NAP_QUERY_TN_REDIRECT_DEF, 72, 0, 0, nullptr},
-    {NAP_QUERY_TAMRIX_APPCIP, 12, 0, 0, nullptr},
+    {NAP_QUERY_TP_DEFINITION, name64, 0, sizeof(NAP_TP_DATA), VGA_OF(of_node, vga_tp_def)},
+    {NAP_QUERY_TP_LOAD_INFO, name64 + name8, 0, sizeof(NAP_TP_LOAD_DATA), VGA_OF(of_node, vga_tp_load_info)},
+    {NAP_QUERY_LU62_TIMEOUT, 2 + name17, 0, sizeof(NAP_LU62_TIMEOUT_DATA), VGA_OF(of_node, vga_lu62_timeout)},
+    {NAP_QUERY_LS_ROUTING, name8 + name17, 0, sizeof(NAP_LS_ROUTING_DATA), VGA_OF_OWNER(NAP_QUERY_LS_ROUTING, vga_find_lu62, NAP_LS_ROUTING_DATA, lu_name, vga_ls_routing)},
+    {NAP_QUERY_DSPU_TEMPLATE, name8, 0, offsetof(NAP_DSPU_TEMPLATE_DATA, def_data.dslu_templates), VGA_OF(of_node, vga_dspu_template)},
+    {NAP_QUERY_RTP_CONNECTION, name8, 0, sizeof(NAP_RTP_CONN_DATA), VGA_OF(of_node, vga_rtp_conn)},
+    {NAP_QUERY_LU_LU_PASSWORD, name8 + name17, name8, sizeof(NAP_LU_LU_PASSWORD_DATA), VGA_OF(of_node, vga_slsec_def)},
+    {NAP_QUERY_USERID_PASSWORD, 10, 0, sizeof(NAP_USERID_PASSWORD_DATA), VGA_OF(of_node, vga_clsec_def)},
+    {NAP_QUERY_SECURITY_ACCESS_LIST, 14, 0, offsetof(NAP_ACCESS_LIST_DATA, def_data.users), VGA_OF(of_node, vga_access_list)},
+    {NAP_QUERY_CPIC_SIDE_INFO, name8, 0, sizeof(NAP_CPIC_DATA), VGA_OF(of_system, vga_cpic)},
+    {NAP_QUERY_EMULATOR_USER_DEF, 32, 0, offsetof(NAP_USER_DATA, def_data.sessions), VGA_OF(of_system, vga_user)},
+    {NAP_QUERY_RJE_WKSTN_DEF, 4, 0, sizeof(NAP_RJE_DATA), VGA_OF(of_system, vga_rje_wkstn)},
+    {NAP_QUERY_EXTRA_DATA, 2 * name8, 0, sizeof(NAP_EXTRA_DATA_DATA), add_extra_data},
+    {NAP_QUERY_PRIMARY_LINE, name8, 0, sizeof(NAP_PRIMARY_LINE_DATA), VGA_OF(of_node, vga_primary_line)},
+    {NAP_QUERY_PRIMARY_LU0, name8, 0, sizeof(NAP_PRIMARY_LU0_DATA), VGA_OF_OWNER(NAP_QUERY_PRIMARY_LU0, vga_find_primary_line, NAP_PRIMARY_LU0_DATA, def_data.line_name, vga_primary_lu0)},
+    {NAP_QUERY_TN3270_ACCESS_DEF, 2 + 68, 0, offsetof(NAP_TN_ACCESS_DATA, def_data.sessions), VGA_OF(of_node, vga_tn_client)},
+    {NAP_QUERY_TN3270_ASSOCIATION, name8, 0, sizeof(NAP_TN_ASSOC_DATA), VGA_OF(of_node, vga_tn_assoc)},
+    {NAP_QUERY_TN_REDIRECT_DEF, 2 + 68 + 2, 0, sizeof(NAP_TN_REDIRECT_DATA), VGA_OF(of_node, vga_tn_redirect)},
+    {NAP_QUERY_TAMRIX_APPCIP, 2, 0, sizeof(NAP_TAMRIX_SESSION_DATA), VGA_OF(of_node, vga_tamrix_appcip_sess)},
 };
+/* clang-format on */
+
+#undef VGA_OF
+#undef VGA_OF_OWNER
 
 /* Walks the entries of an answer; an entry that cannot be right ends the walk. */
 class ENTRY_WALK {
@@ -344,16 +367,25 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
     return 1;
 }
 
-NB_USHORT vga_list_goes_on(const NAP_VCB *vcb, const VGA_LIST_POSITION &last) {
+NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb,
+                           const VGA_LIST_POSITION &last) {
     NAP_QUERY_LIST query;
     memcpy(&query, vcb, sizeof(query));
     if (query.num_entries >= query.total_num_entries) {
         return 0;
     }
-    if (!last.received) {
-        nba_pd_print_exception(bad_list, EMPTY_BUT_TOTAL, "x i i i", query.opcode, 0,
-                               query.num_entries, query.total_num_entries);
-        return 0;
+    NB_USHORT from_next = (query.list_options & NAP_LIST_FROM_NEXT) != 0;
+    NB_USHORT stands_still = from_next && memcmp(query.key, last.key, list.key_length) == 0;
+    if (last.received && !stands_still) {
+        return 1;
     }
-    return 1;
+    if (exceptions_wanted()) {
+        nba_pd_print_exception(bad_list, last.received ? STANDS_STILL : EMPTY_BUT_TOTAL, "x i i i",
+                               query.opcode, 0, query.num_entries, query.total_num_entries);
+    }
+    return 0;
+}
+
+NB_USHORT vga_node_is_gone(const NAP_VCB *vcb) {
+    return vcb->primary_rc == NAP_COMM_FAILURE && vcb->secondary_rc == NAP_NODE_GONE;
 }

@@ -52,8 +52,12 @@ NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_S
 NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
                            VGA_LIST_POSITION *last);
 
-/* 1 when the list has entries behind those that this answer brought. */
-NB_USHORT vga_list_goes_on(const NAP_VCB *vcb, const VGA_LIST_POSITION &last);
+/* 1 when the list has entries behind those that this answer brought.  A list that claims so but
+ * brings nothing new ends there, with a report. */
+NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb, const VGA_LIST_POSITION &last);
+
+/* 1 when the verb failed because the node behind its target died. */
+NB_USHORT vga_node_is_gone(const NAP_VCB *vcb);
 
 /* Reports a verb of the build that failed, and requests the exit: 164 with its opcode. */
 NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line);

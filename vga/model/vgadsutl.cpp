@@ -3,6 +3,7 @@
 #include <array>
 #include <cctype>
 #include <cstring>
+#include <span>
 #include <string_view>
 
 namespace {
@@ -69,9 +70,7 @@ struct KEY_FIELD {
     AVL_COMPARE compare;
 };
 
-template <size_t Count>
-NB_INT compare_fields(const std::array<KEY_FIELD, Count> &fields, const NB_VOID *a,
-                      const NB_VOID *b) {
+NB_INT compare_fields(std::span<const KEY_FIELD> fields, const NB_VOID *a, const NB_VOID *b) {
     for (const KEY_FIELD &field : fields) {
         NB_INT result = field.compare(static_cast<const NB_UCHAR *>(a) + field.offset,
                                       static_cast<const NB_UCHAR *>(b) + field.offset);
@@ -80,6 +79,10 @@ NB_INT compare_fields(const std::array<KEY_FIELD, Count> &fields, const NB_VOID 
         }
     }
     return 0;
+}
+
+NB_INT compare_octets(const NB_VOID *a, const NB_VOID *b) {
+    return memcmp(a, b, sizeof(NB_IP_ADDRESS::octets));
 }
 
 template <class Record> Record *find(const AVL_TREE &tree, const NB_VOID *key) {
@@ -105,6 +108,9 @@ NB_INT vga_compare_asc16(const NB_VOID *a, const NB_VOID *b) {
 }
 NB_INT vga_compare_node_name(const NB_VOID *a, const NB_VOID *b) {
     return compare_asc<128>(a, b);
+}
+NB_INT vga_compare_user_name(const NB_VOID *a, const NB_VOID *b) {
+    return compare_asc<sizeof(VGA_USER::name)>(a, b);
 }
 NB_INT vga_compare_ebc8(const NB_VOID *a, const NB_VOID *b) {
     return compare_ebc<8>(a, b);
@@ -134,46 +140,84 @@ NB_INT vga_compare_ulong(const NB_VOID *a, const NB_VOID *b) {
     return compare_number<NB_ULONG>(a, b);
 }
 
-NB_INT vga_compare_mode(const NB_VOID *a, const NB_VOID *b) {
-    static constexpr std::array<KEY_FIELD, 2> fields = {{
-        {offsetof(VGA_MODE_KEY, mode_name), vga_compare_ebc8},
-        {offsetof(VGA_MODE_KEY, fqplu_name), vga_compare_ebc17},
-    }};
-    return compare_fields(fields, a, b);
+/* The comparator of a composite key, from its fields in order. */
+#define VGA_COMPOSITE(name, ...)                                                                   \
+    NB_INT name(const NB_VOID *a, const NB_VOID *b) {                                              \
+        static constexpr KEY_FIELD fields[] = {__VA_ARGS__};                                       \
+        return compare_fields(fields, a, b);                                                       \
+    }
+
+VGA_COMPOSITE(vga_compare_mode, {offsetof(VGA_MODE_KEY, mode_name), vga_compare_ebc8},
+              {offsetof(VGA_MODE_KEY, fqplu_name), vga_compare_ebc17})
+
+VGA_COMPOSITE(vga_compare_plu, {offsetof(VGA_PLU_KEY, plu_alias), vga_compare_asc8},
+              {offsetof(VGA_PLU_KEY, fqplu_name), vga_compare_ebc17})
+
+VGA_COMPOSITE(vga_compare_directory_entries, {offsetof(VGA_DIR_KEY, fqcp_name), vga_compare_ebc17},
+              {offsetof(VGA_DIR_KEY, resource_name), vga_compare_ebc17},
+              {offsetof(VGA_DIR_KEY, resource_type), vga_compare_ushort})
+
+VGA_COMPOSITE(vga_compare_rem_plu, {offsetof(VGA_REM_PLU_KEY, fqplu_name), vga_compare_ebc17},
+              {offsetof(VGA_REM_PLU_KEY, type), vga_compare_ushort})
+
+VGA_COMPOSITE(vga_compare_rem_sess, {offsetof(VGA_REM_SESS_KEY, lu_alias), vga_compare_asc8},
+              {offsetof(VGA_REM_SESS_KEY, mode_name), vga_compare_ebc8})
+
+VGA_COMPOSITE(vga_compare_lu62_timeouts,
+              {offsetof(VGA_LU62_TIMEOUT_KEY, resource_type), vga_compare_ushort},
+              {offsetof(VGA_LU62_TIMEOUT_KEY, resource_name), vga_compare_ebc17})
+
+NB_INT vga_compare_tp_names(const NB_VOID *a, const NB_VOID *b) {
+    return compare_ebc<sizeof(VGA_TP_DEF::tp_name)>(a, b);
 }
 
-NB_INT vga_compare_plu(const NB_VOID *a, const NB_VOID *b) {
-    static constexpr std::array<KEY_FIELD, 2> fields = {{
-        {offsetof(VGA_PLU_KEY, plu_alias), vga_compare_asc8},
-        {offsetof(VGA_PLU_KEY, fqplu_name), vga_compare_ebc17},
-    }};
-    return compare_fields(fields, a, b);
+NB_INT vga_compare_rtp_conn(const NB_VOID *a, const NB_VOID *b) {
+    return vga_compare_ebc8(a, b);
 }
 
-NB_INT vga_compare_directory_entries(const NB_VOID *a, const NB_VOID *b) {
-    static constexpr std::array<KEY_FIELD, 3> fields = {{
-        {offsetof(VGA_DIR_KEY, fqcp_name), vga_compare_ebc17},
-        {offsetof(VGA_DIR_KEY, resource_name), vga_compare_ebc17},
-        {offsetof(VGA_DIR_KEY, resource_type), vga_compare_ushort},
-    }};
-    return compare_fields(fields, a, b);
-}
+VGA_COMPOSITE(vga_compare_tp_load_info, {offsetof(VGA_TP_LOAD_KEY, tp_name), vga_compare_tp_names},
+              {offsetof(VGA_TP_LOAD_KEY, lu_alias), vga_compare_asc8})
 
-NB_INT vga_compare_rem_plu(const NB_VOID *a, const NB_VOID *b) {
-    static constexpr std::array<KEY_FIELD, 2> fields = {{
-        {offsetof(VGA_REM_PLU_KEY, fqplu_name), vga_compare_ebc17},
-        {offsetof(VGA_REM_PLU_KEY, type), vga_compare_ushort},
-    }};
-    return compare_fields(fields, a, b);
-}
+VGA_COMPOSITE(vga_compare_sl_sec, {offsetof(VGA_SL_SEC_KEY, lu_alias), vga_compare_asc8},
+              {offsetof(VGA_SL_SEC_KEY, fqplu_name), vga_compare_ebc17})
 
-NB_INT vga_compare_rem_sess(const NB_VOID *a, const NB_VOID *b) {
-    static constexpr std::array<KEY_FIELD, 2> fields = {{
-        {offsetof(VGA_REM_SESS_KEY, lu_alias), vga_compare_asc8},
-        {offsetof(VGA_REM_SESS_KEY, mode_name), vga_compare_ebc8},
-    }};
-    return compare_fields(fields, a, b);
-}
+VGA_COMPOSITE(vga_compare_client_address, {offsetof(VGA_CLIENT_ADDRESS, type), vga_compare_ushort},
+              {offsetof(VGA_CLIENT_ADDRESS, address),
+               compare_asc<sizeof(VGA_CLIENT_ADDRESS::address)>})
+
+VGA_COMPOSITE(vga_compare_tn_session,
+              {offsetof(VGA_TN_SESS_KEY, client), vga_compare_client_address},
+              {offsetof(VGA_TN_SESS_KEY, port), vga_compare_ushort},
+              {offsetof(VGA_TN_SESS_KEY, listen_local_address),
+               compare_asc<sizeof(VGA_TN_SESS_KEY::listen_local_address)>})
+
+VGA_COMPOSITE(vga_compare_tn_redirect,
+              {offsetof(VGA_TN_REDIRECT_KEY, client), vga_compare_client_address},
+              {offsetof(VGA_TN_REDIRECT_KEY, port), vga_compare_ushort})
+
+VGA_COMPOSITE(vga_compare_tamrix_appcip_sess,
+              {offsetof(VGA_TAMRIX_SESS_KEY, lu_name), vga_compare_ebc8},
+              {offsetof(VGA_TAMRIX_SESS_KEY, fqplu_name), vga_compare_ebc17},
+              {offsetof(VGA_TAMRIX_SESS_KEY, mode_name), vga_compare_ebc8},
+              {offsetof(VGA_TAMRIX_SESS_KEY, number), vga_compare_ushort})
+
+VGA_COMPOSITE(vga_compare_pool_lu, {offsetof(VGA_SYS_POOL_LU_KEY, lu_name), vga_compare_ebc8},
+              {offsetof(VGA_SYS_POOL_LU_KEY, node_name), vga_compare_node_name})
+
+VGA_COMPOSITE(vga_compare_dslu_template,
+              {offsetof(VGA_DSLU_TEMPLATE_KEY, template_name), vga_compare_asc8},
+              {offsetof(VGA_DSLU_TEMPLATE_KEY, min_nau), vga_compare_byte},
+              {offsetof(VGA_DSLU_TEMPLATE_KEY, max_nau), vga_compare_byte})
+
+VGA_COMPOSITE(vga_compare_user_status,
+              {offsetof(VGA_USER_STATUS_KEY, user_name), vga_compare_user_name},
+              {offsetof(VGA_USER_STATUS_KEY, session_name), vga_compare_asc8},
+              {offsetof(VGA_USER_STATUS_KEY, node_name), vga_compare_node_name})
+
+VGA_COMPOSITE(vga_compare_ip_address, {offsetof(NB_IP_ADDRESS, family), vga_compare_byte},
+              {offsetof(NB_IP_ADDRESS, octets), compare_octets})
+
+#undef VGA_COMPOSITE
 
 VGA_NODE *vga_find_node(const NB_CHAR *name) {
     NB_CHAR key[sizeof(VGA_NODE::name)] = {};
@@ -195,6 +239,39 @@ VGA_LS *vga_find_ls(const VGA_NODE *node, const NB_UCHAR *name) {
 
 VGA_LOCAL_PU *vga_find_local_pu(const VGA_NODE *node, const NB_UCHAR *name) {
     return find<VGA_LOCAL_PU>(node->local_pus, name);
+}
+
+VGA_DOWN_PU *vga_find_down_pu(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_DOWN_PU>(node->down_pus, name);
+}
+
+VGA_LU03 *vga_find_lu03(const VGA_NODE *node, const NB_UCHAR *pu_name, const NB_UCHAR *lu_name) {
+    VGA_LOCAL_PU *pu = vga_find_local_pu(node, pu_name);
+    return pu != nullptr ? find<VGA_LU03>(pu->lus, lu_name) : nullptr;
+}
+
+VGA_PRIMARY_LINE *vga_find_primary_line(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_PRIMARY_LINE>(node->primary_lines, name);
+}
+
+VGA_CN *vga_find_cn(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_CN>(node->connection_networks, name);
+}
+
+VGA_COS *vga_find_cos(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_COS>(node->classes_of_service, name);
+}
+
+VGA_POOL *vga_find_pool(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_POOL>(node->pools, name);
+}
+
+VGA_SYS_POOL *vga_find_sys_pool(const NB_UCHAR *name) {
+    return find<VGA_SYS_POOL>(gvga_system->pools, name);
+}
+
+VGA_LU62 *vga_find_lu62(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_LU62>(node->lus, name);
 }
 
 VGA_LU62 *vga_find_lu62_by_alias(const VGA_NODE *node, const NB_UCHAR *alias) {

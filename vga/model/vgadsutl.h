@@ -15,6 +15,7 @@ NB_INT vga_compare_asc10(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_asc14(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_asc16(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_node_name(const NB_VOID *a, const NB_VOID *b); /* 128 bytes, as asc */
+NB_INT vga_compare_user_name(const NB_VOID *a, const NB_VOID *b); /* 32 bytes, as asc */
 NB_INT vga_compare_ebc8(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_ebc10(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_ebc17(const NB_VOID *a, const NB_VOID *b);
@@ -26,11 +27,27 @@ NB_INT vga_compare_byte(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_ushort(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_ulong(const NB_VOID *a, const NB_VOID *b);
 
+/* 64-byte names of transaction programs; 8-byte names of RTP connections. */
+NB_INT vga_compare_tp_names(const NB_VOID *a, const NB_VOID *b);
+NB_INT vga_compare_rtp_conn(const NB_VOID *a, const NB_VOID *b);
+
+/* Composite keys, each a struct of vgamodel.h. */
 NB_INT vga_compare_mode(const NB_VOID *a, const NB_VOID *b);              /* VGA_MODE_KEY */
 NB_INT vga_compare_plu(const NB_VOID *a, const NB_VOID *b);               /* VGA_PLU_KEY */
 NB_INT vga_compare_directory_entries(const NB_VOID *a, const NB_VOID *b); /* VGA_DIR_KEY */
 NB_INT vga_compare_rem_plu(const NB_VOID *a, const NB_VOID *b);           /* VGA_REM_PLU_KEY */
 NB_INT vga_compare_rem_sess(const NB_VOID *a, const NB_VOID *b);          /* VGA_REM_SESS_KEY */
+NB_INT vga_compare_lu62_timeouts(const NB_VOID *a, const NB_VOID *b);     /* VGA_LU62_TIMEOUT_KEY */
+NB_INT vga_compare_tp_load_info(const NB_VOID *a, const NB_VOID *b);      /* VGA_TP_LOAD_KEY */
+NB_INT vga_compare_sl_sec(const NB_VOID *a, const NB_VOID *b);            /* VGA_SL_SEC_KEY */
+NB_INT vga_compare_client_address(const NB_VOID *a, const NB_VOID *b);    /* VGA_CLIENT_ADDRESS */
+NB_INT vga_compare_tn_session(const NB_VOID *a, const NB_VOID *b);        /* VGA_TN_SESS_KEY */
+NB_INT vga_compare_tn_redirect(const NB_VOID *a, const NB_VOID *b);       /* VGA_TN_REDIRECT_KEY */
+NB_INT vga_compare_tamrix_appcip_sess(const NB_VOID *a, const NB_VOID *b); /* VGA_TAMRIX_SESS_KEY */
+NB_INT vga_compare_pool_lu(const NB_VOID *a, const NB_VOID *b);            /* VGA_SYS_POOL_LU_KEY */
+NB_INT vga_compare_dslu_template(const NB_VOID *a, const NB_VOID *b); /* VGA_DSLU_TEMPLATE_KEY */
+NB_INT vga_compare_user_status(const NB_VOID *a, const NB_VOID *b);   /* VGA_USER_STATUS_KEY */
+NB_INT vga_compare_ip_address(const NB_VOID *a, const NB_VOID *b);    /* NB_IP_ADDRESS */
 
 /* Look-ups by exact key; null when there is none.  Names as the model holds them. */
 VGA_NODE *vga_find_node(const NB_CHAR *name); /* text of at most 128 bytes */
@@ -38,6 +55,14 @@ VGA_DLC *vga_find_dlc(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_PORT *vga_find_port(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LS *vga_find_ls(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LOCAL_PU *vga_find_local_pu(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_DOWN_PU *vga_find_down_pu(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_LU03 *vga_find_lu03(const VGA_NODE *node, const NB_UCHAR *pu_name, const NB_UCHAR *lu_name);
+VGA_PRIMARY_LINE *vga_find_primary_line(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_CN *vga_find_cn(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_COS *vga_find_cos(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_POOL *vga_find_pool(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_SYS_POOL *vga_find_sys_pool(const NB_UCHAR *name);
+VGA_LU62 *vga_find_lu62(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LU62 *vga_find_lu62_by_alias(const VGA_NODE *node, const NB_UCHAR *alias);
 VGA_REM_SYS *vga_find_rem_sys(const VGA_NODE *node, const NB_UCHAR *fqcp_name);
 VGA_REM_PLU *vga_find_rem_plu(const VGA_NODE *node, const NB_UCHAR *fqplu_name, NB_USHORT type);

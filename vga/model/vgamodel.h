@@ -22,6 +22,9 @@ struct VGA_LU03;
 struct VGA_LU62;
 struct VGA_REM_SYS;
 struct VGA_REM_PLU;
+struct VGA_DOWN_PU;
+struct VGA_EXTRA_DATA;
+struct VGA_POOL;
 
 /* A record's presence on the screen. */
 struct VGA_GUI_DATA {
@@ -36,6 +39,75 @@ template <class Owner, class Data> struct VGA_RECORD {
     Owner *parent;
     Data *vcb; /* from malloc, replaced whole by a merge */
     VGA_GUI_DATA gui_data;
+};
+
+/* Keys of several fields; the names in them are as the entries have them. */
+struct VGA_MODE_KEY {
+    NB_UCHAR mode_name[8];
+    NB_UCHAR fqplu_name[17];
+};
+struct VGA_PLU_KEY {
+    NB_UCHAR plu_alias[8]; /* local */
+    NB_UCHAR fqplu_name[17];
+};
+struct VGA_DIR_KEY {
+    NB_UCHAR fqcp_name[17];
+    NB_UCHAR resource_name[17];
+    NB_USHORT resource_type;
+};
+struct VGA_REM_PLU_KEY {
+    NB_UCHAR fqplu_name[17];
+    NB_UCHAR reserved;
+    NB_USHORT type; /* NAP_DIR_LU or NAP_DIR_WILDCARD_LU */
+};
+struct VGA_REM_SESS_KEY {
+    NB_UCHAR lu_alias[8]; /* local */
+    NB_UCHAR mode_name[8];
+};
+struct VGA_LU62_TIMEOUT_KEY {
+    NB_USHORT resource_type;    /* NAP_TIMEOUT_GLOBAL and the like */
+    NB_UCHAR resource_name[17]; /* EBCDIC */
+};
+struct VGA_TP_LOAD_KEY {
+    NB_UCHAR tp_name[64]; /* EBCDIC */
+    NB_UCHAR lu_alias[8]; /* local */
+};
+struct VGA_SL_SEC_KEY {
+    NB_UCHAR lu_alias[8]; /* local */
+    NB_UCHAR fqplu_name[17];
+};
+struct VGA_CLIENT_ADDRESS {
+    NB_USHORT type;       /* NAP_TN_DEFAULT_RECORD and the like */
+    NB_UCHAR address[68]; /* local, padded with NULs */
+};
+struct VGA_TN_SESS_KEY {
+    VGA_CLIENT_ADDRESS client;
+    NB_USHORT port;
+    NB_UCHAR listen_local_address[46]; /* local, padded with NULs */
+};
+struct VGA_TN_REDIRECT_KEY {
+    VGA_CLIENT_ADDRESS client;
+    NB_USHORT port;
+};
+struct VGA_TAMRIX_SESS_KEY {
+    NB_UCHAR lu_name[8];
+    NB_UCHAR fqplu_name[17];
+    NB_UCHAR mode_name[8];
+    NB_USHORT number;
+};
+struct VGA_SYS_POOL_LU_KEY {
+    NB_UCHAR lu_name[8];
+    NB_CHAR node_name[128]; /* local, padded with NULs */
+};
+struct VGA_DSLU_TEMPLATE_KEY {
+    NB_UCHAR template_name[8]; /* local */
+    NB_UCHAR min_nau;
+    NB_UCHAR max_nau;
+};
+struct VGA_USER_STATUS_KEY {  /* a line of a user's status */
+    NB_UCHAR user_name[32];   /* local, padded with NULs */
+    NB_UCHAR session_name[8]; /* local */
+    NB_CHAR node_name[128];   /* local, padded with NULs */
 };
 
 /* The domain's chains of the build; each flag is 1 until its chain is done. */
@@ -121,8 +193,17 @@ struct VGA_SYSTEM {
     NB_CHAR config_name[129]; /* its name, text */
     VGA_LOGGING_SETTINGS logging;
     AVL_TREE nodes;         /* VGA_NODE by name */
+    AVL_TREE net_nodes;     /* VGA_SNA_NET_NODE by name */
+    AVL_TREE users;         /* VGA_USER by name */
+    AVL_TREE cpics;         /* VGA_CPIC by name */
+    AVL_TREE rje_wkstns;    /* VGA_RJE_WKSTN by name */
+    AVL_TREE pools;         /* VGA_SYS_POOL by name */
     AVL_TREE dependent_lus; /* VGA_LU03 of all nodes by LU name */
     VGA_VIEWER_ROOT node_viewer_root;
+    VGA_VIEWER_ROOT user_viewer_root;
+    VGA_VIEWER_ROOT pool_viewer_root;
+    VGA_VIEWER_ROOT cpic_viewer_root;
+    VGA_VIEWER_ROOT rje_viewer_root;
 };
 
 extern VGA_SYSTEM *gvga_system;
@@ -161,143 +242,68 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     AVL_TREE dlcs;
     AVL_TREE ports;
     AVL_TREE link_stations;
+    AVL_TREE connection_networks;
     AVL_TREE local_pus;
+    AVL_TREE down_pus;
+    AVL_TREE dspu_templates;
+    AVL_TREE primary_lines;
+    AVL_TREE primary_lu0s;
+    AVL_TREE rtp_conns;
     AVL_TREE lus;        /* VGA_LU62 by name */
     AVL_TREE lu_aliases; /* VGA_LU62 by alias */
     AVL_TREE mode_defs;
+    AVL_TREE lu62_timeouts;
     AVL_TREE classes_of_service;
     AVL_TREE directory;
     AVL_TREE remote_systems;
     AVL_TREE remote_plus; /* VGA_REM_PLU of all remote systems by name and type */
+    AVL_TREE tp_defs;
+    AVL_TREE tp_load_infos;
+    AVL_TREE sl_security; /* VGA_SLSEC_DEF of all local LUs by LU alias and partner */
+    AVL_TREE cl_security;
+    AVL_TREE access_lists;
+    AVL_TREE pools; /* VGA_POOL by name */
+    AVL_TREE tn_clients;
+    AVL_TREE tn_sessions; /* VGA_TN_SESS of all clients */
+    AVL_TREE tn_assocs;
+    AVL_TREE tn_redirects;
+    AVL_TREE tamrix_numbers;  /* VGA_TAMRIX_APPCIP_SESS by number */
+    AVL_TREE tamrix_sessions; /* the same by key */
 
     VGA_LU62 *cp_lu;                   /* stands for the control point */
     VGA_REM_SYS *network_fake_rem_sys; /* partners whose control point is not known */
     VGA_PORT *dlur_fake_port;          /* over the PUs that a dependent LU server serves */
     VGA_PORT *primary_line_fake_port;
 
+    /* The node window's panes, and the lists of the node's other windows. */
     VGA_VIEWER_ROOT connectivity_root;
     VGA_VIEWER_ROOT local_lu_root;
     VGA_VIEWER_ROOT rem_sys_root;
+    VGA_VIEWER_ROOT mode_def_root;
+    VGA_VIEWER_ROOT tp_def_root;
+    VGA_VIEWER_ROOT tp_load_root;
+    VGA_VIEWER_ROOT sl_security_root;
+    VGA_VIEWER_ROOT cl_security_root;
+    VGA_VIEWER_ROOT access_list_root;
+    VGA_VIEWER_ROOT tn_session_root;
+    VGA_VIEWER_ROOT tn_assoc_root;
+    VGA_VIEWER_ROOT tn_redirect_root;
+    VGA_VIEWER_ROOT rtp_conn_root;
+    VGA_VIEWER_ROOT tamrix_root;
+
+    /* Their fixed title lines. */
+    VGA_VIEWER_ITEM sl_security_title;
+    VGA_VIEWER_ITEM tn_session_title;
+    VGA_VIEWER_ITEM tn_assoc_title;
+    VGA_VIEWER_ITEM tn_redirect_title;
+    VGA_VIEWER_ITEM rtp_conn_title;
+    VGA_VIEWER_ITEM tamrix_title;
+
+    NB_LQE rtp_conn_dialog_root_lqe; /* open dialogs on RTP connections */
 };
 
-struct VGA_DLC : VGA_RECORD<VGA_NODE, NAP_DLC_DATA> {
-    AVL_NODE links;
-    NB_UCHAR name[8]; /* local */
-    AVL_TREE ports;
-};
-
-/* The two placeholder ports have a line but neither a DLC nor a `vcb`; they stand in no index. */
-struct VGA_PORT : VGA_RECORD<VGA_DLC, NAP_PORT_DATA> {
-    AVL_NODE node_links;
-    AVL_NODE dlc_links;
-    VGA_NODE *node;
-    NB_UCHAR name[8]; /* local */
-    AVL_TREE link_stations;
-};
-
-struct VGA_LS : VGA_RECORD<VGA_PORT, NAP_LS_DATA> {
-    AVL_NODE node_links;
-    AVL_NODE port_links;
-    NB_UCHAR name[8];       /* local */
-    NB_UCHAR state;         /* NAP_NOT_ACTIVE and the like: what its line shows */
-    VGA_LOCAL_PU *local_pu; /* the PU that a host link makes; null: none */
-};
-
-struct VGA_LOCAL_PU : VGA_RECORD<VGA_NODE, NAP_PU_DATA> {
-    AVL_NODE links;
-    NB_UCHAR name[8];
-    VGA_LS *ls_entry; /* the link station that makes it; null: DLUR-served */
-    AVL_TREE lus;     /* VGA_LU03 by name */
-};
-
-struct VGA_LU03 : VGA_RECORD<VGA_LOCAL_PU, NAP_LU03_DATA> {
-    AVL_NODE links;
-    AVL_NODE domain_links;
-    NB_UCHAR name[8];
-    const NB_UCHAR *domain_key; /* points at `name`: what the domain's index compares */
-};
-
-struct VGA_LU62 : VGA_RECORD<VGA_NODE, NAP_LOCAL_LU_DATA> {
-    AVL_NODE name_links;
-    AVL_NODE alias_links;
-    NB_UCHAR name[8];
-    NB_UCHAR alias[8]; /* local */
-    AVL_TREE modes;    /* VGA_MODE */
-    AVL_TREE partners; /* VGA_PLU */
-};
-
-struct VGA_MODE_DEF : VGA_RECORD<VGA_NODE, NAP_MODE_DEF_DATA> {
-    AVL_NODE links;
-    NB_UCHAR name[8];
-    NB_USHORT sna_defined; /* flag */
-};
-
-/* Keys of several fields, as they stand in the entries. */
-struct VGA_MODE_KEY {
-    NB_UCHAR mode_name[8];
-    NB_UCHAR fqplu_name[17];
-};
-struct VGA_PLU_KEY {
-    NB_UCHAR plu_alias[8]; /* local */
-    NB_UCHAR fqplu_name[17];
-};
-struct VGA_DIR_KEY {
-    NB_UCHAR fqcp_name[17];
-    NB_UCHAR resource_name[17];
-    NB_USHORT resource_type;
-};
-struct VGA_REM_PLU_KEY {
-    NB_UCHAR fqplu_name[17];
-    NB_UCHAR reserved;
-    NB_USHORT type; /* NAP_DIR_LU or NAP_DIR_WILDCARD_LU */
-};
-struct VGA_REM_SESS_KEY {
-    NB_UCHAR lu_alias[8]; /* local */
-    NB_UCHAR mode_name[8];
-};
-
-struct VGA_MODE : VGA_RECORD<VGA_LU62, NAP_MODE_DATA> {
-    AVL_NODE links;
-    VGA_MODE_KEY key;
-};
-
-struct VGA_PLU : VGA_RECORD<VGA_LU62, NAP_PLU_DATA> {
-    AVL_NODE links;
-    VGA_PLU_KEY key;
-};
-
-struct VGA_COS : VGA_RECORD<VGA_NODE, NAP_COS_DATA> {
-    AVL_NODE links;
-    NB_UCHAR name[8];
-};
-
-struct VGA_DIR : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
-    AVL_NODE links;
-    VGA_DIR_KEY key;
-};
-
-/* A remote system has no list of its own: directory entries, modes and partner definitions name
- * it, and `vcb` is the directory entry of its control point when there is one. */
-struct VGA_REM_SYS : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
-    AVL_NODE links;
-    NB_UCHAR name[17];
-    NB_USHORT defined; /* flag: the directory holds it */
-    AVL_TREE remote_plu_tree;
-};
-
-struct VGA_REM_PLU : VGA_RECORD<VGA_REM_SYS, NAP_PLU_DEF_DATA> {
-    AVL_NODE links;
-    AVL_NODE node_links;
-    VGA_REM_PLU_KEY key;
-    NB_USHORT defined;      /* flag: a partner LU definition exists */
-    NB_USHORT in_directory; /* flag: a directory entry exists */
-    AVL_TREE sess_tree;
-};
-
-/* Sessions of one local LU with one mode to a partner. */
-struct VGA_REM_SESS : VGA_RECORD<VGA_REM_PLU, NAP_MODE_DATA> {
-    AVL_NODE links;
-    VGA_REM_SESS_KEY key;
-};
+#include "vgamdlnk.h"
+#include "vgamdlus.h"
+#include "vgamdsrv.h"
 
 #endif

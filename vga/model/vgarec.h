@@ -12,6 +12,7 @@
 #include "vgadgutl.h"
 #include "vgamodel.h"
 #include "vganofq.h"
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <type_traits>
@@ -36,6 +37,10 @@ struct VGA_LINE_PLACE {
 template <class Record> struct VGA_RECORD_TYPE;
 
 template <class Record> struct VGA_RECORD_DEFAULTS {
+    /* 1: the data are an item inside another record's entry, without a length of their own. */
+    static constexpr NB_USHORT nested = 0;
+    /* Bytes that every entry has at least; less than the data's where nested items end it. */
+    static constexpr NB_USHORT fixed_size = sizeof(std::remove_pointer_t<decltype(Record::vcb)>);
     /* Required: static std::array<VGA_INDEX_LINK, N> links(Record &record): its indexes.  The first
      * decides whether the record is known already; the others must agree. */
 
@@ -48,10 +53,20 @@ template <class Record> struct VGA_RECORD_DEFAULTS {
     static VGA_LINE_PLACE line(Record &) { return {}; }
     /* What follows from a record that has just joined the model. */
     static NB_VOID linked(Record &) {}
+    /* What follows from a new data block, of a record that joined or of a merge: children that the
+     * entry carries, records that it implies.  Returns 0 without memory. */
+    static NB_USHORT settled(Record &) { return 1; }
     /* Deletes everything below the record; the first child is taken anew each time. */
     static NB_VOID delete_children(Record &) {}
     /* Clears the other records' references to one that is about to go. */
     static NB_VOID unlinked(Record &) {}
+};
+
+/* A record that is in one index of its owner under one key. */
+template <class Record, auto Tree, auto Key> struct VGA_ONE_INDEX : VGA_RECORD_DEFAULTS<Record> {
+    static std::array<VGA_INDEX_LINK, 1> links(Record &record) {
+        return {{{&(record.parent->*Tree), &record.links, &(record.*Key), 0}}};
+    }
 };
 
 inline NB_VOID vga_init_tree(AVL_TREE &tree, AVL_COMPARE compare) {
@@ -76,15 +91,15 @@ template <class Record> NB_VOID vga_free_record(Record *record) {
     free(record);
 }
 
-/* Makes a record with a private copy of the list entry (at least `sizeof` its data; null: a zeroed
- * block).  Returns null without memory or handle; nothing is kept then. */
+/* Makes a record with a private copy of the list entry, as long as the entry says and at least its
+ * type's fixed size; null: a zeroed block.  Returns null without memory or handle; nothing is kept
+ * then. */
 template <class Record, class Owner> Record *vga_init_record(Owner *owner, const NB_VOID *entry) {
     using DATA = std::remove_pointer_t<decltype(Record::vcb)>;
     NB_USHORT size = sizeof(DATA);
-    if (entry != nullptr) {
-        NB_USHORT stated;
-        memcpy(&stated, entry, sizeof(stated));
-        size = stated > size ? stated : size;
+    if (entry != nullptr && !VGA_RECORD_TYPE<Record>::nested) {
+        memcpy(&size, entry, sizeof(size));
+        size = std::max(size, VGA_RECORD_TYPE<Record>::fixed_size);
     }
     NB_USHORT rounded = static_cast<NB_USHORT>((size + 3) & ~3);
     VGA_OWNED<Record> record(static_cast<Record *>(calloc(1, sizeof(Record))));
@@ -161,11 +176,11 @@ template <class Record> Record *vga_merge_record(Record *fresh, Record *kept) {
     VGA_RECORD_TYPE<Record>::merged(*kept, *fresh);
     vga_free_record(fresh);
     vga_update_line(kept);
-    return kept;
+    return VGA_RECORD_TYPE<Record>::settled(*kept) ? kept : nullptr;
 }
 
 /* Links a record into its indexes and creates its line, or merges it.  Returns the record that
- * stays in the model. */
+ * stays in the model; null when there was no memory for what follows from it. */
 template <class Record> Record *vga_insert_record(Record *record) {
     auto links = VGA_RECORD_TYPE<Record>::links(*record);
     if (ntl_avl_insert(links[0].tree, links[0].node) == 0) {
@@ -184,7 +199,7 @@ template <class Record> Record *vga_insert_record(Record *record) {
     }
     vga_create_line(record);
     VGA_RECORD_TYPE<Record>::linked(*record);
-    return record;
+    return VGA_RECORD_TYPE<Record>::settled(*record) ? record : nullptr;
 }
 
 /* Deletes a record and everything below it.  A dialog that is open on it is told and stays on the screen but no
@@ -211,11 +226,53 @@ template <class Record> NB_VOID vga_delete_record(Record *record) {
     vga_free_record(record);
 }
 
+/* Moves a record to another place in an index, whose key field `change` sets anew. */
+template <class Change> NB_VOID vga_relink(AVL_TREE &tree, AVL_NODE &links, Change change) {
+    ntl_avl_delete(&tree, &links);
+    change();
+    if (ntl_avl_insert(&tree, &links) == 0) {
+        v0_assert(__FILE__, __LINE__, "FALSE");
+    }
+}
+
 /* Deletes every record of an index. */
 template <class Record> NB_VOID vga_delete_all(AVL_TREE &tree) {
     while (auto *first = static_cast<Record *>(AVL_FIRST(tree))) {
         vga_delete_record(first);
     }
+}
+
+/* The arguments of vga_merge_nested that say where an owner's entry has its items. */
+#define VGA_NESTED(owner, items, count)                                                            \
+    offsetof(std::remove_pointer_t<decltype((owner).vcb)>, def_data.items),                        \
+        (owner).vcb->def_data.count
+
+/* Brings an owner's children in line with the items of its entry: adds or merges each, then deletes
+ * the children that no item names.  A count that the entry is too short for is cut.  Returns 0
+ * without memory. */
+template <class Child, class Owner>
+NB_USHORT vga_merge_nested(Owner &owner, AVL_TREE &tree, size_t offset, NB_USHORT count) {
+    constexpr size_t most = 64;
+    constexpr size_t item_size = sizeof(std::remove_pointer_t<decltype(Child::vcb)>);
+    NB_USHORT entry_size;
+    memcpy(&entry_size, owner.vcb, sizeof(entry_size));
+    size_t room = entry_size > offset ? (entry_size - offset) / item_size : 0;
+    size_t items = std::min({static_cast<size_t>(count), room, most});
+    const auto *item = reinterpret_cast<const NB_UCHAR *>(owner.vcb) + offset;
+    std::array<Child *, most> named;
+    for (size_t at = 0; at < items; at++, item += item_size) {
+        Child *child = vga_init_record<Child>(&owner, item);
+        named[at] = child != nullptr ? vga_insert_record(child) : nullptr;
+        if (named[at] == nullptr) {
+            return 0;
+        }
+    }
+    vga_for_each(tree, &Child::links, [&named, items](Child &child) {
+        if (std::find(named.begin(), named.begin() + items, &child) == named.begin() + items) {
+            vga_delete_record(&child);
+        }
+    });
+    return 1;
 }
 
 #endif
