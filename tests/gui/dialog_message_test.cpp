@@ -95,6 +95,51 @@ TEST_F(Dialogs, ClosingDiscardsMessages) {
     EXPECT_EQ(shown(moded), "") << "messages of its former life";
 }
 
+// A thousand errors come one after the other, each once and in order; what the operator does not want
+// to see any more goes with the dialog.
+TEST_F(Dialogs, StormOfErrors) {
+    constexpr int storm = 1000;
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    for (int number = 0; number < storm; number++) {
+        error(moded, std::to_string(number).c_str());
+    }
+    for (int number = 0; number < storm / 2; number++) {
+        ASSERT_EQ(shown(moded), std::to_string(number));
+        XmAnyCallbackStruct pressed = {XmCR_OK, nullptr};
+        XtCallCallbacks(moded->modal_dlg.dialog, XmNokCallback, &pressed);
+        vga_check_modal_dialog_queues();
+    }
+    EXPECT_EQ(events.answers.size(), size_t{storm / 2});
+    vga_close_children(moded, 1, 0);
+    gui::settle();
+    EXPECT_TRUE(NB_EMPTY_LIST(moded->modal_dlg.queue));
+    EXPECT_FALSE(XtIsManaged(moded->modal_dlg.dialog));
+    EXPECT_EQ(shown(main_dialog), "");
+    EXPECT_EQ(events.answers.size(), size_t{storm / 2}) << "nobody answered the others";
+}
+
+TEST_F(Dialogs, BoxesHaveSymbolsOfTheirOwn) {
+    auto symbol = [this] {
+        Pixmap pixmap = None;
+        XtVaGetValues(main_dialog->modal_dlg.dialog, XmNsymbolPixmap, &pixmap, nullptr);
+        return pixmap;
+    };
+    error(main_dialog, "an error");
+    Pixmap of_error = symbol();
+    Window root;
+    int x, y;
+    unsigned width = 0, height, border, depth;
+    XGetGeometry(gvga_display, of_error, &root, &x, &y, &width, &height, &border, &depth);
+    EXPECT_EQ(width, 32U);
+    answer(main_dialog);
+    confirm(main_dialog, "a question?");
+    EXPECT_NE(symbol(), of_error);
+    answer(main_dialog);
+    error(main_dialog, "an error again");
+    EXPECT_EQ(symbol(), of_error) << "each is drawn once";
+    answer(main_dialog);
+}
+
 TEST_F(Dialogs, AnswerMayCloseTheDialogOrShowMore) {
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
     events.on_answer = [](VGA_DIALOG *desc) {

@@ -89,10 +89,10 @@ end module;
 // Compiles the description into a folder of its own, which goes when the tests end.
 class DESCRIPTION {
 public:
-    DESCRIPTION() {
+    explicit DESCRIPTION(const char *source = uil_source) {
         char name[] = "/tmp/dialogXXXXXX";
         folder = mkdtemp(name);
-        std::ofstream(folder / "test.uil") << uil_source;
+        std::ofstream(folder / "test.uil") << source;
         std::string command = "uil -o " + file() + " " + (folder / "test.uil").string();
         compiled = system(command.c_str()) == 0;
     }

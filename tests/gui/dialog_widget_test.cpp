@@ -69,6 +69,52 @@ TEST_F(Dialogs, BusyCursor) {
     EXPECT_FALSE(busy(closed)) << "it was closed while the program was busy";
 }
 
+// The entries of the Windows menu.
+TEST_F(Dialogs, NodeWindowsStandInTheMenu) {
+    Widget menu = part("*nodewFileMenu");
+    VGA_DIALOG *first = open(VGA_UID_TP_WINDOW, main_dialog);
+    VGA_DIALOG *second = open(VGA_UID_TP_WINDOW, main_dialog);
+    EXPECT_EQ(vga_add_node_window_widget(main_dialog, "alpha"), 1);
+    vga_set_node_window_menu(menu); // the first is there before the menu
+    EXPECT_EQ(vga_add_node_window_widget(first, "beta"), 2);
+    EXPECT_EQ(vga_add_node_window_widget(second, "gamma"), 3);
+    auto entries = [menu] {
+        WidgetList children;
+        Cardinal count;
+        XtVaGetValues(menu, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+        std::vector<std::string> names;
+        for (Cardinal at = 0; at < count; at++) {
+            if (vga_get_node_number_from_widget(children[at]) != 0) {
+                XmString label;
+                XtVaGetValues(children[at], XmNlabelString, &label, nullptr);
+                auto *text = static_cast<char *>(XmStringUnparse(label, nullptr, XmCHARSET_TEXT,
+                                                                 XmMULTIBYTE_TEXT, nullptr, 0,
+                                                                 XmOUTPUT_ALL));
+                names.push_back(text);
+                XtFree(text);
+                XmStringFree(label);
+            }
+        }
+        return names;
+    };
+    EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "2  beta", "3  gamma"}));
+    vga_remove_node_window_widget(first);
+    EXPECT_EQ(vga_add_node_window_widget(second, "delta"), 3) << "a window keeps its number";
+    gui::settle();
+    EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "3  delta"}));
+    EXPECT_EQ(vga_add_node_window_widget(first, "beta"), 2) << "the lowest that is free";
+    EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "2  beta", "3  delta"}));
+    EXPECT_EQ(vga_get_node_number_from_widget(part("*nodewItem")), 0);
+    vga_raise_node_window(part("*nodewItem"), nullptr, nullptr);
+    EXPECT_EQ(vga_node_widget_mnemonic(1), KeySym{XK_1});
+    EXPECT_EQ(vga_node_widget_mnemonic(10), KeySym{XK_a});
+    EXPECT_EQ(vga_node_widget_mnemonic(36), KeySym{NoSymbol});
+    vga_remove_all_node_window_widgets();
+    vga_set_node_window_menu(nullptr);
+    gui::settle();
+    EXPECT_TRUE(entries().empty());
+}
+
 TEST_F(Dialogs, TitlesCarryNamesOnRequest) {
     gvga_display_names = 1;
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
