@@ -45,8 +45,8 @@ Result Engine::set_session_limit(const NB_UCHAR *block) {
     std::vector<NB_UCHAR> entry(row.overlay_size());
     memcpy(entry.data(), &mode, sizeof mode);
     if (store_ != nullptr &&
-        !store_->write({{row.name, resource->entry.get() + KEY_OFFSET, row.key_size(),
-                         entry.data(), row.overlay_size(), &resource->behaviour}})) {
+        !store_->write({{row.name, resource->entry.get() + KEY_OFFSET, row.key_size(), entry.data(),
+                         row.overlay_size(), &resource->behaviour}})) {
         return bad_state(NAP_STORE_FAILED);
     }
     put(*resource, mode);

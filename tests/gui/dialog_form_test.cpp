@@ -62,8 +62,17 @@ struct FORM_DESC {
 };
 
 enum { SHOWN, NAME, LIMIT, LOW, TIMED, TIMEOUT, LEVEL };
-enum MESSAGES : NB_USHORT { NO_NAME = 20, NO_LIMIT, BAD_LIMIT, NO_LOW, BAD_LOW, BAD_TIME, TAKEN,
-                            ASKED, FAULTY };
+enum MESSAGES : NB_USHORT {
+    NO_NAME = 20,
+    NO_LIMIT,
+    BAD_LIMIT,
+    NO_LOW,
+    BAD_LOW,
+    BAD_TIME,
+    TAKEN,
+    ASKED,
+    FAULTY
+};
 
 const VGA_CHOICE levels[] = {{"*modedNone", 0}, {"*modedRLE", 4}};
 
@@ -75,18 +84,42 @@ NB_USHORT name_free(const NB_VOID *, const NB_VOID *data) {
 }
 
 const VGA_FIELD fields[] = {
-    {.widget = "*modedShown", .kind = VGA_FIELD_NUMBER, .uses = VGA_FIELD_SHOWN,
+    {.widget = "*modedShown",
+     .kind = VGA_FIELD_NUMBER,
+     .uses = VGA_FIELD_SHOWN,
      VGA_IN(RECORD, active)},
-    {.widget = "*modedName", .kind = VGA_FIELD_LOCAL, .uses = VGA_FIELD_KEY, VGA_IN(RECORD, name),
-     .empty = NO_NAME, .check = name_free},
-    {.widget = "*modedLimit", .kind = VGA_FIELD_NUMBER, VGA_IN(RECORD, limit), .high = 100,
-     .empty = NO_LIMIT, .bad = BAD_LIMIT},
-    {.widget = "*modedLow", .kind = VGA_FIELD_NUMBER, VGA_IN(RECORD, low), .high = 100,
-     .at_most = low_at_most, .empty = NO_LOW, .bad = BAD_LOW},
+    {.widget = "*modedName",
+     .kind = VGA_FIELD_LOCAL,
+     .uses = VGA_FIELD_KEY,
+     VGA_IN(RECORD, name),
+     .empty = NO_NAME,
+     .check = name_free},
+    {.widget = "*modedLimit",
+     .kind = VGA_FIELD_NUMBER,
+     VGA_IN(RECORD, limit),
+     .high = 100,
+     .empty = NO_LIMIT,
+     .bad = BAD_LIMIT},
+    {.widget = "*modedLow",
+     .kind = VGA_FIELD_NUMBER,
+     VGA_IN(RECORD, low),
+     .high = 100,
+     .at_most = low_at_most,
+     .empty = NO_LOW,
+     .bad = BAD_LOW},
     {.widget = "*modedTimed", .kind = VGA_FIELD_FLAG, VGA_IN(RECORD, timed)},
-    {.widget = "*modedTimeout", .kind = VGA_FIELD_NUMBER, VGA_IN(RECORD, timeout), .low = 1,
-     .high = 10, .empty = BAD_TIME, .bad = BAD_TIME, .when = {.field = TIMED}},
-    {.widget = "*modedLevel", .kind = VGA_FIELD_CHOICE, VGA_IN(RECORD, level), .choices = levels,
+    {.widget = "*modedTimeout",
+     .kind = VGA_FIELD_NUMBER,
+     VGA_IN(RECORD, timeout),
+     .low = 1,
+     .high = 10,
+     .empty = BAD_TIME,
+     .bad = BAD_TIME,
+     .when = {.field = TIMED}},
+    {.widget = "*modedLevel",
+     .kind = VGA_FIELD_CHOICE,
+     VGA_IN(RECORD, level),
+     .choices = levels,
      .choice_count = 2},
 };
 
@@ -150,6 +183,7 @@ protected:
         static DESCRIPTION others(uil_source);
         std::string other = others.file();
         String files[] = {own.data(), other.data()};
+        MrmCloseHierarchy(gvga_uil_hierarchy);
         ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 2, files, nullptr, &gvga_uil_hierarchy),
                   MrmSUCCESS);
     }

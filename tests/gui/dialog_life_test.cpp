@@ -149,6 +149,7 @@ TEST_F(Dialogs, NodeWindowOfADomainHasItsOwnShell) {
     auto &system_window = gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].get_widgets;
     auto without_system_window = system_window;
     system_window = gvga_uid_desc[VGA_UID_NODE_WINDOW].get_widgets;
+    gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].later = 0;
     gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 1;
     VGA_DIALOG *window = nullptr;
     ASSERT_EQ(vga_get_dialog(VGA_UID_NODE_WINDOW, main_dialog, &record, &window), 1);

@@ -95,8 +95,8 @@ TEST_F(Dialogs, ClosingDiscardsMessages) {
     EXPECT_EQ(shown(moded), "") << "messages of its former life";
 }
 
-// A thousand errors come one after the other, each once and in order; what the operator does not want
-// to see any more goes with the dialog.
+// A thousand errors come one after the other, each once and in order; what the operator does not
+// want to see any more goes with the dialog.
 TEST_F(Dialogs, StormOfErrors) {
     constexpr int storm = 1000;
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);

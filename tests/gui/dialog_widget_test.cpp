@@ -87,9 +87,8 @@ TEST_F(Dialogs, NodeWindowsStandInTheMenu) {
             if (vga_get_node_number_from_widget(children[at]) != 0) {
                 XmString label;
                 XtVaGetValues(children[at], XmNlabelString, &label, nullptr);
-                auto *text = static_cast<char *>(XmStringUnparse(label, nullptr, XmCHARSET_TEXT,
-                                                                 XmMULTIBYTE_TEXT, nullptr, 0,
-                                                                 XmOUTPUT_ALL));
+                auto *text = static_cast<char *>(XmStringUnparse(
+                    label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
                 names.push_back(text);
                 XtFree(text);
                 XmStringFree(label);

@@ -36,14 +36,22 @@ NB_USHORT no_seven(const NB_VOID *, const NB_VOID *data) {
     return static_cast<const DATA *>(data)->byte == 7 ? OWN : 0;
 }
 
-const VGA_FIELD number = {.kind = VGA_FIELD_NUMBER, VGA_IN(DATA, byte), .high = 200,
-                          .empty = EMPTY, .bad = BAD, .check = no_seven};
-const VGA_FIELD optional = {.kind = VGA_FIELD_NUMBER, VGA_IN(DATA, word), .low = 1, .high = 40000,
-                            .bad = BAD};
-const VGA_FIELD limited = {.kind = VGA_FIELD_NUMBER, VGA_IN(DATA, longer), .high = 1000,
-                           .at_most = word_limit, .empty = EMPTY, .bad = BAD};
-const VGA_FIELD has_sign = {.kind = VGA_FIELD_SIGNED, VGA_IN(DATA, word), .low = -5, .high = 5,
-                            .empty = EMPTY, .bad = BAD};
+const VGA_FIELD number = {.kind = VGA_FIELD_NUMBER,
+                          VGA_IN(DATA, byte),
+                          .high = 200,
+                          .empty = EMPTY,
+                          .bad = BAD,
+                          .check = no_seven};
+const VGA_FIELD optional = {
+    .kind = VGA_FIELD_NUMBER, VGA_IN(DATA, word), .low = 1, .high = 40000, .bad = BAD};
+const VGA_FIELD limited = {.kind = VGA_FIELD_NUMBER,
+                           VGA_IN(DATA, longer),
+                           .high = 1000,
+                           .at_most = word_limit,
+                           .empty = EMPTY,
+                           .bad = BAD};
+const VGA_FIELD has_sign = {
+    .kind = VGA_FIELD_SIGNED, VGA_IN(DATA, word), .low = -5, .high = 5, .empty = EMPTY, .bad = BAD};
 const VGA_FIELD text = {.kind = VGA_FIELD_TEXT, VGA_IN(DATA, text), .bad = BAD};
 const VGA_FIELD local = {.kind = VGA_FIELD_LOCAL, VGA_IN(DATA, name), .empty = EMPTY, .bad = BAD};
 const VGA_FIELD ebcdic = {.kind = VGA_FIELD_EBCDIC, VGA_IN(DATA, name), .bad = BAD};
@@ -159,8 +167,8 @@ TEST_F(Fields, HalvesMakeOneName) {
     EXPECT_EQ(reads(fq), "");
 }
 
-// Whatever bytes a node sends, a field shows a text within its size; and what a field shows it takes
-// back as it was.
+// Whatever bytes a node sends, a field shows a text within its size; and what a field shows it
+// takes back as it was.
 TEST_F(Fields, RoundTrips) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));

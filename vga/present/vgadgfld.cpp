@@ -64,8 +64,7 @@ NB_VOID ip_text(const BYTES &bytes, NB_USHORT width, NB_CHAR *text) {
 NB_USHORT read_number(const VGA_FIELD &field, const NB_CHAR *text, const NB_VOID *data,
                       BYTES &bytes) {
     int64_t value = 0;
-    VGA_NUMBER_STATE state =
-        vga_read_number(text, field.low, vga_field_high(field, data), &value);
+    VGA_NUMBER_STATE state = vga_read_number(text, field.low, vga_field_high(field, data), &value);
     if (state == VGA_NUMBER_OUT_OF_RANGE) {
         return 0;
     }
@@ -94,14 +93,14 @@ NB_USHORT read_ebcdic(const NB_CHAR *text, NB_USHORT width, BYTES &bytes) {
     return ntl_check_name(NB_EBCDIC_TYPE_A, bytes.data(), width);
 }
 
-/* Without a period it is a network identifier alone, as in a wildcard. */
+/* Without a period it is a network identifier alone, as in a wildcard; no text makes blanks. */
 NB_USHORT read_fq_name(const NB_CHAR *text, BYTES &bytes) {
     if (read_text(text, NTL_FQ_NAME_WIDTH, local_blank, NTL_FQ_NAME_WIDTH, bytes) == 0) {
         return 0;
     }
     nba_local_to_ebcdic(bytes.data(), NTL_FQ_NAME_WIDTH);
     NB_USHORT state = ntl_check_fq_name(bytes.data());
-    return state == NTL_FQ_QUALIFIED || state == NTL_FQ_UNQUALIFIED;
+    return text[0] == '\0' || state == NTL_FQ_QUALIFIED || state == NTL_FQ_UNQUALIFIED;
 }
 
 /* One half; the other one is what the bytes have. */
@@ -121,7 +120,7 @@ NB_USHORT read_fq_half(VGA_FIELD_KIND kind, const NB_CHAR *text, BYTES &bytes) {
         return 0;
     }
     NB_USHORT state = ntl_check_fq_name(bytes.data());
-    return state == NTL_FQ_QUALIFIED || state == NTL_FQ_UNQUALIFIED;
+    return network[0] == '\0' || state == NTL_FQ_QUALIFIED || state == NTL_FQ_UNQUALIFIED;
 }
 
 NB_USHORT read_hex(const NB_CHAR *text, NB_USHORT width, BYTES &bytes) {

@@ -140,9 +140,16 @@ NB_VOID finish(VGA_FORM *form) {
     arrange(form);
 }
 
+/* Meanwhile the keyboard rests: on Cancel, a second press of Return would close the dialog.  The
+ * mouse and Escape can. */
 NB_VOID set_pending(VGA_FORM *form, NB_USHORT on) {
     Widget focus = on == 0 ? vga_form_first_field(form) : nullptr;
     form->pending = on;
+    for (const NB_CHAR *button : {"Cancel", "Help"}) {
+        if (Widget widget = XtNameToWidget(form->common.widget, button)) {
+            XtVaSetValues(widget, XmNtraversalOn, on == 0, nullptr);
+        }
+    }
     arrange(form);
     if (focus != nullptr) {
         vga_focus_field(focus);
@@ -237,8 +244,8 @@ NB_VOID lose_record(VGA_FORM *form) {
     arrange(form);
     NB_USHORT message = form->plan->gone;
     if (message == 0) {
-        message = form->plan->defines != 0 ? VGA_MSG_FORM_RECORD_GONE_DEFINE
-                                           : VGA_MSG_FORM_RECORD_GONE;
+        message =
+            form->plan->defines != 0 ? VGA_MSG_FORM_RECORD_GONE_DEFINE : VGA_MSG_FORM_RECORD_GONE;
     }
     vga_display_info_dialog(&form->common, message, "recordgone", nullptr, 0, "");
 }
@@ -281,8 +288,8 @@ NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHAN
 
 /* Opening. */
 
-VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record,
-                        VGA_DIALOG **slot, VGA_FORM_MODE mode) {
+VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, VGA_DIALOG **slot,
+                        VGA_FORM_MODE mode) {
     if (slot != nullptr && *slot != nullptr && (*slot)->in_use != 0) {
         vga_raise_dialog(*slot);
         return form_of(*slot);

@@ -107,8 +107,8 @@ NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHAN
  * `record` is what it shows, null with the other two modes; `slot` is the record's pointer to its
  * dialog (gui_data.dialog), which the form keeps; null where there is none.
  * Returns the form; null when there is none to be had (the reason was shown). */
-VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record,
-                        VGA_DIALOG **slot, VGA_FORM_MODE mode);
+VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, VGA_DIALOG **slot,
+                        VGA_FORM_MODE mode);
 
 /* The user data of a form's verbs. */
 inline NB_ULONG vga_form_handle(const VGA_FORM *form) {

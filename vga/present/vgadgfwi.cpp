@@ -143,8 +143,7 @@ NB_USHORT vga_form_find_fields(VGA_FORM *form, XtCallbackProc changed) {
         return 0;
     }
     for (NB_USHORT number = 0; number < plan.field_count; number++) {
-        form->widgets[number] =
-            XtNameToWidget(form->common.widget, plan.fields[number].widget);
+        form->widgets[number] = XtNameToWidget(form->common.widget, plan.fields[number].widget);
         if (form->widgets[number] == nullptr || !all_items_found(form, plan.fields[number])) {
             return 0;
         }

@@ -57,11 +57,10 @@ NB_VOID make_entry(NODE_WINDOW &each) {
     /* Entries of others may stand in front of these. */
     Cardinal count = 0;
     XtVaGetValues(menu, XmNnumChildren, &count, nullptr);
-    auto entries = std::count_if(windows.begin(), windows.end(), [](const NODE_WINDOW &other) {
-        return other.entry != nullptr;
-    });
-    position = static_cast<short>(position + static_cast<short>(count) -
-                                  static_cast<short>(entries));
+    auto entries = std::count_if(windows.begin(), windows.end(),
+                                 [](const NODE_WINDOW &other) { return other.entry != nullptr; });
+    position =
+        static_cast<short>(position + static_cast<short>(count) - static_cast<short>(entries));
     each.entry = XtVaCreateManagedWidget("nodeWindowEntry", xmPushButtonWidgetClass, menu,
                                          XmNpositionIndex, position, nullptr);
     XtAddCallback(each.entry, XmNactivateCallback, vga_raise_node_window, nullptr);
@@ -144,9 +143,8 @@ NB_USHORT vga_get_node_number_from_widget(Widget widget) {
 }
 
 KeySym vga_node_widget_mnemonic(NB_USHORT number) {
-    return number >= 1 && number < sizeof(mnemonics)
-               ? static_cast<KeySym>(mnemonics[number - 1])
-               : NoSymbol;
+    return number >= 1 && number < sizeof(mnemonics) ? static_cast<KeySym>(mnemonics[number - 1])
+                                                     : NoSymbol;
 }
 
 NB_VOID vga_raise_node_window(Widget widget, XtPointer, XtPointer) {

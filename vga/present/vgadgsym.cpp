@@ -51,14 +51,14 @@ unsigned long blend(const Visual *visual, unsigned long argb, Pixel background) 
 }
 
 Pixmap draw(const Visual *visual, int depth, const PICTURE &picture, Pixel background) {
-    XImage *image = XCreateImage(gvga_display, const_cast<Visual *>(visual),
-                                 static_cast<unsigned>(depth), ZPixmap, 0, nullptr, picture.width,
-                                 picture.height, 32, 0);
+    XImage *image =
+        XCreateImage(gvga_display, const_cast<Visual *>(visual), static_cast<unsigned>(depth),
+                     ZPixmap, 0, nullptr, picture.width, picture.height, 32, 0);
     if (image == nullptr) {
         return None;
     }
-    image->data = static_cast<char *>(
-        malloc(static_cast<size_t>(image->bytes_per_line) * picture.height));
+    image->data =
+        static_cast<char *>(malloc(static_cast<size_t>(image->bytes_per_line) * picture.height));
     if (image->data == nullptr) {
         XDestroyImage(image);
         return None;
@@ -88,8 +88,8 @@ Pixmap vga_box_symbol(Widget widget, VGA_MODAL_TYPE type) {
     auto [place, missing] = symbols.try_emplace({type, background}, None);
     if (missing) {
         bool big = gvga_viewer_icon_width > small_icon_width;
-        place->second = draw(visual, DefaultDepthOfScreen(gvga_screen), picture_of(type, big),
-                             background);
+        place->second =
+            draw(visual, DefaultDepthOfScreen(gvga_screen), picture_of(type, big), background);
     }
     return place->second;
 }

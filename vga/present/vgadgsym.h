@@ -1,5 +1,5 @@
 /* The symbols of message boxes: error, information and question, drawn by the program because the
- * toolkit's own are coarse. 
+ * toolkit's own are coarse.
  * OWNS: the pixmaps, one for each symbol and background, until the program ends. */
 #ifndef VGADGSYM_H
 #define VGADGSYM_H

@@ -1,6 +1,6 @@
 #include "vgadgutl.h"
-#include "vgadgfrm.h"
 #include "vgachkcb.h"
+#include "vgadgfrm.h"
 #include "vgaglob.h"
 #include "vgahelpw.h"
 #include "vgahooks.h"

@@ -66,8 +66,8 @@ NB_CHAR *vga_get_verb_error_message(NB_USHORT opcode, NB_USHORT primary_rc, NB_U
 
 NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb) {
     const NB_CHAR *help_key;
-    VGA_OWNED<NB_CHAR> reason(vga_get_verb_error_message(vcb->opcode, vcb->primary_rc,
-                                                         vcb->secondary_rc, &help_key));
+    VGA_OWNED<NB_CHAR> reason(
+        vga_get_verb_error_message(vcb->opcode, vcb->primary_rc, vcb->secondary_rc, &help_key));
     if (reason) {
         vga_display_error_dialog(parent, VGA_MSG_VERB_FAILED, help_key, nullptr, 0, "s",
                                  reason.get());

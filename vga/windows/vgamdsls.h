@@ -1,6 +1,6 @@
-/* The dialog of session limits: how many sessions a local LU may have with a partner in one mode, and
- * for how many of them each side is the contention winner.  The limits of the modes that control
- * points use among themselves can be looked at only. */
+/* The dialog of session limits: how many sessions a local LU may have with a partner in one mode,
+ * and for how many of them each side is the contention winner.  The limits of the modes that
+ * control points use among themselves can be looked at only. */
 #ifndef VGAMDSLS_H
 #define VGAMDSLS_H
 
