@@ -12,6 +12,7 @@
 #include "vgawtype.h"
 #include "vgaxt.h"
 #include <X11/Xatom.h>
+#include <algorithm>
 #include <array>
 #include <clocale>
 #include <cstdarg>
@@ -19,6 +20,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -38,13 +40,61 @@ NB_USHORT start_up_failed(NB_ULONG problem, NB_USHORT detail) {
     return 0;
 }
 
+std::string user_file_path(NB_VOID) {
+    const NB_CHAR *home = getenv("HOME");
+    std::string path = home != nullptr ? home : "";
+    if (path.size() + sizeof(user_file) - 1 > sizeof(gvga_local_db_file)) {
+        path.clear();
+    }
+    return path + user_file;
+}
+
+/* The toolkit chooses a file of application defaults before the user's file is merged, so what that
+ * says about the choice becomes an argument, unless there is one already.  Empty when the user has
+ * not chosen.  Static, because the toolkit keeps the arguments. */
+const std::string &user_customization(NB_INT argc, NB_CHAR **argv) {
+    static std::string argument;
+    argument.clear();
+    if (std::any_of(argv, argv + argc,
+                    [](const NB_CHAR *word) { return strstr(word, "customization") != nullptr; })) {
+        return argument;
+    }
+    XrmInitialize();
+    const XrmDatabase file = XrmGetFileDatabase(user_file_path().c_str());
+    NB_CHAR *type;
+    XrmValue value;
+    if (file != nullptr && XrmGetResource(file, VGA_CLASS ".customization",
+                                          VGA_CLASS ".Customization", &type, &value)) {
+        argument = std::string(VGA_CLASS "*customization: ") + static_cast<NB_CHAR *>(value.addr);
+    }
+    XrmDestroyDatabase(file);
+    return argument;
+}
+
+/* As XtVaAppInitialize; what it leaves of the arguments is in `argv`. */
+Widget open_toolkit(NB_INT *argc, NB_CHAR **argv, NB_CHAR **fallbacks) {
+    std::vector<NB_CHAR *> words(argv, argv + *argc + 1);
+    NB_INT count = *argc;
+    if (const std::string &look = user_customization(*argc, argv); !look.empty() && count > 0) {
+        NB_CHAR *const option[] = {const_cast<NB_CHAR *>("-xrm"),
+                                   const_cast<NB_CHAR *>(look.c_str())};
+        words.insert(words.begin() + 1, std::begin(option), std::end(option));
+        count += 2;
+    }
+    Widget shell = XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, &count, words.data(),
+                                     fallbacks, nullptr);
+    *argc = std::min(*argc, count);
+    std::copy_n(words.begin(), *argc, argv);
+    argv[*argc] = nullptr;
+    return shell;
+}
+
 NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
     static NB_CHAR *fallbacks[] = {const_cast<NB_CHAR *>("*fontList: Fixed"), nullptr};
     nba_set_app_defaults_path();
     MrmInitialize();
     XtSetLanguageProc(nullptr, nullptr, nullptr);
-    gvga_toplevel =
-        XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, argc, argv, fallbacks, nullptr);
+    gvga_toplevel = open_toolkit(argc, argv, fallbacks);
     gvga_display = XtDisplay(gvga_toplevel);
     gvga_screen = XtScreen(gvga_toplevel);
     gvga_root_window = RootWindowOfScreen(gvga_screen);
@@ -71,13 +121,7 @@ NB_VOID add_small_screen_resources(NB_VOID) {
 }
 
 NB_VOID merge_user_file(NB_VOID) {
-    const NB_CHAR *home = getenv("HOME");
-    std::string path = home != nullptr ? home : "";
-    if (path.size() + sizeof(user_file) - 1 > sizeof(gvga_local_db_file)) {
-        path.clear();
-    }
-    path += user_file;
-    snprintf(gvga_local_db_file, sizeof(gvga_local_db_file), "%s", path.c_str());
+    snprintf(gvga_local_db_file, sizeof(gvga_local_db_file), "%s", user_file_path().c_str());
     gvga_local_database = XrmGetFileDatabase(gvga_local_db_file);
     if (gvga_local_database != nullptr) {
         XrmCombineFileDatabase(gvga_local_db_file, &gvga_resource_database, True);

@@ -25,7 +25,7 @@ PALETTE = (
     ('ground', '#ffffff', ' '),
     ('ink', '#000000', '#'),
     ('paper', '#f3f6f8', 'p'),
-    ('grey', '#9aa6b2', 'y'),
+    ('grey', '#8894a0', 'y'),
     ('slate', '#2e4258', 's'),
     ('blue', '#2a78c8', 'b'),
     ('sky', '#a9d3f2', 'k'),
@@ -37,11 +37,10 @@ GROUND, INK = ' ', '#'
 MARKS = {name: mark for name, _, mark in PALETTE}
 HEX = {mark: colour for _, colour, mark in PALETTE}
 
-# What an insensitive picture makes of each colour: grey lines on paper.
-GREYED = {MARKS[name]: MARKS[to] for name, to in (
-    ('ground', 'ground'), ('paper', 'ground'), ('sky', 'paper'), ('blue', 'paper'),
-    ('green', 'paper'), ('amber', 'paper'), ('red', 'paper'), ('ink', 'grey'),
-    ('slate', 'grey'), ('grey', 'grey'))}
+# What an insensitive picture makes of each colour: grey lines, which show on a light and on a dark
+# ground; a filling would not.
+GREYED = {mark: MARKS['grey' if name in ('ink', 'slate', 'grey') else 'ground']
+          for name, mark in MARKS.items()}
 TINTS = {'colour': None, 'grey': GREYED}
 
 SETS = {'small': ('', {'line': 20, 'tool': 24, 'expand': 13}),

@@ -180,8 +180,8 @@ def gencat_text(text):
     return '"' + (text[:-2] if text.endswith("\\\n") else text) + '"'
 
 
-def write_catalogue(messages, path):
-    with open(path, "w", encoding="ascii") as out:
+def write_catalogue(messages, path, encoding="ascii"):
+    with open(path, "w", encoding=encoding) as out:
         out.write(f'$ Made by mkcat.py.\n$set {SET_NUMBER}\n$quote "\n')
         for number in range(1, LAST_NUMBER + 1):
             message = messages.get(number)

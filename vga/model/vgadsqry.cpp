@@ -3,6 +3,7 @@
 #include "vgadsutl.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -298,6 +299,21 @@ private:
     NB_USHORT count = 0;
 };
 
+/* An answer that is not one to the list's query, or not with the details that records are made of,
+ * is an error of the caller. */
+NB_VOID check_answer(const VGA_LIST &list, const NAP_VCB *vcb) {
+    if (vcb->opcode != list.opcode) {
+        NB_CHAR text[64];
+        snprintf(text, sizeof(text), "vcb->opcode == %s", nap_find_verb(list.opcode)->name);
+        v0_assert(__FILE__, __LINE__, text);
+    }
+    NAP_QUERY_LIST query;
+    memcpy(&query, vcb, sizeof(query));
+    if ((query.list_options & NAP_DETAIL) == 0) {
+        v0_assert(__FILE__, __LINE__, "vcb->list_options & NAP_DETAIL");
+    }
+}
+
 } // namespace
 
 const VGA_LIST *vga_find_list(NB_USHORT opcode) {
@@ -346,7 +362,7 @@ NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line) {
 NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
                            VGA_LIST_POSITION *last) {
     last->received = 0;
-    NB_ASSERT(vcb->opcode == list.opcode);
+    check_answer(list, vcb);
     if (vcb->primary_rc != NAP_OK) {
         vga_query_failed(vcb, __FILE__, __LINE__);
         return 0;

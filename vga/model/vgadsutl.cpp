@@ -1,6 +1,7 @@
 #include "vgadsutl.h"
 #include "nbbase.h"
 #include <array>
+#include <bit>
 #include <cctype>
 #include <cstring>
 #include <span>
@@ -10,16 +11,37 @@ namespace {
 
 using CODE_TABLE = std::array<NB_UCHAR, 256>;
 
-/* The order of names: byte by byte behind a table, over the whole width. */
+constexpr size_t word_size = sizeof(uint64_t);
+
+/* How many leading bytes of two words are the same. */
+size_t same_bytes(const NB_UCHAR *a, const NB_UCHAR *b) {
+    uint64_t first;
+    uint64_t second;
+    memcpy(&first, a, word_size);
+    memcpy(&second, b, word_size);
+    const uint64_t difference = first ^ second;
+    const int bits = std::endian::native == std::endian::little ? std::countr_zero(difference)
+                                                                : std::countl_zero(difference);
+    return static_cast<size_t>(bits) / 8;
+}
+
+/* The order of names: byte by byte behind a table, over the whole width.  Names that follow each
+ * other share their beginning, so equal bytes are skipped a word at a time. */
 template <size_t Width>
 NB_INT compare_mapped(const CODE_TABLE &table, const NB_VOID *a, const NB_VOID *b) {
     const auto *first = static_cast<const NB_UCHAR *>(a);
     const auto *second = static_cast<const NB_UCHAR *>(b);
-    for (size_t at = 0; at < Width; at++) {
-        NB_INT difference = table[first[at]] - table[second[at]];
+    for (size_t at = 0; at < Width;) {
+        const size_t same = at + word_size <= Width ? same_bytes(first + at, second + at) : 0;
+        at += same;
+        if (same == word_size) {
+            continue;
+        }
+        const NB_INT difference = table[first[at]] - table[second[at]];
         if (difference != 0) {
             return difference < 0 ? -1 : 1;
         }
+        at++;
     }
     return 0;
 }
@@ -53,7 +75,7 @@ template <size_t Width> NB_INT compare_asc(const NB_VOID *a, const NB_VOID *b) {
 }
 
 template <size_t Width> NB_INT compare_ebc(const NB_VOID *a, const NB_VOID *b) {
-    return memcmp(a, b, Width) == 0 ? 0 : compare_mapped<Width>(local_text(), a, b);
+    return compare_mapped<Width>(local_text(), a, b);
 }
 
 template <class Number> NB_INT compare_number(const NB_VOID *a, const NB_VOID *b) {

@@ -41,6 +41,9 @@ template <class Record> struct VGA_RECORD_DEFAULTS {
     static constexpr NB_USHORT nested = 0;
     /* Bytes that every entry has at least; less than the data's where nested items end it. */
     static constexpr NB_USHORT fixed_size = sizeof(std::remove_pointer_t<decltype(Record::vcb)>);
+    /* What the log says when the dialog on a record that is deleted shows another one. */
+    static constexpr const NB_CHAR *dialog_text =
+        "record->gui_data.dialog->parent_item == (NB_VOID *)record";
     /* Required: static std::array<VGA_INDEX_LINK, N> links(Record &record): its indexes.  The first
      * decides whether the record is known already; the others must agree. */
 
@@ -210,7 +213,9 @@ template <class Record> NB_VOID vga_delete_record(Record *record) {
         vga_record_changed(record, VGA_RECORD_GONE);
     }
     if (VGA_DIALOG *dialog = record->gui_data.dialog) {
-        NB_ASSERT(dialog->parent_item == (NB_VOID *)record);
+        if (dialog->parent_item != record) {
+            v0_assert(__FILE__, __LINE__, VGA_RECORD_TYPE<Record>::dialog_text);
+        }
         dialog->parent_item = nullptr;
         vga_close_children(dialog, 0, 1);
     }

@@ -14,6 +14,8 @@ struct VGA_RECORD_TYPE<VGA_DLC> : VGA_ONE_INDEX<VGA_DLC, &VGA_NODE::dlcs, &VGA_D
 };
 
 template <> struct VGA_RECORD_TYPE<VGA_PORT> : VGA_RECORD_DEFAULTS<VGA_PORT> {
+    static constexpr const NB_CHAR *dialog_text =
+        "port->gui_data.dialog->parent_item == (NB_VOID *)port";
     static std::array<VGA_INDEX_LINK, 2> links(VGA_PORT &port) {
         return {{{&port.node->ports, &port.node_links, port.name, 0},
                  {&port.parent->ports, &port.dlc_links, port.name, 0}}};
@@ -35,6 +37,8 @@ template <> struct VGA_RECORD_TYPE<VGA_PORT> : VGA_RECORD_DEFAULTS<VGA_PORT> {
 };
 
 template <> struct VGA_RECORD_TYPE<VGA_LS> : VGA_RECORD_DEFAULTS<VGA_LS> {
+    static constexpr const NB_CHAR *dialog_text =
+        "ls->gui_data.dialog->parent_item == (NB_VOID *)ls";
     static std::array<VGA_INDEX_LINK, 2> links(VGA_LS &ls) {
         return {{{&ls.parent->node->link_stations, &ls.node_links, ls.name, 0},
                  {&ls.parent->link_stations, &ls.port_links, ls.name, 0}}};
@@ -104,6 +108,8 @@ struct VGA_RECORD_TYPE<VGA_LOCAL_PU>
 };
 
 template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
+    static constexpr const NB_CHAR *dialog_text =
+        "deplu->gui_data.dialog->common.parent_item == (NB_VOID *)deplu";
     static std::array<VGA_INDEX_LINK, 2> links(VGA_LU03 &lu) {
         return {{{&lu.parent->lus, &lu.links, lu.name, 0},
                  {&gvga_system->dependent_lus, &lu.domain_links, &lu.domain_key, 1}}};

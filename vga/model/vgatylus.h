@@ -209,6 +209,8 @@ struct VGA_RECORD_TYPE<VGA_CLSEC_DEF>
 template <>
 struct VGA_RECORD_TYPE<VGA_ACCESS_LIST>
     : VGA_ONE_INDEX<VGA_ACCESS_LIST, &VGA_NODE::access_lists, &VGA_ACCESS_LIST::name> {
+    static constexpr const NB_CHAR *dialog_text =
+        "acc_list->gui_data.dialog->common.parent_item == (NB_VOID *)acc_list";
     static constexpr NB_USHORT fixed_size = offsetof(NAP_ACCESS_LIST_DATA, def_data.users);
     static NB_VOID init(VGA_ACCESS_LIST &list) {
         VGA_COPY_KEY(list.name, list.vcb->list_name);

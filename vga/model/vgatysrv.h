@@ -158,6 +158,8 @@ struct VGA_RECORD_TYPE<VGA_USER_SESSION>
 
 template <>
 struct VGA_RECORD_TYPE<VGA_CPIC> : VGA_ONE_INDEX<VGA_CPIC, &VGA_SYSTEM::cpics, &VGA_CPIC::name> {
+    static constexpr const NB_CHAR *dialog_text =
+        "cpic->gui_data.dialog->common.parent_item == (NB_VOID *)cpic";
     static NB_VOID init(VGA_CPIC &cpic) { VGA_COPY_KEY(cpic.name, cpic.vcb->sym_dest_name); }
     static VGA_LINE_PLACE line(VGA_CPIC &cpic) {
         return {&cpic.parent->cpic_viewer_root, nullptr, VGA_VIEWER_CPIC, &cpic.links};

@@ -4,6 +4,7 @@
 #include "vgaglob.h"
 #include "vgahelpw.h"
 #include "vgahooks.h"
+#include "vgalook.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
 #include "vgaviewr.h"
@@ -307,6 +308,9 @@ NB_VOID vga_init_dialogs(NB_VOID) {
     }
     gvga_viewer_window_action = call_window_action;
     vga_watch_shells();
+    if (gvga_toplevel != nullptr) {
+        vga_set_font_units(gvga_toplevel);
+    }
 }
 
 NB_VOID vga_free_dialogs(NB_VOID) {

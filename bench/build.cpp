@@ -1,0 +1,240 @@
+/* How long the model build takes, beside a floor that does only what no build can do without.
+ *
+ *   bench_build [--resources N,N,...] [--nodes N,N] [--rounds N] [--domain NAME]
+ *
+ * For every size, a domain of dependent LUs and what they hang under is generated and served by a
+ * running node software; build and floor take turns in processes of their own, and medians are
+ * printed.  Run it from any folder; it finds the node software beside itself. */
+#include "buildrun.h"
+
+#include <algorithm>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+struct OPTIONS {
+    std::vector<long> resources = {1000, 10000, 100000, 1000000};
+    std::vector<long> nodes = {1, 100};
+    int rounds = 3;
+};
+
+std::vector<long> numbers(const char *text) {
+    std::vector<long> list;
+    for (char *end = nullptr; *text != '\0'; text = *end == ',' ? end + 1 : end) {
+        list.push_back(strtol(text, &end, 10));
+    }
+    return list;
+}
+
+OPTIONS read_options(int argc, char **argv) {
+    OPTIONS options;
+    for (int at = 1; at + 1 < argc; at += 2) {
+        const std::string name = argv[at];
+        if (name == "--resources") {
+            options.resources = numbers(argv[at + 1]);
+        } else if (name == "--nodes") {
+            options.nodes = numbers(argv[at + 1]);
+        } else if (name == "--rounds") {
+            options.rounds = std::max(1, atoi(argv[at + 1]));
+        }
+    }
+    return options;
+}
+
+/* A folder, a node software with a generated domain in it, and its socket. */
+class DOMAIN {
+public:
+    DOMAIN(const std::string &programs, long nodes, long resources) {
+        char name[] = "/tmp/buildXXXXXX";
+        folder_ = mkdtemp(name);
+        socket_ = folder_ + "/sna.sock";
+        const std::string generate = "--generate";
+        const std::string size =
+            "nodes=" + std::to_string(nodes) + ",lus=" + std::to_string(resources / nodes);
+        pid_ = fork();
+        if (pid_ == 0) {
+            setenv("SNA_PREFIX", programs.c_str(), 1);
+            const std::string program = programs + "/bin/snanode";
+            const std::string state = folder_ + "/state";
+            execl(program.c_str(), "snanode", generate.c_str(), size.c_str(), "--state",
+                  state.c_str(), "--socket", socket_.c_str(), nullptr);
+            _exit(127);
+        }
+        wait_until_served();
+    }
+    ~DOMAIN() {
+        kill(pid_, SIGTERM);
+        waitpid(pid_, nullptr, 0);
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+    DOMAIN(const DOMAIN &) = delete;
+    DOMAIN &operator=(const DOMAIN &) = delete;
+
+    const std::string &socket_path() const { return socket_; }
+
+private:
+    void wait_until_served() const {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        socket_.copy(address.sun_path, sizeof address.sun_path - 1);
+        for (int tries = 0; tries < 12000; tries++) {
+            const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+            const bool served =
+                connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
+            close(fd);
+            if (served) {
+                return;
+            }
+            if (waitpid(pid_, nullptr, WNOHANG) != 0) {
+                break;
+            }
+            usleep(10000);
+        }
+        fprintf(stderr, "bench_build: the node software did not start\n");
+        exit(1);
+    }
+
+    std::string folder_;
+    std::string socket_;
+    pid_t pid_ = -1;
+};
+
+void write_all(int fd, const void *from, size_t length) {
+    const auto *at = static_cast<const char *>(from);
+    while (length > 0) {
+        const ssize_t written = write(fd, at, length);
+        if (written <= 0) {
+            _exit(1);
+        }
+        at += written;
+        length -= static_cast<size_t>(written);
+    }
+}
+
+bool read_all(int fd, void *to, size_t length) {
+    auto *at = static_cast<char *>(to);
+    while (length > 0) {
+        const ssize_t got = read(fd, at, length);
+        if (got <= 0) {
+            return false;
+        }
+        at += got;
+        length -= static_cast<size_t>(got);
+    }
+    return true;
+}
+
+/* Runs `work` in a process of its own, so that no run finds the memory of another. */
+template <class Work> BUILD_RESULT apart(std::vector<RECORDED_VERB> *verbs, Work work) {
+    int ends[2];
+    BUILD_RESULT result = {};
+    if (pipe(ends) != 0) {
+        exit(1);
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        std::vector<RECORDED_VERB> recorded;
+        result = work(&recorded);
+        write_all(ends[1], &result, sizeof result);
+        for (const RECORDED_VERB &verb : recorded) {
+            const uint32_t head[] = {verb.target, verb.new_target,
+                                     static_cast<uint32_t>(verb.block.size())};
+            write_all(ends[1], head, sizeof head);
+            write_all(ends[1], verb.block.data(), verb.block.size());
+        }
+        _exit(0);
+    }
+    close(ends[1]);
+    if (!read_all(ends[0], &result, sizeof result)) {
+        exit(1);
+    }
+    uint32_t head[3];
+    while (read_all(ends[0], head, sizeof head)) {
+        RECORDED_VERB verb = {head[0], std::vector<unsigned char>(head[2]), head[1]};
+        read_all(ends[0], verb.block.data(), verb.block.size());
+        if (verbs != nullptr) {
+            verbs->push_back(verb);
+        }
+    }
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    return result;
+}
+
+template <class Value> Value median(std::vector<Value> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+struct MEDIANS {
+    std::vector<double> seconds, cpu, deletes;
+    void add(const BUILD_RESULT &result) {
+        seconds.push_back(result.seconds);
+        cpu.push_back(result.cpu_seconds);
+        deletes.push_back(result.delete_seconds);
+    }
+};
+
+void measure(const OPTIONS &options, const std::string &programs, long nodes, long resources) {
+    DOMAIN domain(programs, nodes, resources);
+    setenv("SNA_SOCKET", domain.socket_path().c_str(), 1);
+    setenv("SNA_PREFIX", programs.c_str(), 1);
+    constexpr size_t ahead = 8;
+    MEDIANS model;
+    MEDIANS floor;
+    BUILD_RESULT built = {};
+    BUILD_RESULT least = {};
+    std::vector<RECORDED_VERB> verbs;
+    apart(&verbs, [](std::vector<RECORDED_VERB> *recorded) { return build_model(recorded); });
+    for (int round = 0; round < options.rounds; round++) {
+        built = apart(nullptr, [](std::vector<RECORDED_VERB> *) { return build_model(nullptr); });
+        model.add(built);
+        least = apart(nullptr, [&](std::vector<RECORDED_VERB> *) {
+            return build_floor(domain.socket_path(), verbs, ahead);
+        });
+        floor.add(least);
+    }
+    const auto entries = static_cast<double>(built.entries);
+    printf(
+        "%9ld %5ld %9.0f  %8.3f %8.3f %6.2f  %8.3f %8.3f %6.2f  %8.3f %6.2f  %6.0f %6.0f  %6.1f\n",
+        resources, nodes, entries, median(model.seconds), median(floor.seconds),
+        median(model.seconds) / median(floor.seconds), median(model.cpu), median(floor.cpu),
+        median(model.cpu) / median(floor.cpu), median(model.deletes),
+        median(model.deletes) / median(model.seconds), static_cast<double>(built.memory) / entries,
+        static_cast<double>(least.memory) / entries, built.longest_hold * 1000);
+    printf("%25s rounds of the main loop under 1, 2, 4 ... ms:", "");
+    for (uint64_t count : built.holds) {
+        printf(" %llu", static_cast<unsigned long long>(count));
+    }
+    printf("\n");
+    fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    const OPTIONS options = read_options(argc, argv);
+    const std::string programs =
+        std::filesystem::canonical("/proc/self/exe").parent_path().parent_path().string();
+    printf("resources nodes   entries   build s  floor s  ratio  build c  floor c  ratio  delete s "
+           " ratio  B/rec  floor   hold\n");
+    for (long nodes : options.nodes) {
+        for (long resources : options.resources) {
+            measure(options, programs, nodes, resources);
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,392 @@
+// The looks of the program: colours that can be read, distances that follow the text, labels that
+// are whole, also in long translations.  LOOKS_CASE in the environment chooses what the run is
+// about (CMakeLists.txt); without it, it is the ordinary look.
+
+#include "gui_support.h"
+
+#include "vgadgmsg.h"
+#include "vgadgutl.h"
+#include "vgadsadd.h"
+#include "vgadsdel.h"
+#include "vgagraph.h"
+#include "vgamsgs.h"
+#include "vganodew.h"
+#include "vgauidds.h"
+#include "vgawtype.h"
+#include "vgaxt.h"
+
+#include <X11/IntrinsicP.h>
+#include <X11/RectObjP.h>
+#include <X11/Xatom.h>
+#include <Xm/CascadeB.h>
+#include <Xm/DrawnB.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/LabelG.h>
+#include <Xm/List.h>
+#include <Xm/MenuShell.h>
+#include <Xm/PushB.h>
+#include <Xm/PushBG.h>
+#include <Xm/Screen.h>
+#include <Xm/Text.h>
+#include <Xm/TextF.h>
+#include <Xm/ToggleB.h>
+#include <algorithm>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct LOOK {
+    const char *name, *resources, *language;
+    double text_contrast;
+    int unit; // pixels of a font unit
+};
+
+const LOOK cases[] = {
+    {"light", "", "", 4.5, 8},
+    {"dark", "Quiladmin*customization: -dark\n", "", 4.5, 8},
+    {"contrast", "Quiladmin*customization: -contrast\n", "", 7, 8},
+    {"dots", "Xft.dpi: 192\nQuiladmin*size: big\n", "", 4.5, 16},
+    {"pseudo", "", "xx_XX", 4.5, 8},
+};
+
+const LOOK &look() {
+    const char *wanted = getenv("LOOKS_CASE");
+    for (const LOOK &row : cases) {
+        if (wanted != nullptr && strcmp(row.name, wanted) == 0) {
+            return row;
+        }
+    }
+    return cases[0];
+}
+
+/* What the operator's session would say.  It stays with the server. */
+void set_session_resources(const char *text) {
+    Display *display = XOpenDisplay(nullptr);
+    ASSERT_NE(display, nullptr);
+    XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char *>(text),
+                    static_cast<int>(strlen(text)));
+    XCloseDisplay(display);
+}
+
+/* The build tree as a prefix; its own path may be too long for one. */
+class PREFIX {
+public:
+    PREFIX() {
+        char name[] = "/tmp/looksXXXXXX";
+        folder = mkdtemp(name);
+        const fs::path tree = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+        fs::create_directory_symlink(tree, folder / "sna");
+        setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
+        nba_set_app_defaults_path();
+    }
+    ~PREFIX() { fs::remove_all(folder); }
+
+private:
+    fs::path folder;
+};
+
+void set_language(const std::string &language) {
+    if (!language.empty()) {
+        setenv("LANG", language.c_str(), 1);
+        setenv("LC_ALL", "C.UTF-8", 1);
+        setenv("UIDPATH",
+               (std::string(nba_prefix()) + "/lib/X11/" + language +
+                "/uid/Quiladmin/%U:" + nba_prefix() + "/lib/X11/uid/Quiladmin/%U")
+                   .c_str(),
+               1);
+    }
+}
+
+/* Every widget and gadget below one, menus and dialogs over it included. */
+void collect(Widget widget, std::vector<Widget> &all) {
+    all.push_back(widget);
+    if (XtIsWidget(widget)) {
+        for (Cardinal popup = 0; popup < widget->core.num_popups; popup++) {
+            collect(widget->core.popup_list[popup], all);
+        }
+    }
+    if (XtIsComposite(widget)) {
+        WidgetList children = nullptr;
+        Cardinal count = 0;
+        XtVaGetValues(widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+        for (Cardinal child = 0; child < count; child++) {
+            collect(children[child], all);
+        }
+    }
+}
+
+bool is_label(Widget widget) {
+    return XmIsLabel(widget) || XmIsLabelGadget(widget);
+}
+
+bool shows_text(Widget widget) {
+    return is_label(widget) || XmIsTextField(widget) || XmIsText(widget) || XmIsList(widget);
+}
+
+Pixel colour(Widget widget, const char *resource) {
+    Pixel pixel = 0;
+    XtVaGetValues(widget, resource, &pixel, nullptr);
+    return pixel;
+}
+
+/* As the Web Content Accessibility Guidelines measure it: 1 to 21. */
+double luminance(Pixel pixel) {
+    XColor exact = {};
+    exact.pixel = pixel;
+    XQueryColor(gvga_display, DefaultColormapOfScreen(gvga_screen), &exact);
+    double sum = 0;
+    for (const auto &[part, weight] :
+         {std::pair(exact.red, 0.2126), {exact.green, 0.7152}, {exact.blue, 0.0722}}) {
+        const double value = part / 65535.0;
+        sum += weight * (value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4));
+    }
+    return sum;
+}
+
+double contrast(Pixel one, Pixel other) {
+    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
+    return (light + 0.05) / (dark + 0.05);
+}
+
+std::string text_of(Widget label) {
+    XmString string = nullptr;
+    XtVaGetValues(label, XmNlabelString, &string, nullptr);
+    const VGA_STRING owned(string);
+    const VGA_TEXT text(string == nullptr ? nullptr
+                                          : static_cast<char *>(XmStringUnparse(
+                                                string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT,
+                                                nullptr, 0, XmOUTPUT_ALL)));
+    return text.get();
+}
+
+class Looks : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static PREFIX prefix;
+        set_language(look().language);
+        set_session_resources(look().resources);
+        nba_pd_set_log("/dev/null", NB_PD_ALL);
+        ASSERT_EQ(vga_load_messages(), 1);
+        gui::open();
+        char file[] = "quildlg.uid";
+        String files[] = {file};
+        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
+                  MrmSUCCESS);
+        vga_register_common_names();
+        vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
+    }
+
+    /* The node window on a node, and over it a message box with all of its buttons. */
+    void SetUp() override {
+        gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
+                                           gvga_display, nullptr);
+        vga_init_dialogs();
+        gvga_system = vga_init_vga_system();
+        NAP_NODE_ALL_DATA data = {};
+        data.overlay_size = sizeof(data);
+        memcpy(data.node_name, "berlin", 6);
+        data.info.node_state = NAP_NODE_ACTIVE;
+        ASSERT_EQ(vga_display_node_window(nullptr, 1), 1);
+        gvga_main_dialog = gvga_first_dialog;
+        ASSERT_EQ(vga_display_node_window(vga_insert_vga_node(vga_init_vga_node(&data)), 1), 1);
+        gui::show(gvga_toplevel);
+        vga_display_confirm_each_dialog(gvga_main_dialog, VGA_MSG_CONFIRM_EXIT, "confirmexit",
+                                        nullptr, 0, 1, "");
+        gui::settle();
+        ASSERT_EQ(gvga_main_dialog->modal_dlg.showing, 1);
+        make_fields();
+        collect(gvga_toplevel, widgets);
+    }
+
+    /* A dialog with what dialogs are made of. */
+    void make_fields() {
+        Arg args[3]; // out of the way of the message box
+        XtSetArg(args[0], XmNdefaultPosition, False);
+        XtSetArg(args[1], XmNx, 0);
+        XtSetArg(args[2], XmNy, 0);
+        form = XmCreateFormDialog(gvga_toplevel, const_cast<char *>("fields"), args, 3);
+        Widget above = nullptr;
+        for (const WidgetClass part :
+             {xmLabelWidgetClass, xmTextFieldWidgetClass, xmTextWidgetClass, xmListWidgetClass,
+              xmToggleButtonWidgetClass, xmPushButtonWidgetClass}) {
+            above = XtVaCreateManagedWidget("[fields]", part, form, XmNtopAttachment,
+                                            above == nullptr ? XmATTACH_FORM : XmATTACH_WIDGET,
+                                            XmNtopWidget, above, XmNleftAttachment, XmATTACH_FORM,
+                                            XmNrightAttachment, XmATTACH_FORM, nullptr);
+        }
+        XtManageChild(form);
+        gui::settle();
+    }
+
+    void TearDown() override {
+        vga_destroy_data_structures();
+        vga_free_dialogs();
+        XtDestroyWidget(gvga_toplevel);
+        gvga_first_dialog = nullptr;
+        gui::settle();
+    }
+
+    std::vector<Widget> widgets;
+    Widget form = nullptr;
+};
+
+TEST_F(Looks, TextsCanBeRead) {
+    int seen = 0;
+    for (Widget widget : widgets) {
+        if (!shows_text(widget)) {
+            continue;
+        }
+        SCOPED_TRACE(XtName(widget));
+        seen++;
+        const Pixel ground = colour(widget, XmNbackground);
+        EXPECT_GE(contrast(colour(widget, XmNforeground), ground), look().text_contrast);
+        if (XmIsLabel(widget) && !XmIsDrawnButton(widget)) {
+            // The toolkit's colour of insensitive texts.  A gadget does not tell its own.
+            EXPECT_GE(contrast(colour(widget, XmNbottomShadowColor), ground), 4.5);
+            if (!XmIsCascadeButton(widget) && !XmIsToggleButton(widget)) { // arrow and box need it
+                EXPECT_LE(contrast(colour(widget, XmNtopShadowColor), ground), 1.3);
+            }
+        }
+        if (XmIsPushButton(widget) || XmIsPushButtonGadget(widget)) {
+            EXPECT_GE(contrast(colour(widget, XmNforeground), colour(widget, XmNarmColor)), 4.5);
+        }
+    }
+    EXPECT_GT(seen, 80);
+}
+
+/* There is no help yet, and the button says so. */
+TEST_F(Looks, InsensitiveGadgetsCanBeRead) {
+    Widget box = gvga_main_dialog->modal_dlg.dialog, help = XtNameToWidget(box, "Help");
+    ASSERT_FALSE(XtIsSensitive(help));
+    const Pixel grey =
+        colour(XtNameToWidget(gvga_main_dialog->widget, "*nodewKeyPort"), XmNbottomShadowColor);
+    const RectObjPart &place = reinterpret_cast<RectObj>(help)->rectangle;
+    constexpr int edge = 8;
+    EXPECT_TRUE(gui::wait_for([&] {
+        const gui::IMAGE inside(box, place.x + edge, place.y + edge, place.width - 2 * edge,
+                                place.height - 2 * edge);
+        return inside.count(grey) > 10 && inside.count(colour(help, XmNforeground)) == 0;
+    }));
+}
+
+TEST_F(Looks, TheKeyboardsPlaceIsSeen) {
+    for (Widget widget : widgets) {
+        if (XtIsWidget(widget) && XmIsPrimitive(widget) && XmIsManager(XtParent(widget))) {
+            EXPECT_GE(contrast(colour(widget, XmNhighlightColor),
+                               colour(XtParent(widget), XmNbackground)),
+                      3)
+                << XtName(widget);
+        }
+    }
+}
+
+TEST_F(Looks, FieldsHaveAnEdge) {
+    int seen = 0;
+    for (Widget widget : widgets) {
+        if (XtParent(widget) == form && (!XmIsLabel(widget) || XmIsToggleButton(widget))) {
+            seen++;
+            for (const char *shadow : {XmNtopShadowColor, XmNbottomShadowColor}) {
+                EXPECT_GE(contrast(colour(widget, shadow), colour(widget, XmNbackground)), 3);
+                EXPECT_GE(contrast(colour(widget, shadow), colour(form, XmNbackground)), 3);
+            }
+        }
+    }
+    EXPECT_EQ(seen, 4);
+}
+
+/* Icons are drawn on the background of the lists, so nothing but that may be around them. */
+TEST_F(Looks, IconsStandOnTheirBackground) {
+    Widget list = XtNameToWidget(gvga_main_dialog->widget, "*nodewLinksDrawArea");
+    const Pixel ground = colour(list, XmNbackground);
+    XGCValues values = {};
+    XGetGCValues(gvga_display, gvga_normal_gc, GCForeground | GCBackground, &values);
+    EXPECT_EQ(values.background, ground);
+    EXPECT_EQ(values.foreground, colour(list, XmNforeground));
+    int seen = 0;
+    for (Widget widget : widgets) {
+        Pixmap picture = XmUNSPECIFIED_PIXMAP;
+        unsigned char type = XmSTRING;
+        if (XmIsLabel(widget)) {
+            XtVaGetValues(widget, XmNlabelPixmap, &picture, XmNlabelType, &type, nullptr);
+        }
+        if (type != XmSTRING && picture != XmUNSPECIFIED_PIXMAP) {
+            seen++;
+            EXPECT_EQ(colour(widget, XmNbackground), ground) << XtName(widget);
+        }
+    }
+    EXPECT_GT(seen, 15);
+}
+
+TEST_F(Looks, DistancesFollowTheText) {
+    int horizontal = 0, vertical = 0;
+    XtVaGetValues(XmGetXmScreen(gvga_screen), XmNhorizontalFontUnit, &horizontal,
+                  XmNverticalFontUnit, &vertical, nullptr);
+    EXPECT_EQ(horizontal, look().unit);
+    EXPECT_EQ(vertical, look().unit);
+    Dimension width = 0, screen = static_cast<Dimension>(WidthOfScreen(gvga_screen) - 24);
+    XtVaGetValues(gvga_main_dialog->widget, XmNwidth, &width, nullptr);
+    EXPECT_EQ(width, std::min<int>(132 * horizontal, screen));
+}
+
+/* Wherever a label stands, it has the room that it asks for, and so has what it stands in. */
+TEST_F(Looks, LabelsAreWhole) {
+    int seen = 0;
+    for (Widget widget : widgets) {
+        if (!is_label(widget) || XmIsDrawnButton(widget) || !XtIsManaged(widget) ||
+            !XtIsRealized(widget) || XmIsMenuShell(XtParent(XtParent(widget)))) {
+            continue;
+        }
+        SCOPED_TRACE(text_of(widget) + " in " + XtName(widget));
+        seen++;
+        XtWidgetGeometry wanted = {};
+        XtQueryGeometry(widget, nullptr, &wanted);
+        const auto *core = &widget->core;
+        EXPECT_GE(core->width, wanted.width);
+        EXPECT_GE(core->height, wanted.height);
+        for (Widget part = widget; !XtIsShell(XtParent(part)); part = XtParent(part)) {
+            const auto *room = &XtParent(part)->core;
+            EXPECT_GE(part->core.x, 0);
+            EXPECT_GE(part->core.y, 0);
+            EXPECT_LE(part->core.x + part->core.width, room->width) << XtName(part);
+            EXPECT_LE(part->core.y + part->core.height, room->height) << XtName(part);
+        }
+    }
+    EXPECT_GT(seen, 25);
+}
+
+/* Every text that is words comes from the catalogue or the description, whole. */
+TEST_F(Looks, TextsAreTranslated) {
+    if (*look().language == '\0') {
+        GTEST_SKIP() << "not a translation";
+    }
+    EXPECT_GT(MB_CUR_MAX, 1U);
+    int seen = 0;
+    for (Widget widget : widgets) {
+        unsigned char type = XmPIXMAP;
+        if (is_label(widget) &&
+            strcmp(XtName(widget), "TipLabel") != 0) { // empty until it is shown
+            XtVaGetValues(widget, XmNlabelType, &type, nullptr);
+        }
+        const std::string text = type != XmPIXMAP ? text_of(widget) : "";
+        if (std::any_of(text.begin(), text.end(), isalpha)) {
+            seen++;
+            EXPECT_NE(text.find('['), std::string::npos) << text;
+            EXPECT_EQ(text.back(), ']') << text;
+        }
+    }
+    EXPECT_GT(seen, 60);
+}
+
+} // namespace
