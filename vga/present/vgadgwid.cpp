@@ -3,7 +3,6 @@
 #include "vgadgutl.h"
 #include "vgaglob.h"
 #include "vgares.h"
-#include <Xm/BulletinB.h>
 #include <Xm/Column.h>
 #include <Xm/Frame.h>
 #include <Xm/Label.h>
@@ -166,11 +165,12 @@ Widget vga_get_work_area(Widget message_box) {
 
 /* A column makes its labels of a font of its own, which the resources for all text do not reach. */
 NB_VOID vga_set_label_fonts(Widget widget, Widget message_box) {
-    if (widget == nullptr || !XmIsBulletinBoard(message_box)) {
+    Widget like = box_part(message_box, "OK"); /* as the resources have it */
+    if (widget == nullptr || like == nullptr) {
         return;
     }
     XmRenderTable fonts = nullptr;
-    XtVaGetValues(message_box, XmNlabelRenderTable, &fonts, nullptr);
+    XtVaGetValues(like, XmNrenderTable, &fonts, nullptr);
     for (Widget child : CHILDREN(widget)) {
         std::string name = XtName(child);
         bool made = XmIsColumn(widget) && name.size() > 6 && name.ends_with("_label");

@@ -29,7 +29,7 @@ NB_VOID vga_define_tabbing_order(Widget message_box, Widget widget);
  * those that are not managed are left out. */
 NB_VOID vga_define_tab_groups(const Widget *widgets, NB_USHORT count);
 
-/* Gives the labels that a column makes of its entries (XmNentryLabelString) the font of the labels
+/* Gives the labels that a column makes of its entries (XmNentryLabelString) the font of the buttons
  * of the box, in `widget` and all below it. */
 NB_VOID vga_set_label_fonts(Widget widget, Widget message_box);
 
