@@ -20,14 +20,10 @@ constexpr NB_ULONG problem_unexpected = 0x40020000;
 constexpr NB_ULONG problem_internal = 0x40020001;
 constexpr NB_ULONG open_file_failed = 61444;
 
-NB_VOID report_read(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
-    VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_report_read);
-}
-
 /* Show the report over the main dialog. */
 template <class... Arguments>
 NB_VOID show_error(NB_USHORT message, const NB_CHAR *types, Arguments... arguments) {
-    vga_display_error_dialog(gvga_main_dialog, message, "fatalerror", report_read, 0, types,
+    vga_display_error_dialog(gvga_main_dialog, message, "fatalerror", vga_error_exit_cb, 0, types,
                              arguments...);
 }
 
@@ -49,7 +45,7 @@ NB_VOID report_no_node(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
 
 NB_VOID report_shutting_down(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
     vga_display_info_dialog(gvga_main_dialog, VGA_MSG_SYSTEM_SHUTDOWN, "systemshutdown",
-                            report_read, 0, "");
+                            vga_error_exit_cb, 0, "");
 }
 
 NB_VOID report_unavailable(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
@@ -97,6 +93,11 @@ NB_VOID log_exit(NB_USHORT known) {
         nba_pd_print_problem(problem_unexpected, 0, "x x s i", gvga_exit_code, gvga_exit_subcode,
                              gvga_exit_file, gvga_exit_line);
     }
+}
+
+/* Without memory for a box there is nothing to wait for. */
+NB_USHORT is_to_be_read(const VGA_MODAL_DLG &box) {
+    return box.showing != 0 || !NB_EMPTY_LIST(box.queue);
 }
 
 /* Handles X events and timers only, so that nothing of the node's comes between. */
@@ -156,7 +157,13 @@ NB_VOID vga_error_exit(NB_VOID) {
     }
     vga_display_hourglass(0);
     report.in_window(gvga_exit_code, gvga_exit_subcode, gvga_exit_file, gvga_exit_line);
-    wait_until_read();
+    if (is_to_be_read(gvga_main_dialog->modal_dlg)) {
+        wait_until_read();
+    }
+}
+
+NB_VOID vga_error_exit_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
+    VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_report_read);
 }
 
 NB_VOID vga_start_shutdown(NB_VOID) {

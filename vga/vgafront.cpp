@@ -1,6 +1,7 @@
 #include "vgafront.h"
 #include "nbbase.h"
 #include "v0uidpth.h"
+#include "vgacolr.h"
 #include "vgadgutl.h"
 #include "vgadsadd.h"
 #include "vgaglob.h"
@@ -43,7 +44,7 @@ NB_USHORT start_up_failed(NB_ULONG problem, NB_USHORT detail) {
 std::string user_file_path(NB_VOID) {
     const NB_CHAR *home = getenv("HOME");
     std::string path = home != nullptr ? home : "";
-    if (path.size() + sizeof(user_file) - 1 > sizeof(gvga_local_db_file)) {
+    if (path.size() + sizeof(user_file) > sizeof(gvga_local_db_file)) {
         path.clear();
     }
     return path + user_file;
@@ -89,14 +90,34 @@ Widget open_toolkit(NB_INT *argc, NB_CHAR **argv, NB_CHAR **fallbacks) {
     return shell;
 }
 
+/* LANG is cut to the locale without its code set, which few systems have.  The toolkit would warn
+ * of a fault that is not the operator's, and then do the same. */
+NB_USHORT language_was_cut;
+
+NB_USHORT cut_locale_is_missing(NB_VOID) {
+    const NB_CHAR *all = getenv("LC_ALL");
+    if (!language_was_cut || (all != nullptr && *all != '\0')) {
+        return 0;
+    }
+    NB_USHORT missing = setlocale(LC_ALL, "") == nullptr;
+    setlocale(LC_ALL, "C");
+    return missing;
+}
+
+String use_c_locale(Display *, String, XtPointer) {
+    XSetLocaleModifiers("");
+    return setlocale(LC_ALL, "C");
+}
+
 NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
     static NB_CHAR *fallbacks[] = {const_cast<NB_CHAR *>("*fontList: Fixed"), nullptr};
     nba_set_app_defaults_path();
     MrmInitialize();
-    XtSetLanguageProc(nullptr, nullptr, nullptr);
+    XtSetLanguageProc(nullptr, cut_locale_is_missing() ? use_c_locale : nullptr, nullptr);
     gvga_toplevel = open_toolkit(argc, argv, fallbacks);
     gvga_display = XtDisplay(gvga_toplevel);
     gvga_screen = XtScreen(gvga_toplevel);
+    vga_work_out_colours(gvga_display, gvga_screen);
     gvga_root_window = RootWindowOfScreen(gvga_screen);
     gvga_close_atom = XInternAtom(gvga_display, "WM_DELETE_WINDOW", False);
 }
@@ -197,7 +218,8 @@ NB_VOID vga_set_locale_environment(NB_VOID) {
     if (gvga_variant_y && cut == "Ja_JP") {
         cut = "ja_JP";
     }
-    if (cut != lang) {
+    language_was_cut = cut != lang;
+    if (language_was_cut) {
         setenv("LANG", cut.c_str(), 1);
     }
     if (getenv("LC_CTYPE") != nullptr) {
@@ -219,15 +241,17 @@ NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv) {
         return 0;
     }
     vga_get_options();
+    vga_warn_of_colours();
     vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
     return open_window_descriptions();
 }
 
 NB_VOID vga_terminate_frontend(NB_VOID) {
     MrmCloseHierarchy(gvga_uil_hierarchy);
-    vga_free_graphics();
+    vga_free_pixmaps();
     vga_unload_messages();
     vga_free_dialogs();
+    vga_free_graphics();
     XrmDestroyDatabase(gvga_local_database);
     gvga_local_database = nullptr;
     XrmSetDatabase(gvga_display, nullptr);
@@ -247,7 +271,8 @@ NB_USHORT vga_initialise_backend(NB_VOID) {
     gvga_read_only = 0;
     gvga_system = vga_init_vga_system();
     if (gvga_system == nullptr) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        gvga_exit_code = 0; /* as with the first window */
+        VGA_EXIT(VGA_EXIT_START_UP, 0);
         return 0;
     }
     return 1;

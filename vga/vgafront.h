@@ -9,6 +9,10 @@
 NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv);
 NB_VOID vga_terminate_frontend(NB_VOID);
 
+/* The first complete model exists: the first window gets its contents, and comes to the front
+ * before any message does.  Without a node a client/server domain requests its exit. */
+NB_VOID vga_system_built(NB_VOID);
+
 /* Scheduler hook, handles, verb queues, the empty model.  Returns as above. */
 NB_USHORT vga_initialise_backend(NB_VOID);
 NB_VOID vga_terminate_backend(NB_VOID);

@@ -1,5 +1,7 @@
 /* The program: start-up in its order, the main loop, the exit. */
+#include "nofverbs.h"
 #include "vgachild.h"
+#include "vgadgmsg.h"
 #include "vgadgutl.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
@@ -11,6 +13,7 @@
 #include "vgamsgs.h"
 #include "vganodew.h"
 #include "vganofq.h"
+#include "vgarec.h"
 #include <csignal>
 #include <cstdlib>
 
@@ -32,27 +35,26 @@ NB_VOID tell_of_limits(VGA_DIALOG *window) {
     }
 }
 
-/* The first complete model exists: the first window gets its contents, and comes to the front
- * before any message does. */
-NB_VOID system_built(NB_VOID) {
-    vga_display_hourglass(0);
-    if (gvga_first_dialog == nullptr) {
+NB_VOID exit_without_node(NB_VOID) {
+    VGA_EXIT_AT(VGA_EXIT_NO_NODE, 0, gvga_exit_no_node);
+}
+
+/* A node that cannot be connected stays in its window and may come back, so that alone is no
+ * reason to end.  When none can be, there is nothing to see, and the operator is told why. */
+NB_VOID tell_of_refusal(VGA_DIALOG *window, const VGA_NODE &first) {
+    NB_USHORT connected = 0;
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links,
+                 [&connected](VGA_NODE &node) { connected |= node.target != 0; });
+    if (connected || first.refusal.primary_rc == NAP_OK) {
         return;
     }
-    auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
-    if (node == nullptr) {
-        if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
-            VGA_EXIT_AT(VGA_EXIT_NO_NODE, 0, gvga_exit_no_node);
-        } else {
-            v0_assert(__FILE__, __LINE__, "FALSE");
-        }
-        return;
+    const NB_CHAR *help_key;
+    const VGA_OWNED<NB_CHAR> reason(vga_get_verb_error_message(
+        NAP_CONNECT_NODE, first.refusal.primary_rc, first.refusal.secondary_rc, &help_key));
+    if (reason) {
+        vga_display_error_dialog(window, VGA_MSG_NODE_REFUSES, help_key, nullptr, 0, "cs s",
+                                 static_cast<NB_INT>(sizeof(first.name)), first.name, reason.get());
     }
-    if (vga_display_node_window(node, 1) == 0) {
-        nba_pd_print_problem(window_problem, NODE_WINDOW_FAILED, nullptr);
-    }
-    tell_of_limits(gvga_first_dialog);
-    gvga_first_dialog = nullptr;
 }
 
 NB_VOID build_progress(VGA_NODE *node, NB_ULONG resources) {
@@ -74,12 +76,15 @@ NB_VOID build_progress(VGA_NODE *node, NB_ULONG resources) {
 NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     if (change != VGA_NODE_REMOVED) {
         vga_update_node_window(node);
+    } else if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_system->built && !gvga_closing &&
+               AVL_FIRST(gvga_system->nodes) == nullptr) {
+        exit_without_node();
     }
 }
 
 NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.indication = vga_dispatch_indication;
-    gvga_hooks.model_built = system_built;
+    gvga_hooks.model_built = vga_system_built;
     gvga_hooks.build_progress = build_progress;
     gvga_hooks.stop = vga_start_shutdown;
     gvga_hooks.node_list_changed = node_list_changed;
@@ -90,6 +95,7 @@ NB_VOID set_hooks(NB_VOID) {
 
 NB_USHORT show_first_window(NB_VOID) {
     if (vga_display_node_window(nullptr, 0) == 0) {
+        gvga_exit_code = 0; /* whatever the window asked for: it is the start that has failed */
         VGA_EXIT_AT(VGA_EXIT_START_UP, 0, gvga_exit_node_window);
         return 0;
     }
@@ -129,6 +135,28 @@ NB_VOID read_environment(NB_VOID) {
 
 } // namespace
 
+NB_VOID vga_system_built(NB_VOID) {
+    vga_display_hourglass(0);
+    if (gvga_first_dialog == nullptr) {
+        return;
+    }
+    auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+    if (node == nullptr) {
+        if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
+            exit_without_node();
+        } else {
+            v0_assert(__FILE__, __LINE__, "FALSE");
+        }
+        return;
+    }
+    if (vga_display_node_window(node, 1) == 0) {
+        nba_pd_print_problem(window_problem, NODE_WINDOW_FAILED, nullptr);
+    }
+    tell_of_limits(gvga_first_dialog);
+    tell_of_refusal(gvga_first_dialog, *node);
+    gvga_first_dialog = nullptr;
+}
+
 int main(int argc, char **argv) {
     read_environment();
     if (vga_check_print_usage(&argc, argv)) {
@@ -147,6 +175,7 @@ int main(int argc, char **argv) {
             do_one_round();
         }
     }
+    gvga_hooks.node_list_changed = nullptr; /* what is freed from here on is no news */
     vga_terminate_backend();
     if (gvga_exit_code != 0 && gvga_exit_code != VGA_EXIT_NORMAL) {
         vga_error_exit();

@@ -2,6 +2,7 @@
 #include "nodeengine.h"
 
 #include "nbbase.h"
+#include "nodehook.h"
 #include "noderefer.h"
 #include "nofverbs.h"
 
@@ -88,18 +89,31 @@ Result Engine::check_alias(const ClassRow &row, const NB_UCHAR *entry, const Res
     return named ? bad_state(NAP_IN_USE) : GOOD;
 }
 
-Result Engine::check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource *old) const {
-    for (const FieldRow &field : row.fields) {
-        if ((field.use & FIELD_BEHAVIOUR) != 0) {
-            continue;
+Result check_fields(const ClassRow &row, NB_UCHAR *entry) {
+    const NestedRow &nested = row.nested;
+    NB_ULONG wrong = 0;
+    if (nested.name != nullptr) {
+        const NB_ULONG count = get_number(entry + nested.count_offset, nested.count_width);
+        if (count < nested.least || count > nested.most) {
+            return bad_parameter(NAP_INVALID_VALUE);
         }
-        const NB_ULONG wrong = check_field(field, entry);
-        if (wrong != 0) {
-            return bad_parameter(wrong);
-        }
-        tidy_field(field, entry);
     }
-    Result result = check_refs(row, entry);
+    for_tables(row, entry, [&wrong](const FieldTable &table, NB_UCHAR *record) {
+        for (const FieldRow &field : table) {
+            if (wrong == 0 && (field.use & FIELD_BEHAVIOUR) == 0) {
+                wrong = check_field(field, record);
+                tidy_field(field, record);
+            }
+        }
+    });
+    return wrong == 0 ? GOOD : bad_parameter(wrong);
+}
+
+Result Engine::check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource *old) const {
+    Result result = check_fields(row, entry);
+    if (result.ok()) {
+        result = check_refs(row, entry);
+    }
     if (result.ok()) {
         result = check_alias(row, entry, old);
     }
@@ -111,7 +125,8 @@ Result Engine::check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource 
 
 bool Engine::is_busy(const Resource &resource) const {
     const ClassRow &row = *resource.row;
-    return row.hooks.busy != nullptr ? row.hooks.busy(resource) : resource.state != NAP_NOT_ACTIVE;
+    return row.hooks.busy != nullptr ? row.hooks.busy(*this, resource)
+                                     : resource.state != NAP_NOT_ACTIVE;
 }
 
 Resource *Engine::owner_of(const Resource &resource) const {
@@ -127,7 +142,7 @@ Resource *Engine::owner_of(const Resource &resource) const {
 void Engine::count_in_owner(const Resource &resource, int resources, int active) {
     Resource *owner = owner_of(resource);
     if (owner != nullptr && owner->row->hooks.counted != nullptr) {
-        owner->row->hooks.counted(*owner, resources, active);
+        owner->row->hooks.counted(*owner, resource, resources, active);
     }
 }
 
@@ -135,6 +150,7 @@ void Engine::count_in_owner(const Resource &resource, int resources, int active)
 Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behaviour,
                         Resource *old) {
     Resource *resource = old;
+    set_entry_length(row, entry.get());
     if (old == nullptr) {
         resource = &tables_[row.id]->insert(std::move(entry), behaviour);
     } else {
@@ -142,6 +158,9 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
             stop(*old, true);
         }
         count_in_owner(*old, -1, 0);
+        if (row.hooks.leaving != nullptr) {
+            row.hooks.leaving(*this, *old);
+        }
         tables_[row.id]->update(*old, std::move(entry));
     }
     count_in_owner(*resource, 1, 0);
@@ -157,51 +176,112 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
     return *resource;
 }
 
-Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
-    Entry entry = std::make_unique<NB_UCHAR[]>(row.overlay_size());
-    memcpy(entry.get() + KEY_OFFSET, block.data() + KEY_IN_BLOCK, row.key_size());
+/* The entry that a define block asks for, over the one that is there. */
+Result Engine::read_define(const ClassRow &row, const NB_UCHAR *block, Change &change) const {
+    change.row = &row;
+    change.entry = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    NB_UCHAR *entry = change.entry.get();
+    memcpy(entry + KEY_OFFSET, block + KEY_IN_BLOCK, row.key_size());
     for (const FieldRow &field : row.fields) {
         if ((field.use & FIELD_KEY) != 0) {
-            tidy_field(field, entry.get());
+            tidy_field(field, entry);
         }
     }
-    Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
+    Resource *old = tables_[row.id]->find(entry + KEY_OFFSET);
     if (old != nullptr) {
         const NB_UCHAR *known = old->entry.get();
-        if (old->derived ||
-            memcmp(known + KEY_OFFSET, entry.get() + KEY_OFFSET, row.key_size()) != 0) {
+        if (old->derived || memcmp(known + KEY_OFFSET, entry + KEY_OFFSET, row.key_size()) != 0) {
             return bad_parameter(NAP_DUPLICATE_NAME);
         }
-        memcpy(entry.get(), known, row.overlay_size());
+        memcpy(entry, known, row.overlay_size());
+        change.old = old;
+        change.behaviour = old->behaviour;
     }
-    put_number(entry.get(), 2, static_cast<NB_ULONG>(row.overlay_size()));
-    memcpy(entry.get() + row.def.offset, block.data() + row.def_in_define, row.def.length);
-    const Result result = check_entry(row, entry.get(), old);
+    memcpy(entry + row.def.offset, block + row.def_in_define, row.def.length);
+    if (old != nullptr) {
+        keep_secrets(row.fields, entry, old->entry.get());
+    }
+    return check_entry(row, entry, old);
+}
+
+Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
+    Change change;
+    if (row.hooks.define != nullptr) {
+        return row.hooks.define(*this, block);
+    }
+    Result result = read_define(row, block.data(), change);
+    if (result.ok() && change.old != nullptr && is_busy(*change.old)) {
+        result = bad_state(NAP_RESOURCE_ACTIVE);
+    }
     if (!result.ok()) {
         return result;
     }
-    if (old != nullptr && is_busy(*old)) {
-        return bad_state(NAP_RESOURCE_ACTIVE);
-    }
     if (row.hooks.fill != nullptr) {
-        row.hooks.fill(*this, entry.get());
+        row.hooks.fill(*this, change.entry.get());
     }
-    const Behaviour behaviour = old != nullptr ? old->behaviour : DEFAULT_BEHAVIOUR;
-    if (store_ != nullptr && !store_->write({{row.name, entry.get() + KEY_OFFSET, row.key_size(),
-                                              entry.get(), row.overlay_size(), &behaviour}})) {
+    set_entry_length(row, change.entry.get());
+    std::vector<NB_UCHAR> answer(change.entry.get(), change.entry.get() + row.overlay_size());
+    std::vector<Change> changes;
+    changes.push_back(std::move(change));
+    result = apply(std::move(changes));
+    if (result.ok()) {
+        hide_secrets(row.fields, answer.data());
+        memcpy(block.data() + row.def_in_define, answer.data() + row.def.offset, row.def.length);
+    }
+    return result;
+}
+
+Change Engine::change_of(Resource &resource) {
+    const ClassRow &row = *resource.row;
+    return change_to(row.id, resource.entry.get(), row.overlay_size(), &resource);
+}
+
+Change Engine::change_to(ClassId id, const NB_VOID *entry, size_t length, Resource *old) {
+    const ClassRow &row = class_row(id);
+    Change change;
+    change.row = &row;
+    change.entry = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    memcpy(change.entry.get(), entry, length);
+    change.old = old;
+    change.behaviour = old != nullptr ? old->behaviour : DEFAULT_BEHAVIOUR;
+    return change;
+}
+
+Change Engine::removal_of(Resource &resource) {
+    Change change;
+    change.row = resource.row;
+    change.old = &resource;
+    return change;
+}
+
+Result Engine::apply(std::vector<Change> changes) {
+    std::vector<StoreChange> rows;
+    for (Change &change : changes) {
+        const ClassRow &row = *change.row;
+        if (change.entry == nullptr) {
+            collect_tree(*change.old, rows);
+        } else {
+            rows.push_back({row.name, change.entry.get() + KEY_OFFSET, row.key_size(),
+                            change.entry.get(), row.overlay_size(), &change.behaviour});
+        }
+    }
+    if (store_ != nullptr && !store_->write(rows)) {
         return bad_state(NAP_STORE_FAILED);
     }
-    memcpy(block.data() + row.def_in_define, entry.get() + row.def.offset, row.def.length);
-    place(row, std::move(entry), behaviour, old);
+    for (Change &change : changes) {
+        if (change.entry == nullptr) {
+            remove_tree(*change.old);
+        } else {
+            place(*change.row, std::move(change.entry), change.behaviour, change.old);
+        }
+    }
     return GOOD;
 }
 
-Resource &Engine::add_derived(const ClassRow &row, const std::vector<NB_UCHAR> &entry) {
-    Entry copy = std::make_unique<NB_UCHAR[]>(row.overlay_size());
-    memcpy(copy.get(), entry.data(), entry.size());
-    put_number(copy.get(), 2, static_cast<NB_ULONG>(row.overlay_size()));
-    Resource &made = place(row, std::move(copy), DEFAULT_BEHAVIOUR,
-                           tables_[row.id]->find(entry.data() + KEY_OFFSET));
+Resource &Engine::add_derived(ClassId id, const NB_VOID *entry, size_t length) {
+    const auto *key = static_cast<const NB_UCHAR *>(entry) + KEY_OFFSET;
+    Change change = change_to(id, entry, length, tables_[id]->find(key));
+    Resource &made = place(*change.row, std::move(change.entry), change.behaviour, change.old);
     made.derived = true;
     return made;
 }
@@ -220,7 +300,22 @@ Result Engine::check_unused(const Resource &resource) const {
     return result;
 }
 
+/* The rows of a resource and of all that is carried by it. */
+void Engine::collect_tree(Resource &resource, std::vector<StoreChange> &changes) const {
+    const ClassRow &row = *resource.row;
+    if (!resource.derived) {
+        changes.push_back(
+            {row.name, resource.entry.get() + KEY_OFFSET, row.key_size(), nullptr, 0, nullptr});
+    }
+    for_referrers(resource, [this, &changes](const RefRow &ref, Resource &other) {
+        if ((ref.flags & REF_CARRIED) != 0) {
+            collect_tree(other, changes);
+        }
+    });
+}
+
 void Engine::remove_tree(Resource &resource) {
+    const ClassRow &row = *resource.row;
     std::vector<Resource *> carried;
     for_referrers(resource, [&carried](const RefRow &ref, Resource &other) {
         if ((ref.flags & REF_CARRIED) != 0) {
@@ -231,12 +326,21 @@ void Engine::remove_tree(Resource &resource) {
         remove_tree(*other);
     }
     timers_.cancel(resource.timer);
+    if (row.hooks.leaving != nullptr) {
+        row.hooks.leaving(*this, resource);
+    }
     count_in_owner(resource, -1, resource.state == NAP_ACTIVE ? -1 : 0);
-    tables_[resource.row->id]->erase(resource);
+    const Entry entry = tables_[row.id]->erase(resource);
+    if (row.hooks.left != nullptr) {
+        row.hooks.left(*this, entry.get());
+    }
 }
 
 Result Engine::remove(const ClassRow &row, const NB_UCHAR *block) {
     Resource *resource = tables_[row.id]->find(block + KEY_IN_BLOCK);
+    if (row.hooks.remove != nullptr) {
+        return row.hooks.remove(*this, block);
+    }
     if (resource == nullptr) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
@@ -247,23 +351,13 @@ Result Engine::remove(const ClassRow &row, const NB_UCHAR *block) {
     if (result.ok()) {
         result = check_unused(*resource);
     }
-    if (!result.ok()) {
-        return result;
+    if (result.ok()) {
+        std::vector<Change> changes;
+        changes.push_back(removal_of(*resource));
+        result = apply(std::move(changes));
+        traffic_changed();
     }
-    std::vector<StoreChange> changes = {
-        {row.name, resource->entry.get() + KEY_OFFSET, row.key_size(), nullptr, 0, nullptr}};
-    for_referrers(*resource, [&changes](const RefRow &, const Resource &other) {
-        if (!other.derived) {
-            changes.push_back({other.row->name, other.entry.get() + KEY_OFFSET,
-                               other.row->key_size(), nullptr, 0, nullptr});
-        }
-    });
-    if (store_ != nullptr && !store_->write(changes)) {
-        return bad_state(NAP_STORE_FAILED);
-    }
-    remove_tree(*resource);
-    traffic_changed();
-    return GOOD;
+    return result;
 }
 
 } // namespace node

@@ -20,8 +20,9 @@ template <class Record> Record read_block(const std::vector<NB_UCHAR> &block) {
 
 } // namespace
 
-Engine::Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener)
-    : store_(store), timers_(timers), clock_(clock), listener_(listener) {
+Engine::Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener,
+               Scope scope)
+    : store_(store), timers_(timers), clock_(clock), listener_(listener), scope_(scope) {
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
         tables_[id] = std::make_unique<ResourceTable>(class_row(static_cast<ClassId>(id)));
     }
@@ -55,6 +56,10 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
     const auto header = read_block<NAP_VCB>(block);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const ClassRow *row = class_by_verb(header.opcode);
+    const RecordRow *settings = record_by_setter(header.opcode);
+    if (row != nullptr && !serves(*row)) {
+        return {NAP_NOT_SUPPORTED, 0};
+    }
     switch (verb->kind) {
     case NAP_KIND_LIST:
         return query_list(block, data);
@@ -63,6 +68,7 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
     case NAP_KIND_DEFINE:
         return header.opcode == NAP_DEFINE_NODE ? define_node(block.data())
                : row != nullptr                 ? define(*row, block)
+               : settings != nullptr            ? define_record(*settings, block)
                                                 : Result{NAP_NOT_SUPPORTED, 0};
     case NAP_KIND_DELETE:
         return row != nullptr ? remove(*row, block.data()) : Result{NAP_NOT_SUPPORTED, 0};
@@ -85,8 +91,9 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
     auto query = read_block<NAP_QUERY_LIST>(block);
     const ListRow *list = nullptr;
     const ClassRow *row = class_by_list(query.opcode, &list);
-    const Result result =
-        row != nullptr ? tables_[row->id]->list(*list, query, data) : list_nothing(query);
+    const Result result = row != nullptr && serves(*row)
+                              ? tables_[row->id]->list(*list, query, data)
+                              : list_nothing(query);
     memcpy(block.data(), &query, sizeof query);
     return result;
 }
@@ -94,11 +101,12 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
 Result Engine::query_record(std::vector<NB_UCHAR> &block) {
     const auto header = read_block<NAP_VCB>(block);
     const RecordRow *row = record_by_verb(header.opcode);
-    if (row == nullptr) {
+    if (row == nullptr || row->of_domain != (scope_ == Scope::Domain)) {
         return {NAP_NOT_SUPPORTED, 0};
     }
     memcpy(block.data() + sizeof header, records_.image(*row) + sizeof header,
            row->block_size - sizeof header);
+    hide_secrets(row->fields, block.data());
     if (header.opcode == NAP_QUERY_NODE) {
         const NAP_QUERY_NODE_VERB now = node_record();
         memcpy(block.data() + sizeof header,
@@ -173,6 +181,37 @@ Result Engine::define_node(const NB_UCHAR *block) {
     memcpy(records_.image(row), image, sizeof record);
     node_state_ = NAP_NODE_STOPPED;
     announce();
+    return GOOD;
+}
+
+/* The record takes the fields of the block; all else stays. */
+Result Engine::define_record(const RecordRow &row, std::vector<NB_UCHAR> &block) {
+    std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
+    const std::vector<NB_UCHAR> before = image;
+    if (row.of_domain != (scope_ == Scope::Domain)) {
+        return {NAP_NOT_SUPPORTED, 0};
+    }
+    for (const FieldRow &field : row.fields) {
+        const NB_ULONG wrong = check_field(field, block.data());
+        if (wrong != 0) {
+            return bad_parameter(wrong);
+        }
+        memcpy(image.data() + field.offset, block.data() + field.offset, field.width);
+        tidy_field(field, image.data());
+    }
+    keep_secrets(row.fields, image.data(), before.data());
+    if (row.mode_offset != 0 && !is_blank(KeyKind::Ebcdic, image.data() + row.mode_offset, 8) &&
+        find(CLASS_MODE_DEF, image.data() + row.mode_offset) == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_OWNER);
+    }
+    if (store_ != nullptr &&
+        !store_->write({{row.name, nullptr, 0, image.data(), image.size(), nullptr}})) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    memcpy(records_.image(row), image.data(), image.size());
+    hide_secrets(row.fields, image.data());
+    memcpy(block.data() + sizeof(NAP_VCB), image.data() + sizeof(NAP_VCB),
+           image.size() - sizeof(NAP_VCB));
     return GOOD;
 }
 

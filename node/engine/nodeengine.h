@@ -11,6 +11,7 @@
 #ifndef NODEENGINE_H
 #define NODEENGINE_H
 
+#include "noderecord.h"
 #include "nodestore.h"
 #include "nodetable.h"
 #include "nodetext.h"
@@ -43,10 +44,21 @@ public:
     }
 };
 
+/* One step of a change: a resource of a class gets an entry, new or in place of `old`, or, without
+ * an entry, `old` is deleted with what is carried by it. */
+struct Change {
+    const ClassRow *row = nullptr;
+    std::unique_ptr<NB_UCHAR[]> entry; /* row->overlay_size() bytes */
+    Resource *old = nullptr;
+    Behaviour behaviour = DEFAULT_BEHAVIOUR;
+};
+
 class Engine {
 public:
-    /* `store` may be null: nothing is kept then (for checking a text, and for tests). */
-    Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener);
+    /* `store` may be null: nothing is kept then (for checking a text, and for tests).  The scope
+     * says whose classes and settings it serves: those of a node or those of the domain. */
+    Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener,
+           Scope scope = Scope::Node);
     ~Engine();
     Engine(const Engine &) = delete;
     Engine &operator=(const Engine &) = delete;
@@ -87,9 +99,27 @@ public:
     Resource *find(ClassId id, const NB_UCHAR *key) const { return tables_[id]->find(key); }
     const Clock &clock() const { return clock_; }
     void indicate(const Resource &resource, bool deactivated);
-    Resource &add_derived(const ClassRow &row, const std::vector<NB_UCHAR> &entry);
     void remove_tree(Resource &resource);
     void traffic_changed();
+
+    /* Makes a resource that another one brings with it, or gives it other contents.  `length` bytes
+     * of list entry, whose own length is filled in. */
+    Resource &add_derived(ClassId id, const NB_VOID *entry, size_t length);
+
+    /* Steps for `apply`.  `change_of` begins with the entry as it is. */
+    static Change change_of(Resource &resource);
+    static Change change_to(ClassId id, const NB_VOID *entry, size_t length, Resource *old);
+    static Change removal_of(Resource &resource);
+
+    /* Stores all steps as one transaction, then takes them.  They are not checked. */
+    Result apply(std::vector<Change> changes);
+
+    /* A settings record, by the verb that asks for it. */
+    template <class Record> Record settings(NB_USHORT opcode) const {
+        Record record;
+        memcpy(&record, records_.image(*record_by_verb(opcode)), sizeof record);
+        return record;
+    }
 
     /* Reads and writes a whole record as its C type, by copying. */
     template <class Record> static Record get(const Resource &resource) {
@@ -110,9 +140,14 @@ private:
     Result query_record(std::vector<NB_UCHAR> &block);
     void count_limits(std::vector<NB_UCHAR> &block) const;
     Result define_node(const NB_UCHAR *block);
+    Result define_record(const RecordRow &row, std::vector<NB_UCHAR> &block);
+    bool serves(const ClassRow &row) const {
+        return (scope_ == Scope::Domain) == (row.scope == Scope::Domain);
+    }
 
     /* definitions (nodedefine.cpp) */
     Result define(const ClassRow &row, std::vector<NB_UCHAR> &block);
+    Result read_define(const ClassRow &row, const NB_UCHAR *block, Change &change) const;
     Result remove(const ClassRow &row, const NB_UCHAR *block);
     Result check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource *old) const;
     Result check_refs(const ClassRow &row, NB_UCHAR *entry) const;
@@ -122,6 +157,7 @@ private:
     bool is_busy(const Resource &resource) const;
     Resource &place(const ClassRow &row, Entry entry, const Behaviour &behaviour, Resource *old);
     void count_in_owner(const Resource &resource, int resources, int active);
+    void collect_tree(Resource &resource, std::vector<StoreChange> &changes) const;
     template <class Action> void for_referrers(const Resource &resource, Action action) const;
 
     /* loading (nodeload.cpp) */
@@ -168,6 +204,7 @@ private:
     TimerQueue &timers_;
     const Clock &clock_;
     EngineListener &listener_;
+    Scope scope_;
     std::array<std::unique_ptr<ResourceTable>, CLASS_COUNT> tables_;
     RecordSet records_;
     NB_ULONG node_state_ = NAP_NODE_UNCONFIGURED;

@@ -4,9 +4,11 @@
 #include "nodekey.h"
 
 #include <algorithm>
+#include <arpa/inet.h>
 #include <cctype>
 #include <charconv>
 #include <cstring>
+#include <vector>
 
 namespace node {
 
@@ -66,15 +68,27 @@ bool valid_number(const FieldRow &row, NB_ULONG value) {
 }
 
 bool is_name(FieldKind kind) {
-    return kind == FieldKind::NameA || kind == FieldKind::NameFq || kind == FieldKind::NameLocal;
+    return kind <= FieldKind::NameEbcdic;
 }
 
-KeyKind blank_kind(FieldKind kind) {
-    return kind == FieldKind::NameLocal ? KeyKind::Local : KeyKind::Ebcdic;
+/* The blank of the character set that a name of this kind is in. */
+NB_UCHAR blank_of(FieldKind kind) {
+    return kind == FieldKind::NameLocal ? ' ' : EBCDIC_BLANK;
+}
+
+bool is_blank_name(FieldKind kind, const NB_UCHAR *name, size_t width) {
+    const bool local = kind == FieldKind::NameLocal || kind == FieldKind::NamePartner;
+    return (kind != FieldKind::NameLocal && is_blank(KeyKind::Ebcdic, name, width)) ||
+           (local && is_blank(KeyKind::Local, name, width));
+}
+
+/* Names of services hold bytes that are no characters; NULs stand nowhere. */
+bool valid_name_ebcdic(const NB_UCHAR *name, size_t width) {
+    return name[0] != EBCDIC_BLANK && std::find(name, name + width, 0) == name + width;
 }
 
 bool valid_name(const FieldRow &row, const NB_UCHAR *name) {
-    if (is_blank(blank_kind(row.kind), name, row.width)) {
+    if (is_blank_name(row.kind, name, row.width)) {
         return (row.use & FIELD_REQUIRED) == 0;
     }
     switch (row.kind) {
@@ -82,9 +96,27 @@ bool valid_name(const FieldRow &row, const NB_UCHAR *name) {
         return valid_name_a(name, row.width);
     case FieldKind::NameFq:
         return valid_name_fq(name, row.width);
+    case FieldKind::NameAny:
+        return valid_name_fq(name, row.width) || valid_name_a(name, row.width);
+    case FieldKind::NamePartner:
+        return valid_name_fq(name, row.width) ||
+               (valid_name_local(name, row.width) && name[NAME_WIDTH] == ' ');
+    case FieldKind::NameEbcdic:
+        return valid_name_ebcdic(name, row.width);
     default:
         return valid_name_local(name, row.width);
     }
+}
+
+bool valid_text(const FieldRow &row, const NB_UCHAR *text) {
+    return memchr(text, 0, row.width) != nullptr &&
+           ((row.use & FIELD_REQUIRED) == 0 || text[0] != 0);
+}
+
+bool valid_address(const NB_UCHAR *record) {
+    NB_IP_ADDRESS address;
+    memcpy(&address, record, sizeof address);
+    return address.family == NAP_IPV4_ADDRESS;
 }
 
 std::string allowed(const FieldRow &row) {
@@ -93,8 +125,18 @@ std::string allowed(const FieldRow &row) {
         return "up to 8 of A-Z, 0-9, @, # and $, no digit first";
     case FieldKind::NameFq:
         return "a network name, a period and a name, as in NETA.LU1";
+    case FieldKind::NameAny:
+        return "a name of up to 8 characters, or a network name, a period and a name";
+    case FieldKind::NamePartner:
+        return "a network name, a period and a name, or an alias of up to 8 characters";
     case FieldKind::NameLocal:
-        return "up to 8 characters without blanks";
+        return "up to " + std::to_string(row.width) + " characters without blanks";
+    case FieldKind::NameEbcdic:
+        return "up to " + std::to_string(row.width) + " characters";
+    case FieldKind::Bytes:
+        return "up to " + std::to_string(2 * row.width) + " hexadecimal digits, two a byte";
+    case FieldKind::Address:
+        return "an IP address, as in 10.20.0.1";
     case FieldKind::Text:
         return "a text of up to " + std::to_string(row.width - 1) + " characters";
     case FieldKind::Number:
@@ -134,11 +176,13 @@ bool parse_number(const FieldRow &row, std::string_view text, NB_ULONG &value) {
 }
 
 bool set_name(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
-    NB_UCHAR name[32] = {};
+    NB_UCHAR name[NAP_MAX_KEY] = {};
+    const bool alias =
+        row.kind == FieldKind::NamePartner && text.find('.') == std::string_view::npos;
     if (text.size() > row.width) {
         return false;
     }
-    if (row.kind == FieldKind::NameLocal) {
+    if (row.kind == FieldKind::NameLocal || (alias && !text.empty())) {
         put_local(name, row.width, text);
     } else {
         put_ebcdic(name, row.width, text);
@@ -148,6 +192,61 @@ bool set_name(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
     }
     memcpy(at, name, row.width);
     return true;
+}
+
+bool set_text(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
+    const bool good = text.size() < row.width && (!text.empty() || (row.use & FIELD_REQUIRED) == 0);
+    if (good) {
+        memset(at, 0, row.width);
+        memcpy(at, text.data(), text.size());
+    }
+    return good;
+}
+
+bool set_bytes(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
+    std::vector<NB_UCHAR> bytes(row.width);
+    if (text.size() > 2 * row.width || text.size() % 2 != 0) {
+        return false;
+    }
+    for (size_t digit = 0; digit < text.size(); digit += 2) {
+        const char *end = text.data() + digit + 2;
+        if (std::from_chars(text.data() + digit, end, bytes[digit / 2], 16).ptr != end) {
+            return false;
+        }
+    }
+    memcpy(at, bytes.data(), row.width);
+    return true;
+}
+
+bool set_address(std::string_view text, NB_UCHAR *at) {
+    NB_IP_ADDRESS address = {};
+    const bool good = inet_pton(AF_INET, std::string(text).c_str(), address.octets) == 1;
+    if (good) {
+        memcpy(at, &address, sizeof address);
+    }
+    return good;
+}
+
+std::string format_bytes(const NB_UCHAR *at, size_t width) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string text;
+    for (size_t byte = 0; byte < width; byte++) {
+        text += {digits[at[byte] >> 4], digits[at[byte] & 15]};
+    }
+    return text;
+}
+
+std::string format_address(const NB_UCHAR *at) {
+    char text[INET_ADDRSTRLEN] = {};
+    inet_ntop(AF_INET, at + offsetof(NB_IP_ADDRESS, octets), text, sizeof text);
+    return text;
+}
+
+std::string format_name(const FieldRow &row, const NB_UCHAR *at) {
+    const bool local = row.kind == FieldKind::NameLocal ||
+                       (row.kind == FieldKind::NamePartner && !valid_name_fq(at, row.width) &&
+                        !is_blank_name(row.kind, at, row.width));
+    return local ? local_text(at, row.width) : ebcdic_text(at, row.width);
 }
 
 } // namespace
@@ -216,11 +315,11 @@ bool set_field(const FieldRow &row, std::string_view text, NB_UCHAR *record, std
     if (is_name(row.kind)) {
         good = set_name(row, text, at);
     } else if (row.kind == FieldKind::Text) {
-        good = text.size() < row.width;
-        if (good) {
-            memset(at, 0, row.width);
-            memcpy(at, text.data(), text.size());
-        }
+        good = set_text(row, text, at);
+    } else if (row.kind == FieldKind::Bytes) {
+        good = set_bytes(row, text, at);
+    } else if (row.kind == FieldKind::Address) {
+        good = set_address(text, at);
     } else {
         good = parse_number(row, text, value);
         if (good) {
@@ -235,11 +334,17 @@ bool set_field(const FieldRow &row, std::string_view text, NB_UCHAR *record, std
 
 std::string format_field(const FieldRow &row, const NB_UCHAR *record) {
     const NB_UCHAR *at = record + row.offset;
-    if (row.kind == FieldKind::NameA || row.kind == FieldKind::NameFq) {
-        return ebcdic_text(at, row.width);
+    if (is_name(row.kind)) {
+        return format_name(row, at);
     }
-    if (row.kind == FieldKind::NameLocal || row.kind == FieldKind::Text) {
+    if (row.kind == FieldKind::Text) {
         return local_text(at, row.width);
+    }
+    if (row.kind == FieldKind::Bytes) {
+        return format_bytes(at, row.width);
+    }
+    if (row.kind == FieldKind::Address) {
+        return format_address(at);
     }
     const NB_ULONG value = get_number(at, row.width);
     if (row.kind == FieldKind::Flag) {
@@ -263,15 +368,45 @@ NB_ULONG check_field(const FieldRow &row, const NB_UCHAR *record) {
         return valid_name(row, at) ? 0 : NAP_INVALID_NAME;
     }
     if (row.kind == FieldKind::Text) {
-        return memchr(at, 0, row.width) != nullptr ? 0 : NAP_INVALID_VALUE;
+        return valid_text(row, at) ? 0 : NAP_INVALID_VALUE;
+    }
+    if (row.kind == FieldKind::Bytes) {
+        return 0;
+    }
+    if (row.kind == FieldKind::Address) {
+        return valid_address(at) ? 0 : NAP_INVALID_VALUE;
     }
     return valid_number(row, get_number(at, row.width)) ? 0 : NAP_INVALID_VALUE;
 }
 
 void tidy_field(const FieldRow &row, NB_UCHAR *record) {
     NB_UCHAR *at = record + row.offset;
-    if (is_name(row.kind) && is_blank(blank_kind(row.kind), at, row.width)) {
-        memset(at, row.kind == FieldKind::NameLocal ? ' ' : EBCDIC_BLANK, row.width);
+    if (is_name(row.kind) && is_blank_name(row.kind, at, row.width)) {
+        memset(at, blank_of(row.kind), row.width);
+    } else if (row.kind == FieldKind::Text) {
+        std::fill(std::find(at, at + row.width, 0), at + row.width, NB_UCHAR{0});
+    }
+}
+
+bool is_empty_field(const FieldRow &row, const NB_UCHAR *record) {
+    const NB_UCHAR *at = record + row.offset;
+    return is_name(row.kind) ? is_blank_name(row.kind, at, row.width)
+                             : all_are(at, at + row.width, 0);
+}
+
+void hide_secrets(const FieldTable &table, NB_UCHAR *record) {
+    for (const FieldRow &row : table) {
+        if ((row.use & FIELD_SECRET) != 0) {
+            memset(record + row.offset, is_name(row.kind) ? blank_of(row.kind) : 0, row.width);
+        }
+    }
+}
+
+void keep_secrets(const FieldTable &table, NB_UCHAR *record, const NB_UCHAR *old) {
+    for (const FieldRow &row : table) {
+        if ((row.use & FIELD_SECRET) != 0 && is_empty_field(row, record)) {
+            memcpy(record + row.offset, old + row.offset, row.width);
+        }
     }
 }
 
@@ -283,8 +418,7 @@ void set_initial_fields(const FieldTable &table, NB_UCHAR *record, Behaviour &be
         if (row.initial != nullptr) {
             NB_ASSERT(set_field(row, row.initial, base, why));
         } else if (is_name(row.kind)) {
-            memset(base + row.offset, row.kind == FieldKind::NameLocal ? ' ' : EBCDIC_BLANK,
-                   row.width);
+            memset(base + row.offset, blank_of(row.kind), row.width);
         }
     }
 }

@@ -15,14 +15,19 @@
 namespace node {
 
 enum class FieldKind : NB_UCHAR {
-    NameA,     /* SNA name, 8 bytes EBCDIC: A-Z 0-9 @ # $, no digit first */
-    NameFq,    /* network.name, 17 bytes EBCDIC */
-    NameLocal, /* 8 bytes of the local code page, printable, no blank inside */
-    Text,      /* local code page, NUL-terminated within its width */
-    Number,    /* 1, 2 or 4 bytes, decimal in texts, within low..high */
-    Flag,      /* 1, 2 or 4 bytes, "yes" or "no" */
-    Word,      /* a number that texts call by a word */
-    Hex,       /* a number in hexadecimal, 0 to 2^32 - 1 */
+    NameA,       /* SNA name, 8 bytes EBCDIC: A-Z 0-9 @ # $, no digit first */
+    NameFq,      /* network.name, 17 bytes EBCDIC */
+    NameAny,     /* one or the other, 17 bytes EBCDIC */
+    NamePartner, /* network.name in EBCDIC, or an alias in the local code page, 17 bytes */
+    NameLocal,   /* blank-padded, of the local code page, printable, no blank inside */
+    NameEbcdic,  /* blank-padded EBCDIC of any characters, no blank in front */
+    Text,        /* local code page, NUL-terminated within its width */
+    Bytes,       /* any bytes, in texts as hexadecimal digits */
+    Address,     /* an NB_IP_ADDRESS, in texts as four numbers with periods */
+    Number,      /* 1, 2 or 4 bytes, decimal in texts, within low..high */
+    Flag,        /* 1, 2 or 4 bytes, "yes" or "no" */
+    Word,        /* a number that texts call by a word */
+    Hex,         /* a number in hexadecimal, 0 to 2^32 - 1 */
 };
 
 struct FieldWord {
@@ -30,10 +35,11 @@ struct FieldWord {
     NB_ULONG value;
 };
 
-constexpr NB_UCHAR FIELD_REQUIRED = 1;  /* a name that must not be blank */
+constexpr NB_UCHAR FIELD_REQUIRED = 1;  /* a name or text that must not be blank */
 constexpr NB_UCHAR FIELD_BEHAVIOUR = 2; /* stands in the Behaviour, not in the record */
 constexpr NB_UCHAR FIELD_KEY = 4;       /* part of the key: in the section's title, not a line */
 constexpr NB_UCHAR FIELD_COUNTS = 8;    /* one more for each resource of a range */
+constexpr NB_UCHAR FIELD_SECRET = 16;   /* kept, never answered; blank in a change: as it was */
 
 struct FieldRow {
     const char *name; /* in domain texts */
@@ -47,8 +53,8 @@ struct FieldRow {
 };
 
 struct FieldTable {
-    const FieldRow *rows;
-    size_t count;
+    const FieldRow *rows = nullptr;
+    size_t count = 0;
 
     const FieldRow *begin() const { return rows; }
     const FieldRow *end() const { return rows + count; }
@@ -78,8 +84,18 @@ std::string format_field(const FieldRow &row, const NB_UCHAR *record);
  * NAP_INVALID_VALUE. */
 NB_ULONG check_field(const FieldRow &row, const NB_UCHAR *record);
 
-/* Makes a name of NULs or blanks all blanks; leaves every other field alone. */
+/* Makes a name of NULs or blanks all blanks, clears what stands behind the end of a text, and
+ * leaves every other field alone.  REQUIRES: a field that check_field found good. */
 void tidy_field(const FieldRow &row, NB_UCHAR *record);
+
+/* True for a name, text or string of bytes that holds nothing. */
+bool is_empty_field(const FieldRow &row, const NB_UCHAR *record);
+
+/* Blanks what must not be answered. */
+void hide_secrets(const FieldTable &table, NB_UCHAR *record);
+
+/* Takes over from `old` the secrets that `record` does not bring. */
+void keep_secrets(const FieldTable &table, NB_UCHAR *record, const NB_UCHAR *old);
 
 /* Writes every row's initial value; names without one become blanks. */
 void set_initial_fields(const FieldTable &table, NB_UCHAR *record, Behaviour &behaviour);

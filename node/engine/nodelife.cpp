@@ -98,6 +98,9 @@ void Engine::set_state(Resource &resource, NB_UCHAR state) {
     }
     resource.state = state;
     row.hooks.show(*this, resource);
+    if (row.hooks.moved != nullptr) {
+        row.hooks.moved(*this, resource);
+    }
     const int change = (state == NAP_ACTIVE ? 1 : 0) - (was_active ? 1 : 0);
     if (change != 0) {
         count_in_owner(resource, 0, change);

@@ -2,6 +2,7 @@
 #include "nodeengine.h"
 
 #include "nbbase.h"
+#include "nodehook.h"
 #include "nodelog.h"
 #include "nodesna.h"
 
@@ -50,7 +51,6 @@ std::string title_of(const ClassRow &row, const NB_UCHAR *entry) {
 std::unique_ptr<NB_UCHAR[]> copy_of(const ClassRow &row, const NB_UCHAR *entry, size_t length) {
     auto copy = std::make_unique<NB_UCHAR[]>(row.overlay_size());
     memcpy(copy.get(), entry, length);
-    put_number(copy.get(), 2, static_cast<NB_ULONG>(row.overlay_size()));
     return copy;
 }
 
@@ -65,6 +65,12 @@ void Engine::add_sna_defined() {
     };
     for (const NAP_COS_DATA &entry : sna_cos()) {
         add(CLASS_COS, &entry, sizeof entry);
+    }
+    for (const NAP_COS_NODE_ROW_DATA &entry : sna_cos_node_rows()) {
+        add(CLASS_COS_NODE_ROW, &entry, sizeof entry);
+    }
+    for (const NAP_COS_TG_ROW_DATA &entry : sna_cos_tg_rows()) {
+        add(CLASS_COS_TG_ROW, &entry, sizeof entry);
     }
     for (const NAP_MODE_DEF_DATA &entry : sna_modes()) {
         add(CLASS_MODE_DEF, &entry, sizeof entry);
@@ -100,11 +106,13 @@ bool Engine::load_text(const TextNode &text, DomainText &domain) {
                   : text.facts.configured != 0 ? NAP_NODE_STOPPED
                                                : NAP_NODE_UNCONFIGURED;
     const NAP_QUERY_NODE_VERB record = node_record();
-    if (text.facts.configured != 0 &&
+    if (scope_ == Scope::Node && text.facts.configured != 0 &&
         is_blank(KeyKind::Ebcdic, record.info.fq_cp_name, sizeof record.info.fq_cp_name)) {
         domain.error(text.line, "node " + text.name + " needs a line fq_cp_name = NETWORK.NAME");
     }
-    add_sna_defined();
+    if (scope_ == Scope::Node) {
+        add_sna_defined();
+    }
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
         for (const TextResource &resource : text.resources) {
             if (resource.row->id == id) {
@@ -138,8 +146,9 @@ bool Engine::store_all() {
         }
     }
     for (const RecordRow &row : all_records()) {
-        const bool skipped = row.of_domain || (node_state_ == NAP_NODE_UNCONFIGURED &&
-                                               strcmp(row.name, "node") == 0);
+        const bool skipped =
+            row.of_domain != (scope_ == Scope::Domain) ||
+            (node_state_ == NAP_NODE_UNCONFIGURED && strcmp(row.name, "node") == 0);
         if (!skipped) {
             changes.push_back({row.name, nullptr, 0, records_.image(row), row.block_size, nullptr});
         }
@@ -155,7 +164,8 @@ void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behav
         memset(entry.get() + row.det.offset, 0, row.det.length);
     }
     if (tables_[row.id]->find(entry.get() + KEY_OFFSET) != nullptr ||
-        !check_refs(row, entry.get()).ok() || !check_alias(row, entry.get(), nullptr).ok()) {
+        !check_fields(row, entry.get()).ok() || !check_refs(row, entry.get()).ok() ||
+        !check_alias(row, entry.get(), nullptr).ok()) {
         nba_pd_print_problem(LOG_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
         return;
     }
@@ -204,7 +214,9 @@ bool Engine::load_store(std::string &why) {
     for (const TextResource &stored : resources) {
         load_stored(*stored.row, stored.entry.data(), stored.behaviour);
     }
-    add_sna_defined();
+    if (scope_ == Scope::Node) {
+        add_sna_defined();
+    }
     return true;
 }
 

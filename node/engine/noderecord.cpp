@@ -11,9 +11,9 @@ namespace node {
 namespace {
 
 constexpr FieldWord keepalive_words[] = {
-    {"none", 0},
-    {"no_operation", 1},
-    {"timing_mark", 2},
+    {"none", NAP_KEEPALIVE_NONE},
+    {"no_operation", NAP_KEEPALIVE_NOP},
+    {"timing_mark", NAP_KEEPALIVE_TIMING_MARK},
     {nullptr, 0},
 };
 
@@ -80,6 +80,8 @@ constexpr FieldRow tn_ldap_fields[] = {
     NUMBER(NAP_TN3270_SSL_LDAP_VERB, port, "port", 1, 65535, "389"),
     TEXT(NAP_TN3270_SSL_LDAP_VERB, host, "host"),
     TEXT(NAP_TN3270_SSL_LDAP_VERB, user_name, "user_name"),
+    {"password", PLACE(NAP_TN3270_SSL_LDAP_VERB, password), FieldKind::Text, FIELD_SECRET, 0, 0,
+     nullptr, nullptr},
 };
 
 constexpr FieldRow tn_slp_fields[] = {
@@ -97,43 +99,53 @@ constexpr FieldRow tn_logon_fields[] = {
 };
 
 constexpr FieldRow tamrix_fields[] = {
+    ADDRESS(NAP_TAMRIX_DEFAULTS_VERB, local_ip_address, "local_ip_address"),
+    ADDRESS(NAP_TAMRIX_DEFAULTS_VERB, local_subnet_mask, "local_subnet_mask"),
     LOCAL(NAP_TAMRIX_DEFAULTS_VERB, lu_template, "lu_template", 0),
     HEX(NAP_TAMRIX_DEFAULTS_VERB, lu_map_mask, "lu_map_mask", "FFFFFFFF"),
     TEXT(NAP_TAMRIX_DEFAULTS_VERB, domain_name, "domain_name"),
     NUMBER(NAP_TAMRIX_DEFAULTS_VERB, port, "port", 1, 65535, "397"),
     NUMBER(NAP_TAMRIX_DEFAULTS_VERB, connect_retry, "connect_retry", 1, 32767, "300"),
     NUMBER(NAP_TAMRIX_DEFAULTS_VERB, connect_timeout, "connect_timeout", 1, 32767, "60"),
-    NUMBER(NAP_TAMRIX_DEFAULTS_VERB, idle_timeout, "idle_timeout", 0, 65535, "0"),
+    NUMBER(NAP_TAMRIX_DEFAULTS_VERB, idle_timeout, "idle_timeout", 0, 0xFFFFFFFF, "0"),
 };
 
-#define RECORD(opcode, name, block, of_domain, fields)                                             \
-    { opcode, name, sizeof(block), of_domain, TABLE(fields) }
+#define RECORD(opcode, setter, name, block, of_domain, fields)                                     \
+    { opcode, setter, name, sizeof(block), of_domain, TABLE(fields), 0 }
 
 constexpr RecordRow record_rows[] = {
-    RECORD(NAP_QUERY_NODE, "node", NAP_QUERY_NODE_VERB, false, node_fields),
-    RECORD(NAP_QUERY_NODE_LIMITS, "limits", NAP_QUERY_NODE_LIMITS_VERB, false, limits_fields),
-    RECORD(NAP_QUERY_DEFAULTS, "defaults", NAP_QUERY_DEFAULTS_VERB, false, defaults_fields),
-    RECORD(NAP_QUERY_TN3270_DEFAULTS, "tn3270", NAP_TN3270_DEFAULTS_VERB, false, tn_fields),
-    RECORD(NAP_QUERY_TN3270_SSL_LDAP, "tn3270_ssl_ldap", NAP_TN3270_SSL_LDAP_VERB, false,
-           tn_ldap_fields),
-    RECORD(NAP_QUERY_TN3270_SLP, "tn3270_slp", NAP_TN3270_SLP_VERB, false, tn_slp_fields),
-    RECORD(NAP_QUERY_TN3270_EXPRESS_LOGON, "tn3270_express_logon", NAP_TN3270_EXPRESS_LOGON_VERB,
-           false, tn_logon_fields),
-    RECORD(NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, "tamrix", NAP_TAMRIX_DEFAULTS_VERB, false,
-           tamrix_fields),
-    RECORD(NAP_QUERY_DLC_TRACE, "dlc_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
-    RECORD(NAP_QUERY_TRACE_TYPE, "trace_type", NAP_QUERY_TRACE_VERB, false, trace_fields),
-    RECORD(NAP_QUERY_CS_TRACE, "cs_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
-    RECORD(NAP_QUERY_BCK_CS_TRACE, "back_cs_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
-    RECORD(NAP_QUERY_TN_SERVER_TRACE, "tn_server_trace", NAP_QUERY_TRACE_VERB, false, trace_fields),
-    RECORD(NAP_QUERY_TN3270_SLP_TRACE, "tn3270_slp_trace", NAP_QUERY_TRACE_VERB, false,
+    RECORD(NAP_QUERY_NODE, 0, "node", NAP_QUERY_NODE_VERB, false, node_fields),
+    RECORD(NAP_QUERY_NODE_LIMITS, 0, "limits", NAP_QUERY_NODE_LIMITS_VERB, false, limits_fields),
+    {NAP_QUERY_DEFAULTS, NAP_DEFINE_DEFAULTS, "defaults", sizeof(NAP_QUERY_DEFAULTS_VERB), false,
+     TABLE(defaults_fields), offsetof(NAP_QUERY_DEFAULTS_VERB, def_data.mode_name)},
+    RECORD(NAP_QUERY_TN3270_DEFAULTS, NAP_DEFINE_TN3270_DEFAULTS, "tn3270",
+           NAP_TN3270_DEFAULTS_VERB, false, tn_fields),
+    RECORD(NAP_QUERY_TN3270_SSL_LDAP, NAP_DEFINE_TN3270_SSL_LDAP, "tn3270_ssl_ldap",
+           NAP_TN3270_SSL_LDAP_VERB, false, tn_ldap_fields),
+    RECORD(NAP_QUERY_TN3270_SLP, NAP_DEFINE_TN3270_SLP, "tn3270_slp", NAP_TN3270_SLP_VERB, false,
+           tn_slp_fields),
+    RECORD(NAP_QUERY_TN3270_EXPRESS_LOGON, NAP_DEFINE_TN3270_EXPRESS_LOGON, "tn3270_express_logon",
+           NAP_TN3270_EXPRESS_LOGON_VERB, false, tn_logon_fields),
+    RECORD(NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, NAP_DEFINE_TAMRIX_APPCIP_DEFAULTS, "tamrix",
+           NAP_TAMRIX_DEFAULTS_VERB, false, tamrix_fields),
+    RECORD(NAP_QUERY_DLC_TRACE, NAP_SET_DLC_TRACE, "dlc_trace", NAP_QUERY_TRACE_VERB, false,
            trace_fields),
-    RECORD(NAP_QUERY_GLOBAL_LOG_TYPE, "global_log_type", NAP_QUERY_LOGGING_VERB, true,
-           logging_fields),
-    RECORD(NAP_QUERY_CENTRAL_LOGGING, "central_logging", NAP_QUERY_LOGGING_VERB, true,
-           logging_fields),
-    RECORD(NAP_QUERY_CENTRAL_LOGGER, "central_logger", NAP_QUERY_LOGGING_VERB, true,
-           logging_fields),
+    RECORD(NAP_QUERY_TRACE_TYPE, NAP_SET_TRACE_TYPE, "trace_type", NAP_QUERY_TRACE_VERB, false,
+           trace_fields),
+    RECORD(NAP_QUERY_CS_TRACE, NAP_SET_CS_TRACE, "cs_trace", NAP_QUERY_TRACE_VERB, false,
+           trace_fields),
+    RECORD(NAP_QUERY_BCK_CS_TRACE, NAP_SET_BCK_CS_TRACE, "back_cs_trace", NAP_QUERY_TRACE_VERB,
+           false, trace_fields),
+    RECORD(NAP_QUERY_TN_SERVER_TRACE, NAP_SET_TN_SERVER_TRACE, "tn_server_trace",
+           NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_TN3270_SLP_TRACE, NAP_SET_TN3270_SLP_TRACE, "tn3270_slp_trace",
+           NAP_QUERY_TRACE_VERB, false, trace_fields),
+    RECORD(NAP_QUERY_GLOBAL_LOG_TYPE, NAP_SET_GLOBAL_LOG_TYPE, "global_log_type",
+           NAP_QUERY_LOGGING_VERB, true, logging_fields),
+    RECORD(NAP_QUERY_CENTRAL_LOGGING, NAP_SET_CENTRAL_LOGGING, "central_logging",
+           NAP_QUERY_LOGGING_VERB, true, logging_fields),
+    RECORD(NAP_QUERY_CENTRAL_LOGGER, NAP_SET_CENTRAL_LOGGER, "central_logger",
+           NAP_QUERY_LOGGING_VERB, true, logging_fields),
 };
 
 template <class Match> const RecordRow *find_row(Match match) {
@@ -149,6 +161,10 @@ RecordRows all_records() {
 
 const RecordRow *record_by_verb(NB_USHORT opcode) {
     return find_row([opcode](const RecordRow &row) { return row.opcode == opcode; });
+}
+
+const RecordRow *record_by_setter(NB_USHORT opcode) {
+    return find_row([opcode](const RecordRow &row) { return opcode != 0 && row.setter == opcode; });
 }
 
 const RecordRow *record_by_name(std::string_view name) {

@@ -13,10 +13,12 @@ namespace node {
 
 struct RecordRow {
     NB_USHORT opcode;
+    NB_USHORT setter; /* the verb that changes it, with the same block; 0: none */
     const char *name; /* section of domain texts, and record in the store */
     size_t block_size;
     bool of_domain; /* asked of the domain, not of a node */
     FieldTable fields;
+    size_t mode_offset; /* of the name of a mode that must be defined; 0: none */
 };
 
 /* Every row there is. */
@@ -30,6 +32,7 @@ struct RecordRows {
 RecordRows all_records();
 
 const RecordRow *record_by_verb(NB_USHORT opcode);
+const RecordRow *record_by_setter(NB_USHORT opcode);
 const RecordRow *record_by_name(std::string_view name);
 
 /* One image of each record: the block as it is answered, return codes 0. */

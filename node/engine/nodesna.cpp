@@ -10,14 +10,70 @@ namespace node {
 
 namespace {
 
+constexpr size_t ROWS = 8; /* of each kind, in each class of service */
+
+/* What a route through a node may be like at worst, best row first. */
+struct NodeRow {
+    NB_UCHAR congestion; /* flag */
+    NB_UCHAR resistance;
+    NB_UCHAR weight;
+};
+
+constexpr NodeRow node_rows[ROWS] = {
+    {0, 31, 5},   {0, 63, 10},  {0, 95, 20},   {0, 127, 40},
+    {0, 159, 60}, {0, 191, 80}, {1, 223, 120}, {1, 255, 160},
+};
+
+/* What a link of a route may be like at worst.  Weights are 30 more from row to row. */
+struct TgRow {
+    NB_UCHAR capacity; /* the least */
+    NB_UCHAR connect_cost;
+    NB_UCHAR byte_cost;
+    NB_UCHAR delay;
+};
+
+constexpr NB_UCHAR KBPS_9_6 = 0x30, KBPS_19_2 = 0x38, KBPS_56 = 0x43, MBPS_4 = 0x75;
+
+constexpr TgRow connect_rows[ROWS] = {
+    {MBPS_4, 0, 0, NAP_DELAY_LAN},           {KBPS_56, 0, 0, NAP_DELAY_TELEPHONE},
+    {KBPS_19_2, 0, 0, NAP_DELAY_TELEPHONE},  {KBPS_9_6, 0, 0, NAP_DELAY_TELEPHONE},
+    {KBPS_19_2, 0, 0, NAP_DELAY_PACKET},     {KBPS_9_6, 128, 128, NAP_DELAY_PACKET},
+    {KBPS_9_6, 196, 196, NAP_DELAY_MAXIMUM}, {0, 255, 255, NAP_DELAY_MAXIMUM},
+};
+
+constexpr TgRow interactive_rows[ROWS] = {
+    {MBPS_4, 0, 0, NAP_DELAY_LAN},
+    {KBPS_56, 0, 0, NAP_DELAY_TELEPHONE},
+    {KBPS_56, 128, 128, NAP_DELAY_TELEPHONE},
+    {KBPS_19_2, 0, 0, NAP_DELAY_TELEPHONE},
+    {KBPS_19_2, 128, 128, NAP_DELAY_PACKET},
+    {KBPS_9_6, 0, 0, NAP_DELAY_PACKET},
+    {KBPS_9_6, 196, 196, NAP_DELAY_PACKET},
+    {0, 255, 255, NAP_DELAY_MAXIMUM},
+};
+
+constexpr TgRow batch_rows[ROWS] = {
+    {KBPS_56, 0, 0, NAP_DELAY_MAXIMUM},      {KBPS_19_2, 0, 0, NAP_DELAY_MAXIMUM},
+    {KBPS_9_6, 0, 0, NAP_DELAY_MAXIMUM},     {KBPS_19_2, 64, 64, NAP_DELAY_MAXIMUM},
+    {KBPS_9_6, 64, 64, NAP_DELAY_MAXIMUM},   {KBPS_9_6, 128, 128, NAP_DELAY_MAXIMUM},
+    {KBPS_9_6, 196, 196, NAP_DELAY_MAXIMUM}, {0, 255, 255, NAP_DELAY_MAXIMUM},
+};
+
 struct CosRow {
     const char *name;
     NB_UCHAR priority; /* transmission priority: 0 low to 3 network */
+    NB_UCHAR security; /* the least of its links */
+    const TgRow *links;
 };
 
 constexpr CosRow cos_rows[] = {
-    {"#CONNECT", 1}, {"CPSVCMG", 3}, {"SNASVCMG", 3}, {"#INTER", 2},
-    {"#INTERSC", 2}, {"#BATCH", 0},  {"#BATCHSC", 0},
+    {"#CONNECT", 1, NAP_SEC_NONSECURE, connect_rows},
+    {"CPSVCMG", 3, NAP_SEC_NONSECURE, connect_rows},
+    {"SNASVCMG", 3, NAP_SEC_NONSECURE, connect_rows},
+    {"#INTER", 2, NAP_SEC_NONSECURE, interactive_rows},
+    {"#INTERSC", 2, NAP_SEC_PUBLIC_SWITCHED, interactive_rows},
+    {"#BATCH", 0, NAP_SEC_NONSECURE, batch_rows},
+    {"#BATCHSC", 0, NAP_SEC_PUBLIC_SWITCHED, batch_rows},
 };
 
 struct ModeRow {
@@ -68,10 +124,46 @@ std::vector<NAP_COS_DATA> sna_cos() {
         put_text(entry.def_data.description, "SNA-defined class of service");
         entry.record_type = NAP_COS_SNA_DEFINED;
         entry.def_data.transmission_priority = row.priority;
-        entry.def_data.num_of_node_rows = 8;
-        entry.def_data.num_of_tg_rows = 8;
         entry.def_data.sna_defined = 1;
         all.push_back(entry);
+    }
+    return all;
+}
+
+std::vector<NAP_COS_NODE_ROW_DATA> sna_cos_node_rows() {
+    std::vector<NAP_COS_NODE_ROW_DATA> all;
+    for (const CosRow &cos : cos_rows) {
+        NAP_COS_NODE_ROW_DATA entry = {};
+        put_ebcdic(entry.cos_name, sizeof entry.cos_name, cos.name);
+        for (const NodeRow &row : node_rows) {
+            entry.row_number++;
+            entry.def_data.max_congestion = row.congestion;
+            entry.def_data.max_resistance = row.resistance;
+            entry.def_data.weight = row.weight;
+            all.push_back(entry);
+        }
+    }
+    return all;
+}
+
+std::vector<NAP_COS_TG_ROW_DATA> sna_cos_tg_rows() {
+    constexpr NB_UCHAR STEP = 30;
+    constexpr NAP_TG_LIMITS any = {255, 255, 255, NAP_SEC_MAXIMUM, 255, {255, 255, 255}};
+    std::vector<NAP_COS_TG_ROW_DATA> all;
+    for (const CosRow &cos : cos_rows) {
+        NAP_COS_TG_ROW_DATA entry = {};
+        put_ebcdic(entry.cos_name, sizeof entry.cos_name, cos.name);
+        for (const TgRow *row = cos.links; row != cos.links + ROWS; row++) {
+            entry.row_number++;
+            entry.def_data.min.capacity = row->capacity;
+            entry.def_data.min.security = cos.security;
+            entry.def_data.max = any;
+            entry.def_data.max.connect_cost = row->connect_cost;
+            entry.def_data.max.byte_cost = row->byte_cost;
+            entry.def_data.max.propagation_delay = row->delay;
+            entry.def_data.weight = static_cast<NB_UCHAR>(STEP * entry.row_number);
+            all.push_back(entry);
+        }
     }
     return all;
 }

@@ -11,6 +11,8 @@ namespace node {
 /* List entries, complete but for the overlay size.  Classes of service come before the modes that
  * name them. */
 std::vector<NAP_COS_DATA> sna_cos();
+std::vector<NAP_COS_NODE_ROW_DATA> sna_cos_node_rows();
+std::vector<NAP_COS_TG_ROW_DATA> sna_cos_tg_rows();
 std::vector<NAP_MODE_DEF_DATA> sna_modes();
 
 /* True when the 8-byte EBCDIC name is one of theirs. */

@@ -24,6 +24,10 @@ Resource *as_resource(NB_VOID *data) {
     return static_cast<Resource *>(data);
 }
 
+size_t length_of(const Resource &resource) {
+    return get_number(resource.entry.get(), 2);
+}
+
 bool shows(const ListRow &list, const Resource &resource) {
     return list.select_offset == 0 || resource.entry[list.select_offset] == list.select_value;
 }
@@ -42,7 +46,10 @@ Result check_list_query(const NAP_QUERY_LIST &query, size_t key_size) {
 ResourceTable::ResourceTable(const ClassRow &row)
     : row_(row), by_key_{compare_sort_keys, nullptr, nullptr, nullptr}, by_alias_{compare_sort_keys,
                                                                                   nullptr, nullptr,
-                                                                                  nullptr} {}
+                                                                                  nullptr},
+      has_secrets_(std::any_of(row.fields.begin(), row.fields.end(), [](const FieldRow &field) {
+          return (field.use & FIELD_SECRET) != 0;
+      })) {}
 
 ResourceTable::~ResourceTable() {
     while (Resource *resource = first()) {
@@ -117,14 +124,16 @@ void ResourceTable::update(Resource &resource, std::unique_ptr<NB_UCHAR[]> entry
     change_++;
 }
 
-void ResourceTable::erase(Resource &resource) {
+std::unique_ptr<NB_UCHAR[]> ResourceTable::erase(Resource &resource) {
     ntl_avl_delete(&by_key_, &resource.by_key);
     if (AVL_IN_TREE(resource.by_alias)) {
         ntl_avl_delete(&by_alias_, &resource.by_alias);
     }
     count_--;
     change_++;
+    std::unique_ptr<NB_UCHAR[]> entry = std::move(resource.entry);
     delete &resource;
+    return entry;
 }
 
 Resource *ResourceTable::start(const NAP_QUERY_LIST &query, const SortKey &key) const {
@@ -165,6 +174,14 @@ uint64_t ResourceTable::total_from(const Resource *from, const ListRow &list,
     return total;
 }
 
+void ResourceTable::append(const Resource &resource, std::vector<NB_UCHAR> &data) const {
+    const size_t at = data.size();
+    data.insert(data.end(), resource.entry.get(), resource.entry.get() + length_of(resource));
+    if (has_secrets_) {
+        hide_secrets(row_.fields, data.data() + at);
+    }
+}
+
 Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
                            std::vector<NB_UCHAR> &data) const {
     const Result checked = check_list_query(query, row_.key_size());
@@ -178,20 +195,24 @@ Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
     const uint64_t total = total_from(at, list, query, key);
-    const size_t size = row_.overlay_size();
-    const uint64_t room = std::min<uint64_t>(query.buf_size, NOF_MAX_DATA) / size;
-    if (total > 0 && room == 0) {
-        return bad_parameter(NAP_BAD_LENGTH);
-    }
-    const uint64_t wanted = query.num_entries == 0 ? MAX_TOTAL : query.num_entries;
-    const uint64_t count = std::min({total, room, wanted});
-    data.reserve(data.size() + count * size);
-    for (uint64_t done = 0; done < count; at = next(*at)) {
-        if (shows(list, *at)) {
-            data.insert(data.end(), at->entry.get(), at->entry.get() + size);
-            cursor_.last = at->key;
-            done++;
+    const size_t room = std::min<size_t>(query.buf_size, NOF_MAX_DATA);
+    const uint64_t wanted =
+        std::min<uint64_t>(total, query.num_entries == 0 ? MAX_TOTAL : query.num_entries);
+    const size_t before = data.size();
+    uint64_t count = 0;
+    for (; count < wanted; at = next(*at)) {
+        if (!shows(list, *at)) {
+            continue;
         }
+        if (data.size() - before + length_of(*at) > room) {
+            break;
+        }
+        append(*at, data);
+        cursor_.last = at->key;
+        count++;
+    }
+    if (wanted > 0 && count == 0) {
+        return bad_parameter(NAP_BAD_LENGTH);
     }
     if (count > 0) {
         cursor_.list = list.list;
@@ -201,7 +222,7 @@ Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
     }
     query.num_entries = static_cast<NB_USHORT>(count);
     query.total_num_entries = static_cast<NB_USHORT>(std::min(total, MAX_TOTAL));
-    query.total_buf_size = static_cast<NB_ULONG>(count * size);
+    query.total_buf_size = static_cast<NB_ULONG>(data.size() - before);
     return GOOD;
 }
 

@@ -40,7 +40,8 @@ public:
     /* Gives a resource new contents under the same key. */
     void update(Resource &resource, std::unique_ptr<NB_UCHAR[]> entry);
 
-    void erase(Resource &resource);
+    /* Takes a resource out and frees it.  Returns what its entry was. */
+    std::unique_ptr<NB_UCHAR[]> erase(Resource &resource);
 
     /* Answers a list query on the part of the class that `list` shows: fills the counts of `query`
      * and appends whole entries to `data`.  Changes nothing on a failure. */
@@ -57,6 +58,7 @@ private:
     };
 
     void link_alias(Resource &resource);
+    void append(const Resource &resource, std::vector<NB_UCHAR> &data) const;
     Resource *start(const NAP_QUERY_LIST &query, const SortKey &key) const;
     uint64_t total_from(const Resource *from, const ListRow &list, const NAP_QUERY_LIST &query,
                         const SortKey &key) const;
@@ -64,6 +66,7 @@ private:
     const ClassRow &row_;
     AVL_TREE by_key_;
     AVL_TREE by_alias_;
+    bool has_secrets_;
     NB_ULONG count_ = 0;
     uint64_t change_ = 0; /* counts inserts, updates and erases */
     mutable Cursor cursor_;

@@ -111,6 +111,8 @@ private:
     void open_resource(const ClassRow &row, const std::vector<std::string> &words);
     bool set_keys(const std::vector<std::string> &words);
     void close_resource();
+    void open_item(std::string_view line);
+    TextNode &home() { return text_.nodes.empty() ? text_.own : text_.nodes.back(); }
     void set(const Place &place, const FieldRow &row, std::string_view value);
     void error(const std::string &what) { text_.error(number_, what); }
 
@@ -133,6 +135,18 @@ std::string known_names(const FieldTable &table) {
     return names;
 }
 
+std::string known_sections() {
+    std::string names;
+    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
+        const ClassRow &row = class_row(static_cast<ClassId>(id));
+        names += row.untold ? "" : std::string(row.name) + ", ";
+    }
+    for (const RecordRow &row : all_records()) {
+        names += std::string(row.name) + ", ";
+    }
+    return names.substr(0, names.size() - 2);
+}
+
 void Parser::line(int number, std::string_view raw) {
     const std::string_view text = trim(raw);
     number_ = number;
@@ -149,6 +163,10 @@ void Parser::line(int number, std::string_view raw) {
             return;
         }
         title(text.substr(1, text.size() - 2));
+        return;
+    }
+    if (text[0] == '+') {
+        open_item(text.substr(1));
         return;
     }
     const size_t equals = text.find('=');
@@ -170,13 +188,10 @@ void Parser::title(std::string_view inside) {
         open_node(words);
     } else if (record != nullptr) {
         open_record(*record);
-    } else if (row != nullptr && row->id != CLASS_PLU) {
+    } else if (row != nullptr && !row->untold) {
         open_resource(*row, words);
     } else {
-        error(
-            "unknown section [" + kind + "]; known are domain, node, the resource classes " +
-            "(dlc, port, ls, pu, lu03, local_lu, cos, mode, partner_lu, mode_in_use, directory) " +
-            "and the settings records");
+        error("unknown section [" + kind + "]; known are domain, node, " + known_sections());
     }
 }
 
@@ -215,7 +230,7 @@ void Parser::open_record(const RecordRow &row) {
                             : "this section belongs to a node: it stands behind a [node NAME]");
         return;
     }
-    std::vector<TextRecord> &records = row.of_domain ? text_.records : text_.nodes.back().records;
+    std::vector<TextRecord> &records = home().records;
     RecordSet initial;
     records.push_back({&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
     places_.push_back({row.fields, records.back().image.data(), nullptr});
@@ -223,8 +238,10 @@ void Parser::open_record(const RecordRow &row) {
 }
 
 void Parser::open_resource(const ClassRow &row, const std::vector<std::string> &words) {
-    if (text_.nodes.empty()) {
-        error("a resource belongs to a node: its section stands behind a [node NAME]");
+    if ((row.scope == Scope::Domain) != text_.nodes.empty()) {
+        error(row.scope == Scope::Domain
+                  ? "this section belongs to the domain: it stands before the first node"
+                  : "a resource belongs to a node: its section stands behind a [node NAME]");
         return;
     }
     pending_ = {&row, std::vector<NB_UCHAR>(row.overlay_size()), DEFAULT_BEHAVIOUR, number_};
@@ -294,10 +311,43 @@ void Parser::close_resource() {
                 put_number(at, field.width, value);
             }
         }
-        text_.nodes.back().resources.push_back(std::move(made));
+        home().resources.push_back(std::move(made));
         count++;
     }
     pending_.row = nullptr;
+}
+
+/* The word behind the kind of item is its first field. */
+void Parser::open_item(std::string_view line) {
+    const std::vector<std::string> words = words_of(line);
+    if (!open_) {
+        return;
+    }
+    if (pending_.row == nullptr || pending_.row->nested.name == nullptr) {
+        error("this section has no items; a line is `name = value`");
+        return;
+    }
+    const NestedRow &nested = pending_.row->nested;
+    if (words.empty() || words.size() > 2 || words[0] != nested.name) {
+        error("an item of this section is + " + std::string(nested.name) + " [" +
+              nested.fields.rows[0].name + "]");
+        return;
+    }
+    NB_UCHAR *entry = pending_.entry.data();
+    const NB_ULONG count = get_number(entry + nested.count_offset, nested.count_width);
+    if (count == nested.most) {
+        error("there are " + std::to_string(count) + " of " + nested.name +
+              " already, which is all there may be");
+        return;
+    }
+    NB_UCHAR *item = entry + nested.offset + count * nested.size;
+    set_initial_fields(nested.fields, item, pending_.behaviour);
+    put_number(entry + nested.count_offset, nested.count_width, count + 1);
+    places_ = {{nested.fields, item, nullptr}};
+    seen_.clear();
+    if (words.size() == 2) {
+        value(nested.fields.rows[0].name, words[1]);
+    }
 }
 
 void Parser::set(const Place &place, const FieldRow &row, std::string_view value) {

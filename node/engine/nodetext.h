@@ -4,9 +4,10 @@
  * `[node NAME]` starts a node, and the sections behind it, named after resource classes and
  * settings records, belong to it: `[port ETH0]`, `[lu03 HOSTPU LUD01..LUD24]` (a range, counting
  * the digits at the end of the name), `[directory NETA.CP NETA.LU1 lu]`, `[mode -]` (- is the blank
- * name).  Sections before the first node that name a settings record of the domain belong to the
- * domain.  A section's lines are the fields of its table; what it leaves out has the table's
- * initial value.
+ * name).  Sections of the domain's classes and settings stand before the first node.  A section's
+ * lines are the fields of its table; what it leaves out has the table's initial value.  A line
+ * `+ ITEM [NAME]` begins an item within a resource, as a session of a user; the lines behind it are
+ * the item's.
  *
  * Reading checks each value by itself; whether resources fit together is the engine's to check when
  * they are loaded. */
@@ -62,7 +63,7 @@ struct DomainFacts {
 struct DomainText {
     std::string file;
     DomainFacts facts;
-    std::vector<TextRecord> records;
+    TextNode own; /* settings and resources of the domain itself */
     std::vector<TextNode> nodes;
     std::vector<std::string> errors; /* "FILE:LINE: what is wrong and what would be right" */
 

@@ -15,6 +15,23 @@
     { name, PLACE(record, member), FieldKind::NameFq, use, 0, 0, nullptr, nullptr }
 #define LOCAL(record, member, name, use)                                                           \
     { name, PLACE(record, member), FieldKind::NameLocal, use, 0, 0, nullptr, nullptr }
+#define NAME_ANY(record, member, name, use)                                                        \
+    { name, PLACE(record, member), FieldKind::NameAny, use, 0, 0, nullptr, nullptr }
+#define PARTNER(record, member, name, use)                                                         \
+    { name, PLACE(record, member), FieldKind::NamePartner, use, 0, 0, nullptr, nullptr }
+#define EBCDIC(record, member, name, use)                                                          \
+    { name, PLACE(record, member), FieldKind::NameEbcdic, use, 0, 0, nullptr, nullptr }
+#define BYTES(record, member, name, use)                                                           \
+    { name, PLACE(record, member), FieldKind::Bytes, use, 0, 0, nullptr, nullptr }
+#define ADDRESS(record, member, name)                                                              \
+    { name, PLACE(record, member), FieldKind::Address, 0, 0, 0, nullptr, nullptr }
+#define TEXT_KEY(record, member, name, ...)                                                        \
+    {                                                                                              \
+        name, PLACE(record, member), FieldKind::Text,                                              \
+            NB_UCHAR{FIELD_KEY __VA_OPT__(|) __VA_ARGS__}, 0, 0, nullptr, nullptr                  \
+    }
+#define NUMBER_KEY(record, member, name, low, high)                                                \
+    { name, PLACE(record, member), FieldKind::Number, FIELD_KEY, low, high, nullptr, nullptr }
 #define TEXT(record, member, name)                                                                 \
     { name, PLACE(record, member), FieldKind::Text, 0, 0, 0, nullptr, nullptr }
 #define NUMBER(record, member, name, low, high, initial)                                           \
@@ -135,6 +152,132 @@ inline constexpr FieldWord wildcard_words[] = {
     {"none", NAP_DIR_WILDCARD_NONE},
     {"partial", NAP_DIR_WILDCARD_PARTIAL},
     {"full", NAP_DIR_WILDCARD_FULL},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord security_words[] = {
+    {"nonsecure", NAP_SEC_NONSECURE},     {"public_switched", NAP_SEC_PUBLIC_SWITCHED},
+    {"underground", NAP_SEC_UNDERGROUND}, {"conduit", NAP_SEC_CONDUIT},
+    {"encrypted", NAP_SEC_ENCRYPTED},     {"guarded", NAP_SEC_GUARDED},
+    {"maximum", NAP_SEC_MAXIMUM},         {nullptr, 0},
+};
+
+inline constexpr FieldWord delay_words[] = {
+    {"minimum", NAP_DELAY_MINIMUM},
+    {"lan", NAP_DELAY_LAN},
+    {"telephone", NAP_DELAY_TELEPHONE},
+    {"packet", NAP_DELAY_PACKET},
+    {"satellite", NAP_DELAY_SATELLITE},
+    {"maximum", NAP_DELAY_MAXIMUM},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord line_words[] = {
+    {"leased", NAP_PORT_LEASED},
+    {"switched", NAP_PORT_SWITCHED},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord duplex_words[] = {
+    {"half", NAP_HALF_DUPLEX},
+    {"full", NAP_FULL_DUPLEX},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord encoding_words[] = {
+    {"nrz", 0},
+    {"nrzi", 1},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord timeout_words[] = {
+    {"global", NAP_TIMEOUT_GLOBAL},
+    {"local_lu", NAP_TIMEOUT_LOCAL_LU},
+    {"partner_lu", NAP_TIMEOUT_PARTNER_LU},
+    {"mode", NAP_TIMEOUT_MODE},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord client_words[] = {
+    {"default", NAP_TN_DEFAULT_RECORD},
+    {"ip", NAP_TN_ADDRESS_IP},
+    {"name", NAP_TN_ADDRESS_NAME},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord ssl_words[] = {
+    {"no", 0},
+    {"yes", 1},
+    {"certificate", 2},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord sync_words[] = {
+    {"none", NAP_SYNC_NONE},
+    {"confirm", NAP_SYNC_CONFIRM},
+    {"sync_point", NAP_SYNC_POINT},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord conversation_words[] = {
+    {"basic", 0},
+    {"mapped", 1},
+    {"either", 2},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord tp_duplex_words[] = {
+    {"half", 0},
+    {"full", 1},
+    {"either", 2},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord tp_type_words[] = {
+    {"queued", NAP_TP_QUEUED},
+    {"queued_broadcast", NAP_TP_QUEUED_BROADCAST},
+    {"non_queued", NAP_TP_NON_QUEUED},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord style_words[] = {
+    {"extended", 0},
+    {"compatible", 1},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord verification_words[] = {
+    {"basic", 0},
+    {"enhanced", 1},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord emulator_words[] = {
+    {"3270", NAP_USER_SESSION_3270},
+    {"5250", NAP_USER_SESSION_5250},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord terminal_words[] = {
+    {"display", NAP_SESSION_DISPLAY},
+    {"printer", NAP_SESSION_PRINTER},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord screen_words[] = {
+    {"none", 0},
+    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2},
+    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3},
+    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4},
+    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5},
+    {nullptr, 0},
+};
+
+inline constexpr FieldWord cpic_words[] = {
+    {"none", NAP_CPIC_SECURITY_NONE},
+    {"same", NAP_CPIC_SECURITY_SAME},
+    {"program", NAP_CPIC_SECURITY_PROGRAM},
+    {"strong", NAP_CPIC_SECURITY_STRONG},
     {nullptr, 0},
 };
 

@@ -110,8 +110,10 @@ bool check_text(DomainText &text) {
     } nobody;
     const ManualClock clock;
     if (text.errors.empty()) {
+        TimerQueue timers(clock);
+        Engine domain(nullptr, timers, clock, nobody, Scope::Domain);
+        domain.load_text(TextNode(text.own), text);
         for (const TextNode &one : std::vector<TextNode>(text.nodes)) {
-            TimerQueue timers(clock);
             Engine engine(nullptr, timers, clock, nobody);
             engine.load_text(one, text);
         }

@@ -42,11 +42,9 @@ std::string name_of(const NAP_NODE_ALL_DATA &record) {
 
 } // namespace
 
-Domain::Domain(const DomainText &text, Store &store, const Clock &clock)
-    : text_(text), store_(store), clock_(clock), nodes_(node_row()) {
-    for (const TextRecord &record : text_.records) {
-        memcpy(records_.image(*record.row), record.image.data(), record.image.size());
-    }
+Domain::Domain(const DomainText &text, Store &store, TimerQueue &timers, const Clock &clock)
+    : text_(text), store_(store), clock_(clock), nodes_(node_row()),
+      engine_(&store, timers, clock, nobody_, Scope::Domain) {
     for (const TextNode &node : text_.nodes) {
         NAP_NODE_ALL_DATA record = {};
         record.overlay_size = static_cast<NB_USHORT>(node_row().overlay_size());
@@ -62,6 +60,17 @@ Domain::Domain(const DomainText &text, Store &store, const Clock &clock)
         nodes_.insert(entry_of(record), DEFAULT_BEHAVIOUR);
     }
     show_servers();
+}
+
+bool Domain::load(std::string &why) {
+    if (engine_.load_store(why)) {
+        return true;
+    }
+    if (!why.empty() || engine_.load_text(text_.own, text_)) {
+        return why.empty();
+    }
+    why = text_.errors.empty() ? "the domain could not be loaded" : text_.errors.front();
+    return false;
 }
 
 Resource *Domain::find(const std::string &node) const {
@@ -139,10 +148,8 @@ Result Domain::query(Answer &answer) {
     if (query.opcode == NAP_QUERY_NODE_ALL) {
         refresh_up_times();
         result = nodes_.list(all_nodes, query, answer.data);
-    } else if (query.opcode == NAP_QUERY_SNA_NET) {
-        result = servers_->list(network_nodes, query, answer.data);
     } else {
-        result = list_nothing(query);
+        result = servers_->list(network_nodes, query, answer.data);
     }
     memcpy(answer.block.data(), &query, sizeof query);
     return result;
@@ -166,32 +173,66 @@ Result Domain::change_backup(const Answer &answer, bool add, std::string &change
     if (!add && (flags & NAP_SERVER_MASTER) != 0) {
         return bad_state(NAP_IN_USE);
     }
-    record.info.server_flags = add ? NAP_SERVER_BACKUP : 0;
-    changed = name_of(record);
-    if (!store_.set_fact(fact_of(changed).c_str(), std::to_string(record.info.server_flags))) {
-        changed.clear();
+    if (!set_flags(*resource, add ? NAP_SERVER_BACKUP : 0)) {
         return bad_state(NAP_STORE_FAILED);
     }
-    Engine::put(*resource, record);
-    show_servers();
+    changed = name_of(record);
     return GOOD;
+}
+
+bool Domain::set_flags(Resource &node, NB_ULONG flags) {
+    auto record = Engine::get<NAP_NODE_ALL_DATA>(node);
+    if (!store_.set_fact(fact_of(name_of(record)).c_str(), std::to_string(flags))) {
+        return false;
+    }
+    record.info.server_flags = flags;
+    Engine::put(node, record);
+    show_servers();
+    return true;
+}
+
+std::string Domain::take_over(const std::string &gone,
+                              const std::function<bool(const std::string &)> &runs) {
+    Resource *old = find(gone);
+    if (old == nullptr || (server_flags(gone) & NAP_SERVER_MASTER) == 0) {
+        return "";
+    }
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        const bool backup = (record.info.server_flags & NAP_SERVER_BACKUP) != 0;
+        if (at != old && backup && runs(name_of(record))) {
+            const bool done = set_flags(*at, NAP_SERVER_MASTER | NAP_SERVER_CONFIG) &&
+                              set_flags(*old, NAP_SERVER_BACKUP);
+            return done ? name_of(record) : "";
+        }
+    }
+    return "";
+}
+
+/* The central logger is a node of the domain, or none. */
+bool Domain::is_known_logger(const Answer &answer) const {
+    NAP_QUERY_LOGGING_VERB verb;
+    memcpy(&verb, answer.block.data(), sizeof verb);
+    const std::string name = local_text(verb.node_name, sizeof verb.node_name);
+    return name.empty() || find(name) != nullptr;
 }
 
 Result Domain::dispatch(Answer &answer, std::string &changed) {
     const NB_USHORT opcode = block_opcode(answer.block);
-    const NAP_VERB *verb = nap_find_verb(opcode);
-    const RecordRow *record = record_by_verb(opcode);
-    if (verb->kind == NAP_KIND_LIST) {
+    if (opcode == NAP_QUERY_NODE_ALL || opcode == NAP_QUERY_SNA_NET) {
         return query(answer);
-    }
-    if (record != nullptr && record->of_domain) {
-        memcpy(answer.block.data(), records_.image(*record), record->block_size);
-        return GOOD;
     }
     if (opcode == NAP_ADD_BACKUP || opcode == NAP_DELETE_BACKUP) {
         return change_backup(answer, opcode == NAP_ADD_BACKUP, changed);
     }
-    return {NAP_NOT_SUPPORTED, 0};
+    if (opcode == NAP_SET_CENTRAL_LOGGER && !is_known_logger(answer)) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    const std::vector<NB_UCHAR> block = answer.block;
+    engine_.execute(block.data(), block.size(), answer);
+    NAP_VCB header;
+    memcpy(&header, answer.block.data(), sizeof header);
+    return {header.primary_rc, header.secondary_rc};
 }
 
 void Domain::execute(const NB_VOID *block, size_t length, Answer &answer, std::string &changed) {

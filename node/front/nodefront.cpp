@@ -33,7 +33,7 @@ std::string system_error(const std::string &what) {
     return what + ": " + strerror(errno);
 }
 
-/* Where a verb may go; what is not listed goes to a node. */
+/* Where a verb may go; one that is not listed goes where its class or settings are. */
 struct RouteRow {
     NB_USHORT opcode;
     NB_UCHAR places;
@@ -53,13 +53,6 @@ constexpr RouteRow routes[] = {
     {NAP_QUERY_SNA_NET, NETWORK_FILE},
     {NAP_ADD_BACKUP, DOMAIN_FILE | NETWORK_FILE},
     {NAP_DELETE_BACKUP, DOMAIN_FILE | NETWORK_FILE},
-    {NAP_QUERY_EMULATOR_USER_DEF, DOMAIN_FILE},
-    {NAP_QUERY_CPIC_SIDE_INFO, DOMAIN_FILE},
-    {NAP_QUERY_RJE_WKSTN_DEF, DOMAIN_FILE},
-    {NAP_QUERY_GLOBAL_LOG_TYPE, DOMAIN_FILE},
-    {NAP_QUERY_CENTRAL_LOGGING, DOMAIN_FILE},
-    {NAP_QUERY_CENTRAL_LOGGER, DOMAIN_FILE},
-    {NAP_QUERY_TP_LOAD_INFO, TP_LOAD},
 };
 
 NB_UCHAR places_of(NB_USHORT opcode) {
@@ -68,7 +61,17 @@ NB_UCHAR places_of(NB_USHORT opcode) {
             return row.places;
         }
     }
-    return NODE;
+    const ListRow *list = nullptr;
+    const ClassRow *served = class_by_verb(opcode);
+    const ClassRow *shown = class_by_list(opcode, &list);
+    const ClassRow *row = served != nullptr ? served : shown;
+    const RecordRow *asked = record_by_verb(opcode);
+    const RecordRow *settings = asked != nullptr ? asked : record_by_setter(opcode);
+    if (row != nullptr) {
+        constexpr NB_UCHAR by_scope[] = {NODE, TP_LOAD, DOMAIN_FILE};
+        return by_scope[static_cast<size_t>(row->scope)];
+    }
+    return settings != nullptr && settings->of_domain ? DOMAIN_FILE : NODE;
 }
 
 } // namespace
@@ -113,7 +116,10 @@ bool Front::start(std::string &why) {
     if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
         return false;
     }
-    domain_ = std::make_unique<Domain>(text_, store_, clock_);
+    domain_ = std::make_unique<Domain>(text_, store_, timers_, clock_);
+    if (!domain_->load(why)) {
+        return false;
+    }
     for (const TextNode &text : text_.nodes) {
         nodes_.push_back(std::make_unique<NodeProcess>());
         nodes_.back()->name = text.name;
@@ -398,9 +404,9 @@ void Front::carry_out(Client &client, const Frame &frame) {
         result.block = frame.block;
         set_result(result.block, session_verb(client, frame, *target, result));
         answer(client, frame.header, result);
-    } else if (target->gone || (target->place == Place::Node && target->node->peer == nullptr)) {
+    } else if (target->gone || (target->node != nullptr && target->node->peer == nullptr)) {
         refuse(client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE});
-    } else if (target->place == Place::Node) {
+    } else if (target->node != nullptr) {
         to_node(client, frame, *target->node);
     } else {
         to_domain(client, frame);
@@ -412,9 +418,14 @@ void Front::to_domain(Client &client, const Frame &frame) {
     std::string changed;
     domain_->execute(frame.block.data(), frame.block.size(), result, changed);
     answer(client, frame.header, result);
+    NAP_VCB header;
+    memcpy(&header, result.block.data(), sizeof header);
+    if (header.primary_rc == NAP_OK &&
+        (nap_find_verb(header.opcode)->flags & NAP_VERB_CHANGES) != 0) {
+        send_copy(&client, nullptr, result.block);
+    }
     if (!changed.empty()) {
         tell_flags(changed);
-        send_copy(&client, nullptr, result.block);
         send_network_news(changed);
         send_server_news(changed, 1);
     }

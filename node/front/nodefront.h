@@ -136,6 +136,7 @@ private:
     void node_answer(NodeProcess &node, const Frame &frame);
     void node_indication(NodeProcess &node, const Frame &frame);
     void node_lost(NodeProcess &node);
+    void hand_over(const NodeProcess &gone);
     void restart_later(NodeProcess &node);
     void tell_flags(const std::string &name);
     void tell_others(const NodeProcess &from, const std::vector<NB_UCHAR> &block);
@@ -151,6 +152,7 @@ private:
     void send_network_news(const std::string &name);
     void send_node_state(NodeProcess &node, NB_ULONG state);
     void send_target_gone(NodeProcess &node);
+    void send_file_moved();
     void send_news(Client &client, const Target &target, const Registration &registration,
                    const NB_VOID *block, size_t length);
 

@@ -140,4 +140,19 @@ void Front::send_target_gone(NodeProcess &node) {
     }
 }
 
+/* Targets of the domain's file stay good; their holders read it again. */
+void Front::send_file_moved() {
+    NAP_NOF_STATUS_INDICATION_VERB news = {};
+    news.opcode = NAP_NOF_STATUS_INDICATION;
+    news.primary_rc = NAP_INDICATION;
+    news.status = NAP_SYSTEM_FILE_CHANGED;
+    for_registered(NAP_NOF_STATUS_INDICATION,
+                   [&](Client &client, const Target &target, const Registration &registration) {
+                       if (target.place == Place::Domain) {
+                           news.target_handle = target.handle;
+                           send_news(client, target, registration, &news, sizeof news);
+                       }
+                   });
+}
+
 } // namespace node

@@ -220,7 +220,22 @@ void Front::node_lost(NodeProcess &node) {
     tell_of_loss(node);
     send_target_gone(node);
     send_server_news(node.name, 0);
+    hand_over(node);
     restart_later(node);
+}
+
+/* The domain's configuration is with the front, so only the role moves. */
+void Front::hand_over(const NodeProcess &gone) {
+    const std::string heir = domain_->take_over(gone.name, [this](const std::string &name) {
+        return std::any_of(nodes_.begin(), nodes_.end(),
+                           [&name](const auto &node) { return node->name == name && node->up; });
+    });
+    if (!heir.empty()) {
+        tell_flags(heir);
+        send_file_moved();
+        send_network_news(heir);
+        send_server_news(heir, 1);
+    }
 }
 
 /* To the others, a node that died is one that is stopped. */

@@ -321,7 +321,8 @@ typedef struct nap_define_cos_node_row {
 } NAP_DEFINE_COS_NODE_ROW_VERB;
 
 typedef struct nap_tg_limits {
-    NB_UCHAR capacity;          /* coded: 0 none, 0x38 about 56 kbit/s, 0x75 10 Mbit/s, 0xFF most */
+    NB_UCHAR capacity;          /* coded: 0x30 9.6 kbit/s, 0x43 about 56 kbit/s, 0x75 4 Mbit/s,
+                                   0x80 about 10 Mbit/s; 0 none, 0xFF most */
     NB_UCHAR connect_cost;      /* 0..255 */
     NB_UCHAR byte_cost;         /* 0..255 */
     NB_UCHAR security;          /* NAP_SEC_NONSECURE and the like */

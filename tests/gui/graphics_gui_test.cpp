@@ -12,6 +12,31 @@ VGA_UID_TABLE gvga_uid_desc; // no windows here
 
 namespace {
 
+int real_depth; /* while the screen pretends to have one plane */
+
+} // namespace
+
+extern "C" {
+Cardinal __real_MrmFetchIconLiteral(MrmHierarchy, String, Screen *, Display *, Pixel, Pixel,
+                                    Pixmap *);
+Cardinal __wrap_MrmFetchIconLiteral(MrmHierarchy, String, Screen *, Display *, Pixel, Pixel,
+                                    Pixmap *);
+}
+
+/* Pixmaps have the depth that the server knows. */
+Cardinal __wrap_MrmFetchIconLiteral(MrmHierarchy file, String name, Screen *screen,
+                                    Display *display, Pixel foreground, Pixel background,
+                                    Pixmap *pixmap) {
+    const int depth = screen->root_depth;
+    screen->root_depth = real_depth != 0 ? real_depth : depth;
+    const Cardinal status =
+        __real_MrmFetchIconLiteral(file, name, screen, display, foreground, background, pixmap);
+    screen->root_depth = depth;
+    return status;
+}
+
+namespace {
+
 const VGA_MESSAGE warnings[] = {
     VGA_MSG_NO_BIG_ICONS, VGA_MSG_BAD_SIZE,  VGA_MSG_FONT_NOT_FOUND,
     VGA_MSG_FONT_PARTIAL, VGA_MSG_FONT_NONE, VGA_MSG_FONT_DEFAULT_PARTIAL,
@@ -56,6 +81,17 @@ protected:
         const unsigned long pixel = XGetPixel(image, 0, 0);
         XDestroyImage(image);
         return pixel;
+    }
+
+    static std::string picture_of(Pixmap pixmap) {
+        Window root;
+        int x, y;
+        unsigned width, height, border, depth;
+        XGetGeometry(gvga_display, pixmap, &root, &x, &y, &width, &height, &border, &depth);
+        XImage *image = XGetImage(gvga_display, pixmap, 0, 0, width, height, AllPlanes, ZPixmap);
+        const std::string picture(image->data, static_cast<size_t>(image->bytes_per_line) * height);
+        XDestroyImage(image);
+        return picture;
     }
 
     Widget shell = nullptr, label = nullptr;
@@ -110,6 +146,37 @@ TEST_F(Graphics, ExpandIconsAreBevelledInTheColoursOfTheWindow) {
             EXPECT_EQ(corner(pixmaps[icon], true), bottom);
         }
     }
+}
+
+/* On a display of one plane whose black is the foreground, the two forms of each icon change
+ * places.  The server has more planes, which only the toolkit is told (see the wrapper above). */
+TEST_F(Graphics, OnOnePlaneTheFormsOfIconsMayChangePlaces) {
+    struct PLANES {
+        ~PLANES() {
+            gvga_screen->root_depth = depth;
+            gvga_screen->black_pixel = black;
+        }
+        const int depth = gvga_screen->root_depth;
+        const unsigned long black = gvga_screen->black_pixel;
+    } const saved;
+    real_depth = saved.depth;
+    Pixel foreground = 0;
+    XtVaGetValues(label, XmNforeground, &foreground, nullptr);
+    std::vector<std::string> forms[2][2]; // black is the foreground or not; normal and selected
+    for (const bool exchanged : {false, true}) {
+        gvga_screen->root_depth = 1;
+        gvga_screen->black_pixel = exchanged ? foreground : foreground + 1;
+        ASSERT_EQ(vga_init_graphics(label, label), 1);
+        for (const bool inverted : {false, true}) {
+            for (const Pixmap pixmap : inverted ? gvga_inverted_pixmaps : gvga_pixmaps) {
+                forms[exchanged][inverted].push_back(picture_of(pixmap));
+            }
+        }
+        vga_free_graphics();
+    }
+    EXPECT_NE(forms[0][0], forms[0][1]);
+    EXPECT_EQ(forms[1][0], forms[0][1]);
+    EXPECT_EQ(forms[1][1], forms[0][0]);
 }
 
 TEST_F(Graphics, WithoutIconsTheStartFails) {

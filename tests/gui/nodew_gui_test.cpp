@@ -9,6 +9,7 @@
 #include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vganodew.h"
+#include "vganodwf.h"
 #include "vganodwp.h"
 #include "vganodws.h"
 #include "vgauidds.h"
@@ -452,6 +453,22 @@ TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
             ASSERT_GE(height, std::min(minimum, total / VGA_NODEW_PANE_COUNT));
         }
     }
+}
+
+TEST(NodeWindowHeights, GiveWayInTheirOrder) {
+    const struct {
+        NB_ULONG screen;
+        VGA_NODEW_STEP step;
+    } rows[] = {
+        {1024, VGA_NODEW_STEP_NONE},       {472, VGA_NODEW_STEP_NONE},
+        {471, VGA_NODEW_STEP_NO_PANEL},    {428, VGA_NODEW_STEP_NO_PANEL},
+        {427, VGA_NODEW_STEP_NO_KEYS},     {418, VGA_NODEW_STEP_NO_KEYS},
+        {417, VGA_NODEW_STEP_NO_TOOL_BAR}, {10, VGA_NODEW_STEP_NO_TOOL_BAR},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(vga_nodew_choose_step({row.screen, 100, 40, 10, 250}), row.step) << row.screen;
+    }
+    EXPECT_GT(vga_nodew_height_limit(10, VGA_NODEW_STEP_NONE), 0U);
 }
 
 // Help under the pointer.

@@ -183,6 +183,9 @@ TEST_F(Reports, ANodeThatRefusesToBeConnectedIsStillShown) {
     program = &start_program();
     window = loaded_window("lonely");
     ASSERT_NE(window, 0u);
+    const std::string unsaid = message(1247, {"lonely"});
+    EXPECT_TRUE(wait_for([&] { return screen().text(window).find(unsaid) != std::string::npos; }));
+    read_box(message(210), "0x0100");
     close_window(window);
     expect_end(*program, 0);
     EXPECT_EQ(program->err(), "");

@@ -98,8 +98,8 @@ struct List {
 
 class Rig {
 public:
-    explicit Rig(node::Store *store = nullptr)
-        : timers(clock), engine(store, timers, clock, heard) {}
+    explicit Rig(node::Store *store = nullptr, node::Scope scope = node::Scope::Node)
+        : timers(clock), engine(store, timers, clock, heard, scope) {}
 
     /* Loads the only node of a text and expects it to be good. */
     void load(const std::string &text) {

@@ -3,6 +3,7 @@
 #include "nodedomain.h"
 
 #include <fstream>
+#include <set>
 
 using namespace node_test;
 
@@ -111,39 +112,58 @@ TEST(NodeText, RangesCountNamesAndAddresses) {
     }
 }
 
-/* The samples load; and what every field of them is written as reads back as the same bytes. */
+/* What a field is written as reads back as the same bytes. */
+void expect_read_back(const node::FieldRow &field, const NB_UCHAR *record, size_t size) {
+    std::vector<NB_UCHAR> copy(record, record + size);
+    std::string why;
+    memset(copy.data() + field.offset, 0xEE, field.width);
+    const std::string written = node::format_field(field, record);
+    const bool blank = written.empty() && (field.use & node::FIELD_REQUIRED) == 0;
+    EXPECT_TRUE(node::set_field(field, written, copy.data(), why) || blank)
+        << field.name << " = " << written << ": " << why;
+    EXPECT_EQ(memcmp(copy.data(), record, size), 0) << field.name << " = " << written;
+}
+
+/* The samples load, every class that a text can hold is in them, and every field reads back. */
 TEST(NodeText, SamplesAreGoodAndEveryFieldReadsBack) {
+    std::set<std::string> classes;
     for (const char *name : {"single.domain", "branch.domain"}) {
         node::DomainText domain = node::read_domain_file(sample(name));
-        for (const node::TextNode &text : std::vector<node::TextNode>(domain.nodes)) {
-            Rig rig;
+        std::vector<node::TextNode> all = domain.nodes;
+        all.insert(all.begin(), domain.own);
+        for (const node::TextNode &text : all) {
+            Rig rig(nullptr, &text == &all[0] ? node::Scope::Domain : node::Scope::Node);
             rig.engine.load_text(text, domain);
             EXPECT_FALSE(text.resources.empty());
             for (const node::TextResource &resource : text.resources) {
-                for (const node::FieldRow &field : resource.row->fields) {
-                    if ((field.use & node::FIELD_BEHAVIOUR) != 0) {
-                        continue;
-                    }
-                    std::vector<NB_UCHAR> copy = resource.entry;
-                    std::string why;
-                    memset(copy.data() + field.offset, 0xEE, field.width);
-                    const std::string written = node::format_field(field, resource.entry.data());
-                    const bool blank = written.empty() && (field.use & node::FIELD_REQUIRED) == 0;
-                    EXPECT_TRUE(node::set_field(field, written, copy.data(), why) || blank)
-                        << resource.row->name << "." << field.name << " = " << written << ": "
-                        << why;
-                    EXPECT_TRUE(copy == resource.entry) << resource.row->name << "." << field.name;
-                }
+                SCOPED_TRACE(resource.row->name);
+                std::vector<NB_UCHAR> entry = resource.entry;
+                const NB_UCHAR *end = entry.data() + entry.size();
+                classes.insert(resource.row->name);
+                node::for_tables(*resource.row, entry.data(),
+                                 [end](const node::FieldTable &table, const NB_UCHAR *record) {
+                                     for (const node::FieldRow &field : table) {
+                                         if ((field.use & node::FIELD_BEHAVIOUR) == 0) {
+                                             expect_read_back(field, record,
+                                                              static_cast<size_t>(end - record));
+                                         }
+                                     }
+                                 });
             }
         }
         for (const std::string &error : domain.errors) {
             ADD_FAILURE() << error;
         }
     }
+    for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
+        const node::ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
+        EXPECT_TRUE(row.untold || classes.count(row.name) == 1) << row.name;
+    }
 }
 
 struct DomainRig {
     node::ManualClock clock;
+    node::TimerQueue timers{clock};
     node::Store store;
     node::DomainText text = node::read_domain_file(sample("branch.domain"));
     std::unique_ptr<node::Domain> domain;
@@ -152,7 +172,8 @@ struct DomainRig {
     explicit DomainRig(const std::string &file) {
         std::string why;
         EXPECT_TRUE(store.open(file, false, why)) << why;
-        domain = std::make_unique<node::Domain>(text, store, clock);
+        domain = std::make_unique<node::Domain>(text, store, timers, clock);
+        EXPECT_TRUE(domain->load(why)) << why;
     }
 
     template <class Block> Codes issue(Block &block) {
@@ -183,7 +204,7 @@ TEST(NodeDomain, KeepsTheListOfServers) {
         DomainRig rig(folder.file("domain.db"));
         EXPECT_EQ(rig.count(NAP_QUERY_NODE_ALL), 3U);
         EXPECT_EQ(rig.count(NAP_QUERY_SNA_NET), 2U);
-        EXPECT_EQ(rig.count(NAP_QUERY_CPIC_SIDE_INFO), 0U);
+        EXPECT_EQ(rig.count(NAP_QUERY_CPIC_SIDE_INFO), 2U);
         EXPECT_EQ(rig.domain->master(), "harbour");
         EXPECT_EQ(rig.backup(NAP_ADD_BACKUP, "nosuch"), parameter(NAP_UNKNOWN_RESOURCE));
         EXPECT_EQ(rig.backup(NAP_ADD_BACKUP, "market"), parameter(NAP_DUPLICATE_NAME));

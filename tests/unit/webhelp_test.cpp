@@ -30,7 +30,9 @@ namespace {
 constexpr char browser_text[] =
     "#!/bin/sh\n"
     "{ echo \"arguments $*\"; echo \"count $#\"; echo \"parent $PPID\"\n"
-    "  echo \"process $$\"; tr -d : </proc/$$/status; } >$0.new\n"
+    "  echo \"process $$\"\n"
+    /* By the shell itself, which blocks signals while it starts another program. */
+    "  while IFS=: read -r name value; do echo $name $value; done </proc/$$/status; } >$0.new\n"
     "mv $0.new $0.seen\n"
     "exec sleep 60\n";
 

@@ -9,7 +9,7 @@ Atom gvga_close_atom;
 MrmHierarchy gvga_uil_hierarchy;
 XrmDatabase gvga_resource_database;
 XrmDatabase gvga_local_database;
-NB_CHAR gvga_local_db_file[300];
+NB_CHAR gvga_local_db_file[301];
 
 NB_USHORT gvga_supported[VGA_SUPPORTED_COUNT];
 VGA_LEAD_DIALOG gvga_lead_dialogs[VGA_LEAD_DIALOG_COUNT] = {

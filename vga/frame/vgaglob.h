@@ -23,7 +23,7 @@ extern Atom gvga_close_atom; /* WM_DELETE_WINDOW */
 extern MrmHierarchy gvga_uil_hierarchy;
 extern XrmDatabase gvga_resource_database;
 extern XrmDatabase gvga_local_database; /* the user's own file, already merged; null without one */
-extern NB_CHAR gvga_local_db_file[300];
+extern NB_CHAR gvga_local_db_file[301];
 
 /* Options. */
 

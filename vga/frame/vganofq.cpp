@@ -153,23 +153,23 @@ NB_VOID vga_nof_verb_callback(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data)
         return;
     }
     auto is_this = [vcb](const VGA_QUEUE_ENTRY &candidate) { return candidate.vcb == vcb; };
-    VGA_QUEUE_ENTRY *entry = find_entry(gvga_nof_queue, is_this);
-    if (entry == nullptr) {
-        entry = find_entry(gvga_immediate_nof_queue, is_this);
+    VGA_QUEUE_ENTRY *queue_entry = find_entry(gvga_nof_queue, is_this);
+    if (queue_entry == nullptr) {
+        queue_entry = find_entry(gvga_immediate_nof_queue, is_this);
     }
-    if (entry == nullptr) {
+    if (queue_entry == nullptr) {
         v0_assert(__FILE__, __LINE__, "FALSE");
         return;
     }
-    NB_ASSERT(entry->issued);
+    NB_ASSERT(queue_entry->issued);
     vga_log_verb(VGA_VERB_COMPLETED, target, work.vcb);
-    nba_remove_from_q(&entry->links);
-    if (entry->completion != nullptr) {
-        complete(*entry, work);
+    nba_remove_from_q(&queue_entry->links);
+    if (queue_entry->completion != nullptr) {
+        complete(*queue_entry, work);
     } else {
         issue_held_verbs(target);
     }
-    free_entry(entry);
+    free_entry(queue_entry);
 }
 
 NB_VOID vga_drain_immediate_queue(NB_VOID) {

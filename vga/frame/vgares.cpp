@@ -1,9 +1,12 @@
 #include "vgares.h"
 #include "nbbase.h"
 #include "vgaglob.h"
+#include <Xm/Xm.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+#include <strings.h>
 
 namespace {
 
@@ -65,7 +68,34 @@ NB_VOID set_link_types(NB_VOID) {
     }
 }
 
+NB_USHORT ends_with(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() &&
+           strncasecmp(text.data() + text.size() - end.size(), end.data(), end.size()) == 0;
+}
+
+/* Called for each entry of the database: its name is a colour's when its last part ends so. */
+Bool convert_colour(XrmDatabase *, XrmBindingList, XrmQuarkList parts, XrmRepresentation *type,
+                    XrmValue *value, XPointer) {
+    const NB_CHAR *last = "";
+    for (; *parts != NULLQUARK; parts++) {
+        last = XrmQuarkToString(*parts);
+    }
+    static const XrmRepresentation text = XrmStringToQuark(XmRString);
+    if (*type == text && (ends_with(last, "color") || ends_with(last, "ground"))) {
+        Pixel pixel = 0;
+        XrmValue to = {sizeof(pixel), reinterpret_cast<XPointer>(&pixel)};
+        XtConvertAndStore(gvga_toplevel, XmRString, value, XmRPixel, &to);
+    }
+    return False;
+}
+
 } // namespace
+
+NB_VOID vga_warn_of_colours(NB_VOID) {
+    XrmQuark names[] = {XrmStringToQuark(VGA_CLASS), NULLQUARK};
+    XrmEnumerateDatabase(gvga_resource_database, names, names, XrmEnumAllLevels, convert_colour,
+                         nullptr);
+}
 
 NB_USHORT vga_get_resource_string(const NB_CHAR *name, const NB_CHAR *default_value,
                                   NB_CHAR *buffer, NB_USHORT max) {
@@ -102,7 +132,7 @@ NB_ULONG vga_get_resource_ulong(const NB_CHAR *name, NB_ULONG default_value, NB_
     vga_get_resource_string(name, "", text, max_short_value);
     NB_CHAR *end = nullptr;
     unsigned long long value = strtoull(text, &end, 0);
-    if (end == text || *end != '\0' || value >= UINT32_MAX) {
+    if (end == text || end[strspn(end, " \t\r")] != '\0' || value >= UINT32_MAX) {
         return default_value;
     }
     if (min != max && (value < min || value > max)) {

@@ -18,13 +18,19 @@ NB_USHORT vga_get_resource_string(const NB_CHAR *name, const NB_CHAR *default_va
  */
 NB_USHORT vga_get_resource_bool(const NB_CHAR *name, NB_USHORT default_value);
 
-/* A number in C notation (0x, leading 0).  The default when there is none, when it cannot be read
+/* A number in C notation (0x, leading 0); blanks around it, which a resource file keeps, are
+ * allowed.  The default when there is none, when it cannot be read
  * and, where `min` differs from `max`, when it is outside [min, max]. */
 NB_ULONG vga_get_resource_ulong(const NB_CHAR *name, NB_ULONG default_value, NB_ULONG min,
                                 NB_ULONG max);
 
 /* Reads every option into the globals of vgaglob.h. */
 NB_VOID vga_get_options(NB_VOID);
+
+/* Has the toolkit convert every colour that the resource database names for the program, so that it
+ * warns of those that do not exist: when windows are fetched, its warnings are discarded.  A colour
+ * that was converted costs nothing when a widget asks for it. */
+NB_VOID vga_warn_of_colours(NB_VOID);
 
 /* Reads gvga_web_browser again. */
 NB_VOID vga_get_web_browser_path(NB_VOID);

@@ -294,6 +294,7 @@ NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
     NB_USHORT unreachable =
         work->vcb->opcode == NAP_CONNECT_NODE && work->vcb->primary_rc != NAP_OK;
     if (unreachable || vga_node_is_gone(work->vcb)) {
+        node->refusal = {work->vcb->primary_rc, work->vcb->secondary_rc};
         vga_drop_node_from_build(node);
         return;
     }

@@ -388,6 +388,7 @@ std::span<const VGA_BUILD_STEP> vga_node_steps(NB_VOID) {
 NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_CONNECT_NODE_VERB>(vcb);
     node->target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
+    node->refusal = {answer.primary_rc, answer.secondary_rc};
     if (node->target != 0 &&
         strncmp(gvga_system->config_name, node->name, sizeof(node->name)) == 0) {
         gvga_system->config_target = node->target;

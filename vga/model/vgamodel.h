@@ -229,6 +229,10 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     NB_USHORT freed;     /* flag: its resources were released at the close */
     NB_ULONG target;     /* 0: not connected */
     NB_ULONG tp_target;  /* its TP load file; 0: not open */
+    struct {
+        NB_USHORT primary_rc;
+        NB_ULONG secondary_rc;
+    } refusal; /* why it could not be connected last; NAP_OK: it could */
     NB_USHORT startup_status[VGA_NODE_CHAINS];
     VGA_DIALOG *window; /* its node window; null while there is none */
 

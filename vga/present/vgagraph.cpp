@@ -239,7 +239,7 @@ NB_USHORT vga_init_graphics(Widget widget, Widget font_widget) {
     return 1;
 }
 
-NB_VOID vga_free_graphics(NB_VOID) {
+NB_VOID vga_free_pixmaps(NB_VOID) {
     for (Pixmap *pixmaps : {gvga_pixmaps, gvga_inverted_pixmaps}) {
         for (NB_USHORT icon = 0; icon < VGA_ICON_COUNT; ++icon) {
             if (pixmaps[icon] != 0) {
@@ -248,6 +248,10 @@ NB_VOID vga_free_graphics(NB_VOID) {
             }
         }
     }
+}
+
+NB_VOID vga_free_graphics(NB_VOID) {
+    vga_free_pixmaps();
     for (GC *gc : {&gvga_normal_gc, &gvga_inverted_gc, &gvga_outline_gc}) {
         if (*gc != nullptr) {
             XFreeGC(graphics_display, *gc);

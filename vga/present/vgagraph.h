@@ -42,7 +42,8 @@ extern NB_ULONG gvga_viewer_char_width, gvga_viewer_char_ascent, gvga_viewer_cha
  * request made.  What was made until then is kept for vga_free_graphics. */
 NB_USHORT vga_init_graphics(Widget widget, Widget font_widget);
 
-/* Frees all of it; harmless when nothing was made.  Needs the display. */
+/* Frees the icons, or all of it; harmless when nothing was made.  Needs the display. */
+NB_VOID vga_free_pixmaps(NB_VOID);
 NB_VOID vga_free_graphics(NB_VOID);
 
 /* A set of the widget's own fonts if its font list has one of fixed pitch, else the one that the

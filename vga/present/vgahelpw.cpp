@@ -6,6 +6,7 @@
 #include "vgares.h"
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -15,6 +16,15 @@ struct WEB_ENTRY {
     const NB_CHAR *tag;
     NB_USHORT address; /* message */
 };
+
+/* A page of the installation that is not under the usual prefix is found under the real one. */
+std::string real_address(std::string address) {
+    const std::string usual = "file://" NB_DEFAULT_PREFIX "/";
+    if (address.compare(0, usual.size(), usual) == 0) {
+        address.replace(0, usual.size() - 1, std::string("file://") + nba_prefix());
+    }
+    return address;
+}
 
 const WEB_ENTRY entries[] = {
     {"1", VGA_MSG_WEB_PAGE},
@@ -30,7 +40,7 @@ NB_VOID vga_menu_help_web(Widget, XtPointer client_data, XtPointer) {
             NB_CHAR command[2 * max_part + 2];
             vga_get_web_browser_path();
             snprintf(command, sizeof(command), "%.*s %.*s", max_part, gvga_web_browser, max_part,
-                     vga_message(entry.address));
+                     real_address(vga_message(entry.address)).c_str());
             vga_run_detached(command);
             return;
         }

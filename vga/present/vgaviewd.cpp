@@ -73,17 +73,44 @@ NB_VOID draw_text(const PEN &pen, const NB_CHAR *text) {
     }
 }
 
+VGA_VIEWER_RUN last_run(const NB_CHAR *text) {
+    NB_ULONG column = 0;
+    VGA_VIEWER_RUN run = {};
+    while (vga_viewer_next_run(&text, &column, &run) != 0) {
+    }
+    return run;
+}
+
+NB_ULONG width_with_last(const VGA_VIEWER_RUN &last) {
+    return last.column * gvga_viewer_char_width + vga_viewer_measure(last.text, last.length);
+}
+
 /* The width is taken when the line is first drawn, and the content is at least as wide. */
-NB_VOID measure(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, const NB_CHAR *text) {
+NB_VOID measure(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, const VGA_VIEWER_RUN &last) {
     if (item->laid_out == 0) {
         item->laid_out = 1;
-        item->line_width =
-            vga_viewer_left_width(vga_viewer_type(item)) + vga_viewer_text_width(text);
+        item->line_width = vga_viewer_left_width(vga_viewer_type(item)) + width_with_last(last);
     }
     if (item->line_width > root->content_width) {
         root->content_width = item->line_width;
         root->bars_due = 1;
     }
+}
+
+/* Pixels from the left edge of the window that the line needs the pixmap for; what is right of them
+ * is ground.  The text is taken as if each of its bytes had a column of its own, which costs no
+ * measuring and in a fixed pitch is never too little; for another font there is the measured width.
+ */
+NB_ULONG inked_width(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item,
+                     const VGA_VIEWER_DESC *desc, const VGA_VIEWER_RUN &last) {
+    if (desc->decor_cb != nullptr || root->outline_viewer == item) {
+        return root->window_width;
+    }
+    const NB_ULONG columns = last.column + static_cast<NB_ULONG>(last.length);
+    const NB_ULONG right =
+        std::max(vga_viewer_left_width(desc) + columns * gvga_viewer_char_width, item->line_width);
+    return std::clamp<NB_ULONG>(right, root->x_offset, root->x_offset + root->window_width) -
+           root->x_offset;
 }
 
 NB_VOID vga_draw_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_INT window_y) {
@@ -95,23 +122,32 @@ NB_VOID vga_draw_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_INT win
                selected ? gvga_inverted_gc : gvga_normal_gc,
                selected ? gvga_inverted_pixmaps : gvga_pixmaps,
                -static_cast<NB_INT>(root->x_offset)};
+    const GC ground = selected ? gvga_normal_gc : gvga_inverted_gc;
+    const Window window = XtWindow(root->draw_widget);
     const unsigned width = static_cast<unsigned>(root->window_width);
     const unsigned height = static_cast<unsigned>(gvga_viewer_item_height);
-    XFillRectangle(pen.display, pen.drawable, selected ? gvga_normal_gc : gvga_inverted_gc, 0, 0,
-                   width, height);
     NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
     vga_viewer_line_text(item, text);
-    measure(root, item, text);
-    draw_icons(&pen, item, desc);
-    draw_text(pen, text);
-    if (desc->decor_cb != nullptr) {
-        desc->decor_cb(item->data, root->draw_widget, pen.drawable, pen.x, 0, pen.gc);
+    const VGA_VIEWER_RUN last = last_run(text);
+    measure(root, item, last);
+    const unsigned inked = static_cast<unsigned>(inked_width(root, item, desc, last));
+    if (inked != 0) {
+        XFillRectangle(pen.display, pen.drawable, ground, 0, 0, inked, height);
+        draw_icons(&pen, item, desc);
+        draw_text(pen, text);
+        if (desc->decor_cb != nullptr) {
+            desc->decor_cb(item->data, root->draw_widget, pen.drawable, pen.x, 0, pen.gc);
+        }
+        if (root->outline_viewer == item) {
+            XDrawRectangle(pen.display, pen.drawable, gvga_outline_gc, 0, 0, width - 1, height - 1);
+        }
+        XCopyArea(pen.display, pen.drawable, window, gvga_normal_gc, 0, 0, inked, height, 0,
+                  window_y);
     }
-    if (root->outline_viewer == item) {
-        XDrawRectangle(pen.display, pen.drawable, gvga_outline_gc, 0, 0, width - 1, height - 1);
+    if (inked < width) {
+        XFillRectangle(pen.display, window, ground, static_cast<NB_INT>(inked), window_y,
+                       width - inked, height);
     }
-    XCopyArea(pen.display, pen.drawable, XtWindow(root->draw_widget), gvga_normal_gc, 0, 0, width,
-              height, 0, window_y);
 }
 
 /* A band of lines. */
@@ -126,6 +162,12 @@ bool ready_to_draw(VGA_VIEWER_ROOT *root) {
         Display *const display = XtDisplay(root->draw_widget);
         if (root->line_pixmap != 0) {
             XFreePixmap(display, root->line_pixmap);
+        } else {
+            // Or the server would blank the window whenever a scroll bar comes or goes.
+            XSetWindowAttributes attributes;
+            attributes.bit_gravity = NorthWestGravity;
+            XChangeWindowAttributes(display, XtWindow(root->draw_widget), CWBitGravity,
+                                    &attributes);
         }
         NB_INT depth = 0;
         XtVaGetValues(root->draw_widget, XmNdepth, &depth, nullptr);
@@ -367,11 +409,7 @@ NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
 }
 
 NB_ULONG vga_viewer_text_width(const NB_CHAR *text) {
-    NB_ULONG column = 0;
-    VGA_VIEWER_RUN run = {};
-    while (vga_viewer_next_run(&text, &column, &run) != 0) {
-    }
-    return run.column * gvga_viewer_char_width + vga_viewer_measure(run.text, run.length);
+    return width_with_last(last_run(text));
 }
 
 NB_VOID vga_viewer_add_underline(NB_VOID *, Widget widget, Drawable drawable, NB_INT x, NB_INT y,

@@ -102,6 +102,7 @@ NB_VOID vga_viewer_enter_hierarchy(Widget widget, XtPointer client_data, XEvent 
                                    Boolean *go_on);
 NB_VOID vga_viewer_leave_hierarchy(Widget widget, XtPointer client_data, XEvent *event,
                                    Boolean *go_on);
+NB_VOID vga_viewer_wheel(Widget widget, XtPointer client_data, XEvent *event, Boolean *go_on);
 NB_VOID vga_viewer_key_input(Widget widget, XtPointer client_data, XEvent *event, Boolean *go_on);
 NB_VOID vga_viewer_resize(Widget widget, XtPointer client_data, XtPointer call_data);
 NB_VOID vga_viewer_expose(Widget widget, XtPointer client_data, XtPointer call_data);

@@ -122,7 +122,9 @@ NB_VOID select_all(VGA_VIEWER_ROOT *root) {
     root->select_anchor = current;
     vga_viewer_tree_set_outline(root, current, 1);
     vga_viewer_schedule(root);
-    vga_viewer_call_disarm(root, current->type);
+    const NB_UCHAR type = current->type; // the window may let the line go
+    vga_viewer_notify(root, type);
+    vga_viewer_call_disarm(root, type);
 }
 
 NB_VOID deselect_others(VGA_VIEWER_ROOT *root) {

@@ -12,6 +12,11 @@ bool is_digit(NB_CHAR character) {
     return character >= '0' && character <= '9';
 }
 
+/* One byte and one column in every locale, where a character begins. */
+bool is_plain(NB_CHAR character) {
+    return character >= ' ' && character <= '~';
+}
+
 /* The first column stop of the text, null without one. */
 const NB_CHAR *find_stop(const NB_CHAR *text) {
     while ((text = strstr(text, "%t")) != nullptr && !is_digit(text[2])) {
@@ -52,10 +57,22 @@ NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER
 }
 
 NB_INT vga_viewer_cut(const NB_CHAR *text, NB_INT length, NB_ULONG columns) {
+    // No character takes more columns than it has bytes.
+    if (static_cast<NB_ULONG>(length) <= columns) {
+        return length;
+    }
     mbstate_t state = {};
     NB_INT cut = 0;
     NB_ULONG used = 0;
     while (cut < length) {
+        if (is_plain(text[cut])) {
+            if (used == columns) {
+                break;
+            }
+            ++used;
+            ++cut;
+            continue;
+        }
         wchar_t character = L'\0';
         size_t bytes = mbrtowc(&character, text + cut, static_cast<size_t>(length - cut), &state);
         NB_INT width = 1;

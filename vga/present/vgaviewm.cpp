@@ -8,6 +8,7 @@ namespace {
 
 constexpr unsigned long drag_interval = 50; // milliseconds between steps of an automatic scroll
 constexpr NB_LONG drag_lines = 2;           // lines a step
+constexpr NB_LONG wheel_lines = 3;          // lines, or columns, a notch of the wheel
 
 NB_USHORT is_key(const XmDrawnButtonCallbackStruct *cbs) {
     return cbs->event != nullptr &&
@@ -237,5 +238,21 @@ NB_VOID vga_viewer_leave_hierarchy(Widget, XtPointer client_data, XEvent *, Bool
     VGA_VIEWER_ROOT *root = static_cast<VGA_VIEWER_ROOT *>(client_data);
     if (root->dragging != 0 && root->drag_timer == 0) {
         start_drag_timer(root);
+    }
+}
+
+NB_VOID vga_viewer_wheel(Widget, XtPointer client_data, XEvent *event, Boolean *) {
+    constexpr unsigned up = Button4, left = 6, right = 7; // down is 5
+    VGA_VIEWER_ROOT *root = static_cast<VGA_VIEWER_ROOT *>(client_data);
+    const unsigned button = event->xbutton.button;
+    if (root->dragging != 0 || button < up || button > right) {
+        return;
+    }
+    const NB_LONG notch = button == up || button == left ? -wheel_lines : wheel_lines;
+    if (button >= left || (event->xbutton.state & ShiftMask) != 0) {
+        vga_viewer_scroll_view_horizontal(root,
+                                          notch * static_cast<NB_LONG>(gvga_viewer_char_width));
+    } else {
+        vga_viewer_scroll_view(root, notch * static_cast<NB_LONG>(gvga_viewer_item_height));
     }
 }

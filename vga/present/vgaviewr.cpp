@@ -42,9 +42,8 @@ const CALLBACK callbacks[] = {
     {&VGA_VIEWER_ROOT::vscroll, XmNvalueChangedCallback, vga_viewer_scroll},
 };
 const HANDLER handlers[] = {
-    {Button1MotionMask, vga_viewer_motion},
-    {EnterWindowMask, vga_viewer_enter_hierarchy},
-    {LeaveWindowMask, vga_viewer_leave_hierarchy},
+    {Button1MotionMask, vga_viewer_motion},        {EnterWindowMask, vga_viewer_enter_hierarchy},
+    {LeaveWindowMask, vga_viewer_leave_hierarchy}, {ButtonPressMask, vga_viewer_wheel},
     {KeyPressMask, vga_viewer_key_input},
 };
 

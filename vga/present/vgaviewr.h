@@ -236,7 +236,8 @@ NB_VOID vga_viewer_drag_cb(VGA_VIEWER_ITEM *item, VGA_VIEWER_ROOT *root, NB_USHO
 /* Scrolls as little as shows the item (the line that it is closed in, if it is). */
 NB_VOID vga_viewer_set_view(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 
-/* Moves the view by pixels, down or to the right for more than 0, within the content. */
+/* Moves the view by pixels, down or to the right for more than 0, within the content.  (The wheel
+ * does so, too, by three lines, or with Shift by three columns.) */
 NB_VOID vga_viewer_scroll_view(VGA_VIEWER_ROOT *root, NB_LONG pixels);
 NB_VOID vga_viewer_scroll_view_horizontal(VGA_VIEWER_ROOT *root, NB_LONG pixels);
 

@@ -76,6 +76,7 @@ NB_VOID vga_viewer_tree_set_outline(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item
 NB_VOID vga_viewer_tree_select(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_USHORT toggle,
                                NB_USHORT extend, NB_USHORT redraw) {
     vga_viewer_tree_set_outline(tree, item, redraw);
+    NB_ASSERT_FATAL(tree->outline_viewer != nullptr);
     const VGA_VIEWER_ITEM *anchor = tree->select_anchor;
     const bool range = extend != 0 && anchor != nullptr && anchor->parent == item->parent;
     const NB_USHORT anchor_state = range ? anchor->selected : 0;

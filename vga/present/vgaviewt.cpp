@@ -68,7 +68,7 @@ VGA_VIEWER_ITEM *rightmost(VGA_VIEWER_ITEM *node) {
     return node;
 }
 
-VGA_VIEWER_ITEM *successor(VGA_VIEWER_ITEM *node) {
+VGA_VIEWER_ITEM *successor(const VGA_VIEWER_ITEM *node) {
     if (node->right != nullptr) {
         return leftmost(node->right);
     }
@@ -351,9 +351,18 @@ NB_USHORT vga_viewer_is_within(const VGA_VIEWER_ITEM *item, const VGA_VIEWER_ITE
 }
 
 VGA_VIEWER_ITEM *vga_viewer_next_line(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {
-    return vga_viewer_is_visible(item) != 0
-               ? vga_viewer_find_line(tree, vga_viewer_get_line(item) + 1)
-               : nullptr;
+    if (vga_viewer_is_visible(item) == 0) {
+        return nullptr;
+    }
+    VGA_VIEWER_ITEM *next = item->lines > 1 ? item->children.first : nullptr;
+    for (const VGA_VIEWER_ITEM *line = item; line != nullptr && next == nullptr;
+         line = line->parent) {
+        next = successor(line);
+    }
+    // Of hidden lines there may be many, so they are not walked through.
+    return next == nullptr || next->hidden == 0
+               ? next
+               : vga_viewer_find_line(tree, vga_viewer_get_line(item) + 1);
 }
 
 VGA_VIEWER_ITEM *vga_viewer_prev_line(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {

@@ -5,6 +5,7 @@
 #include "vgamodel.h"
 #include "vgamsgs.h"
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <span>
@@ -70,6 +71,22 @@ const LINK_TYPE *link_type(NB_UCHAR dlc_type) {
     return row != std::end(link_types) ? row : nullptr;
 }
 
+/* Texts of a record are anybody's: what looks like a column stop is taken apart, and what is no
+ * character becomes a blank.  A text that does not fit any more loses its end. */
+NB_VOID make_plain(NB_CHAR *text, size_t size) {
+    for (NB_CHAR *place = text; *place != '\0'; ++place) {
+        if (iscntrl(static_cast<unsigned char>(*place))) {
+            *place = ' ';
+        }
+        if (place[0] == '%' && place[1] == 't' && isdigit(static_cast<unsigned char>(place[2]))) {
+            const size_t rest = size - static_cast<size_t>(place + 2 - text);
+            memmove(place + 2, place + 1, rest);
+            place[1] = ' ';
+            text[size - 1] = '\0';
+        }
+    }
+}
+
 /* A name in the local code page, without its padding. */
 class NAME {
 public:
@@ -88,6 +105,7 @@ private:
         for (size_t end = strlen(buffer); end > 0 && buffer[end - 1] == ' '; end--) {
             buffer[end - 1] = '\0';
         }
+        make_plain(buffer, sizeof(buffer));
     }
 
     NB_CHAR buffer[65] = {};
@@ -96,7 +114,10 @@ private:
 /* A text field of a record, terminated whatever the node sent. */
 template <size_t Width> class TEXT {
 public:
-    explicit TEXT(const NB_UCHAR (&field)[Width]) { memcpy(buffer, field, Width); }
+    explicit TEXT(const NB_UCHAR (&field)[Width]) {
+        memcpy(buffer, field, Width);
+        make_plain(buffer, sizeof(buffer));
+    }
     const NB_CHAR *text() const { return buffer; }
 
 private:
@@ -176,8 +197,8 @@ NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     const NB_CHAR *third = node->node_state == NAP_NODE_UNCONFIGURED
                                ? vga_message(VGA_MSG_DEFINE_NODE_FIRST)
                                : description.text();
-    return vga_print_msg(buffer, buffer_size, message, "ca ca s", 64, node->name, 15,
-                         vga_message(role), third);
+    return vga_print_msg(buffer, buffer_size, message, "s ca s", NAME::local(node->name, 64).text(),
+                         15, vga_message(role), third);
 }
 
 NB_USHORT vga_choose_node_viewer_icon(NB_VOID *data) {
@@ -197,8 +218,8 @@ NB_USHORT vga_create_port_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     NAP_PORT_DATA entry = *port->vcb;
     const LINK_TYPE *type = link_type(entry.def_data.dlc_type);
     return vga_print_msg(
-        buffer, buffer_size, VGA_MSG_PORT_LINE, "ca s s s s",
-        static_cast<NB_INT>(sizeof(port->name)), port->name, status_word(entry.det_data.port_state),
+        buffer, buffer_size, VGA_MSG_PORT_LINE, "s s s s s",
+        NAME::local(port->name, sizeof(port->name)).text(), status_word(entry.det_data.port_state),
         type != nullptr ? vga_message(type->word) : "", TEXT(entry.def_data.local_address).text(),
         TEXT(entry.def_data.description).text());
 }
@@ -226,8 +247,8 @@ NB_USHORT vga_create_ls_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
         entry.def_data.adj_cp_type == NAP_ADJ_HOST && !vga_blank_name(entry.def_data.pu_name, 8)
             ? NAME::ebcdic(entry.def_data.pu_name, 8)
             : NAME::ebcdic(learned ? entry.det_data.adj_cp_name : entry.def_data.adj_cp_name, 17);
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_LS_LINE, "ca s s s s",
-                         static_cast<NB_INT>(sizeof(ls->name)), ls->name, status_word(ls->state),
+    return vga_print_msg(buffer, buffer_size, VGA_MSG_LS_LINE, "s s s s s",
+                         NAME::local(ls->name, sizeof(ls->name)).text(), status_word(ls->state),
                          vga_message(role), partner.text(),
                          TEXT(entry.def_data.description).text());
 }
@@ -357,9 +378,10 @@ NB_USHORT vga_choose_rem_plu_viewer_icon(NB_VOID *data) {
 NB_USHORT vga_create_rem_sess_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *session = static_cast<VGA_REM_SESS *>(data);
     NAP_MODE_DATA entry = *session->vcb;
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_REM_SESS_LINE, "s s i",
+    return vga_print_msg(buffer, buffer_size, VGA_MSG_REM_SESS_LINE, "s s i i",
                          NAME::local(entry.lu_alias, 8).text(),
-                         NAME::ebcdic(entry.mode_name, 8).text(), entry.act_sess_count);
+                         NAME::ebcdic(entry.mode_name, 8).text(), entry.act_sess_count,
+                         entry.sess_limit);
 }
 
 NB_USHORT vga_choose_rem_sess_viewer_icon(NB_VOID *data) {

@@ -2,6 +2,7 @@
 #include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgamsgs.h"
+#include "vganodwf.h"
 #include "vganodwp.h"
 #include "vganodws.h"
 #include "vgaxt.h"
@@ -121,16 +122,6 @@ static NB_USHORT find_widgets(VGA_NODEW_DESC *desc) {
     return vga_nodew_get_command_widgets(desc);
 }
 
-/* The size in the description is for an ordinary screen; the window manager's frame and a panel
- * need some room, too. */
-static NB_VOID fit_screen(Widget window) {
-    Dimension width, height;
-    XtVaGetValues(window, XmNwidth, &width, XmNheight, &height, nullptr);
-    width = static_cast<Dimension>(std::min<NB_INT>(width, WidthOfScreen(gvga_screen) - 24));
-    height = static_cast<Dimension>(std::min<NB_INT>(height, HeightOfScreen(gvga_screen) - 72));
-    XtVaSetValues(window, XmNwidth, width, XmNheight, height, nullptr);
-}
-
 NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     auto *desc = reinterpret_cast<VGA_NODEW_DESC *>(dialog);
     if (!find_widgets(desc)) {
@@ -140,7 +131,6 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     if (gvga_viewer_item_height == 0 && !vga_init_graphics(top.draw_area, top.draw_area)) {
         return 0;
     }
-    fit_screen(dialog->widget);
     desc->current_pane = VGA_NODEW_NO_PANE;
     XtVaGetValues(top.form, XmNborderColor, &desc->normal_border, nullptr);
     XtVaGetValues(top.draw_area, XmNhighlightColor, &desc->current_border, nullptr);
@@ -151,6 +141,7 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     }
     vga_nodew_put_pixmaps(desc);
     vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[vga_nodew_icon("node")]);
+    vga_nodew_fit_screen(desc);
     vga_nodew_share_height(desc);
     return 1;
 }
@@ -184,6 +175,17 @@ static NB_USHORT pane_to_begin_with(const VGA_NODEW_DESC *desc) {
     return vga_nodew_focus_pane(desc);
 }
 
+static NB_VOID show_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
+    if (node.target != 0 || node.refusal.primary_rc == NAP_OK) {
+        vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+        return;
+    }
+    NB_CHAR line[512];
+    vga_print_msg(line, sizeof(line), VGA_MSG_NODEW_NOT_CONNECTED, "cs",
+                  static_cast<NB_INT>(sizeof(node.name)), node.name);
+    vga_message_node_window_text(&desc->common, line);
+}
+
 /* Also for a window that was fetched before its node was known. */
 static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
     desc->common.parent_item = node;
@@ -195,7 +197,7 @@ static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
         vga_viewer_display_root(root, place.draw_area, place.hscroll, place.vscroll);
     }
     show_node(desc);
-    vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+    show_connection(desc, *node);
     vga_nodew_select_pane(desc, pane_to_begin_with(desc), 1);
     vga_nodew_set_button_states(desc);
 }

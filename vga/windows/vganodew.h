@@ -40,6 +40,7 @@ struct VGA_NODEW_DESC {
     VGA_NODEW_PANE panes[VGA_NODEW_PANE_COUNT];
     NB_USHORT current_pane; /* VGA_NODEW_NO_PANE: none */
     Dimension panes_height; /* of all panes when their shares were last looked at */
+    Dimension least_pane;   /* height of a pane that shows two lines */
     Pixel normal_border, current_border;
     VGA_NODEW_TOOL tools[VGA_NODEW_TOOL_COUNT];
     Widget items[VGA_NODEW_COMMAND_COUNT];      /* menu items; null where a command has none */

@@ -150,8 +150,7 @@ static NB_VOID divide_again(VGA_NODEW_DESC *desc) {
         total += height_of(desc->panes[pane].form);
     }
     Dimension minimum[VGA_NODEW_PANE_COUNT], maximum[VGA_NODEW_PANE_COUNT];
-    XtVaGetValues(desc->panes[0].form, XmNpaneMinimum, &minimum[0], nullptr);
-    vga_nodew_divide(shares, total, minimum[0], heights);
+    vga_nodew_divide(shares, total, desc->least_pane, heights);
     XtVaSetValues(desc->panes_widget, XmNrefigureMode, False, nullptr);
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         Widget form = desc->panes[pane].form;

@@ -1,0 +1,62 @@
+/* What is peculiar to single classes: the hooks of the rows, and what they share.  The rooms are
+ * those of the rows: nodehookc.cpp connectivity, nodehookl.cpp LUs, nodepool.cpp their pools,
+ * nodehooks.cpp sessions and routes, nodehookd.cpp the rest. */
+#ifndef NODEHOOK_H
+#define NODEHOOK_H
+
+#include "nodeclass.h"
+
+#include <cstring>
+
+namespace node {
+
+namespace hooks {
+
+extern const ClassHooks dlc, port, ls, cn, cn_port, dspu_template, pu, down_pu;
+extern const ClassHooks lu_pool, lu03, down_lu, local_lu, primary_line, primary_lu0;
+extern const ClassHooks cos, cos_node_row, cos_tg_row, mode_def, mode, plu, directory;
+extern const ClassHooks ls_routing, lu62_timeout, rtp_conn, tamrix_session;
+extern const ClassHooks tn_access, tn_assoc, tn_redirect, tp, lu_lu_password, userid_password;
+extern const ClassHooks access_list, user, cpic;
+
+} // namespace hooks
+
+/* Reads a record as its C type, by copying. */
+template <class Record> Record from_entry(const NB_UCHAR *entry) {
+    Record record;
+    memcpy(&record, entry, sizeof record);
+    return record;
+}
+
+inline bool same_name(const NB_UCHAR *left, const NB_UCHAR *right, size_t width) {
+    return memcmp(left, right, width) == 0;
+}
+
+inline bool is_blank8(const NB_UCHAR *ebcdic) {
+    return is_blank(KeyKind::Ebcdic, ebcdic, 8);
+}
+
+/* For classes without states of their own: nothing has to wait. */
+bool never_busy(const Engine &engine, const Resource &resource);
+
+/* True when the 8-byte EBCDIC name is that of an LU of type 0 to 3 or of a pool of them. */
+bool is_lu_or_pool(const Engine &engine, const NB_UCHAR *name);
+
+/* True when a TN3270 record or a downstream LU names that LU or pool. */
+bool lu_is_named(const Engine &engine, const NB_UCHAR *name);
+
+/* One address of a PU serves one LU; `old` is the LU that may have it. */
+bool address_taken(const Engine &engine, const NB_UCHAR *pu_name, NB_UCHAR address,
+                   const Resource *old);
+
+/* An LU of type 0 to 3 enters its pool, leaves it, and shows its state in it (nodepool.cpp). */
+void join_pool(Engine &engine, Resource &resource, bool added);
+void leave_pool(Engine &engine, Resource &resource);
+void show_in_pool(Engine &engine, const Resource &resource);
+
+/* Checks and tidies every field of an entry and of its items. */
+Result check_fields(const ClassRow &row, NB_UCHAR *entry);
+
+} // namespace node
+
+#endif

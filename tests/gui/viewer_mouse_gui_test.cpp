@@ -1,0 +1,316 @@
+// The list control and the mouse.
+#include "viewer_fixture.h"
+#include <X11/extensions/XTest.h>
+
+namespace {
+
+TEST_F(Viewer, ClickSelectsOneLineAndInvertsIt) {
+    fill(5);
+    display();
+    const gui::IMAGE third = row_image(3);
+    click(1);
+    EXPECT_EQ(selected(), "1 ");
+    EXPECT_TRUE(inverted(1));
+    EXPECT_FALSE(inverted(0) || inverted(2));
+    EXPECT_EQ(events.buttons, 1);
+    EXPECT_EQ(events.disarmed, 1);
+    EXPECT_EQ(events.clicked.size(), 1U);
+    EXPECT_TRUE(events.opened.empty());
+    events.drawn = 0;
+    click(4);
+    EXPECT_EQ(selected(), "4 ");
+    EXPECT_TRUE(inverted(4));
+    EXPECT_FALSE(inverted(1));
+    EXPECT_LE(events.drawn, 4) << "lines that did not change were drawn";
+    EXPECT_EQ(row_image(3), third);
+    EXPECT_NE(row_image(0), gui::IMAGE(row_image(4)));
+    click(2, {"Control_L"});
+    click(0, {"Control_L"});
+    EXPECT_EQ(selected(), "0 2 4 ");
+    click(2, {"Shift_L"});
+    EXPECT_EQ(selected(), "0 1 2 ");
+    gui::click(draw_widget, 100, line() * 5 + 3); // below the last line
+    EXPECT_EQ(selected(), "0 1 2 ");
+}
+
+TEST_F(Viewer, ExpandColumnActsOnTheFirstClick) {
+    fill(3);
+    RECORD *member = add(MEMBER, "MEMBER", records[0].get());
+    display();
+    const gui::IMAGE second = row_image(1), closed = row_image(0);
+    click(0, {}, 5);
+    EXPECT_EQ(records[0]->item.expanded, 1);
+    EXPECT_EQ(selected(), "0 ");
+    EXPECT_TRUE(events.clicked.empty() && events.opened.empty());
+    EXPECT_EQ(row_image(2), second);
+    click(1, {}, static_cast<int>(gvga_viewer_indent_width) + 5); // its own, empty expand column
+    EXPECT_EQ(selected(), "3 ");
+    EXPECT_EQ(events.clicked, std::vector<const RECORD *>{member});
+    click(1 + 1, {}, 5); // a line without children is activated there
+    EXPECT_EQ(events.clicked.size(), 2U);
+    click(0, {}, 5);
+    EXPECT_EQ(records[0]->item.expanded, 0);
+    EXPECT_EQ(row_image(1), second);
+    vga_viewer_clear_selection(&root);
+    vga_clear_outline_selection(&root);
+    drawn();
+    EXPECT_EQ(row_image(0), closed);
+    vga_delete_viewer(&root, &member->item);
+    drawn();
+    EXPECT_NE(row_image(0), closed) << "the expand icon stays though there is no child";
+}
+
+TEST_F(Viewer, OnlyTwoClicksOnOneLineOpenIt) {
+    fill(3);
+    display();
+    XtSetMultiClickTime(gvga_display, 60000);
+    click(0);
+    click(1);
+    EXPECT_TRUE(events.opened.empty()) << "two lines";
+    click(1);
+    EXPECT_EQ(events.opened, std::vector<const RECORD *>{records[1].get()});
+    gui::move_to(draw_widget, 100, middle_of(0));
+    gui::press();
+    gui::move_to(draw_widget, 100, middle_of(2));
+    gui::release();
+    EXPECT_EQ(events.opened.size(), 1U);
+    EXPECT_EQ(selected(), "0 1 2 ") << "a drag";
+}
+
+TEST_F(Viewer, DraggingBackGivesLinesUp) {
+    fill(6);
+    add(MEMBER, "MEMBER", records[2].get());
+    vga_expand_viewer(&root, &records[2]->item, 1);
+    display();
+    gui::move_to(draw_widget, 100, middle_of(1));
+    gui::press();
+    gui::move_to(draw_widget, 100, middle_of(5));
+    EXPECT_EQ(selected(), "1 2 3 4 ") << "the member has another parent";
+    gui::move_to(draw_widget, 100, middle_of(2));
+    EXPECT_EQ(selected(), "1 2 ");
+    gui::move_to(draw_widget, 100, middle_of(0));
+    EXPECT_EQ(selected(), "0 1 ");
+    vga_delete_viewer(&root, &records[0]->item); // under the pointer
+    gui::move_to(draw_widget, 100, middle_of(3));
+    gui::release();
+    EXPECT_EQ(root.dragging, 0);
+    EXPECT_EQ(selected(), "1 ");
+}
+
+TEST_F(Viewer, DraggingBelowTheWindowScrolls) {
+    fill(40);
+    display();
+    gui::move_to(draw_widget, 100, middle_of(0));
+    gui::press();
+    gui::move_to(draw_widget, 100, height + 30);
+    EXPECT_TRUE(gui::wait_for([] { return root.select_count == 40; }));
+    EXPECT_GE(root.y_offset + root.window_height, 40 * gvga_viewer_item_height);
+    EXPECT_EQ(selected().substr(0, 4), "0 1 ");
+    gui::release(); // out there
+    EXPECT_EQ(root.dragging, 0);
+    EXPECT_EQ(events.disarmed, 1);
+    EXPECT_EQ(root.drag_timer, 0U);
+}
+
+TEST_F(Viewer, DraggingAboveTheWindowScrollsAndStopsAtTheAnchorsSiblings) {
+    fill(30);
+    for (int i = 0; i < 2; ++i) {
+        add(MEMBER, "MEMBER", records[3].get());
+    }
+    vga_expand_viewer(&root, &records[3]->item, 1);
+    display();
+    vga_viewer_scroll_view(&root, 15 * line());
+    drawn();
+    gui::move_to(draw_widget, 100, middle_of(3)); // group 16
+    gui::press();
+    gui::move_to(draw_widget, 100, middle_of(1));
+    EXPECT_EQ(selected(), "14 15 16 ");
+    gui::move_to(draw_widget, 100, -20);
+    ASSERT_TRUE(gui::wait_for([] { return root.drag_timer != 0; }));
+    const NB_ULONG from = root.y_offset;
+    EXPECT_TRUE(gui::wait_for([&] { return root.y_offset != from; }));
+    EXPECT_EQ((from - root.y_offset) % (2 * gvga_viewer_item_height), 0U);
+    gui::move_to(draw_widget, 100, middle_of(0)); // back in: the view stands still
+    EXPECT_EQ(root.drag_timer, 0U);
+    const NB_ULONG still = root.y_offset;
+    gui::move_to(draw_widget, 100, -20);
+    EXPECT_LE(root.y_offset, still);
+    EXPECT_TRUE(gui::wait_for([] { return root.select_count == 17; }));
+    EXPECT_EQ(root.y_offset, 0U);
+    EXPECT_EQ(selected(), "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ") << "no members";
+    drawn();
+    EXPECT_TRUE(inverted(3));
+    EXPECT_FALSE(inverted(4)) << "a member";
+    gui::move_to(draw_widget, 100, height + 20); // past the anchor, down to the end
+    EXPECT_TRUE(gui::wait_for([] { return root.select_count == 14; }));
+    EXPECT_EQ(selected(), "16 17 18 19 20 21 22 23 24 25 26 27 28 29 ");
+    gui::release();
+    EXPECT_EQ(root.drag_timer, 0U);
+}
+
+TEST_F(Viewer, TheModifiersOfAClickHaveTheirLimits) {
+    fill(4);
+    for (int i = 0; i < 3; ++i) {
+        add(MEMBER, "MEMBER", records[1].get());
+    }
+    vga_expand_viewer(&root, &records[1]->item, 1); // rows: 0, 1, 4, 5, 6, 2, 3
+    display();
+    click(0, {"Shift_L"});
+    EXPECT_EQ(selected(), "0 ") << "no anchor yet";
+    EXPECT_EQ(root.select_anchor, &records[0]->item);
+    click(6, {"Shift_L"});
+    EXPECT_EQ(selected(), "0 1 2 3 ");
+    click(3, {"Shift_L"});
+    EXPECT_EQ(selected(), "5 ") << "the anchor has another parent";
+    click(4, {"Control_L"});
+    EXPECT_EQ(selected(), "5 6 ");
+    EXPECT_TRUE(inverted(3) && inverted(4));
+    click(5, {"Control_L"});
+    EXPECT_EQ(selected(), "2 ") << "another parent than the selection's";
+    EXPECT_FALSE(inverted(3) || inverted(4));
+    click(6, {"Control_L"});
+    click(0, {"Control_L", "Shift_L"});
+    EXPECT_EQ(selected(), "0 1 2 3 ") << "a range more";
+    click(5, {"Control_L"});
+    EXPECT_EQ(selected(), "0 1 3 ");
+    EXPECT_EQ(root.select_anchor, &records[2]->item);
+    click(6, {"Control_L", "Shift_L"});
+    EXPECT_EQ(selected(), "0 1 ") << "a range takes the anchor's state";
+}
+
+TEST_F(Viewer, TitlesAreNeitherSelectedNorOpenedNorDraggedFrom) {
+    RECORD *title = add(TITLE, "A title");
+    vga_viewer_set_fixed(&root, &title->item, 1);
+    fill(3);
+    display();
+    click(2);
+    const int disarmed = events.disarmed;
+    gui::move_to(draw_widget, 100, middle_of(0));
+    gui::press();
+    EXPECT_EQ(root.dragging, 0);
+    gui::move_to(draw_widget, 100, middle_of(3));
+    gui::release();
+    drawn();
+    EXPECT_EQ(selected(), "2 ");
+    EXPECT_EQ(events.disarmed, disarmed);
+    EXPECT_FALSE(inverted(0));
+    const gui::IMAGE row = row_image(0);
+    EXPECT_EQ(row.pixel(row.width - 3, row.height - 1), BlackPixelOfScreen(gvga_screen))
+        << "its underline";
+    click(1);
+    click(3, {"Shift_L"});
+    EXPECT_EQ(selected(), "1 2 3 ");
+    gui::move_to(draw_widget, 100, middle_of(3));
+    gui::press();
+    gui::move_to(draw_widget, 100, middle_of(0));
+    gui::release();
+    EXPECT_EQ(selected(), "1 2 3 ") << "the title does not join";
+}
+
+TEST_F(Viewer, ScrolledSidewaysTheExpandColumnMovesAlong) {
+    fill(2);
+    add(MEMBER, "MEMBER", records[0].get());
+    records[1]->text = std::string(100, 'W');
+    display();
+    vga_viewer_scroll_view_horizontal(&root, 10);
+    drawn();
+    ASSERT_EQ(root.x_offset, 10U);
+    const int column = static_cast<int>(gvga_viewer_expand_icon_width);
+    click(0, {}, column - 5);
+    EXPECT_EQ(records[0]->item.expanded, 0) << "that is the icon by now";
+    EXPECT_EQ(events.clicked.size(), 1U);
+    click(0, {}, column - 12);
+    EXPECT_EQ(records[0]->item.expanded, 1);
+    vga_viewer_scroll_view_horizontal(&root, 1000);
+    drawn();
+    click(0, {}, column - 12);
+    EXPECT_EQ(records[0]->item.expanded, 1);
+}
+
+TEST_F(Viewer, TheWheelScrollsAndSelectsNothing) {
+    fill(40);
+    records[1]->text = std::string(100, 'W');
+    display();
+    gui::move_to(draw_widget, 100, middle_of(2));
+    const auto turn = [](unsigned button) {
+        // The server does not show such a button as held.
+        XTestFakeButtonEvent(gvga_display, button, True, CurrentTime);
+        XTestFakeButtonEvent(gvga_display, button, False, CurrentTime);
+        drawn();
+    };
+    turn(5);
+    EXPECT_EQ(root.y_offset, 3 * gvga_viewer_item_height);
+    turn(4);
+    turn(4);
+    EXPECT_EQ(root.y_offset, 0U);
+    turn(7);
+    EXPECT_EQ(root.x_offset, 3 * gvga_viewer_char_width);
+    turn(6);
+    EXPECT_EQ(root.x_offset, 0U);
+    EXPECT_EQ(selected(), "");
+}
+
+/* Lines that something refers to go while the list is on the screen. */
+TEST_F(Viewer, DeletedLinesAreLetGoOf) {
+    fill(8);
+    add(MEMBER, "MEMBER", records[4].get());
+    display();
+    const auto remove = [](RECORD *record) {
+        vga_delete_viewer(&root, &record->item);
+        drawn();
+    };
+    click(1);
+    click(3, {"Control_L"});
+    click(5, {"Control_L"});
+    remove(records[5].get()); // anchor and outline; what is selected next to it inherits
+    EXPECT_EQ(root.select_anchor, &records[3]->item);
+    EXPECT_EQ(root.outline_viewer, nullptr);
+    EXPECT_EQ(selected(), "1 3 ");
+    click(5, {"Shift_L"}); // record 6 by now
+    EXPECT_EQ(selected(), "3 4 6 ");
+    remove(records[3].get());
+    EXPECT_EQ(root.outline_viewer, &records[6]->item);
+    EXPECT_EQ(root.select_anchor, &records[4]->item);
+    vga_expand_viewer(&root, &records[4]->item, 1);
+    drawn();
+    click(4); // its member
+    EXPECT_EQ(selected(), "8 ");
+    remove(records[4].get()); // with the member below it
+    EXPECT_EQ(selected(), "");
+    EXPECT_EQ(root.outline_viewer, nullptr);
+    EXPECT_EQ(root.select_anchor, nullptr);
+    gui::move_to(draw_widget, 100, middle_of(0)); // rows: 0, 1, 2, 6, 7
+    gui::press();
+    gui::move_to(draw_widget, 100, middle_of(2));
+    EXPECT_EQ(selected(), "0 1 2 ");
+    remove(records[2].get()); // last dragged over
+    EXPECT_EQ(root.last_dragged, nullptr);
+    gui::move_to(draw_widget, 100, middle_of(3));
+    EXPECT_EQ(selected(), "0 1 ") << "that drag is over";
+    gui::release();
+    gui::move_to(draw_widget, 100, middle_of(1));
+    gui::press();
+    remove(records[1].get()); // pressed
+    gui::release();
+    EXPECT_EQ(events.disarmed, 7) << "once a release, whatever became of the line";
+    EXPECT_EQ(selected(), "");
+    EXPECT_EQ(root.content_height, 3 * gvga_viewer_item_height);
+    click(2);
+    EXPECT_EQ(selected(), "7 ");
+}
+
+TEST_F(Viewer, DeletingASelectedLineTellsTheWindow) {
+    fill(4);
+    display();
+    click(1);
+    const gui::IMAGE next = row_image(2);
+    events.buttons = 0;
+    vga_delete_viewer(&root, &records[1]->item);
+    EXPECT_EQ(events.buttons, 1);
+    EXPECT_EQ(root.select_type, VGA_VIEWER_SELECT_NONE);
+    drawn();
+    EXPECT_EQ(row_image(1), next);
+    EXPECT_EQ(row_image(3).count(WhitePixelOfScreen(gvga_screen)), width * line());
+}
+
+} // namespace

@@ -1,0 +1,256 @@
+// The list control without a screen: single cases, and the layout arithmetic.
+#include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
+
+#include "nbbase.h"
+#include "vgadgutl.h"
+#include "vgagraph.h"
+#include "vgaviewi.h"
+#include <algorithm>
+#include <clocale>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+VGA_UID_TABLE gvga_uid_desc; // no windows here
+
+namespace {
+
+/* Single cases. */
+
+class VIEWER : public testing::Test {
+protected:
+    void SetUp() override {
+        gvga_viewer_item_height = 10;
+        ASSERT_EQ(vga_viewer_init_root(&root), 1);
+        previous = v0_set_fatal_handler(
+            [](const NB_CHAR *, NB_INT, const NB_CHAR *text) { broken = text; });
+        broken.clear();
+    }
+    void TearDown() override {
+        v0_set_fatal_handler(previous);
+        vga_viewer_set_types(nullptr, 0);
+        vga_viewer_destroy_root(&root);
+        gvga_viewer_item_height = 0;
+    }
+    void fill(size_t count) {
+        items.resize(count);
+        for (VGA_VIEWER_ITEM &item : items) {
+            vga_create_viewer(&root, &item, 0, &item, nullptr, VGA_VIEWER_LAST);
+        }
+    }
+
+    static std::string broken;
+    NB_FATAL_HANDLER previous = nullptr;
+    VGA_VIEWER_ROOT root;
+    std::vector<VGA_VIEWER_ITEM> items;
+};
+std::string VIEWER::broken;
+
+TEST_F(VIEWER, ManyLinesInTheWorstOrderStayShallow) {
+    items.resize(200000);
+    for (VGA_VIEWER_ITEM &item : items) {
+        vga_create_viewer(&root, &item, 0, &item, nullptr, VGA_VIEWER_FIRST);
+    }
+    EXPECT_LE(root.top_items.root->height, 1.45 * std::log2(items.size()) + 1);
+    EXPECT_EQ(root.content_height, 2000000U);
+    EXPECT_EQ(vga_viewer_get_y(&items[0]), 1999990U);
+    EXPECT_EQ(vga_find_viewer(&root, 999995), &items[100000]);
+    for (VGA_VIEWER_ITEM &item : items) {
+        vga_delete_viewer(&root, &item);
+    }
+    EXPECT_EQ(root.content_height, 0U);
+}
+
+TEST_F(VIEWER, AForeignPredecessorIsFatalAndLeavesTheListAlone) {
+    fill(2);
+    VGA_VIEWER_ITEM child, stray;
+    vga_create_viewer(&root, &child, 0, nullptr, &items[0], &items[1]);
+    EXPECT_EQ(broken, "FALSE");
+    EXPECT_EQ(root.content_height, 20U);
+    vga_create_viewer(&root, &child, 0, nullptr, &items[0], VGA_VIEWER_LAST);
+    vga_create_viewer(&root, &stray, 0, nullptr, nullptr, &child);
+    EXPECT_EQ(root.top_items.count, 2U);
+}
+
+TEST_F(VIEWER, FreshRecordTakesOverThatItsLineIsOpen) {
+    fill(2);
+    VGA_VIEWER_ITEM child, fresh_child;
+    vga_create_viewer(&root, &child, 0, nullptr, &items[0], VGA_VIEWER_LAST);
+    vga_expand_viewer(&root, &items[0], 1);
+    vga_viewer_copy_state(&items[0], &items[1], &root);
+    EXPECT_EQ(root.content_height, 30U);
+    vga_create_viewer(&root, &fresh_child, 0, nullptr, &items[1], VGA_VIEWER_LAST);
+    EXPECT_EQ(root.content_height, 40U);
+}
+
+TEST_F(VIEWER, KeysGoAroundTitlesAndKeepToSiblingsWithShift) {
+    const VGA_VIEWER_DESC types[] = {
+        {nullptr, nullptr, 0, [](NB_VOID *, XmDrawnButtonCallbackStruct *) {}, nullptr, nullptr,
+         nullptr, nullptr, nullptr, 1, 0, 0},
+        {},
+    };
+    vga_viewer_set_types(types, 2);
+    fill(6);
+    items[0].type = 1; // a title
+    vga_viewer_set_fixed(&root, &items[3], 1);
+    VGA_VIEWER_ITEM child;
+    vga_create_viewer(&root, &child, 0, &child, &items[1], VGA_VIEWER_LAST);
+    vga_expand_viewer(&root, &items[1], 1);
+    struct CASE {
+        NB_USHORT direction, shift;
+        const VGA_VIEWER_ITEM *target;
+        NB_LONG count;
+    } const cases[] = {
+        {VGA_VIEWER_DOWN, 0, &items[1], 1}, {VGA_VIEWER_UP, 0, &items[1], 1},
+        {VGA_VIEWER_DOWN, 0, &child, 1},    {VGA_VIEWER_DOWN, 0, &items[2], 1},
+        {VGA_VIEWER_DOWN, 0, &items[4], 1}, {VGA_VIEWER_HOME, 0, &items[1], 1},
+        {VGA_VIEWER_DOWN, 1, &items[2], 2}, {VGA_VIEWER_DOWN, 1, &items[4], 3},
+        {VGA_VIEWER_END, 1, &items[5], 4},  {VGA_VIEWER_UP, 1, &items[4], 3},
+        {VGA_VIEWER_END, 0, &items[5], 1},  {VGA_VIEWER_PRIOR, 0, &items[5], 1},
+    };
+    for (const CASE &move : cases) {
+        vga_viewer_key_move(&root, move.direction, move.shift, 0);
+        EXPECT_EQ(root.outline_viewer, move.target) << &move - cases;
+        EXPECT_EQ(root.select_count, move.count) << &move - cases;
+    }
+}
+
+TEST_F(VIEWER, TextOfAThousandBytesIsTheLongest) {
+    static NB_USHORT length;
+    const VGA_VIEWER_DESC types[] = {{[](NB_VOID *, NB_CHAR *buffer) {
+                                          memset(buffer, 'x', VGA_VIEWER_TEXT_BUFFER);
+                                          return length;
+                                      },
+                                      nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      nullptr, 0, 0, 0}};
+    vga_viewer_set_types(types, 1);
+    fill(1);
+    NB_CHAR buffer[VGA_VIEWER_TEXT_BUFFER + 1];
+    length = VGA_VIEWER_MAX_TEXT_LENGTH;
+    EXPECT_EQ(vga_viewer_line_text(&items[0], buffer), 1000);
+    EXPECT_EQ(strlen(buffer), 1000U);
+    EXPECT_EQ(broken, "");
+    length = VGA_VIEWER_MAX_TEXT_LENGTH + 1;
+    EXPECT_EQ(vga_viewer_line_text(&items[0], buffer), 0);
+    EXPECT_EQ(broken, "text_len <= VGA_VIEWER_MAX_TEXT_LENGTH");
+}
+
+/* Layout. */
+
+TEST(VIEWER_LAYOUT, RunsAreCutAtTheNextColumn) {
+    struct CASE {
+        const NB_CHAR *text, *runs; // column:text, separated by |
+    } const cases[] = {
+        {"", "0:"},
+        {"plain 100% text", "0:plain 100% text"},
+        {"ab%t4%cd%t8ef", "0:ab|4:cd|8:ef"},
+        {"abcdef%t4%ghijkl%t8%and the rest", "0:abcd|4:ghij|8:and the rest"},
+        {"a%t3%%t6%total", "0:a|3:|6:total"},
+        {"a%t3%t5", "0:a|3:t5"}, // the sign closes the stop
+        {"a%tb%t", "0:a%tb%t"},  // no column, no stop
+        {"abc%t2%d%t1%e", "0:ab|2:|1:e"},
+        {"a%t99999999999%b", "0:a|4000:b"},
+    };
+    for (const CASE &example : cases) {
+        std::string runs;
+        const NB_CHAR *text = example.text;
+        NB_ULONG column = 0;
+        VGA_VIEWER_RUN run;
+        while (vga_viewer_next_run(&text, &column, &run) != 0) {
+            runs += (runs.empty() ? "" : "|") + std::to_string(run.column) + ":" +
+                    std::string(run.text, static_cast<size_t>(run.length));
+        }
+        EXPECT_EQ(runs, example.runs) << example.text;
+    }
+}
+
+TEST(VIEWER_LAYOUT, CutsKeepCharactersWhole) {
+    ASSERT_NE(setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+    EXPECT_EQ(vga_viewer_cut("\xC3\xA4\xC3\xB6x", 5, 1), 2);
+    EXPECT_EQ(vga_viewer_cut("\xC3\xA4\xC3\xB6x", 5, 3), 5);
+    EXPECT_EQ(vga_viewer_cut("\xE6\xBC\xA2x", 4, 1), 0); // two columns wide
+    EXPECT_EQ(vga_viewer_cut("\xE6\xBC\xA2x", 4, 2), 3);
+    EXPECT_EQ(vga_viewer_cut("\xFF\xFEx", 3, 2), 2); // no characters at all
+    setlocale(LC_CTYPE, "C");
+    EXPECT_EQ(vga_viewer_cut("\xC3\xA4x", 3, 2), 2);
+}
+
+// Another multi-byte character set, made for the purpose.
+TEST(VIEWER_LAYOUT, CutsKeepCharactersOfOtherSetsWhole) {
+    NB_CHAR folder[] = "/tmp/viewerXXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    const std::string locale = std::string(folder) + "/ja_JP";
+    const std::string make = "localedef -i ja_JP -f EUC-JP " + locale + " >/dev/null 2>&1";
+    // A status of 1 stands for warnings.
+    const bool made = system(make.c_str()) != -1 && std::filesystem::exists(locale);
+    setenv("LOCPATH", folder, 1);
+    if (made && setlocale(LC_CTYPE, "ja_JP") != nullptr) {
+        EXPECT_EQ(vga_viewer_cut("A\xB4\xC1\xBB\xFAx", 6, 2), 1); // A and two wide ones
+        EXPECT_EQ(vga_viewer_cut("A\xB4\xC1\xBB\xFAx", 6, 4), 3);
+        EXPECT_EQ(vga_viewer_cut("A\xB4\xC1\xBB\xFAx", 6, 5), 5);
+        EXPECT_EQ(vga_viewer_cut("\x8E\xB1\x8E\xB2", 4, 1), 2); // narrow, but two bytes
+    } else {
+        ADD_FAILURE() << "no locale could be made";
+    }
+    setlocale(LC_CTYPE, "C");
+    unsetenv("LOCPATH");
+    std::filesystem::remove_all(folder);
+}
+
+TEST(VIEWER_LAYOUT, ScrollBarsComeOnlyWhenNeeded) {
+    struct CASE {
+        NB_ULONG content_width, lines_height;
+        NB_USHORT hbar, vbar;
+    } const cases[] = {
+        {100, 100, 0, 0}, // fits exactly, although one bar would make the other necessary
+        {101, 80, 1, 0},  {101, 91, 1, 1}, {80, 101, 0, 1},
+        {91, 101, 1, 1},  {0, 0, 0, 0},    {500, 500, 1, 1},
+    };
+    for (const CASE &example : cases) {
+        VGA_VIEWER_FIT fit = {100, 100, 10, 10, example.content_width, example.lines_height, 9, 9};
+        vga_viewer_fit(&fit);
+        EXPECT_EQ(fit.hbar, example.hbar) << &example - cases;
+        EXPECT_EQ(fit.vbar, example.vbar) << &example - cases;
+    }
+}
+
+TEST(VIEWER_LAYOUT, TheLastLineCanBeScrolledToWhereItIsWhole) {
+    for (NB_ULONG window = 21; window < 60; ++window) {
+        const NB_ULONG lines = 200, height = 20;
+        const NB_ULONG content = vga_viewer_content_height(lines, window, height);
+        const NB_ULONG offset = vga_viewer_clamp(1000000, content, window, height);
+        EXPECT_EQ(offset % height, 0U);
+        EXPECT_GE(offset + window, lines) << window;
+        EXPECT_LT(offset, lines) << window;
+    }
+    EXPECT_EQ(vga_viewer_clamp(-5, 100, 50, 0), 0U);
+    EXPECT_EQ(vga_viewer_clamp(70, 40, 50, 0), 0U);
+}
+
+TEST(VIEWER_LAYOUT, MetricsFollowTheLargerOfFontAndIcon) {
+    struct CASE {
+        VGA_VIEWER_FONT_SIZE font;
+        VGA_VIEWER_ICON_SIZE icon, expand;
+        NB_ULONG item, icon_y, expand_y, text_y;
+    } const cases[] = {
+        {{6, 11, 2}, {20, 20}, {13, 13}, 20, 0, 3, 14},
+        {{9, 14, 6}, {20, 20}, {13, 13}, 20, 0, 3, 14}, // equal: the font decides
+        {{9, 20, 5}, {20, 20}, {13, 14}, 25, 2, 5, 20},
+        {{6, 11, 2}, {16, 12}, {17, 17}, 17, 2, 0, 13},
+    };
+    for (const CASE &example : cases) {
+        vga_set_viewer_metrics(&example.font, &example.icon, &example.expand);
+        EXPECT_EQ(gvga_viewer_item_height, example.item);
+        EXPECT_EQ(gvga_viewer_icon_y, example.icon_y);
+        EXPECT_EQ(gvga_viewer_expand_icon_y, example.expand_y);
+        EXPECT_EQ(gvga_viewer_text_y, example.text_y);
+        EXPECT_EQ(gvga_viewer_indent_width, 8 * example.font.width);
+    }
+    const VGA_VIEWER_FONT_SIZE no_font = {};
+    const VGA_VIEWER_ICON_SIZE no_icon = {};
+    vga_set_viewer_metrics(&no_font, &no_icon, &no_icon);
+}
+
+} // namespace
