@@ -226,6 +226,17 @@ TEST_F(SessionLimits, AreChangedByKeyboard) {
     EXPECT_EQ(form->common.in_use, 0);
 }
 
+TEST_F(SessionLimits, LettersPressButtons) {
+    ASSERT_NE(open_by_mouse(), nullptr);
+    gui::key("Tab");
+    enter("*mdslsLimit", "9");
+    gui::key("r", {"Alt_L"});
+    EXPECT_EQ(text("*mdslsLimit"), "16");
+    enter("*mdslsLimit", "15");
+    gui::key("a", {"Alt_L"});
+    EXPECT_EQ(issued().sess_limit, 15);
+}
+
 TEST_F(SessionLimits, BoundsDependOnEachOther) {
     ASSERT_NE(open_by_mouse(), nullptr);
     const struct {
