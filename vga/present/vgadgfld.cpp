@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr NB_USHORT name_size = NTL_NAME_WIDTH + 1; /* as text */
 constexpr NB_UCHAR local_blank = ' ';
 
 /* A field's bytes, copied out of the data. */
