@@ -4,7 +4,8 @@ build_packages=(
   g++ cmake ninja-build python3 libmotif-dev libmrm4 uil libsqlite3-dev
   librsvg2-bin netpbm
 )
-run_packages=(mwm xvfb xauth x11-utils xfonts-base fonts-dejavu-core imagemagick xdotool)
+run_packages=(mwm xvfb xauth x11-utils xfonts-base fonts-dejavu-core imagemagick xdotool
+  man-db)
 test_packages=(
   libgtest-dev libboost-dev libxtst-dev groff clang libclang-rt-14-dev clang-format clang-tidy locales
 )

@@ -44,6 +44,7 @@ constexpr PdRow rows[] = {
     {0x40020008,
      "a list from the node is not as it should be",
      {{"opcode", PdDecode::opcode}, {"entry_size"}, {"entries_read"}, {"entries"}}},
+    {0x40020009, "no memory for a resource", {{"opcode", PdDecode::opcode}, {"name"}}},
     {0x4002000B, "X protocol error", {{"error_code"}, {"request_code"}, {"text"}}},
     {0x4002000C, "the verb log cannot be written", {{"file"}, {"reason"}}},
     {0x4002000D, "a command could not be started", {{"command"}, {"reason"}}},

@@ -117,6 +117,7 @@ using BYTES = std::vector<NB_UCHAR>;
 struct FAKE_NODE {
     std::map<NB_USHORT, std::vector<BYTES>> lists; /* by opcode, in order */
     std::map<NB_USHORT, std::pair<NB_USHORT, NB_ULONG>> failures;
+    NB_USHORT endless = 0; /* opcode of a list that says it goes on, and brings the same */
     std::vector<NB_USHORT> asked;
     size_t entries_an_answer = 1000;
     NB_USHORT dlur = 1;
@@ -152,12 +153,19 @@ struct FAKE_NODE {
             out += entry.size();
             query.num_entries++;
         }
+        if (query.opcode == endless && query.num_entries == 0) {
+            memcpy(out, list.back().data(), list.back().size());
+            query.num_entries = 1;
+        }
+        query.total_num_entries = query.opcode == endless ? 60000 : query.total_num_entries;
     }
 
     static size_t key_width(NB_USHORT opcode) {
         switch (opcode) {
         case NAP_QUERY_NODE_ALL:
             return 128;
+        case NAP_QUERY_EMULATOR_USER_DEF:
+            return 32;
         case NAP_QUERY_LU_0_TO_3:
             return 16;
         case NAP_QUERY_MODE:
@@ -372,6 +380,43 @@ TEST_F(Model, EntriesThatCannotBeRightDoNotStopTheBuild) {
     EXPECT_EQ(built, 1);
     EXPECT_EQ(ntl_avl_validate(&only_node()->ports), 1);
     EXPECT_EQ(ntl_avl_validate(&only_node()->dlcs), 1);
+}
+
+TEST_F(Model, AListThatNeverEndsIsLeftBehind) {
+    add_branch();
+    node.endless = NAP_QUERY_LOCAL_LU;
+    run();
+    EXPECT_EQ(built, 1);
+    EXPECT_EQ(gvga_exit_code, 0);
+    EXPECT_LT(std::count(node.asked.begin(), node.asked.end(), NAP_QUERY_LOCAL_LU), 10);
+}
+
+/* A user with two sessions, of which the count says ten. */
+TEST_F(Model, ItemsThatAnEntryDoesNotHaveAreNotMade) {
+    auto user = new_entry<NAP_USER_DATA>();
+    set_local(user.user_name, "teller");
+    user.def_data.num_sessions = NAP_MAX_USER_SESSIONS;
+    for (const char *name : {"SESS1", "SESS2"}) {
+        set_local(user.def_data.sessions[name[4] - '1'].session_name, name);
+    }
+    user.overlay_size = offsetof(NAP_USER_DATA, def_data.sessions) + 2 * sizeof(NAP_USER_SESSION);
+    user.overlay_size = static_cast<NB_USHORT>((user.overlay_size + 3) & ~3);
+    node.lists[NAP_QUERY_EMULATOR_USER_DEF].emplace_back(reinterpret_cast<NB_UCHAR *>(&user),
+                                                         reinterpret_cast<NB_UCHAR *>(&user) +
+                                                             user.overlay_size);
+    run();
+    EXPECT_EQ(built, 1);
+    auto *record = static_cast<VGA_USER *>(AVL_FIRST(gvga_system->users));
+    ASSERT_NE(record, nullptr);
+    EXPECT_EQ(ntl_avl_validate(&record->session_tree), 2);
+
+    /* Read again with one of them: the other goes, the first stays what it was. */
+    auto *kept = static_cast<VGA_USER_SESSION *>(AVL_FIRST(record->session_tree));
+    NB_ULONG handle = kept->handle;
+    user.def_data.num_sessions = 1;
+    vga_insert_vga_user(vga_init_vga_user(gvga_system, &user));
+    EXPECT_EQ(ntl_avl_validate(&record->session_tree), 1);
+    EXPECT_EQ(nba_validate_handle(handle), kept);
 }
 
 TEST_F(Model, AQueryThatFailsEndsTheBuildWithItsOpcode) {

@@ -1,15 +1,17 @@
 /* Indications about resources: a port, a link station, an LU changed its state.
  *
- * Each class is a row: how its record is found by the indication's key, and which part of the list
- * entry the indication brings anew.  A record that the model does not have is reported, unless its
- * list is still being read. */
+ * The status classes (vgadssts.h) say how the record is found and what follows from a change.  An
+ * indication that says that others were lost starts the check of its class instead.  A resource
+ * without a record is reported, or read when the node makes such resources by itself; while its
+ * list is still being read neither. */
 #ifndef VGAINDRE_H
 #define VGAINDRE_H
 
 #include "vganofq.h"
 
-/* Takes the block when its opcode is one of a resource class; returns 0 otherwise.  The user data
- * is the handle of the node; a stale one drops the block. */
+/* Takes the block when its opcode is one of those about resources; returns 0 otherwise.  The user
+ * data is the handle of the node; a stale one drops the block.  One of these opcodes that has no
+ * class is an assertion. */
 NB_USHORT vga_indication_handler(const VGA_PROCESS_STATE *work);
 
 #endif

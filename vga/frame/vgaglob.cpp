@@ -40,6 +40,7 @@ const VGA_EXIT_POINT gvga_exit_no_node = {main_file, 668};
 const VGA_EXIT_POINT gvga_exit_closed = {main_file, 1983};
 const VGA_EXIT_POINT gvga_exit_closed_later = {main_file, 2097};
 const VGA_EXIT_POINT gvga_exit_report_read = {main_file, 2317};
+const VGA_EXIT_POINT gvga_unhandled_indication = {"vgaindre", 115};
 
 NB_LONG gvga_exit_code;
 NB_ULONG gvga_exit_subcode;

@@ -90,6 +90,9 @@ extern const VGA_EXIT_POINT gvga_exit_start, gvga_exit_bad_indication, gvga_exit
     gvga_exit_system_window, gvga_exit_node_window, gvga_exit_no_node, gvga_exit_closed,
     gvga_exit_closed_later, gvga_exit_report_read;
 
+/* Likewise, the place of the assertion about an indication that nothing handles. */
+extern const VGA_EXIT_POINT gvga_unhandled_indication;
+
 #define VGA_EXIT_AT(code, subcode, point)                                                          \
     vga_request_exit((code), (subcode), (point).file, (point).line)
 

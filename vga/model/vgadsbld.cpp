@@ -2,6 +2,7 @@
 #include "nofverbs.h"
 #include "vgadsadd.h"
 #include "vgadsbst.h"
+#include "vgadschk.h"
 #include "vgadsdel.h"
 #include "vgadsqry.h"
 #include "vgadsutl.h"
@@ -249,6 +250,7 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
     for (NB_USHORT &flag : this_node->startup_status) {
         flag = 1;
     }
+    this_node->rebuilt = AVL_FIRST(this_node->ports) != nullptr;
     start_step(node_build(this_node), N_CONNECT);
 }
 
@@ -300,6 +302,10 @@ NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
     }
     advance(node_build(node), *work);
     if (gvga_exit_code == 0 && vga_check_node_startup(node, nullptr)) {
+        if (node->rebuilt) {
+            node->rebuilt = 0;
+            vga_check_merged_status(node);
+        }
         vga_build_next_action(VGA_PHASE_COMPLETE, node);
     }
 }

@@ -4,6 +4,8 @@
 #include "vgadsqry.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -240,7 +242,9 @@ constexpr STEP node_steps[] = {
     {N_PRIMARY_LU0, LIST, NAP_QUERY_PRIMARY_LU0, 0, VGA_PRIMARY_LU0_LIST,
      {}, with_primary, node_target, nullptr, nullptr},
     {N_TAMRIX_DEFAULTS, RECORD, NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, 0, VGA_TAMRIX_DEFAULTS,
-     {N_TAMRIX_SESS}, nullptr, node_target, keep<&VGA_NODE::tamrix>, nullptr},
+     {N_REG_TAMRIX}, nullptr, node_target, keep<&VGA_NODE::tamrix>, nullptr},
+    {N_REG_TAMRIX, REGISTER, REG, NAP_TAMRIX_INDICATION, no_chain,
+     {N_TAMRIX_SESS}, nullptr, node_target, nullptr, nullptr},
     {N_TAMRIX_SESS, LIST, NAP_QUERY_TAMRIX_APPCIP, 0, VGA_TAMRIX_SESS_LIST,
      {}, nullptr, node_target, nullptr, nullptr},
 
@@ -389,6 +393,8 @@ NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_CONNECT_NODE_VERB>(vcb);
     node->target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
     node->refusal = {answer.primary_rc, answer.secondary_rc};
+    /* What was under way on another connection will not be answered on this one. */
+    std::fill(std::begin(node->class_work), std::end(node->class_work), VGA_CLASS_WORK{});
     if (node->target != 0 &&
         strncmp(gvga_system->config_name, node->name, sizeof(node->name)) == 0) {
         gvga_system->config_target = node->target;

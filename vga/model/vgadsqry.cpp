@@ -351,12 +351,24 @@ NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_S
     return vga_issue_verb(target, std::move(query), user_data, completion);
 }
 
-NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line) {
+NB_VOID vga_report_failed_verb(const NAP_VCB *vcb) {
     if (exceptions_wanted()) {
         nba_pd_print_exception(verb_failed, 0, "x x lx", vcb->opcode, vcb->primary_rc,
                                vcb->secondary_rc);
     }
+}
+
+NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line) {
+    vga_report_failed_verb(vcb);
     vga_request_exit(VGA_EXIT_VERB_FAILED, vcb->opcode, file, line);
+}
+
+NB_VOID vga_visit_entries(const VGA_LIST &list, const NAP_VCB *vcb,
+                          const std::function<NB_VOID(const NB_UCHAR *entry)> &visit) {
+    ENTRY_WALK walk(list, vcb);
+    while (const NB_UCHAR *entry = walk.next()) {
+        visit(entry);
+    }
 }
 
 NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,

@@ -8,6 +8,7 @@
 #include "nofverbs.h"
 #include "vgamodel.h"
 #include "vganofq.h"
+#include <functional>
 
 enum VGA_ENTRY_RESULT : NB_USHORT {
     VGA_ENTRY_ADDED,
@@ -52,12 +53,20 @@ NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_S
 NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
                            VGA_LIST_POSITION *last);
 
+/* Calls `visit` for every entry of a completed list query that can be right; the rest is reported.
+ * The entry's key stands behind its length. */
+NB_VOID vga_visit_entries(const VGA_LIST &list, const NAP_VCB *vcb,
+                          const std::function<NB_VOID(const NB_UCHAR *entry)> &visit);
+
 /* 1 when the list has entries behind those that this answer brought.  A list that claims so but
  * brings nothing new ends there, with a report. */
 NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb, const VGA_LIST_POSITION &last);
 
 /* 1 when the verb failed because the node behind its target died. */
 NB_USHORT vga_node_is_gone(const NAP_VCB *vcb);
+
+/* Reports a verb that failed, unless such reports are suppressed. */
+NB_VOID vga_report_failed_verb(const NAP_VCB *vcb);
 
 /* Reports a verb of the build that failed, and requests the exit: 164 with its opcode. */
 NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line);

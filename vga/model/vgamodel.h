@@ -175,6 +175,32 @@ enum VGA_NODE_CHAIN : NB_USHORT {
 
 static_assert(VGA_SYSTEM_CHAINS == 7 && VGA_NODE_CHAINS == 46);
 
+/* The classes of resources whose status changes: rows of gvga_status_classes (vgadssts.h). */
+enum VGA_STATUS_ID : NB_USHORT {
+    VGA_STATUS_DLC,
+    VGA_STATUS_PORT,
+    VGA_STATUS_LS,
+    VGA_STATUS_PU,
+    VGA_STATUS_DLUR_PU,
+    VGA_STATUS_DOWN_PU,
+    VGA_STATUS_DOWN_LU,
+    VGA_STATUS_LU62,
+    VGA_STATUS_LU03,
+    VGA_STATUS_MODE,
+    VGA_STATUS_PLU,
+    VGA_STATUS_DIR,
+    VGA_STATUS_TAMRIX_SESS,
+    VGA_STATUS_CLASSES
+};
+
+/* What is under way for one of them in one node. */
+struct VGA_CLASS_WORK {
+    NB_UCHAR checking;    /* flag: a status check runs */
+    NB_UCHAR check_again; /* flag: once more at its end */
+    NB_UCHAR reading;     /* flag: new resources are being read */
+    NB_UCHAR read_again;  /* flag: there were more; the whole list at the end */
+};
+
 struct VGA_LOGGING_SETTINGS {
     NAP_QUERY_LOGGING_VERB central_logging;
     NAP_QUERY_LOGGING_VERB global_log_type;
@@ -234,7 +260,9 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
         NB_ULONG secondary_rc;
     } refusal; /* why it could not be connected last; NAP_OK: it could */
     NB_USHORT startup_status[VGA_NODE_CHAINS];
-    VGA_DIALOG *window; /* its node window; null while there is none */
+    NB_USHORT rebuilt; /* flag: the build that runs found records of an earlier one */
+    VGA_CLASS_WORK class_work[VGA_STATUS_CLASSES]; /* by VGA_STATUS_ID; of this connection */
+    VGA_DIALOG *window;                            /* its node window; null while there is none */
 
     NAP_QUERY_NODE_VERB node_data;
     NAP_QUERY_NODE_LIMITS_VERB limits;

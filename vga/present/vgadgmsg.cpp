@@ -1,6 +1,7 @@
 #include "vgadgmsg.h"
 #include "vgadgsym.h"
 #include "vgaglob.h"
+#include "vgahelpd.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
 #include "vgaxt.h"
@@ -94,7 +95,8 @@ NB_VOID make_box(VGA_DIALOG *parent) {
         XtAddCallback(box.dialog, list, vga_modal_dialog_cb, nullptr);
     }
     XmAddWMProtocolCallback(box.shell, gvga_close_atom, vga_modal_dialog_cb, nullptr);
-    vga_set_sensitive(XtNameToWidget(box.dialog, "Help"), 0); /* there is no help yet */
+    XtRemoveAllCallbacks(box.dialog, XmNhelpCallback);
+    XtAddCallback(box.dialog, XmNhelpCallback, vga_modal_dialog_help_cb, nullptr);
     vga_set_configured_colours(box.dialog);
 }
 
@@ -112,6 +114,7 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     show_button(box.ok_to_all_button, question != 0 && request.show_ok_to_all != 0);
     show_button(box.no_button, question != 0 && request.show_no != 0);
     Widget ok = XtNameToWidget(box.dialog, "OK");
+    vga_set_sensitive(XtNameToWidget(box.dialog, "Help"), request.help_key != nullptr);
     const BOX_LOOK &look = looks[request.type];
     VGA_STRING title(vga_message(look.title));
     XtVaSetValues(box.dialog, XmNdialogTitle, title.get(), XmNdialogType, look.dialog_type,

@@ -2,6 +2,7 @@
 #include "vgachkcb.h"
 #include "vgadgfrm.h"
 #include "vgaglob.h"
+#include "vgahelpd.h"
 #include "vgahelpw.h"
 #include "vgahooks.h"
 #include "vgalook.h"
@@ -114,13 +115,6 @@ Widget fetch_widget(const VGA_UID_DESC &row, Widget shell) {
     return status == MrmSUCCESS ? widget : nullptr;
 }
 
-/* There is no help yet. */
-NB_VOID disable_help(Widget widget) {
-    if (XmIsMessageBox(widget)) {
-        vga_set_sensitive(XtNameToWidget(widget, "Help"), 0);
-    }
-}
-
 NB_VOID add_name_to_title(VGA_DIALOG *desc) {
     XmString title = nullptr;
     if (gvga_display_names == 0 || !XmIsBulletinBoard(desc->widget)) {
@@ -158,7 +152,7 @@ NB_VOID prepare_widget(const VGA_UID_DESC &row, VGA_DIALOG *desc) {
     } else if (row.kind == VGA_KIND_MODAL) {
         XtVaSetValues(desc->widget, XmNdialogStyle, XmDIALOG_PRIMARY_APPLICATION_MODAL, nullptr);
     }
-    disable_help(desc->widget);
+    XtAddCallback(desc->widget, XmNhelpCallback, vga_help_cb, const_cast<NB_CHAR *>(row.name));
     if (desc->shell == gvga_toplevel && gvga_first_dialog == nullptr &&
         gvga_main_dialog == nullptr) {
         gvga_first_dialog = desc;
@@ -339,6 +333,11 @@ NB_VOID vga_register_common_names(NB_VOID) {
         {"vga_exit_cb", vga_exit_cb},
         {"vga_form_apply_cb", vga_form_apply_cb},
         {"vga_form_reset_cb", vga_form_reset_cb},
+        {"vga_help_cb", vga_help_cb},
+        {"vga_menu_help_about", vga_menu_help_about},
+        {"vga_menu_help_contents", vga_menu_help_contents},
+        {"vga_menu_help_help", vga_menu_help_help},
+        {"vga_menu_help_index", vga_menu_help_index},
         {"vga_menu_help_web", vga_menu_help_web},
         {"vga_modal_dialog_cb", vga_modal_dialog_cb},
         {"vga_modal_firewall_on", vga_modal_firewall_on},

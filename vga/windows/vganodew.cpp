@@ -1,6 +1,7 @@
 #include "vganodew.h"
 #include "vgaglob.h"
 #include "vgagraph.h"
+#include "vgahelpd.h"
 #include "vgamsgs.h"
 #include "vganodwf.h"
 #include "vganodwp.h"
@@ -139,6 +140,7 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         set_label(desc->panes[pane].title, vga_message(titles[pane]));
     }
+    vga_set_sensitive(XtNameToWidget(dialog->widget, "*nodewHelpAbout"), vga_has_about_box());
     vga_nodew_put_pixmaps(desc);
     vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[vga_nodew_icon("node")]);
     vga_nodew_fit_screen(desc);

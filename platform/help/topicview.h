@@ -1,0 +1,44 @@
+/* Shows a topic: text in lines that follow the window's width, with links for mouse and keys. */
+#ifndef HELP_TOPICVIEW_H
+#define HELP_TOPICVIEW_H
+
+#include "canvas.h"
+
+namespace help {
+
+class TopicView : public Canvas {
+public:
+    TopicView(Widget parent, const Look &view_look);
+
+    /* Shows the topic, kept by this from then on, with `top` pixels of it scrolled away. */
+    void show_topic(Topic topic, int top);
+    const Topic &topic() const { return shown; }
+
+    /* A link was followed; `new_window` says that it was asked for (middle button, or Shift). */
+    std::function<void(const std::string &target, bool new_window)> on_link;
+
+    /* The pointer or the keyboard is on a link; empty for none. */
+    std::function<void(const std::string &target)> on_hover;
+
+private:
+    int content_height() override { return page.height; }
+    void resized() override;
+    void paint(XftDraw *draw) override;
+    bool key(Key which) override;
+    void point(Point what, int x, int y, unsigned state) override;
+    void paint_shape(XftDraw *draw, const Shape &shape) const;
+    void paint_piece(XftDraw *draw, const Piece &piece) const;
+    bool step(int by);
+    void hover(int link);
+    void set_cursor(bool on_a_link);
+
+    Topic shown;
+    Page page = {};
+    int current = no_link; // the link that the keys are at
+    int under = no_link;   // the link under the pointer
+    bool hand_shown = false;
+};
+
+} // namespace help
+
+#endif

@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""Checks that faults in the sources of the help are found when the volume is made.
+
+usage: help_source_test.py REPO_ROOT
+"""
+
+import contextlib
+import importlib.util
+import io
+import sys
+import tempfile
+from pathlib import Path
+
+GOOD = """= home: Home
+? start; begin
+Text with **strong**, //emphasis//, ``fixed`` and a link to [[page]]
+that goes on, [[man:quiladmin(1)]] and [[app:web1|the web]].
++ Heading
+* item
+** below it
+# one
+
+# two
+: term :: meaning
+! note
+|   as it stands
+== page: Page
+See [[+home|the first one]].
+"""
+
+FAULTS = (  # what stands behind the good source, and the fault it has
+    ("= home: Again\nText.\n", "is there twice"),
+    ("= other: Other\nSee [[nowhere]].\n", "there is no topic nowhere"),
+    ("= other: Other\nSee [[+nowhere|this]].\n", "there is no topic nowhere"),
+    ("= other: Other\nSee [[app:rm -rf]].\n", "there is no topic"),
+    ("= other: Other\n", "says nothing"),
+    ("= other: Other\nA **mark.\n", "does not end"),
+    ("= other: Other\nA [[page.\n", "does not end"),
+    ("= other: Other\n: term\n", "a definition is"),
+    ("= other: Other\n| " + "x" * 73 + "\n", "more than 72"),
+    ("= other: Other\n=== deep: Deep\nText.\n", "nested deeper"),
+    ("= other: Other\nA\tb.\n", "cannot be printed"),
+)
+
+RECORDS = ("C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow it",
+           "F\t0\tp  as it stands", "P\t0\tpSee \tl+home|the first one\tp.",
+           "P\t0\tpText with \tbstrong\tp, \tiemphasis\tp, \tffixed\tp and a link to "
+           "\tlpage|Page\tp that goes on, \tlman:quiladmin(1)|man:quiladmin(1)\tp and "
+           "\tlapp:web1|the web\tp.")
+
+
+def make(mkhelp, folder, text):
+    """Returns the exit status, what was printed, and the volume or None."""
+    source, volume = folder / "test.hlp", folder / "volume"
+    source.write_text(text, encoding="utf-8")
+    volume.unlink(missing_ok=True)
+    printed = io.StringIO()
+    with contextlib.redirect_stderr(printed):
+        status = mkhelp.main(["mkhelp", str(volume), "Title", str(source)])
+    return status, printed.getvalue(), volume.read_text() if volume.exists() else None
+
+
+def main(arguments):
+    sys.dont_write_bytecode = True
+    path = Path(arguments[1]) / "resources/help/mkhelp.py"
+    spec = importlib.util.spec_from_file_location("mkhelp", path)
+    mkhelp = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(mkhelp)
+    wrong = []
+    with tempfile.TemporaryDirectory() as name:
+        folder = Path(name)
+        status, printed, volume = make(mkhelp, folder, GOOD)
+        if status != 0:
+            wrong.append(f"a good source was refused: {printed}")
+        wrong += [f"missing: {record!r}" for record in RECORDS
+                  if record not in (volume or "").split("\n")]
+        for text, fault in FAULTS + (("Text.\n", "before the first topic"), ("", "no topic")):
+            before = "" if fault in ("before the first topic", "no topic") else GOOD
+            status, printed, volume = make(mkhelp, folder, before + text)
+            if status != 1 or fault not in printed or volume is not None:
+                wrong.append(f"{text!r}: status {status}, {printed!r}")
+    for line in wrong:
+        print(line)
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv))

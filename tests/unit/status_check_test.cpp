@@ -1,0 +1,473 @@
+/* Status checks, and the indications that lead to them. */
+#include <gtest/gtest.h>
+
+#include "modelrecords.h"
+#include "reports.h"
+#include "vgadsbld.h"
+#include "vgadschk.h"
+#include "vgaindre.h"
+#include "vgatypes.h"
+#include <functional>
+
+namespace {
+
+bool memory_is_out;
+
+NB_VOID *scarce_calloc(size_t count, size_t size) {
+    return memory_is_out ? nullptr : calloc(count, size);
+}
+
+} // namespace
+
+#define calloc scarce_calloc
+#include "vganofq.cpp"
+#undef calloc
+
+SCRIPTED_NOF_ENTRY
+
+namespace {
+
+/* What shows that the line was to be drawn anew since the last call. */
+NB_USHORT take_drawn(VGA_GUI_DATA &gui) {
+    NB_USHORT drawn = gui.viewer.laid_out == 0;
+    gui.viewer.laid_out = 1;
+    return drawn;
+}
+
+class StatusCheck : public MODEL_RECORDS {
+protected:
+    void SetUp() override {
+        MODEL_RECORDS::SetUp();
+        memory_is_out = false;
+        dlc = add_dlc(node, "LAN0");
+        for (const char *name : {"ETH0", "ETH1", "ETH2"}) {
+            ports.push_back(add_port(dlc, name));
+            take_drawn(ports.back()->gui_data);
+        }
+    }
+
+    static NB_ULONG state_of(const VGA_PORT *port) { return port->vcb->det_data.port_state; }
+
+    static BYTES port(const std::string &name, NB_ULONG state = NAP_ACTIVE) {
+        return entry_bytes(port_entry(name, state));
+    }
+
+    REPORTS reports;
+    VGA_DLC *dlc;
+    std::vector<VGA_PORT *> ports;
+};
+
+TEST_F(StatusCheck, OnlyWhatChangedIsDrawn) {
+    vga_start_check_port(node);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
+    EXPECT_EQ(issued_block().opcode, NAP_QUERY_PORT);
+    EXPECT_EQ(issued_block().list_options, NAP_FIRST_IN_LIST | NAP_DETAIL);
+    EXPECT_EQ(scripted_nof.in_flight[0].target, node->target);
+    answer_list({port("eth0"), port("ETH1", NAP_NOT_ACTIVE), port("ETH9"), port("ETH2")});
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_ACTIVE});
+    EXPECT_EQ(state_of(ports[2]), NB_ULONG{NAP_ACTIVE});
+    EXPECT_TRUE(take_drawn(ports[0]->gui_data));
+    EXPECT_FALSE(take_drawn(ports[1]->gui_data));
+    EXPECT_TRUE(take_drawn(ports[2]->gui_data));
+    EXPECT_EQ(ntl_avl_validate(&node->ports), 3) << "a check makes no record";
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+    EXPECT_EQ(reports.take(), "");
+}
+
+TEST_F(StatusCheck, GoesOnBehindTheLastRecordThatWasFound) {
+    vga_start_check_port(node);
+    answer_list({port("ETH0"), port("ETH1"), port("ETH1X")}, 9);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
+    NAP_QUERY_LIST query = issued_block();
+    EXPECT_EQ(query.list_options, NAP_LIST_FROM_NEXT | NAP_DETAIL);
+    EXPECT_EQ(memcmp(query.key, LOCAL<8>("ETH1").bytes, 8), 0);
+    answer_list({port("ETH1X"), port("ETH1Y")}, 7);
+    EXPECT_TRUE(scripted_nof.in_flight.empty()) << "nothing but unknown entries ends the check";
+    EXPECT_EQ(state_of(ports[2]), NB_ULONG{NAP_NOT_ACTIVE});
+    EXPECT_EQ(reports.take(), "");
+
+    vga_start_check_port(node);
+    answer_list({port("ETH0")}, 9);
+    answer_list({port("ETH0")}, 9);
+    EXPECT_TRUE(scripted_nof.in_flight.empty()) << "a list that stands still is not for ever";
+}
+
+TEST_F(StatusCheck, EndsWithoutAWordWhenTheNodeGoes) {
+    vga_start_check_port(node);
+    vga_start_check_port(node);
+    scripted_nof.complete(0, NAP_COMM_FAILURE, NAP_NODE_GONE);
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_NOT_ACTIVE});
+    vga_start_check_port(node);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u) << "the next one is not held up";
+    vga_delete_vga_node(node);
+    answer_list({port("ETH0")}, 9);
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+    EXPECT_EQ(reports.take(), "");
+    EXPECT_EQ(gvga_exit_code, 0);
+}
+
+TEST_F(StatusCheck, OtherFailuresAreReportedAndKeepTheStatus) {
+    vga_start_check_port(node);
+    scripted_nof.complete(0, NAP_PARAMETER_CHECK, NAP_BAD_TARGET);
+    EXPECT_NE(reports.take().find("40020002"), std::string::npos);
+    EXPECT_EQ(gvga_exit_code, 0);
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_NOT_ACTIVE});
+}
+
+TEST_F(StatusCheck, AQueryThatCannotBeQueuedIsFatal) {
+    for (bool continued : {false, true}) {
+        gvga_exit_code = 0;
+        if (continued) {
+            vga_start_check_port(node);
+        }
+        memory_is_out = true;
+        continued ? answer_list({port("ETH0")}, 9) : vga_start_check_dlc(node);
+        memory_is_out = false;
+        EXPECT_EQ(gvga_exit_code, VGA_EXIT_INTERNAL) << continued;
+        EXPECT_EQ(gvga_exit_subcode, 0u);
+        EXPECT_STREQ(gvga_exit_file, "vgadschk");
+    }
+}
+
+TEST_F(StatusCheck, RunsOnceAtATimeAndOnceMore) {
+    for (VGA_STATUS_ID id : {VGA_STATUS_PORT, VGA_STATUS_LS, VGA_STATUS_LU03}) {
+        for (int request = 0; request < 3; request++) {
+            vga_start_check(node, id);
+        }
+        EXPECT_EQ(scripted_nof.in_flight.size(), 1u) << id;
+        answer_list({});
+        ASSERT_EQ(scripted_nof.in_flight.size(), 1u) << id;
+        answer_list({});
+        EXPECT_TRUE(scripted_nof.in_flight.empty()) << id;
+    }
+}
+
+TEST_F(StatusCheck, ARepeatedCheckOfLusGoesOnAndThenStartsAgain) {
+    VGA_LU03 *lu = add_lu03(add_ls(ports[0], "HOST", NAP_ADJ_HOST, "HOSTPU")->local_pu, "LU1");
+    vga_start_check(node, VGA_STATUS_LU03);
+    vga_start_check(node, VGA_STATUS_LU03);
+    NAP_LU03_DATA data = *lu->vcb;
+    answer_list({entry_bytes(data)}, 2);
+    EXPECT_EQ(issued_block().list_options & NAP_LIST_FROM_NEXT, NAP_LIST_FROM_NEXT);
+    set_ebcdic(data.lu_name, "LU9");
+    answer_list({entry_bytes(data)});
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
+    EXPECT_EQ(issued_block().list_options & NAP_FIRST_IN_LIST, NAP_FIRST_IN_LIST);
+    answer_list({});
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+}
+
+TEST_F(StatusCheck, ANewConnectionOwesNothingToTheOldOne) {
+    vga_start_check_port(node);
+    NAP_CONNECT_NODE_VERB connected = {};
+    connected.opcode = NAP_CONNECT_NODE;
+    connected.target_handle = 8;
+    VGA_PROCESS_STATE work = {0, reinterpret_cast<NAP_VCB *>(&connected), node->handle};
+    vga_build_unconfigured_node(&work);
+    vga_start_check_port(node);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 2u);
+    answer_list({port("ETH0")}, 9);
+    EXPECT_EQ(scripted_nof.in_flight.size(), 1u);
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_NOT_ACTIVE}) << "from the old connection";
+    answer_list({port("ETH0")});
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_ACTIVE});
+    node->target = 0;
+    vga_start_check_port(node);
+    EXPECT_TRUE(scripted_nof.in_flight.empty()) << "nobody to ask";
+}
+
+TEST_F(StatusCheck, OfOnePortAsksForNothingElse) {
+    EXPECT_TRUE(vga_start_check_one(node, VGA_STATUS_PORT, ports[1]->name));
+    NAP_QUERY_LIST query = issued_block();
+    EXPECT_EQ(query.num_entries, 1);
+    EXPECT_EQ(query.list_options, NAP_LIST_INCLUSIVE | NAP_DETAIL);
+    EXPECT_EQ(memcmp(query.key, ports[1]->name, 8), 0);
+    answer_list({port("ETH1")}, 9);
+    EXPECT_EQ(state_of(ports[1]), NB_ULONG{NAP_ACTIVE});
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+    EXPECT_FALSE(vga_start_check_one(node, VGA_STATUS_DLC, dlc->name));
+}
+
+TEST_F(StatusCheck, AnotherVerbIsAnAssertion) {
+    NAP_QUERY_LIST query = {};
+    query.opcode = NAP_QUERY_LS;
+    VGA_PROCESS_STATE work = {7, reinterpret_cast<NAP_VCB *>(&query), node->handle};
+    vga_check_port(&work);
+    EXPECT_NE(reports.take().find("work->vcb->opcode == NAP_QUERY_PORT"), std::string::npos);
+}
+
+/* Answers the build of a node that has one DLC and the ports; returns how often ports were read. */
+int run_build(VGA_NODE *node, VGA_DLC *dlc, const std::vector<BYTES> &listed_ports) {
+    int read = 0;
+    vga_start_build_node(node);
+    while (!scripted_nof.in_flight.empty()) {
+        NAP_VCB *vcb = scripted_nof.in_flight[0].vcb;
+        if (vcb->opcode == NAP_CONNECT_NODE) {
+            reinterpret_cast<NAP_CONNECT_NODE_VERB *>(vcb)->target_handle = 9;
+        }
+        if (vcb->opcode == NAP_QUERY_PORT) {
+            read++;
+            answer_list(listed_ports);
+        } else if (vcb->opcode == NAP_QUERY_DLC) {
+            NAP_DLC_DATA data = *dlc->vcb;
+            answer_list({entry_bytes(data)});
+        } else if (nap_find_verb(vcb->opcode)->kind == NAP_KIND_LIST) {
+            answer_list({});
+        } else {
+            scripted_nof.complete();
+        }
+    }
+    return read;
+}
+
+TEST_F(StatusCheck, ABuildThatMergesIsFollowedByChecks) {
+    EXPECT_EQ(run_build(node, dlc, {port("ETH0"), port("ETH2")}), 2);
+    EXPECT_EQ(gvga_exit_code, 0);
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_ACTIVE}) << "the merge has kept the old status";
+    VGA_NODE *fresh = add_node("CORVID2", 8);
+    auto data = new_entry<NAP_DLC_DATA>();
+    set_local(data.dlc_name, "LAN0");
+    VGA_DLC *entry = vga_init_vga_dlc(fresh, &data);
+    EXPECT_EQ(run_build(fresh, entry, {port("ETH0")}), 1);
+    vga_delete_vga_dlc(entry);
+}
+
+/* Indications. */
+
+NAP_RESOURCE_INDICATION indication(NB_USHORT opcode, const NB_VOID *entry, size_t key_size,
+                                   size_t status_at = 0, size_t status_size = 0) {
+    NAP_RESOURCE_INDICATION block = {};
+    block.opcode = opcode;
+    block.primary_rc = NAP_INDICATION;
+    const auto *bytes = static_cast<const NB_UCHAR *>(entry);
+    memcpy(block.key, bytes + 2, key_size);
+    memcpy(block.det_data, bytes + status_at, status_size);
+    block.det_length = static_cast<NB_USHORT>(status_size);
+    return block;
+}
+
+class Indication : public StatusCheck {
+protected:
+    NB_USHORT send(NAP_RESOURCE_INDICATION block) {
+        VGA_PROCESS_STATE work = {7, reinterpret_cast<NAP_VCB *>(&block), node->handle};
+        return vga_indication_handler(&work);
+    }
+};
+
+TEST_F(Indication, LostOnesHaveTheirClassCheckedAgain) {
+    for (const VGA_STATUS_CLASS &row : gvga_status_classes) {
+        auto block = indication(row.indication, ports[0]->vcb, 8);
+        block.data_lost = 1;
+        EXPECT_TRUE(send(block));
+        ASSERT_EQ(scripted_nof.in_flight.size(), 1u) << row.id;
+        EXPECT_EQ(issued_block().opcode, row.query);
+        EXPECT_EQ(issued_block().list_options, NAP_FIRST_IN_LIST | NAP_DETAIL);
+        answer_list({});
+        EXPECT_TRUE(scripted_nof.in_flight.empty()) << row.id;
+    }
+    EXPECT_EQ(reports.take(), "") << "the single resource was not looked at";
+}
+
+TEST_F(Indication, UnknownResourcesAreReportedOrRead) {
+    auto entry = new_entry<NAP_LU03_DATA>();
+    set_ebcdic(entry.pu_name, "SOME");
+    set_ebcdic(entry.lu_name, "OTHER");
+    for (const VGA_STATUS_CLASS &row : gvga_status_classes) {
+        auto block = indication(row.indication, &entry, 36);
+        EXPECT_TRUE(send(block));
+        std::string text = reports.take();
+        NB_USHORT reported = (row.unknown & VGA_UNKNOWN_REPORT) != 0;
+        NB_USHORT read = (row.unknown & VGA_UNKNOWN_READ) != 0;
+        EXPECT_EQ(text.find("40020004") != std::string::npos, reported) << row.id << text;
+        ASSERT_EQ(scripted_nof.in_flight.size(), read) << row.id;
+        if (read) {
+            EXPECT_EQ(issued_block().opcode, row.query);
+            EXPECT_EQ(issued_block().list_options, NAP_LIST_INCLUSIVE | NAP_DETAIL);
+            scripted_nof.complete(0, NAP_PARAMETER_CHECK, NAP_UNKNOWN_RESOURCE);
+        }
+
+        block.deactivated = 1;
+        send(block);
+        EXPECT_TRUE(scripted_nof.in_flight.empty()) << row.id << ": it is not there any more";
+        reports.take();
+
+        block.deactivated = 0;
+        node->startup_status[row.chain] = 1;
+        send(block);
+        node->startup_status[row.chain] = 0;
+        EXPECT_TRUE(scripted_nof.in_flight.empty()) << row.id;
+        ptrc.flags[8] = 1;
+        send(block);
+        ptrc.flags[8] = 0;
+        EXPECT_EQ(reports.take(), "") << row.id;
+        vga_empty_verb_queues();
+        scripted_nof.reset();
+        node->class_work[row.id] = {};
+    }
+}
+
+TEST_F(Indication, TheReportNamesTheResource) {
+    NAP_PORT_DATA entry = port_entry("NOBODY");
+    send(indication(NAP_PORT_INDICATION, &entry, 8));
+    std::string text = reports.take();
+    for (const char *fact : {"40020004 detail 17", "0x400D", "NOBODY"}) {
+        EXPECT_NE(text.find(fact), std::string::npos) << fact << ": " << text;
+    }
+    vga_start_check_port(node);
+    send(indication(NAP_PORT_INDICATION, &entry, 8));
+    EXPECT_EQ(reports.take(), "") << "not while the class is being checked";
+}
+
+TEST_F(Indication, NewResourcesAppearAtABoundedCost) {
+    NAP_LS_DATA entry = ls_entry("DYN0");
+    send(indication(NAP_LS_INDICATION, &entry, 8));
+    for (const char *name : {"DYN1", "DYN2", "DYN3"}) {
+        NAP_LS_DATA more = ls_entry(name);
+        send(indication(NAP_LS_INDICATION, &more, 8));
+    }
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
+    entry.det_data.ls_state = NAP_ACTIVE;
+    answer_list({entry_bytes(entry)}, 4);
+    VGA_LS *ls = vga_find_ls(node, LOCAL<8>("DYN0").bytes);
+    ASSERT_NE(ls, nullptr);
+    EXPECT_EQ(ls->state, NAP_ACTIVE);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
+    EXPECT_EQ(issued_block().list_options & NAP_FIRST_IN_LIST, NAP_FIRST_IN_LIST);
+    answer_list({entry_bytes(ls_entry("DYN0")), entry_bytes(ls_entry("DYN1"))}, 3);
+    NAP_LS_DATA homeless = ls_entry("DYN4");
+    set_local(homeless.def_data.port_name, "NOWHERE");
+    answer_list({entry_bytes(ls_entry("DYN2")), entry_bytes(homeless)});
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+    EXPECT_EQ(ntl_avl_validate(&node->link_stations), 3);
+    EXPECT_EQ(ls->state, NAP_ACTIVE) << "what is known is left to the indications";
+    EXPECT_NE(reports.take().find("40020004"), std::string::npos) << "without an owner";
+}
+
+TEST_F(Indication, ADownstreamPuShowsInItsLinkStation) {
+    VGA_LS *ls = add_ls(ports[0], "BRANCH", NAP_ADJ_DOWNSTREAM, "BRANCHPU");
+    VGA_DOWN_LU *lu = add_down_lu(ls->down_pu, "TELLER");
+    NAP_DOWN_PU_DATA pu = *ls->down_pu->vcb;
+    pu.pu_sscp_sess_active = NAP_ACTIVE;
+    constexpr size_t at = offsetof(NAP_DOWN_PU_DATA, pu_sscp_sess_active);
+    auto block = indication(NAP_DOWNSTREAM_PU_INDICATION, &pu, 8, at,
+                            offsetof(NAP_DOWN_PU_DATA, def_data) - at);
+    take_drawn(ls->gui_data);
+    send(block);
+    EXPECT_EQ(ls->down_pu->vcb->pu_sscp_sess_active, NAP_ACTIVE);
+    EXPECT_TRUE(take_drawn(ls->gui_data));
+    send(block);
+    EXPECT_FALSE(take_drawn(ls->gui_data)) << "nothing new";
+
+    NAP_DOWN_LU_DATA down_lu = *lu->vcb;
+    down_lu.det_data.plu_sess_active = 1;
+    take_drawn(lu->gui_data);
+    send(indication(NAP_DOWNSTREAM_LU_INDICATION, &down_lu, 16,
+                    offsetof(NAP_DOWN_LU_DATA, det_data), sizeof(NAP_DOWN_LU_DET)));
+    EXPECT_TRUE(take_drawn(lu->gui_data));
+
+    block.deactivated = 1;
+    send(block);
+    EXPECT_EQ(ls->down_pu, nullptr);
+    EXPECT_EQ(ntl_avl_validate(&node->down_pus), 0);
+    EXPECT_TRUE(take_drawn(ls->gui_data));
+}
+
+TEST_F(Indication, WhatStandsElsewhereFollows) {
+    auto pool_entry = new_entry<NAP_LU_POOL_DATA>();
+    set_ebcdic(pool_entry.pool_name, "POOL1");
+    set_ebcdic(pool_entry.lu_name, "LU1");
+    VGA_POOL *pool = vga_insert_vga_pool(vga_init_vga_pool(node, &pool_entry));
+    VGA_POOL_LU *member = vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pool, &pool_entry));
+    VGA_LU03 *lu = add_lu03(add_ls(ports[0], "HOST", NAP_ADJ_HOST, "HOSTPU")->local_pu, "LU1");
+    set_ebcdic(lu->vcb->def_data.pool_name, "POOL1");
+    NAP_LU03_DATA data = *lu->vcb;
+    data.det_data.lu_sscp_sess_active = data.det_data.appl_conn_active = 1;
+    take_drawn(member->gui_data);
+    send(indication(NAP_LU_0_TO_3_INDICATION, &data, 16, offsetof(NAP_LU03_DATA, det_data),
+                    sizeof(NAP_LU03_DET)));
+    EXPECT_TRUE(member->vcb->lu_active && member->vcb->lu_in_use);
+    EXPECT_TRUE(take_drawn(member->gui_data));
+
+    add_lu62(node, "PAYLU", "PAYROLL");
+    auto mode = new_entry<NAP_MODE_DATA>();
+    set_local(mode.lu_alias, "PAYROLL");
+    set_ebcdic(mode.mode_name, "#INTER");
+    set_ebcdic(mode.fqplu_name, "NETA.LEDGER");
+    mode.act_sess_count = 2;
+    auto block = indication(NAP_MODE_INDICATION, &mode, 33);
+    send(block);
+    answer_list({entry_bytes(mode)});
+    VGA_REM_PLU *plu = vga_find_rem_plu(node, mode.fqplu_name, NAP_DIR_LU);
+    ASSERT_NE(plu, nullptr);
+    EXPECT_EQ(ntl_avl_validate(&plu->sess_tree), 1);
+    block.deactivated = 1;
+    send(block);
+    EXPECT_EQ(ntl_avl_validate(&plu->sess_tree), 0) << "the sessions go with the mode";
+}
+
+TEST_F(Indication, AnEntryOfTheDirectoryTakesWhatItAloneHeld) {
+    auto system = new_entry<NAP_DIR_DATA>();
+    set_ebcdic(system.fqcp_name, "NETA.NORTH");
+    set_ebcdic(system.resource_name, "NETA.NORTH");
+    system.resource_type = NAP_DIR_NETWORK_NODE;
+    auto lu = system;
+    set_ebcdic(lu.resource_name, "NETA.LEDGER");
+    lu.resource_type = NAP_DIR_LU;
+    for (const NAP_DIR_DATA &entry : {system, lu}) {
+        send(indication(NAP_DIRECTORY_INDICATION, &entry, 36));
+        answer_list({entry_bytes(entry)});
+    }
+    ASSERT_EQ(ntl_avl_validate(&node->remote_plus), 1);
+    for (const NAP_DIR_DATA &entry : {system, lu}) {
+        auto block = indication(NAP_DIRECTORY_INDICATION, &entry, 36);
+        block.deactivated = 1;
+        EXPECT_EQ(ntl_avl_validate(&node->remote_systems), 1) << "its LU is still there";
+        send(block);
+    }
+    EXPECT_EQ(ntl_avl_validate(&node->directory), 0);
+    EXPECT_EQ(ntl_avl_validate(&node->remote_plus), 0);
+    EXPECT_EQ(ntl_avl_validate(&node->remote_systems), 0);
+}
+
+TEST_F(Indication, ATamrixNumberMayStandForAnotherSession) {
+    auto entry = new_entry<NAP_TAMRIX_SESSION_DATA>();
+    entry.session_number = 5;
+    set_ebcdic(entry.lu_name, "OLDLU");
+    auto *session =
+        vga_insert_vga_tamrix_appcip_sess(vga_init_vga_tamrix_appcip_sess(node, &entry));
+    set_ebcdic(entry.lu_name, "NEWLU");
+    constexpr size_t at = offsetof(NAP_TAMRIX_SESSION_DATA, lu_name);
+    send(indication(NAP_TAMRIX_INDICATION, &entry, 2, at, sizeof(entry) - at));
+    EXPECT_EQ(ntl_avl_find(&node->tamrix_sessions, &session->key), session);
+    EXPECT_EQ(memcmp(session->key.lu_name, EBCDIC<8>("NEWLU").bytes, 8), 0);
+}
+
+TEST_F(Indication, WhatDoesNotFitIsDroppedWithAReport) {
+    VGA_LOCAL_PU *pu = add_ls(ports[0], "HOST", NAP_ADJ_HOST, "HOSTPU")->local_pu;
+    NAP_PU_DATA entry = *pu->vcb;
+    entry.pu_sscp_sess_active = NAP_ACTIVE;
+    constexpr size_t at = offsetof(NAP_PU_DATA, host_attachment);
+    send(indication(NAP_DLUR_PU_INDICATION, &entry, 8, at, offsetof(NAP_PU_DATA, def_data) - at));
+    EXPECT_EQ(pu->vcb->pu_sscp_sess_active, NAP_NOT_ACTIVE);
+    EXPECT_NE(reports.take().find("host_attachment == NAP_DLUR_ATTACHED"), std::string::npos);
+
+    EXPECT_TRUE(send(indication(0x400C, &entry, 8)));
+    std::string text = reports.take();
+    EXPECT_NE(text.find("vgaindre"), std::string::npos) << text;
+    EXPECT_NE(text.find("115"), std::string::npos) << text;
+    EXPECT_FALSE(send(indication(NAP_NOF_STATUS_INDICATION, &entry, 8))) << "another's";
+    EXPECT_FALSE(send(indication(NAP_QUERY_PORT, &entry, 8))) << "not an indication";
+}
+
+TEST_F(Indication, AStatusThatIsCutShortIsReadAgain) {
+    NAP_PORT_DATA entry = port_entry("ETH0", NAP_ACTIVE);
+    send(indication(NAP_PORT_INDICATION, &entry, 8, offsetof(NAP_PORT_DATA, det_data), 4));
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_NOT_ACTIVE});
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
+    EXPECT_EQ(issued_block().list_options, NAP_LIST_INCLUSIVE | NAP_DETAIL);
+    answer_list({entry_bytes(entry)});
+    EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_ACTIVE});
+}
+
+} // namespace
