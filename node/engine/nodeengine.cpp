@@ -72,6 +72,8 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
                                                 : Result{NAP_NOT_SUPPORTED, 0};
     case NAP_KIND_DELETE:
         return row != nullptr ? remove(*row, block.data()) : Result{NAP_NOT_SUPPORTED, 0};
+    case NAP_KIND_LIMIT:
+        return set_session_limit(block.data());
     case NAP_KIND_START:
         return header.opcode == NAP_INIT_NODE ? init_node()
                : row != nullptr               ? start_verb(*row, block.data())

@@ -198,7 +198,8 @@ private:
     std::vector<Resource *> dependants(const Resource &owner) const;
     std::vector<Resource *> roots() const;
 
-    /* sessions (nodetraffic.cpp) */
+    /* sessions (nodetraffic.cpp, nodelimit.cpp) */
+    Result set_session_limit(const NB_UCHAR *block);
     using SessionCounts = std::map<std::string, NB_ULONG>;
     void count_traffic();
     void show_partner_sessions(const SessionCounts &counts);

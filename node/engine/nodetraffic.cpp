@@ -3,6 +3,7 @@
  * partner LUs and local LUs show the sums. */
 #include "nodeengine.h"
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <string>
@@ -68,7 +69,8 @@ void Engine::count_traffic() {
         if (known.second) {
             known.first->second = partner_reachable(mode.fq_cp_name) ? 1 : 0;
         }
-        const auto sessions = static_cast<NB_USHORT>(known.first->second * at->behaviour.sessions);
+        const auto sessions = static_cast<NB_USHORT>(
+            known.first->second * std::min<NB_ULONG>(at->behaviour.sessions, mode.sess_limit));
         const std::string lu = bytes_of(mode.lu_alias, sizeof mode.lu_alias);
         by_lu[lu] += sessions;
         by_lu[lu + bytes_of(mode.fqplu_name, CP_WIDTH)] += sessions;

@@ -604,6 +604,23 @@ typedef struct nap_mode_data { /* a mode that a local LU uses with a partner */
     NB_UCHAR reserved[2];
 } NAP_MODE_DATA;
 
+/* Sets the limits of a mode that a local LU uses with a partner: from 0 initializes, to 0 (with all
+ * three numbers 0) resets, which ends the sessions.  The node must be active.  What the mode's
+ * definition does not allow is a NAP_INVALID_VALUE; the limits of the modes that control points use
+ * among themselves cannot be set (NAP_INVALID_NAME). */
+typedef struct nap_session_limit {
+    NAP_VCB_HEADER;
+    NB_UCHAR lu_alias[8];    /* L8: with the next two the key in NAP_MODE_DATA */
+    NB_UCHAR mode_name[8];   /* A8 */
+    NB_UCHAR fqplu_name[17]; /* A17 */
+    NB_UCHAR reserved;
+    NB_USHORT sess_limit;     /* sessions, 0..max_neg_sess_lim of the mode's definition */
+    NB_USHORT min_conwinners; /* 0..sess_limit */
+    NB_USHORT min_conlosers;  /* 0..sess_limit less min_conwinners */
+} NAP_SESSION_LIMIT_VERB;
+
+NB_STATIC_ASSERT(sizeof(NAP_SESSION_LIMIT_VERB) == 52);
+
 /* Classes of service. */
 
 typedef struct nap_cos_def {

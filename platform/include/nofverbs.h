@@ -5,8 +5,8 @@
  *   NAP_VERBS(ROW) expands ROW(name, opcode, block type, kind, flags) for each row.
  *
  * Kinds (the NAP_KIND_ constants): SESSION opens, connects and registers; LIST answers with entries
- * in a data buffer; RECORD answers inside its block; DEFINE, DELETE, START and STOP change the
- * configuration or a state; INDICATION is never issued.
+ * in a data buffer; RECORD answers inside its block; DEFINE, DELETE, START, STOP and LIMIT (session
+ * limits) change the configuration or a state; INDICATION is never issued.
  *
  * Opcodes of node configuration and node management that other administrators' programs see as
  * copies are fixed by what those programs route on: see docs/protocol.md. */
@@ -170,6 +170,7 @@
     ROW(NAP_STOP_PU,                         0x6003, NAP_NAME_VERB,                  STOP,       NAP_VERB_CHANGES)   \
     ROW(NAP_INIT_NODE,                       0xF008, NAP_NAME_VERB,                  START,      NAP_VERB_CHANGES)   \
     ROW(NAP_STOP_NODE,                       0x2059, NAP_NAME_VERB,                  STOP,       NAP_VERB_CHANGES)   \
+    ROW(NAP_CHANGE_SESSION_LIMIT,            0x6004, NAP_SESSION_LIMIT_VERB,         LIMIT,      NAP_VERB_CHANGES)   \
     /* configuration of the domain */                                                                                \
     ROW(NAP_ADD_BACKUP,                      0xF072, NAP_NAME_VERB,                  DEFINE,     NAP_VERB_CHANGES)   \
     ROW(NAP_DELETE_BACKUP,                   0xF073, NAP_NAME_VERB,                  DELETE,     NAP_VERB_CHANGES)   \
@@ -215,6 +216,7 @@ enum nap_verb_kind {
     NAP_KIND_DELETE,
     NAP_KIND_START,
     NAP_KIND_STOP,
+    NAP_KIND_LIMIT,
     NAP_KIND_INDICATION
 };
 

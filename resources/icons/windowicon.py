@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Makes the pixels of the window icon, as window managers take them, from its drawing.
+"""Makes pixels of drawings that are compiled in: the window icon, as window managers take it, and the
+symbols of message boxes.
 
-    windowicon.py --src window.svg --sizes 16,32,48 --out windowicon.h
+    windowicon.py --src NAME=window.svg [NAME=...] --sizes 16,32,48 --out windowicon.h
 
-The header defines gvga_window_icon: for each size width, height and the pixels row by row, each
-0xAARRGGBB.
+The header defines each NAME: for each size width, height and the pixels row by row, each 0xAARRGGBB.
 """
 
 import argparse
@@ -36,20 +36,22 @@ def pixels(drawing, size):
 
 def main():
     arguments = argparse.ArgumentParser(description=__doc__.split('\n', maxsplit=1)[0])
-    arguments.add_argument('--src', required=True)
+    arguments.add_argument('--src', required=True, nargs='+')
     arguments.add_argument('--sizes', required=True)
     arguments.add_argument('--out', required=True)
     options = arguments.parse_args()
-    out = ['/* Made from a drawing by windowicon.py. */',
-           'inline constexpr unsigned long gvga_window_icon[] = {']
+    out = ['/* Made from drawings by windowicon.py. */']
     try:
-        for size in map(int, options.sizes.split(',')):
-            picture = pixels(options.src, size)
-            out.append(f'    {size}, {size},')
-            out += ['    ' + ' '.join(f'0x{pixel:08x},' for pixel in picture[at:at + A_LINE])
-                    for at in range(0, len(picture), A_LINE)]
+        for name, drawing in (source.split('=', 1) for source in options.src):
+            out.append(f'inline constexpr unsigned long {name}[] = {{')
+            for size in map(int, options.sizes.split(',')):
+                picture = pixels(drawing, size)
+                out.append(f'    {size}, {size},')
+                out += ['    ' + ' '.join(f'0x{pixel:08x},' for pixel in picture[at:at + A_LINE])
+                        for at in range(0, len(picture), A_LINE)]
+            out.append('};')
         with open(options.out, 'w', encoding='ascii') as header:
-            header.write('\n'.join(out + ['};', '']))
+            header.write('\n'.join(out + ['']))
     except (ValueError, OSError, subprocess.CalledProcessError) as fault:
         print(f'{sys.argv[0]}: {fault}', file=sys.stderr)
         return 1

@@ -6,6 +6,7 @@
 #include "vgaindre.h"
 #include "vgamsgs.h"
 #include "vgarec.h"
+#include "vgaslimt.h"
 #include <algorithm>
 
 namespace {
@@ -17,6 +18,7 @@ struct PROCESSOR {
 
 constexpr PROCESSOR processors[] = {
     {NAP_NOF_STATUS_INDICATION, vga_process_nof_status_ind},
+    {NAP_CHANGE_SESSION_LIMIT, vga_process_session_limit},
 };
 
 /* Nothing may use a target any more once the node software is going down. */

@@ -205,9 +205,13 @@ template <class Record> Record *vga_insert_record(Record *record) {
     return VGA_RECORD_TYPE<Record>::settled(*record) ? record : nullptr;
 }
 
-/* Deletes a record and everything below it.  A dialog that is open on it stays on the screen but no
- * longer points into the model.  The viewer draws once behind a burst of deletions. */
+/* Deletes a record and everything below it.  A dialog that is open on it is told and stays on the
+ * screen but no longer points into the model.  The viewer draws once behind a burst of deletions.
+ */
 template <class Record> NB_VOID vga_delete_record(Record *record) {
+    if (record->gui_data.dialog != nullptr) {
+        vga_record_changed(record, VGA_RECORD_GONE);
+    }
     if (VGA_DIALOG *dialog = record->gui_data.dialog) {
         if (dialog->parent_item != record) {
             v0_assert(__FILE__, __LINE__, VGA_RECORD_TYPE<Record>::dialog_text);

@@ -1,4 +1,5 @@
 #include "vgadgmsg.h"
+#include "vgadgsym.h"
 #include "vgaglob.h"
 #include "vgahelpd.h"
 #include "vgamsgs.h"
@@ -118,6 +119,10 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     VGA_STRING title(vga_message(look.title));
     XtVaSetValues(box.dialog, XmNdialogTitle, title.get(), XmNdialogType, look.dialog_type,
                   XmNmessageString, request.text, nullptr);
+    Pixmap symbol = vga_box_symbol(box.dialog, request.type);
+    if (symbol != None) {
+        XtVaSetValues(box.dialog, XmNsymbolPixmap, symbol, nullptr);
+    }
     const Widget stops[] = {ok, box.ok_to_all_button, box.no_button, box.cancel_button,
                             XtNameToWidget(box.dialog, "Help")};
     vga_define_tab_groups(stops, XtNumber(stops));
@@ -143,6 +148,7 @@ NB_VOID show(const MODAL_REQUEST &request) {
     vga_display_dialog(parent);
     XtManageChild(box.dialog);
     XRaiseWindow(gvga_display, XtWindow(box.shell)); /* a box that was up lies below by now */
+    vga_hourglass_new_window(parent);
 }
 
 NB_VOID take_down(VGA_MODAL_DLG &box) {

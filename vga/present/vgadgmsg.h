@@ -8,6 +8,7 @@
 #ifndef VGADGMSG_H
 #define VGADGMSG_H
 
+#include "nofrec.h"
 #include "vgadgutl.h"
 
 /* Formats a message as vga_print_msg does and shows it over `parent`; over the main dialog for
@@ -52,6 +53,9 @@ NB_VOID vga_close_confirm_dialog(VGA_DIALOG *desc);
 
 /* Takes the box down and drops what waits: the dialog is closing. */
 NB_VOID vga_discard_modal_dialogs(VGA_DIALOG *desc);
+
+/* Shows over `parent` why a verb failed: message 167 with the reason. */
+NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb);
 
 /* The buttons of the box. */
 NB_VOID vga_modal_dialog_cb(Widget widget, XtPointer client_data, XtPointer call_data);

@@ -1,5 +1,6 @@
 #include "vgadgutl.h"
 #include "vgachkcb.h"
+#include "vgadgfrm.h"
 #include "vgaglob.h"
 #include "vgahelpd.h"
 #include "vgahelpw.h"
@@ -32,8 +33,9 @@ char shell_name[] = "Quiladmin";
 /* A node window takes the top-level shell where no system window does: with one node by itself, and
  * in a release without that window. */
 NB_USHORT lives_on_top_level(VGA_DIALOG_ID dialog_id) {
+    const VGA_UID_DESC &row = gvga_uid_desc[VGA_UID_SYSTEM_WINDOW];
     NB_USHORT system_window = gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] != 0 &&
-                              gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].get_widgets != nullptr;
+                              row.get_widgets != nullptr && row.later == 0;
     return dialog_id == VGA_UID_SYSTEM_WINDOW ||
            (dialog_id == VGA_UID_NODE_WINDOW && !system_window);
 }
@@ -130,6 +132,7 @@ NB_VOID add_name_to_title(VGA_DIALOG *desc) {
 /* What every dialog gets once its widgets are known to be complete. */
 NB_VOID finish_widgets(VGA_DIALOG *desc) {
     vga_set_configured_colours(desc->widget);
+    vga_set_label_fonts(desc->widget, desc->widget);
     vga_multi_byte_resize(desc->widget);
     vga_define_tabbing_order(desc->widget, vga_get_work_area(desc->widget));
     XmAddWMProtocolCallback(desc->shell, gvga_close_atom, vga_close_cb, nullptr);
@@ -156,6 +159,11 @@ NB_VOID prepare_widget(const VGA_UID_DESC &row, VGA_DIALOG *desc) {
     }
 }
 
+NB_VOID report_failure(const VGA_UID_DESC &row, WINDOW_PROBLEM problem, VGA_DIALOG *parent) {
+    nba_pd_print_problem(window_problem, problem, "s", row.name);
+    vga_display_error_dialog(parent, VGA_MSG_DIALOG_FAILED, "dlgfail", nullptr, 0, "");
+}
+
 /* Returns null with everything undone and the reason told. */
 VGA_DIALOG *make_dialog(VGA_UID_DESC &row, VGA_DIALOG *parent) {
     if (row.first_desc == nullptr) {
@@ -178,13 +186,12 @@ VGA_DIALOG *make_dialog(VGA_UID_DESC &row, VGA_DIALOG *parent) {
     desc->shell = make_shell(row, parent);
     desc->widget = fetch_widget(row, desc->shell);
     if (desc->widget == nullptr) {
-        nba_pd_print_problem(window_problem, NO_DESCRIPTION, "s", row.name);
-        vga_display_error_dialog(parent, VGA_MSG_DIALOG_FAILED, "dlgfail", nullptr, 0, "");
+        report_failure(row, NO_DESCRIPTION, parent);
         return nullptr;
     }
     prepare_widget(row, desc.get());
     if (row.get_widgets(desc.get()) == 0) {
-        nba_pd_print_problem(window_problem, WIDGET_MISSING, "s", row.name);
+        report_failure(row, WIDGET_MISSING, parent);
         return nullptr;
     }
     finish_widgets(desc.get());
@@ -301,6 +308,7 @@ NB_VOID vga_init_dialogs(NB_VOID) {
 }
 
 NB_VOID vga_free_dialogs(NB_VOID) {
+    vga_remove_all_node_window_widgets();
     for (VGA_UID_DESC &row : gvga_uid_desc) {
         while (row.first_desc != nullptr) {
             VGA_DIALOG *desc = row.first_desc;
@@ -323,6 +331,8 @@ NB_VOID vga_register_common_names(NB_VOID) {
     static const COMMON_NAME names[] = {
         {"vga_close_cb", vga_close_cb},
         {"vga_exit_cb", vga_exit_cb},
+        {"vga_form_apply_cb", vga_form_apply_cb},
+        {"vga_form_reset_cb", vga_form_reset_cb},
         {"vga_help_cb", vga_help_cb},
         {"vga_menu_help_about", vga_menu_help_about},
         {"vga_menu_help_contents", vga_menu_help_contents},

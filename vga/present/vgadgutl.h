@@ -128,8 +128,8 @@ enum VGA_RECORD_CHANGE : NB_USHORT {
     VGA_RECORD_GONE,    /* about to be freed: forget it now */
 };
 
-/* One row.  Null functions: the window has no such thing; a row without `get_widgets` is a window
- * that this release does not have, and fetching it fails as for a missing description.
+/* One row.  Null functions: the window has no such thing; without `get_widgets` fetching the row
+ * fails as for a missing description.
  *
  * The framework makes the shell.  The tree in the UID file is what stands in it: an XmMessageBox
  * with XmNdialogType XmDIALOG_TEMPLATE for a dialog (an XmTemplateDialog would bring a second
@@ -161,6 +161,10 @@ struct VGA_UID_DESC {
     /* Told of every record that is added, changed or goes while the dialog is open; most of them
      * are none of its business.  It may close dialogs, itself too. */
     NB_VOID (*record_changed)(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what) = nullptr;
+
+    /* Flag: not in this release.  The row can be fetched, but its description has no more than a
+     * title, Close and Help, and nothing offers it. */
+    NB_USHORT later = 0;
 
     VGA_DIALOG *first_desc = nullptr; /* descriptors made so far, oldest first (next_desc) */
     VGA_DIALOG *last_desc = nullptr;
@@ -246,7 +250,7 @@ NB_VOID vga_register_common_names(NB_VOID);
  *
  * `parent` may be null for a main window.  Returns 1 and the descriptor, or 0 and null: an
  * assertion for an unknown id; message 208 and a problem record when there is no description; a
- * problem record when a widget is missing; exit code 1 without memory. */
+ * problem record too when a widget is missing; exit code 1 without memory. */
 NB_USHORT vga_get_dialog(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *context,
                          VGA_DIALOG **desc);
 
@@ -293,6 +297,7 @@ NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what);
 
 #include "vgadgfw.h"
 #include "vgadgmsg.h"
+#include "vgadgreg.h"
 #include "vgadgwid.h"
 #include "vgahour.h"
 

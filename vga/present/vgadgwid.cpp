@@ -3,7 +3,10 @@
 #include "vgadgutl.h"
 #include "vgaglob.h"
 #include "vgares.h"
+#include <Xm/Column.h>
 #include <Xm/Frame.h>
+#include <Xm/Label.h>
+#include <Xm/LabelG.h>
 #include <Xm/MessageB.h>
 #include <Xm/PanedW.h>
 #include <Xm/PushB.h>
@@ -15,6 +18,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace {
@@ -61,6 +65,16 @@ NB_VOID add_fields(Widget widget, std::vector<Widget> &stops) {
             stops.push_back(child);
         }
         add_fields(child, stops);
+    }
+}
+
+/* Apply, Reset and whatever else stands beside the box's own buttons. */
+NB_VOID add_extra_buttons(Widget message_box, std::vector<Widget> &stops) {
+    for (Widget child : CHILDREN(message_box)) {
+        if (XmIsPushButton(child) && child != box_part(message_box, "OK") &&
+            child != box_part(message_box, "Cancel") && child != box_part(message_box, "Help")) {
+            stops.push_back(child);
+        }
     }
 }
 
@@ -128,6 +142,7 @@ NB_VOID vga_define_tabbing_order(Widget message_box, Widget widget) {
         return;
     }
     std::vector<Widget> stops = {box_part(message_box, "OK")};
+    add_extra_buttons(message_box, stops);
     if (widget != nullptr) {
         stops.push_back(widget);
         add_fields(widget, stops);
@@ -146,6 +161,24 @@ Widget vga_get_work_area(Widget message_box) {
         }
     }
     return nullptr;
+}
+
+/* A column makes its labels of a font of its own, which the resources for all text do not reach. */
+NB_VOID vga_set_label_fonts(Widget widget, Widget message_box) {
+    Widget like = box_part(message_box, "OK"); /* as the resources have it */
+    if (widget == nullptr || like == nullptr) {
+        return;
+    }
+    XmRenderTable fonts = nullptr;
+    XtVaGetValues(like, XmNrenderTable, &fonts, nullptr);
+    for (Widget child : CHILDREN(widget)) {
+        std::string name = XtName(child);
+        bool made = XmIsColumn(widget) && name.size() > 6 && name.ends_with("_label");
+        if (made && (XmIsLabel(child) || XmIsLabelGadget(child))) {
+            XtVaSetValues(child, XmNrenderTable, fonts, nullptr);
+        }
+        vga_set_label_fonts(child, message_box);
+    }
 }
 
 /* State and look. */

@@ -20,14 +20,18 @@ NB_VOID vga_dialog_disallow_edit(VGA_DIALOG *desc, XtCallbackProc ok_proc, Widge
 /* The OK button and the extra button: off while a verb is under way. */
 NB_VOID vga_dialog_sensitive(VGA_DIALOG *desc, Widget extra, NB_USHORT on);
 
-/* Makes the box's OK button, `widget` with the fields in it, the Cancel button and the Help button
- * the stops of the Tab key, in that order.  `message_box` may be of another class, which has no
- * such buttons; `widget` may be null. */
+/* Makes the box's OK button (with Apply and other extra buttons behind it), `widget` with the
+ * fields in it, the Cancel button and the Help button the stops of the Tab key, in that order.
+ * `message_box` may be of another class, which has no such buttons; `widget` may be null. */
 NB_VOID vga_define_tabbing_order(Widget message_box, Widget widget);
 
 /* Makes the widgets the only stops of the Tab key in their window, in this order.  Null ones and
  * those that are not managed are left out. */
 NB_VOID vga_define_tab_groups(const Widget *widgets, NB_USHORT count);
+
+/* Gives the labels that a column makes of its entries (XmNentryLabelString) the font of the buttons
+ * of the box, in `widget` and all below it. */
+NB_VOID vga_set_label_fonts(Widget widget, Widget message_box);
 
 /* The part of a message box that is not its own: the work area, or null. */
 Widget vga_get_work_area(Widget message_box);

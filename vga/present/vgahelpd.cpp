@@ -160,7 +160,7 @@ NB_VOID vga_menu_help_help(Widget, XtPointer, XtPointer) {
 }
 
 NB_USHORT vga_has_about_box(NB_VOID) {
-    return gvga_uid_desc[VGA_UID_ABOUT_BOX].get_widgets != nullptr;
+    return gvga_uid_desc[VGA_UID_ABOUT_BOX].later == 0;
 }
 
 NB_VOID vga_menu_help_about(Widget widget, XtPointer, XtPointer) {

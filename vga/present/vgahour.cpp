@@ -63,13 +63,15 @@ Cursor fetch_cursor(NB_VOID) {
 
 /* A closed window is told too, or it would still be busy when it is opened again. */
 NB_VOID set_cursor(VGA_DIALOG *desc, NB_VOID *) {
-    if (!XtIsRealized(desc->shell)) {
-        return;
-    }
-    if (hourglass_on == 0) {
-        XUndefineCursor(gvga_display, XtWindow(desc->shell));
-    } else if (desc->in_use != 0) {
-        XDefineCursor(gvga_display, XtWindow(desc->shell), hourglass);
+    for (Widget shell : {desc->shell, desc->modal_dlg.shell}) {
+        if (shell == nullptr || !XtIsRealized(shell)) {
+            continue;
+        }
+        if (hourglass_on == 0) {
+            XUndefineCursor(gvga_display, XtWindow(shell));
+        } else if (desc->in_use != 0) {
+            XDefineCursor(gvga_display, XtWindow(shell), hourglass);
+        }
     }
 }
 

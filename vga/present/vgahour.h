@@ -10,7 +10,8 @@ struct VGA_DIALOG;
  * file (a problem record) it is the server's watch.  Called by the first use. */
 NB_VOID vga_create_hourglass(NB_VOID);
 
-/* 1: the cursor over every open window becomes the hourglass, at once.  0: it no longer is. */
+/* 1: the cursor over every open window and message box becomes the hourglass, at once.  0: it no
+ * longer is. */
 NB_VOID vga_display_hourglass(NB_USHORT on);
 
 /* A window has come on the screen while the hourglass may be on. */

@@ -70,6 +70,7 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
     control_point(node, cp_name);
     NB_ULONG state = std::min<NB_ULONG>(node->node_state, NAP_NODE_BACK_LEVEL);
     NB_CHAR text[512];
+    vga_add_node_window_widget(&desc->common, name);
     vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_TITLE, "s", name);
     vga_set_title(&desc->common, text);
     vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_NODE_LINE, "s s s", name, cp_name,
@@ -150,6 +151,7 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
 /* Life. */
 
 static NB_VOID detach(VGA_NODEW_DESC *desc) {
+    vga_remove_node_window_widget(&desc->common);
     vga_nodew_forget_button(desc);
     vga_nodew_forget_pane(desc);
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {

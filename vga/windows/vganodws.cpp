@@ -1,5 +1,6 @@
 #include "vganodws.h"
 #include "vgaglob.h"
+#include "vganodwo.h"
 #include "vganodwp.h"
 
 /* Rules. */
@@ -158,6 +159,12 @@ NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
     return 0;
 }
 
+NB_USHORT vga_nodew_offers(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {
+    NB_USHORT there = gvga_nodew_commands[command].action != nullptr &&
+                      (command != VGA_NODEW_ZOOM || vga_nodew_has_properties(situation.type));
+    return there != 0 && vga_nodew_allows(situation, command) != 0;
+}
+
 /* Selection. */
 
 NB_VOID *vga_nodew_get_selection(const VGA_NODEW_DESC *desc, NB_SHORT *type, NB_LONG *count) {
@@ -195,8 +202,7 @@ NB_VOID vga_nodew_set_button_states(NB_VOID *window) {
     }
     VGA_NODEW_SITUATION situation = vga_nodew_situation(desc);
     for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
-        desc->allowed[row.command] =
-            row.action != nullptr && vga_nodew_allows(situation, row.command);
+        desc->allowed[row.command] = vga_nodew_offers(situation, row.command);
     }
     vga_nodew_show_allowed(desc);
 }

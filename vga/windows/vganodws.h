@@ -24,6 +24,9 @@ VGA_NODEW_SITUATION vga_nodew_situation(const VGA_NODEW_DESC *desc);
 /* 1 when the situation allows a command; whether this release has it is another matter. */
 NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command);
 
+/* The same, and this release has it. */
+NB_USHORT vga_nodew_offers(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command);
+
 /* Sets the buttons and menu items of a window by its situation.  For set_button_states of the
  * viewer types, too: `window` is the VGA_NODEW_DESC; null is ignored. */
 NB_VOID vga_nodew_set_button_states(NB_VOID *window);

@@ -3,6 +3,7 @@
 #include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vganodew.h"
+#include "vganodwo.h"
 #include "vganodwp.h"
 #include "vganodws.h"
 #include <Xm/PushB.h>
@@ -19,10 +20,12 @@ static constexpr NB_UCHAR readable =
     VGA_NODEW_IN(NAP_NODE_STOPPING) | VGA_NODEW_IN(NAP_NODE_ACTIVE);
 static constexpr NB_UCHAR reachable = readable | VGA_NODEW_IN(NAP_NODE_UNCONFIGURED);
 
+using ACTION = NB_VOID (*)(VGA_NODEW_DESC *desc);
+
 static constexpr VGA_NODEW_COMMAND_ROW for_selection(VGA_NODEW_COMMAND command, const NB_CHAR *item,
-                                                     NB_UCHAR changes) {
+                                                     NB_UCHAR changes, ACTION action = nullptr) {
     return {command, item,    VGA_NODEW_FOR_SELECTION, changes,
-            0,       nullptr, VGA_NODEW_NO_OPTION,     nullptr};
+            0,       nullptr, VGA_NODEW_NO_OPTION,     action};
 }
 
 using CAPABILITY = NB_UCHAR NAP_QUERY_NODE_VERB::*;
@@ -55,7 +58,7 @@ constexpr VGA_NODEW_COMMAND_ROW gvga_nodew_commands[VGA_NODEW_COMMAND_COUNT] = {
     {VGA_NODEW_ADD, "*nodewAddItem", VGA_NODEW_FOR_PANE, 0, 0, nullptr, VGA_NODEW_NO_OPTION,
      nullptr},
     for_selection(VGA_NODEW_DELETE, "*nodewDeleteItem", 1),
-    for_selection(VGA_NODEW_ZOOM, "*nodewZoomItem", 0),
+    for_selection(VGA_NODEW_ZOOM, "*nodewZoomItem", 0, vga_nodew_show_properties),
     for_selection(VGA_NODEW_STATUS, "*nodewStatusItem", 0),
     for_selection(VGA_NODEW_COPY, "*nodewCopyItem", 1),
     look(VGA_NODEW_SERVER, nullptr, reachable),
@@ -119,7 +122,7 @@ NB_USHORT vga_nodew_reason(VGA_NODEW_COMMAND command, const VGA_NODEW_SITUATION 
 NB_VOID vga_nodew_run(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command) {
     const VGA_NODEW_COMMAND_ROW &row = gvga_nodew_commands[command];
     VGA_NODEW_SITUATION situation = vga_nodew_situation(desc);
-    if (row.action == nullptr || !vga_nodew_allows(situation, command)) {
+    if (!vga_nodew_offers(situation, command)) {
         vga_message_node_window(&desc->common, vga_nodew_reason(command, situation));
         return;
     }

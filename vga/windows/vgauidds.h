@@ -1,6 +1,5 @@
 /* The table of windows and dialogs, gvga_uid_desc.  A window of this release fills its row with its
- * functions and the size of its descriptor; a row that only has a number, a name and a kind is one
- * that cannot be opened. */
+ * functions and the size of its descriptor; the other rows are marked as coming later. */
 #ifndef VGAUIDDS_H
 #define VGAUIDDS_H
 

@@ -1,0 +1,193 @@
+// Message boxes: their queue, questions, answers, and the ends of dialogs under them.
+
+#include "dialog_support.h"
+
+using namespace dialogs;
+
+namespace {
+
+// Message boxes.
+
+TEST_F(Dialogs, ErrorsWaitForEachOther) {
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    for (const char *text : {"first", "second", "third"}) {
+        error(moded, text);
+    }
+    for (const char *text : {"first", "second", "third"}) {
+        EXPECT_EQ(shown(moded), text);
+        EXPECT_FALSE(XtIsManaged(box_button(moded, "Cancel")));
+        answer(moded);
+    }
+    EXPECT_EQ(shown(moded), "");
+    EXPECT_EQ(events.answers.size(), 3U);
+    EXPECT_EQ(events.answers[0], std::make_pair(VGA_ANSWER_OK, NB_ULONG{7}));
+    EXPECT_EQ(moded->in_use, 1);
+    for (const char *name : {"Escape", "Return"}) {
+        error(moded, "by key");
+        gui::settle();
+        give_focus(moded->modal_dlg.shell);
+        gui::key(name);
+        EXPECT_EQ(shown(moded), "") << name;
+        vga_close_modal_dialog(moded);
+    }
+}
+
+// The box of the description, and the one that is made where there is none.
+TEST_F(Dialogs, AnswersOfAQuestion) {
+    const std::pair<const char *, VGA_ANSWER> buttons[] = {
+        {"OK", VGA_ANSWER_OK},
+        {"Cancel", VGA_ANSWER_CANCEL},
+        {"confirmNoButton", VGA_ANSWER_NO},
+        {"confirmOKToAllButton", VGA_ANSWER_OK_TO_ALL},
+    };
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    for (VGA_DIALOG *desc : {moded, main_dialog}) {
+        MrmHierarchy description = gvga_uil_hierarchy;
+        gvga_uil_hierarchy = desc == moded ? description : nullptr;
+        confirm(desc, "plain?");
+        gvga_uil_hierarchy = description;
+        EXPECT_FALSE(XtIsManaged(box_button(desc, "confirmNoButton")));
+        EXPECT_FALSE(XtIsManaged(box_button(desc, "confirmOKToAllButton")));
+        EXPECT_TRUE(XtIsSensitive(box_button(desc, "Help")));
+        gui::settle();
+        close_by_manager(desc->modal_dlg.shell);
+        ASSERT_FALSE(events.answers.empty());
+        EXPECT_EQ(events.answers.back(), std::make_pair(VGA_ANSWER_CANCEL, NB_ULONG{9}));
+        for (const auto &[name, wanted] : buttons) {
+            vga_display_confirm_each_dialog(desc, 1, "help", note_answer, 3, 1, "s", "each?");
+            answer(desc, name);
+            EXPECT_EQ(events.answers.back(), std::make_pair(wanted, NB_ULONG{3})) << name;
+        }
+        vga_display_confirm_each_dialog(desc, 1, "help", note_answer, 3, 0, "s", "the last one?");
+        EXPECT_FALSE(XtIsManaged(box_button(desc, "confirmOKToAllButton")));
+        EXPECT_TRUE(XtIsManaged(box_button(desc, "confirmNoButton")));
+        answer(desc);
+    }
+    EXPECT_EQ(events.answers.size(), 12U) << "an answer came twice";
+}
+
+TEST_F(Dialogs, QuestionReplacesQuestion) {
+    confirm(main_dialog, "one?", 1);
+    confirm(main_dialog, "two?", 2);
+    EXPECT_EQ(shown(main_dialog), "two?");
+    error(main_dialog, "then an error");
+    confirm(main_dialog, "three?", 3); // in place of two, before the error
+    EXPECT_EQ(shown(main_dialog), "three?");
+    answer(main_dialog);
+    EXPECT_EQ(events.answers, (decltype(events.answers){{VGA_ANSWER_OK, 3}}));
+    EXPECT_EQ(shown(main_dialog), "then an error");
+    confirm(main_dialog, "four?", 4);
+    EXPECT_EQ(shown(main_dialog), "then an error") << "a question does not replace an error";
+    answer(main_dialog);
+    EXPECT_EQ(shown(main_dialog), "four?");
+}
+
+TEST_F(Dialogs, ClosingDiscardsMessages) {
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    error(moded, "shown");
+    error(moded, "waiting");
+    vga_close_children(moded, 1, 1);
+    error(moded, "too late");
+    gui::settle();
+    EXPECT_FALSE(XtIsManaged(moded->modal_dlg.dialog));
+    EXPECT_TRUE(events.answers.empty());
+    ASSERT_EQ(open(VGA_UID_MODE_DIALOG, main_dialog), moded);
+    EXPECT_EQ(shown(moded), "") << "messages of its former life";
+}
+
+// A thousand errors come one after the other, each once and in order; what the operator does not
+// want to see any more goes with the dialog.
+TEST_F(Dialogs, StormOfErrors) {
+    constexpr int storm = 1000;
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    for (int number = 0; number < storm; number++) {
+        error(moded, std::to_string(number).c_str());
+    }
+    for (int number = 0; number < storm / 2; number++) {
+        ASSERT_EQ(shown(moded), std::to_string(number));
+        XmAnyCallbackStruct pressed = {XmCR_OK, nullptr};
+        XtCallCallbacks(moded->modal_dlg.dialog, XmNokCallback, &pressed);
+        vga_check_modal_dialog_queues();
+    }
+    EXPECT_EQ(events.answers.size(), size_t{storm / 2});
+    vga_close_children(moded, 1, 0);
+    gui::settle();
+    EXPECT_TRUE(NB_EMPTY_LIST(moded->modal_dlg.queue));
+    EXPECT_FALSE(XtIsManaged(moded->modal_dlg.dialog));
+    EXPECT_EQ(shown(main_dialog), "");
+    EXPECT_EQ(events.answers.size(), size_t{storm / 2}) << "nobody answered the others";
+}
+
+TEST_F(Dialogs, BoxesHaveSymbolsOfTheirOwn) {
+    auto symbol = [this] {
+        Pixmap pixmap = None;
+        XtVaGetValues(main_dialog->modal_dlg.dialog, XmNsymbolPixmap, &pixmap, nullptr);
+        return pixmap;
+    };
+    error(main_dialog, "an error");
+    Pixmap of_error = symbol();
+    Window root;
+    int x, y;
+    unsigned width = 0, height, border, depth;
+    XGetGeometry(gvga_display, of_error, &root, &x, &y, &width, &height, &border, &depth);
+    EXPECT_EQ(width, 32U);
+    answer(main_dialog);
+    confirm(main_dialog, "a question?");
+    EXPECT_NE(symbol(), of_error);
+    answer(main_dialog);
+    error(main_dialog, "an error again");
+    EXPECT_EQ(symbol(), of_error) << "each is drawn once";
+    answer(main_dialog);
+}
+
+TEST_F(Dialogs, AnswerMayCloseTheDialogOrShowMore) {
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    events.on_answer = [](VGA_DIALOG *desc) {
+        events.on_answer = nullptr;
+        error(desc, "refused");
+    };
+    confirm(moded, "really?");
+    answer(moded);
+    EXPECT_EQ(shown(moded), "refused");
+    events.on_answer = [](VGA_DIALOG *desc) { vga_close_children(desc, 1, 0); };
+    error(moded, "never shown");
+    answer(moded);
+    EXPECT_EQ(moded->in_use, 0);
+    EXPECT_FALSE(XtIsManaged(moded->modal_dlg.dialog));
+}
+
+TEST_F(Dialogs, MessagesWithoutAParentGoToTheMainDialog) {
+    error(nullptr, "to all");
+    EXPECT_EQ(shown(main_dialog), "to all");
+    vga_close_confirm_dialog(main_dialog);
+    EXPECT_EQ(shown(main_dialog), "to all") << "it is no question";
+    vga_close_modal_dialog(main_dialog);
+    EXPECT_EQ(shown(main_dialog), "");
+    EXPECT_TRUE(events.answers.empty());
+}
+
+TEST(WrapText, BreaksAtBlanks) {
+    setlocale(LC_ALL, "C.UTF-8");
+    const std::pair<const char *, const char *> cases[] = {
+        {"", ""},
+        {"short", "short"},
+        {"exactly ten", "exactly\nten"},
+        {"ten digits", "ten digits"},
+        {"0123456789 abc", "0123456789\nabc"},
+        {"0123456789abc def", "0123456789abc\ndef"},
+        {"aa bb cc dd ee ff", "aa bb cc\ndd ee ff"},
+        {"a b\nc d e f g h i", "a b\nc d e f g\nh i"},
+        {"\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4 \xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4 x",
+         "\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4 \xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\xC3\xA4\nx"},
+        {"\xFF\xFE broken bytes", "\xFF\xFE broken\nbytes"},
+        {"\xE6\xBC\xA2\xE5\xAD\x97 \xE6\xBC\xA2\xE5\xAD\x97\xE6\xBC\xA2",
+         "\xE6\xBC\xA2\xE5\xAD\x97\n\xE6\xBC\xA2\xE5\xAD\x97\xE6\xBC\xA2"},
+    };
+    for (const auto &[text, wanted] : cases) {
+        std::unique_ptr<NB_CHAR, decltype(&free)> wrapped(vga_wrap_text(text, 10), free);
+        EXPECT_STREQ(wrapped.get(), wanted);
+    }
+    setlocale(LC_ALL, "C");
+}
+
+} // namespace

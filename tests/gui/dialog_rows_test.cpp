@@ -1,0 +1,118 @@
+// Every row of the program's table with the program's own descriptions: it can be fetched, shown,
+// closed by its button and by the window manager, and used again.
+
+#include "gui_support.h"
+
+#include "vgadgutl.h"
+#include "vgaglob.h"
+#include "vgamsgs.h"
+#include "vgauidds.h"
+
+#include <Xm/MessageB.h>
+#include <cstring>
+#include <set>
+#include <string>
+
+namespace {
+
+class Rows : public testing::TestWithParam<int> {
+protected:
+    static void SetUpTestSuite() {
+        nba_pd_set_log("/dev/null", NB_PD_ALL);
+        gui::open();
+        char file[] = "quildlg.uid";
+        String files[] = {file};
+        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
+                  MrmSUCCESS);
+        vga_register_common_names();
+    }
+
+    void SetUp() override {
+        gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
+                                           gvga_display, nullptr);
+        vga_init_dialogs();
+    }
+
+    void TearDown() override {
+        vga_free_dialogs();
+        XtDestroyWidget(gvga_toplevel);
+        gui::settle();
+    }
+};
+
+TEST_P(Rows, CanBeOpenedClosedAndUsedAgain) {
+    const auto id = static_cast<NB_USHORT>(GetParam());
+    const VGA_UID_DESC &row = gvga_uid_desc[id];
+    VGA_DIALOG *parent = nullptr;
+    if (row.kind != VGA_KIND_MAIN) {
+        ASSERT_EQ(vga_get_dialog(VGA_UID_TP_WINDOW, nullptr, nullptr, &parent), 1);
+        vga_display_dialog(parent);
+    }
+    VGA_DIALOG *desc = nullptr;
+    ASSERT_EQ(vga_get_dialog(id, parent, nullptr, &desc), 1);
+    vga_display_dialog(desc);
+    gui::settle();
+    EXPECT_TRUE(XtIsManaged(desc->widget));
+    EXPECT_STREQ(XtName(desc->widget), row.name);
+    String title = nullptr;
+    XtVaGetValues(desc->shell, XmNtitle, &title, nullptr);
+    EXPECT_NE(title, nullptr);
+    EXPECT_STRNE(title, "Quiladmin");
+
+    // The button that closes it, by keyboard: it has the focus or is the default.
+    ASSERT_TRUE(XmIsMessageBox(desc->widget));
+    Widget close = XtNameToWidget(desc->widget, row.later != 0 ? "OK" : "Cancel");
+    ASSERT_NE(close, nullptr);
+    EXPECT_TRUE(XtIsManaged(close));
+    EXPECT_NE(XtNameToWidget(desc->widget, "Help"), nullptr);
+    XSetInputFocus(gvga_display, XtWindow(desc->shell), RevertToParent, CurrentTime);
+    gui::settle();
+    gui::key(row.later != 0 ? "Return" : "Escape");
+    EXPECT_EQ(desc->in_use, 0);
+
+    VGA_DIALOG *again = nullptr;
+    ASSERT_EQ(vga_get_dialog(id, parent, nullptr, &again), 1);
+    EXPECT_EQ(again, desc);
+    vga_close_children(again, 1, 0);
+}
+
+std::vector<int> all_dialogs() {
+    std::vector<int> ids;
+    for (int id = 0; id <= VGA_UID_MAX; id++) {
+        if (id != VGA_UID_NODE_WINDOW) { // has tests of its own
+            ids.push_back(id);
+        }
+    }
+    return ids;
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, Rows, testing::ValuesIn(all_dialogs()), [](const auto &row) {
+    return std::string(gvga_uid_desc[static_cast<size_t>(row.param)].name);
+});
+
+TEST(Table, NamesAndKindsAreThoseOfTheWindows) {
+    const struct {
+        NB_USHORT id;
+        const char *name;
+        VGA_DIALOG_KIND kind;
+    } cases[] = {
+        {0, "sysw", VGA_KIND_MAIN},    {1, "nodew", VGA_KIND_MAIN},
+        {10, "userw", VGA_KIND_MAIN},  {18, "modew", VGA_KIND_DIALOG},
+        {32, "qadvp", VGA_KIND_MODAL}, {42, "mdsls", VGA_KIND_DIALOG},
+        {47, "about", VGA_KIND_MODAL}, {63, "hprw", VGA_KIND_MAIN},
+        {66, "anyw", VGA_KIND_MAIN},   {80, "iadvp", VGA_KIND_MODAL},
+        {85, "tnsls", VGA_KIND_MAIN},  {86, "tnexl", VGA_KIND_DIALOG},
+    };
+    for (const auto &one : cases) {
+        EXPECT_STREQ(gvga_uid_desc[one.id].name, one.name);
+        EXPECT_EQ(gvga_uid_desc[one.id].kind, one.kind) << one.name;
+    }
+    std::set<std::string> names;
+    for (const VGA_UID_DESC &row : gvga_uid_desc) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        EXPECT_NE(row.get_widgets, nullptr) << row.name;
+        EXPECT_GE(row.desc_size, sizeof(VGA_DIALOG)) << row.name;
+    }
+}
+
+} // namespace

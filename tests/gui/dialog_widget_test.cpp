@@ -1,0 +1,144 @@
+// The utilities for the widgets of dialogs, the busy cursor, titles and colours.
+
+#include "dialog_support.h"
+
+using namespace dialogs;
+
+namespace {
+
+// Widgets.
+
+TEST_F(Dialogs, EditingAndLooking) {
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    Widget ok = XtNameToWidget(moded->widget, "OK");
+    Widget cancel = XtNameToWidget(moded->widget, "Cancel");
+    int activations = 0;
+    events.on_activate = [&] { activations++; };
+    vga_dialog_allow_edit(moded, test_activate, nullptr);
+    vga_dialog_allow_edit(moded, test_activate, nullptr);
+    vga_dialog_sensitive(moded, nullptr, 0);
+    click(ok);
+    EXPECT_EQ(activations, 0);
+    vga_dialog_sensitive(moded, nullptr, 1);
+    click(ok);
+    EXPECT_EQ(activations, 1);
+    EXPECT_TRUE(XtIsManaged(cancel));
+    vga_dialog_disallow_edit(moded, test_activate, nullptr);
+    EXPECT_FALSE(XtIsManaged(cancel));
+    gui::settle();
+    click(ok);
+    EXPECT_EQ(activations, 1);
+    EXPECT_EQ(moded->in_use, 0) << "OK only closes what cannot be changed";
+}
+
+TEST_F(Dialogs, TabReachesEveryField) {
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    Widget name = XtNameToWidget(moded->widget, "*modedName");
+    give_focus(moded->shell);
+    ASSERT_TRUE(XmProcessTraversal(name, XmTRAVERSE_CURRENT));
+    for (const char *wanted : {"modedLimit", "Cancel", "OK", "modedName"}) {
+        gui::key("Tab");
+        Widget focus = XmGetFocusWidget(moded->shell);
+        ASSERT_NE(focus, nullptr);
+        EXPECT_STREQ(XtName(focus), wanted);
+    }
+}
+
+TEST_F(Dialogs, BusyCursor) {
+    auto busy = [](VGA_DIALOG *desc) {
+        return XTestCompareCursorWithWindow(gvga_display, XtWindow(desc->shell), None) == False;
+    };
+    VGA_DIALOG *closed = open(VGA_UID_MODE_DIALOG, main_dialog);
+    {
+        VGA_HOURGLASS waiting;
+        EXPECT_TRUE(busy(main_dialog));
+        EXPECT_TRUE(busy(closed));
+    }
+    EXPECT_FALSE(busy(main_dialog)) << "it ends where it began";
+
+    // Fetching a dialog and other short waits do not end a longer one, which takes new windows in.
+    vga_display_hourglass(1);
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    EXPECT_NE(moded, closed);
+    EXPECT_TRUE(busy(main_dialog));
+    EXPECT_TRUE(busy(moded));
+    vga_close_children(closed, 1, 1);
+    vga_display_hourglass(0);
+    EXPECT_FALSE(busy(moded));
+    open(VGA_UID_MODE_DIALOG, main_dialog);
+    EXPECT_FALSE(busy(closed)) << "it was closed while the program was busy";
+}
+
+// The entries of the Windows menu.
+TEST_F(Dialogs, NodeWindowsStandInTheMenu) {
+    Widget menu = part("*nodewFileMenu");
+    VGA_DIALOG *first = open(VGA_UID_TP_WINDOW, main_dialog);
+    VGA_DIALOG *second = open(VGA_UID_TP_WINDOW, main_dialog);
+    EXPECT_EQ(vga_add_node_window_widget(main_dialog, "alpha"), 1);
+    vga_set_node_window_menu(menu); // the first is there before the menu
+    EXPECT_EQ(vga_add_node_window_widget(first, "beta"), 2);
+    EXPECT_EQ(vga_add_node_window_widget(second, "gamma"), 3);
+    auto entries = [menu] {
+        WidgetList children;
+        Cardinal count;
+        XtVaGetValues(menu, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+        std::vector<std::string> names;
+        for (Cardinal at = 0; at < count; at++) {
+            if (vga_get_node_number_from_widget(children[at]) != 0) {
+                XmString label;
+                XtVaGetValues(children[at], XmNlabelString, &label, nullptr);
+                auto *text = static_cast<char *>(XmStringUnparse(
+                    label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
+                names.push_back(text);
+                XtFree(text);
+                XmStringFree(label);
+            }
+        }
+        return names;
+    };
+    EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "2  beta", "3  gamma"}));
+    vga_remove_node_window_widget(first);
+    EXPECT_EQ(vga_add_node_window_widget(second, "delta"), 3) << "a window keeps its number";
+    gui::settle();
+    EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "3  delta"}));
+    EXPECT_EQ(vga_add_node_window_widget(first, "beta"), 2) << "the lowest that is free";
+    EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "2  beta", "3  delta"}));
+    EXPECT_EQ(vga_get_node_number_from_widget(part("*nodewItem")), 0);
+    vga_raise_node_window(part("*nodewItem"), nullptr, nullptr);
+    EXPECT_EQ(vga_node_widget_mnemonic(1), KeySym{XK_1});
+    EXPECT_EQ(vga_node_widget_mnemonic(10), KeySym{XK_a});
+    EXPECT_EQ(vga_node_widget_mnemonic(36), KeySym{NoSymbol});
+    vga_remove_all_node_window_widgets();
+    vga_set_node_window_menu(nullptr);
+    gui::settle();
+    EXPECT_TRUE(entries().empty());
+}
+
+TEST_F(Dialogs, TitlesCarryNamesOnRequest) {
+    gvga_display_names = 1;
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    char *title = nullptr;
+    XtVaGetValues(moded->shell, XmNtitle, &title, nullptr);
+    EXPECT_STREQ(title, "moded: Mode");
+    gvga_display_names = 0;
+}
+
+TEST_F(Dialogs, ColoursAndColumnsAreConfigured) {
+    XrmPutLineResource(&gvga_resource_database, "Quiladmin.dialogBackground: #ff0000");
+    setlocale(LC_ALL, "C.UTF-8"); // wide characters: half as many columns
+    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
+    setlocale(LC_ALL, "C");
+    XrmPutLineResource(&gvga_resource_database, "Quiladmin.dialogBackground:");
+    Pixel background = 0;
+    short columns = 0;
+    XtVaGetValues(XtNameToWidget(moded->widget, "*modedName"), XmNbackground, &background,
+                  XmNcolumns, &columns, nullptr);
+    XColor colour{};
+    colour.pixel = background;
+    XQueryColor(gvga_display, DefaultColormapOfScreen(gvga_screen), &colour);
+    EXPECT_EQ(colour.red, 0xFFFF);
+    EXPECT_EQ(colour.green, 0);
+    EXPECT_EQ(columns, 5); // of 9
+}
+
+} // namespace

@@ -1,0 +1,199 @@
+// Fields of dialogs: bytes to text and back, without a widget.
+
+#include <gtest/gtest.h> // before X, whose macros it does not survive
+
+#include "vgadgfld.h"
+
+#include "nbbase.h"
+#include "nofrec.h"
+
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+enum { EMPTY = 1, BAD = 2, OWN = 3 };
+
+struct DATA {
+    NB_UCHAR byte;
+    NB_USHORT word;
+    NB_ULONG longer;
+    NB_UCHAR text[12];
+    NB_UCHAR name[8];
+    NB_UCHAR fq[17];
+    NB_UCHAR hex[4];
+    NB_IP_ADDRESS ip;
+};
+
+int64_t word_limit(const NB_VOID *data) {
+    return static_cast<const DATA *>(data)->word;
+}
+
+NB_USHORT no_seven(const NB_VOID *, const NB_VOID *data) {
+    return static_cast<const DATA *>(data)->byte == 7 ? OWN : 0;
+}
+
+const VGA_FIELD number = {.kind = VGA_FIELD_NUMBER,
+                          VGA_IN(DATA, byte),
+                          .high = 200,
+                          .empty = EMPTY,
+                          .bad = BAD,
+                          .check = no_seven};
+const VGA_FIELD optional = {
+    .kind = VGA_FIELD_NUMBER, VGA_IN(DATA, word), .low = 1, .high = 40000, .bad = BAD};
+const VGA_FIELD limited = {.kind = VGA_FIELD_NUMBER,
+                           VGA_IN(DATA, longer),
+                           .high = 1000,
+                           .at_most = word_limit,
+                           .empty = EMPTY,
+                           .bad = BAD};
+const VGA_FIELD has_sign = {
+    .kind = VGA_FIELD_SIGNED, VGA_IN(DATA, word), .low = -5, .high = 5, .empty = EMPTY, .bad = BAD};
+const VGA_FIELD text = {.kind = VGA_FIELD_TEXT, VGA_IN(DATA, text), .bad = BAD};
+const VGA_FIELD local = {.kind = VGA_FIELD_LOCAL, VGA_IN(DATA, name), .empty = EMPTY, .bad = BAD};
+const VGA_FIELD ebcdic = {.kind = VGA_FIELD_EBCDIC, VGA_IN(DATA, name), .bad = BAD};
+const VGA_FIELD fq = {.kind = VGA_FIELD_FQ_NAME, VGA_IN(DATA, fq), .bad = BAD};
+const VGA_FIELD network = {.kind = VGA_FIELD_FQ_NETWORK, VGA_IN(DATA, fq), .bad = BAD};
+const VGA_FIELD partner = {.kind = VGA_FIELD_FQ_LOCAL, VGA_IN(DATA, fq), .bad = BAD};
+const VGA_FIELD hex = {.kind = VGA_FIELD_HEX, VGA_IN(DATA, hex), .bad = BAD};
+const VGA_FIELD ip = {.kind = VGA_FIELD_IP, VGA_IN(DATA, ip), .bad = BAD};
+
+struct CASE {
+    const VGA_FIELD *field;
+    const char *entered;
+    NB_USHORT message;
+    const char *reads; // afterwards; null: as before
+};
+
+class Fields : public testing::Test {
+protected:
+    void SetUp() override {
+        gvga_messages_were();
+        memset(&data, 0, sizeof(data));
+        data.word = 100;
+        memset(data.name, ' ', sizeof(data.name));
+        memset(data.fq, 0x40, sizeof(data.fq));
+    }
+    static void gvga_messages_were();
+    std::string reads(const VGA_FIELD &field) const {
+        char out[VGA_FIELD_TEXT_SIZE];
+        vga_field_to_text(field, &data, out);
+        return out;
+    }
+    DATA data;
+};
+
+} // namespace
+
+#include "vgamsgs.h"
+
+namespace {
+
+void Fields::gvga_messages_were() {
+    gvga_messages[VGA_MSG_IP_ADDRESS] = "%1.%2.%3.%4";
+}
+
+TEST_F(Fields, TextsAndTheirMessages) {
+    const CASE cases[] = {
+        {&number, "200", 0, "200"},
+        {&number, " 12 ", 0, "12"},
+        {&number, "201", BAD, nullptr},
+        {&number, "-1", BAD, nullptr},
+        {&number, "1x", BAD, nullptr},
+        {&number, "", EMPTY, nullptr},
+        {&number, "   ", EMPTY, nullptr},
+        {&number, "7", OWN, nullptr},
+        {&optional, "", 0, "0"}, // below the lowest: nothing was entered
+        {&optional, "40000", 0, "40000"},
+        {&optional, "0", BAD, nullptr},
+        {&limited, "100", 0, "100"}, // as another field says
+        {&limited, "101", BAD, nullptr},
+        {&has_sign, "-5", 0, "-5"},
+        {&has_sign, "-6", BAD, nullptr},
+        {&text, "eleven char", 0, "eleven char"}, // with the terminator it fits
+        {&text, "twelve chars", BAD, nullptr},
+        {&text, "", 0, ""},
+        {&local, "alias", 0, "alias"},
+        {&local, "12345678", 0, "12345678"},
+        {&local, "123456789", BAD, nullptr},
+        {&local, "", EMPTY, nullptr},
+        {&ebcdic, "#INTER", 0, "#INTER"},
+        {&ebcdic, "", 0, ""},
+        {&ebcdic, "1LU", BAD, nullptr},
+        {&ebcdic, "lu", BAD, nullptr}, // the filter has made it upper case, or it was not typed
+        {&ebcdic, "A B", BAD, nullptr},
+        {&fq, "NETA.LU1", 0, "NETA.LU1"},
+        {&fq, "LU1", 0, "LU1"},
+        {&fq, "NETA.", BAD, nullptr},
+        {&fq, "NETWORKID.LU1", BAD, nullptr},
+        {&hex, "0aF1", BAD, nullptr}, // half of it
+        {&hex, "0aF10200", 0, "0AF10200"},
+        {&hex, "", 0, ""},
+        {&hex, "0aF1020", BAD, nullptr},
+        {&hex, "0aF102000", BAD, nullptr},
+        {&ip, "10.1.2.3", 0, "10.1.2.3"},
+        {&ip, "10.1.2", BAD, nullptr},
+        {&ip, "", 0, ""},
+    };
+    for (const CASE &one : cases) {
+        SCOPED_TRACE(std::string(one.entered) + " kind " + std::to_string(one.field->kind));
+        SetUp();
+        const DATA before = data;
+        EXPECT_EQ(vga_field_from_text(*one.field, one.entered, nullptr, &data), one.message);
+        if (one.reads == nullptr) {
+            EXPECT_EQ(memcmp(&before, &data, sizeof(data)), 0) << "refused, but something changed";
+        } else {
+            EXPECT_EQ(reads(*one.field), one.reads);
+        }
+    }
+}
+
+TEST_F(Fields, HalvesMakeOneName) {
+    EXPECT_EQ(vga_field_from_text(network, "NETA", nullptr, &data), 0);
+    EXPECT_EQ(reads(fq), "NETA");
+    EXPECT_EQ(vga_field_from_text(partner, "LEDGER", nullptr, &data), 0);
+    EXPECT_EQ(reads(fq), "NETA.LEDGER");
+    EXPECT_EQ(vga_field_from_text(network, "NETWORKB", nullptr, &data), 0);
+    EXPECT_EQ(reads(fq), "NETWORKB.LEDGER");
+    EXPECT_EQ(reads(network), "NETWORKB");
+    EXPECT_EQ(reads(partner), "LEDGER");
+    EXPECT_EQ(vga_field_from_text(partner, "9BAD", nullptr, &data), BAD);
+    EXPECT_EQ(vga_field_from_text(network, "", nullptr, &data), 0);
+    EXPECT_EQ(vga_field_from_text(partner, "ALONE", nullptr, &data), BAD);
+    EXPECT_EQ(vga_field_from_text(partner, "", nullptr, &data), 0);
+    EXPECT_EQ(reads(fq), "");
+}
+
+// Whatever bytes a node sends, a field shows a text within its size; and what a field shows it
+// takes back as it was.
+TEST_F(Fields, RoundTrips) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 2000; round++) {
+        auto *bytes = reinterpret_cast<NB_UCHAR *>(&data);
+        for (size_t at = 0; at < sizeof(data); at++) {
+            bytes[at] = static_cast<NB_UCHAR>(random());
+        }
+        for (const VGA_FIELD *field : {&text, &local, &ebcdic, &hex, &ip, &optional}) {
+            EXPECT_LT(reads(*field).size(), size_t{VGA_FIELD_TEXT_SIZE});
+        }
+        for (const VGA_FIELD *field : {&hex, &optional}) {
+            const DATA before = data;
+            data.word = std::max<NB_USHORT>(1, data.word % 40000);
+            const std::string shown = reads(*field);
+            EXPECT_EQ(vga_field_from_text(*field, shown.c_str(), nullptr, &data), 0) << shown;
+            EXPECT_EQ(reads(*field), shown);
+            data = before;
+        }
+        const std::string name = "A" + std::to_string(random() % 1000000);
+        EXPECT_EQ(vga_field_from_text(ebcdic, name.c_str(), nullptr, &data), 0);
+        EXPECT_EQ(reads(ebcdic), name);
+        EXPECT_EQ(data.name[0], 0xC1) << "EBCDIC";
+    }
+}
+
+} // namespace

@@ -1,0 +1,44 @@
+#include "vgaslimt.h"
+#include "nofverbs.h"
+#include "vgadsadd.h"
+#include "vgatypes.h"
+
+namespace {
+
+VGA_NODE *node_of_target(NB_ULONG target) {
+    VGA_NODE *found = nullptr;
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found, target](VGA_NODE &node) {
+        if (target != 0 && node.target == target) {
+            found = &node;
+        }
+    });
+    return found;
+}
+
+VGA_MODE *find_mode(VGA_NODE *node, const NAP_SESSION_LIMIT_VERB &verb) {
+    VGA_LU62 *lu = vga_find_lu62_by_alias(node, verb.lu_alias);
+    VGA_MODE_KEY key;
+    memcpy(key.mode_name, verb.mode_name, sizeof(key.mode_name));
+    memcpy(key.fqplu_name, verb.fqplu_name, sizeof(key.fqplu_name));
+    return lu != nullptr ? static_cast<VGA_MODE *>(ntl_avl_find(&lu->modes, &key)) : nullptr;
+}
+
+} // namespace
+
+NB_VOID vga_process_session_limit(const VGA_PROCESS_STATE *work) {
+    VGA_NODE *node = vga_verb_succeeded(work->vcb) ? node_of_target(work->target) : nullptr;
+    if (node == nullptr) {
+        return;
+    }
+    NAP_SESSION_LIMIT_VERB verb;
+    memcpy(&verb, work->vcb, sizeof(verb));
+    VGA_MODE *mode = find_mode(node, verb);
+    if (mode == nullptr) {
+        return;
+    }
+    mode->vcb->sess_limit = verb.sess_limit;
+    mode->vcb->min_conwinners = verb.min_conwinners;
+    mode->vcb->min_conlosers = verb.min_conlosers;
+    vga_update_line(mode);
+    vga_record_changed(mode, VGA_RECORD_CHANGED);
+}
