@@ -9,6 +9,7 @@
 #include "vgadsdel.h"
 #include "vgalinrs.h"
 #include "vgamsgs.h"
+#include "vgatypes.h"
 #include "vgawtype.h"
 #include <cstring>
 #include <filesystem>
