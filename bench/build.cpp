@@ -16,8 +16,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -63,8 +61,13 @@ public:
         const std::string generate = "--generate";
         const std::string size =
             "nodes=" + std::to_string(nodes) + ",lus=" + std::to_string(resources / nodes);
+        int ends[2];
+        if (pipe(ends) != 0) {
+            exit(1);
+        }
         pid_ = fork();
         if (pid_ == 0) {
+            dup2(ends[1], STDOUT_FILENO);
             setenv("SNA_PREFIX", programs.c_str(), 1);
             const std::string program = programs + "/bin/snanode";
             const std::string state = folder_ + "/state";
@@ -72,7 +75,8 @@ public:
                   state.c_str(), "--socket", socket_.c_str(), nullptr);
             _exit(127);
         }
-        wait_until_served();
+        close(ends[1]);
+        wait_until_served(ends[0]);
     }
     ~DOMAIN() {
         kill(pid_, SIGTERM);
@@ -86,25 +90,13 @@ public:
     const std::string &socket_path() const { return socket_; }
 
 private:
-    void wait_until_served() const {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        socket_.copy(address.sun_path, sizeof address.sun_path - 1);
-        for (int tries = 0; tries < 12000; tries++) {
-            const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-            const bool served =
-                connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
-            close(fd);
-            if (served) {
-                return;
-            }
-            if (waitpid(pid_, nullptr, WNOHANG) != 0) {
-                break;
-            }
-            usleep(10000);
+    /* It says one line when every node is loaded. */
+    static void wait_until_served(int output) {
+        char line[256];
+        if (read(output, line, sizeof line) <= 0) {
+            fprintf(stderr, "bench_build: the node software did not start\n");
+            exit(1);
         }
-        fprintf(stderr, "bench_build: the node software did not start\n");
-        exit(1);
     }
 
     std::string folder_;

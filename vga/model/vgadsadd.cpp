@@ -121,6 +121,7 @@ NB_USHORT VGA_RECORD_TYPE<VGA_POOL>::settled(VGA_POOL &pool) {
         return 0;
     }
     pool.sys_pool->node_pools++;
+    vga_update_line(pool.sys_pool);
     return 1;
 }
 

@@ -109,8 +109,13 @@ NB_VOID VGA_RECORD_TYPE<VGA_LS_ROUTING>::unlinked(VGA_LS_ROUTING &routing) {
 
 /* The domain's pool goes with the last node that has it. */
 NB_VOID VGA_RECORD_TYPE<VGA_POOL>::unlinked(VGA_POOL &pool) {
-    if (pool.sys_pool != nullptr && --pool.sys_pool->node_pools == 0) {
+    if (pool.sys_pool == nullptr) {
+        return;
+    }
+    if (--pool.sys_pool->node_pools == 0) {
         vga_delete_vga_sys_pool(pool.sys_pool);
+    } else {
+        vga_update_line(pool.sys_pool);
     }
 }
 

@@ -45,6 +45,9 @@ template <> struct VGA_RECORD_TYPE<VGA_POOL_LU> : VGA_RECORD_DEFAULTS<VGA_POOL_L
         return {&gvga_system->pool_viewer_root, &lu.parent->sys_pool->gui_data.viewer,
                 VGA_VIEWER_POOL_LU, &lu.domain_links};
     }
+    /* The pool's line says how many there are. */
+    static NB_VOID linked(VGA_POOL_LU &lu) { vga_update_line(lu.parent->sys_pool); }
+    static NB_VOID unlinked(VGA_POOL_LU &lu) { vga_update_line(lu.parent->sys_pool); }
 };
 
 template <>

@@ -16,8 +16,34 @@
 enum VGA_ICON : NB_USHORT {
     VGA_ICON_PLUS = 0,  /* a closed line */
     VGA_ICON_MINUS = 1, /* an open line */
+    VGA_ICON_PORTSDLC = 3,
+    VGA_ICON_LU03 = 11,
     VGA_ICON_BLANK = 14,
-    VGA_ICON_CONVSEC = 38 /* gives the size of the icons of lines */
+    VGA_ICON_USER = 15,
+    VGA_ICON_POOL = 16,
+    VGA_ICON_CPIC = 17,
+    VGA_ICON_MODE = 18,
+    VGA_ICON_RJEW = 22,
+    VGA_ICON_DISP3270 = 32,
+    VGA_ICON_PRINT3270 = 33,
+    VGA_ICON_DISP5250 = 34,
+    VGA_ICON_PRINT5250 = 35,
+    VGA_ICON_USERGROUP = 36,
+    VGA_ICON_TNCLIENT = 37,
+    VGA_ICON_CONVSEC = 38, /* gives the size of the icons of lines */
+    VGA_ICON_SESSSEC = 39,
+    VGA_ICON_POOLLU03 = 58,
+    VGA_ICON_LU3270 = 59,
+    VGA_ICON_LU5250 = 60,
+    VGA_ICON_TNASSOC = 66,
+    VGA_ICON_RTPCONN = 67,
+    VGA_ICON_LSRT = 68,
+    VGA_ICON_LSR = 69,
+    VGA_ICON_APPCIP = 76,
+    VGA_ICON_ACCLIST = 77,
+    VGA_ICON_TPDEF = 78,
+    VGA_ICON_TPLOAD = 79,
+    VGA_ICON_TNREDIRECT = 81,
 };
 
 extern const NB_CHAR *const gvga_pixmap_names[VGA_ICON_COUNT];

@@ -232,6 +232,11 @@ NB_VOID vga_nodew_arm_line(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item,
     vga_viewer_arm_select(root, item, cbs);
 }
 
+NB_VOID vga_nodew_ls_r_title_arm_cb(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs) {
+    auto *lu = static_cast<VGA_LU62 *>(data);
+    vga_nodew_arm_line(&lu->parent->local_lu_root, &lu->routing_title, cbs);
+}
+
 NB_VOID vga_nodew_activate_line(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item,
                                 const XmDrawnButtonCallbackStruct *cbs) {
     VGA_NODEW_DESC *desc = vga_nodew_from_root(root);

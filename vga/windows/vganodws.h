@@ -57,6 +57,9 @@ template <class Record> NB_VOID vga_nodew_arm(NB_VOID *data, XmDrawnButtonCallba
     vga_nodew_arm_line(VGA_RECORD_TYPE<Record>::line(*record).root, &record->gui_data.viewer, cbs);
 }
 
+/* Selects the title line over an LU's routings: a line of its own of the LU's record. */
+NB_VOID vga_nodew_ls_r_title_arm_cb(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs);
+
 /* A double click shows the properties. */
 template <class Record> NB_VOID vga_nodew_act(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs) {
     auto *record = static_cast<Record *>(data);
@@ -88,6 +91,10 @@ VGA_NODEW_LINE(mode, VGA_MODE);
 VGA_NODEW_LINE(rem_sys, VGA_REM_SYS);
 VGA_NODEW_LINE(rem_plu, VGA_REM_PLU);
 VGA_NODEW_LINE(rem_sess, VGA_REM_SESS);
+VGA_NODEW_LINE(down_lu, VGA_DOWN_LU);
+VGA_NODEW_LINE(ls_r, VGA_LS_ROUTING);
+VGA_NODEW_LINE(primary_line, VGA_PRIMARY_LINE);
+VGA_NODEW_LINE(primary_lu0, VGA_PRIMARY_LU0);
 
 #undef VGA_NODEW_LINE
 

@@ -1,5 +1,4 @@
-/* The table of viewer types: what the lines of each kind show and do.  A type whose records this
- * release does not make has no functions yet. */
+/* The table of viewer types: what the lines of each kind show and do. */
 #ifndef VGAWTYPE_H
 #define VGAWTYPE_H
 

@@ -1,0 +1,194 @@
+#include "vgalincl.h"
+#include "nbbase.h"
+#include "vgautil.h"
+#include "vgawtype.h"
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+#include <cwctype>
+
+namespace {
+
+/* Each level is indented by eight characters, after the icons that all levels have. */
+constexpr NB_USHORT indent_columns = 8;
+
+/* A text of at most VGA_VIEWER_MAX_TEXT_LENGTH bytes.  A piece that does not fit whole stays out,
+ * and so does all that follows. */
+class LINE {
+public:
+    explicit LINE(NB_CHAR *text) : buffer(text) { buffer[0] = '\0'; }
+
+    NB_VOID put(const NB_CHAR *text, size_t bytes) {
+        full = full || used + bytes > VGA_VIEWER_MAX_TEXT_LENGTH;
+        if (!full) {
+            memcpy(buffer + used, text, bytes);
+            used += bytes;
+            buffer[used] = '\0';
+        }
+    }
+    NB_USHORT length() const { return static_cast<NB_USHORT>(used); }
+
+private:
+    NB_CHAR *buffer;
+    size_t used = 0;
+    bool full = false;
+};
+
+/* Puts the text of a column, harmless and cut to `room` characters. */
+NB_VOID put_cell(LINE &line, const NB_CHAR *text, NB_INT room) {
+    size_t left = strlen(text);
+    mbstate_t state{};
+    while (left > 0) {
+        wchar_t character = L'\0';
+        size_t bytes = mbrtowc(&character, text, left, &state);
+        const NB_CHAR *shown = text;
+        NB_INT width = 1;
+        if (bytes == 0 || bytes > left) {
+            state = mbstate_t{};
+            bytes = 1;
+            shown = "?";
+        } else if (iswcntrl(static_cast<wint_t>(character))) {
+            shown = " ";
+        } else {
+            width = std::max(wcwidth(character), 0);
+        }
+        room -= width;
+        if (room < 0) {
+            return;
+        }
+        line.put(shown, shown == text ? bytes : 1);
+        if (left > 2 && text[0] == '%' && text[1] == 't' &&
+            isdigit(static_cast<NB_UCHAR>(text[2])) && room-- > 0) {
+            line.put(" ", 1);
+        }
+        text += bytes;
+        left -= bytes;
+    }
+}
+
+/* Writes columns whose texts `cell` gives. */
+template <class Cell>
+NB_USHORT write_columns(NB_USHORT type, std::span<const VGA_LINE_COLUMN> columns, NB_CHAR *buffer,
+                        Cell cell) {
+    constexpr NB_INT no_limit = VGA_VIEWER_MAX_TEXT_LENGTH;
+    LINE line(buffer);
+    const NB_INT indent = gvga_viewer_types[type].level * indent_columns;
+    NB_INT start = indent;
+    for (size_t index = 0; index < columns.size(); index++) {
+        if (index > 0) {
+            NB_CHAR stop[16];
+            start = columns[index].stop;
+            const NB_INT bytes = snprintf(stop, sizeof(stop), "%%t%d%%", start - indent);
+            line.put(stop, static_cast<size_t>(bytes));
+        }
+        const bool last = index + 1 == columns.size();
+        NB_CHAR text[VGA_CELL_SIZE] = {};
+        cell(columns[index], text);
+        put_cell(line, text, last ? no_limit : columns[index + 1].stop - start - 1);
+    }
+    return line.length();
+}
+
+NB_ULONG number_at(const NB_UCHAR *field, NB_USHORT width) {
+    NB_UCHAR byte;
+    NB_USHORT half;
+    NB_ULONG word;
+    switch (width) {
+    case sizeof(byte):
+        return *field;
+    case sizeof(half):
+        memcpy(&half, field, sizeof(half));
+        return half;
+    case sizeof(word):
+        memcpy(&word, field, sizeof(word));
+        return word;
+    default:
+        NB_ASSERT(!"a number of 1, 2 or 4 bytes");
+        return 0;
+    }
+}
+
+NB_VOID copy_text(const NB_UCHAR *field, NB_USHORT width, NB_USHORT is_ebcdic, NB_CHAR *text) {
+    const NB_USHORT length = std::min<NB_USHORT>(width, VGA_CELL_SIZE - 1);
+    memcpy(text, field, length);
+    if (is_ebcdic) {
+        nba_ebcdic_to_local(reinterpret_cast<NB_UCHAR *>(text), length);
+    }
+    text[length] = '\0';
+    vga_strip_spaces(text);
+}
+
+/* The text, which is no message, in the words of a label. */
+NB_VOID put_in_words(const NB_CHAR *bare, NB_USHORT label, NB_CHAR *text) {
+    if (label != 0 && bare[0] != '\0') {
+        vga_print_msg(text, VGA_CELL_SIZE, label, "s", bare);
+    } else {
+        snprintf(text, VGA_CELL_SIZE, "%s", bare);
+    }
+}
+
+} // namespace
+
+NB_USHORT vga_find_word(std::span<const VGA_WORD> words, NB_ULONG value, NB_USHORT otherwise) {
+    auto word = std::find_if(words.begin(), words.end(),
+                             [value](const VGA_WORD &row) { return row.value == value; });
+    return word != words.end() ? word->meaning : otherwise;
+}
+
+NB_VOID vga_write_word(NB_USHORT message, NB_CHAR *text) {
+    vga_print_msg(text, VGA_CELL_SIZE, message, "");
+}
+
+NB_VOID vga_write_field(const VGA_CELL_SOURCE &source, const NB_VOID *entry, NB_CHAR *text) {
+    const NB_UCHAR *field = static_cast<const NB_UCHAR *>(entry) + source.offset;
+    NB_CHAR bare[VGA_CELL_SIZE] = {};
+    NB_USHORT word = 0;
+    if (source.kind == VGA_CELL_EBCDIC || source.kind == VGA_CELL_LOCAL) {
+        copy_text(field, source.width, source.kind == VGA_CELL_EBCDIC, bare);
+        word = bare[0] == '\0' ? source.otherwise : NB_USHORT{0};
+    } else {
+        const NB_ULONG value = number_at(field, source.width);
+        snprintf(bare, sizeof(bare), "%u", value);
+        word = vga_find_word(source.words, value, source.otherwise);
+    }
+    if (word != 0) {
+        vga_write_word(word, text);
+    } else {
+        put_in_words(bare, source.label, text);
+    }
+}
+
+NB_VOID vga_write_number(NB_ULONG value, NB_USHORT label, NB_CHAR *text) {
+    NB_CHAR bare[16];
+    snprintf(bare, sizeof(bare), "%u", value);
+    put_in_words(bare, label, text);
+}
+
+NB_VOID vga_write_tp_name(const NB_UCHAR *tp_name, NB_CHAR *text) {
+    static_assert(VGA_TP_NAME_MESSAGE_SIZE <= VGA_CELL_SIZE);
+    const NB_USHORT hexadecimal = vga_hex_tp_name(tp_name);
+    vga_format_tp_name(text, tp_name, hexadecimal, hexadecimal);
+}
+
+NB_USHORT vga_write_line(NB_USHORT type, std::span<const VGA_LINE_COLUMN> columns,
+                         const NB_VOID *record, const NB_VOID *entry, NB_CHAR *buffer) {
+    return write_columns(type, columns, buffer,
+                         [record, entry](const VGA_LINE_COLUMN &column, NB_CHAR *text) {
+                             if (column.source.kind == VGA_CELL_WRITTEN) {
+                                 column.source.write(record, text);
+                             } else {
+                                 vga_write_field(column.source, entry, text);
+                             }
+                         });
+}
+
+NB_USHORT vga_write_title(NB_USHORT type, std::span<const VGA_LINE_COLUMN> columns,
+                          NB_CHAR *buffer) {
+    return write_columns(type, columns, buffer, [](const VGA_LINE_COLUMN &column, NB_CHAR *text) {
+        if (column.heading != 0) {
+            vga_write_word(column.heading, text);
+        }
+    });
+}
