@@ -34,6 +34,12 @@ NB_ULONG time_to_come_up(const Resource &resource) {
     return life.up_low_ms + hash % (life.up_high_ms - life.up_low_ms + 1);
 }
 
+/* What no indication tells of moves at once: whoever reads its state could not learn of the next.
+ */
+bool is_heard_of(const Resource &resource) {
+    return resource.row->lists[0].indication != 0;
+}
+
 bool is_up(const Resource &resource) {
     return resource.state == NAP_ACTIVE || resource.state == NAP_PENDING_ACTIVE;
 }
@@ -121,10 +127,15 @@ void Engine::wait(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource
 }
 
 void Engine::start(Resource &resource) {
-    if (!is_up(resource)) {
-        set_state(resource, NAP_PENDING_ACTIVE);
-        wait(resource, time_to_come_up(resource), &Engine::finish_start);
+    if (is_up(resource)) {
+        return;
     }
+    if (!is_heard_of(resource)) {
+        finish_start(resource);
+        return;
+    }
+    set_state(resource, NAP_PENDING_ACTIVE);
+    wait(resource, time_to_come_up(resource), &Engine::finish_start);
 }
 
 void Engine::finish_start(Resource &resource) {
@@ -211,6 +222,10 @@ void Engine::stop(Resource &resource, bool at_once) {
     }
     if (at_once || !resource.row->life.shows_pending) {
         set_state(resource, NAP_NOT_ACTIVE);
+        return;
+    }
+    if (!is_heard_of(resource)) {
+        finish_stop(resource);
         return;
     }
     set_state(resource, NAP_PENDING_INACTIVE);

@@ -299,8 +299,7 @@ ClassRow primary_line_row() {
         .def_in_define = offsetof(NAP_DEFINE_PRIMARY_LINE_VERB, def_data),
         .det = UP_TO(NAP_PRIMARY_LINE_DATA, line_state, def_data),
         .fields = TABLE(primary_line_fields),
-        .life = {true, true, offsetof(NAP_PRIMARY_LINE_DATA, def_data.initially_active), 200, 800,
-                 150},
+        .life = {true, true, offsetof(NAP_PRIMARY_LINE_DATA, def_data.initially_active), 0, 0, 0},
         .hooks = hooks::primary_line,
     };
 }
