@@ -6,8 +6,8 @@
 
 #pragma pack(push, 4)
 
-/* Pools of LUs of type 0 to 3.  One entry for the pool itself, with a blank LU name, and one for each
- * of its LUs. */
+/* Pools of LUs of type 0 to 3.  One entry for the pool itself, with a blank LU name, and one for
+ * each of its LUs. */
 
 typedef struct nap_lu_pool_data {
     NB_USHORT overlay_size;

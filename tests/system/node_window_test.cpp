@@ -9,10 +9,10 @@ namespace sys {
 
 class NodeWindow : public SystemTest {
 protected:
-    /* Loads the sample domain, with lines small enough to see them all. */
+    /* Loads the sample domain, with lines small enough and a window tall enough to see them all. */
     void load() {
         start_node();
-        program = &start_program({"-size", "small"});
+        program = &start_program({"-size", "small", "-geometry", "1100x1700"});
         window = loaded_window();
         ASSERT_NE(window, 0u);
         ASSERT_EQ(ports(domain).size(), 6u) << "the sample domain has changed";

@@ -20,7 +20,7 @@ int ignore(Display *, XErrorEvent *) {
 Command server_command() {
     const char *path = getenv("PATH");
     // Any user may connect: one test runs the program as another user.
-    return {{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+    return {{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1800x24", "-nolisten", "tcp",
              "-noreset", "-ac"},
             {{"PATH", path != nullptr ? path : "/usr/bin:/bin"}}};
 }

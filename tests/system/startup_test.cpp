@@ -38,7 +38,7 @@ protected:
         if (window == 0) {
             return program.err();
         }
-        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "ETH0") != 0; }));
+        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "DLUR") != 0; }));
         close_window(window);
         expect_end(program, 0);
         return program.err();

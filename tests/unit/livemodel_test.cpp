@@ -154,7 +154,7 @@ private:
 };
 
 std::string sample(const std::string &name) {
-    return std::string(LIVE_DOMAINS) + "/" + name + ".domain";
+    return SAMPLE_DOMAINS "/" + name + ".domain";
 }
 
 class LiveModel : public testing::TestWithParam<const NB_CHAR *> {

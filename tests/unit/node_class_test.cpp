@@ -13,8 +13,7 @@ using node::Resource;
 namespace {
 
 std::string domain_file(const char *name) {
-    const std::filesystem::path here(__FILE__);
-    return (here.parent_path() / "../../node/domains" / name).string();
+    return std::string(SAMPLE_DOMAINS "/") + name;
 }
 
 bool of_domain(const ClassRow &row) {

@@ -10,8 +10,7 @@ using namespace node_test;
 namespace {
 
 std::string sample(const char *name) {
-    const std::filesystem::path here(__FILE__);
-    return (here.parent_path() / "../../node/domains" / name).string();
+    return std::string(SAMPLE_DOMAINS "/") + name;
 }
 
 struct BadText {
