@@ -71,7 +71,9 @@ std::vector<std::string> link_stations(const DomainText &domain, const std::stri
 
 std::vector<std::string> local_lus(const DomainText &domain) {
     return collect(domain, [](const Section &section) {
-        return section.title[0] == "node" ? value(section, "cp_alias") : value(section, "lu_alias");
+        return section.title[0] == "node"       ? value(section, "cp_alias")
+               : section.title[0] == "local_lu" ? value(section, "lu_alias")
+                                                : "";
     });
 }
 

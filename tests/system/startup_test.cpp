@@ -293,7 +293,7 @@ protected:
         Process &program = start_program();
         const WindowId window = loaded_window();
         ASSERT_NE(window, 0u);
-        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "ETH0") != 0; }));
+        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "DLUR") != 0; }));
         Display *display = XOpenDisplay(screen().name().c_str());
         ASSERT_NE(display, nullptr);
         XWindowAttributes place_of = {};
