@@ -64,6 +64,31 @@ NB_USHORT issue_list_step(const BUILD &build, const STEP &step, const NB_UCHAR *
                           build.user_data(), build.completion);
 }
 
+/* Lists are read under this many owners at a time, so that the node need not wait for the program
+ * between two short ones.  Meanwhile the step's flag counts those that are under way.  Each goes on
+ * with the owner behind the others', so that entries come in order all the same. */
+constexpr NB_USHORT owners_at_once = 4;
+
+const NB_UCHAR *owner_behind_others(const BUILD &build, const STEP &step, const NB_UCHAR *owner) {
+    for (NB_USHORT at = 0; at < owners_at_once && owner != nullptr; at++) {
+        owner = step.next_owner(build.node, owner);
+    }
+    return owner;
+}
+
+/* Returns -1 without an owner, 0 when nothing could be queued. */
+NB_SHORT issue_owned_lists(const BUILD &build, const STEP &step) {
+    NB_USHORT &under_way = build.flag(step.chain);
+    const NB_UCHAR *owner = step.next_owner(build.node, nullptr);
+    for (under_way = 0; owner != nullptr && under_way < owners_at_once; under_way++) {
+        if (issue_list_step(build, step, owner, nullptr) == 0) {
+            return 0;
+        }
+        owner = step.next_owner(build.node, owner);
+    }
+    return under_way != 0 ? 1 : -1;
+}
+
 /* Issues what a step asks for.  An owned list without an owner is complete: -1 then. */
 NB_SHORT issue_step(const BUILD &build, const STEP &step) {
     NB_ULONG target = step.target(build.node);
@@ -82,10 +107,8 @@ NB_SHORT issue_step(const BUILD &build, const STEP &step) {
         return vga_issue_query_record(target, step.opcode, data, build.completion);
     case LIST:
         return issue_list_step(build, step, nullptr, nullptr);
-    case OWNED_LIST: {
-        const NB_UCHAR *owner = step.next_owner(build.node, nullptr);
-        return owner == nullptr ? -1 : issue_list_step(build, step, owner, nullptr);
-    }
+    case OWNED_LIST:
+        return issue_owned_lists(build, step);
     }
     return 0;
 }
@@ -121,29 +144,44 @@ const STEP *find_step(const BUILD &build, const VGA_PROCESS_STATE &work) {
     return nullptr;
 }
 
-/* An answer to a list.  Returns 1 when the step is done, 0 when it goes on or the build ends. */
-NB_USHORT list_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb) {
-    const VGA_LIST &list = *vga_find_list(step.opcode);
-    VGA_LIST_POSITION last;
-    if (vga_process_list(list, build.node, vcb, &last) == 0) {
-        return 0;
-    }
+/* One owner's list is at its end.  Returns 1 when all are. */
+NB_USHORT owner_done(const BUILD &build, const STEP &step) {
+    NB_USHORT &under_way = build.flag(step.chain);
+    under_way -= under_way != 0 ? 1 : 0;
+    return under_way == 0;
+}
+
+/* Asks for what follows an answer to a list: the entries behind it, or those of a next owner.
+ * Returns 1 when the whole list has been asked for and answered. */
+NB_USHORT ask_for_more(const BUILD &build, const STEP &step, const VGA_LIST &list,
+                       const NAP_VCB *vcb) {
     auto query = vga_copy_block<NAP_QUERY_LIST>(vcb);
     const NB_UCHAR *owner = step.kind == OWNED_LIST ? query.key : nullptr;
-    if (vga_list_goes_on(list, vcb, last)) {
-        if (issue_list_step(build, step, owner, &last) == 0) {
-            VGA_EXIT(VGA_EXIT_INTERNAL, 0);
-        }
-        return 0;
-    }
-    owner = owner != nullptr ? step.next_owner(build.node, owner) : nullptr;
-    if (owner == nullptr) {
+    VGA_LIST_POSITION last;
+    vga_find_list_end(list, vcb, &last);
+    NB_USHORT goes_on = vga_list_goes_on(list, vcb, last);
+    if (!goes_on && step.kind == LIST) {
         return 1;
     }
-    if (issue_list_step(build, step, owner, nullptr) == 0) {
+    if (!goes_on) {
+        owner = owner_behind_others(build, step, owner);
+        if (owner == nullptr) {
+            return owner_done(build, step);
+        }
+    }
+    if (issue_list_step(build, step, owner, goes_on ? &last : nullptr) == 0) {
         VGA_EXIT(VGA_EXIT_INTERNAL, 0);
     }
     return 0;
+}
+
+/* An answer to a list.  What follows is asked for first: the node looks for it while records are
+ * made of what came.  Returns 1 when the step is done, 0 when it goes on or the build ends. */
+NB_USHORT list_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb) {
+    const VGA_LIST &list = *vga_find_list(step.opcode);
+    NB_USHORT done = vcb->primary_rc != NAP_OK || ask_for_more(build, step, list, vcb);
+    VGA_LIST_POSITION last;
+    return gvga_exit_code == 0 && vga_process_list(list, build.node, vcb, &last) && done;
 }
 
 NB_USHORT mode_answered(const NAP_VCB *vcb) {

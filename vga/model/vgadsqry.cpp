@@ -251,7 +251,8 @@ constexpr VGA_LIST lists[] = {
 /* Walks the entries of an answer; an entry that cannot be right ends the walk. */
 class ENTRY_WALK {
 public:
-    ENTRY_WALK(const VGA_LIST &of, const NAP_VCB *block) : list(of) {
+    ENTRY_WALK(const VGA_LIST &of, const NAP_VCB *block, NB_USHORT reports)
+        : list(of), reporting(reports && exceptions_wanted()) {
         memcpy(&query, block, sizeof(query));
         at = static_cast<const NB_UCHAR *>(vga_buf_ptr(block));
         end = at == nullptr ? at : at + query.buf_size;
@@ -284,7 +285,7 @@ public:
 
 private:
     const NB_UCHAR *report(BAD_LIST_DETAIL detail, NB_USHORT size) {
-        if (exceptions_wanted()) {
+        if (reporting) {
             nba_pd_print_exception(bad_list, detail, "x i i i", list.opcode, size, count,
                                    query.num_entries);
         }
@@ -293,6 +294,7 @@ private:
     }
 
     const VGA_LIST &list;
+    NB_USHORT reporting;
     NAP_QUERY_LIST query;
     const NB_UCHAR *at;
     const NB_UCHAR *end;
@@ -365,7 +367,7 @@ NB_VOID vga_query_failed(const NAP_VCB *vcb, const NB_CHAR *file, NB_INT line) {
 
 NB_VOID vga_visit_entries(const VGA_LIST &list, const NAP_VCB *vcb,
                           const std::function<NB_VOID(const NB_UCHAR *entry)> &visit) {
-    ENTRY_WALK walk(list, vcb);
+    ENTRY_WALK walk(list, vcb, 1);
     while (const NB_UCHAR *entry = walk.next()) {
         visit(entry);
     }
@@ -379,7 +381,7 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
         vga_query_failed(vcb, __FILE__, __LINE__);
         return 0;
     }
-    ENTRY_WALK walk(list, vcb);
+    ENTRY_WALK walk(list, vcb, 1);
     while (const NB_UCHAR *entry = walk.next()) {
         last->received = 1;
         memcpy(last->key, entry + 2, list.key_length);
@@ -393,6 +395,20 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
         gvga_hooks.build_progress(node, gvga_system->resources);
     }
     return 1;
+}
+
+NB_VOID vga_find_list_end(const VGA_LIST &list, const NAP_VCB *vcb, VGA_LIST_POSITION *last) {
+    const NB_UCHAR *end = nullptr;
+    if (vcb->primary_rc == NAP_OK) {
+        ENTRY_WALK walk(list, vcb, 0);
+        while (const NB_UCHAR *entry = walk.next()) {
+            end = entry;
+        }
+    }
+    last->received = end != nullptr;
+    if (end != nullptr) {
+        memcpy(last->key, end + 2, list.key_length);
+    }
 }
 
 NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb,

@@ -58,6 +58,10 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
 NB_VOID vga_visit_entries(const VGA_LIST &list, const NAP_VCB *vcb,
                           const std::function<NB_VOID(const NB_UCHAR *entry)> &visit);
 
+/* Finds the position of the last entry of an answer without looking into any: what follows can be
+ * asked for before the entries are worked on. */
+NB_VOID vga_find_list_end(const VGA_LIST &list, const NAP_VCB *vcb, VGA_LIST_POSITION *last);
+
 /* 1 when the list has entries behind those that this answer brought.  A list that claims so but
  * brings nothing new ends there, with a report. */
 NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb, const VGA_LIST_POSITION &last);
