@@ -88,6 +88,14 @@ private:
     NB_LONG count;
 };
 
+/* What is below a line that was taken off went with it: a whole branch goes as fast as its top. */
+NB_USHORT went_with_parent(const VGA_VIEWER_ITEM *item) {
+    while (item->parent != nullptr && item->parent->in_list != 0) {
+        item = item->parent;
+    }
+    return item->parent != nullptr;
+}
+
 } // namespace
 
 NB_VOID vga_viewer_set_types(const VGA_VIEWER_DESC *table, NB_USHORT count) {
@@ -164,7 +172,8 @@ NB_VOID vga_create_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHOR
 }
 
 NB_VOID vga_delete_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *viewer) {
-    if (viewer->in_list == 0) {
+    if (viewer->in_list == 0 || went_with_parent(viewer)) {
+        viewer->in_list = 0;
         return;
     }
     const SELECTION_WATCH watch(root);

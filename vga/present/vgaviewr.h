@@ -163,9 +163,9 @@ NB_VOID vga_create_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHOR
                           NB_VOID *data, VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after);
 
 /* Takes an item and all below it off the list.  Anchor, outline, drag and selection let go of them
- * first, and the window's buttons are set when the selection changed.  The children can be taken
- * out later, one by one, as long as the item's memory lives.  An item that is in no list is
- * ignored. */
+ * first, and the window's buttons are set when the selection changed.  Deleting the children behind
+ * it, as long as the item's memory lives, costs nothing and may be left out.  An item that is in no
+ * list is ignored. */
 NB_VOID vga_delete_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
 
 /* The record changed: measures and draws its line again. */
