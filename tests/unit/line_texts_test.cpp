@@ -13,22 +13,22 @@ using LineTexts = LineTest;
 TEST_F(LineTexts, DownstreamAndPrimary) {
     auto pu = blank_entry<NAP_DOWN_PU_DATA>();
     auto lu = blank_entry<NAP_DOWN_LU_DATA>();
-    ebcdic(lu.dslu_name, "DSLU01");
-    ebcdic(lu.def_data.host_lu_name, "HOSTPOOL");
-    ebcdic(lu.det_data.plu_name, "");
+    set_ebcdic(lu.dslu_name, "DSLU01");
+    set_ebcdic(lu.def_data.host_lu_name, "HOSTPOOL");
+    set_ebcdic(lu.det_data.plu_name, "");
     lu.def_data.nau_address = 255;
     text(lu.def_data.description, "Till 4");
     auto *owner = keep<VGA_DOWN_PU>(node, &pu);
     EXPECT_EQ(parts_of(VGA_VIEWER_DOWN_LU, keep<VGA_DOWN_LU>(owner, &lu)).joined(),
               "DSLU01|Inactive|HOSTPOOL|NAU 255|Till 4");
     lu.det_data.lu_sscp_sess_active = lu.det_data.plu_sess_active = 1;
-    ebcdic(lu.det_data.plu_name, "CICS");
-    ebcdic(lu.det_data.used_lu_name, "HLU07");
+    set_ebcdic(lu.det_data.plu_name, "CICS");
+    set_ebcdic(lu.det_data.used_lu_name, "HLU07");
     EXPECT_EQ(parts_of(VGA_VIEWER_DOWN_LU, keep<VGA_DOWN_LU>(owner, &lu)).joined(),
               "DSLU01|In use|HLU07|NAU 255|CICS");
 
     auto line = blank_entry<NAP_PRIMARY_LINE_DATA>();
-    local(line.line_name, "LINE0");
+    set_local(line.line_name, "LINE0");
     line.line_state = NAP_PENDING_ACTIVE;
     line.def_data.line_type = NAP_PORT_SWITCHED;
     memset(line.def_data.device, 'd', sizeof(line.def_data.device));
@@ -36,8 +36,8 @@ TEST_F(LineTexts, DownstreamAndPrimary) {
     EXPECT_EQ(parts_of(VGA_VIEWER_PRIMARY_LINE, primary).joined(),
               "LINE0|Starting|Switched|ddddddddddddddddd|");
     auto lu0 = blank_entry<NAP_PRIMARY_LU0_DATA>();
-    ebcdic(lu0.lu_name, "ATM001");
-    ebcdic(lu0.def_data.plu_name, "");
+    set_ebcdic(lu0.lu_name, "ATM001");
+    set_ebcdic(lu0.def_data.plu_name, "");
     lu0.appl_conn_active = 1;
     lu0.def_data.station_address = 254;
     lu0.def_data.nau_address = 255;
@@ -49,8 +49,8 @@ TEST_F(LineTexts, RoutingsAndConnections) {
     auto local_lu = blank_entry<NAP_LOCAL_LU_DATA>();
     auto *lu = keep<VGA_LU62>(node, &local_lu);
     auto routing = blank_entry<NAP_LS_ROUTING_DATA>();
-    local(routing.def_data.ls_name, "TOHOST");
-    ebcdic(routing.fqplu_name, "NETWORK1.PARTNER8");
+    set_local(routing.def_data.ls_name, "TOHOST");
+    set_ebcdic(routing.fqplu_name, "NETWORK1.PARTNER8");
     const std::pair<NB_UCHAR, const char *> cases[] = {
         {NAP_DIR_WILDCARD_NONE, "NETWORK1.PARTNER8|TOHOST|"},
         {NAP_DIR_WILDCARD_PARTIAL, "NETWORK1.PARTNER8*|TOHOST|"},
@@ -62,10 +62,10 @@ TEST_F(LineTexts, RoutingsAndConnections) {
     }
 
     auto conn = blank_entry<NAP_RTP_CONN_DATA>();
-    ebcdic(conn.rtp_name, "@R000001");
-    ebcdic(conn.dest_cp_name, "NETA.PARIS");
-    ebcdic(conn.cos_name, "#INTER");
-    local(conn.first_hop_ls_name, "TOPARIS");
+    set_ebcdic(conn.rtp_name, "@R000001");
+    set_ebcdic(conn.dest_cp_name, "NETA.PARIS");
+    set_ebcdic(conn.cos_name, "#INTER");
+    set_local(conn.first_hop_ls_name, "TOPARIS");
     conn.connect_state = NAP_RTP_SWITCHING;
     conn.sessions = 4294967295U;
     text(conn.route, "NETA.BERLIN -21- NETA.PARIS");
@@ -76,9 +76,9 @@ TEST_F(LineTexts, RoutingsAndConnections) {
     auto session = blank_entry<NAP_TAMRIX_SESSION_DATA>();
     session.session_number = 7;
     session.session_state = NAP_ACTIVE;
-    ebcdic(session.lu_name, "ORDERS");
-    ebcdic(session.fqplu_name, "NETA.STOCK");
-    ebcdic(session.mode_name, "#BATCH");
+    set_ebcdic(session.lu_name, "ORDERS");
+    set_ebcdic(session.fqplu_name, "NETA.STOCK");
+    set_ebcdic(session.mode_name, "#BATCH");
     session.remote_ip_address = {NAP_IPV4_ADDRESS, {192, 168, 100, 255}, {}};
     session.remote_port = 65535;
     auto *appcip = keep<VGA_TAMRIX_APPCIP_SESS>(node, &session);
@@ -92,7 +92,7 @@ TEST_F(LineTexts, RangesOfATemplate) {
     auto range = blank_entry<NAP_DSLU_TEMPLATE>();
     range.min_nau = 1;
     range.max_nau = 255;
-    ebcdic(range.host_lu_name, "HOSTPOOL");
+    set_ebcdic(range.host_lu_name, "HOSTPOOL");
     EXPECT_EQ(parts_of(VGA_VIEWER_DSLU_TEMPLATE, keep<VGA_DSLU_TEMPLATE>(owner, &range)).joined(),
               "NAU 1 to 255|HOSTPOOL|Held|");
     range.allow_timeout = range.delayed_logon = 1;
@@ -102,13 +102,13 @@ TEST_F(LineTexts, RangesOfATemplate) {
 
 TEST_F(LineTexts, ModesAndPrograms) {
     auto mode = blank_entry<NAP_MODE_DEF_DATA>();
-    ebcdic(mode.mode_name, "");
-    ebcdic(mode.mode_chars.cos_name, "#CONNECT");
+    set_ebcdic(mode.mode_name, "");
+    set_ebcdic(mode.mode_chars.cos_name, "#CONNECT");
     mode.mode_chars.plu_mode_session_limit = 8;
     mode.mode_chars.default_ru_size = 1;
     EXPECT_EQ(parts_of(VGA_VIEWER_MODE_DEF, keep<VGA_MODE_DEF>(node, &mode)).joined(),
               "(blank)|COS #CONNECT|8 sessions|RU default|");
-    ebcdic(mode.mode_name, "#INTER");
+    set_ebcdic(mode.mode_name, "#INTER");
     mode.mode_chars.default_ru_size = 0;
     mode.mode_chars.max_ru_size_low = 256;
     mode.mode_chars.max_ru_size_upp = 61440;
@@ -116,7 +116,7 @@ TEST_F(LineTexts, ModesAndPrograms) {
               "RU 256 to 61440");
 
     auto tp = blank_entry<NAP_TP_DATA>();
-    ebcdic(tp.tp_name, "ORDERS_RECEIVE");
+    set_ebcdic(tp.tp_name, "ORDERS_RECEIVE");
     const std::tuple<NB_UCHAR, NB_UCHAR, const char *, const char *> securities[] = {
         {0, 0, "CLERKS", "No security"},
         {1, 0, "CLERKS", "Password"},
@@ -126,7 +126,7 @@ TEST_F(LineTexts, ModesAndPrograms) {
     for (const auto &[needed, looked_at, list, expected] : securities) {
         tp.def_data.conv_security = needed;
         tp.def_data.security_access = looked_at;
-        local(tp.def_data.list_name, list);
+        set_local(tp.def_data.list_name, list);
         EXPECT_EQ(parts_of(VGA_VIEWER_TP_DEF, keep<VGA_TP_DEF>(node, &tp)).joined(),
                   std::string("ORDERS_RECEIVE|Disabled|") + expected + "|");
     }
@@ -135,7 +135,7 @@ TEST_F(LineTexts, ModesAndPrograms) {
     memset(load.tp_name, 0x40, sizeof(load.tp_name));
     load.tp_name[0] = 0x21;
     load.tp_name[1] = 0xF0;
-    local(load.lu_alias, "");
+    set_local(load.lu_alias, "");
     load.def_data.tp_type = NAP_TP_QUEUED_BROADCAST;
     text(load.def_data.user_id, "payroll");
     text(load.def_data.path, "/opt/payroll/bin/receive");
@@ -145,22 +145,22 @@ TEST_F(LineTexts, ModesAndPrograms) {
 
 TEST_F(LineTexts, Security) {
     auto user = blank_entry<NAP_USERID_PASSWORD_DATA>();
-    ebcdic(user.user_id, "TENLETTERS");
-    ebcdic(user.def_data.profile, "TENPROFILE");
+    set_ebcdic(user.user_id, "TENLETTERS");
+    set_ebcdic(user.def_data.profile, "TENPROFILE");
     EXPECT_EQ(parts_of(VGA_VIEWER_CL_SECURITY, keep<VGA_CLSEC_DEF>(node, &user)).joined(),
               "TENLETTERS|Profile TENPROFILE|");
-    ebcdic(user.def_data.profile, "");
+    set_ebcdic(user.def_data.profile, "");
     EXPECT_EQ(parts_of(VGA_VIEWER_CL_SECURITY, keep<VGA_CLSEC_DEF>(node, &user)).texts[1], "");
 
     auto password = blank_entry<NAP_LU_LU_PASSWORD_DATA>();
-    local(password.lu_alias, "PAYROLL");
-    ebcdic(password.fqplu_name, "NETWORK1.PARTNER8");
+    set_local(password.lu_alias, "PAYROLL");
+    set_ebcdic(password.fqplu_name, "NETWORK1.PARTNER8");
     password.def_data.verification = 1;
     EXPECT_EQ(parts_of(VGA_VIEWER_SL_SECURITY, keep<VGA_SLSEC_DEF>(node, &password)).joined(),
               "PAYROLL|NETWORK1.PARTNER8|Enhanced|");
 
     auto list = blank_entry<NAP_ACCESS_LIST_DATA>();
-    local(list.list_name, "CLERKS");
+    set_local(list.list_name, "CLERKS");
     list.overlay_size = offsetof(NAP_ACCESS_LIST_DATA, def_data.users[2]);
     const std::pair<NB_USHORT, const char *> counts[] = {
         {0, "0 users"}, {2, "2 users"}, {65535, "2 users"}};
@@ -183,9 +183,9 @@ TEST_F(LineTexts, UsersAndTheirSessions) {
     EXPECT_EQ(gvga_viewer_types[VGA_VIEWER_USER].choose_icon(owner), VGA_ICON_USERGROUP);
 
     auto session = blank_entry<NAP_USER_SESSION>();
-    local(session.session_name, "SESS1");
-    ebcdic(session.lu_name, "POOL1");
-    ebcdic(session.fqplu_name, "NETA.AS400");
+    set_local(session.session_name, "SESS1");
+    set_ebcdic(session.lu_name, "POOL1");
+    set_ebcdic(session.fqplu_name, "NETA.AS400");
     const struct {
         NB_UCHAR session_class, type, model;
         NB_USHORT icon;
@@ -214,21 +214,21 @@ TEST_F(LineTexts, UsersAndTheirSessions) {
 
     status = {};
     text(status.key.user_name, "maria");
-    local(status.key.session_name, "SESS1");
+    set_local(status.key.session_name, "SESS1");
     strcpy(status.key.node_name, "berlin");
     status.status = NAP_IN_SESSION;
-    ebcdic(status.lu_name, "LU0007");
+    set_ebcdic(status.lu_name, "LU0007");
     EXPECT_EQ(parts_of(VGA_VIEWER_USTAD, &status).joined(), "maria|SESS1|In use|LU0007|berlin");
 }
 
 TEST_F(LineTexts, PoolsCountWhatIsInThem) {
     auto entry = blank_entry<NAP_LU_POOL_DATA>();
-    ebcdic(entry.pool_name, "PUBLIC");
-    ebcdic(entry.lu_name, "");
+    set_ebcdic(entry.pool_name, "PUBLIC");
+    set_ebcdic(entry.lu_name, "");
     VGA_POOL *pool = vga_insert_vga_pool(vga_init_vga_pool(node, &entry));
     EXPECT_EQ(parts_of(VGA_VIEWER_POOL, pool->sys_pool).joined(), "PUBLIC|0 LUs|Nodes: 1|");
-    ebcdic(entry.lu_name, "LU0001");
-    ebcdic(entry.pu_name, "HOSTPU");
+    set_ebcdic(entry.lu_name, "LU0001");
+    set_ebcdic(entry.pu_name, "HOSTPU");
     entry.lu_active = 1;
     VGA_POOL_LU *lu = vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pool, &entry));
     EXPECT_EQ(parts_of(VGA_VIEWER_POOL, pool->sys_pool).texts[1], "1 LUs");
@@ -241,21 +241,21 @@ TEST_F(LineTexts, PoolsCountWhatIsInThem) {
 
 TEST_F(LineTexts, ProgramsAndWorkstationsOfTheDomain) {
     auto cpic = blank_entry<NAP_CPIC_DATA>();
-    local(cpic.sym_dest_name, "ORDERS");
-    ebcdic(cpic.def_data.partner_lu_name, "NETWORK1.PARTNER8");
-    ebcdic(cpic.def_data.tp_name, "STOCKSERVER");
-    ebcdic(cpic.def_data.mode_name, "#INTER");
+    set_local(cpic.sym_dest_name, "ORDERS");
+    set_ebcdic(cpic.def_data.partner_lu_name, "NETWORK1.PARTNER8");
+    set_ebcdic(cpic.def_data.tp_name, "STOCKSERVER");
+    set_ebcdic(cpic.def_data.mode_name, "#INTER");
     EXPECT_EQ(parts_of(VGA_VIEWER_CPIC, keep<VGA_CPIC>(gvga_system, &cpic)).joined(),
               "ORDERS|NETWORK1.PARTNER8|STOCKSERVER|#INTER|Any LU|");
     cpic.def_data.partner_is_alias = 1;
-    local(cpic.def_data.partner_lu_name, "STOCK");
+    set_local(cpic.def_data.partner_lu_name, "STOCK");
     EXPECT_EQ(parts_of(VGA_VIEWER_CPIC, keep<VGA_CPIC>(gvga_system, &cpic)).texts[1], "STOCK");
 
     auto rje = blank_entry<NAP_RJE_DATA>();
-    local(rje.workstation_name, "WS01");
+    set_local(rje.workstation_name, "WS01");
     text(rje.def_data.user_name, "print");
-    ebcdic(rje.def_data.lu_names[0], "RJELU001");
-    ebcdic(rje.def_data.lu_names[1], "RJELU002");
+    set_ebcdic(rje.def_data.lu_names[0], "RJELU001");
+    set_ebcdic(rje.def_data.lu_names[1], "RJELU002");
     const std::pair<NB_UCHAR, const char *> cases[] = {
         {0, "WS01|Any node|print||"},
         {2, "WS01|Any node|print|RJELU001 RJELU002|"},
@@ -273,8 +273,8 @@ TEST_F(LineTexts, TerminalClients) {
     client.address_type = NAP_TN_DEFAULT_RECORD;
     text(client.def_data.description, "Everybody");
     auto session = blank_entry<NAP_TN_SESSION>();
-    ebcdic(session.display_lu_name, "PUBLIC");
-    ebcdic(session.printer_lu_name, "");
+    set_ebcdic(session.display_lu_name, "PUBLIC");
+    set_ebcdic(session.printer_lu_name, "");
     session.tn3270_support = 1;
     session.ssl_enabled = 2;
     auto *everybody = keep<VGA_TN_CLIENT>(node, &client);
@@ -289,8 +289,8 @@ TEST_F(LineTexts, TerminalClients) {
               "10.0.0.7|2323|PUBLIC||TN3270E|Certificate|Till");
 
     auto assoc = blank_entry<NAP_TN_ASSOC_DATA>();
-    ebcdic(assoc.display_lu_name, "DISPLAY1");
-    ebcdic(assoc.def_data.printer_lu_name, "PRINTER1");
+    set_ebcdic(assoc.display_lu_name, "DISPLAY1");
+    set_ebcdic(assoc.def_data.printer_lu_name, "PRINTER1");
     EXPECT_EQ(parts_of(VGA_VIEWER_TN_ASSOC, keep<VGA_TN_ASSOC>(node, &assoc)).joined(),
               "DISPLAY1|PRINTER1|");
 }

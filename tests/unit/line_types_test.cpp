@@ -243,13 +243,13 @@ TEST_F(LineTypes, IconsAreTheOnesOfTheirNames) {
 
 TEST_F(LineTypes, LinesOfTheNodeWindowCanBeSelected) {
     auto data = blank_entry<NAP_LOCAL_LU_DATA>();
-    ebcdic(data.lu_name, "ORDERS");
+    set_ebcdic(data.lu_name, "ORDERS");
     VGA_LU62 *lu = vga_insert_vga_lu62(vga_init_vga_lu62(node, &data));
     std::vector<VGA_LS_ROUTING *> routings;
     for (const char *partner : {"NETA.A", "NETA.B"}) {
         auto entry = blank_entry<NAP_LS_ROUTING_DATA>();
-        ebcdic(entry.lu_name, "ORDERS");
-        ebcdic(entry.fqplu_name, partner);
+        set_ebcdic(entry.lu_name, "ORDERS");
+        set_ebcdic(entry.fqplu_name, partner);
         routings.push_back(vga_insert_vga_ls_routing(vga_init_vga_ls_routing(lu, &entry)));
     }
     const VGA_VIEWER_DESC &line = gvga_viewer_types[VGA_VIEWER_LS_R];

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
+#include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgalinrs.h"
@@ -55,14 +56,6 @@ inline PARTS parts_of(NB_USHORT type, NB_VOID *record) {
     return parts;
 }
 
-template <size_t Width> void local(NB_UCHAR (&field)[Width], const char *text) {
-    memset(field, ' ', Width);
-    memcpy(field, text, strlen(text));
-}
-template <size_t Width> void ebcdic(NB_UCHAR (&field)[Width], const char *text) {
-    local(field, text);
-    nba_local_to_ebcdic(field, Width);
-}
 template <size_t Width> void text(NB_UCHAR (&field)[Width], const char *value) {
     memset(field, 0, Width);
     memcpy(field, value, strlen(value));
@@ -98,7 +91,7 @@ protected:
         text(entry.node_name, "berlin");
         entry.info.node_state = NAP_NODE_ACTIVE;
         node = vga_insert_vga_node(vga_init_vga_node(&entry));
-        ebcdic(node->node_data.info.fq_cp_name, "NETA.BERLIN");
+        set_ebcdic(node->node_data.info.fq_cp_name, "NETA.BERLIN");
     }
     void TearDown() override {
         for (auto free_one = made.rbegin(); free_one != made.rend(); ++free_one) {

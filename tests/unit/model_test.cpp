@@ -4,6 +4,7 @@
 #include "modelwalk.h"
 #include "nofverbs.h"
 #include "scriptednof.h"
+#include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
@@ -22,23 +23,6 @@ SCRIPTED_NOF_ENTRY
 namespace {
 
 /* Names and entries. */
-
-template <size_t Width> void set_local(NB_UCHAR (&field)[Width], const std::string &text) {
-    std::string padded = text;
-    padded.resize(Width, ' ');
-    memcpy(field, padded.data(), Width);
-}
-
-template <size_t Width> void set_ebcdic(NB_UCHAR (&field)[Width], const std::string &text) {
-    set_local(field, text);
-    nba_local_to_ebcdic(field, Width);
-}
-
-template <class Data> Data new_entry() {
-    Data data = {};
-    data.overlay_size = static_cast<NB_USHORT>((sizeof(data) + 3) & ~3U);
-    return data;
-}
 
 NAP_NODE_ALL_DATA node_entry(const std::string &name, NB_ULONG state = NAP_NODE_ACTIVE) {
     auto data = new_entry<NAP_NODE_ALL_DATA>();

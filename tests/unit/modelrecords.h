@@ -4,6 +4,7 @@
 
 #include "nofverbs.h"
 #include "scriptednof.h"
+#include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"
@@ -12,17 +13,6 @@
 #include <cstring>
 #include <string>
 #include <vector>
-
-template <size_t Width> void set_local(NB_UCHAR (&field)[Width], const std::string &text) {
-    std::string padded = text;
-    padded.resize(Width, ' ');
-    memcpy(field, padded.data(), Width);
-}
-
-template <size_t Width> void set_ebcdic(NB_UCHAR (&field)[Width], const std::string &text) {
-    set_local(field, text);
-    nba_local_to_ebcdic(field, Width);
-}
 
 /* A name field of its own, for look-ups. */
 template <size_t Width> struct LOCAL {
@@ -33,12 +23,6 @@ template <size_t Width> struct EBCDIC {
     NB_UCHAR bytes[Width];
     explicit EBCDIC(const std::string &text) { set_ebcdic(bytes, text); }
 };
-
-template <class Data> Data new_entry() {
-    Data data = {};
-    data.overlay_size = static_cast<NB_USHORT>((sizeof(data) + 3) & ~3U);
-    return data;
-}
 
 using BYTES = std::vector<NB_UCHAR>;
 
