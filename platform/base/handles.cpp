@@ -1,7 +1,9 @@
 #include "handletable.h"
 #include "nbbase.h"
 
+#include <algorithm>
 #include <new>
+#include <utility>
 
 namespace base {
 
@@ -10,84 +12,43 @@ namespace {
 constexpr unsigned first_bits = 8;
 constexpr unsigned most_bits = 31; // half of which is as many handles as are ever live at once
 
+// Slots that a creation moves: the old table is empty long before the new one has to grow.
+constexpr size_t moved_at_once = 16;
+
+// In the old table a slot is not freed but spoiled, so that those behind it are still found: no
+// handle is 0.
+char spoiled_mark;
+void *const spoiled = &spoiled_mark;
+
 } // namespace
 
-bool HandleTable::allocate(unsigned bits) {
-    std::unique_ptr<Slot[]> slots(new (std::nothrow) Slot[size_t{1} << bits]());
+// The memory comes from the system when it is first touched, and so a growth costs little at once.
+bool HandleSlots::allocate(unsigned bits) {
+    auto *slots = static_cast<HandleSlot *>(calloc(size_t{1} << bits, sizeof(HandleSlot)));
     if (!slots) {
         return false;
     }
-    slots_ = std::move(slots);
+    slots_.reset(slots);
     bits_ = bits;
-    live_ = 0;
     return true;
-}
-
-bool HandleTable::clear() {
-    return allocate(first_bits);
 }
 
 // Values are consecutive, which this multiplication (2^32 divided by the golden ratio) spreads
 // evenly.  The identity would make one long run, and deleting walks to the end of its run.
-size_t HandleTable::home(NB_ULONG handle) const {
+size_t HandleSlots::home(NB_ULONG handle) const {
     return static_cast<NB_ULONG>(handle * 2654435769U) >> (32 - bits_);
 }
 
-// Returns the slot that holds the handle, or the free slot where it would go.
-size_t HandleTable::position(NB_ULONG handle) const {
+HandleSlot &HandleSlots::of(NB_ULONG handle) const {
     size_t at = home(handle);
     while (slots_[at].object && slots_[at].handle != handle) {
         at = (at + 1) & mask();
     }
-    return at;
+    return slots_[at];
 }
 
-bool HandleTable::grow() {
-    if (bits_ >= most_bits) {
-        return false;
-    }
-    const size_t old_size = slots_ ? mask() + 1 : 0;
-    std::unique_ptr<Slot[]> old = std::move(slots_);
-    const size_t live = live_;
-    if (!allocate(old ? bits_ + 1 : first_bits)) {
-        slots_ = std::move(old);
-        return false;
-    }
-    for (size_t at = 0; at < old_size; at++) {
-        if (old[at].object) {
-            slots_[position(old[at].handle)] = old[at];
-        }
-    }
-    live_ = live;
-    return true;
-}
-
-NB_ULONG HandleTable::create(void *object) {
-    if (!object || ((!slots_ || (live_ + 1) * 2 > mask() + 1) && !grow())) {
-        return 0;
-    }
-    size_t at = 0;
-    do {
-        if (next_ == 0) {
-            next_++;
-        }
-        at = position(next_++);
-    } while (slots_[at].object);
-    const NB_ULONG handle = next_ - 1;
-    slots_[at] = {object, handle};
-    live_++;
-    return handle;
-}
-
-void *HandleTable::find(NB_ULONG handle) const {
-    return handle && slots_ ? slots_[position(handle)].object : nullptr;
-}
-
-void HandleTable::destroy(NB_ULONG handle) {
-    if (!find(handle)) {
-        return;
-    }
-    size_t hole = position(handle);
+void HandleSlots::erase(HandleSlot &slot) {
+    auto hole = static_cast<size_t>(&slot - slots_.get());
     for (size_t at = (hole + 1) & mask(); slots_[at].object; at = (at + 1) & mask()) {
         // An entry may move back into the hole unless its home lies behind the hole.
         const size_t way_from_home = (at - home(slots_[at].handle)) & mask();
@@ -97,6 +58,71 @@ void HandleTable::destroy(NB_ULONG handle) {
         }
     }
     slots_[hole] = {nullptr, 0};
+}
+
+bool HandleTable::clear() {
+    old_.release();
+    live_ = 0;
+    return slots_.allocate(first_bits);
+}
+
+bool HandleTable::grow() {
+    HandleSlots more;
+    if (!more.allocate(slots_ ? slots_.bits() + 1 : first_bits)) {
+        return false;
+    }
+    old_ = std::move(slots_);
+    slots_ = std::move(more);
+    moved_ = 0;
+    return true;
+}
+
+void HandleTable::move_some() {
+    const size_t end = std::min(moved_ + moved_at_once, old_.size());
+    for (; moved_ < end; moved_++) {
+        HandleSlot &slot = old_[moved_];
+        if (slot.object && slot.object != spoiled) {
+            slots_.of(slot.handle) = slot;
+            slot = {spoiled, 0};
+        }
+    }
+    if (moved_ == old_.size()) {
+        old_.release();
+    }
+}
+
+NB_ULONG HandleTable::create(void *object) {
+    const bool full = (live_ + 1) * 2 > slots_.size();
+    if (!object || (full && (slots_.bits() >= most_bits || !grow()))) {
+        return 0;
+    }
+    move_some();
+    while (next_ == 0 || find(next_)) {
+        next_++;
+    }
+    slots_.of(next_) = {object, next_};
+    live_++;
+    return next_++;
+}
+
+void *HandleTable::find(NB_ULONG handle) const {
+    if (!handle || !slots_) {
+        return nullptr;
+    }
+    void *const object = slots_.of(handle).object;
+    return object || !old_ ? object : old_.of(handle).object;
+}
+
+void HandleTable::destroy(NB_ULONG handle) {
+    if (!find(handle)) {
+        return;
+    }
+    HandleSlot &slot = slots_.of(handle);
+    if (slot.object) {
+        slots_.erase(slot);
+    } else {
+        old_.of(handle) = {spoiled, 0};
+    }
     live_--;
 }
 

@@ -2,16 +2,54 @@
  *
  * Values are given out in ascending order and wrap around past 0, so a value comes back only after
  * all others were used; a value that is still live is skipped.  Open addressing with linear
- * probing, at most half full, and deletion by moving entries back: no tombstones, so a look-up
- * costs the same after any number of creations.  OWNS: its slots, not the objects. */
+ * probing, at most half full, and deletion by moving entries back, so a look-up costs the same
+ * after any number of creations.  A table that grows moves a few entries with each creation, so no
+ * single one takes long.  OWNS: its slots, not the objects. */
 #ifndef HANDLETABLE_H
 #define HANDLETABLE_H
 
 #include "nbtypes.h"
 
+#include <cstdlib>
 #include <memory>
 
 namespace base {
+
+struct HandleSlot {
+    void *object; // null: the slot is free
+    NB_ULONG handle;
+};
+
+/* Slots for a power of two of handles. */
+class HandleSlots {
+public:
+    /* Makes 2^bits free slots.  Returns whether there is memory; without it nothing changes. */
+    bool allocate(unsigned bits);
+    void release() { slots_.reset(); }
+
+    explicit operator bool() const { return slots_ != nullptr; }
+    unsigned bits() const { return bits_; }
+    size_t size() const { return slots_ ? size_t{1} << bits_ : 0; }
+    HandleSlot &operator[](size_t at) const { return slots_[at]; }
+
+    /* The slot that holds the handle, or the free slot where it would go.  REQUIRES: a free slot.
+     */
+    HandleSlot &of(NB_ULONG handle) const;
+
+    /* Frees a slot that is taken, and moves back what stands behind it for want of room. */
+    void erase(HandleSlot &slot);
+
+private:
+    struct Free {
+        void operator()(HandleSlot *slots) const { free(slots); }
+    };
+
+    size_t mask() const { return (size_t{1} << bits_) - 1; }
+    size_t home(NB_ULONG handle) const;
+
+    std::unique_ptr<HandleSlot[], Free> slots_;
+    unsigned bits_ = 0;
+};
 
 class HandleTable {
 public:
@@ -34,20 +72,13 @@ public:
     size_t live() const { return live_; }
 
 private:
-    struct Slot {
-        void *object; // null: the slot is free
-        NB_ULONG handle;
-    };
-
-    bool allocate(unsigned bits);
     bool grow();
-    size_t home(NB_ULONG handle) const;
-    size_t position(NB_ULONG handle) const;
-    size_t mask() const { return (size_t{1} << bits_) - 1; }
+    void move_some();
 
-    std::unique_ptr<Slot[]> slots_;
-    unsigned bits_ = 0;
-    size_t live_ = 0;
+    HandleSlots slots_;
+    HandleSlots old_;  // before the last growth; what is left in it is still to be moved
+    size_t moved_ = 0; // slots of it that are done with
+    size_t live_ = 0;  // in both
     NB_ULONG next_;
 };
 
