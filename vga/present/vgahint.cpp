@@ -6,6 +6,7 @@
 #include <Xm/Gadget.h>
 #include <Xm/Label.h>
 #include <Xm/Manager.h>
+#include <Xm/MenuShell.h>
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
 #include <algorithm>
@@ -30,8 +31,9 @@ std::unordered_map<Widget, HINT> hints;
 std::unordered_map<Widget, LINE> lines; /* by the window's shell */
 Widget pointed_at;                      /* the insensitive widget under the pointer, or null */
 
+/* The window's; a menu's own belongs to it. */
 Widget shell_of(Widget widget) {
-    while (!XtIsShell(widget)) {
+    while (!XtIsShell(widget) || XmIsMenuShell(widget)) {
         widget = XtParent(widget);
     }
     return widget;

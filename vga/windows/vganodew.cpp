@@ -2,8 +2,10 @@
 #include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgahelpd.h"
+#include "vgahint.h"
 #include "vgamsgs.h"
 #include "vganodwf.h"
+#include "vganodwm.h"
 #include "vganodwp.h"
 #include "vganodws.h"
 #include "vgaxt.h"
@@ -145,6 +147,8 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[vga_nodew_icon("node")]);
     vga_nodew_fit_screen(desc);
     vga_nodew_share_height(desc);
+    vga_nodew_install_popup(desc);
+    vga_set_hint_line(dialog->widget, desc->message_bar);
     return 1;
 }
 
