@@ -97,6 +97,9 @@ NB_VOID refresh_line(Widget shell) {
     }
     LINE &line = found->second;
     const bool pointer_here = pointed_at != nullptr && shell_of(pointed_at) == shell;
+    if (!pointer_here && line.focus == nullptr && line.shown.empty()) {
+        return;
+    }
     std::string wanted = shown_for(pointer_here ? pointed_at : line.focus);
     std::replace(wanted.begin(), wanted.end(), '\n', ' ');
     const std::string now = line_text(line.line);
@@ -272,10 +275,13 @@ NB_VOID set_member(Widget widget, std::string HINT::*member, const NB_CHAR *text
     if (widget == nullptr) {
         return;
     }
-    watch_pointer(XtDisplayOfObject(widget));
-    vga_enable_tips(widget);
+    /* Reasons change with every selection: what needs no repetition would make that slow. */
+    if (!hints.contains(widget)) {
+        watch_pointer(XtDisplayOfObject(widget));
+        vga_enable_tips(widget);
+        for_each_part(widget, watch);
+    }
     hints[widget].*member = text != nullptr ? text : "";
-    for_each_part(widget, watch);
     if (member == &HINT::hint) {
         for_each_part(widget, [widget](Widget part) { set_tip(part, hints[widget].hint); });
     }

@@ -122,7 +122,7 @@ static NB_USHORT find_widgets(VGA_NODEW_DESC *desc) {
         }
         *reinterpret_cast<Widget *>(reinterpret_cast<NB_UCHAR *>(desc) + row.offset) = widget;
     }
-    return vga_nodew_get_command_widgets(desc);
+    return vga_nodew_fetch_popup(desc) != 0 && vga_nodew_get_command_widgets(desc) != 0;
 }
 
 NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {

@@ -1,4 +1,5 @@
 #include "vganodwm.h"
+#include "vgaglob.h"
 #include "vgagraph.h"
 #include "vganodwp.h"
 #include "vganodws.h"
@@ -84,6 +85,16 @@ NB_VOID key_pressed(Widget widget, XtPointer client_data, XEvent *event, Boolean
 }
 
 } // namespace
+
+/* The toolkit takes button 3, and with it the counting of clicks, from all that is inside a popup
+ * menu's parent, to post the menu itself.  So the parent is something that has no use for clicks. */
+NB_USHORT vga_nodew_fetch_popup(VGA_NODEW_DESC *desc) {
+    NB_CHAR name[] = "nodewPopup";
+    Widget menu = nullptr;
+    MrmType type;
+    return MrmFetchWidget(gvga_uil_hierarchy, name, desc->panes[VGA_NODEW_TOP_PANE].title, &menu,
+                          &type) == MrmSUCCESS;
+}
 
 NB_VOID vga_nodew_install_popup(VGA_NODEW_DESC *desc) {
     for (const VGA_NODEW_PANE &pane : desc->panes) {
