@@ -66,9 +66,9 @@ NB_VOID vga_disarm_widget(Widget widget);
 
 /* Popup menus. */
 
-/* From now on button 3 over `widget` posts `menu`, a popup menu made with the widget, or one around
- * it, as parent.
- * REQUIRES: "XmIsRowColumn(menu)" (an assertion, and nothing is done). */
+/* From now on button 3 over `widget` posts `menu` for as long as it is held: its release over an
+ * entry chooses that one.  The menu was made with the widget, or another one of its window, as
+ * parent. REQUIRES: "XmIsRowColumn(menu)" (an assertion, and nothing is done). */
 NB_VOID vga_install_popup_menu(Widget widget, Widget menu);
 
 /* Posts the menu at a place of the widget, in its own pixels: for keys.  Nothing happens over an
