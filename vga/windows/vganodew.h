@@ -4,7 +4,8 @@
  * and shows nothing to work with.  The three lists belong to the node's record and outlive the
  * window: they are attached to its widgets while it shows the node.  A pane is current when it has
  * the keyboard; at most one list has a selection, that of the current pane.
- * Parts: vganodwm the lists' menu, vganodwp panes, vganodws selection and what it allows, vganodwt commands and tool bar. */
+ * Parts: vganodwm the lists' menu, vganodwp panes, vganodws selection and what it allows, vganodwt
+ * commands and tool bar. */
 #ifndef VGANODEW_H
 #define VGANODEW_H
 

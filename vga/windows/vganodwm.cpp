@@ -87,7 +87,8 @@ NB_VOID key_pressed(Widget widget, XtPointer client_data, XEvent *event, Boolean
 } // namespace
 
 /* The toolkit takes button 3, and with it the counting of clicks, from all that is inside a popup
- * menu's parent, to post the menu itself.  So the parent is something that has no use for clicks. */
+ * menu's parent, to post the menu itself.  So the parent is something that has no use for clicks.
+ */
 NB_USHORT vga_nodew_fetch_popup(VGA_NODEW_DESC *desc) {
     NB_CHAR name[] = "nodewPopup";
     Widget menu = nullptr;
