@@ -151,6 +151,17 @@ TEST_F(NodePopup, StaysAwayWhileAnotherButtonIsHeld) {
     EXPECT_EQ(selected(), ports[0]);
 }
 
+// The menu's parent, which the toolkit watches for the button, too.
+TEST_F(NodePopup, TheTitleOfAListHasNoMenu) {
+    gui::move_to(desc->panes[VGA_NODEW_TOP_PANE].title, 5, 5);
+    gui::press(3);
+    EXPECT_FALSE(posted());
+    gui::release(3);
+    EXPECT_FALSE(posted());
+    click_line(VGA_NODEW_TOP_PANE, 2);
+    EXPECT_EQ(selected(), ports[1]) << "the mouse is free again";
+}
+
 TEST_F(NodePopup, OffersWhatTheToolBarOffers) {
     press3(VGA_NODEW_TOP_PANE, 1);
     for (NB_USHORT command = 0; command < VGA_NODEW_TOOL_COUNT; command++) {
