@@ -190,4 +190,40 @@ TEST(WrapText, BreaksAtBlanks) {
     setlocale(LC_ALL, "C");
 }
 
+// Every button has a letter of its label; those of buttons that are not there do nothing.
+TEST_F(Dialogs, LettersPressTheButtons) {
+    gvga_messages[VGA_MSG_OK_TO_ALL_BUTTON] = "OK to all";
+    gvga_messages[VGA_MSG_NO_BUTTON] = "No";
+    const struct {
+        const char *key;
+        VGA_ANSWER answer;
+    } cases[] = {{"o", VGA_ANSWER_OK},
+                 {"k", VGA_ANSWER_OK_TO_ALL},
+                 {"n", VGA_ANSWER_NO},
+                 {"c", VGA_ANSWER_CANCEL}};
+    for (const auto &row : cases) {
+        SCOPED_TRACE(row.key);
+        events.answers.clear();
+        vga_display_confirm_each_dialog(main_dialog, 1, "help", note_answer, 9, 1, "s", "sure?");
+        gui::settle();
+        give_focus(main_dialog->modal_dlg.shell);
+        gui::key("x", {"Alt_L"});
+        gui::key(row.key); // without Alt
+        EXPECT_TRUE(events.answers.empty());
+        gui::key(row.key, {"Alt_L"});
+        ASSERT_EQ(events.answers.size(), 1U);
+        EXPECT_EQ(events.answers[0].first, row.answer);
+        EXPECT_EQ(shown(main_dialog), "");
+    }
+    error(main_dialog, "wrong");
+    gui::settle();
+    give_focus(main_dialog->modal_dlg.shell);
+    for (const char *hidden : {"k", "n", "c"}) {
+        gui::key(hidden, {"Alt_L"});
+        EXPECT_EQ(shown(main_dialog), "wrong") << hidden;
+    }
+    gui::key("o", {"Alt_L"});
+    EXPECT_EQ(shown(main_dialog), "");
+}
+
 } // namespace

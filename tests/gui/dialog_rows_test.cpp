@@ -59,6 +59,18 @@ TEST_P(Rows, CanBeOpenedClosedAndUsedAgain) {
     EXPECT_NE(title, nullptr);
     EXPECT_STRNE(title, "Quiladmin");
 
+    std::set<KeySym> letters;
+    for (const char *name : {"OK", "Cancel", "Help", "ApplyButton", "ResetButton"}) {
+        const std::string own = strlen(name) > 6 ? std::string(row.name) + name : name;
+        Widget button = XtNameToWidget(desc->widget, own.c_str());
+        if (button != nullptr && XtIsManaged(button)) {
+            KeySym letter = NoSymbol;
+            XtVaGetValues(button, XmNmnemonic, &letter, nullptr);
+            EXPECT_NE(letter, KeySym{NoSymbol}) << own;
+            EXPECT_TRUE(letters.insert(letter).second) << own;
+        }
+    }
+
     // The button that closes it, by keyboard: it has the focus or is the default.
     ASSERT_TRUE(XmIsMessageBox(desc->widget));
     Widget close = XtNameToWidget(desc->widget, row.later != 0 ? "OK" : "Cancel");

@@ -1,197 +1,12 @@
-// The node window as an operator meets it: the real description, icons and looks of the build tree,
-// a small model, real mouse and keys.
+// The node window as an operator meets it, with real mouse and keys.
 
-#include "gui_support.h"
+#include "nodew_fixture.h"
 
-#include "vgadsadd.h"
-#include "vgadsdel.h"
-#include "vgaglob.h"
-#include "vgagraph.h"
-#include "vgamsgs.h"
-#include "vganodew.h"
 #include "vganodwf.h"
-#include "vganodwp.h"
-#include "vganodws.h"
-#include "vgauidds.h"
-#include "vgawtype.h"
 
-#include <Xm/TextF.h>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
 #include <random>
-#include <string>
-#include <unistd.h>
-#include <vector>
 
 namespace {
-
-template <size_t size> void local(NB_UCHAR (&field)[size], const char *text) {
-    memset(field, ' ', size);
-    memcpy(field, text, strlen(text));
-}
-
-template <size_t size> void ebcdic(NB_UCHAR (&field)[size], const char *text) {
-    local(field, text);
-    nba_local_to_ebcdic(field, size);
-}
-
-template <class Entry> Entry entry() {
-    Entry data = {};
-    data.overlay_size = sizeof(data);
-    return data;
-}
-
-// The build tree above this program is laid out like an installed prefix, but its path may be too
-// long for one.
-class PREFIX {
-public:
-    PREFIX() {
-        if (getenv("SNA_PREFIX") == nullptr) {
-            char name[] = "/tmp/nodewXXXXXX";
-            folder = mkdtemp(name);
-            auto tree = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
-            std::filesystem::create_directory_symlink(tree, folder / "sna");
-            setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
-        }
-        nba_set_app_defaults_path();
-    }
-    ~PREFIX() {
-        if (!folder.empty()) {
-            std::filesystem::remove_all(folder);
-        }
-    }
-
-private:
-    std::filesystem::path folder;
-};
-
-class NodeWindow : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        static PREFIX prefix;
-        nba_pd_set_log("/dev/null", NB_PD_ALL);
-        ASSERT_EQ(vga_load_messages(), 1);
-        gui::open();
-        char file[] = "quildlg.uid";
-        String files[] = {file};
-        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-                  MrmSUCCESS);
-        vga_register_common_names();
-        vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
-    }
-
-    void SetUp() override {
-        ASSERT_NE(gvga_uil_hierarchy, nullptr);
-        ASSERT_NE(gvga_uid_desc[VGA_UID_NODE_WINDOW].get_widgets, nullptr);
-        gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
-                                           gvga_display, nullptr);
-        vga_init_dialogs();
-        gvga_read_only = 0;
-        gvga_system = vga_init_vga_system();
-        ASSERT_EQ(vga_display_node_window(nullptr, 1), 1);
-        gvga_main_dialog = gvga_first_dialog;
-        desc = reinterpret_cast<VGA_NODEW_DESC *>(gvga_main_dialog);
-        ASSERT_NE(desc, nullptr);
-        gui::show(gvga_toplevel);
-    }
-
-    void TearDown() override {
-        gui::move_to(gvga_toplevel, 1, 1);
-        vga_destroy_data_structures();
-        vga_free_dialogs();
-        XtDestroyWidget(gvga_toplevel);
-        gvga_first_dialog = nullptr;
-        gui::settle();
-    }
-
-    // Clicks a line of a pane, counted from 0.
-    void click_line(NB_USHORT pane, NB_ULONG line) const {
-        int y = static_cast<int>(line * gvga_viewer_item_height + gvga_viewer_item_height / 2);
-        gui::click(desc->panes[pane].draw_area, 120, y);
-    }
-    Widget part(const char *name) const { return XtNameToWidget(desc->common.widget, name); }
-    std::string message() const {
-        char *text = XmTextFieldGetString(desc->message_bar);
-        std::string copy = text;
-        XtFree(text);
-        return copy;
-    }
-    Pixel border(NB_USHORT pane) const {
-        Pixel colour;
-        XtVaGetValues(desc->panes[pane].form, XmNborderColor, &colour, nullptr);
-        return colour;
-    }
-    // The pane whose border is marked, if it is the only one.
-    NB_USHORT marked() const {
-        NB_USHORT result = VGA_NODEW_NO_PANE;
-        for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-            if (border(pane) == desc->current_border) {
-                EXPECT_EQ(result, VGA_NODEW_NO_PANE);
-                result = pane;
-            } else {
-                EXPECT_EQ(border(pane), desc->normal_border);
-            }
-        }
-        return result;
-    }
-    static Dimension height(Widget widget) {
-        Dimension value;
-        XtVaGetValues(widget, XmNheight, &value, nullptr);
-        return value;
-    }
-    static std::string title() {
-        char *text = nullptr;
-        XtVaGetValues(gvga_toplevel, XtNtitle, &text, nullptr);
-        return text;
-    }
-
-    // A node with both fixed lines, two ports, a link with an LU, two local LUs and a remote
-    // system.
-    void make_node(NB_ULONG state = NAP_NODE_ACTIVE, const char *name = "berlin") {
-        auto data = entry<NAP_NODE_ALL_DATA>();
-        strcpy(reinterpret_cast<char *>(data.node_name), name);
-        data.info.node_state = state;
-        ebcdic(data.info.fq_cp_name, "NETA.BERLIN");
-        node = vga_insert_vga_node(vga_init_vga_node(&data));
-        ASSERT_NE(node, nullptr);
-        vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
-        auto dlc = entry<NAP_DLC_DATA>();
-        local(dlc.dlc_name, "ETH0");
-        dlc.def_data.dlc_type = NAP_DLC_ETHERNET;
-        VGA_DLC *owner = vga_insert_vga_dlc(vga_init_vga_dlc(node, &dlc));
-        for (const char *port_name : {"ETHP0", "ETHP1"}) {
-            auto port = entry<NAP_PORT_DATA>();
-            local(port.port_name, port_name);
-            local(port.def_data.dlc_name, "ETH0");
-            port.def_data.dlc_type = NAP_DLC_ETHERNET;
-            port.det_data.port_state = NAP_ACTIVE;
-            ports.push_back(vga_insert_vga_port(vga_init_vga_port(owner, &port)));
-        }
-        for (const char *alias : {"PAYROLL", "ORDERS"}) {
-            auto lu = entry<NAP_LOCAL_LU_DATA>();
-            ebcdic(lu.lu_name, alias);
-            local(lu.def_data.lu_alias, alias);
-            vga_insert_vga_lu62(vga_init_vga_lu62(node, &lu));
-        }
-        auto remote = entry<NAP_DIR_DATA>();
-        ebcdic(remote.fqcp_name, "NETA.HOST");
-        ebcdic(remote.resource_name, "NETA.HOST");
-        remote.resource_type = NAP_DIR_NETWORK_NODE;
-        vga_insert_vga_rem_sys(vga_init_vga_rem_sys(node, &remote));
-    }
-
-    void show_node(NB_ULONG state = NAP_NODE_ACTIVE) {
-        make_node(state);
-        ASSERT_EQ(vga_display_node_window(node, 1), 1);
-        ASSERT_EQ(node->window, &desc->common);
-        gui::settle();
-    }
-
-    VGA_NODEW_DESC *desc = nullptr;
-    VGA_NODE *node = nullptr;
-    std::vector<VGA_PORT *> ports;
-};
 
 // The window.
 
@@ -375,7 +190,7 @@ TEST_F(NodeWindow, KeysOfTheListAskForCommands) {
     for (const char *name : {"Insert", "Delete", "Return"}) {
         vga_message_node_window(&desc->common, 0);
         gui::key(name);
-        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_NOT_FOR_THIS));
+        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_LATER));
     }
     gvga_read_only = 1;
     gui::key("Delete");

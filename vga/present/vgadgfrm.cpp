@@ -6,7 +6,6 @@
 #include "vgamsgs.h"
 #include <Xm/MessageB.h>
 #include <cstring>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -251,31 +250,6 @@ NB_VOID lose_record(VGA_FORM *form) {
     vga_display_info_dialog(&form->common, message, "recordgone", nullptr, 0, "");
 }
 
-/* The toolkit keeps what it parsed, so each letter is parsed once. */
-XtAccelerators alt_with(KeySym letter) {
-    static std::map<KeySym, XtAccelerators> tables;
-    auto [place, missing] = tables.try_emplace(letter, nullptr);
-    const NB_CHAR *name = XKeysymToString(letter);
-    if (missing && name != nullptr) {
-        std::string keys = std::string("#override\nMod1<Key>") + name + ": ArmAndActivate()";
-        place->second = XtParseAcceleratorTable(keys.c_str());
-    }
-    return place->second;
-}
-
-/* Alt with the letter that the label underlines presses the button, from every field. */
-NB_VOID give_key(Widget button) {
-    KeySym mnemonic = NoSymbol;
-    if (button != nullptr) {
-        XtVaGetValues(button, XmNmnemonic, &mnemonic, nullptr);
-    }
-    if (mnemonic != NoSymbol) {
-        KeySym lower, upper;
-        XConvertCase(mnemonic, &lower, &upper);
-        XtVaSetValues(button, XmNaccelerators, alt_with(lower), nullptr);
-    }
-}
-
 } // namespace
 
 /* Slots of the row. */
@@ -285,8 +259,6 @@ NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan) {
     form->plan = plan;
     form->apply = named_part(form, "ApplyButton");
     form->reset = named_part(form, "ResetButton");
-    give_key(form->apply);
-    give_key(form->reset);
     if (vga_form_find_fields(form, changed_cb) == 0) {
         return 0;
     }

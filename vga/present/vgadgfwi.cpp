@@ -121,9 +121,6 @@ NB_VOID watch(VGA_FORM *form, NB_USHORT number, XtCallbackProc changed) {
     for (NB_USHORT item = 0; item < field.choice_count; item++) {
         XtAddCallback(item_of(form, field.choices[item]), XmNactivateCallback, changed, form);
     }
-    if (XtIsWidget(widget)) {
-        XtInstallAllAccelerators(widget, form->common.widget);
-    }
     vga_set_field_hint(widget, field.hint);
     vga_set_reason(widget, field.reason);
 }

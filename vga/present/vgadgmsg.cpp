@@ -1,4 +1,5 @@
 #include "vgadgmsg.h"
+#include "vgadgkey.h"
 #include "vgadgsym.h"
 #include "vgaglob.h"
 #include "vgahelpd.h"
@@ -98,6 +99,7 @@ NB_VOID make_box(VGA_DIALOG *parent) {
     XtRemoveAllCallbacks(box.dialog, XmNhelpCallback);
     XtAddCallback(box.dialog, XmNhelpCallback, vga_modal_dialog_help_cb, nullptr);
     vga_set_configured_colours(box.dialog);
+    vga_give_letters(box.dialog);
 }
 
 NB_VOID show_button(Widget button, NB_USHORT on) {

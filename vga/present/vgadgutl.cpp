@@ -1,6 +1,7 @@
 #include "vgadgutl.h"
 #include "vgachkcb.h"
 #include "vgadgfrm.h"
+#include "vgadgkey.h"
 #include "vgaglob.h"
 #include "vgahelpd.h"
 #include "vgahelpw.h"
@@ -135,6 +136,7 @@ NB_VOID finish_widgets(VGA_DIALOG *desc) {
     vga_set_label_fonts(desc->widget, desc->widget);
     vga_multi_byte_resize(desc->widget);
     vga_define_tabbing_order(desc->widget, vga_get_work_area(desc->widget));
+    vga_give_letters(desc->widget);
     XmAddWMProtocolCallback(desc->shell, gvga_close_atom, vga_close_cb, nullptr);
     vga_add_modal_popup_firewall(desc->widget);
     add_name_to_title(desc);
@@ -347,6 +349,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
     };
     static XtActionsRec actions[] = {
         {const_cast<NB_CHAR *>("vga_activate_action"), vga_activate_action},
+        {const_cast<NB_CHAR *>("vga_letter_action"), vga_letter_action},
     };
     for (const COMMON_NAME &row : names) {
         MRMRegisterArg argument = {const_cast<NB_CHAR *>(row.name),

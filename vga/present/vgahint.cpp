@@ -6,6 +6,7 @@
 #include <Xm/Gadget.h>
 #include <Xm/Label.h>
 #include <Xm/Manager.h>
+#include <Xm/MenuShell.h>
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
 #include <algorithm>
@@ -30,8 +31,9 @@ std::unordered_map<Widget, HINT> hints;
 std::unordered_map<Widget, LINE> lines; /* by the window's shell */
 Widget pointed_at;                      /* the insensitive widget under the pointer, or null */
 
+/* The window's; a menu's own belongs to it. */
 Widget shell_of(Widget widget) {
-    while (!XtIsShell(widget)) {
+    while (!XtIsShell(widget) || XmIsMenuShell(widget)) {
         widget = XtParent(widget);
     }
     return widget;
@@ -95,6 +97,9 @@ NB_VOID refresh_line(Widget shell) {
     }
     LINE &line = found->second;
     const bool pointer_here = pointed_at != nullptr && shell_of(pointed_at) == shell;
+    if (!pointer_here && line.focus == nullptr && line.shown.empty()) {
+        return;
+    }
     std::string wanted = shown_for(pointer_here ? pointed_at : line.focus);
     std::replace(wanted.begin(), wanted.end(), '\n', ' ');
     const std::string now = line_text(line.line);
@@ -270,10 +275,13 @@ NB_VOID set_member(Widget widget, std::string HINT::*member, const NB_CHAR *text
     if (widget == nullptr) {
         return;
     }
-    watch_pointer(XtDisplayOfObject(widget));
-    vga_enable_tips(widget);
+    /* Reasons change with every selection: what needs no repetition would make that slow. */
+    if (!hints.contains(widget)) {
+        watch_pointer(XtDisplayOfObject(widget));
+        vga_enable_tips(widget);
+        for_each_part(widget, watch);
+    }
     hints[widget].*member = text != nullptr ? text : "";
-    for_each_part(widget, watch);
     if (member == &HINT::hint) {
         for_each_part(widget, [widget](Widget part) { set_tip(part, hints[widget].hint); });
     }

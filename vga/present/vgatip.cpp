@@ -3,6 +3,7 @@
 #include "vgaxt.h"
 #include <X11/Shell.h>
 #include <Xm/Label.h>
+#include <Xm/MenuShell.h>
 #include <Xm/VendorS.h>
 #include <algorithm>
 #include <cstdlib>
@@ -41,8 +42,9 @@ struct TIP {
 };
 TIP tip;
 
+/* A menu's tips are its window's. */
 Widget shell_of(Widget widget) {
-    while (!XtIsShell(widget)) {
+    while (!XtIsShell(widget) || XmIsMenuShell(widget)) {
         widget = XtParent(widget);
     }
     return widget;

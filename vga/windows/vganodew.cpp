@@ -2,8 +2,10 @@
 #include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgahelpd.h"
+#include "vgahint.h"
 #include "vgamsgs.h"
 #include "vganodwf.h"
+#include "vganodwm.h"
 #include "vganodwp.h"
 #include "vganodws.h"
 #include "vgaxt.h"
@@ -120,7 +122,7 @@ static NB_USHORT find_widgets(VGA_NODEW_DESC *desc) {
         }
         *reinterpret_cast<Widget *>(reinterpret_cast<NB_UCHAR *>(desc) + row.offset) = widget;
     }
-    return vga_nodew_get_command_widgets(desc);
+    return vga_nodew_fetch_popup(desc) != 0 && vga_nodew_get_command_widgets(desc) != 0;
 }
 
 NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
@@ -145,6 +147,8 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[vga_nodew_icon("node")]);
     vga_nodew_fit_screen(desc);
     vga_nodew_share_height(desc);
+    vga_nodew_install_popup(desc);
+    vga_set_hint_line(dialog->widget, desc->message_bar);
     return 1;
 }
 

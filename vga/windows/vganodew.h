@@ -4,7 +4,8 @@
  * and shows nothing to work with.  The three lists belong to the node's record and outlive the
  * window: they are attached to its widgets while it shows the node.  A pane is current when it has
  * the keyboard; at most one list has a selection, that of the current pane.
- * Parts: vganodwp panes, vganodws selection and what it allows, vganodwt commands and tool bar. */
+ * Parts: vganodwm the lists' menu, vganodwp panes, vganodws selection and what it allows, vganodwt
+ * commands and tool bar. */
 #ifndef VGANODEW_H
 #define VGANODEW_H
 
@@ -30,6 +31,7 @@ struct VGA_NODEW_PANE {
 
 struct VGA_NODEW_TOOL {
     Widget frame, icon, text;
+    Widget popup; /* the same in the lists' menu */
 };
 
 struct VGA_NODEW_DESC {
@@ -45,6 +47,7 @@ struct VGA_NODEW_DESC {
     VGA_NODEW_TOOL tools[VGA_NODEW_TOOL_COUNT];
     Widget items[VGA_NODEW_COMMAND_COUNT];      /* menu items; null where a command has none */
     NB_USHORT allowed[VGA_NODEW_COMMAND_COUNT]; /* what the selection and the states allow */
+    NB_USHORT reasons[VGA_NODEW_COMMAND_COUNT]; /* messages: why not, when it was last refused */
 };
 
 /* Slots of the window's row in gvga_uid_desc. */

@@ -1,5 +1,6 @@
 #include "vganodws.h"
 #include "vgaglob.h"
+#include "vgamsgs.h"
 #include "vganodwo.h"
 #include "vganodwp.h"
 
@@ -165,6 +166,91 @@ NB_USHORT vga_nodew_offers(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
     return there != 0 && vga_nodew_allows(situation, command) != 0;
 }
 
+/* Reasons. */
+
+static NB_USHORT state_refusal(VGA_NODEW_COMMAND command, NB_USHORT runs, NB_USHORT rests) {
+    if (command == VGA_NODEW_START && runs != 0) {
+        return VGA_MSG_NODEW_ACTIVE_ALREADY;
+    }
+    return command == VGA_NODEW_STOP && rests != 0 ? VGA_MSG_NODEW_NOT_ACTIVE
+                                                   : VGA_MSG_NODEW_WRONG_STATE;
+}
+
+static NB_USHORT start_stop_refusal(const VGA_NODEW_TYPE_RULE &rule,
+                                    const VGA_NODEW_SITUATION &situation,
+                                    VGA_NODEW_COMMAND command) {
+    if ((command == VGA_NODEW_START ? rule.start : rule.stop) == 0) {
+        return VGA_MSG_NODEW_NOT_STARTABLE;
+    }
+    if (situation.node->node_state != NAP_NODE_ACTIVE) {
+        return VGA_MSG_NODEW_NODE_NOT_ACTIVE;
+    }
+    const NB_UCHAR status = in(situation.status);
+    return state_refusal(command, (stoppable & status) != 0, (startable & status) != 0);
+}
+
+static NB_USHORT selection_refusal(const VGA_NODEW_SITUATION &situation,
+                                   VGA_NODEW_COMMAND command) {
+    const VGA_NODEW_TYPE_RULE *rule = find_rule(situation.type);
+    if (rule == nullptr) {
+        return VGA_MSG_NODEW_NOT_FOR_THIS;
+    }
+    const NB_UCHAR has[VGA_NODEW_TOOL_COUNT] = {
+        1, 1, 0, rule->remove, rule->zoom, rule->status, rule->copy};
+    if (command >= VGA_NODEW_TOOL_COUNT || has[command] == 0) {
+        return VGA_MSG_NODEW_NOT_FOR_THIS;
+    }
+    if (command == VGA_NODEW_START || command == VGA_NODEW_STOP) {
+        return start_stop_refusal(*rule, situation, command);
+    }
+    /* What is left asks for one line, or for one that an operator defined. */
+    const NB_USHORT needs_definition = command == VGA_NODEW_DELETE || command == VGA_NODEW_COPY;
+    return needs_definition != 0 && situation.defined == 0 ? VGA_MSG_NODEW_NOT_DEFINED
+                                                           : VGA_MSG_NODEW_ONE_ONLY;
+}
+
+static NB_USHORT node_refusal(const VGA_NODE &node, VGA_NODEW_COMMAND command) {
+    const VGA_NODEW_COMMAND_ROW &row = gvga_nodew_commands[command];
+    if (row.option != VGA_NODEW_NO_OPTION && gvga_supported[row.option] == 0) {
+        return VGA_MSG_NODEW_NOT_INSTALLED;
+    }
+    return (row.node_states & in(node.node_state)) == 0 ? VGA_MSG_NODEW_WRONG_STATE
+                                                        : VGA_MSG_NODEW_NOT_SUPPORTED;
+}
+
+static NB_USHORT refusal(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {
+    switch (gvga_nodew_commands[command].scope) {
+    case VGA_NODEW_FOR_PANE:
+        return VGA_MSG_NODEW_MARK_FIRST;
+    case VGA_NODEW_FOR_NODE:
+        return node_refusal(*situation.node, command);
+    case VGA_NODEW_FOR_SELECTION:
+        break;
+    }
+    if (situation.type != VGA_VIEWER_SELECT_NONE) {
+        return selection_refusal(situation, command);
+    }
+    if (command != VGA_NODEW_START && command != VGA_NODEW_STOP) {
+        return VGA_MSG_NODEW_SELECT_FIRST;
+    }
+    const NB_UCHAR state = in(situation.node->node_state);
+    return state_refusal(command, (node_stoppable & state) != 0, (node_startable & state) != 0);
+}
+
+NB_USHORT vga_nodew_reason(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {
+    if (vga_nodew_offers(situation, command) != 0) {
+        return 0;
+    }
+    if (situation.node == nullptr) {
+        return VGA_MSG_NODEW_NO_NODE;
+    }
+    if (situation.read_only != 0 && gvga_nodew_commands[command].changes != 0) {
+        return VGA_MSG_NODEW_LOOK_ONLY;
+    }
+    return vga_nodew_allows(situation, command) != 0 ? NB_USHORT(VGA_MSG_NODEW_LATER)
+                                                     : refusal(situation, command);
+}
+
 /* Selection. */
 
 NB_VOID *vga_nodew_get_selection(const VGA_NODEW_DESC *desc, NB_SHORT *type, NB_LONG *count) {
@@ -202,7 +288,12 @@ NB_VOID vga_nodew_set_button_states(NB_VOID *window) {
     }
     VGA_NODEW_SITUATION situation = vga_nodew_situation(desc);
     for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
-        desc->allowed[row.command] = vga_nodew_offers(situation, row.command);
+        const NB_USHORT reason = vga_nodew_reason(situation, row.command);
+        desc->allowed[row.command] = reason == 0;
+        if (reason != 0 && reason != desc->reasons[row.command]) {
+            desc->reasons[row.command] = reason;
+            vga_nodew_show_reason(desc, row.command, reason);
+        }
     }
     vga_nodew_show_allowed(desc);
 }

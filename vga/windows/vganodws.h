@@ -27,6 +27,10 @@ NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
 /* The same, and this release has it. */
 NB_USHORT vga_nodew_offers(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command);
 
+/* The message that says why a command is not offered: what is selected, or the node, is of the
+ * wrong kind or in the wrong state, or this release lacks it.  0 for one that is offered. */
+NB_USHORT vga_nodew_reason(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command);
+
 /* Sets the buttons and menu items of a window by its situation.  For set_button_states of the
  * viewer types, too: `window` is the VGA_NODEW_DESC; null is ignored. */
 NB_VOID vga_nodew_set_button_states(NB_VOID *window);

@@ -1,6 +1,7 @@
 #include "vganodwt.h"
 #include "vgaglob.h"
 #include "vgagraph.h"
+#include "vgahint.h"
 #include "vgamsgs.h"
 #include "vganodew.h"
 #include "vganodwo.h"
@@ -104,26 +105,12 @@ static_assert(in_order());
 
 /* Carrying out. */
 
-NB_USHORT vga_nodew_reason(VGA_NODEW_COMMAND command, const VGA_NODEW_SITUATION &situation) {
-    const VGA_NODEW_COMMAND_ROW &row = gvga_nodew_commands[command];
-    if (situation.node == nullptr) {
-        return VGA_MSG_NODEW_NO_NODE;
-    }
-    if (situation.read_only && row.changes) {
-        return VGA_MSG_NODEW_LOOK_ONLY;
-    }
-    if (row.scope == VGA_NODEW_FOR_SELECTION && situation.type == VGA_VIEWER_SELECT_NONE) {
-        return VGA_MSG_NODEW_SELECT_FIRST;
-    }
-    return VGA_MSG_NODEW_NOT_FOR_THIS;
-}
-
 /* Keys and late clicks come in spite of insensitive buttons, so the states are looked at again. */
 NB_VOID vga_nodew_run(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command) {
     const VGA_NODEW_COMMAND_ROW &row = gvga_nodew_commands[command];
     VGA_NODEW_SITUATION situation = vga_nodew_situation(desc);
     if (!vga_nodew_offers(situation, command)) {
-        vga_message_node_window(&desc->common, vga_nodew_reason(command, situation));
+        vga_message_node_window(&desc->common, vga_nodew_reason(situation, command));
         return;
     }
     if (gvga_read_only && command == VGA_NODEW_ADD) {
@@ -179,25 +166,27 @@ NB_VOID vga_nodew_server(Widget widget, XtPointer client_data, XtPointer call_da
 struct VGA_NODEW_TOOL_ROW {
     VGA_NODEW_COMMAND command;             /* equals the index */
     const NB_CHAR *frame, *icon, *text;    /* widgets */
+    const NB_CHAR *popup;                  /* item of the lists' menu */
     const NB_CHAR *picture, *grey_picture; /* icons */
     NB_USHORT help;                        /* message */
 };
 
 static const VGA_NODEW_TOOL_ROW tools[VGA_NODEW_TOOL_COUNT] = {
     {VGA_NODEW_START, "*nodewStartButtonFrame", "*nodewStartButtonIcon", "*nodewStartButtonText",
-     "start", "startins", VGA_MSG_NODEW_HELP_START},
+     "*nodewStartPopup", "start", "startins", VGA_MSG_NODEW_HELP_START},
     {VGA_NODEW_STOP, "*nodewStopButtonFrame", "*nodewStopButtonIcon", "*nodewStopButtonText",
-     "stop", "stopins", VGA_MSG_NODEW_HELP_STOP},
-    {VGA_NODEW_ADD, "*nodewAddButtonFrame", "*nodewAddButtonIcon", "*nodewAddButtonText", "add",
-     "addins", VGA_MSG_NODEW_HELP_ADD},
+     "*nodewStopPopup", "stop", "stopins", VGA_MSG_NODEW_HELP_STOP},
+    {VGA_NODEW_ADD, "*nodewAddButtonFrame", "*nodewAddButtonIcon", "*nodewAddButtonText",
+     "*nodewAddPopup", "add", "addins", VGA_MSG_NODEW_HELP_ADD},
     {VGA_NODEW_DELETE, "*nodewDeleteButtonFrame", "*nodewDeleteButtonIcon",
-     "*nodewDeleteButtonText", "del", "delins", VGA_MSG_NODEW_HELP_DELETE},
+     "*nodewDeleteButtonText", "*nodewDeletePopup", "del", "delins", VGA_MSG_NODEW_HELP_DELETE},
     {VGA_NODEW_ZOOM, "*nodewZoomButtonFrame", "*nodewZoomButtonIcon", "*nodewZoomButtonText",
-     "zoom", "zoomins", VGA_MSG_NODEW_HELP_ZOOM},
+     "*nodewZoomPopup", "zoom", "zoomins", VGA_MSG_NODEW_HELP_ZOOM},
     {VGA_NODEW_STATUS, "*nodewStatusButtonFrame", "*nodewStatusButtonIcon",
-     "*nodewStatusButtonText", "status", "statusins", VGA_MSG_NODEW_HELP_STATUS},
+     "*nodewStatusButtonText", "*nodewStatusPopup", "status", "statusins",
+     VGA_MSG_NODEW_HELP_STATUS},
     {VGA_NODEW_COPY, "*nodewCopyButtonFrame", "*nodewCopyButtonIcon", "*nodewCopyButtonText",
-     "copy", "copyins", VGA_MSG_NODEW_HELP_COPY},
+     "*nodewCopyPopup", "copy", "copyins", VGA_MSG_NODEW_HELP_COPY},
 };
 
 /* Icon and text stand two levels below the frame of their tool. */
@@ -268,7 +257,8 @@ NB_USHORT vga_nodew_get_command_widgets(VGA_NODEW_DESC *desc) {
         return widget;
     };
     for (const VGA_NODEW_TOOL_ROW &row : tools) {
-        desc->tools[row.command] = {find(row.frame), find(row.icon), find(row.text)};
+        desc->tools[row.command] = {find(row.frame), find(row.icon), find(row.text),
+                                    find(row.popup)};
     }
     for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
         desc->items[row.command] = row.item != nullptr ? find(row.item) : nullptr;
@@ -310,6 +300,16 @@ NB_VOID vga_nodew_put_pixmaps(VGA_NODEW_DESC *desc) {
     }
 }
 
+NB_VOID vga_nodew_show_reason(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command, NB_USHORT message) {
+    vga_set_reason(desc->items[command], message);
+    if (command < VGA_NODEW_TOOL_COUNT) {
+        const VGA_NODEW_TOOL &tool = desc->tools[command];
+        for (Widget widget : {tool.icon, tool.text, tool.popup}) {
+            vga_set_reason(widget, message);
+        }
+    }
+}
+
 NB_VOID vga_nodew_show_allowed(VGA_NODEW_DESC *desc) {
     for (NB_USHORT command = 0; command < VGA_NODEW_COMMAND_COUNT; command++) {
         NB_USHORT on = desc->allowed[command];
@@ -317,6 +317,7 @@ NB_VOID vga_nodew_show_allowed(VGA_NODEW_DESC *desc) {
         if (command < VGA_NODEW_TOOL_COUNT) {
             vga_set_sensitive(desc->tools[command].icon, on);
             vga_set_sensitive(desc->tools[command].text, on);
+            vga_set_sensitive(desc->tools[command].popup, on);
         }
     }
     if (gvga_current_button != nullptr && !XtIsSensitive(gvga_current_button)) {

@@ -79,9 +79,6 @@ extern const VGA_NODEW_COMMAND_ROW gvga_nodew_commands[VGA_NODEW_COMMAND_COUNT];
 /* Carries a command out, or says in the message line why not. */
 NB_VOID vga_nodew_run(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command);
 
-/* The message that says why a command cannot be had. */
-NB_USHORT vga_nodew_reason(VGA_NODEW_COMMAND command, const VGA_NODEW_SITUATION &situation);
-
 /* The keys of the lists; the widget is the drawn button. */
 NB_VOID vga_nodew_add_items(Widget widget, XtPointer client_data, XtPointer call_data);
 NB_VOID vga_nodew_delete(Widget widget, XtPointer client_data, XtPointer call_data);
@@ -105,6 +102,9 @@ extern Widget gvga_current_button;
 
 /* Looks up the widgets of tool bar and menus; 0 when one is missing. */
 NB_USHORT vga_nodew_get_command_widgets(VGA_NODEW_DESC *desc);
+
+/* Has the widgets of a command say why it is off: under the pointer and in the message line. */
+NB_VOID vga_nodew_show_reason(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command, NB_USHORT message);
 
 /* Gives the tools, the keys of the panes and the node's line their pictures. */
 NB_VOID vga_nodew_put_pixmaps(VGA_NODEW_DESC *desc);

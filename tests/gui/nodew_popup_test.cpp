@@ -1,0 +1,245 @@
+// The menu of the node window's lists, and what its commands say when they are off.
+
+#include "nodew_fixture.h"
+
+#include "vgahint.h"
+
+#include <Xm/PushB.h>
+#include <Xm/RowColumn.h>
+
+namespace {
+
+class NodePopup : public NodeWindow {
+protected:
+    void SetUp() override {
+        NodeWindow::SetUp();
+        menu = part("*nodewPopup");
+        ASSERT_NE(menu, nullptr);
+        show_node();
+    }
+    void TearDown() override {
+        EXPECT_EQ(gvga_modal_firewall_count, 0U);
+        EXPECT_EQ(gvga_modal_firewall_widget, nullptr);
+        gvga_read_only = 0;
+        NodeWindow::TearDown();
+    }
+
+    static int middle_of(int line) {
+        return static_cast<int>(gvga_viewer_item_height) * line +
+               static_cast<int>(gvga_viewer_item_height) / 2;
+    }
+    // Button 3 is held until close_menu or a release over an entry.
+    void press3(NB_USHORT pane, int line) const {
+        gui::move_to(desc->panes[pane].draw_area, 120, middle_of(line));
+        gui::press(3);
+    }
+    bool posted() const {
+        XWindowAttributes attributes = {};
+        if (!XtIsManaged(menu) || !XtIsRealized(XtParent(menu))) {
+            return false;
+        }
+        XGetWindowAttributes(gvga_display, XtWindow(XtParent(menu)), &attributes);
+        return attributes.map_state == IsViewable;
+    }
+    void close_menu() const {
+        gui::move_to(gvga_toplevel, 2, 2);
+        gui::release(3);
+        EXPECT_TRUE(gui::wait_for([this] { return !posted(); }));
+    }
+    NB_VOID *selected() const { return vga_nodew_get_selection(desc, nullptr, nullptr); }
+
+    Widget menu = nullptr;
+};
+
+TEST_F(NodePopup, SelectsTheLineUnderThePointerFirst) {
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    ASSERT_EQ(selected(), ports[0]);
+    press3(VGA_NODEW_TOP_PANE, 2);
+    EXPECT_TRUE(posted());
+    EXPECT_EQ(selected(), ports[1]);
+    close_menu();
+
+    press3(VGA_NODEW_MIDDLE_PANE, 1);
+    EXPECT_TRUE(posted());
+    EXPECT_EQ(marked(), VGA_NODEW_MIDDLE_PANE) << "and its list";
+    EXPECT_EQ(node->connectivity_root.select_count, 0);
+    EXPECT_EQ(node->local_lu_root.select_count, 1);
+    EXPECT_NE(node->local_lu_root.top_items.last->selected, 0);
+    close_menu();
+
+    press3(VGA_NODEW_TOP_PANE, 0);
+    EXPECT_EQ(node->connectivity_root.select_count, 0) << "a fixed line";
+    close_menu();
+}
+
+TEST_F(NodePopup, KeepsASelectionThatHasTheLine) {
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    gui::click(desc->panes[VGA_NODEW_TOP_PANE].draw_area, 120, middle_of(2), {"Control_L"});
+    ASSERT_EQ(node->connectivity_root.select_count, 2);
+    press3(VGA_NODEW_TOP_PANE, 1);
+    EXPECT_EQ(node->connectivity_root.select_count, 2);
+    close_menu();
+    press3(VGA_NODEW_TOP_PANE, 9); // below all lines
+    EXPECT_TRUE(posted());
+    EXPECT_EQ(node->connectivity_root.select_count, 2);
+    close_menu();
+}
+
+TEST_F(NodePopup, KeysPostItBelowTheLineThatHasTheKeyboard) {
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    gui::key("Down");
+    ASSERT_EQ(selected(), ports[1]);
+    const std::vector<std::pair<const char *, std::vector<const char *>>> keys = {
+        {"F10", {"Shift_L"}}, {"Menu", {}}};
+    for (const auto &[key, modifiers] : keys) {
+        SCOPED_TRACE(key);
+        gui::key(key, modifiers);
+        ASSERT_TRUE(gui::wait_for([this] { return posted(); }));
+        Position list_top = 0, top = 0;
+        XtTranslateCoords(desc->panes[VGA_NODEW_TOP_PANE].draw_area, 0, 0, nullptr, &list_top);
+        XtTranslateCoords(menu, 0, 0, nullptr, &top);
+        EXPECT_NEAR(top - list_top, static_cast<int>(3 * gvga_viewer_item_height), 3);
+        EXPECT_EQ(selected(), ports[1]);
+        gui::key("Escape");
+        EXPECT_TRUE(gui::wait_for([this] { return !posted(); }));
+        EXPECT_EQ(XmGetFocusWidget(desc->common.widget), desc->panes[VGA_NODEW_TOP_PANE].draw_area);
+    }
+    gui::key("Down", {"Shift_L"}); // the list has its keys again
+    EXPECT_EQ(XtIsManaged(menu), False);
+}
+
+TEST_F(NodePopup, IsWorkedByMouseAndLetters) {
+    int calls = 0;
+    const auto count = [](Widget, XtPointer data, XtPointer) { ++*static_cast<int *>(data); };
+    Widget zoom = desc->tools[VGA_NODEW_ZOOM].popup;
+    XtAddCallback(zoom, XmNactivateCallback, count, &calls);
+    press3(VGA_NODEW_TOP_PANE, 1);
+    EXPECT_FALSE(XtIsSensitive(zoom));
+    XtSetSensitive(zoom, True);
+    gui::move_to(zoom, 10, 8);
+    gui::release(3);
+    EXPECT_EQ(calls, 1);
+    EXPECT_FALSE(posted());
+    gui::key("Menu");
+    ASSERT_TRUE(gui::wait_for([this] { return posted(); }));
+    XtSetSensitive(zoom, True);
+    gui::key("p");
+    EXPECT_EQ(calls, 2);
+    EXPECT_FALSE(posted());
+}
+
+TEST_F(NodePopup, MessagesWaitForIt) {
+    press3(VGA_NODEW_TOP_PANE, 1);
+    EXPECT_EQ(vga_modal_firewall_up(), 1);
+    vga_display_error_dialog(&desc->common, VGA_MSG_DIALOG_FAILED, "dlgfail", nullptr, 0, "");
+    gui::settle();
+    EXPECT_EQ(desc->common.modal_dlg.showing, 0);
+    EXPECT_TRUE(posted());
+    close_menu();
+    EXPECT_TRUE(gui::wait_for([this] { return desc->common.modal_dlg.showing != 0; }));
+    vga_close_modal_dialog(&desc->common);
+    gui::settle();
+}
+
+TEST_F(NodePopup, StaysAwayWhileAnotherButtonIsHeld) {
+    gui::move_to(desc->panes[VGA_NODEW_TOP_PANE].draw_area, 120, middle_of(1));
+    gui::press();
+    gui::press(3);
+    EXPECT_FALSE(posted());
+    gui::release(3);
+    gui::release();
+    EXPECT_EQ(selected(), ports[0]);
+}
+
+// The menu's parent, which the toolkit watches for the button, too.
+TEST_F(NodePopup, TheTitleOfAListHasNoMenu) {
+    gui::move_to(desc->panes[VGA_NODEW_TOP_PANE].title, 5, 5);
+    gui::press(3);
+    EXPECT_FALSE(posted());
+    gui::release(3);
+    EXPECT_FALSE(posted());
+    click_line(VGA_NODEW_TOP_PANE, 2);
+    EXPECT_EQ(selected(), ports[1]) << "the mouse is free again";
+}
+
+TEST_F(NodePopup, OffersWhatTheToolBarOffers) {
+    press3(VGA_NODEW_TOP_PANE, 1);
+    for (NB_USHORT command = 0; command < VGA_NODEW_TOOL_COUNT; command++) {
+        const VGA_NODEW_TOOL &tool = desc->tools[command];
+        EXPECT_EQ(XtIsSensitive(tool.popup), XtIsSensitive(tool.icon)) << XtName(tool.popup);
+        EXPECT_STREQ(vga_shown_hint(tool.popup), vga_shown_hint(tool.text));
+    }
+    close_menu();
+}
+
+// Reasons.
+
+TEST_F(NodePopup, WhatIsOffSaysWhyUnderThePointer) {
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    const std::string before = message();
+    gui::move_to(desc->tools[VGA_NODEW_START].icon, 8, 8);
+    EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_ACTIVE_ALREADY));
+    gui::move_to(desc->panes[0].draw_area, 200, 60);
+    EXPECT_EQ(message(), before);
+
+    gui::click(part("*nodewSelection"), 8, 8);
+    gui::move_to(desc->items[VGA_NODEW_START], 8, 8);
+    EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_ACTIVE_ALREADY)) << "in the menu, too";
+    gui::key("Escape");
+    gui::move_to(desc->panes[0].draw_area, 200, 60);
+    EXPECT_EQ(message(), before);
+
+    gui::move_to(desc->tools[VGA_NODEW_START].text, 8, 4);
+    click_line(VGA_NODEW_MIDDLE_PANE, 0);
+    EXPECT_STREQ(vga_shown_hint(desc->tools[VGA_NODEW_START].text),
+                 vga_message(VGA_MSG_NODEW_NOT_STARTABLE));
+}
+
+struct REASON_CASE {
+    VGA_NODEW_COMMAND command;
+    NB_SHORT type;
+    NB_LONG count;
+    NB_ULONG node_state;
+    NB_UCHAR status;
+    NB_USHORT defined, read_only, message;
+};
+
+TEST(NodeWindowReasons, FitTheSituation) {
+    constexpr NB_SHORT none = VGA_VIEWER_SELECT_NONE;
+    constexpr NB_ULONG up = NAP_NODE_ACTIVE, down = NAP_NODE_STOPPED;
+    static const REASON_CASE cases[] = {
+        {VGA_NODEW_ZOOM, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_SELECT_FIRST},
+        {VGA_NODEW_START, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_ACTIVE_ALREADY},
+        {VGA_NODEW_STOP, none, 0, down, 0, 1, 0, VGA_MSG_NODEW_NOT_ACTIVE},
+        {VGA_NODEW_STOP, none, 0, NAP_NODE_BACK_LEVEL, 0, 1, 0, VGA_MSG_NODEW_WRONG_STATE},
+        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, up, NAP_ACTIVE, 1, 0, VGA_MSG_NODEW_ACTIVE_ALREADY},
+        {VGA_NODEW_STOP, VGA_VIEWER_PORT, 1, up, NAP_NOT_ACTIVE, 1, 0, VGA_MSG_NODEW_NOT_ACTIVE},
+        {VGA_NODEW_STOP, VGA_VIEWER_PORT, 1, up, 200, 1, 0, VGA_MSG_NODEW_WRONG_STATE},
+        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, down, 0, 1, 0, VGA_MSG_NODEW_NODE_NOT_ACTIVE},
+        {VGA_NODEW_START, VGA_VIEWER_LU62, 1, up, 0, 1, 0, VGA_MSG_NODEW_NOT_STARTABLE},
+        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, up, NAP_NOT_ACTIVE, 1, 1, VGA_MSG_NODEW_LOOK_ONLY},
+        {VGA_NODEW_ZOOM, VGA_VIEWER_PORT, 2, up, 0, 1, 0, VGA_MSG_NODEW_ONE_ONLY},
+        {VGA_NODEW_COPY, VGA_VIEWER_LS, 1, up, 0, 0, 0, VGA_MSG_NODEW_NOT_DEFINED},
+        {VGA_NODEW_DELETE, VGA_VIEWER_MODE, 1, up, 0, 1, 0, VGA_MSG_NODEW_NOT_FOR_THIS},
+        {VGA_NODEW_STATUS, VGA_VIEWER_USER, 1, up, 0, 1, 0, VGA_MSG_NODEW_NOT_FOR_THIS},
+        {VGA_NODEW_DELETE, VGA_VIEWER_PORT, 1, up, 0, 1, 0, VGA_MSG_NODEW_LATER},
+        {VGA_NODEW_ZOOM, VGA_VIEWER_MODE, 1, up, 0, 1, 0, 0},
+        {VGA_NODEW_ADD, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_MARK_FIRST},
+        {VGA_NODEW_TN_SERVER, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_NOT_SUPPORTED},
+        {VGA_NODEW_TRACING, none, 0, NAP_NODE_UNCONFIGURED, 0, 1, 0, VGA_MSG_NODEW_WRONG_STATE},
+        {VGA_NODEW_RJE_WKSTN, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_NOT_INSTALLED},
+    };
+    const NB_USHORT rje = gvga_supported[VGA_SUPPORTED_RJE];
+    gvga_supported[VGA_SUPPORTED_RJE] = 0;
+    VGA_NODE node = {};
+    for (const REASON_CASE &row : cases) {
+        node.node_state = row.node_state;
+        const VGA_NODEW_SITUATION situation = {&node,     row.read_only, 0,          row.type,
+                                               row.count, row.status,    row.defined};
+        EXPECT_EQ(vga_nodew_reason(situation, row.command), row.message) << &row - cases;
+    }
+    gvga_supported[VGA_SUPPORTED_RJE] = rje;
+    EXPECT_EQ(vga_nodew_reason({}, VGA_NODEW_START), VGA_MSG_NODEW_NO_NODE);
+}
+
+} // namespace
