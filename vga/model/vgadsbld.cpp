@@ -10,6 +10,7 @@
 #include "vgahooks.h"
 #include "vganofbd.h"
 #include "vgarec.h"
+#include "vgavlog.h"
 #include <algorithm>
 #include <array>
 #include <span>
@@ -100,7 +101,7 @@ NB_VOID start_step(const BUILD &build, NB_USHORT id) {
     if (issued < 0) {
         step_done(build, step);
     } else if (issued == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
 }
 
@@ -132,7 +133,7 @@ NB_USHORT list_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
     const NB_UCHAR *owner = step.kind == OWNED_LIST ? query.key : nullptr;
     if (vga_list_goes_on(list, vcb, last)) {
         if (issue_list_step(build, step, owner, &last) == 0) {
-            VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+            VGA_BUILD_EXIT();
         }
         return 0;
     }
@@ -141,7 +142,7 @@ NB_USHORT list_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
         return 1;
     }
     if (issue_list_step(build, step, owner, nullptr) == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
     return 0;
 }
@@ -150,7 +151,7 @@ NB_USHORT mode_answered(const NAP_VCB *vcb) {
     if (vcb->primary_rc == NAP_PARAMETER_CHECK && vcb->secondary_rc == NAP_NO_PERMISSION) {
         gvga_read_only = 1;
     } else if (vcb->primary_rc != NAP_OK) {
-        vga_query_failed(vcb, __FILE__, __LINE__);
+        vga_query_failed(vcb, gvga_build_module, __LINE__);
         return 0;
     }
     return 1;
@@ -171,21 +172,13 @@ NB_USHORT step_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
     case REGISTER:
     case RECORD:
         if (vcb->primary_rc != NAP_OK) {
-            vga_query_failed(vcb, __FILE__, __LINE__);
+            vga_query_failed(vcb, gvga_build_module, __LINE__);
         } else if (step.store != nullptr) {
             step.store(build.node, vcb);
         }
         break;
     }
     return gvga_exit_code == 0;
-}
-
-NB_VOID advance(const BUILD &build, const VGA_PROCESS_STATE &work) {
-    const STEP *step = find_step(build, work);
-    NB_ASSERT(step != NULL);
-    if (step != nullptr && step_answered(build, *step, work.vcb)) {
-        step_done(build, *step);
-    }
 }
 
 template <size_t Count>
@@ -201,6 +194,33 @@ NB_USHORT check_flags(const NB_USHORT (&flags)[Count], NB_CHAR (*text)[Count + 1
         (*text)[Count] = '\0';
     }
     return clear;
+}
+
+/* Says in the verb log what is outstanding. */
+NB_VOID log_flags(const BUILD &build) {
+    if (gvga_verb_log == nullptr) {
+        return;
+    }
+    if (build.node != nullptr) {
+        NB_CHAR text[VGA_NODE_CHAINS + 1];
+        vga_check_node_startup(build.node, &text);
+        vga_log_startup(build.node->name, text);
+    } else {
+        NB_CHAR text[VGA_SYSTEM_CHAINS + 1];
+        vga_check_system_startup(&text);
+        vga_log_startup(nullptr, text);
+    }
+}
+
+NB_VOID advance(const BUILD &build, const VGA_PROCESS_STATE &work) {
+    const STEP *step = find_step(build, work);
+    NB_ASSERT(step != NULL);
+    if (step != nullptr && step_answered(build, *step, work.vcb)) {
+        step_done(build, *step);
+        if (step->chain != VGA_NO_CHAIN) {
+            log_flags(build);
+        }
+    }
 }
 
 NB_VOID announce_if_complete(NB_VOID) {
@@ -256,7 +276,7 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
 
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node) {
     if (vga_issue_connect_node(node->name, node->handle, vga_build_unconfigured_node) == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
 }
 
@@ -275,7 +295,7 @@ NB_VOID vga_rebuild_logging(NB_VOID) {
 }
 
 NB_VOID vga_build_system(const VGA_PROCESS_STATE *work) {
-    if (nba_validate_handle(work->user_data) != gvga_system) {
+    if (gvga_system == nullptr || nba_validate_handle(work->user_data) != gvga_system) {
         return;
     }
     NB_USHORT node_list = gvga_system->startup_status[VGA_NODE_LIST];
