@@ -395,6 +395,62 @@ TEST_P(LiveModel, StaysConsistentThroughDeletionsAndRebuilds) {
     EXPECT_FALSE(HasFailure()) << history;
 }
 
+/* Every record with its handle, and with a dialog when it has a line. */
+std::map<NB_VOID *, NB_ULONG> open_dialogs(VGA_DIALOG *dialog) {
+    std::map<NB_VOID *, NB_ULONG> handles;
+    walk_model([&handles, dialog](auto &record, const char *) {
+        handles[&record] = record.handle;
+        record.gui_data.dialog = record.gui_data.listed ? dialog : nullptr;
+    });
+    return handles;
+}
+
+TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
+    build();
+    const std::string whole = dump_model();
+    VGA_DIALOG dialog = {};
+    const auto before = open_dialogs(&dialog);
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links,
+                 [](VGA_NODE &node) { vga_start_build_node(&node); });
+    vga_rebuild_system();
+    run(3);
+    EXPECT_EQ(dump_model(), whole);
+    walk_model([&dialog](auto &record, const char *type) {
+        EXPECT_EQ(record.gui_data.dialog, record.gui_data.listed ? &dialog : nullptr) << type;
+    });
+    const auto after = open_dialogs(nullptr);
+    for (const auto &[record, handle] : before) {
+        const auto found = after.find(record);
+        ASSERT_TRUE(found != after.end());
+        EXPECT_EQ(found->second, handle);
+    }
+}
+
+/* Wherever the build is when a node is taken out: its answers come for nobody. */
+TEST_P(LiveModel, ANodeGoesWhileItsVerbsAreInFlight) {
+    for (unsigned answered = 5; answered < 120 && !HasFailure(); answered += 9) {
+        SCOPED_TRACE(answered);
+        vga_start_build_system();
+        std::mt19937 random(answered);
+        for (unsigned at = 0; at < answered && !scripted_nof.in_flight.empty(); at++) {
+            const size_t index = random() % scripted_nof.in_flight.size();
+            const ISSUED_VERB verb = scripted_nof.in_flight[index];
+            domain->answer(verb);
+            scripted_nof.complete(index, verb.vcb->primary_rc, verb.vcb->secondary_rc);
+        }
+        if (auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes))) {
+            vga_do_free_node_res(node, 0, nullptr);
+            vga_delete_vga_node(node);
+        }
+        check_model();
+        run(answered);
+        check_model();
+        end();
+        scripted_nof.reset();
+        begin();
+    }
+}
+
 TEST_P(LiveModel, IsWholeAgainAfterItsNodesWereFreed) {
     build();
     const std::string whole = dump_model();

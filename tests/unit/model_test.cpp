@@ -3,6 +3,7 @@
 
 #include "modelwalk.h"
 #include "nofverbs.h"
+#include "reports.h"
 #include "scriptednof.h"
 #include "vgadsadd.h"
 #include "vgadsbld.h"
@@ -11,6 +12,7 @@
 #include "vgaglob.h"
 #include "vgahooks.h"
 #include "vgarec.h"
+#include "vgavlog.h"
 #include <algorithm>
 #include <map>
 #include <random>
@@ -193,7 +195,7 @@ struct FAKE_NODE {
             answer_list(reinterpret_cast<NAP_QUERY_LIST &>(vcb));
         } else if (vcb.opcode == NAP_OPEN_FILE) {
             auto &open = reinterpret_cast<NAP_OPEN_FILE_VERB &>(vcb);
-            open.target_handle = 100U + open.file;
+            open.target_handle = 100U + 10U * opens++ + open.file;
         } else if (vcb.opcode == NAP_CONNECT_NODE) {
             reinterpret_cast<NAP_CONNECT_NODE_VERB &>(vcb).target_handle = 200U + connects++;
         } else if (vcb.opcode == NAP_QUERY_NODE) {
@@ -206,6 +208,7 @@ struct FAKE_NODE {
     }
 
     NB_ULONG connects = 0;
+    NB_ULONG opens = 0;
 };
 
 int built;
@@ -234,8 +237,11 @@ protected:
     /* Answers everything that comes, in an order that the seed decides. */
     void run(unsigned seed = 1) {
         SCOPED_TRACE(seed);
-        std::mt19937 random(seed);
         vga_start_build_system();
+        answer_all(seed);
+    }
+    void answer_all(unsigned seed) {
+        std::mt19937 random(seed);
         while (!scripted_nof.in_flight.empty() && gvga_exit_code == 0) {
             size_t index = random() % scripted_nof.in_flight.size();
             ISSUED_VERB verb = scripted_nof.in_flight[index];
@@ -445,6 +451,45 @@ TEST_F(Model, WhatCannotBeOpenedIsDoneWithout) {
     EXPECT_EQ(gvga_exit_subcode, NB_ULONG{NAP_OPEN_FILE});
 }
 
+/* What is opened again is closed first. */
+TEST_F(Model, ARebuildLeavesNothingOpen) {
+    run();
+    node.asked.clear();
+    vga_rebuild_system();
+    vga_rebuild_sna_net();
+    vga_start_build_node(only_node());
+    answer_all(5);
+    EXPECT_EQ(gvga_exit_code, 0);
+    EXPECT_TRUE(vga_check_system_startup(nullptr));
+    const auto times = [this](NB_USHORT opcode) {
+        return std::count(node.asked.begin(), node.asked.end(), opcode);
+    };
+    EXPECT_EQ(times(NAP_CLOSE_FILE), times(NAP_OPEN_FILE));
+    EXPECT_EQ(times(NAP_OPEN_FILE), 4) << "the network file by both";
+    EXPECT_EQ(times(NAP_DISCONNECT_NODE), 1);
+}
+
+TEST_F(Model, TheVerbLogTellsHowFarItIs) {
+    FILE *file = tmpfile();
+    ASSERT_NE(file, nullptr);
+    gvga_verb_log = file;
+    run();
+    rewind(file);
+    std::vector<std::string> texts;
+    for (char line[400]; fgets(line, sizeof(line), file) != nullptr;) {
+        const char *at = strstr(line, " start-up ");
+        const char *name = at != nullptr ? strstr(at, "\"corvid1\"  ") : nullptr;
+        if (name != nullptr) {
+            texts.emplace_back(name + strlen("\"corvid1\"  "), VGA_NODE_CHAINS + 1);
+        }
+    }
+    vga_close_verb_log();
+    ASSERT_GT(texts.size(), 20U);
+    EXPECT_EQ(texts.front(), "0" + std::string(VGA_NODE_CHAINS - 1, '1') + "\n")
+        << "the connection is the first chain";
+    EXPECT_EQ(texts.back(), std::string(VGA_NODE_CHAINS, '0') + "\n");
+}
+
 TEST_F(Model, ANodeThatDiesDropsOutAndTheOthersFinish) {
     node.add(NAP_QUERY_NODE_ALL, node_entry("corvid2"));
     vga_start_build_system();
@@ -498,6 +543,159 @@ TEST_F(Model, DeletingALinkStationTakesItsPuAndLusWithIt) {
     EXPECT_EQ(ntl_avl_validate(&only_node()->link_stations), 0);
     EXPECT_EQ(line_names(only_node()->connectivity_root, connectivity_name),
               "(placeholder) LINE0 ");
+}
+
+TEST_F(Model, ADlcWithoutPortsGoesAlone) {
+    add_branch();
+    node.add(NAP_QUERY_DLC, dlc_entry("EMPTY"));
+    run();
+    const size_t records = check_model();
+    vga_delete_vga_dlc(vga_find_dlc(only_node(), reinterpret_cast<const NB_UCHAR *>("EMPTY   ")));
+    EXPECT_EQ(check_model(), records - 1);
+}
+
+/* The dialog stays open, and says nothing of a record any more. */
+TEST_F(Model, ADeletedPortLetsGoOfItsDialog) {
+    add_branch();
+    run();
+    REPORTS reports;
+    for (const char *name : {"ETH0    ", "ETH1    "}) {
+        VGA_PORT *port = vga_find_port(only_node(), reinterpret_cast<const NB_UCHAR *>(name));
+        VGA_DIALOG dialog = {};
+        NB_INIT_LIST(dialog.children_root_lqe);
+        dialog.parent_item = name[3] == '0' ? static_cast<NB_VOID *>(port) : only_node();
+        port->gui_data.dialog = &dialog;
+        vga_delete_vga_port(port);
+        EXPECT_EQ(dialog.parent_item, nullptr);
+        EXPECT_EQ(reports.take().find("port->gui_data.dialog->parent_item == (NB_VOID *)port") ==
+                      std::string::npos,
+                  name[3] == '0')
+            << name;
+    }
+}
+
+VGA_LS *find_ls(const char *name) {
+    auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+    return vga_find_ls(node, reinterpret_cast<const NB_UCHAR *>(name));
+}
+
+/* Whatever the order in which link stations and PUs are redefined and go, neither refers to one
+ * that is not there, and the LUs' lines stand below the link station that their PU is on. */
+TEST_F(Model, APuAndItsLinkStationChangePartners) {
+    auto put_ls = [](NAP_LS_DATA entry, NB_UCHAR partner) {
+        entry.def_data.adj_cp_type = partner;
+        VGA_LS *ls = find_ls(reinterpret_cast<const char *>(entry.ls_name));
+        EXPECT_EQ(vga_insert_vga_ls(vga_init_vga_ls(ls->parent, &entry)), ls);
+        check_model();
+    };
+    for (int first_to_go = 0; first_to_go < 2; first_to_go++) {
+        node.lists.clear();
+        node.add(NAP_QUERY_NODE_ALL, node_entry("corvid1"));
+        add_branch();
+        vga_rebuild_system();
+        answer_all(1);
+        VGA_LS *host = find_ls("HOST    ");
+        VGA_LS *teller = find_ls("TELLER1 ");
+        VGA_LOCAL_PU *pu = host->local_pu;
+        auto *lu = static_cast<VGA_LU03 *>(AVL_FIRST(pu->lus));
+        EXPECT_EQ(lu->gui_data.viewer.parent, &host->gui_data.viewer);
+
+        put_ls(ls_entry("HOST", "LINE0", "NEWPU"), NAP_ADJ_HOST);
+        EXPECT_NE(host->local_pu, pu);
+        EXPECT_EQ(pu->ls_entry, nullptr);
+        EXPECT_FALSE(lu->gui_data.listed);
+
+        auto entry = new_entry<NAP_PU_DATA>();
+        memcpy(entry.pu_name, pu->name, sizeof(pu->name));
+        memcpy(entry.def_data.ls_name, teller->name, sizeof(teller->name));
+        EXPECT_EQ(vga_insert_vga_local_pu(vga_init_vga_local_pu(only_node(), &entry)), pu);
+        EXPECT_EQ(teller->local_pu, pu);
+        EXPECT_EQ(lu->gui_data.viewer.parent, &teller->gui_data.viewer);
+
+        put_ls(ls_entry("HOST", "LINE0", "BELOW"), NAP_ADJ_DOWNSTREAM);
+        VGA_DOWN_PU *below = host->down_pu;
+        ASSERT_NE(below, nullptr);
+        vga_delete_vga_ls(first_to_go == 0 ? host : teller);
+        check_model();
+        if (first_to_go == 0) {
+            EXPECT_EQ(below->ls_entry, nullptr) << "the PU of the host goes, this one stays";
+            EXPECT_EQ(teller->local_pu, pu);
+        } else {
+            EXPECT_EQ(below->ls_entry, host);
+            EXPECT_EQ(ntl_avl_validate(&gvga_system->dependent_lus), 0);
+        }
+        vga_delete_node_contents(only_node());
+        check_model();
+        vga_delete_vga_node(only_node());
+    }
+}
+
+/* One that a status check finds attached in another way keeps its line. */
+TEST_F(Model, APuServedByADependentLuServerMayChange) {
+    run();
+    auto entry = new_entry<NAP_PU_DATA>();
+    set_ebcdic(entry.pu_name, "SERVED");
+    entry.host_attachment = NAP_DLUR_ATTACHED;
+    VGA_LOCAL_PU *pu = vga_insert_vga_local_pu(vga_init_vga_local_pu(only_node(), &entry));
+    EXPECT_TRUE(pu->gui_data.listed);
+    entry.host_attachment = NAP_DIRECT_ATTACHED;
+    EXPECT_EQ(vga_insert_vga_local_pu(vga_init_vga_local_pu(only_node(), &entry)), pu);
+    check_model();
+    vga_delete_vga_local_pu(pu);
+    check_model();
+}
+
+TEST_F(Model, AnotherLuOfTheNameStandsInTheDomain) {
+    constexpr int holders = 6;
+    for (unsigned seed = 1; seed <= 8; seed++) {
+        std::vector<VGA_LU03 *> lus;
+        vga_rebuild_system();
+        answer_all(seed);
+        for (int pu_number = 0; pu_number < holders; pu_number++) {
+            auto entry = new_entry<NAP_PU_DATA>();
+            const std::string name = "PU" + std::to_string(pu_number);
+            set_ebcdic(entry.pu_name, name);
+            VGA_LOCAL_PU *pu = vga_insert_vga_local_pu(vga_init_vga_local_pu(only_node(), &entry));
+            for (const char *lu_name : {"SAME", "ALSO"}) {
+                auto lu = lu03_entry(lu_name, name);
+                lus.push_back(vga_insert_vga_lu03(vga_init_vga_lu03(pu, &lu)));
+            }
+        }
+        std::shuffle(lus.begin(), lus.end(), std::mt19937(seed));
+        while (!lus.empty()) {
+            vga_delete_vga_lu03(lus.back());
+            lus.pop_back();
+            for (const VGA_LU03 *lu : lus) {
+                auto *found = static_cast<VGA_LU03 *>(
+                    ntl_avl_find(&gvga_system->dependent_lus, &lu->domain_key));
+                ASSERT_NE(found, nullptr) << lus.size();
+                EXPECT_NE(std::find(lus.begin(), lus.end(), found), lus.end());
+            }
+            check_model();
+        }
+        EXPECT_EQ(ntl_avl_validate(&gvga_system->dependent_lus), 0);
+        vga_delete_vga_node(only_node());
+    }
+}
+
+TEST_F(Model, ARedefinedLuLeavesItsOldPool) {
+    add_branch();
+    run();
+    for (const char *name : {"POOLA", "POOLB"}) {
+        auto entry = new_entry<NAP_LU_POOL_DATA>();
+        set_ebcdic(entry.pool_name, name);
+        VGA_POOL *pool = vga_insert_vga_pool(vga_init_vga_pool(only_node(), &entry));
+        set_ebcdic(entry.lu_name, "DISP1");
+        vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pool, &entry));
+        auto lu = lu03_entry("DISP1", "HOSTPU");
+        memcpy(lu.def_data.pool_name, entry.pool_name, sizeof(entry.pool_name));
+        VGA_LOCAL_PU *pu = find_ls("HOST    ")->local_pu;
+        EXPECT_EQ(vga_insert_vga_lu03(vga_init_vga_lu03(pu, &lu)), AVL_FIRST(pu->lus));
+        EXPECT_EQ(ntl_avl_validate(&pool->lu_tree), 1);
+    }
+    auto *pool = static_cast<VGA_POOL *>(AVL_FIRST(only_node()->pools));
+    EXPECT_EQ(ntl_avl_validate(&pool->lu_tree), 0);
+    check_model();
 }
 
 TEST_F(Model, PartnersMoveToTheSystemThatTheDirectoryNames) {

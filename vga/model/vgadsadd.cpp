@@ -93,6 +93,15 @@ NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::init(VGA_EXTRA_DATA &extra) {
     extra.kind = VGA_EXTRA_DISPLAY_NAME;
 }
 
+NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::merged(VGA_EXTRA_DATA &kept, VGA_EXTRA_DATA &fresh) {
+    AVL_TREE &names = kept.parent->parent->extra_list;
+    if (AVL_IN_TREE(kept.links)) {
+        ntl_avl_delete(&names, &kept.links);
+    }
+    memcpy(kept.name, fresh.name, sizeof(kept.name));
+    ntl_avl_insert(&names, &kept.links);
+}
+
 NB_VOID VGA_RECORD_TYPE<VGA_DSPU_TEMPLATE>::init(VGA_DSPU_TEMPLATE &pu) {
     VGA_COPY_KEY(pu.name, pu.vcb->template_name);
     vga_init_tree(pu.lu_templates, vga_compare_dslu_template);
@@ -236,13 +245,15 @@ VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record) {
     return vga_insert_record(record);
 }
 
-/* An LU has one set of additional data; a later one takes its place. */
+/* An LU has one set of additional data, whatever it is called. */
 VGA_EXTRA_DATA *vga_init_vga_extra_data(VGA_LU03 *owner, const NAP_EXTRA_DATA_DATA *entry) {
     return vga_init_record<VGA_EXTRA_DATA>(owner, entry);
 }
 VGA_EXTRA_DATA *vga_insert_vga_extra_data(VGA_EXTRA_DATA *record) {
     VGA_LU03 &lu = *record->parent;
-    vga_delete_lu03_extra_data(&lu);
+    if (lu.extra_data != nullptr) {
+        return vga_merge_record(record, lu.extra_data);
+    }
     lu.extra_data = record;
     ntl_avl_insert(&lu.parent->extra_list, &record->links);
     return record;

@@ -59,7 +59,9 @@ VGA_SLSEC_DEF *first_password(const VGA_LU62 &lu) {
 
 /* A busy node asks for the same once more. */
 NB_VOID disconnect_done(const VGA_PROCESS_STATE *work) {
-    if (work->vcb->primary_rc == NAP_STATE_CHECK && work->vcb->secondary_rc == NAP_NODE_BUSY) {
+    NB_USHORT busy =
+        work->vcb->primary_rc == NAP_STATE_CHECK && work->vcb->secondary_rc == NAP_NODE_BUSY;
+    if (busy && work->vcb->opcode == NAP_DISCONNECT_NODE) {
         vga_issue_disconnect_node(work->target, work->user_data, disconnect_done);
     }
 }
@@ -288,7 +290,7 @@ NB_VOID vga_replace_target(NB_ULONG &target, NB_ULONG fresh, NB_ULONG user_data,
     NB_ULONG old = std::exchange(target, fresh);
     if (old != 0 && old != fresh) {
         vga_purge_verb_queue(old, 0, nullptr, 0, nullptr);
-        close(old, user_data, vga_no_completion);
+        close(old, user_data, disconnect_done);
     }
 }
 

@@ -142,6 +142,7 @@ template <> struct VGA_RECORD_TYPE<VGA_EXTRA_DATA> : VGA_RECORD_DEFAULTS<VGA_EXT
         return {{{&extra.parent->parent->extra_list, &extra.links, extra.name, 1}}};
     }
     static NB_VOID init(VGA_EXTRA_DATA &extra);
+    static NB_VOID merged(VGA_EXTRA_DATA &kept, VGA_EXTRA_DATA &fresh);
 };
 
 template <>
