@@ -47,15 +47,19 @@ const STEP &step_of(const BUILD &build, NB_USHORT id) {
                          [id](const STEP &step) { return step.id == id; });
 }
 
+NB_VOID start_steps(const BUILD &build, std::span<const NB_USHORT> ids) {
+    for (NB_USHORT id : ids) {
+        if (id != VGA_NO_STEP && gvga_exit_code == 0) {
+            start_step(build, id);
+        }
+    }
+}
+
 NB_VOID step_done(const BUILD &build, const STEP &step) {
     if (step.chain != VGA_NO_CHAIN) {
         build.flag(step.chain) = 0;
     }
-    for (NB_USHORT next : step.next) {
-        if (next != VGA_NO_STEP && gvga_exit_code == 0) {
-            start_step(build, next);
-        }
-    }
+    start_steps(build, step.next);
 }
 
 NB_USHORT issue_list_step(const BUILD &build, const STEP &step, const NB_UCHAR *owner,
@@ -349,12 +353,12 @@ NB_USHORT vga_check_node_startup(const VGA_NODE *node, NB_CHAR (*text)[VGA_NODE_
 NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node) {
     static constexpr struct {
         NB_USHORT kind;
-        NB_USHORT step;
+        NB_USHORT steps[3];
     } phases[] = {
-        {VGA_PHASE_LOCAL_PUS, N_LU03},
-        {VGA_PHASE_DOWN_PUS, N_DOWN_LU},
-        {VGA_PHASE_CONNECTION_NETWORKS, N_CN_PORT},
-        {VGA_PHASE_LOCAL_LUS, N_REG_PLU},
+        {VGA_PHASE_LOCAL_PUS, {N_LU03}},
+        {VGA_PHASE_DOWN_PUS, {N_DOWN_LU}},
+        {VGA_PHASE_CONNECTION_NETWORKS, {N_CN_PORT}},
+        {VGA_PHASE_LOCAL_LUS, {N_LU_PARTNERS, N_LU_MODES, N_LU_PASSWORDS}},
     };
     NB_ASSERT(node != NULL);
     if (kind == VGA_PHASE_COMPLETE) {
@@ -363,7 +367,7 @@ NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node) {
     }
     for (const auto &phase : phases) {
         if (phase.kind == kind && node != nullptr) {
-            start_step(node_build(node), phase.step);
+            start_steps(node_build(node), phase.steps);
             return;
         }
     }
