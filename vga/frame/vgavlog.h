@@ -1,6 +1,7 @@
 /* The verb log: a line for each verb on its way to the node software, for each answer, for each
- * block that comes unasked, and for each chain of the build that is done.  Off unless the resource ".verbLog" names a file; while it is off, a
- * call costs one test.  Lines are appended and flushed one by one:
+ * block that comes unasked, and for each chain of the build that is done.  Off unless the resource
+ * ".verbLog" names a file; while it is off, a call costs one test.  Lines are appended and flushed
+ * one by one:
  *
  *   date time | what happened | target | verb, opcode [| codes [| elapsed]] [| what it is about]
  *

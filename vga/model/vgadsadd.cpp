@@ -75,9 +75,8 @@ NB_USHORT VGA_RECORD_TYPE<VGA_DOWN_PU>::settled(VGA_DOWN_PU &pu) {
 /* Those of a name form a ring; one of them stands in the domain's index. */
 NB_VOID VGA_RECORD_TYPE<VGA_LU03>::linked(VGA_LU03 &lu) {
     auto *known = static_cast<VGA_LU03 *>(
-        AVL_IN_TREE(lu.domain_links)
-            ? &lu
-            : ntl_avl_find(&gvga_system->dependent_lus, &lu.domain_key));
+        AVL_IN_TREE(lu.domain_links) ? &lu
+                                     : ntl_avl_find(&gvga_system->dependent_lus, &lu.domain_key));
     lu.previous_namesake = known;
     lu.next_namesake = known != &lu ? known->next_namesake : known;
     lu.next_namesake->previous_namesake = &lu;

@@ -71,8 +71,7 @@ NB_VOID status_follows(VGA_DOWN_PU *pu) {
 /* The pool that has the LU shows whether it is active and in use. */
 NB_VOID status_follows(VGA_LU03 *lu) {
     NAP_LU03_DATA data = *lu->vcb;
-    VGA_POOL_LU *member =
-        vga_find_pool_lu(lu->parent->parent, data.def_data.pool_name, lu->name);
+    VGA_POOL_LU *member = vga_find_pool_lu(lu->parent->parent, data.def_data.pool_name, lu->name);
     if (member != nullptr) {
         member->vcb->lu_active = data.det_data.lu_sscp_sess_active;
         member->vcb->lu_in_use = data.det_data.plu_sess_active || data.det_data.appl_conn_active;
