@@ -17,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <regex>
 #include <set>
 
 SCRIPTED_NOF_ENTRY
@@ -393,6 +394,120 @@ TEST_P(LiveModel, StaysConsistentThroughDeletionsAndRebuilds) {
         check_model();
     }
     EXPECT_FALSE(HasFailure()) << history;
+}
+
+/* Every record with its handle, and with a dialog when it has a line. */
+std::map<NB_VOID *, NB_ULONG> open_dialogs(VGA_DIALOG *dialog) {
+    std::map<NB_VOID *, NB_ULONG> handles;
+    walk_model([&handles, dialog](auto &record, const char *) {
+        handles[&record] = record.handle;
+        record.gui_data.dialog = record.gui_data.listed ? dialog : nullptr;
+    });
+    return handles;
+}
+
+TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
+    build();
+    const std::string whole = dump_model();
+    VGA_DIALOG dialog = {};
+    const auto before = open_dialogs(&dialog);
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links,
+                 [](VGA_NODE &node) { vga_start_build_node(&node); });
+    vga_rebuild_system();
+    run(3);
+    EXPECT_EQ(dump_model(), whole);
+    walk_model([&dialog](auto &record, const char *type) {
+        EXPECT_EQ(record.gui_data.dialog, record.gui_data.listed ? &dialog : nullptr) << type;
+    });
+    const auto after = open_dialogs(nullptr);
+    for (const auto &[record, handle] : before) {
+        const auto found = after.find(record);
+        ASSERT_TRUE(found != after.end());
+        EXPECT_EQ(found->second, handle);
+    }
+}
+
+/* The model without what deleting LUs takes out of the pools. */
+std::string dump_without_pool_lus() {
+    static const std::regex pool_lu("POOL_LU[0-9a-f]*\n");
+    return std::regex_replace(dump_model(), pool_lu, "");
+}
+
+NB_VOID empty_owners(VGA_NODE &node) {
+    vga_for_each(node.lus, &VGA_LU62::name_links, [](VGA_LU62 &lu) {
+        vga_delete_all<VGA_MODE>(lu.modes);
+        vga_delete_all<VGA_PLU>(lu.partners);
+    });
+    vga_delete_all<VGA_SLSEC_DEF>(node.sl_security);
+    vga_for_each(node.local_pus, &VGA_LOCAL_PU::links,
+                 [](VGA_LOCAL_PU &pu) { vga_delete_all<VGA_LU03>(pu.lus); });
+    vga_for_each(node.down_pus, &VGA_DOWN_PU::links,
+                 [](VGA_DOWN_PU &pu) { vga_delete_all<VGA_DOWN_LU>(pu.lus); });
+    vga_for_each(node.connection_networks, &VGA_CN::links,
+                 [](VGA_CN &cn) { vga_delete_all<VGA_CN_PORT>(cn.ports); });
+    vga_delete_all<VGA_TP_LOAD_INFO>(node.tp_load_infos);
+}
+
+/* Record by record, as for a record that joins later. */
+NB_VOID read_owners(VGA_NODE &node) {
+    vga_for_each(node.lus, &VGA_LU62::name_links, [](VGA_LU62 &lu) { vga_start_build_lu62(&lu); });
+    vga_for_each(node.local_pus, &VGA_LOCAL_PU::links,
+                 [](VGA_LOCAL_PU &pu) { vga_start_build_local_pu(&pu); });
+    vga_for_each(node.down_pus, &VGA_DOWN_PU::links,
+                 [](VGA_DOWN_PU &pu) { vga_start_build_down_pu(&pu); });
+    vga_for_each(node.connection_networks, &VGA_CN::links,
+                 [](VGA_CN &cn) { vga_start_build_cn(&cn); });
+    vga_start_build_tp_load_info(&node);
+}
+
+NB_VOID read_phases(VGA_NODE &node) {
+    for (NB_USHORT phase : {VGA_PHASE_LOCAL_PUS, VGA_PHASE_DOWN_PUS, VGA_PHASE_CONNECTION_NETWORKS,
+                            VGA_PHASE_LOCAL_LUS}) {
+        vga_build_next_action(phase, &node);
+    }
+    vga_start_build_tp_load_info(&node);
+}
+
+/* What hangs under records comes back alone, in either way. */
+TEST_P(LiveModel, WhatHangsUnderRecordsIsReadAlone) {
+    build();
+    const std::string whole = dump_without_pool_lus();
+    for (const auto read : {read_owners, read_phases}) {
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, empty_owners);
+        EXPECT_NE(dump_without_pool_lus(), whole);
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, read);
+        run(2);
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links,
+                     [](VGA_NODE &node) { vga_start_build_extra_data(&node); });
+        run(3);
+        EXPECT_EQ(dump_without_pool_lus(), whole);
+        check_model();
+    }
+}
+
+/* Wherever the build is when a node is taken out: its answers come for nobody. */
+TEST_P(LiveModel, ANodeGoesWhileItsVerbsAreInFlight) {
+    for (unsigned answered = 5; answered < 120 && !HasFailure(); answered += 9) {
+        SCOPED_TRACE(answered);
+        vga_start_build_system();
+        std::mt19937 random(answered);
+        for (unsigned at = 0; at < answered && !scripted_nof.in_flight.empty(); at++) {
+            const size_t index = random() % scripted_nof.in_flight.size();
+            const ISSUED_VERB verb = scripted_nof.in_flight[index];
+            domain->answer(verb);
+            scripted_nof.complete(index, verb.vcb->primary_rc, verb.vcb->secondary_rc);
+        }
+        if (auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes))) {
+            vga_do_free_node_res(node, 0, nullptr);
+            vga_delete_vga_node(node);
+        }
+        check_model();
+        run(answered);
+        check_model();
+        end();
+        scripted_nof.reset();
+        begin();
+    }
 }
 
 TEST_P(LiveModel, IsWholeAgainAfterItsNodesWereFreed) {

@@ -12,6 +12,7 @@
 #include "vgaglob.h"
 #include "vgahooks.h"
 #include "vgarec.h"
+#include "vgavlog.h"
 #include <algorithm>
 #include <map>
 #include <random>
@@ -177,7 +178,7 @@ struct FAKE_NODE {
             answer_list(reinterpret_cast<NAP_QUERY_LIST &>(vcb));
         } else if (vcb.opcode == NAP_OPEN_FILE) {
             auto &open = reinterpret_cast<NAP_OPEN_FILE_VERB &>(vcb);
-            open.target_handle = 100U + open.file;
+            open.target_handle = 100U + 10U * opens++ + open.file;
         } else if (vcb.opcode == NAP_CONNECT_NODE) {
             reinterpret_cast<NAP_CONNECT_NODE_VERB &>(vcb).target_handle = 200U + connects++;
         } else if (vcb.opcode == NAP_QUERY_NODE) {
@@ -190,6 +191,7 @@ struct FAKE_NODE {
     }
 
     NB_ULONG connects = 0;
+    NB_ULONG opens = 0;
 };
 
 int built;
@@ -218,8 +220,11 @@ protected:
     /* Answers everything that comes, in an order that the seed decides. */
     void run(unsigned seed = 1) {
         SCOPED_TRACE(seed);
-        std::mt19937 random(seed);
         vga_start_build_system();
+        answer_all(seed);
+    }
+    void answer_all(unsigned seed) {
+        std::mt19937 random(seed);
         while (!scripted_nof.in_flight.empty() && gvga_exit_code == 0) {
             size_t index = random() % scripted_nof.in_flight.size();
             ISSUED_VERB verb = scripted_nof.in_flight[index];
@@ -427,6 +432,45 @@ TEST_F(Model, WhatCannotBeOpenedIsDoneWithout) {
     scripted_nof.complete(0, NAP_PARAMETER_CHECK, NAP_INVALID_VALUE);
     EXPECT_EQ(gvga_exit_code, VGA_EXIT_VERB_FAILED);
     EXPECT_EQ(gvga_exit_subcode, NB_ULONG{NAP_OPEN_FILE});
+}
+
+/* What is opened again is closed first. */
+TEST_F(Model, ARebuildLeavesNothingOpen) {
+    run();
+    node.asked.clear();
+    vga_rebuild_system();
+    vga_rebuild_sna_net();
+    vga_start_build_node(only_node());
+    answer_all(5);
+    EXPECT_EQ(gvga_exit_code, 0);
+    EXPECT_TRUE(vga_check_system_startup(nullptr));
+    const auto times = [this](NB_USHORT opcode) {
+        return std::count(node.asked.begin(), node.asked.end(), opcode);
+    };
+    EXPECT_EQ(times(NAP_CLOSE_FILE), times(NAP_OPEN_FILE));
+    EXPECT_EQ(times(NAP_OPEN_FILE), 4) << "the network file by both";
+    EXPECT_EQ(times(NAP_DISCONNECT_NODE), 1);
+}
+
+TEST_F(Model, TheVerbLogTellsHowFarItIs) {
+    FILE *file = tmpfile();
+    ASSERT_NE(file, nullptr);
+    gvga_verb_log = file;
+    run();
+    rewind(file);
+    std::vector<std::string> texts;
+    for (char line[400]; fgets(line, sizeof(line), file) != nullptr;) {
+        const char *at = strstr(line, " start-up ");
+        const char *name = at != nullptr ? strstr(at, "\"corvid1\"  ") : nullptr;
+        if (name != nullptr) {
+            texts.emplace_back(name + strlen("\"corvid1\"  "), VGA_NODE_CHAINS + 1);
+        }
+    }
+    vga_close_verb_log();
+    ASSERT_GT(texts.size(), 20U);
+    EXPECT_EQ(texts.front(), "0" + std::string(VGA_NODE_CHAINS - 1, '1') + "\n")
+        << "the connection is the first chain";
+    EXPECT_EQ(texts.back(), std::string(VGA_NODE_CHAINS, '0') + "\n");
 }
 
 TEST_F(Model, ANodeThatDiesDropsOutAndTheOthersFinish) {

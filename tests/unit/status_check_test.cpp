@@ -166,10 +166,13 @@ TEST_F(StatusCheck, ANewConnectionOwesNothingToTheOldOne) {
     VGA_PROCESS_STATE work = {0, reinterpret_cast<NAP_VCB *>(&connected), node->handle};
     vga_build_unconfigured_node(&work);
     vga_start_check_port(node);
-    ASSERT_EQ(scripted_nof.in_flight.size(), 2u);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 3u);
     answer_list({port("ETH0")}, 9);
-    EXPECT_EQ(scripted_nof.in_flight.size(), 1u);
     EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_NOT_ACTIVE}) << "from the old connection";
+    EXPECT_EQ(scripted_nof.in_flight[0].vcb->opcode, NAP_DISCONNECT_NODE) << "which is closed";
+    EXPECT_EQ(scripted_nof.in_flight[0].target, 7U);
+    scripted_nof.complete();
+    ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
     answer_list({port("ETH0")});
     EXPECT_EQ(state_of(ports[0]), NB_ULONG{NAP_ACTIVE});
     node->target = 0;

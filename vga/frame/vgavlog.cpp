@@ -336,6 +336,14 @@ NB_VOID report(NB_USHORT detail) {
     nba_pd_print_exception(log_problem, detail, "s s", log_path, strerror(errno));
 }
 
+NB_VOID write_line(std::string &line) {
+    line += '\n';
+    if (fputs(line.c_str(), gvga_verb_log) == EOF || fflush(gvga_verb_log) != 0) {
+        report(NOT_WRITTEN);
+        vga_close_verb_log();
+    }
+}
+
 } // namespace
 
 NB_VOID vga_open_verb_log(NB_VOID) {
@@ -372,9 +380,23 @@ NB_VOID vga_write_verb_log(VGA_VERB_EVENT event, NB_ULONG target, const NAP_VCB 
     if (add_rest(line, event, vcb) == 0) {
         return;
     }
-    line += '\n';
-    if (fputs(line.c_str(), gvga_verb_log) == EOF || fflush(gvga_verb_log) != 0) {
-        report(NOT_WRITTEN);
-        vga_close_verb_log();
+    write_line(line);
+}
+
+NB_VOID vga_log_startup(const NB_CHAR *name, const NB_CHAR *flags) {
+    constexpr size_t longest_name = 128;
+    if (gvga_verb_log == nullptr) {
+        return;
     }
+    std::string line;
+    add_time_of_day(line);
+    line += " start-up           ";
+    if (name == nullptr) {
+        line += "domain";
+    } else {
+        add_text(line, reinterpret_cast<const NB_UCHAR *>(name), longest_name);
+    }
+    line += "  ";
+    line += flags;
+    write_line(line);
 }

@@ -1,6 +1,7 @@
-/* The verb log: a line for each verb on its way to the node software, for each answer, and for each
- * block that comes unasked.  Off unless the resource ".verbLog" names a file; while it is off, a
- * call costs one test.  Lines are appended and flushed one by one:
+/* The verb log: a line for each verb on its way to the node software, for each answer, for each
+ * block that comes unasked, and for each chain of the build that is done.  Off unless the resource
+ * ".verbLog" names a file; while it is off, a call costs one test.  Lines are appended and flushed
+ * one by one:
  *
  *   date time | what happened | target | verb, opcode [| codes [| elapsed]] [| what it is about]
  *
@@ -39,6 +40,11 @@ NB_VOID vga_close_verb_log(NB_VOID);
  * is not in the table is shown by its header alone.  A file that can no longer be written ends the
  * log with an exception record. */
 NB_VOID vga_write_verb_log(VGA_VERB_EVENT event, NB_ULONG target, const NAP_VCB *vcb);
+
+/* Writes how far a build is: `name` (null: the domain's) is the node's, text of at most 128 bytes;
+ * `flags` are the start-up flags, "1" for each chain that is outstanding and "0" for each that is
+ * done.  Nothing when the log is off. */
+NB_VOID vga_log_startup(const NB_CHAR *name, const NB_CHAR *flags);
 
 inline NB_VOID vga_log_verb(VGA_VERB_EVENT event, NB_ULONG target, const NAP_VCB *vcb) {
     if (gvga_verb_log != nullptr) {

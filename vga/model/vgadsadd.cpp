@@ -25,6 +25,10 @@ NB_USHORT make_down_pu(VGA_LS &ls, const NAP_LS_DEF &def) {
     return pu != nullptr && vga_insert_vga_down_pu(pu) != nullptr;
 }
 
+template <class Pu> NB_USHORT is_named(const Pu *pu, const NB_UCHAR *name) {
+    return pu != nullptr && vga_compare_ebc8(pu->name, name) == 0;
+}
+
 } // namespace
 
 NB_USHORT VGA_RECORD_TYPE<VGA_LS>::settled(VGA_LS &ls) {
@@ -33,18 +37,18 @@ NB_USHORT VGA_RECORD_TYPE<VGA_LS>::settled(VGA_LS &ls) {
     if (vga_blank_name(def.pu_name, sizeof(def.pu_name))) {
         return 1;
     }
-    if (def.adj_cp_type == NAP_ADJ_HOST && ls.local_pu == nullptr) {
-        ls.local_pu = vga_find_local_pu(node, def.pu_name);
-        if (ls.local_pu == nullptr) {
+    if (def.adj_cp_type == NAP_ADJ_HOST && !is_named(ls.local_pu, def.pu_name)) {
+        VGA_LOCAL_PU *pu = vga_find_local_pu(node, def.pu_name);
+        if (pu == nullptr) {
             return make_local_pu(ls, def);
         }
-        ls.local_pu->ls_entry = &ls;
-    } else if (def.adj_cp_type == NAP_ADJ_DOWNSTREAM && ls.down_pu == nullptr) {
-        ls.down_pu = vga_find_down_pu(node, def.pu_name);
-        if (ls.down_pu == nullptr) {
+        vga_put_on_link(*pu, ls, &VGA_LS::local_pu);
+    } else if (def.adj_cp_type == NAP_ADJ_DOWNSTREAM && !is_named(ls.down_pu, def.pu_name)) {
+        VGA_DOWN_PU *pu = vga_find_down_pu(node, def.pu_name);
+        if (pu == nullptr) {
             return make_down_pu(ls, def);
         }
-        ls.down_pu->ls_entry = &ls;
+        vga_put_on_link(*pu, ls, &VGA_LS::down_pu);
     }
     return 1;
 }
@@ -54,8 +58,7 @@ NB_USHORT VGA_RECORD_TYPE<VGA_LOCAL_PU>::settled(VGA_LOCAL_PU &pu) {
     NAP_PU_DATA data = *pu.vcb;
     VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);
     if (data.host_attachment != NAP_DLUR_ATTACHED && ls != nullptr) {
-        pu.ls_entry = ls;
-        ls->local_pu = &pu;
+        vga_put_on_link(pu, *ls, &VGA_LS::local_pu);
     }
     return 1;
 }
@@ -64,10 +67,20 @@ NB_USHORT VGA_RECORD_TYPE<VGA_DOWN_PU>::settled(VGA_DOWN_PU &pu) {
     NAP_DOWN_PU_DATA data = *pu.vcb;
     VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);
     if (ls != nullptr) {
-        pu.ls_entry = ls;
-        ls->down_pu = &pu;
+        vga_put_on_link(pu, *ls, &VGA_LS::down_pu);
     }
     return 1;
+}
+
+/* Those of a name form a ring; one of them stands in the domain's index. */
+NB_VOID VGA_RECORD_TYPE<VGA_LU03>::linked(VGA_LU03 &lu) {
+    auto *known = static_cast<VGA_LU03 *>(
+        AVL_IN_TREE(lu.domain_links) ? &lu
+                                     : ntl_avl_find(&gvga_system->dependent_lus, &lu.domain_key));
+    lu.previous_namesake = known;
+    lu.next_namesake = known != &lu ? known->next_namesake : known;
+    lu.next_namesake->previous_namesake = &lu;
+    known->next_namesake = &lu;
 }
 
 /* The name by which clashes are looked for: as many characters of it as an LU name's field has. */
@@ -77,6 +90,15 @@ NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::init(VGA_EXTRA_DATA &extra) {
     memset(extra.name, ' ', sizeof(extra.name));
     memcpy(extra.name, name, strnlen(reinterpret_cast<const NB_CHAR *>(name), sizeof(extra.name)));
     extra.kind = VGA_EXTRA_DISPLAY_NAME;
+}
+
+NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::merged(VGA_EXTRA_DATA &kept, VGA_EXTRA_DATA &fresh) {
+    AVL_TREE &names = kept.parent->parent->extra_list;
+    if (AVL_IN_TREE(kept.links)) {
+        ntl_avl_delete(&names, &kept.links);
+    }
+    memcpy(kept.name, fresh.name, sizeof(kept.name));
+    ntl_avl_insert(&names, &kept.links);
 }
 
 NB_VOID VGA_RECORD_TYPE<VGA_DSPU_TEMPLATE>::init(VGA_DSPU_TEMPLATE &pu) {
@@ -222,13 +244,15 @@ VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record) {
     return vga_insert_record(record);
 }
 
-/* An LU has one set of additional data; a later one takes its place. */
+/* An LU has one set of additional data, whatever it is called. */
 VGA_EXTRA_DATA *vga_init_vga_extra_data(VGA_LU03 *owner, const NAP_EXTRA_DATA_DATA *entry) {
     return vga_init_record<VGA_EXTRA_DATA>(owner, entry);
 }
 VGA_EXTRA_DATA *vga_insert_vga_extra_data(VGA_EXTRA_DATA *record) {
     VGA_LU03 &lu = *record->parent;
-    vga_delete_lu03_extra_data(&lu);
+    if (lu.extra_data != nullptr) {
+        return vga_merge_record(record, lu.extra_data);
+    }
     lu.extra_data = record;
     ntl_avl_insert(&lu.parent->extra_list, &record->links);
     return record;

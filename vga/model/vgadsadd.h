@@ -159,7 +159,7 @@ VGA_USER_SESSION *vga_insert_vga_user_session(VGA_USER_SESSION *record);
 VGA_LS_ROUTING *vga_init_vga_ls_routing(VGA_LU62 *owner, const NAP_LS_ROUTING_DATA *entry);
 VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record);
 
-/* Takes the place of what the LU had. */
+/* Merged into what the LU has, also under another name. */
 VGA_EXTRA_DATA *vga_init_vga_extra_data(VGA_LU03 *owner, const NAP_EXTRA_DATA_DATA *entry);
 VGA_EXTRA_DATA *vga_insert_vga_extra_data(VGA_EXTRA_DATA *record);
 

@@ -10,6 +10,7 @@
 #include "vgahooks.h"
 #include "vganofbd.h"
 #include "vgarec.h"
+#include "vgavlog.h"
 #include <algorithm>
 #include <array>
 #include <span>
@@ -46,15 +47,19 @@ const STEP &step_of(const BUILD &build, NB_USHORT id) {
                          [id](const STEP &step) { return step.id == id; });
 }
 
+NB_VOID start_steps(const BUILD &build, std::span<const NB_USHORT> ids) {
+    for (NB_USHORT id : ids) {
+        if (id != VGA_NO_STEP && gvga_exit_code == 0) {
+            start_step(build, id);
+        }
+    }
+}
+
 NB_VOID step_done(const BUILD &build, const STEP &step) {
     if (step.chain != VGA_NO_CHAIN) {
         build.flag(step.chain) = 0;
     }
-    for (NB_USHORT next : step.next) {
-        if (next != VGA_NO_STEP && gvga_exit_code == 0) {
-            start_step(build, next);
-        }
-    }
+    start_steps(build, step.next);
 }
 
 NB_USHORT issue_list_step(const BUILD &build, const STEP &step, const NB_UCHAR *owner,
@@ -123,7 +128,7 @@ NB_VOID start_step(const BUILD &build, NB_USHORT id) {
     if (issued < 0) {
         step_done(build, step);
     } else if (issued == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
 }
 
@@ -170,7 +175,7 @@ NB_USHORT ask_for_more(const BUILD &build, const STEP &step, const VGA_LIST &lis
         }
     }
     if (issue_list_step(build, step, owner, goes_on ? &last : nullptr) == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
     return 0;
 }
@@ -188,7 +193,7 @@ NB_USHORT mode_answered(const NAP_VCB *vcb) {
     if (vcb->primary_rc == NAP_PARAMETER_CHECK && vcb->secondary_rc == NAP_NO_PERMISSION) {
         gvga_read_only = 1;
     } else if (vcb->primary_rc != NAP_OK) {
-        vga_query_failed(vcb, __FILE__, __LINE__);
+        vga_query_failed(vcb, gvga_build_module, __LINE__);
         return 0;
     }
     return 1;
@@ -209,21 +214,13 @@ NB_USHORT step_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
     case REGISTER:
     case RECORD:
         if (vcb->primary_rc != NAP_OK) {
-            vga_query_failed(vcb, __FILE__, __LINE__);
+            vga_query_failed(vcb, gvga_build_module, __LINE__);
         } else if (step.store != nullptr) {
             step.store(build.node, vcb);
         }
         break;
     }
     return gvga_exit_code == 0;
-}
-
-NB_VOID advance(const BUILD &build, const VGA_PROCESS_STATE &work) {
-    const STEP *step = find_step(build, work);
-    NB_ASSERT(step != NULL);
-    if (step != nullptr && step_answered(build, *step, work.vcb)) {
-        step_done(build, *step);
-    }
 }
 
 template <size_t Count>
@@ -239,6 +236,33 @@ NB_USHORT check_flags(const NB_USHORT (&flags)[Count], NB_CHAR (*text)[Count + 1
         (*text)[Count] = '\0';
     }
     return clear;
+}
+
+/* Says in the verb log what is outstanding. */
+NB_VOID log_flags(const BUILD &build) {
+    if (gvga_verb_log == nullptr) {
+        return;
+    }
+    if (build.node != nullptr) {
+        NB_CHAR text[VGA_NODE_CHAINS + 1];
+        vga_check_node_startup(build.node, &text);
+        vga_log_startup(build.node->name, text);
+    } else {
+        NB_CHAR text[VGA_SYSTEM_CHAINS + 1];
+        vga_check_system_startup(&text);
+        vga_log_startup(nullptr, text);
+    }
+}
+
+NB_VOID advance(const BUILD &build, const VGA_PROCESS_STATE &work) {
+    const STEP *step = find_step(build, work);
+    NB_ASSERT(step != NULL);
+    if (step != nullptr && step_answered(build, *step, work.vcb)) {
+        step_done(build, *step);
+        if (step->chain != VGA_NO_CHAIN) {
+            log_flags(build);
+        }
+    }
 }
 
 NB_VOID announce_if_complete(NB_VOID) {
@@ -294,7 +318,7 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
 
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node) {
     if (vga_issue_connect_node(node->name, node->handle, vga_build_unconfigured_node) == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
 }
 
@@ -313,7 +337,7 @@ NB_VOID vga_rebuild_logging(NB_VOID) {
 }
 
 NB_VOID vga_build_system(const VGA_PROCESS_STATE *work) {
-    if (nba_validate_handle(work->user_data) != gvga_system) {
+    if (gvga_system == nullptr || nba_validate_handle(work->user_data) != gvga_system) {
         return;
     }
     NB_USHORT node_list = gvga_system->startup_status[VGA_NODE_LIST];
@@ -367,12 +391,12 @@ NB_USHORT vga_check_node_startup(const VGA_NODE *node, NB_CHAR (*text)[VGA_NODE_
 NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node) {
     static constexpr struct {
         NB_USHORT kind;
-        NB_USHORT step;
+        NB_USHORT steps[3];
     } phases[] = {
-        {VGA_PHASE_LOCAL_PUS, N_LU03},
-        {VGA_PHASE_DOWN_PUS, N_DOWN_LU},
-        {VGA_PHASE_CONNECTION_NETWORKS, N_CN_PORT},
-        {VGA_PHASE_LOCAL_LUS, N_REG_PLU},
+        {VGA_PHASE_LOCAL_PUS, {N_LU03}},
+        {VGA_PHASE_DOWN_PUS, {N_DOWN_LU}},
+        {VGA_PHASE_CONNECTION_NETWORKS, {N_CN_PORT}},
+        {VGA_PHASE_LOCAL_LUS, {N_LU_PARTNERS, N_LU_MODES, N_LU_PASSWORDS}},
     };
     NB_ASSERT(node != NULL);
     if (kind == VGA_PHASE_COMPLETE) {
@@ -381,7 +405,7 @@ NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node) {
     }
     for (const auto &phase : phases) {
         if (phase.kind == kind && node != nullptr) {
-            start_step(node_build(node), phase.step);
+            start_steps(node_build(node), phase.steps);
             return;
         }
     }

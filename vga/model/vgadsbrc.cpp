@@ -1,6 +1,7 @@
 /* Builds under one record: the lists that hang under a record that joined the model after the build
  * of its node, or that are to be read again. */
 #include "vgadsbld.h"
+#include "vgadsbst.h"
 #include "vgadsqry.h"
 #include "vgaglob.h"
 #include "vganofbd.h"
@@ -73,7 +74,7 @@ NB_VOID issue(const BUILD<Record> &build, Record *record, NB_USHORT opcode,
     VGA_LIST_START start = {build.owner(record), last, nullptr, NAP_DETAIL};
     if (vga_issue_list(*vga_find_list(opcode), build.target(build.node(record)), start,
                        record->handle, build.completion) == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
 }
 

@@ -1,9 +1,11 @@
 #include "vgadsbst.h"
 #include "nofverbs.h"
 #include "vgadsadd.h"
+#include "vgadsdel.h"
 #include "vgadsqry.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
+#include "vganofbd.h"
 #include <algorithm>
 #include <iterator>
 
@@ -73,33 +75,39 @@ template <auto Field> NB_VOID keep_logging(VGA_NODE *, const NAP_VCB *vcb) {
     memcpy(&(gvga_system->logging.*Field), vcb, sizeof(gvga_system->logging.*Field));
 }
 
+/* A build that runs again opens its files again. */
+NB_VOID replace_file(NB_ULONG &target, const NAP_OPEN_FILE_VERB &answer, NB_ULONG user_data) {
+    NB_ULONG fresh = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
+    vga_replace_target(target, fresh, user_data, vga_issue_close_file);
+}
+
 NB_VOID keep_domain_target(VGA_NODE *, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_OPEN_FILE_VERB>(vcb);
     if (answer.primary_rc == NAP_OK) {
-        gvga_system->domain_target = answer.target_handle;
+        replace_file(gvga_system->domain_target, answer, gvga_system->handle);
         memcpy(gvga_system->config_name, answer.node_name, sizeof(answer.node_name));
     } else if (answer.primary_rc != NAP_STATE_CHECK ||
                answer.secondary_rc != NAP_NO_DOMAIN_CONFIG) {
-        vga_query_failed(vcb, __FILE__, __LINE__);
+        vga_query_failed(vcb, gvga_build_module, __LINE__);
     }
 }
 
 /* The network file and a TP load file that cannot be opened are done without. */
 NB_VOID keep_net_target(VGA_NODE *, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_OPEN_FILE_VERB>(vcb);
-    gvga_system->net_target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
+    replace_file(gvga_system->net_target, answer, gvga_system->handle);
 }
 
 NB_VOID keep_tp_target(VGA_NODE *node, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_OPEN_FILE_VERB>(vcb);
-    node->tp_target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
+    replace_file(node->tp_target, answer, node->handle);
 }
 
 template <class Port>
 NB_VOID need_fake_port(Port *(*init)(VGA_NODE *), Port *(*insert)(Port *), VGA_NODE *node) {
     Port *port = init(node);
     if (port == nullptr) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
         return;
     }
     insert(port);
@@ -110,7 +118,7 @@ NB_VOID keep_node_data(VGA_NODE *node, const NAP_VCB *vcb) {
     node->node_state = node->node_data.info.node_state;
     vga_create_fake_cp_lu(node);
     if (vga_init_sna_modes(node) == 0 || vga_init_sna_cos(node) == 0) {
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        VGA_BUILD_EXIT();
     }
     if (with_dlur(node)) {
         need_fake_port(vga_init_vga_dlur_fake_port, vga_insert_vga_dlur_fake_port, node);
@@ -391,7 +399,8 @@ std::span<const VGA_BUILD_STEP> vga_node_steps(NB_VOID) {
 
 NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
     auto answer = vga_copy_block<NAP_CONNECT_NODE_VERB>(vcb);
-    node->target = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
+    NB_ULONG fresh = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
+    vga_replace_target(node->target, fresh, node->handle, vga_issue_disconnect_node);
     node->refusal = {answer.primary_rc, answer.secondary_rc};
     /* What was under way on another connection will not be answered on this one. */
     std::fill(std::begin(node->class_work), std::end(node->class_work), VGA_CLASS_WORK{});

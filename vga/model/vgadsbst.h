@@ -5,10 +5,16 @@
 #ifndef VGADSBST_H
 #define VGADSBST_H
 
+#include "vgaglob.h"
 #include "vgamodel.h"
 #include "vganofq.h"
 #include <cstring>
 #include <span>
+
+/* Asks for the program's end from the build, which reports carry under one name whichever of its
+ * files it is in. */
+inline constexpr NB_CHAR gvga_build_module[] = "vgadsbld";
+#define VGA_BUILD_EXIT() vga_request_exit(VGA_EXIT_INTERNAL, 0, gvga_build_module, __LINE__)
 
 #define VGA_NO_CHAIN 0xFFFF
 #define VGA_NO_STEP  0

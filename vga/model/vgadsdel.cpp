@@ -40,6 +40,13 @@ NB_VOID delete_with_children(AVL_TREE &records, AVL_TREE Record::*children,
     }
 }
 
+NB_VOID leave_pool(const VGA_LU03 &lu, const NB_UCHAR *pool_name) {
+    VGA_POOL_LU *member = vga_find_pool_lu(lu.parent->parent, pool_name, lu.name);
+    if (member != nullptr) {
+        vga_delete_vga_pool_lu(member);
+    }
+}
+
 /* The first password of a local LU, whose alias leads the key. */
 VGA_SLSEC_DEF *first_password(const VGA_LU62 &lu) {
     VGA_SL_SEC_KEY key = {};
@@ -52,7 +59,9 @@ VGA_SLSEC_DEF *first_password(const VGA_LU62 &lu) {
 
 /* A busy node asks for the same once more. */
 NB_VOID disconnect_done(const VGA_PROCESS_STATE *work) {
-    if (work->vcb->primary_rc == NAP_STATE_CHECK && work->vcb->secondary_rc == NAP_NODE_BUSY) {
+    NB_USHORT busy =
+        work->vcb->primary_rc == NAP_STATE_CHECK && work->vcb->secondary_rc == NAP_NODE_BUSY;
+    if (busy && work->vcb->opcode == NAP_DISCONNECT_NODE) {
         vga_issue_disconnect_node(work->target, work->user_data, disconnect_done);
     }
 }
@@ -81,6 +90,31 @@ NB_VOID VGA_RECORD_TYPE<VGA_LS>::delete_children(VGA_LS &ls) {
         vga_delete_vga_local_pu(ls.local_pu);
     } else if (ls.down_pu != nullptr) {
         vga_delete_vga_down_pu(ls.down_pu);
+    }
+    vga_take_off_link(ls.down_pu, &VGA_LS::down_pu);
+}
+
+/* An LU that was redefined for another pool has left the old one. */
+NB_VOID VGA_RECORD_TYPE<VGA_LU03>::merged(VGA_LU03 &kept, VGA_LU03 &fresh) {
+    NAP_LU03_DEF now = kept.vcb->def_data;
+    NAP_LU03_DEF before = fresh.vcb->def_data;
+    if (vga_compare_ebc8(now.pool_name, before.pool_name) != 0) {
+        leave_pool(kept, before.pool_name);
+    }
+}
+
+/* Another LU of the name takes its place in the domain's index. */
+NB_VOID VGA_RECORD_TYPE<VGA_LU03>::delete_children(VGA_LU03 &lu) {
+    vga_delete_lu03_extra_data(&lu);
+    VGA_LU03 *other = lu.next_namesake;
+    if (other == &lu) {
+        return;
+    }
+    lu.previous_namesake->next_namesake = other;
+    other->previous_namesake = lu.previous_namesake;
+    if (AVL_IN_TREE(lu.domain_links)) {
+        ntl_avl_delete(&gvga_system->dependent_lus, &lu.domain_links);
+        ntl_avl_insert(&gvga_system->dependent_lus, &other->domain_links);
     }
 }
 
@@ -199,13 +233,7 @@ NB_VOID vga_delete_lu03_extra_data(VGA_LU03 *deplu) {
 
 NB_VOID vga_remove_pool_lu(VGA_LU03 *deplu) {
     NAP_LU03_DEF def = deplu->vcb->def_data;
-    VGA_POOL *pool = vga_find_pool(deplu->parent->parent, def.pool_name);
-    if (pool == nullptr) {
-        return;
-    }
-    if (auto *member = static_cast<VGA_POOL_LU *>(ntl_avl_find(&pool->lu_tree, deplu->name))) {
-        vga_delete_vga_pool_lu(member);
-    }
+    leave_pool(*deplu, def.pool_name);
 }
 
 NB_VOID vga_delete_vga_dlur_fake_port(VGA_NODE *node) {
@@ -255,6 +283,15 @@ NB_VOID vga_delete_system_contents(NB_VOID) {
                          vga_delete_all<VGA_USER_SESSION>);
     vga_delete_all<VGA_CPIC>(gvga_system->cpics);
     vga_delete_all<VGA_RJE_WKSTN>(gvga_system->rje_wkstns);
+}
+
+NB_VOID vga_replace_target(NB_ULONG &target, NB_ULONG fresh, NB_ULONG user_data,
+                           NB_USHORT (*close)(NB_ULONG, NB_ULONG, VGA_COMPLETION)) {
+    NB_ULONG old = std::exchange(target, fresh);
+    if (old != 0 && old != fresh) {
+        vga_purge_verb_queue(old, 0, nullptr, 0, nullptr);
+        close(old, user_data, disconnect_done);
+    }
 }
 
 NB_USHORT vga_free_system_resources(NB_USHORT gone, VGA_COMPLETION continuation) {

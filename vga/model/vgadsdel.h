@@ -85,6 +85,12 @@ NB_USHORT vga_free_system_resources(NB_USHORT gone, VGA_COMPLETION continuation)
 NB_USHORT vga_free_sna_net_resources(VGA_COMPLETION continuation);
 NB_USHORT vga_do_free_node_res(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION continuation);
 
+/* Keeps `fresh` (0: none) in place of an open target, which is purged and closed with the verb that
+ * `close` issues. */
+NB_VOID vga_replace_target(NB_ULONG &target, NB_ULONG fresh, NB_ULONG user_data,
+                           NB_USHORT (*close)(NB_ULONG target, NB_ULONG user_data,
+                                              VGA_COMPLETION completion));
+
 /* As vga_do_free_node_res, and the node's part of the model goes, too. */
 NB_USHORT vga_free_node_resources(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION continuation);
 

@@ -385,7 +385,7 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
     while (const NB_UCHAR *entry = walk.next()) {
         last->received = 1;
         memcpy(last->key, entry + 2, list.key_length);
-        if (list.add != nullptr && list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
+        if (list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
             VGA_EXIT(VGA_EXIT_INTERNAL, 0);
             return 0;
         }

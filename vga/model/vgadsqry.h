@@ -21,8 +21,7 @@ struct VGA_LIST {
     NB_USHORT key_length;   /* bytes of an entry's key, behind its length */
     NB_USHORT owner_length; /* of these, the owner's; 0: the list is not kept under owners */
     NB_USHORT entry_size;   /* bytes that an entry has at least */
-    /* Makes a record of an entry or merges it; `node` is null for lists of the domain.  Null: the
-     * list makes no records yet. */
+    /* Makes a record of an entry or merges it; `node` is null for lists of the domain. */
     VGA_ENTRY_RESULT (*add)(VGA_NODE *node, const NB_UCHAR *entry);
 };
 

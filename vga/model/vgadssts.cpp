@@ -71,10 +71,7 @@ NB_VOID status_follows(VGA_DOWN_PU *pu) {
 /* The pool that has the LU shows whether it is active and in use. */
 NB_VOID status_follows(VGA_LU03 *lu) {
     NAP_LU03_DATA data = *lu->vcb;
-    VGA_POOL *pool = vga_find_pool(lu->parent->parent, data.def_data.pool_name);
-    auto *member = pool != nullptr
-                       ? static_cast<VGA_POOL_LU *>(ntl_avl_find(&pool->lu_tree, lu->name))
-                       : nullptr;
+    VGA_POOL_LU *member = vga_find_pool_lu(lu->parent->parent, data.def_data.pool_name, lu->name);
     if (member != nullptr) {
         member->vcb->lu_active = data.det_data.lu_sscp_sess_active;
         member->vcb->lu_in_use = data.det_data.plu_sess_active || data.det_data.appl_conn_active;
@@ -136,10 +133,19 @@ template <class Record> NB_VOID take_out(Record *record) {
     vga_delete_record(record);
 }
 
-NB_VOID take_out(VGA_DOWN_PU *pu) {
+/* The link station stays, without a PU. */
+template <class Pu> NB_VOID take_pu_out(Pu *pu) {
     VGA_LS *ls = pu->ls_entry;
-    vga_delete_vga_down_pu(pu);
+    vga_delete_record(pu);
     link_station_follows(ls);
+}
+
+NB_VOID take_out(VGA_LOCAL_PU *pu) {
+    take_pu_out(pu);
+}
+
+NB_VOID take_out(VGA_DOWN_PU *pu) {
+    take_pu_out(pu);
 }
 
 NB_VOID take_out(VGA_MODE *mode) {

@@ -288,6 +288,12 @@ VGA_POOL *vga_find_pool(const VGA_NODE *node, const NB_UCHAR *name) {
     return find<VGA_POOL>(node->pools, name);
 }
 
+VGA_POOL_LU *vga_find_pool_lu(const VGA_NODE *node, const NB_UCHAR *pool_name,
+                              const NB_UCHAR *lu_name) {
+    VGA_POOL *pool = vga_find_pool(node, pool_name);
+    return pool != nullptr ? find<VGA_POOL_LU>(pool->lu_tree, lu_name) : nullptr;
+}
+
 VGA_SYS_POOL *vga_find_sys_pool(const NB_UCHAR *name) {
     return find<VGA_SYS_POOL>(gvga_system->pools, name);
 }

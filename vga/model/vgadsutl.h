@@ -62,6 +62,8 @@ VGA_PRIMARY_LINE *vga_find_primary_line(const VGA_NODE *node, const NB_UCHAR *na
 VGA_CN *vga_find_cn(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_COS *vga_find_cos(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_POOL *vga_find_pool(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_POOL_LU *vga_find_pool_lu(const VGA_NODE *node, const NB_UCHAR *pool_name,
+                              const NB_UCHAR *lu_name);
 VGA_SYS_POOL *vga_find_sys_pool(const NB_UCHAR *name);
 VGA_LU62 *vga_find_lu62(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LU62 *vga_find_lu62_by_alias(const VGA_NODE *node, const NB_UCHAR *alias);

@@ -54,6 +54,9 @@ struct VGA_LU03 : VGA_RECORD<VGA_LOCAL_PU, NAP_LU03_DATA> {
     NB_UCHAR name[8];
     const NB_UCHAR *domain_key; /* points at `name`: what the domain's index compares */
     VGA_EXTRA_DATA *extra_data; /* null: none */
+
+    /* Ring of the LUs of that name in the domain, of which one stands in its index. */
+    VGA_LU03 *next_namesake, *previous_namesake;
 };
 
 #define VGA_EXTRA_DISPLAY_NAME 0 /* what users call the LU */

@@ -89,10 +89,11 @@ struct VGA_RECORD_TYPE<VGA_LOCAL_PU>
         vga_init_tree(pu.extra_list, vga_compare_asc14);
     }
     /* The line of a link station stands for the PU that it makes; only a DLUR-served PU has a line
-     * of its own, under the placeholder port. */
+     * of its own, under the placeholder port, and keeps it. */
     static VGA_LINE_PLACE line(VGA_LOCAL_PU &pu) {
         VGA_PORT *port = pu.parent->dlur_fake_port;
-        if (pu.vcb->host_attachment != NAP_DLUR_ATTACHED || port == nullptr) {
+        NB_USHORT served = pu.vcb->host_attachment == NAP_DLUR_ATTACHED || pu.gui_data.listed;
+        if (!served || port == nullptr) {
             return {};
         }
         return {&pu.parent->connectivity_root, &port->gui_data.viewer, VGA_VIEWER_LOCAL_PU,
@@ -106,6 +107,9 @@ struct VGA_RECORD_TYPE<VGA_LOCAL_PU>
         }
     }
 };
+
+template <class Pu>
+using VGA_LU_OF = std::conditional_t<std::is_same_v<Pu, VGA_LOCAL_PU>, VGA_LU03, VGA_DOWN_LU>;
 
 template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
     static constexpr const NB_CHAR *dialog_text =
@@ -126,7 +130,9 @@ template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
         }
         return {&pu.parent->connectivity_root, &over.viewer, VGA_VIEWER_DEPLU, &lu.links};
     }
-    static NB_VOID delete_children(VGA_LU03 &lu) { vga_delete_lu03_extra_data(&lu); }
+    static NB_VOID merged(VGA_LU03 &kept, VGA_LU03 &fresh);
+    static NB_VOID linked(VGA_LU03 &lu);
+    static NB_VOID delete_children(VGA_LU03 &lu);
     static NB_VOID unlinked(VGA_LU03 &lu) { vga_remove_pool_lu(&lu); }
 };
 
@@ -136,6 +142,7 @@ template <> struct VGA_RECORD_TYPE<VGA_EXTRA_DATA> : VGA_RECORD_DEFAULTS<VGA_EXT
         return {{{&extra.parent->parent->extra_list, &extra.links, extra.name, 1}}};
     }
     static NB_VOID init(VGA_EXTRA_DATA &extra);
+    static NB_VOID merged(VGA_EXTRA_DATA &kept, VGA_EXTRA_DATA &fresh);
 };
 
 template <>
@@ -245,5 +252,38 @@ struct VGA_RECORD_TYPE<VGA_RTP_CONN>
         return {&conn.parent->rtp_conn_root, nullptr, VGA_VIEWER_RTP_CONN, &conn.links};
     }
 };
+
+/* A PU and the link station that it is on know each other, and nobody else.  The lines of the PU's
+ * LUs stand below that of the link station. */
+
+template <class Pu> NB_VOID vga_renew_lu_lines(Pu &pu) {
+    vga_for_each(pu.lus, &VGA_LU_OF<Pu>::links, [&pu](VGA_LU_OF<Pu> &lu) {
+        if (lu.gui_data.listed) {
+            vga_delete_viewer(&pu.parent->connectivity_root, &lu.gui_data.viewer);
+            lu.gui_data.listed = 0;
+        }
+        vga_create_line(&lu);
+    });
+}
+
+template <class Pu> NB_VOID vga_take_off_link(Pu *pu, Pu *VGA_LS::*on) {
+    if (pu != nullptr && pu->ls_entry != nullptr) {
+        pu->ls_entry->*on = nullptr;
+        pu->ls_entry = nullptr;
+        vga_renew_lu_lines(*pu);
+    }
+}
+
+/* Who was there before lets go. */
+template <class Pu> NB_VOID vga_put_on_link(Pu &pu, VGA_LS &ls, Pu *VGA_LS::*on) {
+    if (pu.ls_entry == &ls && ls.*on == &pu) {
+        return;
+    }
+    vga_take_off_link(&pu, on);
+    vga_take_off_link(ls.*on, on);
+    pu.ls_entry = &ls;
+    ls.*on = &pu;
+    vga_renew_lu_lines(pu);
+}
 
 #endif

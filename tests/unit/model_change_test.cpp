@@ -1,0 +1,151 @@
+/* What redefinitions and deletions leave of a model that was made record by record. */
+#include <gtest/gtest.h>
+
+#include "modelrecords.h"
+#include "modelwalk.h"
+#include "reports.h"
+#include <algorithm>
+#include <random>
+
+SCRIPTED_NOF_ENTRY
+
+namespace {
+
+class ModelChange : public MODEL_RECORDS {
+protected:
+    void SetUp() override {
+        MODEL_RECORDS::SetUp();
+        dlc = add_dlc(node, "LAN0");
+        port = add_port(dlc, "ETH0");
+    }
+
+    VGA_LOCAL_PU *put_pu(const std::string &name, NB_UCHAR attachment = NAP_DIRECT_ATTACHED,
+                         const std::string &ls = "") const {
+        auto entry = new_entry<NAP_PU_DATA>();
+        set_ebcdic(entry.pu_name, name);
+        set_local(entry.def_data.ls_name, ls);
+        entry.host_attachment = attachment;
+        return vga_insert_vga_local_pu(vga_init_vga_local_pu(node, &entry));
+    }
+
+    VGA_DLC *dlc;
+    VGA_PORT *port;
+};
+
+TEST_F(ModelChange, ADlcWithoutPortsGoesAlone) {
+    const size_t records = check_model();
+    vga_delete_vga_dlc(add_dlc(node, "EMPTY"));
+    EXPECT_EQ(check_model(), records);
+    EXPECT_EQ(vga_find_port(node, port->name), port);
+}
+
+/* The dialog stays open, and says nothing of a record any more. */
+TEST_F(ModelChange, ADeletedPortLetsGoOfItsDialog) {
+    REPORTS reports;
+    for (const bool refers_to_it : {true, false}) {
+        VGA_PORT *gone = add_port(dlc, "ETH1");
+        VGA_DIALOG dialog = {};
+        NB_INIT_LIST(dialog.children_root_lqe);
+        dialog.parent_item = refers_to_it ? static_cast<NB_VOID *>(gone) : node;
+        gone->gui_data.dialog = &dialog;
+        vga_delete_vga_port(gone);
+        EXPECT_EQ(dialog.parent_item, nullptr);
+        const bool silent =
+            reports.take().find("port->gui_data.dialog->parent_item == (NB_VOID *)port") ==
+            std::string::npos;
+        EXPECT_EQ(silent, refers_to_it);
+    }
+}
+
+/* Whatever the order in which link stations and PUs are redefined and go, neither refers to one
+ * that is not there, and the LUs' lines stand below the link station that their PU is on. */
+TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
+    for (const bool host_goes_first : {true, false}) {
+        VGA_LS *host = add_ls(port, "HOST", NAP_ADJ_HOST, "HOSTPU");
+        VGA_LS *other = add_ls(port, "OTHER", NAP_ADJ_HOST, "");
+        VGA_LOCAL_PU *pu = host->local_pu;
+        VGA_LU03 *lu = add_lu03(pu, "LU1");
+        EXPECT_EQ(lu->gui_data.viewer.parent, &host->gui_data.viewer);
+
+        EXPECT_EQ(add_ls(port, "HOST", NAP_ADJ_HOST, "NEWPU"), host);
+        EXPECT_NE(host->local_pu, pu);
+        EXPECT_EQ(pu->ls_entry, nullptr);
+        EXPECT_FALSE(lu->gui_data.listed);
+        check_model();
+
+        EXPECT_EQ(put_pu("HOSTPU", NAP_DIRECT_ATTACHED, "OTHER"), pu);
+        EXPECT_EQ(other->local_pu, pu);
+        EXPECT_EQ(lu->gui_data.viewer.parent, &other->gui_data.viewer);
+        check_model();
+
+        EXPECT_EQ(add_ls(port, "HOST", NAP_ADJ_DOWNSTREAM, "BELOW"), host);
+        VGA_DOWN_PU *below = host->down_pu;
+        ASSERT_NE(below, nullptr);
+        vga_delete_vga_ls(host_goes_first ? host : other);
+        check_model();
+        EXPECT_EQ(below->ls_entry, host_goes_first ? nullptr : host)
+            << "the PU of the host goes with the link station, this one stays";
+        EXPECT_EQ(ntl_avl_validate(&gvga_system->dependent_lus), host_goes_first ? 1 : 0);
+        vga_delete_vga_down_pu(below);
+        vga_delete_vga_ls(host_goes_first ? other : host);
+        check_model();
+        EXPECT_EQ(ntl_avl_validate(&node->local_pus), 0);
+    }
+}
+
+/* One that turns out to be attached in another way keeps its line. */
+TEST_F(ModelChange, APuServedByADependentLuServerMayChange) {
+    vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
+    VGA_LOCAL_PU *pu = put_pu("SERVED", NAP_DLUR_ATTACHED);
+    EXPECT_TRUE(pu->gui_data.listed);
+    EXPECT_EQ(put_pu("SERVED"), pu);
+    check_model();
+    vga_delete_vga_local_pu(pu);
+    check_model();
+}
+
+TEST_F(ModelChange, AnotherLuOfTheNameStandsInTheDomain) {
+    constexpr int holders = 6;
+    for (unsigned seed = 1; seed <= 8; seed++) {
+        std::vector<VGA_LU03 *> lus;
+        for (int number = 0; number < holders; number++) {
+            VGA_LOCAL_PU *pu = put_pu("PU" + std::to_string(number));
+            lus.push_back(add_lu03(pu, "SAME"));
+            lus.push_back(add_lu03(pu, "ALSO"));
+        }
+        std::shuffle(lus.begin(), lus.end(), std::mt19937(seed));
+        while (!lus.empty()) {
+            vga_delete_vga_lu03(lus.back());
+            lus.pop_back();
+            for (const VGA_LU03 *lu : lus) {
+                auto *found = static_cast<VGA_LU03 *>(
+                    ntl_avl_find(&gvga_system->dependent_lus, &lu->domain_key));
+                ASSERT_NE(found, nullptr) << lus.size();
+                EXPECT_NE(std::find(lus.begin(), lus.end(), found), lus.end());
+            }
+            check_model();
+        }
+        EXPECT_EQ(ntl_avl_validate(&gvga_system->dependent_lus), 0);
+    }
+}
+
+TEST_F(ModelChange, ARedefinedLuLeavesItsOldPool) {
+    VGA_LOCAL_PU *pu = put_pu("HOSTPU");
+    VGA_LU03 *lu = add_lu03(pu, "LU1");
+    std::vector<VGA_POOL *> pools;
+    for (const char *name : {"POOLA", "POOLB"}) {
+        auto entry = new_entry<NAP_LU_POOL_DATA>();
+        set_ebcdic(entry.pool_name, name);
+        pools.push_back(vga_insert_vga_pool(vga_init_vga_pool(node, &entry)));
+        set_ebcdic(entry.lu_name, "LU1");
+        vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pools.back(), &entry));
+        NAP_LU03_DATA redefined = *lu->vcb;
+        set_ebcdic(redefined.def_data.pool_name, name);
+        EXPECT_EQ(vga_insert_vga_lu03(vga_init_vga_lu03(pu, &redefined)), lu);
+    }
+    EXPECT_EQ(ntl_avl_validate(&pools[0]->lu_tree), 0);
+    EXPECT_EQ(ntl_avl_validate(&pools[1]->lu_tree), 1);
+    check_model();
+}
+
+} // namespace
