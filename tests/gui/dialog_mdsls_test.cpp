@@ -1,7 +1,8 @@
 // The session limits as an operator meets them: the program's own descriptions and messages, a
 // small model, real mouse and keys, and a verb interface that answers when the test says so.
 
-#include "gui_support.h"
+#include "gui_windows.h"
+#include "testrecords.h"
 
 #include "../unit/scriptednof.h"
 #include "nofverbs.h"
@@ -26,52 +27,13 @@ SCRIPTED_NOF_ENTRY
 
 namespace {
 
-template <size_t size> void local(NB_UCHAR (&field)[size], const char *text) {
-    memset(field, ' ', size);
-    memcpy(field, text, strlen(text));
-}
-
-template <size_t size> void ebcdic(NB_UCHAR (&field)[size], const char *text) {
-    local(field, text);
-    nba_local_to_ebcdic(field, size);
-}
-
-template <class Entry> Entry entry() {
-    Entry data = {};
-    data.overlay_size = sizeof(data);
-    return data;
-}
-
-// The build tree above this program is laid out like an installed prefix.
-class PREFIX {
-public:
-    PREFIX() {
-        char name[] = "/tmp/mdslsXXXXXX";
-        folder = mkdtemp(name);
-        auto tree = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
-        std::filesystem::create_directory_symlink(tree, folder / "sna");
-        setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
-        nba_set_app_defaults_path();
-    }
-    ~PREFIX() { std::filesystem::remove_all(folder); }
-
-private:
-    std::filesystem::path folder;
-};
-
 class SessionLimits : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        static PREFIX prefix;
+        static gui::PREFIX prefix;
         nba_pd_set_log("/dev/null", NB_PD_ALL);
         ASSERT_EQ(vga_load_messages(), 1);
-        gui::open();
-        char file[] = "quildlg.uid";
-        String files[] = {file};
-        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-                  MrmSUCCESS);
-        vga_register_common_names();
-        vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
+        gui::open_windows();
     }
 
     void SetUp() override {
@@ -100,15 +62,15 @@ protected:
     }
 
     VGA_MODE *add_mode(const char *name, NB_UCHAR flags) {
-        auto definition = entry<NAP_MODE_DEF_DATA>();
-        ebcdic(definition.mode_name, name);
+        auto definition = new_entry<NAP_MODE_DEF_DATA>();
+        set_ebcdic(definition.mode_name, name);
         definition.mode_chars.max_neg_sess_lim = 20;
         definition.mode_chars.mode_flags = flags;
         vga_insert_vga_mode_def(vga_init_vga_mode_def(node, &definition));
-        auto mode = entry<NAP_MODE_DATA>();
-        local(mode.lu_alias, "PAYROLL");
-        ebcdic(mode.mode_name, name);
-        ebcdic(mode.fqplu_name, "NETA.LEDGER");
+        auto mode = new_entry<NAP_MODE_DATA>();
+        set_local(mode.lu_alias, "PAYROLL");
+        set_ebcdic(mode.mode_name, name);
+        set_ebcdic(mode.fqplu_name, "NETA.LEDGER");
         mode.act_sess_count = 3;
         mode.sess_limit = 16;
         mode.min_conwinners = 8;
@@ -117,14 +79,14 @@ protected:
     }
 
     void make_model() {
-        auto data = entry<NAP_NODE_ALL_DATA>();
+        auto data = new_entry<NAP_NODE_ALL_DATA>();
         strcpy(reinterpret_cast<char *>(data.node_name), "berlin");
         data.info.node_state = NAP_NODE_ACTIVE;
         node = vga_insert_vga_node(vga_init_vga_node(&data));
         node->target = 77;
-        auto local_lu = entry<NAP_LOCAL_LU_DATA>();
-        ebcdic(local_lu.lu_name, "PAYLU");
-        local(local_lu.def_data.lu_alias, "PAYROLL");
+        auto local_lu = new_entry<NAP_LOCAL_LU_DATA>();
+        set_ebcdic(local_lu.lu_name, "PAYLU");
+        set_local(local_lu.def_data.lu_alias, "PAYROLL");
         lu = vga_insert_vga_lu62(vga_init_vga_lu62(node, &local_lu));
         control_points = add_mode("CPSVCMG", NAP_MODE_CONTROL_POINT);
         mode = add_mode("PAYMODE", 0);

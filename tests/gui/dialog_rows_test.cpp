@@ -1,7 +1,7 @@
 // Every row of the program's table with the program's own descriptions: it can be fetched, shown,
 // closed by its button and by the window manager, and used again.
 
-#include "gui_support.h"
+#include "gui_windows.h"
 
 #include "vgadgutl.h"
 #include "vgaglob.h"
@@ -19,12 +19,7 @@ class Rows : public testing::TestWithParam<int> {
 protected:
     static void SetUpTestSuite() {
         nba_pd_set_log("/dev/null", NB_PD_ALL);
-        gui::open();
-        char file[] = "quildlg.uid";
-        String files[] = {file};
-        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-                  MrmSUCCESS);
-        vga_register_common_names();
+        gui::open_windows();
     }
 
     void SetUp() override {

@@ -1,6 +1,6 @@
 // Help windows with real keys and mouse: what the library shows, and how the program asks for it.
 
-#include "gui_support.h"
+#include "gui_windows.h"
 
 #include "../../platform/help/helpclass.h"
 #include "../../platform/help/window.h"
@@ -49,21 +49,6 @@ public:
     Widget window, dialog, area;
 };
 
-// The build tree under a name that is short enough for a prefix, which is read once a process.
-class PREFIX {
-public:
-    PREFIX() {
-        char name[] = "/tmp/helpguiXXXXXX";
-        folder = mkdtemp(name);
-        std::filesystem::create_directory_symlink(HELP_BUILD_TREE, folder / "sna");
-        setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
-    }
-    ~PREFIX() { std::filesystem::remove_all(folder); }
-
-private:
-    std::filesystem::path folder;
-};
-
 std::vector<Widget> help_shells() {
     std::vector<Widget> shells;
     // Shells without a parent are known to the display only: the windows of the screen tell.
@@ -94,7 +79,7 @@ SHOWN only_window() {
 class Help : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        static const PREFIX prefix;
+        static const gui::PREFIX prefix;
         gui::open();
         gvga_messages[204] = "Close";
         gvga_messages[206] = "Contents";

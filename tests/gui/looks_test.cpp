@@ -2,7 +2,7 @@
 // are whole, also in long translations.  LOOKS_CASE in the environment chooses what the run is
 // about (CMakeLists.txt); without it, it is the ordinary look.
 
-#include "gui_support.h"
+#include "gui_windows.h"
 
 #include "vgadgmsg.h"
 #include "vgadgutl.h"
@@ -81,22 +81,6 @@ void set_session_resources(const char *text) {
 }
 
 /* The build tree as a prefix; its own path may be too long for one. */
-class PREFIX {
-public:
-    PREFIX() {
-        char name[] = "/tmp/looksXXXXXX";
-        folder = mkdtemp(name);
-        const fs::path tree = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
-        fs::create_directory_symlink(tree, folder / "sna");
-        setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
-        nba_set_app_defaults_path();
-    }
-    ~PREFIX() { fs::remove_all(folder); }
-
-private:
-    fs::path folder;
-};
-
 void set_language(const std::string &language) {
     if (!language.empty()) {
         setenv("LANG", language.c_str(), 1);
@@ -174,18 +158,12 @@ std::string text_of(Widget label) {
 class Looks : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        static PREFIX prefix;
+        static gui::PREFIX prefix;
         set_language(look().language);
         set_session_resources(look().resources);
         nba_pd_set_log("/dev/null", NB_PD_ALL);
         ASSERT_EQ(vga_load_messages(), 1);
-        gui::open();
-        char file[] = "quildlg.uid";
-        String files[] = {file};
-        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-                  MrmSUCCESS);
-        vga_register_common_names();
-        vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
+        gui::open_windows();
     }
 
     /* The node window on a node, and over it a message box with all of its buttons. */

@@ -3,7 +3,8 @@
 #ifndef NODEW_FIXTURE_H
 #define NODEW_FIXTURE_H
 
-#include "gui_support.h"
+#include "gui_windows.h"
+#include "testrecords.h"
 
 #include "vgadsadd.h"
 #include "vgadsdel.h"
@@ -26,59 +27,13 @@
 
 namespace {
 
-template <size_t size> void local(NB_UCHAR (&field)[size], const char *text) {
-    memset(field, ' ', size);
-    memcpy(field, text, strlen(text));
-}
-
-template <size_t size> void ebcdic(NB_UCHAR (&field)[size], const char *text) {
-    local(field, text);
-    nba_local_to_ebcdic(field, size);
-}
-
-template <class Entry> Entry entry() {
-    Entry data = {};
-    data.overlay_size = sizeof(data);
-    return data;
-}
-
-// The build tree above this program is laid out like an installed prefix, but its path may be too
-// long for one.
-class PREFIX {
-public:
-    PREFIX() {
-        if (getenv("SNA_PREFIX") == nullptr) {
-            char name[] = "/tmp/nodewXXXXXX";
-            folder = mkdtemp(name);
-            auto tree = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
-            std::filesystem::create_directory_symlink(tree, folder / "sna");
-            setenv("SNA_PREFIX", (folder / "sna").c_str(), 1);
-        }
-        nba_set_app_defaults_path();
-    }
-    ~PREFIX() {
-        if (!folder.empty()) {
-            std::filesystem::remove_all(folder);
-        }
-    }
-
-private:
-    std::filesystem::path folder;
-};
-
 class NodeWindow : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        static PREFIX prefix;
+        static gui::PREFIX prefix;
         nba_pd_set_log("/dev/null", NB_PD_ALL);
         ASSERT_EQ(vga_load_messages(), 1);
-        gui::open();
-        char file[] = "quildlg.uid";
-        String files[] = {file};
-        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-                  MrmSUCCESS);
-        vga_register_common_names();
-        vga_viewer_set_types(gvga_viewer_types.data(), VGA_VIEWER_TYPE_COUNT);
+        gui::open_windows();
     }
 
     void SetUp() override {
@@ -149,34 +104,34 @@ protected:
     // A node with both fixed lines, two ports, a link with an LU, two local LUs and a remote
     // system.
     void make_node(NB_ULONG state = NAP_NODE_ACTIVE, const char *name = "berlin") {
-        auto data = entry<NAP_NODE_ALL_DATA>();
+        auto data = new_entry<NAP_NODE_ALL_DATA>();
         strcpy(reinterpret_cast<char *>(data.node_name), name);
         data.info.node_state = state;
-        ebcdic(data.info.fq_cp_name, "NETA.BERLIN");
+        set_ebcdic(data.info.fq_cp_name, "NETA.BERLIN");
         node = vga_insert_vga_node(vga_init_vga_node(&data));
         ASSERT_NE(node, nullptr);
         vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
-        auto dlc = entry<NAP_DLC_DATA>();
-        local(dlc.dlc_name, "ETH0");
+        auto dlc = new_entry<NAP_DLC_DATA>();
+        set_local(dlc.dlc_name, "ETH0");
         dlc.def_data.dlc_type = NAP_DLC_ETHERNET;
         VGA_DLC *owner = vga_insert_vga_dlc(vga_init_vga_dlc(node, &dlc));
         for (const char *port_name : {"ETHP0", "ETHP1"}) {
-            auto port = entry<NAP_PORT_DATA>();
-            local(port.port_name, port_name);
-            local(port.def_data.dlc_name, "ETH0");
+            auto port = new_entry<NAP_PORT_DATA>();
+            set_local(port.port_name, port_name);
+            set_local(port.def_data.dlc_name, "ETH0");
             port.def_data.dlc_type = NAP_DLC_ETHERNET;
             port.det_data.port_state = NAP_ACTIVE;
             ports.push_back(vga_insert_vga_port(vga_init_vga_port(owner, &port)));
         }
         for (const char *alias : {"PAYROLL", "ORDERS"}) {
-            auto lu = entry<NAP_LOCAL_LU_DATA>();
-            ebcdic(lu.lu_name, alias);
-            local(lu.def_data.lu_alias, alias);
+            auto lu = new_entry<NAP_LOCAL_LU_DATA>();
+            set_ebcdic(lu.lu_name, alias);
+            set_local(lu.def_data.lu_alias, alias);
             vga_insert_vga_lu62(vga_init_vga_lu62(node, &lu));
         }
-        auto remote = entry<NAP_DIR_DATA>();
-        ebcdic(remote.fqcp_name, "NETA.HOST");
-        ebcdic(remote.resource_name, "NETA.HOST");
+        auto remote = new_entry<NAP_DIR_DATA>();
+        set_ebcdic(remote.fqcp_name, "NETA.HOST");
+        set_ebcdic(remote.resource_name, "NETA.HOST");
         remote.resource_type = NAP_DIR_NETWORK_NODE;
         vga_insert_vga_rem_sys(vga_init_vga_rem_sys(node, &remote));
     }

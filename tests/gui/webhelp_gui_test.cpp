@@ -1,6 +1,6 @@
 // The web entries of the node window's help menu, as the description of the windows has them.
 
-#include "gui_support.h"
+#include "gui_windows.h"
 
 #include "vgadgutl.h"
 #include "vgamsgs.h"
@@ -14,12 +14,7 @@
 namespace {
 
 TEST(WebHelpMenu, EntriesShowTheirPages) {
-    gui::open();
-    char file[] = "quildlg.uid";
-    String files[] = {file};
-    ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-              MrmSUCCESS);
-    vga_register_common_names();
+    gui::open_windows();
     char name[] = "/tmp/webhelpXXXXXX";
     const std::filesystem::path folder = mkdtemp(name);
     const std::filesystem::path shown = folder / "shown";
