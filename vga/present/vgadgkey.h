@@ -1,8 +1,9 @@
 /* The letters that press the buttons of a box with Alt: dialogs and messages alike.
  *
- * Each button of a message box has a letter of its label, which the label underlines and no other
- * button of the box has.  A description may choose one (XmNmnemonic); the others get the first
- * letter or digit of their label that is left, so that translations need no list of letters. */
+ * Each button of a message box has a letter of its label that no other button of the box has.  A
+ * description may choose one (XmNmnemonic); the others get the first letter or digit of their label
+ * that is left, so that translations need no list of letters.  The toolkit underlines the letter
+ * with the server's fonts, but not with scalable ones. */
 #ifndef VGADGKEY_H
 #define VGADGKEY_H
 
