@@ -81,6 +81,8 @@ TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
         EXPECT_EQ(lu->gui_data.viewer.parent, &other->gui_data.viewer);
         check_model();
 
+        add_ls(port, "HOST", NAP_ADJ_HOST, "NEWPU");
+        EXPECT_NE(host->local_pu, nullptr);
         EXPECT_EQ(add_ls(port, "HOST", NAP_ADJ_DOWNSTREAM, "BELOW"), host);
         VGA_DOWN_PU *below = host->down_pu;
         ASSERT_NE(below, nullptr);
