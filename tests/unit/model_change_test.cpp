@@ -73,11 +73,16 @@ TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
         EXPECT_FALSE(lu->gui_data.listed);
         check_model();
 
+        put_pu("HOSTPU", NAP_DIRECT_ATTACHED, "HOST");
+        EXPECT_EQ(host->local_pu, pu);
         EXPECT_EQ(put_pu("HOSTPU", NAP_DIRECT_ATTACHED, "OTHER"), pu);
+        EXPECT_EQ(host->local_pu, nullptr);
         EXPECT_EQ(other->local_pu, pu);
         EXPECT_EQ(lu->gui_data.viewer.parent, &other->gui_data.viewer);
         check_model();
 
+        add_ls(port, "HOST", NAP_ADJ_HOST, "NEWPU");
+        EXPECT_NE(host->local_pu, nullptr);
         EXPECT_EQ(add_ls(port, "HOST", NAP_ADJ_DOWNSTREAM, "BELOW"), host);
         VGA_DOWN_PU *below = host->down_pu;
         ASSERT_NE(below, nullptr);
