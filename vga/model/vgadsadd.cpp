@@ -238,8 +238,10 @@ VGA_LS_ROUTING *vga_init_vga_ls_routing(VGA_LU62 *owner, const NAP_LS_ROUTING_DA
 VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record) {
     VGA_LU62 &lu = *record->parent;
     if (AVL_FIRST(lu.routings) == nullptr) {
-        vga_create_viewer(&lu.parent->local_lu_root, &lu.routing_title, VGA_VIEWER_LS_R_TITLE, &lu,
-                          &lu.gui_data.viewer, VGA_VIEWER_LAST);
+        VGA_VIEWER_ROOT *root = &lu.parent->local_lu_root;
+        vga_create_viewer(root, &lu.routing_title, VGA_VIEWER_LS_R_TITLE, &lu, &lu.gui_data.viewer,
+                          VGA_VIEWER_LAST);
+        vga_open_with_first_child({root, &lu.gui_data.viewer, 0, nullptr});
     }
     return vga_insert_record(record);
 }
