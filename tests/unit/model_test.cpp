@@ -108,9 +108,7 @@ struct FAKE_NODE {
     NB_USHORT dlur = 1;
 
     template <class Data> void add(NB_USHORT opcode, const Data &data) {
-        BYTES bytes(data.overlay_size, 0);
-        memcpy(bytes.data(), &data, sizeof(data));
-        lists[opcode].push_back(bytes);
+        lists[opcode].push_back(entry_bytes(data));
     }
 
     void answer_list(NAP_QUERY_LIST &query) {

@@ -26,12 +26,6 @@ template <size_t Width> struct EBCDIC {
 
 using BYTES = std::vector<NB_UCHAR>;
 
-template <class Data> BYTES entry_bytes(const Data &data) {
-    BYTES bytes(data.overlay_size, 0);
-    memcpy(bytes.data(), &data, sizeof(data));
-    return bytes;
-}
-
 /* The control block of a verb in flight. */
 template <class Block = NAP_QUERY_LIST> Block issued_block(size_t index = 0) {
     Block block;
