@@ -78,7 +78,13 @@ NB_VOID issue(const BUILD<Record> &build, Record *record, NB_USHORT opcode,
     }
 }
 
-template <class Record> NB_VOID start(const BUILD<Record> &build, Record *record) {
+/* `holds` says in the log what a null record breaks. */
+template <class Record>
+NB_VOID start(const BUILD<Record> &build, Record *record, const NB_CHAR *holds) {
+    if (record == nullptr) {
+        v0_assert(__FILE__, __LINE__, holds);
+        return;
+    }
     issue(build, record, build.lists[0], nullptr);
 }
 
@@ -107,44 +113,28 @@ NB_VOID answered(const BUILD<Record> &build, const VGA_PROCESS_STATE *work) {
 } // namespace
 
 NB_VOID vga_start_build_lu62(VGA_LU62 *this_lu) {
-    NB_ASSERT(this_lu != NULL);
-    if (this_lu != nullptr) {
-        start(lu62_build, this_lu);
-    }
+    start(lu62_build, this_lu, "this_lu != NULL");
 }
 
 NB_VOID vga_start_build_local_pu(VGA_LOCAL_PU *this_pu) {
-    NB_ASSERT(this_pu != NULL);
-    if (this_pu != nullptr) {
-        start(local_pu_build, this_pu);
-    }
+    start(local_pu_build, this_pu, "this_pu != NULL");
 }
 
 NB_VOID vga_start_build_down_pu(VGA_DOWN_PU *this_pu) {
-    NB_ASSERT(this_pu != NULL);
-    if (this_pu != nullptr) {
-        start(down_pu_build, this_pu);
-    }
+    start(down_pu_build, this_pu, "this_pu != NULL");
 }
 
 NB_VOID vga_start_build_cn(VGA_CN *this_cn) {
-    NB_ASSERT(this_cn != NULL);
-    if (this_cn != nullptr) {
-        start(cn_build, this_cn);
-    }
+    start(cn_build, this_cn, "this_cn != NULL");
 }
 
 NB_VOID vga_start_build_extra_data(VGA_NODE *node) {
-    NB_ASSERT(node != NULL);
-    if (node != nullptr) {
-        start(extra_data_build, node);
-    }
+    start(extra_data_build, node, "node != NULL");
 }
 
 NB_VOID vga_start_build_tp_load_info(VGA_NODE *node) {
-    NB_ASSERT(node != NULL);
-    if (node != nullptr && node->tp_target != 0) {
-        start(tp_load_build, node);
+    if (node == nullptr || node->tp_target != 0) {
+        start(tp_load_build, node, "node != NULL");
     }
 }
 
