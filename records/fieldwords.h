@@ -1,0 +1,258 @@
+/* The words that texts and commands use for numbers.  Windows show the text of `message` instead.
+ */
+#ifndef FIELDWORDS_H
+#define FIELDWORDS_H
+
+#include "schema.h"
+
+namespace records {
+
+inline constexpr FieldWord dlc_words[] = {
+    {"sdlc", NAP_DLC_SDLC},
+    {"qllc", NAP_DLC_QLLC},
+    {"token_ring", NAP_DLC_TOKEN_RING},
+    {"fddi", NAP_DLC_FDDI},
+    {"ethernet", NAP_DLC_ETHERNET},
+    {"frame_relay", NAP_DLC_FRAME_RELAY},
+    {"channel", NAP_DLC_CHANNEL},
+    {"ip", NAP_DLC_IP},
+    {"mpc", NAP_DLC_MPC},
+    {"mpc_plus", NAP_DLC_MPC_PLUS},
+};
+
+inline constexpr FieldWord port_words[] = {
+    {"leased", NAP_PORT_LEASED},
+    {"switched", NAP_PORT_SWITCHED},
+    {"shared_access", NAP_PORT_SHARED_ACCESS},
+};
+
+inline constexpr FieldWord role_words[] = {
+    {"primary", NAP_LS_PRIMARY},
+    {"secondary", NAP_LS_SECONDARY},
+    {"negotiable", NAP_LS_NEGOTIABLE},
+};
+
+inline constexpr FieldWord partner_words[] = {
+    {"learn", NAP_ADJ_NODE_LEARN},
+    {"len_node", NAP_ADJ_LEN_NODE},
+    {"network_node", NAP_ADJ_NETWORK_NODE},
+    {"end_node", NAP_ADJ_END_NODE},
+    {"host", NAP_ADJ_HOST},
+    {"downstream", NAP_ADJ_DOWNSTREAM},
+};
+
+inline constexpr FieldWord attachment_words[] = {
+    {"direct", NAP_DIRECT_ATTACHED},
+    {"dlur", NAP_DLUR_ATTACHED},
+};
+
+inline constexpr FieldWord model_words[] = {
+    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2},
+    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3},
+    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4},
+    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5},
+    {"printer", NAP_LU_PRINTER},
+    {"scs_printer", NAP_LU_SCS_PRINTER},
+    {"rje", NAP_LU_RJE},
+    {"unrestricted", NAP_LU_UNKNOWN},
+};
+
+inline constexpr FieldWord priority_words[] = {
+    {"network", 0},
+    {"high", 1},
+    {"medium", 2},
+    {"low", 3},
+};
+
+inline constexpr FieldWord flow_words[] = {
+    {"low", 0},
+    {"medium", 1},
+    {"high", 2},
+    {"network", 3},
+};
+
+inline constexpr FieldWord application_words[] = {
+    {"none", NAP_APP_NONE},
+    {"emulator", NAP_APP_3270_EMULATOR},
+    {"tn3270", NAP_APP_TN3270_SERVER},
+    {"lua", NAP_APP_LUA},
+};
+
+inline constexpr FieldWord compression_words[] = {
+    {"none", NAP_COMPRESSION_NONE},
+    {"rle", NAP_COMPRESSION_RLE},
+    {"lz9", NAP_COMPRESSION_LZ9},
+    {"lz10", NAP_COMPRESSION_LZ10},
+};
+
+inline constexpr FieldWord resource_words[] = {
+    {"lu", NAP_DIR_LU},
+    {"end_node", NAP_DIR_END_NODE},
+    {"network_node", NAP_DIR_NETWORK_NODE},
+    {"wildcard_lu", NAP_DIR_WILDCARD_LU},
+};
+
+inline constexpr FieldWord wildcard_words[] = {
+    {"none", NAP_DIR_WILDCARD_NONE},
+    {"partial", NAP_DIR_WILDCARD_PARTIAL},
+    {"full", NAP_DIR_WILDCARD_FULL},
+};
+
+inline constexpr FieldWord security_words[] = {
+    {"nonsecure", NAP_SEC_NONSECURE},     {"public_switched", NAP_SEC_PUBLIC_SWITCHED},
+    {"underground", NAP_SEC_UNDERGROUND}, {"conduit", NAP_SEC_CONDUIT},
+    {"encrypted", NAP_SEC_ENCRYPTED},     {"guarded", NAP_SEC_GUARDED},
+    {"maximum", NAP_SEC_MAXIMUM},
+};
+
+inline constexpr FieldWord delay_words[] = {
+    {"minimum", NAP_DELAY_MINIMUM},     {"lan", NAP_DELAY_LAN},
+    {"telephone", NAP_DELAY_TELEPHONE}, {"packet", NAP_DELAY_PACKET},
+    {"satellite", NAP_DELAY_SATELLITE}, {"maximum", NAP_DELAY_MAXIMUM},
+};
+
+inline constexpr FieldWord line_words[] = {
+    {"leased", NAP_PORT_LEASED},
+    {"switched", NAP_PORT_SWITCHED},
+};
+
+inline constexpr FieldWord duplex_words[] = {
+    {"half", NAP_HALF_DUPLEX},
+    {"full", NAP_FULL_DUPLEX},
+};
+
+inline constexpr FieldWord encoding_words[] = {
+    {"nrz", 0},
+    {"nrzi", 1},
+};
+
+inline constexpr FieldWord timeout_words[] = {
+    {"global", NAP_TIMEOUT_GLOBAL},
+    {"local_lu", NAP_TIMEOUT_LOCAL_LU},
+    {"partner_lu", NAP_TIMEOUT_PARTNER_LU},
+    {"mode", NAP_TIMEOUT_MODE},
+};
+
+inline constexpr FieldWord client_words[] = {
+    {"default", NAP_TN_DEFAULT_RECORD},
+    {"ip", NAP_TN_ADDRESS_IP},
+    {"name", NAP_TN_ADDRESS_NAME},
+};
+
+inline constexpr FieldWord ssl_words[] = {
+    {"no", 0},
+    {"yes", 1},
+    {"certificate", 2},
+};
+
+inline constexpr FieldWord sync_words[] = {
+    {"none", NAP_SYNC_NONE},
+    {"confirm", NAP_SYNC_CONFIRM},
+    {"sync_point", NAP_SYNC_POINT},
+};
+
+inline constexpr FieldWord conversation_words[] = {
+    {"basic", 0},
+    {"mapped", 1},
+    {"either", 2},
+};
+
+inline constexpr FieldWord tp_duplex_words[] = {
+    {"half", 0},
+    {"full", 1},
+    {"either", 2},
+};
+
+inline constexpr FieldWord tp_type_words[] = {
+    {"queued", NAP_TP_QUEUED},
+    {"queued_broadcast", NAP_TP_QUEUED_BROADCAST},
+    {"non_queued", NAP_TP_NON_QUEUED},
+};
+
+inline constexpr FieldWord style_words[] = {
+    {"extended", 0},
+    {"compatible", 1},
+};
+
+inline constexpr FieldWord verification_words[] = {
+    {"basic", 0},
+    {"enhanced", 1},
+};
+
+inline constexpr FieldWord emulator_words[] = {
+    {"3270", NAP_USER_SESSION_3270},
+    {"5250", NAP_USER_SESSION_5250},
+};
+
+inline constexpr FieldWord terminal_words[] = {
+    {"display", NAP_SESSION_DISPLAY},
+    {"printer", NAP_SESSION_PRINTER},
+};
+
+inline constexpr FieldWord screen_words[] = {
+    {"none", 0},
+    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2},
+    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3},
+    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4},
+    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5},
+};
+
+inline constexpr FieldWord cpic_words[] = {
+    {"none", NAP_CPIC_SECURITY_NONE},
+    {"same", NAP_CPIC_SECURITY_SAME},
+    {"program", NAP_CPIC_SECURITY_PROGRAM},
+    {"strong", NAP_CPIC_SECURITY_STRONG},
+};
+
+inline constexpr FieldWord server_words[] = {
+    {"none", 0},
+    {"master", NAP_SERVER_MASTER | NAP_SERVER_CONFIG},
+    {"backup", NAP_SERVER_BACKUP},
+};
+
+inline constexpr FieldWord node_words[] = {
+    {"len_node", NAP_LEN_NODE},
+    {"network_node", NAP_NETWORK_NODE},
+    {"end_node", NAP_END_NODE},
+    {"branch_network_node", NAP_BRANCH_NETWORK_NODE},
+};
+
+inline constexpr FieldWord keepalive_words[] = {
+    {"none", NAP_KEEPALIVE_NONE},
+    {"no_operation", NAP_KEEPALIVE_NOP},
+    {"timing_mark", NAP_KEEPALIVE_TIMING_MARK},
+};
+
+inline constexpr FieldWord state_words[] = {
+    {"inactive", NAP_NOT_ACTIVE},   {"starting", NAP_PENDING_ACTIVE},
+    {"active", NAP_ACTIVE},         {"stopping", NAP_PENDING_INACTIVE},
+    {"resetting", NAP_RESETTING},   {"sscp_active", NAP_SSCP_ACTIVE},
+    {"in_session", NAP_IN_SESSION},
+};
+
+inline constexpr FieldWord route_words[] = {
+    {"listening", NAP_RTP_LISTENING}, {"calling", NAP_RTP_CALLING},
+    {"connected", NAP_RTP_CONNECTED}, {"switching", NAP_RTP_SWITCHING},
+    {"ending", NAP_RTP_ENDING},
+};
+
+inline constexpr FieldWord service_words[] = {
+    {"concentration", NAP_PU_CONCENTRATION},
+    {"passed_through", NAP_DLUR_PASSED_THROUGH},
+};
+
+inline constexpr FieldWord directory_words[] = {
+    {"home", NAP_DIR_HOME},
+    {"cache", NAP_DIR_CACHE},
+    {"registered", NAP_DIR_REGISTER},
+};
+
+inline constexpr FieldWord node_state_words[] = {
+    {"stopped", NAP_NODE_STOPPED},           {"starting", NAP_NODE_STARTING},
+    {"stopping", NAP_NODE_STOPPING},         {"active", NAP_NODE_ACTIVE},
+    {"unconfigured", NAP_NODE_UNCONFIGURED}, {"back_level", NAP_NODE_BACK_LEVEL},
+};
+
+} // namespace records
+
+#endif
