@@ -1,26 +1,24 @@
 #include "nodeclass.h"
 
 #include "nbbase.h"
+#include "opcodeindex.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace node {
 
 namespace {
 
-using ClassTable = std::array<ClassRow, CLASS_COUNT>;
+using ClassTable = std::array<const ClassRow *, CLASS_COUNT>;
 
 ClassTable make_table() {
-    ClassTable table;
-    add_connectivity_rows(table.data());
-    add_lu_rows(table.data());
-    add_session_rows(table.data());
-    add_service_rows(table.data());
-    add_domain_rows(table.data());
-    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
-        NB_ASSERT(table[id].id == id);
+    ClassTable table = {};
+    for (const auto family : {connectivity_classes(), lu_classes(), pool_classes(),
+                              session_classes(), domain_classes()}) {
+        for (const ClassRow &row : family) {
+            table[row.id] = &row;
+        }
     }
     return table;
 }
@@ -33,63 +31,46 @@ const ClassTable &class_table() {
 } // namespace
 
 const ClassRow &class_row(ClassId id) {
-    return class_table()[id];
+    return *class_table()[id];
 }
 
 const ClassRow *class_by_list(NB_USHORT opcode, const ListRow **list) {
-    for (const ClassRow &row : class_table()) {
-        for (const ListRow &shown : row.lists) {
-            if (shown.list == opcode) {
-                *list = &shown;
-                return &row;
-            }
-        }
+    static const records::OpcodeIndex<ClassRow, 2 * CLASS_COUNT> index(
+        class_table(), [](const ClassRow &row) {
+            return std::array{row.schema->lists[0].list, row.schema->lists[1].list};
+        });
+    const ClassRow *row = index.find(opcode);
+    if (row != nullptr) {
+        const auto &lists = row->schema->lists;
+        *list = &lists[lists[0].list == opcode ? 0 : 1];
     }
-    return nullptr;
+    return row;
 }
 
 const ClassRow *class_by_verb(NB_USHORT opcode) {
-    if (opcode == 0) {
-        return nullptr;
-    }
-    for (const ClassRow &row : class_table()) {
-        const NB_USHORT verbs[] = {row.define, row.remove, row.start, row.stop};
-        if (std::find(std::begin(verbs), std::end(verbs), opcode) != std::end(verbs)) {
-            return &row;
-        }
-    }
-    return nullptr;
+    static const records::OpcodeIndex<ClassRow, 4 * CLASS_COUNT> index(
+        class_table(), [](const ClassRow &row) {
+            const Schema &of = *row.schema;
+            return std::array{of.define, of.remove, of.start, of.stop};
+        });
+    return index.find(opcode);
 }
 
 const ClassRow *class_by_name(std::string_view name) {
-    for (const ClassRow &row : class_table()) {
-        if (name == row.name) {
-            return &row;
-        }
-    }
-    return nullptr;
+    const ClassTable &table = class_table();
+    const auto *found = std::find_if(table.begin(), table.end(), [name](const ClassRow *row) {
+        return name == row->schema->name;
+    });
+    return found == table.end() ? nullptr : *found;
 }
 
 const ListRow &shown_by(const ClassRow &row, const NB_UCHAR *entry) {
-    for (const ListRow &list : row.lists) {
-        if (list.select_offset != 0 && entry[list.select_offset] == list.select_value) {
+    for (const ListRow &list : row.schema->lists) {
+        if (list.selector != 0 && entry[list.selector] == list.selects) {
             return list;
         }
     }
-    return row.lists[0];
-}
-
-void set_entry_length(const ClassRow &row, NB_UCHAR *entry) {
-    const NestedRow &nested = row.nested;
-    size_t length = row.overlay_size();
-    if (nested.name != nullptr) {
-        const NB_ULONG count = get_number(entry + nested.count_offset, nested.count_width);
-        const size_t end = nested.offset + count * nested.size;
-        NB_ASSERT(count <= nested.most);
-        memset(entry + end, 0, nested.offset + nested.most * nested.size - end);
-        length = nested.cuts ? (end + 3) & ~size_t{3} : length;
-    }
-    put_number(entry, 2, static_cast<NB_ULONG>(length));
+    return row.schema->lists[0];
 }
 
 } // namespace node

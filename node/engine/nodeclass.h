@@ -1,25 +1,49 @@
-/* Resource classes: what the one engine needs to know of each kind of resource.
+/* Resource classes: what the one engine needs to know of each kind of resource beside its schema
+ * (schema.h), which says the verbs, the key, the layout and the fields.
  *
  * To add a class: give it a ClassId (behind the classes that it refers to: resources are loaded in
- * this order), a field table and a row in the room where it belongs (noderowc.cpp connectivity,
- * noderowl.cpp LUs, noderows.cpp sessions and routes, noderowt.cpp TN3270 and IP, noderowd.cpp
- * programs, security and the domain).  The row says which verbs serve it, what its list entry looks
- * like, what its key is, whom it belongs to and how its states move.  Lists, paging, defining,
- * deleting, the store, the domain text, starting, stopping, cascades, indications and copies then
- * work.  Only what is peculiar to the class is code: its hooks (nodehook*.cpp), any of which may be
- * null.  tests/unit/node_class_test.cpp walks the table. */
+ * this order) and a row in the source of its family (nodehookc.cpp connectivity, nodehookl.cpp LUs,
+ * nodepool.cpp their pools, nodehooks.cpp sessions and routes, nodehookd.cpp the rest).  The row
+ * says whom it belongs to and how its states move.  Lists, paging, defining, deleting, the store,
+ * the domain text, starting, stopping, cascades, indications and copies then work.  Only what is
+ * peculiar to the class is code: its hooks, any of which may be null.
+ * tests/unit/node_class_test.cpp walks the table. */
 #ifndef NODECLASS_H
 #define NODECLASS_H
 
-#include "nodefield.h"
+#include "behaviour.h"
+#include "entry.h"
 #include "nodekey.h"
 #include "nodetimer.h"
 #include "ntlavl.h"
+#include "schemas.h"
 
 #include <memory>
 #include <vector>
 
 namespace node {
+
+/* Names of schemas and fields that stand everywhere in the node. */
+using records::ebcdic_text;
+using records::FIELD_COUNTS;
+using records::FIELD_KEY;
+using records::FIELD_SECRET;
+using records::FieldRow;
+using records::FieldTable;
+using records::get_number;
+using records::is_blank;
+using records::KEY_IN_BLOCK;
+using records::KEY_OFFSET;
+using records::KeyKind;
+using records::KeyParts;
+using records::ListRow;
+using records::local_text;
+using records::Nested;
+using records::put_ebcdic;
+using records::put_local;
+using records::put_number;
+using records::Schema;
+using records::Settings;
 
 class Engine;
 
@@ -105,16 +129,6 @@ struct Resource {
     NB_USHORT tries = 0;             /* failed starts in a row */
 };
 
-/* A list verb that shows the class, or the part of it whose entry has `value` at `select_offset`
- * (0: all of it), and the indication that reports its changes (0: none). */
-struct ListRow {
-    NB_USHORT list = 0;
-    NB_USHORT indication = 0;
-    size_t select_offset = 0;
-    NB_UCHAR select_value = 0;
-};
-
-constexpr size_t MAX_LISTS = 2;
 constexpr size_t MAX_REFS = 2;
 
 constexpr NB_UCHAR REF_OWNER = 1;    /* states follow: needs the owner active, stops with it */
@@ -125,44 +139,28 @@ constexpr NB_UCHAR REF_CARRIED = 8;  /* is deleted with the owner instead of hol
 /* A field that names a resource of another class, which must exist, and which cannot be deleted
  * while it is named. */
 struct RefRow {
-    NB_UCHAR to = 0; /* ClassId */
+    ClassId to = CLASS_COUNT; /* CLASS_COUNT: no reference */
     NB_UCHAR flags = 0;
-    size_t offset = 0; /* in the entry; the width is that of the other's key or alias */
+    const FieldRow *by = nullptr;
 };
 
+/* A field by which others may name the resource, beside its key. */
 struct AliasRow {
-    size_t offset = 0; /* in the entry; 0: no alias */
-    KeyPart parts[MAX_KEY_PARTS] = {};
-    NB_UCHAR rival = CLASS_COUNT; /* class whose key or alias shares the name space */
+    const FieldRow *name = nullptr; /* null: no alias */
+    ClassId rival = CLASS_COUNT;    /* class whose key or alias shares the name space */
     bool rival_by_alias = false;
-    size_t rival_offset = 0; /* of the name that is looked up there */
-};
+    const FieldRow *rival_name = nullptr; /* the name that is looked up there */
 
-struct Span {
-    size_t offset = 0;
-    size_t length = 0;
+    KeyParts parts() const { return {key_part(*name)}; }
 };
 
 struct LifeRow {
     bool has_states = false;
-    bool shows_pending = false; /* the two pending states are reported */
-    size_t auto_offset = 0;     /* flag in the entry: comes up with its owner; 0: always does */
-    NB_ULONG up_low_ms = 0;     /* time to come up: within these two, by name */
+    bool shows_pending = false;          /* the two pending states are reported */
+    const FieldRow *initially = nullptr; /* flag: comes up with its owner; null: always does */
+    NB_ULONG up_low_ms = 0;              /* time to come up: within these two, by name */
     NB_ULONG up_high_ms = 0;
     NB_ULONG down_ms = 0;
-};
-
-/* Items that stand one behind the other within an entry. */
-struct NestedRow {
-    const char *name = nullptr; /* in domain texts; null: the class has none */
-    size_t count_offset = 0;    /* of their number in the entry, 1 or 2 bytes */
-    size_t count_width = 0;
-    size_t offset = 0; /* of the first */
-    size_t size = 0;   /* of one */
-    NB_ULONG least = 0;
-    NB_ULONG most = 0;
-    bool cuts = false; /* the entry of a list ends behind the last one */
-    FieldTable fields; /* offsets within an item; the first is its name */
 };
 
 struct ClassHooks {
@@ -195,32 +193,15 @@ struct ClassHooks {
 
 struct ClassRow {
     ClassId id = CLASS_COUNT;
-    const char *name = nullptr; /* the section of domain texts, and the class in the store */
+    const Schema *schema = nullptr; /* its name is that of the class in the store, too */
     Scope scope = Scope::Node;
     bool untold = false; /* made by the node itself: no section of domain texts */
-    ListRow lists[MAX_LISTS] = {};
-    NB_USHORT define = 0, remove = 0, start = 0, stop = 0; /* opcodes, 0: none */
-    size_t entry_size = 0;
-    size_t define_size = 0;
-    KeyPart key[MAX_KEY_PARTS] = {}; /* from KEY_OFFSET of the entry, KEY_IN_BLOCK of the block */
-    Span def = {};                   /* in the entry */
-    size_t def_in_define = 0;
-    Span det = {}; /* in the entry: what indications carry, and what the store leaves out */
-    FieldTable fields = {};
-    NestedRow nested = {};
     RefRow refs[MAX_REFS] = {};
-    size_t ref_count = 0;
     AliasRow alias = {};
     LifeRow life = {};
     ClassHooks hooks = {};
-
-    size_t key_size() const { return key_length(key); }
-    /* What the longest entry takes in a list: a multiple of 4. */
-    size_t overlay_size() const { return (entry_size + 3) & ~size_t{3}; }
+    FieldTable simulated = {}; /* in domain texts: offsets in the Behaviour */
 };
-
-constexpr size_t KEY_OFFSET = 2;    /* of the key in every list entry */
-constexpr size_t KEY_IN_BLOCK = 12; /* of the key in every define and name block */
 
 /* The row of a class; the table is in the order of ClassId. */
 const ClassRow &class_row(ClassId id);
@@ -233,28 +214,12 @@ const ClassRow *class_by_name(std::string_view name);
 /* The list row that shows an entry. */
 const ListRow &shown_by(const ClassRow &row, const NB_UCHAR *entry);
 
-/* Calls action(field table, start of its record) for the entry and for each of its items. */
-template <class Action> void for_tables(const ClassRow &row, NB_UCHAR *entry, Action action) {
-    action(row.fields, entry);
-    if (row.nested.name != nullptr) {
-        const NestedRow &nested = row.nested;
-        const NB_ULONG count = get_number(entry + nested.count_offset, nested.count_width);
-        for (NB_ULONG at = 0; at < count && at < nested.most; at++) {
-            action(nested.fields, entry + nested.offset + at * nested.size);
-        }
-    }
-}
-
-/* Writes the length that the entry has in a list into its first two bytes, and clears what stands
- * behind its last item.  REQUIRES: no more items than there may be. */
-void set_entry_length(const ClassRow &row, NB_UCHAR *entry);
-
-/* The rooms of the table, each in its file. */
-void add_connectivity_rows(ClassRow *table);
-void add_lu_rows(ClassRow *table);
-void add_session_rows(ClassRow *table);
-void add_service_rows(ClassRow *table);
-void add_domain_rows(ClassRow *table);
+/* The families of the table, each in its source. */
+std::span<const ClassRow> connectivity_classes();
+std::span<const ClassRow> lu_classes();
+std::span<const ClassRow> pool_classes();
+std::span<const ClassRow> session_classes();
+std::span<const ClassRow> domain_classes();
 
 } // namespace node
 

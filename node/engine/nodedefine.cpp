@@ -15,12 +15,12 @@ namespace {
 /* The bytes by which others name a resource. */
 const NB_UCHAR *referred_name(const RefRow &ref, const Resource &resource) {
     return resource.entry.get() +
-           ((ref.flags & REF_BY_ALIAS) != 0 ? resource.row->alias.offset : KEY_OFFSET);
+           ((ref.flags & REF_BY_ALIAS) != 0 ? resource.row->alias.name->offset : KEY_OFFSET);
 }
 
-const KeyPart *referred_parts(const RefRow &ref) {
-    const ClassRow &to = class_row(static_cast<ClassId>(ref.to));
-    return (ref.flags & REF_BY_ALIAS) != 0 ? to.alias.parts : to.key;
+KeyParts referred_parts(const RefRow &ref) {
+    const ClassRow &to = class_row(ref.to);
+    return (ref.flags & REF_BY_ALIAS) != 0 ? to.alias.parts() : to.schema->key;
 }
 
 } // namespace
@@ -29,8 +29,7 @@ const KeyPart *referred_parts(const RefRow &ref) {
 template <class Action> void Engine::for_referrers(const Resource &resource, Action action) const {
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
         const ClassRow &row = class_row(static_cast<ClassId>(id));
-        for (size_t at = 0; at < row.ref_count; at++) {
-            const RefRow &ref = row.refs[at];
+        for (const RefRow &ref : row.refs) {
             if (ref.to != resource.row->id) {
                 continue;
             }
@@ -43,10 +42,12 @@ template <class Action> void Engine::for_referrers(const Resource &resource, Act
 }
 
 Result Engine::check_refs(const ClassRow &row, NB_UCHAR *entry) const {
-    for (size_t at = 0; at < row.ref_count; at++) {
-        const RefRow &ref = row.refs[at];
-        const KeyPart *parts = referred_parts(ref);
-        NB_UCHAR *name = entry + ref.offset;
+    for (const RefRow &ref : row.refs) {
+        if (ref.to == CLASS_COUNT) {
+            continue;
+        }
+        const KeyParts parts = referred_parts(ref);
+        NB_UCHAR *name = entry + ref.by->offset;
         if ((ref.flags & REF_OPTIONAL) != 0 && is_blank(parts[0].kind, name, key_length(parts))) {
             continue;
         }
@@ -65,23 +66,23 @@ Result Engine::check_alias(const ClassRow &row, const NB_UCHAR *entry, const Res
     const AliasRow &alias = row.alias;
     if (alias.rival != CLASS_COUNT) {
         const ResourceTable &rivals = *tables_[alias.rival];
-        const NB_UCHAR *name = entry + alias.rival_offset;
+        const NB_UCHAR *name = entry + alias.rival_name->offset;
         if ((alias.rival_by_alias ? rivals.find_alias(name) : rivals.find(name)) != nullptr) {
             return bad_parameter(NAP_DUPLICATE_NAME);
         }
     }
-    if (alias.offset == 0) {
+    if (alias.name == nullptr) {
         return GOOD;
     }
-    const NB_UCHAR *name = entry + alias.offset;
-    const size_t width = key_length(alias.parts);
+    const NB_UCHAR *name = entry + alias.name->offset;
     const Resource *holder =
-        is_blank(alias.parts[0].kind, name, width) ? nullptr : tables_[row.id]->find_alias(name);
+        is_empty_field(*alias.name, entry) ? nullptr : tables_[row.id]->find_alias(name);
     if (holder != nullptr && holder != old) {
         return bad_parameter(NAP_DUPLICATE_NAME);
     }
     bool named = false;
-    if (old != nullptr && memcmp(old->entry.get() + alias.offset, name, width) != 0) {
+    if (old != nullptr &&
+        memcmp(old->entry.get() + alias.name->offset, name, alias.name->width) != 0) {
         for_referrers(*old, [&named](const RefRow &ref, const Resource &) {
             named = named || (ref.flags & REF_BY_ALIAS) != 0;
         });
@@ -90,17 +91,17 @@ Result Engine::check_alias(const ClassRow &row, const NB_UCHAR *entry, const Res
 }
 
 Result check_fields(const ClassRow &row, NB_UCHAR *entry) {
-    const NestedRow &nested = row.nested;
+    const Nested &nested = row.schema->nested;
     NB_ULONG wrong = 0;
     if (nested.name != nullptr) {
-        const NB_ULONG count = get_number(entry + nested.count_offset, nested.count_width);
+        const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
         if (count < nested.least || count > nested.most) {
             return bad_parameter(NAP_INVALID_VALUE);
         }
     }
-    for_tables(row, entry, [&wrong](const FieldTable &table, NB_UCHAR *record) {
+    for_tables(*row.schema, entry, [&wrong](FieldTable table, NB_UCHAR *record) {
         for (const FieldRow &field : table) {
-            if (wrong == 0 && (field.use & FIELD_BEHAVIOUR) == 0) {
+            if (wrong == 0) {
                 wrong = check_field(field, record);
                 tidy_field(field, record);
             }
@@ -131,9 +132,9 @@ bool Engine::is_busy(const Resource &resource) const {
 
 Resource *Engine::owner_of(const Resource &resource) const {
     const ClassRow &row = *resource.row;
-    for (size_t at = 0; at < row.ref_count; at++) {
-        if ((row.refs[at].flags & REF_OWNER) != 0) {
-            return tables_[row.refs[at].to]->find(resource.entry.get() + row.refs[at].offset);
+    for (const RefRow &ref : row.refs) {
+        if ((ref.flags & REF_OWNER) != 0) {
+            return tables_[ref.to]->find(resource.entry.get() + ref.by->offset);
         }
     }
     return nullptr;
@@ -150,7 +151,7 @@ void Engine::count_in_owner(const Resource &resource, int resources, int active)
 Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behaviour,
                         Resource *old) {
     Resource *resource = old;
-    set_entry_length(row, entry.get());
+    set_entry_length(*row.schema, entry.get());
     if (old == nullptr) {
         resource = &tables_[row.id]->insert(std::move(entry), behaviour);
     } else {
@@ -170,7 +171,7 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
     if (row.hooks.defined != nullptr) {
         row.hooks.defined(*this, *resource, old == nullptr);
     }
-    if (row.life.has_states && row.life.auto_offset == 0 && owner_active(*resource)) {
+    if (row.life.has_states && row.life.initially == nullptr && owner_active(*resource)) {
         start(*resource);
     }
     return *resource;
@@ -178,33 +179,36 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
 
 /* The entry that a define block asks for, over the one that is there. */
 Result Engine::read_define(const ClassRow &row, const NB_UCHAR *block, Change &change) const {
+    const Schema &schema = *row.schema;
     change.row = &row;
-    change.entry = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    change.entry = std::make_unique<NB_UCHAR[]>(schema.overlay_size());
     NB_UCHAR *entry = change.entry.get();
-    memcpy(entry + KEY_OFFSET, block + KEY_IN_BLOCK, row.key_size());
-    for (const FieldRow &field : row.fields) {
-        if ((field.use & FIELD_KEY) != 0) {
+    memcpy(entry + KEY_OFFSET, block + KEY_IN_BLOCK, schema.key_size());
+    for (const FieldRow &field : schema.fields) {
+        if (field.has(FIELD_KEY)) {
             tidy_field(field, entry);
         }
     }
     Resource *old = tables_[row.id]->find(entry + KEY_OFFSET);
     if (old != nullptr) {
         const NB_UCHAR *known = old->entry.get();
-        if (old->derived || memcmp(known + KEY_OFFSET, entry + KEY_OFFSET, row.key_size()) != 0) {
+        if (old->derived ||
+            memcmp(known + KEY_OFFSET, entry + KEY_OFFSET, schema.key_size()) != 0) {
             return bad_parameter(NAP_DUPLICATE_NAME);
         }
-        memcpy(entry, known, row.overlay_size());
+        memcpy(entry, known, schema.overlay_size());
         change.old = old;
         change.behaviour = old->behaviour;
     }
-    memcpy(entry + row.def.offset, block + row.def_in_define, row.def.length);
+    memcpy(entry + schema.def.offset, block + schema.def_in_define, schema.def.width);
     if (old != nullptr) {
-        keep_secrets(row.fields, entry, old->entry.get());
+        keep_secrets(schema.fields, entry, old->entry.get());
     }
     return check_entry(row, entry, old);
 }
 
 Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
+    const Schema &schema = *row.schema;
     Change change;
     if (row.hooks.define != nullptr) {
         return row.hooks.define(*this, block);
@@ -219,28 +223,29 @@ Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
     if (row.hooks.fill != nullptr) {
         row.hooks.fill(*this, change.entry.get());
     }
-    set_entry_length(row, change.entry.get());
-    std::vector<NB_UCHAR> answer(change.entry.get(), change.entry.get() + row.overlay_size());
+    set_entry_length(schema, change.entry.get());
+    std::vector<NB_UCHAR> answer(change.entry.get(), change.entry.get() + schema.overlay_size());
     std::vector<Change> changes;
     changes.push_back(std::move(change));
     result = apply(std::move(changes));
     if (result.ok()) {
-        hide_secrets(row.fields, answer.data());
-        memcpy(block.data() + row.def_in_define, answer.data() + row.def.offset, row.def.length);
+        hide_secrets(schema.fields, answer.data());
+        memcpy(block.data() + schema.def_in_define, answer.data() + schema.def.offset,
+               schema.def.width);
     }
     return result;
 }
 
 Change Engine::change_of(Resource &resource) {
     const ClassRow &row = *resource.row;
-    return change_to(row.id, resource.entry.get(), row.overlay_size(), &resource);
+    return change_to(row.id, resource.entry.get(), row.schema->overlay_size(), &resource);
 }
 
 Change Engine::change_to(ClassId id, const NB_VOID *entry, size_t length, Resource *old) {
     const ClassRow &row = class_row(id);
     Change change;
     change.row = &row;
-    change.entry = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    change.entry = std::make_unique<NB_UCHAR[]>(row.schema->overlay_size());
     memcpy(change.entry.get(), entry, length);
     change.old = old;
     change.behaviour = old != nullptr ? old->behaviour : DEFAULT_BEHAVIOUR;
@@ -261,8 +266,9 @@ Result Engine::apply(std::vector<Change> changes) {
         if (change.entry == nullptr) {
             collect_tree(*change.old, rows);
         } else {
-            rows.push_back({row.name, change.entry.get() + KEY_OFFSET, row.key_size(),
-                            change.entry.get(), row.overlay_size(), &change.behaviour});
+            rows.push_back({row.schema->name, change.entry.get() + KEY_OFFSET,
+                            row.schema->key_size(), change.entry.get(), row.schema->overlay_size(),
+                            &change.behaviour});
         }
     }
     if (store_ != nullptr && !store_->write(rows)) {
@@ -304,8 +310,8 @@ Result Engine::check_unused(const Resource &resource) const {
 void Engine::collect_tree(Resource &resource, std::vector<StoreChange> &changes) const {
     const ClassRow &row = *resource.row;
     if (!resource.derived) {
-        changes.push_back(
-            {row.name, resource.entry.get() + KEY_OFFSET, row.key_size(), nullptr, 0, nullptr});
+        changes.push_back({row.schema->name, resource.entry.get() + KEY_OFFSET,
+                           row.schema->key_size(), nullptr, 0, nullptr});
     }
     for_referrers(resource, [this, &changes](const RefRow &ref, Resource &other) {
         if ((ref.flags & REF_CARRIED) != 0) {

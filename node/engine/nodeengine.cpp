@@ -56,7 +56,7 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
     const auto header = read_block<NAP_VCB>(block);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const ClassRow *row = class_by_verb(header.opcode);
-    const RecordRow *settings = record_by_setter(header.opcode);
+    const Settings *settings = settings_by_verb(header.opcode);
     if (row != nullptr && !serves(*row)) {
         return {NAP_NOT_SUPPORTED, 0};
     }
@@ -100,7 +100,7 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
 
 Result Engine::query_record(std::vector<NB_UCHAR> &block) {
     const auto header = read_block<NAP_VCB>(block);
-    const RecordRow *row = record_by_verb(header.opcode);
+    const Settings *row = settings_by_verb(header.opcode);
     if (row == nullptr || row->of_domain != (scope_ == Scope::Domain)) {
         return {NAP_NOT_SUPPORTED, 0};
     }
@@ -133,7 +133,7 @@ void Engine::count_limits(std::vector<NB_UCHAR> &block) const {
 
 NAP_QUERY_NODE_VERB Engine::node_record() const {
     NAP_QUERY_NODE_VERB record;
-    memcpy(&record, records_.image(*record_by_verb(NAP_QUERY_NODE)), sizeof record);
+    memcpy(&record, records_.image(records::setting("node")), sizeof record);
     record.info.node_state = node_state_;
     record.info.server_flags = server_flags_;
     memcpy(record.info.release, RELEASE, sizeof RELEASE);
@@ -151,7 +151,7 @@ Result Engine::define_node(const NB_UCHAR *block) {
     if (node_state_ != NAP_NODE_STOPPED && node_state_ != NAP_NODE_UNCONFIGURED) {
         return bad_state(NAP_RESOURCE_ACTIVE);
     }
-    const RecordRow &row = *record_by_verb(NAP_QUERY_NODE);
+    const Settings &row = records::setting("node");
     NAP_QUERY_NODE_VERB record;
     memcpy(&record, records_.image(row), sizeof record);
     memcpy(record.info.description, verb.description, sizeof verb.description);
@@ -185,7 +185,7 @@ Result Engine::define_node(const NB_UCHAR *block) {
 }
 
 /* The record takes the fields of the block; all else stays. */
-Result Engine::define_record(const RecordRow &row, std::vector<NB_UCHAR> &block) {
+Result Engine::define_record(const Settings &row, std::vector<NB_UCHAR> &block) {
     std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
     const std::vector<NB_UCHAR> before = image;
     if (row.of_domain != (scope_ == Scope::Domain)) {
@@ -200,8 +200,9 @@ Result Engine::define_record(const RecordRow &row, std::vector<NB_UCHAR> &block)
         tidy_field(field, image.data());
     }
     keep_secrets(row.fields, image.data(), before.data());
-    if (row.mode_offset != 0 && !is_blank(KeyKind::Ebcdic, image.data() + row.mode_offset, 8) &&
-        find(CLASS_MODE_DEF, image.data() + row.mode_offset) == nullptr) {
+    constexpr const FieldRow &mode = field(records::setting("defaults"), "mode_name");
+    if (row.query == NAP_QUERY_DEFAULTS && !is_empty_field(mode, image.data()) &&
+        find(CLASS_MODE_DEF, image.data() + mode.offset) == nullptr) {
         return bad_parameter(NAP_UNKNOWN_OWNER);
     }
     if (store_ != nullptr &&
@@ -228,12 +229,13 @@ void Engine::indicate(const Resource &resource, bool deactivated) {
     }
     indication.opcode = list.indication;
     indication.primary_rc = NAP_INDICATION;
-    memcpy(indication.key, resource.entry.get() + KEY_OFFSET, row.key_size());
+    memcpy(indication.key, resource.entry.get() + KEY_OFFSET, row.schema->key_size());
     indication.deactivated = deactivated ? 1 : 0;
     indication.state = row.hooks.report != nullptr ? row.hooks.report(resource) : resource.state;
     static_assert(sizeof(NAP_LS_DET) <= sizeof indication.det_data);
-    indication.det_length = static_cast<NB_USHORT>(row.det.length);
-    memcpy(indication.det_data, resource.entry.get() + row.det.offset, row.det.length);
+    indication.det_length = static_cast<NB_USHORT>(row.schema->det.width);
+    memcpy(indication.det_data, resource.entry.get() + row.schema->det.offset,
+           row.schema->det.width);
     listener_.indicate(&indication, sizeof indication);
 }
 

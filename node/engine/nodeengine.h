@@ -50,7 +50,7 @@ public:
  * an entry, `old` is deleted with what is carried by it. */
 struct Change {
     const ClassRow *row = nullptr;
-    std::unique_ptr<NB_UCHAR[]> entry; /* row->overlay_size() bytes */
+    std::unique_ptr<NB_UCHAR[]> entry; /* as long as a whole entry */
     Resource *old = nullptr;
     Behaviour behaviour = DEFAULT_BEHAVIOUR;
 };
@@ -123,7 +123,7 @@ public:
     /* A settings record, by the verb that asks for it. */
     template <class Record> Record settings(NB_USHORT opcode) const {
         Record record;
-        memcpy(&record, records_.image(*record_by_verb(opcode)), sizeof record);
+        memcpy(&record, records_.image(*settings_by_verb(opcode)), sizeof record);
         return record;
     }
 
@@ -146,7 +146,7 @@ private:
     Result query_record(std::vector<NB_UCHAR> &block);
     void count_limits(std::vector<NB_UCHAR> &block) const;
     Result define_node(const NB_UCHAR *block);
-    Result define_record(const RecordRow &row, std::vector<NB_UCHAR> &block);
+    Result define_record(const Settings &row, std::vector<NB_UCHAR> &block);
     bool serves(const ClassRow &row) const {
         return (scope_ == Scope::Domain) == (row.scope == Scope::Domain);
     }

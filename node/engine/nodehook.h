@@ -1,6 +1,4 @@
-/* What is peculiar to single classes: the hooks of the rows, and what they share.  The rooms are
- * those of the rows: nodehookc.cpp connectivity, nodehookl.cpp LUs, nodepool.cpp their pools,
- * nodehooks.cpp sessions and routes, nodehookd.cpp the rest. */
+/* What the hooks of several classes share. */
 #ifndef NODEHOOK_H
 #define NODEHOOK_H
 
@@ -9,17 +7,6 @@
 #include <cstring>
 
 namespace node {
-
-namespace hooks {
-
-extern const ClassHooks dlc, port, ls, cn, cn_port, dspu_template, pu, down_pu;
-extern const ClassHooks lu_pool, lu03, down_lu, local_lu, primary_line, primary_lu0;
-extern const ClassHooks cos, cos_node_row, cos_tg_row, mode_def, mode, plu, directory;
-extern const ClassHooks ls_routing, lu62_timeout, rtp_conn, tamrix_session;
-extern const ClassHooks tn_access, tn_assoc, tn_redirect, tp, lu_lu_password, userid_password;
-extern const ClassHooks access_list, user, cpic;
-
-} // namespace hooks
 
 /* Reads a record as its C type, by copying. */
 template <class Record> Record from_entry(const NB_UCHAR *entry) {

@@ -1,4 +1,5 @@
 /* What is peculiar to classes of connectivity. */
+#include "fieldrows.h"
 #include "nodeengine.h"
 #include "nodehook.h"
 
@@ -87,7 +88,8 @@ ClassId made_class(const NAP_LS_DATA &link) {
 /* The link station that made a PU. */
 bool is_of_link(const Resource &pu, const NAP_LS_DATA &link) {
     const RefRow &ref = pu.row->refs[0];
-    return pu.derived && same_name(pu.entry.get() + ref.offset, link.ls_name, sizeof link.ls_name);
+    return pu.derived &&
+           same_name(pu.entry.get() + ref.by->offset, link.ls_name, sizeof link.ls_name);
 }
 
 bool has_lus(const Resource &pu) {
@@ -349,25 +351,112 @@ bool never_busy(const Engine &, const Resource &) {
     return false;
 }
 
-namespace hooks {
+namespace {
 
-const ClassHooks dlc = {.defined = dlc_defined, .show = show_dlc};
-const ClassHooks port = {.fill = fill_port,
-                         .defined = port_defined,
-                         .show = show_port,
-                         .moved = port_moved,
-                         .counted = count_links};
-const ClassHooks ls = {.check = check_ls, .fill = fill_ls, .defined = ls_defined, .show = show_ls};
-const ClassHooks cn = {.check = check_cn, .busy = cn_busy};
-const ClassHooks cn_port = {
-    .check = check_cn_port, .busy = cn_port_busy, .defined = cn_port_defined, .left = cn_port_left};
-const ClassHooks dspu_template = {.check = check_dspu_template};
-const ClassHooks pu = {
-    .check = check_pu, .fill = fill_pu, .show = show_pu, .counted = count_lus<NAP_PU_DATA>};
-const ClassHooks down_pu = {.show = show_down_pu, .counted = count_lus<NAP_DOWN_PU_DATA>};
-const ClassHooks primary_line = {.check = check_primary_line, .show = show_primary_line};
-const ClassHooks rtp_conn = {.busy = never_busy};
+constexpr FieldRow reachable_or_not[] = {
+    records::rows::flag(FIELD_AT(Behaviour, reachable), "yes"),
+};
 
-} // namespace hooks
+constexpr FieldRow ls_behaviour[] = {
+    records::rows::flag(FIELD_AT(Behaviour, reachable), "yes"),
+    records::rows::number(FIELD_AT(Behaviour, up_ms), 0, 60000, "0")
+        .in(records::Unit::Milliseconds),
+};
+
+constexpr ClassRow classes[] = {
+    {.id = CLASS_DLC,
+     .schema = &records::dlc,
+     .life = {.has_states = true,
+              .shows_pending = true,
+              .initially = &field(records::dlc, "initially_active"),
+              .up_low_ms = 100,
+              .up_high_ms = 400,
+              .down_ms = 100},
+     .hooks = {.defined = dlc_defined, .show = show_dlc}},
+    {.id = CLASS_PORT,
+     .schema = &records::port,
+     .refs = {{.to = CLASS_DLC, .flags = REF_OWNER, .by = &field(records::port, "dlc_name")}},
+     .life = {.has_states = true,
+              .shows_pending = true,
+              .initially = &field(records::port, "initially_active"),
+              .up_low_ms = 200,
+              .up_high_ms = 800,
+              .down_ms = 150},
+     .hooks = {.fill = fill_port,
+               .defined = port_defined,
+               .show = show_port,
+               .moved = port_moved,
+               .counted = count_links},
+     .simulated = reachable_or_not},
+    {.id = CLASS_LS,
+     .schema = &records::ls,
+     .refs = {{.to = CLASS_PORT, .flags = REF_OWNER, .by = &field(records::ls, "port_name")}},
+     .life = {.has_states = true,
+              .shows_pending = true,
+              .initially = &field(records::ls, "initially_active"),
+              .up_low_ms = 300,
+              .up_high_ms = 1500,
+              .down_ms = 200},
+     .hooks = {.check = check_ls, .fill = fill_ls, .defined = ls_defined, .show = show_ls},
+     .simulated = ls_behaviour},
+    {.id = CLASS_CN, .schema = &records::cn, .hooks = {.check = check_cn, .busy = cn_busy}},
+    {.id = CLASS_CN_PORT,
+     .schema = &records::cn_port,
+     .refs = {{.to = CLASS_CN,
+               .flags = REF_OWNER | REF_CARRIED,
+               .by = &field(records::cn_port, "fqcn_name")},
+              {.to = CLASS_PORT, .by = &field(records::cn_port, "name")}},
+     .hooks = {.check = check_cn_port,
+               .busy = cn_port_busy,
+               .defined = cn_port_defined,
+               .left = cn_port_left}},
+    {.id = CLASS_PU,
+     .schema = &records::pu,
+     .refs = {{.to = CLASS_LS,
+               .flags = REF_OWNER | REF_OPTIONAL | REF_CARRIED,
+               .by = &field(records::pu, "ls_name")}},
+     .life = {.has_states = true,
+              .shows_pending = true,
+              .initially = &field(records::pu, "initially_active"),
+              .up_low_ms = 100,
+              .up_high_ms = 400,
+              .down_ms = 100},
+     .hooks =
+         {.check = check_pu, .fill = fill_pu, .show = show_pu, .counted = count_lus<NAP_PU_DATA>},
+     .simulated = reachable_or_not},
+    {.id = CLASS_DOWN_PU,
+     .schema = &records::down_pu,
+     .untold = true,
+     .refs = {{.to = CLASS_LS,
+               .flags = REF_OWNER | REF_CARRIED,
+               .by = &field(records::down_pu, "ls_name")}},
+     .life = {.has_states = true,
+              .shows_pending = true,
+              .initially = &field(records::down_pu, "initially_active"),
+              .up_low_ms = 100,
+              .up_high_ms = 400,
+              .down_ms = 100},
+     .hooks = {.show = show_down_pu, .counted = count_lus<NAP_DOWN_PU_DATA>}},
+    {.id = CLASS_DSPU_TEMPLATE,
+     .schema = &records::dspu_template,
+     .hooks = {.check = check_dspu_template}},
+    {.id = CLASS_PRIMARY_LINE,
+     .schema = &records::primary_line,
+     .life = {.has_states = true,
+              .shows_pending = true,
+              .initially = &field(records::primary_line, "initially_active")},
+     .hooks = {.check = check_primary_line, .show = show_primary_line},
+     .simulated = reachable_or_not},
+    {.id = CLASS_RTP_CONN,
+     .schema = &records::rtp_conn,
+     .untold = true,
+     .hooks = {.busy = never_busy}},
+};
+
+} // namespace
+
+std::span<const ClassRow> connectivity_classes() {
+    return classes;
+}
 
 } // namespace node

@@ -68,8 +68,8 @@ Result check_tp(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 
 template <ClassId ID>
 Result check_password(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    for (const FieldRow &field : class_row(ID).fields) {
-        if ((field.use & FIELD_SECRET) != 0 && is_empty_field(field, bytes)) {
+    for (const FieldRow &field : class_row(ID).schema->fields) {
+        if (field.has(FIELD_SECRET) && is_empty_field(field, bytes)) {
             return bad_parameter(NAP_INVALID_VALUE);
         }
     }
@@ -125,19 +125,52 @@ Result check_cpic(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 
 } // namespace
 
-namespace hooks {
+namespace {
 
-const ClassHooks tn_access = {.check = check_tn_access};
-const ClassHooks tn_assoc = {.check = check_tn_assoc};
-const ClassHooks tn_redirect = {.check = check_tn_redirect};
-const ClassHooks tamrix_session = {.busy = never_busy, .report = report_tamrix};
-const ClassHooks tp = {.check = check_tp};
-const ClassHooks lu_lu_password = {.check = check_password<CLASS_LU_LU_PASSWORD>};
-const ClassHooks userid_password = {.check = check_password<CLASS_USERID_PASSWORD>};
-const ClassHooks access_list = {.check = check_access_list};
-const ClassHooks user = {.check = check_user};
-const ClassHooks cpic = {.check = check_cpic};
+constexpr ClassRow classes[] = {
+    {.id = CLASS_TN_ACCESS, .schema = &records::tn_access, .hooks = {.check = check_tn_access}},
+    {.id = CLASS_TN_ASSOC, .schema = &records::tn_assoc, .hooks = {.check = check_tn_assoc}},
+    {.id = CLASS_TN_REDIRECT,
+     .schema = &records::tn_redirect,
+     .hooks = {.check = check_tn_redirect}},
+    {.id = CLASS_TAMRIX_SESSION,
+     .schema = &records::tamrix_session,
+     .untold = true,
+     .hooks = {.busy = never_busy, .report = report_tamrix}},
+    {.id = CLASS_ACCESS_LIST,
+     .schema = &records::access_list,
+     .hooks = {.check = check_access_list}},
+    {.id = CLASS_TP_DEF,
+     .schema = &records::tp,
+     .refs = {{.to = CLASS_ACCESS_LIST,
+               .flags = REF_OPTIONAL,
+               .by = &field(records::tp, "list_name")}},
+     .hooks = {.check = check_tp}},
+    {.id = CLASS_TP_LOAD, .schema = &records::tp_load, .scope = Scope::TpLoad},
+    {.id = CLASS_LU_LU_PASSWORD,
+     .schema = &records::lu_lu_password,
+     .refs = {{.to = CLASS_LOCAL_LU,
+               .flags = REF_BY_ALIAS | REF_CARRIED,
+               .by = &field(records::lu_lu_password, "lu_alias")}},
+     .hooks = {.check = check_password<CLASS_LU_LU_PASSWORD>}},
+    {.id = CLASS_USERID_PASSWORD,
+     .schema = &records::userid_password,
+     .hooks = {.check = check_password<CLASS_USERID_PASSWORD>}},
+    {.id = CLASS_USER,
+     .schema = &records::user,
+     .scope = Scope::Domain,
+     .hooks = {.check = check_user}},
+    {.id = CLASS_CPIC,
+     .schema = &records::cpic,
+     .scope = Scope::Domain,
+     .hooks = {.check = check_cpic}},
+    {.id = CLASS_RJE, .schema = &records::rje, .scope = Scope::Domain},
+};
 
-} // namespace hooks
+} // namespace
+
+std::span<const ClassRow> domain_classes() {
+    return classes;
+}
 
 } // namespace node

@@ -1,4 +1,5 @@
 /* What is peculiar to LUs: dependent, downstream and local ones. */
+#include "fieldrows.h"
 #include "nodeengine.h"
 #include "nodehook.h"
 
@@ -235,26 +236,86 @@ bool lu_is_named(const Engine &engine, const NB_UCHAR *name) {
     return false;
 }
 
-namespace hooks {
+namespace {
 
-const ClassHooks lu03 = {.check = check_lu03,
-                         .removable = removable_lu03,
-                         .busy = lu03_busy,
-                         .defined = join_pool,
-                         .leaving = leave_pool,
-                         .show = show_lu03,
-                         .moved = show_in_pool,
-                         .report = report_lu03};
-const ClassHooks local_lu = {.check = check_local_lu,
-                             .busy = local_lu_busy,
-                             .show = show_local_lu,
-                             .report = report_local_lu};
-const ClassHooks down_lu = {
-    .check = check_down_lu, .busy = down_lu_busy, .show = show_down_lu, .report = report_down_lu};
-const ClassHooks primary_lu0 = {
-    .check = check_primary_lu0, .busy = primary_lu0_busy, .show = show_primary_lu0};
-const ClassHooks lu62_timeout = {.check = check_lu62_timeout};
+constexpr FieldRow lu03_behaviour[] = {
+    records::rows::text(FIELD_AT(Behaviour, user_name)).named("user"),
+    records::rows::word(FIELD_AT(Behaviour, app_type), records::application_words, "none")
+        .named("application"),
+};
 
-} // namespace hooks
+constexpr FieldRow down_lu_behaviour[] = {
+    records::rows::text(FIELD_AT(Behaviour, user_name)).named("host_application"),
+};
+
+constexpr FieldRow primary_lu0_behaviour[] = {
+    records::rows::text(FIELD_AT(Behaviour, user_name)).named("user"),
+};
+
+constexpr ClassRow classes[] = {
+    {.id = CLASS_LU03,
+     .schema = &records::lu03,
+     .refs = {{.to = CLASS_PU, .flags = REF_OWNER, .by = &field(records::lu03, "pu_name")}},
+     .alias = {.name = &field(records::lu03, "name"),
+               .rival = CLASS_LOCAL_LU,
+               .rival_name = &field(records::lu03, "name")},
+     .life = {.has_states = true, .up_low_ms = 20, .up_high_ms = 300, .down_ms = 20},
+     .hooks = {.check = check_lu03,
+               .removable = removable_lu03,
+               .busy = lu03_busy,
+               .defined = join_pool,
+               .leaving = leave_pool,
+               .show = show_lu03,
+               .moved = show_in_pool,
+               .report = report_lu03},
+     .simulated = lu03_behaviour},
+    {.id = CLASS_DOWN_LU,
+     .schema = &records::down_lu,
+     .refs = {{.to = CLASS_DOWN_PU,
+               .flags = REF_OWNER,
+               .by = &field(records::down_lu, "dspu_name")}},
+     .life = {.has_states = true, .up_low_ms = 20, .up_high_ms = 300, .down_ms = 20},
+     .hooks = {.check = check_down_lu,
+               .busy = down_lu_busy,
+               .show = show_down_lu,
+               .report = report_down_lu},
+     .simulated = down_lu_behaviour},
+    {.id = CLASS_EXTRA_DATA,
+     .schema = &records::extra_data,
+     .refs = {{.to = CLASS_LU03,
+               .flags = REF_CARRIED,
+               .by = &field(records::extra_data, "pu_name")}}},
+    {.id = CLASS_LOCAL_LU,
+     .schema = &records::local_lu,
+     .refs = {{.to = CLASS_PU,
+               .flags = REF_OWNER | REF_OPTIONAL,
+               .by = &field(records::local_lu, "pu_name")}},
+     .alias = {.name = &field(records::local_lu, "lu_alias"),
+               .rival = CLASS_LU03,
+               .rival_by_alias = true,
+               .rival_name = &field(records::local_lu, "name")},
+     .life = {.has_states = true, .up_low_ms = 20, .up_high_ms = 300, .down_ms = 20},
+     .hooks = {.check = check_local_lu,
+               .busy = local_lu_busy,
+               .show = show_local_lu,
+               .report = report_local_lu}},
+    {.id = CLASS_PRIMARY_LU0,
+     .schema = &records::primary_lu0,
+     .refs = {{.to = CLASS_PRIMARY_LINE,
+               .flags = REF_OWNER,
+               .by = &field(records::primary_lu0, "line_name")}},
+     .life = {.has_states = true, .up_low_ms = 50, .up_high_ms = 300, .down_ms = 20},
+     .hooks = {.check = check_primary_lu0, .busy = primary_lu0_busy, .show = show_primary_lu0},
+     .simulated = primary_lu0_behaviour},
+    {.id = CLASS_LU62_TIMEOUT,
+     .schema = &records::lu62_timeout,
+     .hooks = {.check = check_lu62_timeout}},
+};
+
+} // namespace
+
+std::span<const ClassRow> lu_classes() {
+    return classes;
+}
 
 } // namespace node

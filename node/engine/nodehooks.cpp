@@ -1,4 +1,5 @@
 /* What is peculiar to sessions and routes. */
+#include "fieldrows.h"
 #include "nodeengine.h"
 #include "nodehook.h"
 
@@ -210,22 +211,72 @@ Result check_ls_routing(const Engine &, const NB_UCHAR *bytes, const Resource *)
 
 } // namespace
 
-namespace hooks {
+namespace {
 
-const ClassHooks cos = {.removable = removable_unless_sna, .fill = fill_cos, .counted = count_rows};
-const ClassHooks cos_node_row = {.check = check_node_row, .removable = removable_unless_sna};
-const ClassHooks cos_tg_row = {.check = check_tg_row, .removable = removable_unless_sna};
-const ClassHooks mode_def = {
-    .check = check_mode_def, .removable = removable_mode, .fill = fill_mode_def};
-const ClassHooks mode = {.busy = never_busy, .defined = mode_defined, .report = report_mode};
-const ClassHooks plu = {.busy = never_busy, .report = report_plu};
-const ClassHooks directory = {.check = check_directory,
-                              .removable = removable_directory,
-                              .fill = fill_directory,
-                              .busy = never_busy,
-                              .report = report_directory};
-const ClassHooks ls_routing = {.check = check_ls_routing};
+constexpr FieldRow mode_behaviour[] = {
+    records::rows::number(FIELD_AT(Behaviour, sessions), 0, 32767, "0").in(records::Unit::Sessions),
+};
 
-} // namespace hooks
+constexpr ClassRow classes[] = {
+    {.id = CLASS_COS,
+     .schema = &records::cos,
+     .hooks = {.removable = removable_unless_sna, .fill = fill_cos, .counted = count_rows}},
+    {.id = CLASS_COS_NODE_ROW,
+     .schema = &records::cos_node_row,
+     .refs = {{.to = CLASS_COS,
+               .flags = REF_OWNER | REF_CARRIED,
+               .by = &field(records::cos_node_row, "cos_name")}},
+     .hooks = {.check = check_node_row, .removable = removable_unless_sna}},
+    {.id = CLASS_COS_TG_ROW,
+     .schema = &records::cos_tg_row,
+     .refs = {{.to = CLASS_COS,
+               .flags = REF_OWNER | REF_CARRIED,
+               .by = &field(records::cos_tg_row, "cos_name")}},
+     .hooks = {.check = check_tg_row, .removable = removable_unless_sna}},
+    {.id = CLASS_MODE_DEF,
+     .schema = &records::mode_def,
+     .refs = {{.to = CLASS_COS,
+               .flags = REF_OPTIONAL,
+               .by = &field(records::mode_def, "cos_name")}},
+     .hooks = {.check = check_mode_def, .removable = removable_mode, .fill = fill_mode_def}},
+    {.id = CLASS_PLU_DEF,
+     .schema = &records::plu_def,
+     .alias = {.name = &field(records::plu_def, "plu_alias")}},
+    {.id = CLASS_MODE,
+     .schema = &records::mode,
+     .refs = {{.to = CLASS_LOCAL_LU,
+               .flags = REF_BY_ALIAS | REF_CARRIED,
+               .by = &field(records::mode, "lu_alias")},
+              {.to = CLASS_MODE_DEF, .by = &field(records::mode, "mode_name")}},
+     .hooks = {.busy = never_busy, .defined = mode_defined, .report = report_mode},
+     .simulated = mode_behaviour},
+    {.id = CLASS_PLU,
+     .schema = &records::plu,
+     .untold = true,
+     .refs = {{.to = CLASS_LOCAL_LU,
+               .flags = REF_BY_ALIAS | REF_CARRIED,
+               .by = &field(records::plu, "lu_alias")}},
+     .hooks = {.busy = never_busy, .report = report_plu}},
+    {.id = CLASS_DIRECTORY,
+     .schema = &records::directory,
+     .hooks = {.check = check_directory,
+               .removable = removable_directory,
+               .fill = fill_directory,
+               .busy = never_busy,
+               .report = report_directory}},
+    {.id = CLASS_LS_ROUTING,
+     .schema = &records::ls_routing,
+     .refs = {{.to = CLASS_LOCAL_LU,
+               .flags = REF_CARRIED,
+               .by = &field(records::ls_routing, "lu_name")},
+              {.to = CLASS_LS, .by = &field(records::ls_routing, "ls_name")}},
+     .hooks = {.check = check_ls_routing}},
+};
+
+} // namespace
+
+std::span<const ClassRow> session_classes() {
+    return classes;
+}
 
 } // namespace node

@@ -11,6 +11,7 @@ namespace node {
 
 namespace {
 
+using records::KeyKind;
 using FoldTable = std::array<NB_UCHAR, 256>;
 
 FoldTable make_local_table() {
@@ -45,19 +46,19 @@ uint64_t leading_mask(size_t bytes) {
 
 } // namespace
 
-SortKey fold_key(const KeyPart *parts, const NB_UCHAR *raw) {
+SortKey fold_key(const records::KeyParts &parts, const NB_UCHAR *raw) {
     NB_UCHAR folded[NAP_MAX_KEY] = {};
     size_t at = 0;
-    for (size_t part = 0; part < MAX_KEY_PARTS && parts[part].kind != KeyKind::None; part++) {
-        if (parts[part].kind == KeyKind::Number) {
+    for (const records::KeyPart &part : parts) {
+        if (part.kind == KeyKind::Number) {
             NB_USHORT value = 0;
             memcpy(&value, raw + at, sizeof value);
             folded[at++] = static_cast<NB_UCHAR>(value >> 8);
             folded[at++] = static_cast<NB_UCHAR>(value);
             continue;
         }
-        const FoldTable &table = fold_table(parts[part].kind);
-        for (const size_t end = at + parts[part].width; at < end; at++) {
+        const FoldTable &table = fold_table(part.kind);
+        for (const size_t end = at + part.width; at < end; at++) {
             folded[at] = table[raw[at]];
         }
     }
@@ -111,12 +112,6 @@ NB_INT compare_sort_keys(const NB_VOID *left, const NB_VOID *right) {
         }
     }
     return 0;
-}
-
-bool is_blank(KeyKind kind, const NB_UCHAR *raw, size_t width) {
-    const NB_UCHAR blank = kind == KeyKind::Ebcdic ? 0x40 : 0x20;
-    return std::all_of(raw, raw + width,
-                       [blank](NB_UCHAR byte) { return byte == blank || byte == 0; });
 }
 
 } // namespace node

@@ -8,26 +8,13 @@
 #ifndef NODEKEY_H
 #define NODEKEY_H
 
-#include "nofrec.h"
+#include "schema.h"
 
 #include <cstddef>
 #include <memory>
 
 namespace node {
 
-enum class KeyKind : NB_UCHAR {
-    None,   /* ends the parts */
-    Local,  /* local code page, blank padded (NUL padding counts as blanks) */
-    Ebcdic, /* EBCDIC, blank padded */
-    Number, /* 16 bits in host order; `width` is 2 */
-};
-
-struct KeyPart {
-    KeyKind kind;
-    NB_UCHAR width; /* bytes */
-};
-
-constexpr size_t MAX_KEY_PARTS = 4;
 constexpr size_t KEY_WORDS = NAP_MAX_KEY / 8;
 
 /* A folded key: how many words follow, then big-endian groups of 8 bytes, zero behind the end.
@@ -36,17 +23,8 @@ struct SortKey {
     uint64_t word[1 + KEY_WORDS];
 };
 
-/* Bytes of a key with these parts. */
-constexpr size_t key_length(const KeyPart *parts) {
-    size_t length = 0;
-    for (size_t at = 0; at < MAX_KEY_PARTS && parts[at].kind != KeyKind::None; at++) {
-        length += parts[at].width;
-    }
-    return length;
-}
-
 /* Folds key_length(parts) bytes. */
-SortKey fold_key(const KeyPart *parts, const NB_UCHAR *raw);
+SortKey fold_key(const records::KeyParts &parts, const NB_UCHAR *raw);
 
 /* Cuts a folded key after `bytes` bytes: the least key that begins with them. */
 SortKey cut_key(const SortKey &key, size_t bytes);
@@ -60,9 +38,6 @@ bool same_leading(const uint64_t *left, const uint64_t *right, size_t bytes);
 
 /* The comparison of an AVL_TREE whose keys are keys of one class. */
 NB_INT compare_sort_keys(const NB_VOID *left, const NB_VOID *right);
-
-/* True when every byte is a blank of the part's character set or NUL. */
-bool is_blank(KeyKind kind, const NB_UCHAR *raw, size_t width);
 
 } // namespace node
 

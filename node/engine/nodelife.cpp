@@ -28,7 +28,7 @@ NB_ULONG time_to_come_up(const Resource &resource) {
     if (resource.behaviour.up_ms != 0) {
         return resource.behaviour.up_ms;
     }
-    for (size_t at = 0; at < resource.row->key_size(); at++) {
+    for (size_t at = 0; at < resource.row->schema->key_size(); at++) {
         hash = (hash ^ resource.entry[KEY_OFFSET + at]) * 16777619U;
     }
     return life.up_low_ms + hash % (life.up_high_ms - life.up_low_ms + 1);
@@ -37,7 +37,7 @@ NB_ULONG time_to_come_up(const Resource &resource) {
 /* What no indication tells of moves at once: whoever reads its state could not learn of the next.
  */
 bool is_heard_of(const Resource &resource) {
-    return resource.row->lists[0].indication != 0;
+    return resource.row->schema->lists[0].indication != 0;
 }
 
 bool is_up(const Resource &resource) {
@@ -49,7 +49,7 @@ bool is_up(const Resource &resource) {
 bool Engine::is_root(const Resource &resource) const {
     const ClassRow &row = *resource.row;
     return row.life.has_states &&
-           (row.ref_count == 0 || (row.refs[0].flags & REF_OWNER) == 0 ||
+           ((row.refs[0].flags & REF_OWNER) == 0 ||
             ((row.refs[0].flags & REF_OPTIONAL) != 0 && owner_of(resource) == nullptr));
 }
 
@@ -62,8 +62,8 @@ bool Engine::owner_active(const Resource &resource) const {
 }
 
 bool Engine::comes_with_owner(const Resource &resource) const {
-    const size_t offset = resource.row->life.auto_offset;
-    return offset == 0 || resource.entry[offset] != 0;
+    const FieldRow *initially = resource.row->life.initially;
+    return initially == nullptr || resource.entry[initially->offset] != 0;
 }
 
 std::vector<Resource *> Engine::dependants(const Resource &owner) const {
@@ -71,9 +71,9 @@ std::vector<Resource *> Engine::dependants(const Resource &owner) const {
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
         const ClassRow &row = class_row(static_cast<ClassId>(id));
         const RefRow &ref = row.refs[0];
-        if (row.ref_count > 0 && (ref.flags & REF_OWNER) != 0 && ref.to == owner.row->id) {
+        if ((ref.flags & REF_OWNER) != 0 && ref.to == owner.row->id) {
             const std::vector<Resource *> some = find_referrers(
-                *tables_[id], ref, owner.entry.get() + KEY_OFFSET, owner.row->key_size());
+                *tables_[id], ref, owner.entry.get() + KEY_OFFSET, owner.row->schema->key_size());
             all.insert(all.end(), some.begin(), some.end());
         }
     }
@@ -169,7 +169,7 @@ void Engine::start_dependants(Resource &owner) {
     if (together_ms != 0) {
         const ClassId id = owner.row->id;
         const NB_UCHAR *key = owner.entry.get() + KEY_OFFSET;
-        const std::vector<NB_UCHAR> name(key, key + owner.row->key_size());
+        const std::vector<NB_UCHAR> name(key, key + owner.row->schema->key_size());
         timers_.after(together_ms, [this, id, name] {
             Resource *found = find(id, name.data());
             if (found != nullptr) {

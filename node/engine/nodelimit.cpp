@@ -42,11 +42,11 @@ Result Engine::set_session_limit(const NB_UCHAR *block) {
     mode.min_conwinners = verb.min_conwinners;
     mode.min_conlosers = verb.min_conlosers;
     const ClassRow &row = *resource->row;
-    std::vector<NB_UCHAR> entry(row.overlay_size());
+    std::vector<NB_UCHAR> entry(row.schema->overlay_size());
     memcpy(entry.data(), &mode, sizeof mode);
-    if (store_ != nullptr &&
-        !store_->write({{row.name, resource->entry.get() + KEY_OFFSET, row.key_size(), entry.data(),
-                         row.overlay_size(), &resource->behaviour}})) {
+    if (store_ != nullptr && !store_->write({{row.schema->name, resource->entry.get() + KEY_OFFSET,
+                                              row.schema->key_size(), entry.data(),
+                                              row.schema->overlay_size(), &resource->behaviour}})) {
         return bad_state(NAP_STORE_FAILED);
     }
     put(*resource, mode);

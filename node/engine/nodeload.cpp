@@ -41,9 +41,9 @@ const char *meaning_of(Result result) {
 
 /* The name of a resource as the text writes it. */
 std::string title_of(const ClassRow &row, const NB_UCHAR *entry) {
-    std::string title = row.name;
-    for (const FieldRow &field : row.fields) {
-        if ((field.use & FIELD_KEY) != 0) {
+    std::string title = row.schema->name;
+    for (const FieldRow &field : row.schema->fields) {
+        if (field.has(FIELD_KEY)) {
             title += " " + format_field(field, entry);
         }
     }
@@ -51,7 +51,7 @@ std::string title_of(const ClassRow &row, const NB_UCHAR *entry) {
 }
 
 std::unique_ptr<NB_UCHAR[]> copy_of(const ClassRow &row, const NB_UCHAR *entry, size_t length) {
-    auto copy = std::make_unique<NB_UCHAR[]>(row.overlay_size());
+    auto copy = std::make_unique<NB_UCHAR[]>(row.schema->overlay_size());
     memcpy(copy.get(), entry, length);
     return copy;
 }
@@ -142,12 +142,13 @@ bool Engine::store_all() {
         const ClassRow &row = table->row();
         for (Resource *at = table->first(); at != nullptr; at = ResourceTable::next(*at)) {
             if (!at->derived) {
-                changes.push_back({row.name, at->entry.get() + KEY_OFFSET, row.key_size(),
-                                   at->entry.get(), row.overlay_size(), &at->behaviour});
+                changes.push_back({row.schema->name, at->entry.get() + KEY_OFFSET,
+                                   row.schema->key_size(), at->entry.get(),
+                                   row.schema->overlay_size(), &at->behaviour});
             }
         }
     }
-    for (const RecordRow &row : all_records()) {
+    for (const Settings &row : records::settings) {
         const bool skipped =
             row.of_domain != (scope_ == Scope::Domain) ||
             (node_state_ == NAP_NODE_UNCONFIGURED && strcmp(row.name, "node") == 0);
@@ -161,9 +162,9 @@ bool Engine::store_all() {
 }
 
 void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behaviour &behaviour) {
-    Entry entry = copy_of(row, bytes, row.overlay_size());
+    Entry entry = copy_of(row, bytes, row.schema->overlay_size());
     if (row.life.has_states) {
-        memset(entry.get() + row.det.offset, 0, row.det.length);
+        memset(entry.get() + row.schema->det.offset, 0, row.schema->det.width);
     }
     Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
     if ((old != nullptr && !generated_) || !check_fields(row, entry.get()).ok() ||
@@ -193,13 +194,13 @@ bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string
     std::vector<TextResource> stored;
     bool configured = false;
     generated_ = true;
-    memcpy(records_.image(*record_by_verb(NAP_QUERY_NODE)), generated_node(domain, index).data(),
+    memcpy(records_.image(records::setting("node")), generated_node(domain, index).data(),
            sizeof(NAP_QUERY_NODE_VERB));
     wanted_ = store_ == nullptr || store_->fact(FACT_WANTED) != "0";
     node_state_ = NAP_NODE_STOPPED;
     add_sna_defined();
     generate_resources(domain, index, [this](const ClassRow &row, const NB_UCHAR *bytes) {
-        Entry entry = copy_of(row, bytes, row.entry_size);
+        Entry entry = copy_of(row, bytes, row.schema->entry_size);
         if (row.hooks.fill != nullptr) {
             row.hooks.fill(*this, entry.get());
         }
@@ -226,13 +227,14 @@ bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string
 bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) {
     const bool good = store_->read([&](const StoreRow &stored) {
         const ClassRow *row = class_by_name(stored.section);
-        const RecordRow *record = record_by_name(stored.section);
+        const Settings *record = records::settings_by_name(stored.section);
         if (record != nullptr && stored.record_length == record->block_size) {
             memcpy(records_.image(*record), stored.record, stored.record_length);
             configured = configured || stored.section == "node";
-        } else if (row != nullptr && (stored.record_length == row->overlay_size() ||
-                                      (stored.record_length == KEY_OFFSET + row->key_size() &&
-                                       is_erased(stored.record, stored.record_length)))) {
+        } else if (row != nullptr &&
+                   (stored.record_length == row->schema->overlay_size() ||
+                    (stored.record_length == KEY_OFFSET + row->schema->key_size() &&
+                     is_erased(stored.record, stored.record_length)))) {
             resources.push_back(
                 {row, {stored.record, stored.record + stored.record_length}, stored.behaviour, 0});
         } else {

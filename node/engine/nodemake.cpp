@@ -128,9 +128,8 @@ std::string Maker::own(const char *prefix, Generator what, NB_ULONG at) const {
 
 template <class Record> std::vector<NB_UCHAR> initial_entry(ClassId id) {
     const ClassRow &row = class_row(id);
-    std::vector<NB_UCHAR> entry(row.overlay_size());
-    Behaviour unused = DEFAULT_BEHAVIOUR;
-    set_initial_fields(row.fields, entry.data(), unused);
+    std::vector<NB_UCHAR> entry(row.schema->overlay_size());
+    set_initial_fields(row.schema->fields, entry.data());
     return entry;
 }
 
@@ -265,8 +264,9 @@ void add_own(const Generated &domain, TextNode &own) {
     const auto add = [&own](ClassId id, const NB_VOID *record) {
         const ClassRow &row = class_row(id);
         const auto *bytes = static_cast<const NB_UCHAR *>(record);
-        own.resources.push_back({&row, {bytes, bytes + row.entry_size}, DEFAULT_BEHAVIOUR, 0});
-        own.resources.back().entry.resize(row.overlay_size());
+        own.resources.push_back(
+            {&row, {bytes, bytes + row.schema->entry_size}, DEFAULT_BEHAVIOUR, 0});
+        own.resources.back().entry.resize(row.schema->overlay_size());
     };
     for (NB_ULONG at = 0; at < domain[MAKE_USERS]; at++) {
         auto user = from_entry<NAP_USER_DATA>(initial_entry<NAP_USER_DATA>(CLASS_USER).data());
@@ -352,7 +352,7 @@ DomainText generated_domain(const Generated &domain) {
 
 std::vector<NB_UCHAR> generated_node(const Generated &domain, NB_ULONG index) {
     const RecordSet initial;
-    const RecordRow &row = *record_by_verb(NAP_QUERY_NODE);
+    constexpr const Settings &row = records::setting("node");
     auto record = from_entry<NAP_QUERY_NODE_VERB>(initial.image(row));
     const std::string name = cp_name(index);
     put_ebcdic(record.info.fq_cp_name, sizeof record.info.fq_cp_name, name);

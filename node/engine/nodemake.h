@@ -56,8 +56,8 @@ std::vector<NB_UCHAR> generated_node(const Generated &domain, NB_ULONG index);
 /* The index of a node of that name; one behind the last for a name that is none. */
 NB_ULONG generated_index(const Generated &domain, const std::string &name);
 
-/* Calls `take` with the list entry (row.entry_size bytes) of every resource of a node that is not
- * made by another, owners first, each class in the order of its list. */
+/* Calls `take` with the list entry (row.schema->entry_size bytes) of every resource of a node that
+ * is not made by another, owners first, each class in the order of its list. */
 void generate_resources(
     const Generated &domain, NB_ULONG index,
     const std::function<void(const ClassRow &row, const NB_UCHAR *entry)> &take);

@@ -190,14 +190,22 @@ void show_in_pool(Engine &engine, const Resource &resource) {
     }
 }
 
-namespace hooks {
+namespace {
 
-const ClassHooks lu_pool = {.check = check_pool,
-                            .busy = never_busy,
-                            .defined = pool_defined,
-                            .define = define_pool,
-                            .remove = remove_pool};
+constexpr ClassRow classes[] = {
+    {.id = CLASS_LU_POOL,
+     .schema = &records::lu_pool,
+     .hooks = {.check = check_pool,
+               .busy = never_busy,
+               .defined = pool_defined,
+               .define = define_pool,
+               .remove = remove_pool}},
+};
 
-} // namespace hooks
+} // namespace
+
+std::span<const ClassRow> pool_classes() {
+    return classes;
+}
 
 } // namespace node

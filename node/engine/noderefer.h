@@ -14,7 +14,7 @@ namespace node {
 inline std::vector<Resource *> find_referrers(const ResourceTable &table, const RefRow &ref,
                                               const NB_UCHAR *name, size_t width) {
     std::vector<Resource *> found;
-    if (ref.offset == KEY_OFFSET) {
+    if (ref.by->offset == KEY_OFFSET) {
         Resource *at = table.first_with(name, width);
         for (; at != nullptr; at = ResourceTable::next_with(*at, width)) {
             found.push_back(at);
@@ -22,7 +22,7 @@ inline std::vector<Resource *> find_referrers(const ResourceTable &table, const 
         return found;
     }
     for (Resource *at = table.first(); at != nullptr; at = ResourceTable::next(*at)) {
-        if (memcmp(at->entry.get() + ref.offset, name, width) == 0) {
+        if (memcmp(at->entry.get() + ref.by->offset, name, width) == 0) {
             found.push_back(at);
         }
     }

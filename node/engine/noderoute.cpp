@@ -156,7 +156,8 @@ Engine::Wanted Engine::wanted_sessions() const {
         for (NB_USHORT number = 0; number < mode.act_sess_count; number++) {
             NAP_TAMRIX_SESSION_DATA session = {};
             const std::string what =
-                text_of(at->entry.get() + KEY_OFFSET, at->row->key_size()) + std::to_string(number);
+                text_of(at->entry.get() + KEY_OFFSET, at->row->schema->key_size()) +
+                std::to_string(number);
             const NB_ULONG hash = hash_of(what);
             memcpy(session.lu_name, lu->entry.get() + KEY_OFFSET, sizeof session.lu_name);
             memcpy(session.fqplu_name, mode.fqplu_name, sizeof session.fqplu_name);
@@ -206,12 +207,12 @@ void Engine::bring(ClassId id, Brought &brought, Wanted wanted,
         } while (is_new && find(id, key + KEY_OFFSET) != nullptr);
         name(entry.second.data(), is_new ? brought.last : known->second);
         const Resource *there = find(id, key + KEY_OFFSET);
-        put_number(entry.second.data(), 2, static_cast<NB_ULONG>(row.overlay_size()));
+        put_number(entry.second.data(), 2, static_cast<NB_ULONG>(row.schema->overlay_size()));
         if (is_new) {
             brought.numbers[entry.first] = brought.last;
         }
         if (there == nullptr ||
-            memcmp(there->entry.get(), entry.second.data(), row.entry_size) != 0) {
+            memcmp(there->entry.get(), entry.second.data(), row.schema->entry_size) != 0) {
             indicate(add_derived(id, entry.second.data(), entry.second.size()), false);
         }
     }

@@ -1,6 +1,6 @@
 #include "nodesna.h"
 
-#include "nodefield.h"
+#include "fieldtext.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,6 +9,9 @@
 namespace node {
 
 namespace {
+
+using records::ebcdic_text;
+using records::put_ebcdic;
 
 constexpr size_t ROWS = 8; /* of each kind, in each class of service */
 

@@ -6,7 +6,7 @@
 #ifndef NODESTORE_H
 #define NODESTORE_H
 
-#include "nodefield.h"
+#include "behaviour.h"
 
 #include <functional>
 #include <string>

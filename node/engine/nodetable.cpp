@@ -29,7 +29,7 @@ size_t length_of(const Resource &resource) {
 }
 
 bool shows(const ListRow &list, const Resource &resource) {
-    return list.select_offset == 0 || resource.entry[list.select_offset] == list.select_value;
+    return list.selector == 0 || resource.entry[list.selector] == list.selects;
 }
 
 } // namespace
@@ -47,9 +47,8 @@ ResourceTable::ResourceTable(const ClassRow &row)
     : row_(row), by_key_{compare_sort_keys, nullptr, nullptr, nullptr}, by_alias_{compare_sort_keys,
                                                                                   nullptr, nullptr,
                                                                                   nullptr},
-      has_secrets_(std::any_of(row.fields.begin(), row.fields.end(), [](const FieldRow &field) {
-          return (field.use & FIELD_SECRET) != 0;
-      })) {}
+      has_secrets_(std::any_of(row.schema->fields.begin(), row.schema->fields.end(),
+                               [](const FieldRow &field) { return field.has(FIELD_SECRET); })) {}
 
 ResourceTable::~ResourceTable() {
     while (Resource *resource = first()) {
@@ -58,12 +57,12 @@ ResourceTable::~ResourceTable() {
 }
 
 Resource *ResourceTable::find(const NB_UCHAR *key) const {
-    const SortKey folded = fold_key(row_.key, key);
+    const SortKey folded = fold_key(row_.schema->key, key);
     return as_resource(ntl_avl_find(&by_key_, folded.word));
 }
 
 Resource *ResourceTable::find_alias(const NB_UCHAR *alias) const {
-    const SortKey folded = fold_key(row_.alias.parts, alias);
+    const SortKey folded = fold_key(row_.alias.parts(), alias);
     return as_resource(ntl_avl_find(&by_alias_, folded.word));
 }
 
@@ -78,7 +77,7 @@ Resource *ResourceTable::next(const Resource &resource) {
 Resource *ResourceTable::first_with(const NB_UCHAR *key, size_t bytes) const {
     NB_UCHAR whole[NAP_MAX_KEY] = {};
     memcpy(whole, key, bytes);
-    const SortKey least = cut_key(fold_key(row_.key, whole), bytes);
+    const SortKey least = cut_key(fold_key(row_.schema->key, whole), bytes);
     Resource *found = as_resource(ntl_avl_find(&by_key_, least.word));
     if (found == nullptr) {
         found = as_resource(ntl_avl_find_next(&by_key_, least.word));
@@ -94,11 +93,12 @@ Resource *ResourceTable::next_with(const Resource &resource, size_t bytes) {
 
 void ResourceTable::link_alias(Resource &resource) {
     const AliasRow &alias = row_.alias;
-    const NB_UCHAR *name = resource.entry.get() + alias.offset;
-    if (alias.offset != 0 && !is_blank(alias.parts[0].kind, name, key_length(alias.parts))) {
-        resource.alias = keep_key(fold_key(alias.parts, name));
+    if (alias.name != nullptr && !is_empty_field(*alias.name, resource.entry.get())) {
+        resource.alias =
+            keep_key(fold_key(alias.parts(), resource.entry.get() + alias.name->offset));
         resource.by_alias.key = resource.alias.get();
-        NB_ASSERT(ntl_avl_insert(&by_alias_, &resource.by_alias) != 0);
+        const NB_USHORT linked = ntl_avl_insert(&by_alias_, &resource.by_alias);
+        NB_ASSERT(linked != 0);
     }
 }
 
@@ -107,10 +107,11 @@ Resource &ResourceTable::insert(std::unique_ptr<NB_UCHAR[]> entry, const Behavio
     resource->row = &row_;
     resource->entry = std::move(entry);
     resource->behaviour = behaviour;
-    resource->key = keep_key(fold_key(row_.key, resource->entry.get() + KEY_OFFSET));
+    resource->key = keep_key(fold_key(row_.schema->key, resource->entry.get() + KEY_OFFSET));
     clear_node(resource->by_key, resource, resource->key.get());
     clear_node(resource->by_alias, resource, nullptr);
-    NB_ASSERT(ntl_avl_insert(&by_key_, &resource->by_key) != 0);
+    const NB_USHORT linked = ntl_avl_insert(&by_key_, &resource->by_key);
+    NB_ASSERT(linked != 0);
     link_alias(*resource);
     count_++;
     change_++;
@@ -174,7 +175,7 @@ ResourceTable::Total ResourceTable::total_from(const Resource *from, const ListR
     const uint64_t far = query.num_entries == 1 ? MAX_TOTAL : 4 * MAX_TOTAL;
     const NB_UCHAR start = query.list_options & START_BITS;
     if (from != nullptr && start == NAP_FIRST_IN_LIST && query.owner_length == 0 &&
-        list.select_offset == 0) {
+        list.selector == 0) {
         return {count_, true};
     }
     Total total;
@@ -202,7 +203,7 @@ void ResourceTable::append(const Resource &resource, std::vector<NB_UCHAR> &data
     const size_t at = data.size();
     data.insert(data.end(), resource.entry.get(), resource.entry.get() + length_of(resource));
     if (has_secrets_) {
-        hide_secrets(row_.fields, data.data() + at);
+        hide_secrets(row_.schema->fields, data.data() + at);
     }
 }
 
@@ -229,11 +230,11 @@ uint64_t ResourceTable::append_all(const Resource *at, const ListRow &list, uint
 
 Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
                            std::vector<NB_UCHAR> &data) const {
-    const Result checked = check_list_query(query, row_.key_size());
+    const Result checked = check_list_query(query, row_.schema->key_size());
     if (!checked.ok()) {
         return checked;
     }
-    const SortKey key = fold_key(row_.key, query.key);
+    const SortKey key = fold_key(row_.schema->key, query.key);
     const bool one = query.num_entries == 1 && (query.list_options & NAP_LIST_INCLUSIVE) != 0;
     Resource *at = start(query, key);
     if (one &&

@@ -34,7 +34,7 @@ public:
     Resource *first_with(const NB_UCHAR *key, size_t bytes) const;
     static Resource *next_with(const Resource &resource, size_t bytes);
 
-    /* Links a new resource made of `entry` (row().overlay_size() bytes, overlay size and key in
+    /* Links a new resource made of `entry` (as long as a whole entry, overlay size and key in
      * place).  REQUIRES: neither its key nor its alias is there yet. */
     Resource &insert(std::unique_ptr<NB_UCHAR[]> entry, const Behaviour &behaviour);
 

@@ -1,6 +1,6 @@
 #include "nodetext.h"
 
-#include "nodewords.h"
+#include "fieldrows.h"
 
 #include <algorithm>
 #include <cctype>
@@ -14,21 +14,20 @@ namespace node {
 
 namespace {
 
-constexpr FieldRow domain_facts_fields[] = {
-    TEXT(DomainFacts, name, "name"),
-    FLAG(DomainFacts, client_server, "client_server", "no"),
-    FLAG(DomainFacts, domain_config, "domain_config", "yes"),
+constexpr FieldRow domain_facts[] = {
+    records::rows::text(FIELD_AT(DomainFacts, name)),
+    records::rows::flag(FIELD_AT(DomainFacts, client_server), "no"),
+    records::rows::flag(FIELD_AT(DomainFacts, domain_config), "yes"),
 };
 
-constexpr FieldRow node_facts_fields[] = {
-    WORD(NodeFacts, server_flags, "server", server_words, "none"),
-    FLAG(NodeFacts, start, "start", "yes"),
-    FLAG(NodeFacts, configured, "configured", "yes"),
-    FLAG(NodeFacts, back_level, "back_level", "no"),
+constexpr FieldRow node_facts[] = {
+    records::rows::word(FIELD_AT(NodeFacts, server_flags), records::server_words, "none")
+        .named("server"),
+    records::rows::flag(FIELD_AT(NodeFacts, start), "yes"),
+    records::rows::flag(FIELD_AT(NodeFacts, configured), "yes"),
+    records::rows::flag(FIELD_AT(NodeFacts, back_level), "no"),
 };
 
-constexpr FieldTable domain_facts_table = TABLE(domain_facts_fields);
-constexpr FieldTable node_facts_table = TABLE(node_facts_fields);
 constexpr size_t MAX_RANGE = 100000;
 
 std::string_view trim(std::string_view text) {
@@ -97,38 +96,38 @@ public:
     void end();
 
 private:
-    struct Place {
+    /* Fields that lines of the open section may set. */
+    struct Open {
         FieldTable table;
         NB_UCHAR *record;
-        Behaviour *behaviour;
     };
 
     void title(std::string_view inside);
     void value(std::string_view name, std::string_view text);
     void open_domain();
     void open_node(const std::vector<std::string> &words);
-    void open_record(const RecordRow &row);
+    void open_record(const Settings &row);
     void open_resource(const ClassRow &row, const std::vector<std::string> &words);
     bool set_keys(const std::vector<std::string> &words);
     void close_resource();
     void open_item(std::string_view line);
     TextNode &home() { return text_.nodes.empty() ? text_.own : text_.nodes.back(); }
-    void set(const Place &place, const FieldRow &row, std::string_view value);
+    void set(const Open &open, const FieldRow &row, std::string_view value);
     void error(const std::string &what) { text_.error(number_, what); }
 
     DomainText &text_;
     int number_ = 0;
     bool open_ = false; /* false: the lines of a bad section are skipped */
-    std::vector<Place> places_;
+    std::vector<Open> places_;
     std::vector<std::string> seen_;
     TextResource pending_ = {};
     std::vector<std::string> pending_names_;
 };
 
-std::string known_names(const FieldTable &table) {
+std::string known_names(FieldTable table) {
     std::string names;
     for (const FieldRow &row : table) {
-        if ((row.use & FIELD_KEY) == 0) {
+        if (!row.has(FIELD_KEY)) {
             names += (names.empty() ? "" : ", ") + std::string(row.name);
         }
     }
@@ -139,9 +138,9 @@ std::string known_sections() {
     std::string names;
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
         const ClassRow &row = class_row(static_cast<ClassId>(id));
-        names += row.untold ? "" : std::string(row.name) + ", ";
+        names += row.untold ? "" : std::string(row.schema->name) + ", ";
     }
-    for (const RecordRow &row : all_records()) {
+    for (const Settings &row : records::settings) {
         names += std::string(row.name) + ", ";
     }
     return names.substr(0, names.size() - 2);
@@ -180,7 +179,7 @@ void Parser::line(int number, std::string_view raw) {
 void Parser::title(std::string_view inside) {
     const std::vector<std::string> words = words_of(inside);
     const std::string kind = words.empty() ? "" : words[0];
-    const RecordRow *record = record_by_name(kind);
+    const Settings *record = records::settings_by_name(kind);
     const ClassRow *row = class_by_name(kind);
     if (kind == "domain") {
         open_domain();
@@ -200,7 +199,7 @@ void Parser::open_domain() {
         error("[domain] stands before the first node");
         return;
     }
-    places_.push_back({domain_facts_table, reinterpret_cast<NB_UCHAR *>(&text_.facts), nullptr});
+    places_.push_back({domain_facts, reinterpret_cast<NB_UCHAR *>(&text_.facts)});
     open_ = true;
 }
 
@@ -213,18 +212,18 @@ void Parser::open_node(const std::vector<std::string> &words) {
         error("there is a node " + words[1] + " already; choose another name");
         return;
     }
-    const RecordRow &row = *record_by_name("node");
+    constexpr const Settings &row = records::setting("node");
     text_.nodes.push_back({words[1], number_, {}, {}, {}});
     TextNode &made = text_.nodes.back();
     RecordSet initial;
     made.records.push_back(
         {&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
-    places_.push_back({node_facts_table, reinterpret_cast<NB_UCHAR *>(&made.facts), nullptr});
-    places_.push_back({row.fields, made.records[0].image.data(), nullptr});
+    places_.push_back({node_facts, reinterpret_cast<NB_UCHAR *>(&made.facts)});
+    places_.push_back({row.fields, made.records[0].image.data()});
     open_ = true;
 }
 
-void Parser::open_record(const RecordRow &row) {
+void Parser::open_record(const Settings &row) {
     if (row.of_domain != text_.nodes.empty()) {
         error(row.of_domain ? "this section belongs to the domain: it stands before the first node"
                             : "this section belongs to a node: it stands behind a [node NAME]");
@@ -233,7 +232,7 @@ void Parser::open_record(const RecordRow &row) {
     std::vector<TextRecord> &records = home().records;
     RecordSet initial;
     records.push_back({&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
-    places_.push_back({row.fields, records.back().image.data(), nullptr});
+    places_.push_back({row.fields, records.back().image.data()});
     open_ = true;
 }
 
@@ -244,24 +243,27 @@ void Parser::open_resource(const ClassRow &row, const std::vector<std::string> &
                   : "a resource belongs to a node: its section stands behind a [node NAME]");
         return;
     }
-    pending_ = {&row, std::vector<NB_UCHAR>(row.overlay_size()), DEFAULT_BEHAVIOUR, number_};
-    put_number(pending_.entry.data(), 2, static_cast<NB_ULONG>(row.overlay_size()));
-    set_initial_fields(row.fields, pending_.entry.data(), pending_.behaviour);
+    const Schema &schema = *row.schema;
+    auto *behaviour = reinterpret_cast<NB_UCHAR *>(&pending_.behaviour);
+    pending_ = {&row, std::vector<NB_UCHAR>(schema.overlay_size()), DEFAULT_BEHAVIOUR, number_};
+    put_number(pending_.entry.data(), 2, static_cast<NB_ULONG>(schema.overlay_size()));
+    set_initial_fields(schema.fields, pending_.entry.data());
+    set_initial_fields(row.simulated, behaviour);
     open_ = set_keys(words);
     if (open_) {
-        places_.push_back({row.fields, pending_.entry.data(), &pending_.behaviour});
+        places_ = {{schema.fields, pending_.entry.data()}, {row.simulated, behaviour}};
     }
 }
 
 /* The words of a title are the key fields in order; only the last name may be a range. */
 bool Parser::set_keys(const std::vector<std::string> &words) {
-    const ClassRow &row = *pending_.row;
+    const Schema &schema = *pending_.row->schema;
     std::string form;
     size_t at = 1;
     bool good = true;
     pending_names_.clear();
-    for (const FieldRow &field : row.fields) {
-        if ((field.use & FIELD_KEY) == 0) {
+    for (const FieldRow &field : schema.fields) {
+        if (!field.has(FIELD_KEY)) {
             continue;
         }
         form += std::string(" ") + field.name;
@@ -277,8 +279,8 @@ bool Parser::set_keys(const std::vector<std::string> &words) {
         }
     }
     if (!good || at != words.size()) {
-        error("the title is [" + std::string(row.name) + form + "] (- for a blank name; the name " +
-              "may be a range, as in LU01..LU24)");
+        error("the title is [" + std::string(schema.name) + form +
+              "] (- for a blank name; the name " + "may be a range, as in LU01..LU24)");
         return false;
     }
     return true;
@@ -289,8 +291,8 @@ void Parser::close_resource() {
         pending_.row = nullptr;
         return;
     }
-    const ClassRow &row = *pending_.row;
-    const FieldRow *name_field = row.fields.find("name");
+    const FieldTable fields = pending_.row->schema->fields;
+    const FieldRow *name_field = find_field(fields, "name");
     NB_ULONG count = 0;
     for (const std::string &name : pending_names_) {
         TextResource made = pending_;
@@ -298,8 +300,8 @@ void Parser::close_resource() {
         if (!set_field(*name_field, name == "-" ? "" : name, made.entry.data(), why)) {
             text_.error(made.line, name + " is no name here: " + why);
         }
-        for (const FieldRow &field : row.fields) {
-            if ((field.use & FIELD_COUNTS) != 0) {
+        for (const FieldRow &field : fields) {
+            if (field.has(FIELD_COUNTS)) {
                 NB_UCHAR *at = made.entry.data() + field.offset;
                 const NB_ULONG value = get_number(at, field.width) + count;
                 if (value > field.high) {
@@ -323,39 +325,36 @@ void Parser::open_item(std::string_view line) {
     if (!open_) {
         return;
     }
-    if (pending_.row == nullptr || pending_.row->nested.name == nullptr) {
+    if (pending_.row == nullptr || pending_.row->schema->nested.name == nullptr) {
         error("this section has no items; a line is `name = value`");
         return;
     }
-    const NestedRow &nested = pending_.row->nested;
+    const Nested &nested = pending_.row->schema->nested;
     if (words.empty() || words.size() > 2 || words[0] != nested.name) {
         error("an item of this section is + " + std::string(nested.name) + " [" +
-              nested.fields.rows[0].name + "]");
+              nested.fields[0].name + "]");
         return;
     }
     NB_UCHAR *entry = pending_.entry.data();
-    const NB_ULONG count = get_number(entry + nested.count_offset, nested.count_width);
+    const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
     if (count == nested.most) {
         error("there are " + std::to_string(count) + " of " + nested.name +
               " already, which is all there may be");
         return;
     }
     NB_UCHAR *item = entry + nested.offset + count * nested.size;
-    set_initial_fields(nested.fields, item, pending_.behaviour);
-    put_number(entry + nested.count_offset, nested.count_width, count + 1);
-    places_ = {{nested.fields, item, nullptr}};
+    set_initial_fields(nested.fields, item);
+    put_number(entry + nested.count.offset, nested.count.width, count + 1);
+    places_ = {{nested.fields, item}};
     seen_.clear();
     if (words.size() == 2) {
-        value(nested.fields.rows[0].name, words[1]);
+        value(nested.fields[0].name, words[1]);
     }
 }
 
-void Parser::set(const Place &place, const FieldRow &row, std::string_view value) {
-    NB_UCHAR *record = (row.use & FIELD_BEHAVIOUR) != 0
-                           ? reinterpret_cast<NB_UCHAR *>(place.behaviour)
-                           : place.record;
+void Parser::set(const Open &open, const FieldRow &row, std::string_view value) {
     std::string why;
-    if (!set_field(row, value, record, why)) {
+    if (!set_field(row, value, open.record, why)) {
         error("'" + std::string(value) + "' is no value of " + row.name + ": it takes " + why);
     }
 }
@@ -373,13 +372,14 @@ void Parser::value(std::string_view name, std::string_view text) {
     }
     seen_.emplace_back(name);
     std::string known;
-    for (const Place &place : places_) {
-        const FieldRow *row = place.table.find(name);
-        if (row != nullptr && (row->use & FIELD_KEY) == 0) {
-            set(place, *row, text);
+    for (const Open &open : places_) {
+        const FieldRow *row = records::find_field(open.table, name);
+        if (row != nullptr && !row->has(FIELD_KEY)) {
+            set(open, *row, text);
             return;
         }
-        known += (known.empty() ? "" : ", ") + known_names(place.table);
+        const std::string names = known_names(open.table);
+        known += (known.empty() || names.empty() ? "" : ", ") + names;
     }
     error("unknown field '" + std::string(name) + "'; known are " + known);
 }

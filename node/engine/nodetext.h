@@ -24,13 +24,13 @@ namespace node {
 
 struct TextResource {
     const ClassRow *row;
-    std::vector<NB_UCHAR> entry; /* row->overlay_size() bytes, overlay size in place */
+    std::vector<NB_UCHAR> entry; /* as long as a whole entry, overlay size in place */
     Behaviour behaviour;
     int line;
 };
 
 struct TextRecord {
-    const RecordRow *row;
+    const Settings *row;
     std::vector<NB_UCHAR> image;
     int line;
 };

@@ -11,23 +11,13 @@ namespace node {
 
 namespace {
 
-constexpr ListRow all_nodes = {NAP_QUERY_NODE_ALL, 0, 0, 0};
-constexpr ListRow network_nodes = {NAP_QUERY_SNA_NET, 0, 0, 0};
-
-const ClassRow &node_row() {
-    static const ClassRow row = [] {
-        ClassRow made = {};
-        made.name = "domain_node";
-        made.entry_size = sizeof(NAP_NODE_ALL_DATA);
-        made.key[0] = {KeyKind::Local, 128};
-        made.alias.rival = CLASS_COUNT;
-        return made;
-    }();
-    return row;
-}
+constexpr const ListRow &all_nodes = records::domain_node.lists[0];
+constexpr const ListRow &network_nodes = records::domain_server.lists[0];
+constexpr ClassRow node_row = {.schema = &records::domain_node};
+constexpr size_t node_size = records::domain_node.overlay_size();
 
 std::unique_ptr<NB_UCHAR[]> entry_of(const NAP_NODE_ALL_DATA &record) {
-    auto bytes = std::make_unique<NB_UCHAR[]>(node_row().overlay_size());
+    auto bytes = std::make_unique<NB_UCHAR[]>(node_size);
     memcpy(bytes.get(), &record, sizeof record);
     return bytes;
 }
@@ -43,11 +33,11 @@ std::string name_of(const NAP_NODE_ALL_DATA &record) {
 } // namespace
 
 Domain::Domain(const DomainText &text, Store &store, TimerQueue &timers, const Clock &clock)
-    : text_(text), store_(store), clock_(clock), nodes_(node_row()),
+    : text_(text), store_(store), clock_(clock), nodes_(node_row),
       engine_(&store, timers, clock, nobody_, Scope::Domain) {
     for (const TextNode &node : text_.nodes) {
         NAP_NODE_ALL_DATA record = {};
-        record.overlay_size = static_cast<NB_USHORT>(node_row().overlay_size());
+        record.overlay_size = NB_USHORT{node_size};
         memcpy(record.node_name, node.name.data(), node.name.size());
         const std::string stored = store_.fact(fact_of(node.name).c_str());
         const char *end = stored.data() + stored.size();
@@ -121,7 +111,7 @@ void Domain::lost(const std::string &node) {
 
 /* The network file's list is the part of the nodes that are servers. */
 void Domain::show_servers() {
-    servers_ = std::make_unique<ResourceTable>(node_row());
+    servers_ = std::make_unique<ResourceTable>(node_row);
     for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
         const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
         if (record.info.server_flags != 0) {

@@ -65,8 +65,7 @@ NB_UCHAR places_of(NB_USHORT opcode) {
     const ClassRow *served = class_by_verb(opcode);
     const ClassRow *shown = class_by_list(opcode, &list);
     const ClassRow *row = served != nullptr ? served : shown;
-    const RecordRow *asked = record_by_verb(opcode);
-    const RecordRow *settings = asked != nullptr ? asked : record_by_setter(opcode);
+    const Settings *settings = settings_by_verb(opcode);
     if (row != nullptr) {
         constexpr NB_UCHAR by_scope[] = {NODE, TP_LOAD, DOMAIN_FILE};
         return by_scope[static_cast<size_t>(row->scope)];

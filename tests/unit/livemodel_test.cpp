@@ -270,15 +270,16 @@ BLOCKS blocks_by_class() {
 
 /* What the block and the stored record both say: the key, and the definition as far as the list
  * brings it.  Passwords stay in the store, so only the description of what has one is looked at. */
-bool says_the_same(const node::ClassRow &row, const std::string &block, const NB_UCHAR *stored) {
+bool says_the_same(const node::Schema &schema, const std::string &block, const NB_UCHAR *stored) {
     const std::set<std::string> with_password = {"lu_lu_password", "userid_password", "cpic"};
     constexpr size_t description = 32;
-    const size_t length = with_password.contains(row.name) ? description : row.def.length;
-    const size_t end = std::min(row.def.offset + length, block.size());
-    return memcmp(block.data() + node::KEY_OFFSET, stored + node::KEY_OFFSET, row.key_size()) ==
+    const size_t length = with_password.contains(schema.name) ? description : schema.def.width;
+    const size_t end = std::min(schema.def.offset + length, block.size());
+    return memcmp(block.data() + node::KEY_OFFSET, stored + node::KEY_OFFSET, schema.key_size()) ==
                0 &&
-           (end <= row.def.offset || memcmp(block.data() + row.def.offset, stored + row.def.offset,
-                                            end - row.def.offset) == 0);
+           (end <= schema.def.offset ||
+            memcmp(block.data() + schema.def.offset, stored + schema.def.offset,
+                   end - schema.def.offset) == 0);
 }
 
 TEST_P(LiveModel, HoldsWhatTheStoresHoldRecordByRecord) {
@@ -286,12 +287,14 @@ TEST_P(LiveModel, HoldsWhatTheStoresHoldRecordByRecord) {
     BLOCKS blocks = blocks_by_class();
     std::map<std::string, int> found;
     domain->for_each_stored([&blocks, &found](const node::ClassRow &row, const NB_UCHAR *stored) {
-        const std::vector<std::string> &of_class = blocks[row.name];
-        EXPECT_TRUE(std::any_of(
-            of_class.begin(), of_class.end(),
-            [&row, stored](const std::string &block) { return says_the_same(row, block, stored); }))
-            << row.name << " " << node::local_text(stored + node::KEY_OFFSET, row.key_size());
-        found[row.name]++;
+        const node::Schema &schema = *row.schema;
+        const std::vector<std::string> &of_class = blocks[schema.name];
+        EXPECT_TRUE(std::any_of(of_class.begin(), of_class.end(),
+                                [&schema, stored](const std::string &block) {
+                                    return says_the_same(schema, block, stored);
+                                }))
+            << schema.name << " " << node::local_text(stored + node::KEY_OFFSET, schema.key_size());
+        found[schema.name]++;
     });
     /* A sample that defines little would prove little. */
     EXPECT_GE(found.size(), 20U);

@@ -6,9 +6,10 @@
 using namespace node_test;
 using node::ClassRow;
 using node::Engine;
-using node::FieldKind;
 using node::FieldRow;
 using node::Resource;
+using node::Schema;
+using records::FieldKind;
 
 namespace {
 
@@ -33,10 +34,11 @@ struct Sample {
 
     /* The block that defines what the entry is. */
     static std::vector<NB_UCHAR> block_of(const ClassRow &row, const NB_UCHAR *entry) {
-        std::vector<NB_UCHAR> block(row.define_size);
-        node::put_number(block.data(), 2, row.define);
-        memcpy(block.data() + node::KEY_IN_BLOCK, entry + node::KEY_OFFSET, row.key_size());
-        memcpy(block.data() + row.def_in_define, entry + row.def.offset, row.def.length);
+        const Schema &schema = *row.schema;
+        std::vector<NB_UCHAR> block(schema.define_size);
+        node::put_number(block.data(), 2, schema.define);
+        memcpy(block.data() + node::KEY_IN_BLOCK, entry + node::KEY_OFFSET, schema.key_size());
+        memcpy(block.data() + schema.def_in_define, entry + schema.def.offset, schema.def.width);
         return block;
     }
 
@@ -65,7 +67,7 @@ struct Sample {
 
     static std::vector<std::string> entries_of(Rig &rig, const ClassRow &row) {
         std::vector<std::string> all;
-        for (const node::ListRow &list : row.lists) {
+        for (const node::ListRow &list : row.schema->lists) {
             const std::vector<std::string> some =
                 list.list != 0 ? rig.list(list.list).entries : std::vector<std::string>();
             all.insert(all.end(), some.begin(), some.end());
@@ -98,17 +100,17 @@ std::optional<std::string> bad_value(const FieldRow &field) {
 }
 
 void refuses_bad_fields(Sample &sample, const ClassRow &row, const Resource &resource) {
+    const Schema &schema = *row.schema;
     const std::vector<NB_UCHAR> good = Sample::block_of(row, resource.entry.get());
     const std::vector<std::string> before = sample.entries(row);
-    for (const FieldRow &field : row.fields) {
-        const bool defined = field.offset >= row.def.offset &&
-                             field.offset + field.width <= row.def.offset + row.def.length &&
-                             (field.use & node::FIELD_BEHAVIOUR) == 0;
+    for (const FieldRow &field : schema.fields) {
+        const bool defined = field.offset >= schema.def.offset &&
+                             size_t{field.offset} + field.width <= schema.def.end();
         const auto value = defined ? bad_value(field) : std::nullopt;
         if (value) {
             std::vector<NB_UCHAR> bad = good;
-            memcpy(bad.data() + row.def_in_define + field.offset - row.def.offset, value->data(),
-                   field.width);
+            memcpy(bad.data() + schema.def_in_define + field.offset - schema.def.offset,
+                   value->data(), field.width);
             EXPECT_EQ(sample.issue(bad).first, unsigned{NAP_PARAMETER_CHECK}) << field.name;
         }
     }
@@ -117,17 +119,18 @@ void refuses_bad_fields(Sample &sample, const ClassRow &row, const Resource &res
 
 /* Changes the description, where there is one, and finds it in the list. */
 void changes_in_place(Sample &sample, const ClassRow &row, const Resource &resource) {
-    const FieldRow *text = row.fields.find("description");
+    const FieldRow *text = find_field(row.schema->fields, "description");
     std::vector<NB_UCHAR> block = Sample::block_of(row, resource.entry.get());
     const size_t count = sample.entries(row).size();
     if (text != nullptr) {
-        NB_UCHAR *at = block.data() + row.def_in_define + text->offset - row.def.offset;
+        NB_UCHAR *at =
+            block.data() + row.schema->def_in_define + text->offset - row.schema->def.offset;
         memset(at, 0, text->width);
         memcpy(at, "changed", 7);
     }
     const std::vector<NB_UCHAR> asked = block;
     const std::vector<NB_UCHAR> before(resource.entry.get(),
-                                       resource.entry.get() + row.overlay_size());
+                                       resource.entry.get() + row.schema->overlay_size());
     ASSERT_EQ(sample.issue(block), OK_CODES);
     const std::vector<std::string> after = sample.entries(row);
     EXPECT_EQ(after.size(), count);
@@ -136,10 +139,10 @@ void changes_in_place(Sample &sample, const ClassRow &row, const Resource &resou
             return entry.compare(text->offset, 8, "changed\0", 8) == 0;
         }));
     }
-    for (const FieldRow &field : row.fields) {
-        if ((field.use & node::FIELD_SECRET) != 0) {
-            const size_t at = row.def_in_define + field.offset - row.def.offset;
-            const bool had_one = !node::is_empty_field(field, before.data());
+    for (const FieldRow &field : row.schema->fields) {
+        if (field.has(node::FIELD_SECRET)) {
+            const size_t at = row.schema->def_in_define + field.offset - row.schema->def.offset;
+            const bool had_one = !is_empty_field(field, before.data());
             EXPECT_EQ(memcmp(asked.data() + at, block.data() + at, field.width) != 0, had_one);
         }
     }
@@ -147,16 +150,16 @@ void changes_in_place(Sample &sample, const ClassRow &row, const Resource &resou
 
 void goes_and_comes_back(Sample &sample, const ClassRow &row, const Resource &resource) {
     const std::string key(reinterpret_cast<const char *>(resource.entry.get()) + node::KEY_OFFSET,
-                          row.key_size());
+                          row.schema->key_size());
     std::vector<NB_UCHAR> block = Sample::block_of(row, resource.entry.get());
     const size_t count = sample.entries(row).size();
-    const Codes gone = sample.rig.by_key(row.remove, key);
+    const Codes gone = sample.rig.by_key(row.schema->remove, key);
     if (gone == state(NAP_IN_USE)) {
         return;
     }
     ASSERT_EQ(gone, OK_CODES);
     EXPECT_LT(sample.entries(row).size(), count);
-    EXPECT_EQ(sample.rig.by_key(row.remove, key), parameter(NAP_UNKNOWN_RESOURCE));
+    EXPECT_EQ(sample.rig.by_key(row.schema->remove, key), parameter(NAP_UNKNOWN_RESOURCE));
     ASSERT_EQ(sample.issue(block), OK_CODES);
     EXPECT_EQ(sample.entries(row).size(), count);
 }
@@ -165,11 +168,12 @@ void goes_and_comes_back(Sample &sample, const ClassRow &row, const Resource &re
 TEST(NodeClassWalk, EveryClassThatCanBeDefined) {
     for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
         const ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
-        SCOPED_TRACE(row.name);
-        if (row.define == 0) {
+        SCOPED_TRACE(row.schema->name);
+        if (row.schema->define == 0) {
             continue;
         }
-        EXPECT_EQ(nap_find_verb(row.define)->flags & nap_find_verb(row.remove)->flags,
+        EXPECT_EQ(nap_find_verb(row.schema->define)->flags &
+                      nap_find_verb(row.schema->remove)->flags,
                   NAP_VERB_CHANGES);
         Folder folder;
         std::string why;
@@ -408,13 +412,13 @@ TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
     ASSERT_TRUE(store.open(folder.file("n.db"), false, why)) << why;
     Rig rig(&store);
     rig.load(SMALL_NODE);
-    for (const node::RecordRow &row : node::all_records()) {
+    for (const node::Settings &row : records::settings) {
         SCOPED_TRACE(row.name);
-        if (row.setter == 0) {
+        if (row.set == 0) {
             continue;
         }
-        EXPECT_EQ(nap_find_verb(row.setter)->block_size, row.block_size);
-        EXPECT_EQ(nap_find_verb(row.setter)->flags, NAP_VERB_CHANGES);
+        EXPECT_EQ(nap_find_verb(row.set)->block_size, row.block_size);
+        EXPECT_EQ(nap_find_verb(row.set)->flags, NAP_VERB_CHANGES);
     }
     NAP_QUERY_DEFAULTS_VERB defaults = {};
     defaults.opcode = NAP_DEFINE_DEFAULTS;

@@ -114,22 +114,16 @@ constexpr ListCase list_cases[] = {
 TEST(NodeClasses, RowsAgreeWithTheVerbTable) {
     for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
         const node::ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(nap_find_verb(row.lists[0].list)->kind, NAP_KIND_LIST);
-        EXPECT_LE(row.key_size(), size_t{NAP_MAX_KEY});
-        EXPECT_LE(row.det.length, sizeof(NAP_RESOURCE_INDICATION::det_data));
-        if (row.define != 0) {
-            EXPECT_EQ(nap_find_verb(row.define)->block_size, row.define_size);
-            EXPECT_EQ(nap_find_verb(row.remove)->kind, NAP_KIND_DELETE);
-            EXPECT_LE(row.def_in_define + row.def.length, row.define_size);
+        const node::Schema &schema = *row.schema;
+        SCOPED_TRACE(schema.name);
+        EXPECT_EQ(row.id, id);
+        EXPECT_EQ(nap_find_verb(schema.lists[0].list)->kind, NAP_KIND_LIST);
+        if (schema.define != 0) {
+            EXPECT_EQ(nap_find_verb(schema.define)->block_size, schema.define_size);
+            EXPECT_EQ(nap_find_verb(schema.remove)->kind, NAP_KIND_DELETE);
         }
-        size_t key_fields = 0;
-        for (const node::FieldRow &field : row.fields) {
-            key_fields += (field.use & node::FIELD_KEY) != 0 ? field.width : 0;
-        }
-        EXPECT_EQ(key_fields, row.key_size());
-        for (size_t at = 0; at < row.ref_count; at++) {
-            EXPECT_LT(row.refs[at].to, row.id) << "owners are loaded first";
+        for (const node::RefRow &ref : row.refs) {
+            EXPECT_TRUE(ref.to < row.id || ref.to == node::CLASS_COUNT) << "owners come first";
         }
     }
 }
@@ -292,7 +286,7 @@ TEST(NodeVerbs, BadBlocks) {
             const bool may_be_zero = verb.opcode == NAP_DELETE_MODE ||
                                      verb.opcode == NAP_DEFINE_TN3270_ACCESS ||
                                      verb.opcode == NAP_DELETE_TN3270_ACCESS ||
-                                     node::record_by_setter(verb.opcode) != nullptr;
+                                     records::settings_by_verb(verb.opcode) != nullptr;
             EXPECT_TRUE(got.first != NAP_OK || may_be_zero) << verb.name;
         }
     }

@@ -51,13 +51,12 @@ TEST(NodeMake, ResourcesAreGoodAndAlwaysTheSame) {
     for (NB_ULONG index = 0; index < 2; index++) {
         node::DomainText text = node::generated_domain(domain);
         node::TextNode node = text.nodes.at(index);
-        node.records.push_back(
-            {node::record_by_verb(NAP_QUERY_NODE), node::generated_node(domain, index), 0});
+        node.records.push_back({&records::setting("node"), node::generated_node(domain, index), 0});
         std::vector<std::string> first;
         const auto take = [&](const node::ClassRow &row, const NB_UCHAR *entry) {
-            std::vector<NB_UCHAR> bytes(entry, entry + row.entry_size);
+            std::vector<NB_UCHAR> bytes(entry, entry + row.schema->entry_size);
             first.emplace_back(bytes.begin(), bytes.end());
-            bytes.resize(row.overlay_size());
+            bytes.resize(row.schema->overlay_size());
             node.resources.push_back({&row, bytes, node::DEFAULT_BEHAVIOUR, 0});
             if (row.id == node::CLASS_LU03) {
                 EXPECT_TRUE(names.insert(first.back().substr(10, 8)).second) << "twice";
@@ -67,7 +66,7 @@ TEST(NodeMake, ResourcesAreGoodAndAlwaysTheSame) {
         size_t again = 0;
         node::generate_resources(
             domain, index, [&](const node::ClassRow &row, const NB_UCHAR *entry) {
-                EXPECT_EQ(memcmp(first.at(again++).data(), entry, row.entry_size), 0);
+                EXPECT_EQ(memcmp(first.at(again++).data(), entry, row.schema->entry_size), 0);
             });
         EXPECT_EQ(again, first.size());
         Rig checked;

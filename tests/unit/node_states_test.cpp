@@ -157,7 +157,7 @@ TEST_F(NodeStates, TheNodeStopsAndStartsWhole) {
         const node::ResourceTable &table = rig.engine.table(static_cast<node::ClassId>(id));
         for (node::Resource *at = table.first(); at != nullptr;
              at = node::ResourceTable::next(*at)) {
-            EXPECT_EQ(at->state, NAP_NOT_ACTIVE) << table.row().name;
+            EXPECT_EQ(at->state, NAP_NOT_ACTIVE) << table.row().schema->name;
         }
     }
     EXPECT_EQ(rig.by_key(NAP_INIT_NODE, ""), OK_CODES);

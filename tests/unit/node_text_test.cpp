@@ -116,9 +116,9 @@ void expect_read_back(const node::FieldRow &field, const NB_UCHAR *record, size_
     std::vector<NB_UCHAR> copy(record, record + size);
     std::string why;
     memset(copy.data() + field.offset, 0xEE, field.width);
-    const std::string written = node::format_field(field, record);
-    const bool blank = written.empty() && (field.use & node::FIELD_REQUIRED) == 0;
-    EXPECT_TRUE(node::set_field(field, written, copy.data(), why) || blank)
+    const std::string written = format_field(field, record);
+    const bool blank = written.empty() && !field.has(records::FIELD_REQUIRED);
+    EXPECT_TRUE(set_field(field, written, copy.data(), why) || blank)
         << field.name << " = " << written << ": " << why;
     EXPECT_EQ(memcmp(copy.data(), record, size), 0) << field.name << " = " << written;
 }
@@ -135,19 +135,17 @@ TEST(NodeText, SamplesAreGoodAndEveryFieldReadsBack) {
             rig.engine.load_text(text, domain);
             EXPECT_FALSE(text.resources.empty());
             for (const node::TextResource &resource : text.resources) {
-                SCOPED_TRACE(resource.row->name);
+                SCOPED_TRACE(resource.row->schema->name);
                 std::vector<NB_UCHAR> entry = resource.entry;
                 const NB_UCHAR *end = entry.data() + entry.size();
-                classes.insert(resource.row->name);
-                node::for_tables(*resource.row, entry.data(),
-                                 [end](const node::FieldTable &table, const NB_UCHAR *record) {
-                                     for (const node::FieldRow &field : table) {
-                                         if ((field.use & node::FIELD_BEHAVIOUR) == 0) {
-                                             expect_read_back(field, record,
-                                                              static_cast<size_t>(end - record));
-                                         }
-                                     }
-                                 });
+                classes.insert(resource.row->schema->name);
+                for_tables(*resource.row->schema, entry.data(),
+                           [end](node::FieldTable table, const NB_UCHAR *record) {
+                               for (const node::FieldRow &field : table) {
+                                   expect_read_back(field, record,
+                                                    static_cast<size_t>(end - record));
+                               }
+                           });
             }
         }
         for (const std::string &error : domain.errors) {
@@ -156,7 +154,7 @@ TEST(NodeText, SamplesAreGoodAndEveryFieldReadsBack) {
     }
     for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
         const node::ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
-        EXPECT_TRUE(row.untold || classes.count(row.name) == 1) << row.name;
+        EXPECT_TRUE(row.untold || classes.count(row.schema->name) == 1) << row.schema->name;
     }
 }
 

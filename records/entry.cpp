@@ -1,0 +1,22 @@
+#include "entry.h"
+
+#include "nbbase.h"
+
+#include <cstring>
+
+namespace records {
+
+void set_entry_length(const Schema &schema, NB_UCHAR *entry) {
+    const Nested &nested = schema.nested;
+    size_t length = schema.overlay_size();
+    if (nested.name != nullptr) {
+        const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
+        const size_t end = nested.offset + count * nested.size;
+        NB_ASSERT(count <= nested.most);
+        memset(entry + end, 0, nested.offset + nested.most * nested.size - end);
+        length = nested.cuts ? (end + 3) & ~size_t{3} : length;
+    }
+    put_number(entry, 2, static_cast<NB_ULONG>(length));
+}
+
+} // namespace records

@@ -1,0 +1,29 @@
+/* List entries as a whole: their items and their length. */
+#ifndef ENTRY_H
+#define ENTRY_H
+
+#include "fieldtext.h"
+
+#include <algorithm>
+
+namespace records {
+
+/* Calls action(field table, start of its record) for the entry and for each of its items. */
+template <class Action> void for_tables(const Schema &schema, NB_UCHAR *entry, Action action) {
+    const Nested &nested = schema.nested;
+    action(schema.fields, entry);
+    if (nested.name != nullptr) {
+        const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
+        for (NB_ULONG at = 0; at < std::min(count, nested.most); at++) {
+            action(nested.fields, entry + nested.offset + at * nested.size);
+        }
+    }
+}
+
+/* Writes the length that the entry has in a list into its first two bytes, and clears what stands
+ * behind its last item.  REQUIRES: no more items than there may be. */
+void set_entry_length(const Schema &schema, NB_UCHAR *entry);
+
+} // namespace records
+
+#endif
