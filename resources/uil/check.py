@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks the names that window descriptions and program share.
 
-    check.py UIL_FOLDER CODE_FOLDER
+    check.py UIL_FOLDER CODE_FOLDER MADE_FOLDER
 
 A fault is: a procedure or toolkit action that a description names and no table of the program
 registers (the widget would silently do nothing), a procedure that is declared and never used (an
@@ -16,11 +16,14 @@ import sys
 
 COMMENT = re.compile(r'![^\n]*')
 CODE_COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/', re.S)
+# The rows of a table that mkcommands.py makes.
+MADE_ROWS = re.compile(r'^#define \w+_CALLBACKS\(\w+\)((?:.*\\\n)*.*)', re.M)
 TABLE = r'\b%s\s+\w+\s*\[[^\]]*\]\s*=\s*\{(.*?)\};'
 
 
-def read(folder, patterns, comment):
-    files = [file for pattern in patterns for file in sorted(folder.rglob(pattern))]
+def read(folders, patterns, comment):
+    files = [file for folder in folders for pattern in patterns
+             for file in sorted(pathlib.Path(folder).rglob(pattern))]
     return {file: comment.sub('', file.read_text(encoding='utf-8')) for file in files}
 
 
@@ -38,11 +41,14 @@ def registered_by_name(code):
 
 
 def main():
-    descriptions = read(pathlib.Path(sys.argv[1]), ('*.uil', '*.uih'), COMMENT)
-    code = read(pathlib.Path(sys.argv[2]), ('*.cpp',), CODE_COMMENT)
+    descriptions = read((sys.argv[1], sys.argv[3]), ('*.uil', '*.uih'), COMMENT)
+    code = read((sys.argv[2],), ('*.cpp',), CODE_COMMENT)
+    made = read((sys.argv[3],), ('*.h',), CODE_COMMENT)
     faults = []
 
     procedures = registered(code, 'MRMRegisterArg') | registered_by_name(code)
+    procedures |= {name for text in made.values() for rows in MADE_ROWS.findall(text)
+                   for name in re.findall(r'\bvga_\w+', rows)}
     actions = registered(code, 'XtActionsRec')
     declared, used, objects, children = set(), set(), set(), set()
     for file, text in descriptions.items():

@@ -74,6 +74,9 @@ TEST_F(NodeWindow, WhatIsNotThereYetIsInsensitive) {
         }
     }
     EXPECT_TRUE(XtIsSensitive(part("*nodewExit")));
+    int number = VGA_NODEW_COPY; // as a description passes it for a command without a procedure
+    vga_command_cb(desc->server_text, &number, nullptr);
+    EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_LATER));
 }
 
 TEST_F(NodeWindow, ShowsItsNodeAndFollowsIt) {

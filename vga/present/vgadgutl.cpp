@@ -332,6 +332,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
     };
     static const COMMON_NAME names[] = {
         {"vga_close_cb", vga_close_cb},
+        {"vga_command_cb", vga_command_cb},
         {"vga_exit_cb", vga_exit_cb},
         {"vga_form_apply_cb", vga_form_apply_cb},
         {"vga_form_reset_cb", vga_form_reset_cb},
@@ -466,6 +467,14 @@ NB_VOID vga_close_cb(Widget widget, XtPointer, XtPointer) {
         ask_exit(desc);
     } else {
         vga_close_children(desc, 1, 0);
+    }
+}
+
+NB_VOID vga_command_cb(Widget widget, XtPointer client_data, XtPointer) {
+    VGA_DIALOG *desc = vga_get_dialog_from_widget(widget);
+    if (desc != nullptr && gvga_uid_desc[desc->dialog_id].command_proc != nullptr) {
+        gvga_uid_desc[desc->dialog_id].command_proc(
+            desc, static_cast<NB_USHORT>(*static_cast<const int *>(client_data)));
     }
 }
 

@@ -145,6 +145,9 @@ struct VGA_UID_DESC {
     /* The dialog is closing: detach it from its record, purge its verbs (the handle is still
      * valid).  Widgets are hidden and the descriptor released by the framework afterwards. */
     NB_VOID (*close_proc)(VGA_DIALOG *desc) = nullptr;
+    /* Runs a command of the window, by the number that its description passes to vga_command_cb;
+     * null: the window has none. */
+    NB_VOID (*command_proc)(VGA_DIALOG *desc, NB_USHORT command) = nullptr;
 
     /* Delete, Return and Insert keys in its viewers: called with the drawn button as widget. */
     XtCallbackProc delete_action = nullptr;
@@ -281,6 +284,9 @@ NB_VOID vga_close_children(VGA_DIALOG *desc, NB_USHORT include_self, NB_USHORT f
 /* The close handler of every dialog, for the window manager's request and for Cancel and Close
  * buttons: closes the dialog of `widget`; for the main dialog asks whether to end the program. */
 NB_VOID vga_close_cb(Widget widget, XtPointer client_data, XtPointer call_data);
+
+/* Runs the command of the widget's window that the integer at `client_data` numbers. */
+NB_VOID vga_command_cb(Widget widget, XtPointer client_data, XtPointer call_data);
 
 /* Callback: asks whether to end the program, and on OK has the orderly close started. */
 NB_VOID vga_exit_cb(Widget widget, XtPointer client_data, XtPointer call_data);

@@ -153,7 +153,7 @@ NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
         return situation.type == VGA_VIEWER_SELECT_NONE ? node_allows(node->node_state, command)
                                                         : selection_allows(situation, command);
     case VGA_NODEW_FOR_NODE:
-        return (row.node_states & in(node->node_state)) != 0 &&
+        return (row.states & in(node->node_state)) != 0 &&
                (row.capability == nullptr || node->node_data.*row.capability) &&
                (row.option == VGA_NODEW_NO_OPTION || gvga_supported[row.option]);
     }
@@ -214,8 +214,8 @@ static NB_USHORT node_refusal(const VGA_NODE &node, VGA_NODEW_COMMAND command) {
     if (row.option != VGA_NODEW_NO_OPTION && gvga_supported[row.option] == 0) {
         return VGA_MSG_NODEW_NOT_INSTALLED;
     }
-    return (row.node_states & in(node.node_state)) == 0 ? VGA_MSG_NODEW_WRONG_STATE
-                                                        : VGA_MSG_NODEW_NOT_SUPPORTED;
+    return (row.states & in(node.node_state)) == 0 ? VGA_MSG_NODEW_WRONG_STATE
+                                                   : VGA_MSG_NODEW_NOT_SUPPORTED;
 }
 
 static NB_USHORT refusal(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {

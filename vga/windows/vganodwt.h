@@ -1,57 +1,17 @@
 /* The commands of the node window: what its tool bar, menus and keys can ask for, in one table,
- * with what each needs.  A command without an action is not in this release: its widgets stay
- * insensitive, whatever is selected.  Also the tool bar's pictures and the help under the pointer.
- */
+ * with what each needs.  All of it comes from resources/windows/nodew.commands, as do the enum
+ * VGA_NODEW_COMMAND, whose first ones have a button in the tool bar, and the description of the
+ * widgets.  A command without an action is not in this release: its widgets stay insensitive,
+ * whatever is selected.  Also the tool bar's pictures and the help under the pointer. */
 #ifndef VGANODWT_H
 #define VGANODWT_H
 
+#include "nodew_commands.h"
 #include "nofrec.h"
 #include "vgadgutl.h"
 
 struct VGA_NODEW_DESC;
 struct VGA_NODEW_SITUATION;
-
-/* The first seven have a button in the tool bar, in this order. */
-enum VGA_NODEW_COMMAND : NB_USHORT {
-    VGA_NODEW_START,
-    VGA_NODEW_STOP,
-    VGA_NODEW_ADD,
-    VGA_NODEW_DELETE,
-    VGA_NODEW_ZOOM,
-    VGA_NODEW_STATUS,
-    VGA_NODEW_COPY,
-    VGA_NODEW_TOOL_COUNT,
-    VGA_NODEW_SERVER = VGA_NODEW_TOOL_COUNT,
-    VGA_NODEW_NODE_PARAMS,
-    VGA_NODEW_TRACING,
-    VGA_NODEW_PLU_DEF,
-    VGA_NODEW_WILDCARD_DEF,
-    VGA_NODEW_ALIAS_DEF,
-    VGA_NODEW_LS_ROUTING_DEF,
-    VGA_NODEW_DIR,
-    VGA_NODEW_MODE_COS,
-    VGA_NODEW_TP_DEF,
-    VGA_NODEW_CN,
-    VGA_NODEW_ADD_DLUR_PU,
-    VGA_NODEW_ADD_DSLU,
-    VGA_NODEW_ADD_3270_LU,
-    VGA_NODEW_ADD_3270_PRINTER,
-    VGA_NODEW_ADD_RJE_LU,
-    VGA_NODEW_ADD_LU0,
-    VGA_NODEW_RJE_WKSTN,
-    VGA_NODEW_TN_SERVER,
-    VGA_NODEW_TAMRIX,
-    VGA_NODEW_HPR,
-    VGA_NODEW_PRIMARY_LINE,
-    VGA_NODEW_PRIMARY_LU0,
-    VGA_NODEW_SECONDARY_LU0,
-    VGA_NODEW_ADD_INDEP_LOCAL_LU,
-    VGA_NODEW_ADD_DEP_LOCAL_LU,
-    VGA_NODEW_ADD_REMOTE_SYSTEM,
-    VGA_NODEW_CL_SECURITY,
-    VGA_NODEW_SL_SECURITY,
-    VGA_NODEW_COMMAND_COUNT
-};
 
 /* What a command is for. */
 enum VGA_NODEW_SCOPE : NB_UCHAR {
@@ -60,29 +20,37 @@ enum VGA_NODEW_SCOPE : NB_UCHAR {
     VGA_NODEW_FOR_SELECTION, /* the selected lines, or the node when there are none */
 };
 
+#define VGA_NODEW_IN(state) static_cast<NB_UCHAR>(1u << (state))
+#define VGA_NODEW_READABLE                                                                         \
+    (VGA_NODEW_IN(NAP_NODE_STOPPED) | VGA_NODEW_IN(NAP_NODE_STARTING) |                            \
+     VGA_NODEW_IN(NAP_NODE_STOPPING) | VGA_NODEW_IN(NAP_NODE_ACTIVE))
+#define VGA_NODEW_NO_OPTION 0xFFFF
+
 struct VGA_NODEW_COMMAND_ROW {
     VGA_NODEW_COMMAND command; /* equals the index */
     const NB_CHAR *item;       /* its menu item; null: none */
-    VGA_NODEW_SCOPE scope;
-    NB_UCHAR changes;     /* flag: of no use to someone who may only look */
-    NB_UCHAR node_states; /* VGA_NODEW_IN(state), ORed: for VGA_NODEW_FOR_NODE */
-    NB_UCHAR NAP_QUERY_NODE_VERB::*capability; /* what the node must support; null: nothing */
-    NB_USHORT option;                          /* of gvga_supported, or VGA_NODEW_NO_OPTION */
-    NB_VOID (*action)(VGA_NODEW_DESC *desc);   /* null: not in this release */
+    VGA_NODEW_SCOPE scope = VGA_NODEW_FOR_NODE;
+    NB_UCHAR changes = 0;                 /* flag: of no use to someone who may only look */
+    NB_UCHAR states = VGA_NODEW_READABLE; /* VGA_NODEW_IN(state), ORed: for VGA_NODEW_FOR_NODE */
+    NB_UCHAR NAP_QUERY_NODE_VERB::*capability = nullptr; /* what the node must support */
+    NB_USHORT option = VGA_NODEW_NO_OPTION;              /* of gvga_supported */
+    NB_VOID (*action)(VGA_NODEW_DESC *desc) = nullptr;   /* null: not in this release */
 };
-
-#define VGA_NODEW_IN(state) static_cast<NB_UCHAR>(1u << (state))
-#define VGA_NODEW_NO_OPTION 0xFFFF
 
 extern const VGA_NODEW_COMMAND_ROW gvga_nodew_commands[VGA_NODEW_COMMAND_COUNT];
 
 /* Carries a command out, or says in the message line why not. */
 NB_VOID vga_nodew_run(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command);
 
-/* The keys of the lists; the widget is the drawn button. */
-NB_VOID vga_nodew_add_items(Widget widget, XtPointer client_data, XtPointer call_data);
-NB_VOID vga_nodew_delete(Widget widget, XtPointer client_data, XtPointer call_data);
-NB_VOID vga_nodew_zoom(Widget widget, XtPointer client_data, XtPointer call_data);
+/* The procedures that only run a command, under their own names.  Three of them are keys of the
+ * lists, too, with the drawn button as the widget. */
+#define VGA_NODEW_PROCEDURE(name, command)                                                         \
+    NB_VOID name(Widget widget, XtPointer client_data, XtPointer call_data);
+VGA_NODEW_PROCEDURES(VGA_NODEW_PROCEDURE)
+#undef VGA_NODEW_PROCEDURE
+
+/* The same by number, for commands without a procedure of their own. */
+NB_VOID vga_nodew_command_proc(VGA_DIALOG *dialog, NB_USHORT command);
 
 /* The end of a button press in the window: the buttons follow the selection. */
 NB_VOID vga_nodew_disarm(Widget widget, XtPointer client_data, XtPointer call_data);
@@ -92,8 +60,7 @@ NB_VOID vga_nodew_server_arm_cb(Widget widget, XtPointer client_data, XtPointer 
 NB_VOID vga_nodew_server(Widget widget, XtPointer client_data, XtPointer call_data);
 
 /* For the window's row in gvga_uid_desc. */
-#define VGA_NODEW_CALLBACK_COUNT 41
-#define VGA_NODEW_ACTION_COUNT   2
+#define VGA_NODEW_ACTION_COUNT 2
 extern MRMRegisterArg gvga_nodew_callbacks[VGA_NODEW_CALLBACK_COUNT];
 extern XtActionsRec gvga_nodew_actions[VGA_NODEW_ACTION_COUNT];
 

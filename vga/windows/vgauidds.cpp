@@ -47,9 +47,9 @@ constexpr VGA_UID_DESC form(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size]
 constexpr VGA_UID_TABLE rows = {{
     later(VGA_UID_SYSTEM_WINDOW, "sysw", VGA_KIND_MAIN),
     {VGA_UID_NODE_WINDOW, "nodew", VGA_KIND_MAIN, sizeof(VGA_NODEW_DESC),
-     vga_get_widgets_node_window, vga_nodew_close_proc, vga_nodew_delete, vga_nodew_zoom,
-     vga_nodew_add_items, gvga_nodew_callbacks, VGA_NODEW_CALLBACK_COUNT, gvga_nodew_actions,
-     VGA_NODEW_ACTION_COUNT, vga_nodew_record_changed},
+     vga_get_widgets_node_window, vga_nodew_close_proc, vga_nodew_command_proc, vga_nodew_delete,
+     vga_nodew_zoom, vga_nodew_add_items, gvga_nodew_callbacks, VGA_NODEW_CALLBACK_COUNT,
+     gvga_nodew_actions, VGA_NODEW_ACTION_COUNT, vga_nodew_record_changed},
     later(VGA_UID_LU62_DIALOG, "lu62d", VGA_KIND_DIALOG),
     later(VGA_UID_NODE_DIALOG, "noded", VGA_KIND_DIALOG),
     later(VGA_UID_LLC2_PORT_DIALOG, "llc2p", VGA_KIND_DIALOG),
