@@ -44,8 +44,8 @@ NB_VOID report_no_node(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
 }
 
 NB_VOID report_shutting_down(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
-    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_SYSTEM_SHUTDOWN, "systemshutdown",
-                            vga_error_exit_cb, 0, "");
+    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_SYSTEM_SHUTDOWN, nullptr, vga_error_exit_cb,
+                            0, "");
 }
 
 NB_VOID report_unavailable(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {

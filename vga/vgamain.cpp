@@ -28,10 +28,10 @@ enum WINDOW_PROBLEM : NB_USHORT { NODE_WINDOW_FAILED = 5 };
 /* What the operator should know of the domain before anything else. */
 NB_VOID tell_of_limits(VGA_DIALOG *window) {
     if (gvga_system->domain_target == 0) {
-        vga_display_info_dialog(window, VGA_MSG_NO_MASTER, "mastercfg", nullptr, 0, "");
+        vga_display_info_dialog(window, VGA_MSG_NO_MASTER, nullptr, nullptr, 0, "");
     }
     if (gvga_system->domain_target == 0 || gvga_read_only) {
-        vga_display_info_dialog(window, VGA_MSG_READ_ONLY, "readonly", nullptr, 0, "");
+        vga_display_info_dialog(window, VGA_MSG_READ_ONLY, nullptr, nullptr, 0, "");
     }
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the input of gencat and a C++ table of argument types from the message source.
+"""Makes the input of gencat and a C++ table of help keys from the message source.
 
 usage: mkcat.py sna.msg.in OUT.msg OUT.h
 
@@ -48,11 +48,13 @@ ESCAPES = {"n": "\n", "t": "\t", "\\": "\\", '"': '"'}
 
 
 class Message:
-    """One allocated message: `types` as in its "$ args:" line, `text` without escapes."""
+    """One allocated message: `types` as in its "$ args:" line, `help_key` as in its "$ help:" line
+    (None without one), `text` without escapes."""
 
-    def __init__(self, number, types, text, line):
+    def __init__(self, number, types, help_key, text, line):
         self.number = number
         self.types = types
+        self.help_key = help_key
         self.text = text
         self.line = line
 
@@ -137,13 +139,14 @@ def check_text(message):
 def read_source(path):
     """Returns ({number: Message}, faults); a fault is a text that starts with file:line."""
     messages, faults = {}, []
-    types, previous = None, 0
+    types, help_key, previous = None, None, 0
 
     def fault(line, text):
         faults.append(f"{path}:{line}: {text}")
 
     for line, text in logical_lines(Path(path)):
         comment = re.match(r"\$ args:(.*)$", text)
+        topic = re.match(r"\$ help: *(\w+)$", text)
         entry = re.match(r"(\d+) (.*)$", text)
         if comment:
             if types is not None:
@@ -152,6 +155,8 @@ def read_source(path):
             for name in types:
                 if name not in TYPES:
                     fault(line, f"unknown type {name}")
+        elif topic:
+            help_key = topic[1]
         elif entry:
             number = int(entry[1])
             unquoted, wrong = unquote(entry[2])
@@ -162,10 +167,10 @@ def read_source(path):
             if wrong:
                 fault(line, f"message {number}: {wrong}")
             else:
-                messages[number] = Message(number, types or [], unquoted, line)
+                messages[number] = Message(number, types or [], help_key, unquoted, line)
                 for wrong in check_text(messages[number]):
                     fault(line, f"message {number}: {wrong}")
-            types, previous = None, number
+            types, help_key, previous = None, None, number
         elif text.strip() and text != '$quote "' and not re.match(r"\$( |$)", text):
             fault(line, "neither a comment nor a message")
     if types is not None:
@@ -190,17 +195,15 @@ def write_catalogue(messages, path, encoding="ascii"):
 
 
 def write_table(messages, path):
-    rows = "".join(
-        f'    {{{number}, "{" ".join(message.types)}"}},\n' for number, message in messages.items())
+    rows = "".join(f'    {{{number}, "{message.help_key}"}},\n'
+                   for number, message in messages.items() if message.help_key)
     Path(path).write_text(
-        "// The allocated messages in ascending order, each with the types of its arguments. Made\n"
-        "// by mkcat.py from the message source; for tests, which format every message once.\n"
-        "#pragma once\n\n"
-        "struct VGA_MESSAGE_ARGS {\n"
+        "// The help keys of messages, in the order of their numbers. Made by mkcat.py.\n"
+        "struct MESSAGE_HELP {\n"
         "    unsigned short number;\n"
-        "    const char *args;\n"
+        "    const char *key;\n"
         "};\n\n"
-        f"inline constexpr VGA_MESSAGE_ARGS gvga_message_args[] = {{\n{rows}}};\n",
+        f"constexpr MESSAGE_HELP message_help[] = {{\n{rows}}};\n",
         encoding="ascii")
 
 

@@ -145,8 +145,8 @@ NB_USHORT may_edit(const VGA_FORM *) {
 VGA_FORM_FAULT check(const VGA_FORM *, NB_VOID *) {
     return state.refuse != 0 ? VGA_FORM_FAULT{FAULTY, LOW} : VGA_FORM_FAULT{};
 }
-VGA_FORM_QUESTION question(const VGA_FORM *) {
-    return state.ask != 0 ? VGA_FORM_QUESTION{ASKED, "help"} : VGA_FORM_QUESTION{};
+NB_USHORT question(const VGA_FORM *) {
+    return state.ask != 0 ? NB_USHORT{ASKED} : NB_USHORT{0};
 }
 NB_USHORT issue(VGA_FORM *form) {
     state.issued.push_back(*static_cast<const RECORD *>(vga_form_edited(form)));

@@ -4,7 +4,7 @@
 usage: help_topics_test.py REPO_ROOT VOLUME
 
 The names are those of the rows of gvga_uid_desc, and the help keys that the program's sources hand
-to message boxes.
+to message boxes or that stand beside the messages' texts.
 """
 
 import re
@@ -12,6 +12,7 @@ import sys
 from pathlib import Path
 
 ROWS = "vga/windows/vgauidds.cpp"
+MESSAGES = "resources/messages/sna.msg.in"
 ROW = re.compile(r'[{(]\s*VGA_UID_\w+,\s*"(\w+)"')
 BOX = re.compile(r"vga_display_(?:error|info|confirm|confirm_each)_dialog\s*\(([^;]*);", re.S)
 KEY = re.compile(r'^"([a-z0-9_]+)"$')
@@ -36,7 +37,8 @@ def main(arguments):
     volume = Path(arguments[2]).read_text(encoding="utf-8")
     topics = set(re.findall(r"^T\t(\w+)\t", volume, re.M))
     rows = set(ROW.findall((root / ROWS).read_text(encoding="utf-8")))
-    keys = set()
+    messages = (root / MESSAGES).read_text(encoding="latin-1")
+    keys = set(re.findall(r"^\$ help: *(\w+)$", messages, re.M))
     for path in (root / "vga").rglob("*.cpp"):
         keys |= keys_of(path.read_text(encoding="utf-8"))
     faults = [f"the window {name} has no topic" for name in sorted(rows - topics)]

@@ -55,7 +55,7 @@ NB_VOID node_died(VGA_NODE *node) {
         gvga_system->config_target = 0;
         std::fill(std::begin(gvga_system->config_name), std::end(gvga_system->config_name), '\0');
     }
-    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, "nodedead", node_dead_info_cb, 0,
+    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, nullptr, node_dead_info_cb, 0,
                             "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
     if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
         vga_free_node_resources(node, 1, nullptr);

@@ -1,4 +1,5 @@
 #include "vgamsgs.h"
+#include "message_help.h"
 #include "nbbase.h"
 #include "vgaglob.h"
 #include <array>
@@ -180,6 +181,15 @@ NB_VOID vga_unload_messages(NB_VOID) {
 const NB_CHAR *vga_message(NB_USHORT message) {
     const NB_CHAR *text = message <= VGA_MESSAGE_COUNT ? gvga_messages[message] : nullptr;
     return text != nullptr ? text : "";
+}
+
+const NB_CHAR *vga_message_help(NB_USHORT message) {
+    for (const MESSAGE_HELP &row : message_help) {
+        if (row.number == message) {
+            return row.key;
+        }
+    }
+    return nullptr;
 }
 
 NB_USHORT vga_print_msg(NB_CHAR *buffer, NB_USHORT size, NB_USHORT message, const NB_CHAR *types,

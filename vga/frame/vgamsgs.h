@@ -253,6 +253,9 @@ NB_VOID vga_unload_messages(NB_VOID);
  * before the messages were loaded. */
 const NB_CHAR *vga_message(NB_USHORT message);
 
+/* The help topic of a message that stands in a box (a literal); null: it has none. */
+const NB_CHAR *vga_message_help(NB_USHORT message);
+
 /* Formats a message into `buffer` of `size` bytes, terminated, cut between characters where it does
  * not fit.  Returns the length written.
  *

@@ -174,12 +174,12 @@ NB_USHORT ask(VGA_FORM *form) {
     if (confirmed != 0 || plan.question == nullptr) {
         return 0;
     }
-    VGA_FORM_QUESTION question = plan.question(form);
-    if (question.message != 0) {
-        vga_display_confirm_dialog(&form->common, question.message, question.help_key, question_cb,
+    const NB_USHORT message = plan.question(form);
+    if (message != 0) {
+        vga_display_confirm_dialog(&form->common, message, nullptr, question_cb,
                                    vga_form_handle(form), "");
     }
-    return question.message != 0;
+    return message != 0;
 }
 
 NB_VOID submit(VGA_FORM *form) {
@@ -247,7 +247,7 @@ NB_VOID lose_record(VGA_FORM *form) {
         message =
             form->plan->defines != 0 ? VGA_MSG_FORM_RECORD_GONE_DEFINE : VGA_MSG_FORM_RECORD_GONE;
     }
-    vga_display_info_dialog(&form->common, message, "recordgone", nullptr, 0, "");
+    vga_display_info_dialog(&form->common, message, nullptr, nullptr, 0, "");
 }
 
 } // namespace

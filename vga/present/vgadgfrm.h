@@ -25,12 +25,6 @@ struct VGA_FORM_FAULT {
     NB_USHORT field = 0;   /* its place in the table */
 };
 
-/* What to ask before the verb goes out. */
-struct VGA_FORM_QUESTION {
-    NB_USHORT message = 0; /* without arguments; 0: no question */
-    const NB_CHAR *help_key = nullptr;
-};
-
 /* What a dialog declares.  Functions may be null unless said otherwise. */
 struct VGA_FORM_PLAN {
     const VGA_FIELD *fields = nullptr;
@@ -52,8 +46,9 @@ struct VGA_FORM_PLAN {
     /* What the fields one by one cannot know; may put the data in order, too. */
     VGA_FORM_FAULT (*check)(const VGA_FORM *form, NB_VOID *edited) = nullptr;
 
-    /* Asked when all is checked and something was changed. */
-    VGA_FORM_QUESTION (*question)(const VGA_FORM *form) = nullptr;
+    /* What to ask before the verb goes out, when all is checked and something was changed: a
+     * message without arguments, or 0. */
+    NB_USHORT (*question)(const VGA_FORM *form) = nullptr;
 
     /* Required where anything can be edited.  Issues the first verb, with vga_form_handle(form) as
      * user data; returns 0 when it could not be queued. */

@@ -228,7 +228,8 @@ NB_VOID display(VGA_MODAL_TYPE type, VGA_DIALOG *parent, NB_USHORT message,
     VGA_OWNED<NB_CHAR> lines(vga_wrap_text(text, text_columns));
     XmString string = XmStringCreateLtoR(lines ? lines.get() : text,
                                          const_cast<NB_CHAR *>(XmFONTLIST_DEFAULT_TAG));
-    vga_display_modal_dialog(type, parent, string, rest.help_key, rest.callback, rest.client_data,
+    const NB_CHAR *help_key = rest.help_key != nullptr ? rest.help_key : vga_message_help(message);
+    vga_display_modal_dialog(type, parent, string, help_key, rest.callback, rest.client_data,
                              rest.show_ok_to_all, rest.show_no);
 }
 

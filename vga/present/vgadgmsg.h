@@ -4,7 +4,8 @@
  * question.  Messages of a dialog that was closed are dropped.
  *
  * Nobody waits for an answer: it comes in the callback (see VGA_MODAL_CB).
- * Help keys are literals: they are kept, not copied. */
+ * Help keys are literals: they are kept, not copied.  With null a message has the key that stands
+ * beside its text, if any (vga_message_help). */
 #ifndef VGADGMSG_H
 #define VGADGMSG_H
 

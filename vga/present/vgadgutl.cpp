@@ -163,7 +163,7 @@ NB_VOID prepare_widget(const VGA_UID_DESC &row, VGA_DIALOG *desc) {
 
 NB_VOID report_failure(const VGA_UID_DESC &row, WINDOW_PROBLEM problem, VGA_DIALOG *parent) {
     nba_pd_print_problem(window_problem, problem, "s", row.name);
-    vga_display_error_dialog(parent, VGA_MSG_DIALOG_FAILED, "dlgfail", nullptr, 0, "");
+    vga_display_error_dialog(parent, VGA_MSG_DIALOG_FAILED, nullptr, nullptr, 0, "");
 }
 
 /* Returns null with everything undone and the reason told. */
@@ -273,8 +273,7 @@ NB_VOID close_self(VGA_DIALOG *desc, NB_USHORT force) {
 }
 
 NB_VOID ask_exit(VGA_DIALOG *desc) {
-    vga_display_confirm_dialog(desc, VGA_MSG_CONFIRM_EXIT, "confirmexit", vga_exit_confirm_cb, 0,
-                               "");
+    vga_display_confirm_dialog(desc, VGA_MSG_CONFIRM_EXIT, nullptr, vga_exit_confirm_cb, 0, "");
 }
 
 /* Keys of the viewer. */

@@ -87,11 +87,10 @@ VGA_FORM_FAULT check(const VGA_FORM *, NB_VOID *edited) {
     return {};
 }
 
-VGA_FORM_QUESTION question(const VGA_FORM *form) {
+NB_USHORT question(const VGA_FORM *form) {
     NB_USHORT resets = as_data(vga_form_edited(form)).mode.sess_limit == 0 &&
                        as_data(vga_form_shown(form)).mode.sess_limit != 0;
-    return resets != 0 ? VGA_FORM_QUESTION{VGA_MSG_MDSLS_RESET, "sesslimitreset"}
-                       : VGA_FORM_QUESTION{};
+    return resets != 0 ? NB_USHORT{VGA_MSG_MDSLS_RESET} : NB_USHORT{0};
 }
 
 NB_VOID limits_set(const VGA_PROCESS_STATE *work) {

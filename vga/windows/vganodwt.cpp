@@ -44,7 +44,7 @@ NB_VOID vga_nodew_run(VGA_NODEW_DESC *desc, VGA_NODEW_COMMAND command) {
         return;
     }
     if (gvga_read_only && command == VGA_NODEW_ADD) {
-        vga_display_error_dialog(&desc->common, VGA_MSG_UNAVAILABLE, "readonly", nullptr, 0, "s",
+        vga_display_error_dialog(&desc->common, VGA_MSG_UNAVAILABLE, nullptr, nullptr, 0, "s",
                                  "sna");
         return;
     }
