@@ -75,7 +75,7 @@ enum class FieldKind : NB_UCHAR {
 
 /* What a number counts or measures. */
 enum class Unit : NB_UCHAR {
-    None,
+    Plain,
     Seconds,
     Milliseconds,
     Hundredths, /* of a second */
@@ -112,7 +112,7 @@ struct FieldRow {
     NB_USHORT width = 0;  /* bytes */
     NB_ULONG low = 0;     /* Number: the values that it may have */
     NB_ULONG high = 0;
-    Unit unit = Unit::None;
+    Unit unit = Unit::Plain;
     std::span<const FieldWord> words = {}; /* Word: all there are */
     const char *initial = nullptr;         /* as text, of a new resource; null: blank or 0 */
 
@@ -154,14 +154,14 @@ constexpr const FieldRow *find_field(FieldTable table, std::string_view name) {
 }
 
 enum class KeyKind : NB_UCHAR {
-    None,   /* ends the parts */
+    Unused, /* no more parts */
     Local,  /* local code page, blank padded (NUL padding counts as blanks) */
     Ebcdic, /* EBCDIC, blank padded */
     Number, /* 16 bits in host order; `width` is 2 */
 };
 
 struct KeyPart {
-    KeyKind kind = KeyKind::None;
+    KeyKind kind = KeyKind::Unused;
     NB_UCHAR width = 0; /* bytes */
 };
 

@@ -58,9 +58,9 @@ NB_VOID apply(VGA_NODE *node, const VGA_STATUS_CLASS &row,
         return;
     } else if (indication.deactivated) {
         row.remove(record);
-    } else if (indication.det_length >= row.length ||
+    } else if (indication.det_length >= row.status().width ||
                !vga_start_check_one(node, row.id, indication.key)) {
-        NB_USHORT length = std::min({row.length, indication.det_length,
+        NB_USHORT length = std::min({row.status().width, indication.det_length,
                                      static_cast<NB_USHORT>(sizeof(indication.det_data))});
         row.change(record, indication.det_data, length);
     }

@@ -71,8 +71,8 @@ VGA_LIST_POSITION take_over(VGA_NODE *node, VGA_STATUS_ID id, const NAP_VCB *vcb
         NB_VOID *record = row.find(node, key);
         if (record != nullptr) {
             last.received = 1;
-            memcpy(last.key, key, list.key_length);
-            row.change(record, entry + row.offset, row.length);
+            memcpy(last.key, key, list.key_length());
+            row.change(record, entry + row.status().offset, row.status().width);
         }
     });
     return last;

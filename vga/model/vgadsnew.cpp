@@ -22,7 +22,7 @@ VGA_LIST_POSITION add_new(VGA_NODE *node, const VGA_STATUS_CLASS &row, const VGA
     vga_visit_entries(list, vcb, [&](const NB_UCHAR *entry) {
         const NB_UCHAR *key = entry + sizeof(NB_USHORT);
         last.received = 1;
-        memcpy(last.key, key, list.key_length);
+        memcpy(last.key, key, list.key_length());
         if (row.find(node, key) != nullptr) {
             return;
         }

@@ -1,4 +1,6 @@
 #include "vgadsqry.h"
+#include "opcodeindex.h"
+#include "schemas.h"
 #include "vgadsadd.h"
 #include "vgadsutl.h"
 #include "vgaglob.h"
@@ -190,63 +192,63 @@ VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
     return insert(plu, vga_insert_vga_rem_plu);
 }
 
-constexpr NB_USHORT name8 = 8;
-constexpr NB_USHORT name17 = 17;
-constexpr NB_USHORT name64 = 64;
-
 #define VGA_OF(owner, type) owner<vga_init_##type, vga_insert_##type>
-#define VGA_OF_OWNER(opcode, find, data, member, type)                                             \
-    of_owner<opcode, find, offsetof(data, member), sizeof(std::declval<data>().member),            \
-             vga_init_##type, vga_insert_##type>
+/* The owner's name is a field of the schema. */
+#define VGA_OF_OWNER(schema, name, find, type)                                                     \
+    of_owner<records::schema.lists[0].list, find, field(records::schema, name).offset,             \
+             field(records::schema, name).width, vga_init_##type, vga_insert_##type>
 
 /* clang-format off */
 constexpr VGA_LIST lists[] = {
-    {NAP_QUERY_NODE_ALL, 128, 0, sizeof(NAP_NODE_ALL_DATA), add_node},
-    {NAP_QUERY_SNA_NET, 128, 0, sizeof(NAP_NODE_ALL_DATA), VGA_OF(of_system, vga_sna_net_node)},
-    {NAP_QUERY_DLC, name8, 0, sizeof(NAP_DLC_DATA), VGA_OF(of_node, vga_dlc)},
-    {NAP_QUERY_PORT, name8, 0, sizeof(NAP_PORT_DATA), VGA_OF_OWNER(NAP_QUERY_PORT, vga_find_dlc, NAP_PORT_DATA, def_data.dlc_name, vga_port)},
-    {NAP_QUERY_LS, name8, 0, sizeof(NAP_LS_DATA), VGA_OF_OWNER(NAP_QUERY_LS, vga_find_port, NAP_LS_DATA, def_data.port_name, vga_ls)},
-    {NAP_QUERY_CN, name17, 0, sizeof(NAP_CN_DATA), VGA_OF(of_node, vga_cn)},
-    {NAP_QUERY_CN_PORT, name17 + name8, name17, sizeof(NAP_CN_PORT_DATA), VGA_OF_OWNER(NAP_QUERY_CN_PORT, vga_find_cn, NAP_CN_PORT_DATA, fqcn_name, vga_cn_port)},
-    {NAP_QUERY_PU, name8, 0, sizeof(NAP_PU_DATA), VGA_OF(of_node, vga_local_pu)},
-    {NAP_QUERY_DOWNSTREAM_PU, name8, 0, sizeof(NAP_DOWN_PU_DATA), VGA_OF(of_node, vga_down_pu)},
-    {NAP_QUERY_DLUR_PU, name8, 0, sizeof(NAP_PU_DATA), VGA_OF(of_node, vga_local_pu)},
-    {NAP_QUERY_LOCAL_LU, name8, 0, sizeof(NAP_LOCAL_LU_DATA), VGA_OF(of_node, vga_lu62)},
-    {NAP_QUERY_LU_0_TO_3, 2 * name8, name8, sizeof(NAP_LU03_DATA), VGA_OF_OWNER(NAP_QUERY_LU_0_TO_3, vga_find_local_pu, NAP_LU03_DATA, pu_name, vga_lu03)},
-    {NAP_QUERY_DOWNSTREAM_LU, 2 * name8, name8, sizeof(NAP_DOWN_LU_DATA), VGA_OF_OWNER(NAP_QUERY_DOWNSTREAM_LU, vga_find_down_pu, NAP_DOWN_LU_DATA, dspu_name, vga_down_lu)},
-    {NAP_QUERY_LU_POOL, 2 * name8, 0, sizeof(NAP_LU_POOL_DATA), add_lu_pool},
-    {NAP_QUERY_MODE, 2 * name8 + name17, name8, sizeof(NAP_MODE_DATA), add_mode},
-    {NAP_QUERY_MODE_DEFINITION, name8, 0, sizeof(NAP_MODE_DEF_DATA), VGA_OF(of_node, vga_mode_def)},
-    {NAP_QUERY_COS, name8, 0, sizeof(NAP_COS_DATA), VGA_OF(of_node, vga_cos)},
-    {NAP_QUERY_COS_NODE_ROW, name8 + 2, name8, sizeof(NAP_COS_NODE_ROW_DATA), VGA_OF_OWNER(NAP_QUERY_COS_NODE_ROW, vga_find_cos, NAP_COS_NODE_ROW_DATA, cos_name, vga_cos_node_row)},
-    {NAP_QUERY_COS_TG_ROW, name8 + 2, name8, sizeof(NAP_COS_TG_ROW_DATA), VGA_OF_OWNER(NAP_QUERY_COS_TG_ROW, vga_find_cos, NAP_COS_TG_ROW_DATA, cos_name, vga_cos_tg_row)},
-    {NAP_QUERY_DIRECTORY_ENTRY, 2 * name17 + 2, 0, sizeof(NAP_DIR_DATA), add_dir},
-    {NAP_QUERY_PARTNER_LU, 2 * name8 + name17, name8, sizeof(NAP_PLU_DATA), add_plu},
-    {NAP_QUERY_PARTNER_LU_DEFINITION, name17, 0, sizeof(NAP_PLU_DEF_DATA), add_plu_def},
-    {NAP_QUERY_TP_DEFINITION, name64, 0, sizeof(NAP_TP_DATA), VGA_OF(of_node, vga_tp_def)},
-    {NAP_QUERY_TP_LOAD_INFO, name64 + name8, 0, sizeof(NAP_TP_LOAD_DATA), VGA_OF(of_node, vga_tp_load_info)},
-    {NAP_QUERY_LU62_TIMEOUT, 2 + name17, 0, sizeof(NAP_LU62_TIMEOUT_DATA), VGA_OF(of_node, vga_lu62_timeout)},
-    {NAP_QUERY_LS_ROUTING, name8 + name17, 0, sizeof(NAP_LS_ROUTING_DATA), VGA_OF_OWNER(NAP_QUERY_LS_ROUTING, vga_find_lu62, NAP_LS_ROUTING_DATA, lu_name, vga_ls_routing)},
-    {NAP_QUERY_DSPU_TEMPLATE, name8, 0, offsetof(NAP_DSPU_TEMPLATE_DATA, def_data.dslu_templates), VGA_OF(of_node, vga_dspu_template)},
-    {NAP_QUERY_RTP_CONNECTION, name8, 0, sizeof(NAP_RTP_CONN_DATA), VGA_OF(of_node, vga_rtp_conn)},
-    {NAP_QUERY_LU_LU_PASSWORD, name8 + name17, name8, sizeof(NAP_LU_LU_PASSWORD_DATA), VGA_OF(of_node, vga_slsec_def)},
-    {NAP_QUERY_USERID_PASSWORD, 10, 0, sizeof(NAP_USERID_PASSWORD_DATA), VGA_OF(of_node, vga_clsec_def)},
-    {NAP_QUERY_SECURITY_ACCESS_LIST, 14, 0, offsetof(NAP_ACCESS_LIST_DATA, def_data.users), VGA_OF(of_node, vga_access_list)},
-    {NAP_QUERY_CPIC_SIDE_INFO, name8, 0, sizeof(NAP_CPIC_DATA), VGA_OF(of_system, vga_cpic)},
-    {NAP_QUERY_EMULATOR_USER_DEF, 32, 0, offsetof(NAP_USER_DATA, def_data.sessions), VGA_OF(of_system, vga_user)},
-    {NAP_QUERY_RJE_WKSTN_DEF, 4, 0, sizeof(NAP_RJE_DATA), VGA_OF(of_system, vga_rje_wkstn)},
-    {NAP_QUERY_EXTRA_DATA, 2 * name8, 0, sizeof(NAP_EXTRA_DATA_DATA), add_extra_data},
-    {NAP_QUERY_PRIMARY_LINE, name8, 0, sizeof(NAP_PRIMARY_LINE_DATA), VGA_OF(of_node, vga_primary_line)},
-    {NAP_QUERY_PRIMARY_LU0, name8, 0, sizeof(NAP_PRIMARY_LU0_DATA), VGA_OF_OWNER(NAP_QUERY_PRIMARY_LU0, vga_find_primary_line, NAP_PRIMARY_LU0_DATA, def_data.line_name, vga_primary_lu0)},
-    {NAP_QUERY_TN3270_ACCESS_DEF, 2 + 68, 0, offsetof(NAP_TN_ACCESS_DATA, def_data.sessions), VGA_OF(of_node, vga_tn_client)},
-    {NAP_QUERY_TN3270_ASSOCIATION, name8, 0, sizeof(NAP_TN_ASSOC_DATA), VGA_OF(of_node, vga_tn_assoc)},
-    {NAP_QUERY_TN_REDIRECT_DEF, 2 + 68 + 2, 0, sizeof(NAP_TN_REDIRECT_DATA), VGA_OF(of_node, vga_tn_redirect)},
-    {NAP_QUERY_TAMRIX_APPCIP, 2, 0, sizeof(NAP_TAMRIX_SESSION_DATA), VGA_OF(of_node, vga_tamrix_appcip_sess)},
+    {NAP_QUERY_NODE_ALL, &records::domain_node, add_node},
+    {NAP_QUERY_SNA_NET, &records::domain_server, VGA_OF(of_system, vga_sna_net_node)},
+    {NAP_QUERY_DLC, &records::dlc, VGA_OF(of_node, vga_dlc)},
+    {NAP_QUERY_PORT, &records::port, VGA_OF_OWNER(port, "dlc_name", vga_find_dlc, vga_port)},
+    {NAP_QUERY_LS, &records::ls, VGA_OF_OWNER(ls, "port_name", vga_find_port, vga_ls)},
+    {NAP_QUERY_CN, &records::cn, VGA_OF(of_node, vga_cn)},
+    {NAP_QUERY_CN_PORT, &records::cn_port, VGA_OF_OWNER(cn_port, "fqcn_name", vga_find_cn, vga_cn_port)},
+    {NAP_QUERY_PU, &records::pu, VGA_OF(of_node, vga_local_pu)},
+    {NAP_QUERY_DOWNSTREAM_PU, &records::down_pu, VGA_OF(of_node, vga_down_pu)},
+    {NAP_QUERY_DLUR_PU, &records::pu, VGA_OF(of_node, vga_local_pu)},
+    {NAP_QUERY_LOCAL_LU, &records::local_lu, VGA_OF(of_node, vga_lu62)},
+    {NAP_QUERY_LU_0_TO_3, &records::lu03, VGA_OF_OWNER(lu03, "pu_name", vga_find_local_pu, vga_lu03)},
+    {NAP_QUERY_DOWNSTREAM_LU, &records::down_lu, VGA_OF_OWNER(down_lu, "dspu_name", vga_find_down_pu, vga_down_lu)},
+    {NAP_QUERY_LU_POOL, &records::lu_pool, add_lu_pool},
+    {NAP_QUERY_MODE, &records::mode, add_mode},
+    {NAP_QUERY_MODE_DEFINITION, &records::mode_def, VGA_OF(of_node, vga_mode_def)},
+    {NAP_QUERY_COS, &records::cos, VGA_OF(of_node, vga_cos)},
+    {NAP_QUERY_COS_NODE_ROW, &records::cos_node_row, VGA_OF_OWNER(cos_node_row, "cos_name", vga_find_cos, vga_cos_node_row)},
+    {NAP_QUERY_COS_TG_ROW, &records::cos_tg_row, VGA_OF_OWNER(cos_tg_row, "cos_name", vga_find_cos, vga_cos_tg_row)},
+    {NAP_QUERY_DIRECTORY_ENTRY, &records::directory, add_dir},
+    {NAP_QUERY_PARTNER_LU, &records::plu, add_plu},
+    {NAP_QUERY_PARTNER_LU_DEFINITION, &records::plu_def, add_plu_def},
+    {NAP_QUERY_TP_DEFINITION, &records::tp, VGA_OF(of_node, vga_tp_def)},
+    {NAP_QUERY_TP_LOAD_INFO, &records::tp_load, VGA_OF(of_node, vga_tp_load_info)},
+    {NAP_QUERY_LU62_TIMEOUT, &records::lu62_timeout, VGA_OF(of_node, vga_lu62_timeout)},
+    {NAP_QUERY_LS_ROUTING, &records::ls_routing, VGA_OF_OWNER(ls_routing, "lu_name", vga_find_lu62, vga_ls_routing)},
+    {NAP_QUERY_DSPU_TEMPLATE, &records::dspu_template, VGA_OF(of_node, vga_dspu_template)},
+    {NAP_QUERY_RTP_CONNECTION, &records::rtp_conn, VGA_OF(of_node, vga_rtp_conn)},
+    {NAP_QUERY_LU_LU_PASSWORD, &records::lu_lu_password, VGA_OF(of_node, vga_slsec_def)},
+    {NAP_QUERY_USERID_PASSWORD, &records::userid_password, VGA_OF(of_node, vga_clsec_def)},
+    {NAP_QUERY_SECURITY_ACCESS_LIST, &records::access_list, VGA_OF(of_node, vga_access_list)},
+    {NAP_QUERY_CPIC_SIDE_INFO, &records::cpic, VGA_OF(of_system, vga_cpic)},
+    {NAP_QUERY_EMULATOR_USER_DEF, &records::user, VGA_OF(of_system, vga_user)},
+    {NAP_QUERY_RJE_WKSTN_DEF, &records::rje, VGA_OF(of_system, vga_rje_wkstn)},
+    {NAP_QUERY_EXTRA_DATA, &records::extra_data, add_extra_data},
+    {NAP_QUERY_PRIMARY_LINE, &records::primary_line, VGA_OF(of_node, vga_primary_line)},
+    {NAP_QUERY_PRIMARY_LU0, &records::primary_lu0, VGA_OF_OWNER(primary_lu0, "line_name", vga_find_primary_line, vga_primary_lu0)},
+    {NAP_QUERY_TN3270_ACCESS_DEF, &records::tn_access, VGA_OF(of_node, vga_tn_client)},
+    {NAP_QUERY_TN3270_ASSOCIATION, &records::tn_assoc, VGA_OF(of_node, vga_tn_assoc)},
+    {NAP_QUERY_TN_REDIRECT_DEF, &records::tn_redirect, VGA_OF(of_node, vga_tn_redirect)},
+    {NAP_QUERY_TAMRIX_APPCIP, &records::tamrix_session, VGA_OF(of_node, vga_tamrix_appcip_sess)},
 };
 /* clang-format on */
 
 #undef VGA_OF
 #undef VGA_OF_OWNER
+
+constexpr records::OpcodeIndex<VGA_LIST, std::size(lists)>
+    by_opcode(lists, [](const VGA_LIST &list) { return std::array{list.opcode}; });
 
 /* Walks the entries of an answer; an entry that cannot be right ends the walk. */
 class ENTRY_WALK {
@@ -268,8 +270,7 @@ public:
         if (end - at >= length_bytes) {
             memcpy(&size, at, sizeof(size));
         }
-        NB_USHORT least = std::max<NB_USHORT>(list.entry_size, length_bytes + list.key_length);
-        if (size < least) {
+        if (size < std::max(list.schema->least_size(), length_bytes + list.key_length())) {
             return report(ENTRY_TOO_SHORT, size);
         }
         if (size > end - at) {
@@ -319,12 +320,7 @@ NB_VOID check_answer(const VGA_LIST &list, const NAP_VCB *vcb) {
 } // namespace
 
 const VGA_LIST *vga_find_list(NB_USHORT opcode) {
-    for (const VGA_LIST &list : lists) {
-        if (list.opcode == opcode) {
-            return &list;
-        }
-    }
-    return nullptr;
+    return by_opcode.find(opcode);
 }
 
 NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_START &start,
@@ -335,18 +331,19 @@ NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_S
         return 0;
     }
     query->buf_size = gvga_querybuf_size & ~3U;
-    query->owner_length = start.owner != nullptr ? list.owner_length : 0;
+    query->owner_length =
+        start.owner != nullptr ? static_cast<NB_USHORT>(list.owner_length()) : NB_USHORT{0};
     NB_UCHAR position = NAP_FIRST_IN_LIST;
     if (start.key != nullptr) {
         query->num_entries = 1;
         position = NAP_LIST_INCLUSIVE;
-        memcpy(query->key, start.key, list.key_length);
+        memcpy(query->key, start.key, list.key_length());
     } else if (start.last != nullptr && start.last->received) {
         position = NAP_LIST_FROM_NEXT;
-        memcpy(query->key, start.last->key, list.key_length);
+        memcpy(query->key, start.last->key, list.key_length());
     }
     if (start.owner != nullptr) {
-        memcpy(query->key, start.owner, list.owner_length);
+        memcpy(query->key, start.owner, list.owner_length());
     }
     query->list_options = static_cast<NB_UCHAR>(start.detail | position);
     vga_set_buf_ptr(reinterpret_cast<NAP_VCB *>(query.get()), buffer.release());
@@ -384,7 +381,7 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
     ENTRY_WALK walk(list, vcb, 1);
     while (const NB_UCHAR *entry = walk.next()) {
         last->received = 1;
-        memcpy(last->key, entry + 2, list.key_length);
+        memcpy(last->key, entry + 2, list.key_length());
         if (list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
             VGA_EXIT(VGA_EXIT_INTERNAL, 0);
             return 0;
@@ -407,7 +404,7 @@ NB_VOID vga_find_list_end(const VGA_LIST &list, const NAP_VCB *vcb, VGA_LIST_POS
     }
     last->received = end != nullptr;
     if (end != nullptr) {
-        memcpy(last->key, end + 2, list.key_length);
+        memcpy(last->key, end + 2, list.key_length());
     }
 }
 
@@ -419,7 +416,7 @@ NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb,
         return 0;
     }
     NB_USHORT from_next = (query.list_options & NAP_LIST_FROM_NEXT) != 0;
-    NB_USHORT stands_still = from_next && memcmp(query.key, last.key, list.key_length) == 0;
+    NB_USHORT stands_still = from_next && memcmp(query.key, last.key, list.key_length()) == 0;
     if (last.received && !stands_still) {
         return 1;
     }

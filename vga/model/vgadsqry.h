@@ -1,11 +1,12 @@
 /* List queries: how each list of the node is asked for, continued and turned into records.
  *
- * Every list follows one pattern; a row of gvga_lists declares what is its own.  To add a list: add
- * its row and the function that makes a record of an entry. */
+ * Every list follows one pattern; a row declares what is its own: the schema of its entries and the
+ * function that makes a record of one.  To add a list: add its row. */
 #ifndef VGADSQRY_H
 #define VGADSQRY_H
 
 #include "nofverbs.h"
+#include "schema.h"
 #include "vgamodel.h"
 #include "vganofq.h"
 #include <functional>
@@ -18,11 +19,14 @@ enum VGA_ENTRY_RESULT : NB_USHORT {
 
 struct VGA_LIST {
     NB_USHORT opcode;
-    NB_USHORT key_length;   /* bytes of an entry's key, behind its length */
-    NB_USHORT owner_length; /* of these, the owner's; 0: the list is not kept under owners */
-    NB_USHORT entry_size;   /* bytes that an entry has at least */
+    const records::Schema *schema; /* what an entry is */
     /* Makes a record of an entry or merges it; `node` is null for lists of the domain. */
     VGA_ENTRY_RESULT (*add)(VGA_NODE *node, const NB_UCHAR *entry);
+
+    /* Bytes of an entry's key, behind its length; and of these the owner's, 0 when the list is not
+     * kept under owners. */
+    size_t key_length() const { return schema->key_size(); }
+    size_t owner_length() const { return schema->owner_size(); }
 };
 
 /* The row of a list opcode, or null. */
@@ -35,7 +39,7 @@ struct VGA_LIST_POSITION {
 };
 
 /* How to start a list: with `key`, exactly that entry; else with `last`, the entries behind it;
- * else from the first.  `owner` (null: all) has the row's owner_length bytes. */
+ * else from the first.  `owner` (null: all) has owner_length() bytes. */
 struct VGA_LIST_START {
     const NB_UCHAR *owner;
     const VGA_LIST_POSITION *last;

@@ -1,5 +1,7 @@
 #include "vgadssts.h"
 #include "nofverbs.h"
+#include "opcodeindex.h"
+#include "schemas.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"
@@ -215,98 +217,63 @@ template <class Record> NB_VOID remove_record(NB_VOID *item) {
     take_out(static_cast<Record *>(item));
 }
 
-/* A place in an entry. */
-struct PLACE {
-    NB_USHORT offset, length;
-};
-
-#define VGA_BETWEEN(record, first, behind)                                                         \
-    PLACE {                                                                                        \
-        offsetof(record, first), offsetof(record, behind) - offsetof(record, first)                \
-    }
-#define VGA_FROM(record, first)                                                                    \
-    PLACE {                                                                                        \
-        offsetof(record, first), sizeof(record) - offsetof(record, first)                          \
-    }
-
+/* What an indication about an unknown resource leads to. */
 struct UNKNOWN {
-    NB_USHORT reaction, detail;
-    PLACE name;
-    NB_USHORT kept_by_merge;
+    NB_USHORT reaction = VGA_UNKNOWN_REPORT;
+    NB_USHORT detail = 8;
+    NB_USHORT name_offset = 0; /* in the key */
+    NB_USHORT kept_by_merge = 0;
 };
 
-constexpr NB_USHORT port_detail = 17;
-constexpr NB_USHORT other_detail = 8;
+constexpr UNKNOWN report = {};
+constexpr UNKNOWN report_port = {.detail = 17, .kept_by_merge = 1};
+constexpr UNKNOWN report_lu03 = {.name_offset = name8};
+constexpr UNKNOWN report_and_read = {.reaction = VGA_UNKNOWN_REPORT | VGA_UNKNOWN_READ};
+constexpr UNKNOWN read_it = {.reaction = VGA_UNKNOWN_READ};
+constexpr UNKNOWN read_ls = {.reaction = VGA_UNKNOWN_READ, .kept_by_merge = 1};
 
-constexpr UNKNOWN report_port = {VGA_UNKNOWN_REPORT, port_detail, {0, name8}, 1};
-constexpr UNKNOWN report = {VGA_UNKNOWN_REPORT, other_detail, {0, name8}, 0};
-constexpr UNKNOWN report_lu03 = {VGA_UNKNOWN_REPORT, other_detail, {name8, name8}, 0};
-constexpr UNKNOWN report_and_read = {
-    VGA_UNKNOWN_REPORT | VGA_UNKNOWN_READ, other_detail, {0, name8}, 0};
-constexpr UNKNOWN read_it = {VGA_UNKNOWN_READ, other_detail, {0, name8}, 0};
-constexpr UNKNOWN read_ls = {VGA_UNKNOWN_READ, other_detail, {0, name8}, 1};
-
-template <auto Find, NB_USHORT Offset, NB_USHORT Length>
-constexpr VGA_STATUS_CLASS make_row(VGA_STATUS_ID id, NB_USHORT query, NB_USHORT indication,
-                                    NB_USHORT chain, const UNKNOWN &unknown) {
+/* `List` is the place of the class's list in the schema. */
+template <auto Find, const records::Schema &Of, size_t List = 0>
+constexpr VGA_STATUS_CLASS make_row(VGA_STATUS_ID id, NB_USHORT chain, const UNKNOWN &unknown) {
     using RECORD = FOUND<Find>;
-    static_assert(Offset + Length <= sizeof(std::remove_pointer_t<decltype(RECORD::vcb)>));
-    return {id,
-            query,
-            indication,
-            chain,
-            Offset,
-            Length,
-            unknown.reaction,
-            unknown.detail,
-            unknown.name.offset,
-            unknown.name.length,
-            unknown.kept_by_merge,
-            find<Find>,
-            change<RECORD, Offset>,
-            remove_record<RECORD>};
+    static_assert(Of.det.end() <= sizeof(std::remove_pointer_t<decltype(RECORD::vcb)>));
+    return {.id = id,
+            .query = Of.lists[List].list,
+            .indication = Of.lists[List].indication,
+            .chain = chain,
+            .schema = &Of,
+            .unknown = unknown.reaction,
+            .detail = unknown.detail,
+            .name_offset = unknown.name_offset,
+            .name_width = name8,
+            .kept_by_merge = unknown.kept_by_merge,
+            .find = find<Find>,
+            .change = change<RECORD, Of.det.offset>,
+            .remove = remove_record<RECORD>};
 }
-
-#define VGA_ROW(id, query, indication, chain, found, place, unknown)                               \
-    make_row<found, (place).offset, (place).length>(VGA_STATUS_##id, NAP_QUERY_##query,            \
-                                                    NAP_##indication##_INDICATION,                 \
-                                                    VGA_##chain##_LIST, unknown)
 
 constexpr auto find_mode = find_of_lu<VGA_MODE, &VGA_LU62::modes>;
 constexpr auto find_plu = find_of_lu<VGA_PLU, &VGA_LU62::partners>;
 
 } // namespace
 
-/* clang-format off */
 constexpr VGA_STATUS_CLASS gvga_status_classes[VGA_STATUS_CLASSES] = {
-    VGA_ROW(DLC, DLC, DLC, DLC, vga_find_dlc,
-            VGA_BETWEEN(NAP_DLC_DATA, dlc_sts, def_data), report),
-    VGA_ROW(PORT, PORT, PORT, PORT, vga_find_port,
-            VGA_BETWEEN(NAP_PORT_DATA, det_data, def_data), report_port),
-    VGA_ROW(LS, LS, LS, LS, vga_find_ls,
-            VGA_BETWEEN(NAP_LS_DATA, det_data, def_data), read_ls),
-    VGA_ROW(PU, PU, PU, PU, vga_find_local_pu,
-            VGA_BETWEEN(NAP_PU_DATA, host_attachment, def_data), report),
-    VGA_ROW(DLUR_PU, DLUR_PU, DLUR_PU, DLUR_PU, vga_find_local_pu,
-            VGA_BETWEEN(NAP_PU_DATA, host_attachment, def_data), report),
-    VGA_ROW(DOWN_PU, DOWNSTREAM_PU, DOWNSTREAM_PU, DOWN_PU, vga_find_down_pu,
-            VGA_BETWEEN(NAP_DOWN_PU_DATA, pu_sscp_sess_active, def_data), report_and_read),
-    VGA_ROW(DOWN_LU, DOWNSTREAM_LU, DOWNSTREAM_LU, DOWN_LU, find_down_lu,
-            VGA_BETWEEN(NAP_DOWN_LU_DATA, det_data, def_data), read_it),
-    VGA_ROW(LU62, LOCAL_LU, LOCAL_LU, LU62, vga_find_lu62,
-            VGA_BETWEEN(NAP_LOCAL_LU_DATA, lu_sscp_sess_active, def_data), report),
-    VGA_ROW(LU03, LU_0_TO_3, LU_0_TO_3, LU03, find_lu03,
-            VGA_BETWEEN(NAP_LU03_DATA, det_data, def_data), report_lu03),
-    VGA_ROW(MODE, MODE, MODE, MODE, find_mode,
-            VGA_FROM(NAP_MODE_DATA, plu_alias), read_it),
-    VGA_ROW(PLU, PARTNER_LU, PLU, PLU, find_plu,
-            VGA_FROM(NAP_PLU_DATA, act_sess_count), read_it),
-    VGA_ROW(DIR, DIRECTORY_ENTRY, DIRECTORY, DIR, find_dir,
-            VGA_FROM(NAP_DIR_DATA, entry_type), read_it),
-    VGA_ROW(TAMRIX_SESS, TAMRIX_APPCIP, TAMRIX, TAMRIX_SESS, find_tamrix_sess,
-            VGA_FROM(NAP_TAMRIX_SESSION_DATA, lu_name), read_it),
+    make_row<vga_find_dlc, records::dlc>(VGA_STATUS_DLC, VGA_DLC_LIST, report),
+    make_row<vga_find_port, records::port>(VGA_STATUS_PORT, VGA_PORT_LIST, report_port),
+    make_row<vga_find_ls, records::ls>(VGA_STATUS_LS, VGA_LS_LIST, read_ls),
+    make_row<vga_find_local_pu, records::pu>(VGA_STATUS_PU, VGA_PU_LIST, report),
+    make_row<vga_find_local_pu, records::pu, 1>(VGA_STATUS_DLUR_PU, VGA_DLUR_PU_LIST, report),
+    make_row<vga_find_down_pu, records::down_pu>(VGA_STATUS_DOWN_PU, VGA_DOWN_PU_LIST,
+                                                 report_and_read),
+    make_row<find_down_lu, records::down_lu>(VGA_STATUS_DOWN_LU, VGA_DOWN_LU_LIST, read_it),
+    make_row<vga_find_lu62, records::local_lu>(VGA_STATUS_LU62, VGA_LU62_LIST, report),
+    make_row<find_lu03, records::lu03>(VGA_STATUS_LU03, VGA_LU03_LIST, report_lu03),
+    make_row<find_mode, records::mode>(VGA_STATUS_MODE, VGA_MODE_LIST, read_it),
+    make_row<find_plu, records::plu>(VGA_STATUS_PLU, VGA_PLU_LIST, read_it),
+    make_row<find_dir, records::directory>(VGA_STATUS_DIR, VGA_DIR_LIST, read_it),
+    make_row<find_tamrix_sess, records::tamrix_session>(VGA_STATUS_TAMRIX_SESS,
+                                                        VGA_TAMRIX_SESS_LIST, read_it),
 };
-/* clang-format on */
 
 /* VGA_STATUS_ID is the index. */
 static_assert([] {
@@ -319,10 +286,9 @@ static_assert([] {
 }());
 
 const VGA_STATUS_CLASS *vga_find_status_class(NB_USHORT opcode) {
-    for (const VGA_STATUS_CLASS &row : gvga_status_classes) {
-        if (row.query == opcode || row.indication == opcode) {
-            return &row;
-        }
-    }
-    return nullptr;
+    constexpr static records::OpcodeIndex<VGA_STATUS_CLASS, 2 * VGA_STATUS_CLASSES> index(
+        gvga_status_classes, [](const VGA_STATUS_CLASS &row) {
+            return std::array{row.query, row.indication};
+        });
+    return index.find(opcode);
 }

@@ -1,12 +1,13 @@
 /* Status classes: the resources whose status changes while the node runs.
  *
  * One row a class says what the status checks (vgadschk.h) and the indications must know alike: how
- * a record is found by the key of a list entry or an indication, which bytes of the entry are its
- * status, and what follows from a change or from the end of the resource.  To add a class: add its
- * VGA_STATUS_ID and its row.  The rows own nothing. */
+ * a record is found by the key of a list entry or an indication, the schema that says which bytes
+ * of the entry are its status, and what follows from a change or from the end of the resource.  To
+ * add a class: add its VGA_STATUS_ID and its row.  The rows own nothing. */
 #ifndef VGADSSTS_H
 #define VGADSSTS_H
 
+#include "schema.h"
 #include "vgamodel.h"
 
 /* What an indication about a resource without a record leads to. */
@@ -18,16 +19,19 @@ struct VGA_STATUS_CLASS {
     NB_USHORT query;      /* opcode of the list */
     NB_USHORT indication; /* opcode */
     NB_USHORT chain;      /* VGA_NODE_CHAIN: the list's start-up flag */
-    NB_USHORT offset;     /* of the status in the list entry */
-    NB_USHORT length;
+    const records::Schema *schema;
     NB_USHORT unknown;       /* VGA_UNKNOWN_REPORT, VGA_UNKNOWN_READ or both */
     NB_USHORT detail;        /* of the exception record */
     NB_USHORT name_offset;   /* in the key, of the name that it shows */
     NB_USHORT name_width;    /* bytes */
     NB_USHORT kept_by_merge; /* flag: a merge carries the old status over */
+
+    /* The bytes of the list entry that are its status. */
+    const records::Place &status() const { return schema->det; }
+
     /* The record with that key (as an entry has it), or null. */
     NB_VOID *(*find)(VGA_NODE *node, const NB_UCHAR *key);
-    /* Takes over the first `length` bytes of the status (at most the row's length).  Nothing
+    /* Takes over the first `length` bytes of the status (at most all of it).  Nothing
      * happens when they are as they were; else the lines that show them are redrawn, and windows
      * are told. */
     NB_VOID (*change)(NB_VOID *record, const NB_UCHAR *status, NB_USHORT length);
