@@ -1,6 +1,7 @@
 /* Defining and deleting, for every class. */
 #include "nodeengine.h"
 
+#include "defineblock.h"
 #include "nbbase.h"
 #include "nodehook.h"
 #include "noderefer.h"
@@ -183,26 +184,19 @@ Result Engine::read_define(const ClassRow &row, const NB_UCHAR *block, Change &c
     change.row = &row;
     change.entry = std::make_unique<NB_UCHAR[]>(schema.overlay_size());
     NB_UCHAR *entry = change.entry.get();
-    memcpy(entry + KEY_OFFSET, block + KEY_IN_BLOCK, schema.key_size());
-    for (const FieldRow &field : schema.fields) {
-        if (field.has(FIELD_KEY)) {
-            tidy_field(field, entry);
-        }
-    }
+    take_key(schema, block, entry);
     Resource *old = tables_[row.id]->find(entry + KEY_OFFSET);
+    const NB_UCHAR *known = old != nullptr ? old->entry.get() : nullptr;
     if (old != nullptr) {
-        const NB_UCHAR *known = old->entry.get();
         if (old->derived ||
             memcmp(known + KEY_OFFSET, entry + KEY_OFFSET, schema.key_size()) != 0) {
             return bad_parameter(NAP_DUPLICATE_NAME);
         }
-        memcpy(entry, known, schema.overlay_size());
         change.old = old;
         change.behaviour = old->behaviour;
     }
-    memcpy(entry + schema.def.offset, block + schema.def_in_define, schema.def.width);
-    if (old != nullptr) {
-        keep_secrets(schema.fields, entry, old->entry.get());
+    if (!make_entry(schema, block, schema.define_size, known, entry)) {
+        return bad_parameter(NAP_INVALID_VALUE);
     }
     return check_entry(row, entry, old);
 }
@@ -223,15 +217,13 @@ Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
     if (row.hooks.fill != nullptr) {
         row.hooks.fill(*this, change.entry.get());
     }
-    set_entry_length(schema, change.entry.get());
     std::vector<NB_UCHAR> answer(change.entry.get(), change.entry.get() + schema.overlay_size());
     std::vector<Change> changes;
     changes.push_back(std::move(change));
     result = apply(std::move(changes));
     if (result.ok()) {
         hide_secrets(schema.fields, answer.data());
-        memcpy(block.data() + schema.def_in_define, answer.data() + schema.def.offset,
-               schema.def.width);
+        put_definition(schema, answer.data(), block.data());
     }
     return result;
 }

@@ -1,4 +1,5 @@
 /* Every class of the table by one walk, then what is peculiar to some. */
+#include "defineblock.h"
 #include "node_support.h"
 
 #include <optional>
@@ -34,11 +35,8 @@ struct Sample {
 
     /* The block that defines what the entry is. */
     static std::vector<NB_UCHAR> block_of(const ClassRow &row, const NB_UCHAR *entry) {
-        const Schema &schema = *row.schema;
-        std::vector<NB_UCHAR> block(schema.define_size);
-        node::put_number(block.data(), 2, schema.define);
-        memcpy(block.data() + node::KEY_IN_BLOCK, entry + node::KEY_OFFSET, schema.key_size());
-        memcpy(block.data() + schema.def_in_define, entry + schema.def.offset, schema.def.width);
+        std::vector<NB_UCHAR> block(row.schema->define_size);
+        make_define_block(*row.schema, entry, block.data());
         return block;
     }
 

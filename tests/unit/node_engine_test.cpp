@@ -111,19 +111,12 @@ constexpr ListCase list_cases[] = {
     {NAP_QUERY_DIRECTORY_ENTRY, 36, sizeof(NAP_DIR_DATA)},
 };
 
-TEST(NodeClasses, RowsAgreeWithTheVerbTable) {
+TEST(NodeClasses, StandInTheirPlacesBehindTheirOwners) {
     for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
         const node::ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
-        const node::Schema &schema = *row.schema;
-        SCOPED_TRACE(schema.name);
         EXPECT_EQ(row.id, id);
-        EXPECT_EQ(nap_find_verb(schema.lists[0].list)->kind, NAP_KIND_LIST);
-        if (schema.define != 0) {
-            EXPECT_EQ(nap_find_verb(schema.define)->block_size, schema.define_size);
-            EXPECT_EQ(nap_find_verb(schema.remove)->kind, NAP_KIND_DELETE);
-        }
         for (const node::RefRow &ref : row.refs) {
-            EXPECT_TRUE(ref.to < row.id || ref.to == node::CLASS_COUNT) << "owners come first";
+            EXPECT_TRUE(ref.to < row.id || ref.to == node::CLASS_COUNT) << row.schema->name;
         }
     }
 }
