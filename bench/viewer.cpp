@@ -7,7 +7,6 @@
  * those called processor time, which are this process's.  The lists take turns, and a ratio is the
  * median of the ratios of the turns, so that a machine that is busy with other things slows both
  * sides alike.  Status 1 when a goal is missed. */
-#include "vgaglob.h"
 #include "vgagraph.h"
 #include "viewerlists.h"
 #include <algorithm>
@@ -173,7 +172,8 @@ void measure_pages(LISTS *lists, LINES *lines) {
     }
     const double found = wall([&] {
         for (int i = 0; i < 100000; ++i) {
-            const NB_ULONG y = static_cast<NB_ULONG>(random()) % lists->ours.root.content_height;
+            const NB_ULONG y =
+                static_cast<NB_ULONG>(random()) % vga_viewer_get_content_height(&lists->ours.root);
             if (vga_find_viewer(&lists->ours.root, static_cast<NB_LONG>(y)) == nullptr &&
                 y < count * gvga_viewer_item_height) {
                 abort();

@@ -1,6 +1,6 @@
 #include "viewerlists.h"
+#include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vgaviewi.h"
@@ -223,7 +223,7 @@ void OURS::clear(LINES *lines) {
 
 void OURS::step(size_t first) {
     const int64_t y = static_cast<int64_t>(first) * gvga_viewer_item_height;
-    vga_viewer_scroll_view(&root, static_cast<NB_LONG>(y - root.y_offset));
+    vga_viewer_scroll_view(&root, static_cast<NB_LONG>(y - vga_viewer_view(&root)->y_offset));
     draw();
 }
 

@@ -1,4 +1,5 @@
 #include "vgaexit.h"
+#include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgadsdel.h"
 #include "vgaglob.h"

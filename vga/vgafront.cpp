@@ -1,5 +1,6 @@
 #include "vgafront.h"
 #include "nbbase.h"
+#include "toolkit.h"
 #include "v0uidpth.h"
 #include "vgacolr.h"
 #include "vgadgutl.h"

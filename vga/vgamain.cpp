@@ -1,5 +1,6 @@
 /* The program: start-up in its order, the main loop, the exit. */
 #include "nofverbs.h"
+#include "toolkit.h"
 #include "vgachild.h"
 #include "vgadgmsg.h"
 #include "vgadgutl.h"
@@ -82,12 +83,27 @@ NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     }
 }
 
+/* A single node ends the program with it; in a domain the others go on. */
+NB_VOID node_dead_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
+    if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
+        vga_start_shutdown();
+    }
+}
+
+NB_VOID node_died(VGA_NODE *node) {
+    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, nullptr, node_dead_info_cb, 0,
+                            "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
+}
+
 NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.indication = vga_dispatch_indication;
     gvga_hooks.model_built = vga_system_built;
     gvga_hooks.build_progress = build_progress;
     gvga_hooks.stop = vga_start_shutdown;
     gvga_hooks.node_list_changed = node_list_changed;
+    gvga_hooks.node_died = node_died;
+    gvga_hooks.wake = vga_add_null_timeout;
+    gvga_hooks.flush = vga_update_display;
     v0_set_fatal_handler(vga_request_exit_fatal);
 }
 

@@ -3,11 +3,11 @@
 
 #include "gui_support.h"
 
+#include "toolkit.h"
 #include "vgacheck.h"
 #include "vgachkcb.h"
 #include "vgachkfd.h"
 #include "vgadgutl.h"
-#include "vgaglob.h"
 #include "vgamsgs.h"
 
 #include <X11/XKBlib.h>

@@ -6,6 +6,7 @@
 
 #include "../unit/scriptednof.h"
 #include "nofverbs.h"
+#include "toolkit.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgaglob.h"

@@ -3,8 +3,8 @@
 
 #include "gui_windows.h"
 
+#include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgaglob.h"
 #include "vgamsgs.h"
 #include "vgauidds.h"
 

@@ -5,8 +5,8 @@
 
 #include "gui_support.h"
 
+#include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgaglob.h"
 #include "vgahooks.h"
 #include "vgamsgs.h"
 

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
+#include "toolkit.h"
 #include "vgaglob.h"
 #include <functional>
 #include <string>

@@ -5,8 +5,8 @@
 
 #include "gui_support.h"
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgaglob.h"
 #include "vgamsgs.h"
 #include "vgawtype.h"
 #include <cstdlib>

@@ -6,6 +6,7 @@
 #include "gui_windows.h"
 #include "testrecords.h"
 
+#include "toolkit.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgaglob.h"

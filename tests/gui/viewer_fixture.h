@@ -30,6 +30,10 @@ struct RECORD {
 
 VGA_VIEWER_ROOT root;
 
+VGA_VIEWER_VIEW *view() {
+    return vga_viewer_view(&root);
+}
+
 /* What the types' functions saw. */
 struct EVENTS {
     std::vector<const RECORD *> opened, clicked;
@@ -62,7 +66,7 @@ NB_VOID arm(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs) {
     vga_viewer_arm_select(&root, &record(data)->item, cbs);
 }
 NB_VOID disarm(Widget widget) {
-    events.disarmed += widget == root.draw_widget;
+    events.disarmed += widget == view()->draw_widget;
 }
 NB_VOID activate(NB_VOID *data, XmDrawnButtonCallbackStruct *cbs) {
     (vga_viewer_is_open(cbs) != 0 ? events.opened : events.clicked).push_back(record(data));
@@ -103,7 +107,7 @@ protected:
         vga_viewer_set_types(types, TYPES);
         gvga_viewer_window_action = [](NB_VOID *window, VGA_VIEWER_ACTION action, Widget widget) {
             EXPECT_EQ(window, &events);
-            EXPECT_EQ(widget, root.draw_widget);
+            EXPECT_EQ(widget, view()->draw_widget);
             events.actions.push_back(action);
         };
         ASSERT_EQ(vga_viewer_init_root(&root), 1);
@@ -160,8 +164,9 @@ protected:
     // Waits until nothing is left to be drawn.
     static void drawn() {
         gui::settle();
-        ASSERT_TRUE(gui::wait_for(
-            [] { return root.update_timer == 0 && root.dirty_count == 0 && root.bars_due == 0; }));
+        ASSERT_TRUE(gui::wait_for([] {
+            return view()->update_timer == 0 && root.dirty_count == 0 && view()->bars_due == 0;
+        }));
         XSync(gvga_display, False);
     }
 
@@ -178,13 +183,13 @@ protected:
     }
 
     gui::IMAGE row_image(int row) {
-        return gui::IMAGE(draw_widget, 0, row * line(), static_cast<int>(root.window_width),
+        return gui::IMAGE(draw_widget, 0, row * line(), static_cast<int>(view()->window_width),
                           line());
     }
     // The ground at the right end of a line, where no text stands.
     bool inverted(int row) {
-        return gui::IMAGE(draw_widget, static_cast<int>(root.window_width) - 4, middle_of(row), 1,
-                          1)
+        return gui::IMAGE(draw_widget, static_cast<int>(view()->window_width) - 4, middle_of(row),
+                          1, 1)
                    .pixel(0, 0) == BlackPixelOfScreen(gvga_screen);
     }
     std::string selected() {

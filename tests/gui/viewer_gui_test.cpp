@@ -36,21 +36,21 @@ TEST_F(Viewer, ScrollBarsAppearScrollByLinesAndGo) {
     XtVaGetValues(vscroll, XmNwidth, &bar_width, XmNheight, &bar_height, nullptr);
     gui::click(vscroll, bar_width / 2, bar_height - 5); // the arrow
     drawn();
-    EXPECT_EQ(root.y_offset, gvga_viewer_item_height);
+    EXPECT_EQ(view()->y_offset, gvga_viewer_item_height);
     EXPECT_EQ(row_image(0), second);
     gui::move_to(vscroll, bar_width / 2, bar_width + 8);
     gui::press();
     gui::move_to(vscroll, bar_width / 2, bar_height - 2); // the slider, to the end
     gui::release();
     drawn();
-    EXPECT_EQ(root.y_offset % gvga_viewer_item_height, 0U);
-    EXPECT_GE(root.y_offset + root.window_height, 40 * gvga_viewer_item_height);
+    EXPECT_EQ(view()->y_offset % gvga_viewer_item_height, 0U);
+    EXPECT_GE(view()->y_offset + view()->window_height, 40 * gvga_viewer_item_height);
     for (size_t i = 3; i < 40; ++i) {
         vga_delete_viewer(&root, &records[i]->item);
     }
     drawn();
     EXPECT_FALSE(XtIsManaged(vscroll));
-    EXPECT_EQ(root.y_offset, 0U);
+    EXPECT_EQ(view()->y_offset, 0U);
     EXPECT_EQ(row_image(1), gui::IMAGE(draw_widget, 0, line(), width, line()));
     records[0]->text = std::string(120, 'W');
     vga_update_viewer(&root, &records[0]->item);
@@ -60,9 +60,9 @@ TEST_F(Viewer, ScrollBarsAppearScrollByLinesAndGo) {
     const gui::IMAGE before = row_image(1);
     click(1);
     key("Right");
-    EXPECT_EQ(root.x_offset, gvga_viewer_char_width);
+    EXPECT_EQ(view()->x_offset, gvga_viewer_char_width);
     key("Home");
-    EXPECT_EQ(root.x_offset, 0U);
+    EXPECT_EQ(view()->x_offset, 0U);
     EXPECT_EQ(before.width, width);
 }
 
@@ -74,13 +74,13 @@ TEST_F(Viewer, ResizingNeverLeavesABarThatIsNotNeeded) {
     XtVaSetValues(shell, XmNwidth, 120, XmNheight, 90, nullptr);
     drawn();
     EXPECT_TRUE(XtIsManaged(hscroll) && XtIsManaged(vscroll));
-    EXPECT_LT(root.window_width, 120U);
+    EXPECT_LT(view()->window_width, 120U);
     vga_viewer_set_view(&root, &records[7]->item);
-    EXPECT_GT(root.y_offset, 0U);
+    EXPECT_GT(view()->y_offset, 0U);
     XtVaSetValues(shell, XmNwidth, width, XmNheight, height, nullptr);
     drawn();
     EXPECT_FALSE(XtIsManaged(hscroll) || XtIsManaged(vscroll));
-    EXPECT_EQ(root.y_offset, 0U);
+    EXPECT_EQ(view()->y_offset, 0U);
     EXPECT_EQ(gui::IMAGE(draw_widget), all);
 }
 
@@ -109,8 +109,8 @@ TEST_F(Viewer, TextIsCutWhereItsColumnEnds) {
     EXPECT_EQ(row_image(0), row_image(1));
     EXPECT_NE(row_image(0), row_image(2));
     EXPECT_EQ(vga_viewer_text_width("ABCDEFGH%t4%X"), 5 * gvga_viewer_char_width);
-    EXPECT_EQ(root.content_width, gvga_viewer_expand_icon_width + gvga_viewer_icon_width + 4 +
-                                      8 * gvga_viewer_char_width);
+    EXPECT_EQ(view()->content_width, gvga_viewer_expand_icon_width + gvga_viewer_icon_width + 4 +
+                                         8 * gvga_viewer_char_width);
 }
 
 TEST_F(Viewer, ABurstDrawsEachChangedLineOnce) {
@@ -120,7 +120,7 @@ TEST_F(Viewer, ABurstDrawsEachChangedLineOnce) {
         vga_delete_viewer(&root, &records[i]->item);
     }
     EXPECT_EQ(events.drawn, 0) << "drawn before the burst was over";
-    EXPECT_EQ(root.content_height, 1001 * gvga_viewer_item_height);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 1001 * gvga_viewer_item_height);
     drawn();
     const auto forget = [&] {
         for (const auto &made : records) {
@@ -283,8 +283,8 @@ TEST_F(Viewer, TextOfAThousandBytesIsDrawnToItsEnd) {
     fill(2);
     records[1]->text = std::string(VGA_VIEWER_MAX_TEXT_LENGTH, 'W');
     display();
-    EXPECT_EQ(root.content_width, gvga_viewer_expand_icon_width + gvga_viewer_icon_width + 4 +
-                                      VGA_VIEWER_MAX_TEXT_LENGTH * gvga_viewer_char_width);
+    EXPECT_EQ(view()->content_width, gvga_viewer_expand_icon_width + gvga_viewer_icon_width + 4 +
+                                         VGA_VIEWER_MAX_TEXT_LENGTH * gvga_viewer_char_width);
     vga_viewer_scroll_view_horizontal(&root, 100000);
     drawn();
     const gui::IMAGE row = row_image(1);
@@ -357,7 +357,7 @@ TEST_F(Viewer, ListOutlivesItsWidgets) {
     gui::settle();
     EXPECT_EQ(root.displayed, 0);
     vga_delete_viewer(&root, &records[0]->item);
-    EXPECT_EQ(root.content_height, 2 * gvga_viewer_item_height);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 2 * gvga_viewer_item_height);
     make_window();
     gui::show(shell);
     display();

@@ -52,7 +52,7 @@ protected:
     }
 
     int row_of(const VGA_VIEWER_ITEM *item) {
-        return (vga_viewer_get_screen_pos(item) - static_cast<int>(root.y_offset)) / line();
+        return (vga_viewer_get_screen_pos(item) - static_cast<int>(view()->y_offset)) / line();
     }
 };
 
@@ -151,9 +151,9 @@ TEST_F(ViewerKeys, LeftRightAndHomeScrollSideways) {
     const gui::IMAGE unmoved = row_image(6);
     for (const KEYS &twins : {KEYS{"Right", "Left"}, KEYS{"KP_Right", "KP_Left"}}) {
         key(twins[1]);
-        EXPECT_EQ(root.x_offset, 0U);
+        EXPECT_EQ(view()->x_offset, 0U);
         key(twins[0]);
-        EXPECT_EQ(root.x_offset, step);
+        EXPECT_EQ(view()->x_offset, step);
         const gui::IMAGE moved = row_image(6);
         EXPECT_EQ(moved.pixel(100, 10), unmoved.pixel(100 + static_cast<int>(step), 10));
         EXPECT_NE(moved, unmoved);
@@ -164,9 +164,9 @@ TEST_F(ViewerKeys, LeftRightAndHomeScrollSideways) {
             gui::key(twins[0]);
         }
         drawn();
-        EXPECT_EQ(root.x_offset, root.content_width - root.window_width);
+        EXPECT_EQ(view()->x_offset, view()->content_width - view()->window_width);
         key("Home");
-        EXPECT_EQ(root.x_offset, 0U);
+        EXPECT_EQ(view()->x_offset, 0U);
         EXPECT_EQ(row_image(6), unmoved);
     }
     EXPECT_EQ(selected(), "1 ");
@@ -203,17 +203,17 @@ TEST_F(ViewerKeys, PlusAndMinusOpenAndClose) {
     } cases[] = {
         {"plus", shift, "minus"}, {"equal", none, "KP_Subtract"}, {"KP_Add", none, "minus"}};
     start_from(12);
-    const NB_ULONG content = root.content_height;
+    const NB_ULONG content = vga_viewer_get_content_height(&root);
     for (const auto &keys : cases) {
         SCOPED_TRACE(keys.open);
         const gui::IMAGE closed = row_image(row_of(&records[12]->item));
         key(keys.open, keys.held);
         EXPECT_EQ(records[12]->item.expanded, 1);
-        EXPECT_EQ(root.content_height, content + 2 * gvga_viewer_item_height);
+        EXPECT_EQ(vga_viewer_get_content_height(&root), content + 2 * gvga_viewer_item_height);
         EXPECT_NE(row_image(row_of(&records[12]->item)), closed) << "the icon";
         key(keys.close);
         EXPECT_EQ(records[12]->item.expanded, 0);
-        EXPECT_EQ(root.content_height, content);
+        EXPECT_EQ(vga_viewer_get_content_height(&root), content);
     }
     start_from(4); // has nothing to open
     key("KP_Add");
@@ -289,7 +289,7 @@ TEST_F(ViewerKeys, DoNothingDuringADrag) {
     start_from(3);
     gui::move_to(draw_widget, 100, middle_of(6)); // group 3
     gui::press();
-    ASSERT_EQ(root.dragging, 1);
+    ASSERT_EQ(view()->dragging, 1);
     for (const char *name : {"Down", "End", "space", "Delete", "Right"}) {
         key(name);
     }

@@ -93,7 +93,7 @@ TEST_F(Viewer, DraggingBackGivesLinesUp) {
     vga_delete_viewer(&root, &records[0]->item); // under the pointer
     gui::move_to(draw_widget, 100, middle_of(3));
     gui::release();
-    EXPECT_EQ(root.dragging, 0);
+    EXPECT_EQ(view()->dragging, 0);
     EXPECT_EQ(selected(), "1 ");
 }
 
@@ -104,12 +104,12 @@ TEST_F(Viewer, DraggingBelowTheWindowScrolls) {
     gui::press();
     gui::move_to(draw_widget, 100, height + 30);
     EXPECT_TRUE(gui::wait_for([] { return root.select_count == 40; }));
-    EXPECT_GE(root.y_offset + root.window_height, 40 * gvga_viewer_item_height);
+    EXPECT_GE(view()->y_offset + view()->window_height, 40 * gvga_viewer_item_height);
     EXPECT_EQ(selected().substr(0, 4), "0 1 ");
     gui::release(); // out there
-    EXPECT_EQ(root.dragging, 0);
+    EXPECT_EQ(view()->dragging, 0);
     EXPECT_EQ(events.disarmed, 1);
-    EXPECT_EQ(root.drag_timer, 0U);
+    EXPECT_EQ(view()->drag_timer, 0U);
 }
 
 TEST_F(Viewer, DraggingAboveTheWindowScrollsAndStopsAtTheAnchorsSiblings) {
@@ -126,17 +126,17 @@ TEST_F(Viewer, DraggingAboveTheWindowScrollsAndStopsAtTheAnchorsSiblings) {
     gui::move_to(draw_widget, 100, middle_of(1));
     EXPECT_EQ(selected(), "14 15 16 ");
     gui::move_to(draw_widget, 100, -20);
-    ASSERT_TRUE(gui::wait_for([] { return root.drag_timer != 0; }));
-    const NB_ULONG from = root.y_offset;
-    EXPECT_TRUE(gui::wait_for([&] { return root.y_offset != from; }));
-    EXPECT_EQ((from - root.y_offset) % (2 * gvga_viewer_item_height), 0U);
+    ASSERT_TRUE(gui::wait_for([] { return view()->drag_timer != 0; }));
+    const NB_ULONG from = view()->y_offset;
+    EXPECT_TRUE(gui::wait_for([&] { return view()->y_offset != from; }));
+    EXPECT_EQ((from - view()->y_offset) % (2 * gvga_viewer_item_height), 0U);
     gui::move_to(draw_widget, 100, middle_of(0)); // back in: the view stands still
-    EXPECT_EQ(root.drag_timer, 0U);
-    const NB_ULONG still = root.y_offset;
+    EXPECT_EQ(view()->drag_timer, 0U);
+    const NB_ULONG still = view()->y_offset;
     gui::move_to(draw_widget, 100, -20);
-    EXPECT_LE(root.y_offset, still);
+    EXPECT_LE(view()->y_offset, still);
     EXPECT_TRUE(gui::wait_for([] { return root.select_count == 17; }));
-    EXPECT_EQ(root.y_offset, 0U);
+    EXPECT_EQ(view()->y_offset, 0U);
     EXPECT_EQ(selected(), "0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 ") << "no members";
     drawn();
     EXPECT_TRUE(inverted(3));
@@ -145,7 +145,7 @@ TEST_F(Viewer, DraggingAboveTheWindowScrollsAndStopsAtTheAnchorsSiblings) {
     EXPECT_TRUE(gui::wait_for([] { return root.select_count == 14; }));
     EXPECT_EQ(selected(), "16 17 18 19 20 21 22 23 24 25 26 27 28 29 ");
     gui::release();
-    EXPECT_EQ(root.drag_timer, 0U);
+    EXPECT_EQ(view()->drag_timer, 0U);
 }
 
 TEST_F(Viewer, TheModifiersOfAClickHaveTheirLimits) {
@@ -187,7 +187,7 @@ TEST_F(Viewer, TitlesAreNeitherSelectedNorOpenedNorDraggedFrom) {
     const int disarmed = events.disarmed;
     gui::move_to(draw_widget, 100, middle_of(0));
     gui::press();
-    EXPECT_EQ(root.dragging, 0);
+    EXPECT_EQ(view()->dragging, 0);
     gui::move_to(draw_widget, 100, middle_of(3));
     gui::release();
     drawn();
@@ -214,7 +214,7 @@ TEST_F(Viewer, ScrolledSidewaysTheExpandColumnMovesAlong) {
     display();
     vga_viewer_scroll_view_horizontal(&root, 10);
     drawn();
-    ASSERT_EQ(root.x_offset, 10U);
+    ASSERT_EQ(view()->x_offset, 10U);
     const int column = static_cast<int>(gvga_viewer_expand_icon_width);
     click(0, {}, column - 5);
     EXPECT_EQ(records[0]->item.expanded, 0) << "that is the icon by now";
@@ -239,14 +239,14 @@ TEST_F(Viewer, TheWheelScrollsAndSelectsNothing) {
         drawn();
     };
     turn(5);
-    EXPECT_EQ(root.y_offset, 3 * gvga_viewer_item_height);
+    EXPECT_EQ(view()->y_offset, 3 * gvga_viewer_item_height);
     turn(4);
     turn(4);
-    EXPECT_EQ(root.y_offset, 0U);
+    EXPECT_EQ(view()->y_offset, 0U);
     turn(7);
-    EXPECT_EQ(root.x_offset, 3 * gvga_viewer_char_width);
+    EXPECT_EQ(view()->x_offset, 3 * gvga_viewer_char_width);
     turn(6);
-    EXPECT_EQ(root.x_offset, 0U);
+    EXPECT_EQ(view()->x_offset, 0U);
     EXPECT_EQ(selected(), "");
 }
 
@@ -294,7 +294,7 @@ TEST_F(Viewer, DeletedLinesAreLetGoOf) {
     gui::release();
     EXPECT_EQ(events.disarmed, 7) << "once a release, whatever became of the line";
     EXPECT_EQ(selected(), "");
-    EXPECT_EQ(root.content_height, 3 * gvga_viewer_item_height);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 3 * gvga_viewer_item_height);
     click(2);
     EXPECT_EQ(selected(), "7 ");
 }

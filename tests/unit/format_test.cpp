@@ -1,6 +1,7 @@
 /* Messages: the formatter and the readers of resources. */
 #include <gtest/gtest.h>
 
+#include "toolkit.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"
 #include "vgares.h"

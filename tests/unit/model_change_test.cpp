@@ -39,17 +39,19 @@ TEST_F(ModelChange, ADlcWithoutPortsGoesAlone) {
     EXPECT_EQ(vga_find_port(node, port->name), port);
 }
 
-/* The dialog stays open, and says nothing of a record any more. */
+/* The dialog hears of it first, and must have shown that record. */
 TEST_F(ModelChange, ADeletedPortLetsGoOfItsDialog) {
+    static const NB_VOID *shown, *told;
+    gvga_hooks.record_changed = [](NB_VOID *item, VGA_RECORD_CHANGE) { told = item; };
+    gvga_hooks.record_leaves_dialog = [](VGA_DIALOG *, const NB_VOID *record) {
+        return NB_USHORT{told == record && shown == record};
+    };
     REPORTS reports;
     for (const bool refers_to_it : {true, false}) {
         VGA_PORT *gone = add_port(dlc, "ETH1");
-        VGA_DIALOG dialog = {};
-        NB_INIT_LIST(dialog.children_root_lqe);
-        dialog.parent_item = refers_to_it ? static_cast<NB_VOID *>(gone) : node;
-        gone->gui_data.dialog = &dialog;
+        shown = refers_to_it ? static_cast<NB_VOID *>(gone) : node;
+        gone->gui_data.dialog = reinterpret_cast<VGA_DIALOG *>(&shown);
         vga_delete_vga_port(gone);
-        EXPECT_EQ(dialog.parent_item, nullptr);
         const bool silent =
             reports.take().find("port->gui_data.dialog->parent_item == (NB_VOID *)port") ==
             std::string::npos;

@@ -54,13 +54,13 @@ TEST_F(VIEWER, ManyLinesInTheWorstOrderStayShallow) {
         vga_create_viewer(&root, &item, 0, &item, nullptr, VGA_VIEWER_FIRST);
     }
     EXPECT_LE(root.top_items.root->height, 1.45 * std::log2(items.size()) + 1);
-    EXPECT_EQ(root.content_height, 2000000U);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 2000000U);
     EXPECT_EQ(vga_viewer_get_y(&items[0]), 1999990U);
     EXPECT_EQ(vga_find_viewer(&root, 999995), &items[100000]);
     for (VGA_VIEWER_ITEM &item : items) {
         vga_delete_viewer(&root, &item);
     }
-    EXPECT_EQ(root.content_height, 0U);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 0U);
 }
 
 TEST_F(VIEWER, AForeignPredecessorIsFatalAndLeavesTheListAlone) {
@@ -68,7 +68,7 @@ TEST_F(VIEWER, AForeignPredecessorIsFatalAndLeavesTheListAlone) {
     VGA_VIEWER_ITEM child, stray;
     vga_create_viewer(&root, &child, 0, nullptr, &items[0], &items[1]);
     EXPECT_EQ(broken, "FALSE");
-    EXPECT_EQ(root.content_height, 20U);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 20U);
     vga_create_viewer(&root, &child, 0, nullptr, &items[0], VGA_VIEWER_LAST);
     vga_create_viewer(&root, &stray, 0, nullptr, nullptr, &child);
     EXPECT_EQ(root.top_items.count, 2U);
@@ -80,9 +80,9 @@ TEST_F(VIEWER, FreshRecordTakesOverThatItsLineIsOpen) {
     vga_create_viewer(&root, &child, 0, nullptr, &items[0], VGA_VIEWER_LAST);
     vga_expand_viewer(&root, &items[0], 1);
     vga_viewer_copy_state(&items[0], &items[1], &root);
-    EXPECT_EQ(root.content_height, 30U);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 30U);
     vga_create_viewer(&root, &fresh_child, 0, nullptr, &items[1], VGA_VIEWER_LAST);
-    EXPECT_EQ(root.content_height, 40U);
+    EXPECT_EQ(vga_viewer_get_content_height(&root), 40U);
 }
 
 TEST_F(VIEWER, KeysGoAroundTitlesAndKeepToSiblingsWithShift) {

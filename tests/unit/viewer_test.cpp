@@ -250,7 +250,7 @@ void check(VGA_VIEWER_ROOT *root, const MODEL &model) {
     check_level(root->top_items, &model.top);
     const std::vector<NODE *> lines = model.lines();
     const NB_ULONG height = gvga_viewer_item_height;
-    ASSERT_EQ(root->content_height, lines.size() * height);
+    ASSERT_EQ(vga_viewer_get_content_height(root), lines.size() * height);
     for (NB_ULONG y = 0; y < lines.size() * height; ++y) {
         ASSERT_EQ(node_of(vga_find_viewer(root, static_cast<NB_LONG>(y))), lines[y / height]);
     }
@@ -280,7 +280,7 @@ protected:
     void SetUp() override {
         gvga_viewer_item_height = 3;
         ASSERT_EQ(vga_viewer_init_root(&root), 1);
-        root.window_height = page * gvga_viewer_item_height;
+        vga_viewer_view(&root)->window_height = page * gvga_viewer_item_height;
         for (VGA_VIEWER_DESC &desc : types) {
             desc.arm_cb = [](NB_VOID *, XmDrawnButtonCallbackStruct *) {};
         }
@@ -470,12 +470,11 @@ TEST_P(VIEWER_RANDOM, NotesEveryChangedLine) {
     for (NB_INT i = 0; i < 300; ++i) {
         const std::vector<LOOK> before = looks(root, model);
         root.displayed = 1;
-        root.update_timer = 1; // as if one were set: nothing is asked of the toolkit
+        vga_viewer_view(&root)->update_timer =
+            1; // as if one were set: nothing is asked of the toolkit
         const NB_USHORT choice = static_cast<NB_USHORT>(pick(4));
         NODE *node = model.nodes.empty() ? nullptr : any();
         if (node != nullptr && choice == 0) {
-            vga_viewer_tree_remove(&root, &node->item);
-            root.displayed = 0;
             remove(node, true);
         } else if (node != nullptr && choice == 1) {
             node->expanded ? contract(node) : expand(node);
@@ -484,7 +483,8 @@ TEST_P(VIEWER_RANDOM, NotesEveryChangedLine) {
         } else {
             select();
         }
-        root.displayed = root.update_timer = 0;
+        root.displayed = 0;
+        vga_viewer_view(&root)->update_timer = 0;
         const std::vector<LOOK> after = looks(root, model);
         for (size_t line = 0; line < std::max(before.size(), after.size()); ++line) {
             NB_INT noted = 0;

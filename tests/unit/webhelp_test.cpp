@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgachild.h"
-#include "vgaglob.h"
 #include "vgahelpw.h"
 #include "vgamsgs.h"
 #include <cerrno>

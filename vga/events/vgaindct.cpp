@@ -4,7 +4,6 @@
 #include "vgaglob.h"
 #include "vgahooks.h"
 #include "vgaindre.h"
-#include "vgamsgs.h"
 #include "vgarec.h"
 #include "vgaslimt.h"
 #include <algorithm>
@@ -43,20 +42,14 @@ VGA_NODE *node_of_target(NB_ULONG target) {
     return found;
 }
 
-/* A single node ends the program with it; in a domain the others go on. */
-NB_VOID node_dead_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
-    if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_hooks.stop != nullptr) {
-        gvga_hooks.stop();
-    }
-}
-
 NB_VOID node_died(VGA_NODE *node) {
     if (gvga_system->config_target == node->target) {
         gvga_system->config_target = 0;
         std::fill(std::begin(gvga_system->config_name), std::end(gvga_system->config_name), '\0');
     }
-    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, nullptr, node_dead_info_cb, 0,
-                            "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
+    if (gvga_hooks.node_died != nullptr) {
+        gvga_hooks.node_died(node);
+    }
     if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
         vga_free_node_resources(node, 1, nullptr);
     }

@@ -1,16 +1,5 @@
 #include "vgaglob.h"
 
-XtAppContext gvga_appcontext;
-Widget gvga_toplevel;
-Display *gvga_display;
-Screen *gvga_screen;
-Window gvga_root_window;
-Atom gvga_close_atom;
-MrmHierarchy gvga_uil_hierarchy;
-XrmDatabase gvga_resource_database;
-XrmDatabase gvga_local_database;
-NB_CHAR gvga_local_db_file[301];
-
 NB_USHORT gvga_supported[VGA_SUPPORTED_COUNT];
 VGA_LEAD_DIALOG gvga_lead_dialogs[VGA_LEAD_DIALOG_COUNT] = {
     {1, ".displayLead3270"},        {1, ".displayLead3270Printer"}, {1, ".displayLead3270RJE"},
@@ -23,6 +12,7 @@ NB_USHORT gvga_impl_sdlc, gvga_impl_qllc, gvga_impl_tr, gvga_impl_fddi, gvga_imp
 
 NB_ULONG gvga_querybuf_size = 65535;
 NB_CHAR gvga_web_browser[201];
+NB_CHAR gvga_verb_log_file[201];
 NB_USHORT gvga_variant_x, gvga_variant_y;
 NB_USHORT gvga_display_names;
 NB_USHORT gvga_read_only;
@@ -31,7 +21,6 @@ const NB_UCHAR gvga_null_name[2] = {0, 0};
 
 static const NB_CHAR main_file[] = "../../p/vga/vgamain";
 
-const VGA_EXIT_POINT gvga_exit_start = {main_file, 177};
 const VGA_EXIT_POINT gvga_exit_bad_indication = {"../../p/vga/vgautil", 385};
 const VGA_EXIT_POINT gvga_exit_back_end = {main_file, 451};
 const VGA_EXIT_POINT gvga_exit_system_window = {main_file, 243};

@@ -1,4 +1,4 @@
-/* What every module of the program may read: the toolkit's handles, the options, the exit request.
+/* What every module of the program may read: the options and the exit request.
  * Set by start-up (vgamain, vgafront) and the option reader; nobody else writes them, but for the
  * exit request, which is made through vga_request_exit. */
 #ifndef VGAGLOB_H
@@ -6,24 +6,6 @@
 
 #include "nbbase.h"
 #include "nbtypes.h"
-#include <Mrm/MrmPublic.h>
-#include <X11/Intrinsic.h>
-#include <X11/Xresource.h>
-
-#define VGA_CLASS "Quiladmin"
-
-/* The toolkit. */
-
-extern XtAppContext gvga_appcontext; /* null in a test without a display */
-extern Widget gvga_toplevel;
-extern Display *gvga_display;
-extern Screen *gvga_screen;
-extern Window gvga_root_window;
-extern Atom gvga_close_atom; /* WM_DELETE_WINDOW */
-extern MrmHierarchy gvga_uil_hierarchy;
-extern XrmDatabase gvga_resource_database;
-extern XrmDatabase gvga_local_database; /* the user's own file, already merged; null without one */
-extern NB_CHAR gvga_local_db_file[301];
 
 /* Options. */
 
@@ -49,6 +31,7 @@ extern NB_USHORT gvga_impl_sdlc, gvga_impl_qllc, gvga_impl_tr, gvga_impl_fddi, g
 
 extern NB_ULONG gvga_querybuf_size; /* bytes, 2048..65535 */
 extern NB_CHAR gvga_web_browser[201];
+extern NB_CHAR gvga_verb_log_file[201]; /* empty: verbs are not logged */
 extern NB_USHORT gvga_variant_x, gvga_variant_y;
 extern NB_USHORT gvga_display_names; /* titles carry the dialog's UID name */
 extern NB_USHORT gvga_read_only;     /* the operator may look but not change */
@@ -86,9 +69,9 @@ struct VGA_EXIT_POINT {
     const NB_CHAR *file;
     NB_INT line;
 };
-extern const VGA_EXIT_POINT gvga_exit_start, gvga_exit_bad_indication, gvga_exit_back_end,
-    gvga_exit_system_window, gvga_exit_node_window, gvga_exit_no_node, gvga_exit_closed,
-    gvga_exit_closed_later, gvga_exit_report_read;
+extern const VGA_EXIT_POINT gvga_exit_bad_indication, gvga_exit_back_end, gvga_exit_system_window,
+    gvga_exit_node_window, gvga_exit_no_node, gvga_exit_closed, gvga_exit_closed_later,
+    gvga_exit_report_read;
 
 /* Likewise, the place of the assertion about an indication that nothing handles. */
 extern const VGA_EXIT_POINT gvga_unhandled_indication;

@@ -3,12 +3,10 @@
 #include "vgaglob.h"
 #include "vgahooks.h"
 #include "vgavlog.h"
-#include <Xm/Xm.h>
 #include <cstring>
 
 NB_LQE gvga_nof_queue = {&gvga_nof_queue, &gvga_nof_queue};
 NB_LQE gvga_immediate_nof_queue = {&gvga_immediate_nof_queue, &gvga_immediate_nof_queue};
-NB_USHORT gvga_display_dirty;
 
 namespace {
 
@@ -240,18 +238,15 @@ NB_VOID vga_set_buf_ptr(NAP_VCB *vcb, NB_VOID *buffer) {
     memcpy(reinterpret_cast<NB_UCHAR *>(vcb) + NAP_BUF_PTR_OFFSET, &buffer, sizeof(buffer));
 }
 
-NB_VOID vga_null_timeout_proc(NB_VOID *, unsigned long *) {}
-
 NB_VOID vga_wake_main_loop(NB_VOID) {
-    if (gvga_appcontext != nullptr) {
-        XtAppAddTimeOut(gvga_appcontext, 0, vga_null_timeout_proc, nullptr);
+    if (gvga_hooks.wake != nullptr) {
+        gvga_hooks.wake();
     }
 }
 
 NB_VOID vga_flush_display(NB_VOID) {
-    if (gvga_toplevel != nullptr && gvga_display_dirty) {
-        gvga_display_dirty = 0;
-        XmUpdateDisplay(gvga_toplevel);
+    if (gvga_hooks.flush != nullptr) {
+        gvga_hooks.flush();
     }
 }
 

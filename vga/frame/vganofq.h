@@ -75,16 +75,12 @@ NB_VOID vga_free_querybuf(NAP_VCB *vcb);
 NB_VOID *vga_buf_ptr(const NAP_VCB *vcb);
 NB_VOID vga_set_buf_ptr(NAP_VCB *vcb, NB_VOID *buffer);
 
-/* An empty timer routine: makes a blocked main loop go round. */
-NB_VOID vga_null_timeout_proc(NB_VOID *data, unsigned long *id);
-
-/* Adds a timer of no length with that routine; nothing without a display. */
+/* Has a main loop that waits go round once more. */
 NB_VOID vga_wake_main_loop(NB_VOID);
 
 /* Makes the screen current before an answer is handled, if something was drawn or exposed since the
- * last time (it costs a round trip).  Nothing without a display. */
+ * last time (it costs a round trip).  Nothing without a screen. */
 NB_VOID vga_flush_display(NB_VOID);
-extern NB_USHORT gvga_display_dirty;
 
 NB_USHORT vga_verb_succeeded(const NAP_VCB *vcb); /* NAP_OK or NAP_INDICATION */
 

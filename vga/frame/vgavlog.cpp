@@ -1,7 +1,7 @@
 #include "vgavlog.h"
 #include "nbbase.h"
 #include "nofverbs.h"
-#include "vgares.h"
+#include "vgaglob.h"
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -20,8 +20,6 @@ namespace {
 constexpr NB_ULONG log_problem = 0x4002000C;
 enum LOG_PROBLEM : NB_USHORT { NOT_OPENED, NOT_WRITTEN };
 
-constexpr NB_USHORT max_path = 200;
-
 using CLOCK = std::chrono::steady_clock;
 
 /* What the log must remember of a verb until its answer. */
@@ -31,8 +29,6 @@ struct JOURNEY {
     NB_USHORT purged;
 };
 std::unordered_map<const NAP_VCB *, JOURNEY> journeys;
-
-NB_CHAR log_path[max_path + 1];
 
 /* Names. */
 
@@ -333,7 +329,7 @@ NB_USHORT add_rest(std::string &line, VGA_VERB_EVENT event, const NAP_VCB *vcb) 
 }
 
 NB_VOID report(NB_USHORT detail) {
-    nba_pd_print_exception(log_problem, detail, "s s", log_path, strerror(errno));
+    nba_pd_print_exception(log_problem, detail, "s s", gvga_verb_log_file, strerror(errno));
 }
 
 NB_VOID write_line(std::string &line) {
@@ -348,13 +344,12 @@ NB_VOID write_line(std::string &line) {
 
 NB_VOID vga_open_verb_log(NB_VOID) {
     vga_close_verb_log();
-    vga_get_resource_string(".verbLog", "", log_path, max_path);
-    if (log_path[0] == '\0') {
+    if (gvga_verb_log_file[0] == '\0') {
         return;
     }
     /* A pipe without a reader must not hold the program. */
     const NB_INT flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    const NB_INT file = open(log_path, flags, 0644);
+    const NB_INT file = open(gvga_verb_log_file, flags, 0644);
     if (file >= 0) {
         gvga_verb_log = fdopen(file, "a");
     }

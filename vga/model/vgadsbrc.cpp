@@ -3,7 +3,6 @@
 #include "vgadsbld.h"
 #include "vgadsbst.h"
 #include "vgadsqry.h"
-#include "vgaglob.h"
 #include "vganofbd.h"
 #include <algorithm>
 #include <array>

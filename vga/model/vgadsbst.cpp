@@ -3,7 +3,6 @@
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgadsqry.h"
-#include "vgaglob.h"
 #include "vgahooks.h"
 #include "vganofbd.h"
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "vgadsnew.h"
 #include "vgadsqry.h"
+#include "vgahooks.h"
 #include <cstring>
 
 namespace {

@@ -8,11 +8,13 @@
 #ifndef VGAMODEL_H
 #define VGAMODEL_H
 
+#include "linetypes.h"
+#include "nbbase.h"
 #include "nofrec.h"
 #include "ntlavl.h"
-#include "vgadgutl.h"
-#include "vgaviewr.h"
+#include "selection.h"
 
+struct VGA_DIALOG; /* of the dialog framework, to which it is left */
 struct VGA_NODE;
 struct VGA_DLC;
 struct VGA_PORT;

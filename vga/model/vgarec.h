@@ -9,7 +9,7 @@
 #ifndef VGAREC_H
 #define VGAREC_H
 
-#include "vgadgutl.h"
+#include "vgahooks.h"
 #include "vgamodel.h"
 #include "vganofq.h"
 #include <algorithm>
@@ -213,11 +213,10 @@ template <class Record> NB_VOID vga_delete_record(Record *record) {
         vga_record_changed(record, VGA_RECORD_GONE);
     }
     if (VGA_DIALOG *dialog = record->gui_data.dialog) {
-        if (dialog->parent_item != record) {
+        if (gvga_hooks.record_leaves_dialog != nullptr &&
+            gvga_hooks.record_leaves_dialog(dialog, record) == 0) {
             v0_assert(__FILE__, __LINE__, VGA_RECORD_TYPE<Record>::dialog_text);
         }
-        dialog->parent_item = nullptr;
-        vga_close_children(dialog, 0, 1);
     }
     if (record->gui_data.listed) {
         vga_delete_viewer(VGA_RECORD_TYPE<Record>::line(*record).root, &record->gui_data.viewer);

@@ -1,4 +1,5 @@
 #include "vgadgmsg.h"
+#include "toolkit.h"
 #include "vgadgkey.h"
 #include "vgadgsym.h"
 #include "vgaglob.h"

@@ -1,6 +1,6 @@
 #include "vgadgsym.h"
 #include "boxsymbols.h"
-#include "vgaglob.h"
+#include "toolkit.h"
 #include "vgagraph.h"
 #include <X11/Xutil.h>
 #include <cstdlib>

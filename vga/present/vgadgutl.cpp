@@ -1,4 +1,5 @@
 #include "vgadgutl.h"
+#include "toolkit.h"
 #include "vgachkcb.h"
 #include "vgadgfrm.h"
 #include "vgadgkey.h"
@@ -292,6 +293,30 @@ NB_VOID call_window_action(NB_VOID *window, VGA_VIEWER_ACTION action, Widget wid
     }
 }
 
+/* For the hooks. */
+
+NB_VOID tell_dialogs(NB_VOID *item, VGA_RECORD_CHANGE what) {
+    for (const VGA_UID_DESC &row : gvga_uid_desc) {
+        if (row.record_changed == nullptr) {
+            continue;
+        }
+        /* Descriptors are never freed, so a dialog that closes meanwhile does not break the walk.
+         */
+        for (VGA_DIALOG *desc = row.first_desc; desc != nullptr; desc = desc->next_desc) {
+            if (desc->in_use != 0) {
+                row.record_changed(desc, item, what);
+            }
+        }
+    }
+}
+
+NB_USHORT record_leaves_dialog(VGA_DIALOG *dialog, const NB_VOID *record) {
+    const NB_USHORT was_shown = dialog->parent_item == record;
+    dialog->parent_item = nullptr;
+    vga_close_children(dialog, 0, 1);
+    return was_shown;
+}
+
 } // namespace
 
 /* Start and end. */
@@ -302,6 +327,8 @@ NB_VOID vga_init_dialogs(NB_VOID) {
         gvga_uid_desc[ii].first_desc = gvga_uid_desc[ii].last_desc = nullptr;
     }
     gvga_viewer_window_action = call_window_action;
+    gvga_hooks.record_changed = tell_dialogs;
+    gvga_hooks.record_leaves_dialog = record_leaves_dialog;
     vga_watch_shells();
     if (gvga_toplevel != nullptr) {
         vga_set_font_units(gvga_toplevel);
@@ -531,19 +558,4 @@ VGA_DIALOG *vga_get_dialog_from_widget(Widget widget) {
         }
     }
     return nullptr;
-}
-
-NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what) {
-    for (const VGA_UID_DESC &row : gvga_uid_desc) {
-        if (row.record_changed == nullptr) {
-            continue;
-        }
-        /* Descriptors are never freed, so a dialog that closes meanwhile does not break the walk.
-         */
-        for (VGA_DIALOG *desc = row.first_desc; desc != nullptr; desc = desc->next_desc) {
-            if (desc->in_use != 0) {
-                row.record_changed(desc, item, what);
-            }
-        }
-    }
 }

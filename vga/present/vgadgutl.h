@@ -11,6 +11,7 @@
 
 #include "nbbase.h"
 #include "nbtypes.h"
+#include "vgahooks.h"
 #include <Mrm/MrmPublic.h>
 #include <X11/Intrinsic.h>
 #include <Xm/Xm.h>
@@ -119,13 +120,6 @@ enum VGA_DIALOG_KIND : NB_ULONG {
     VGA_KIND_MAIN,   /* a window with an application shell of its own */
     VGA_KIND_DIALOG, /* a dialog over its parent */
     VGA_KIND_MODAL,  /* the same, and the program's other windows wait for it */
-};
-
-/* What happened to a record. */
-enum VGA_RECORD_CHANGE : NB_USHORT {
-    VGA_RECORD_ADDED,
-    VGA_RECORD_CHANGED, /* its definition or its status */
-    VGA_RECORD_GONE,    /* about to be freed: forget it now */
 };
 
 /* One row.  Null functions: the window has no such thing; without `get_widgets` fetching the row
@@ -238,7 +232,8 @@ extern VGA_DIALOG *gvga_main_dialog;
 /* Life of a dialog. */
 
 /* Start-up: checks that the table is in order (an assertion for each row that is not), empties the
- * lists of descriptors, and hands the viewer the actions of its windows. */
+ * lists of descriptors, hands the viewer the actions of its windows, and takes the two hooks that
+ * tell dialogs of records. */
 NB_VOID vga_init_dialogs(NB_VOID);
 
 /* The end: frees every descriptor with its handle and its waiting messages.  Widgets are left to
@@ -297,9 +292,6 @@ VGA_DIALOG *vga_get_dialog_from_widget(Widget widget);
 
 /* Calls `visit` for every descriptor that exists, open or closed. */
 NB_VOID vga_for_each_dialog(NB_VOID (*visit)(VGA_DIALOG *desc, NB_VOID *data), NB_VOID *data);
-
-/* Tells every open window and dialog that a record was added, changed or is about to go. */
-NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what);
 
 #include "vgadgfw.h"
 #include "vgadgmsg.h"

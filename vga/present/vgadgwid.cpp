@@ -1,5 +1,6 @@
 #include "vgadgwid.h"
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgaglob.h"
 #include "vgares.h"

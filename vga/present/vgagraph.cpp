@@ -1,5 +1,6 @@
 #include "vgagraph.h"
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"
 #include "vgares.h"

@@ -1,5 +1,6 @@
 #include "vgahelpd.h"
 #include "help.h"
+#include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgaglob.h"
 #include "vgahelpw.h"

@@ -1,7 +1,7 @@
 #include "vgahour.h"
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgaglob.h"
 #include "vgaxt.h"
 #include <X11/cursorfont.h>
 

@@ -1,5 +1,5 @@
 #include "vgalook.h"
-#include "vgaglob.h"
+#include "toolkit.h"
 #include "vgaxt.h"
 #include <Xm/Label.h>
 #include <Xm/Screen.h>

@@ -1,7 +1,7 @@
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgadgfw.h"
 #include "vgagraph.h"
-#include "vganofq.h"
 #include "vgaviewi.h"
 #include <Xm/ScrollBar.h>
 #include <Xm/ScrolledW.h>
@@ -17,7 +17,7 @@ constexpr NB_ULONG icon_gap = 4; // pixels between icon and text
 /* Where a line is being drawn: a pixmap of one line, so that the window never shows it half done.
  */
 struct PEN {
-    VGA_VIEWER_ROOT *root;
+    VGA_VIEWER_VIEW *view;
     Display *display;
     Drawable drawable;
     GC gc;
@@ -56,7 +56,7 @@ NB_VOID draw_text(const PEN &pen, const NB_CHAR *text) {
     VGA_VIEWER_RUN run;
     while (vga_viewer_next_run(&text, &column, &run) != 0) {
         const NB_INT x = pen.x + static_cast<NB_INT>(run.column * gvga_viewer_char_width);
-        if (run.length == 0 || x >= static_cast<NB_INT>(pen.root->window_width)) {
+        if (run.length == 0 || x >= static_cast<NB_INT>(pen.view->window_width)) {
             continue;
         }
         // Coordinates have 16 bits, so what ends left of the window is not even tried.
@@ -86,14 +86,15 @@ NB_ULONG width_with_last(const VGA_VIEWER_RUN &last) {
 }
 
 /* The width is taken when the line is first drawn, and the content is at least as wide. */
-NB_VOID measure(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, const VGA_VIEWER_RUN &last) {
+NB_VOID measure(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, const VGA_VIEWER_RUN &last) {
     if (item->laid_out == 0) {
         item->laid_out = 1;
-        item->line_width = vga_viewer_left_width(vga_viewer_type(item)) + width_with_last(last);
+        item->line_width =
+            vga_viewer_left_width(vga_viewer_type(item->type)) + width_with_last(last);
     }
-    if (item->line_width > root->content_width) {
-        root->content_width = item->line_width;
-        root->bars_due = 1;
+    if (item->line_width > view->content_width) {
+        view->content_width = item->line_width;
+        view->bars_due = 1;
     }
 }
 
@@ -101,44 +102,44 @@ NB_VOID measure(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, const VGA_VIEWER_R
  * is ground.  The text is taken as if each of its bytes had a column of its own, which costs no
  * measuring and in a fixed pitch is never too little; for another font there is the measured width.
  */
-NB_ULONG inked_width(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item,
+NB_ULONG inked_width(const VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *item,
                      const VGA_VIEWER_DESC *desc, const VGA_VIEWER_RUN &last) {
-    if (desc->decor_cb != nullptr || root->outline_viewer == item) {
-        return root->window_width;
+    if (desc->decor_cb != nullptr || view->root->outline_viewer == item) {
+        return view->window_width;
     }
     const NB_ULONG columns = last.column + static_cast<NB_ULONG>(last.length);
     const NB_ULONG right =
         std::max(vga_viewer_left_width(desc) + columns * gvga_viewer_char_width, item->line_width);
-    return std::clamp<NB_ULONG>(right, root->x_offset, root->x_offset + root->window_width) -
-           root->x_offset;
+    return std::clamp<NB_ULONG>(right, view->x_offset, view->x_offset + view->window_width) -
+           view->x_offset;
 }
 
-NB_VOID vga_draw_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_INT window_y) {
-    const VGA_VIEWER_DESC *desc = vga_viewer_type(item);
+NB_VOID vga_draw_viewer(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, NB_INT window_y) {
+    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
     const bool selected = item->selected != 0;
-    PEN pen = {root,
-               XtDisplay(root->draw_widget),
-               root->line_pixmap,
+    PEN pen = {view,
+               XtDisplay(view->draw_widget),
+               view->line_pixmap,
                selected ? gvga_inverted_gc : gvga_normal_gc,
                selected ? gvga_inverted_pixmaps : gvga_pixmaps,
-               -static_cast<NB_INT>(root->x_offset)};
+               -static_cast<NB_INT>(view->x_offset)};
     const GC ground = selected ? gvga_normal_gc : gvga_inverted_gc;
-    const Window window = XtWindow(root->draw_widget);
-    const unsigned width = static_cast<unsigned>(root->window_width);
+    const Window window = XtWindow(view->draw_widget);
+    const unsigned width = static_cast<unsigned>(view->window_width);
     const unsigned height = static_cast<unsigned>(gvga_viewer_item_height);
     NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
     vga_viewer_line_text(item, text);
     const VGA_VIEWER_RUN last = last_run(text);
-    measure(root, item, last);
-    const unsigned inked = static_cast<unsigned>(inked_width(root, item, desc, last));
+    measure(view, item, last);
+    const unsigned inked = static_cast<unsigned>(inked_width(view, item, desc, last));
     if (inked != 0) {
         XFillRectangle(pen.display, pen.drawable, ground, 0, 0, inked, height);
         draw_icons(&pen, item, desc);
         draw_text(pen, text);
         if (desc->decor_cb != nullptr) {
-            desc->decor_cb(item->data, root->draw_widget, pen.drawable, pen.x, 0, pen.gc);
+            desc->decor_cb(item->data, view->draw_widget, pen.drawable, pen.x, 0, pen.gc);
         }
-        if (root->outline_viewer == item) {
+        if (view->root->outline_viewer == item) {
             XDrawRectangle(pen.display, pen.drawable, gvga_outline_gc, 0, 0, width - 1, height - 1);
         }
         XCopyArea(pen.display, pen.drawable, window, gvga_normal_gc, 0, 0, inked, height, 0,
@@ -153,73 +154,69 @@ NB_VOID vga_draw_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_INT win
 /* A band of lines. */
 
 /* Makes the pixmap wide enough; 0 without a window to draw in. */
-bool ready_to_draw(VGA_VIEWER_ROOT *root) {
-    if (!XtIsRealized(root->draw_widget) || gvga_viewer_item_height == 0 ||
-        gvga_normal_gc == nullptr || root->window_width < 2) {
+bool ready_to_draw(VGA_VIEWER_VIEW *view) {
+    if (!XtIsRealized(view->draw_widget) || gvga_viewer_item_height == 0 ||
+        gvga_normal_gc == nullptr || view->window_width < 2) {
         return false;
     }
-    if (root->line_pixmap_width < root->window_width) {
-        Display *const display = XtDisplay(root->draw_widget);
-        if (root->line_pixmap != 0) {
-            XFreePixmap(display, root->line_pixmap);
+    if (view->line_pixmap_width < view->window_width) {
+        Display *const display = XtDisplay(view->draw_widget);
+        if (view->line_pixmap != 0) {
+            XFreePixmap(display, view->line_pixmap);
         } else {
             // Or the server would blank the window whenever a scroll bar comes or goes.
             XSetWindowAttributes attributes;
             attributes.bit_gravity = NorthWestGravity;
-            XChangeWindowAttributes(display, XtWindow(root->draw_widget), CWBitGravity,
+            XChangeWindowAttributes(display, XtWindow(view->draw_widget), CWBitGravity,
                                     &attributes);
         }
         NB_INT depth = 0;
-        XtVaGetValues(root->draw_widget, XmNdepth, &depth, nullptr);
-        root->line_pixmap_width = root->window_width;
-        root->line_pixmap = XCreatePixmap(
-            display, XtWindow(root->draw_widget), static_cast<unsigned>(root->window_width),
+        XtVaGetValues(view->draw_widget, XmNdepth, &depth, nullptr);
+        view->line_pixmap_width = view->window_width;
+        view->line_pixmap = XCreatePixmap(
+            display, XtWindow(view->draw_widget), static_cast<unsigned>(view->window_width),
             static_cast<unsigned>(gvga_viewer_item_height), static_cast<unsigned>(depth));
     }
     return true;
 }
 
 /* Draws the lines of the band that the window shows, and the ground below the last line. */
-NB_VOID vga_viewer_redraw(VGA_VIEWER_ROOT *root, VGA_VIEWER_BAND band) {
+NB_VOID vga_viewer_redraw(VGA_VIEWER_VIEW *view, VGA_VIEWER_BAND band) {
     const NB_ULONG height = gvga_viewer_item_height;
-    const NB_ULONG first = root->y_offset / height;
-    const NB_ULONG shown = (root->window_height + height - 1) / height;
+    const NB_ULONG first = view->y_offset / height;
+    const NB_ULONG shown = (view->window_height + height - 1) / height;
     const NB_ULONG end = std::min(band.bottom, first + shown);
     NB_ULONG line = std::max(band.top, first);
     if (line >= end) {
         return;
     }
-    VGA_VIEWER_ITEM *item = vga_viewer_find_line(root, line);
+    VGA_VIEWER_ITEM *item = vga_viewer_find_line(view->root, line);
     for (; item != nullptr && line < end; ++line) {
-        vga_draw_viewer(root, item, static_cast<NB_INT>((line - first) * height));
-        item = vga_viewer_next_line(root, item);
+        vga_draw_viewer(view, item, static_cast<NB_INT>((line - first) * height));
+        item = vga_viewer_get_next_item(view->root, item);
     }
     if (line < end) {
-        XFillRectangle(XtDisplay(root->draw_widget), XtWindow(root->draw_widget), gvga_inverted_gc,
+        XFillRectangle(XtDisplay(view->draw_widget), XtWindow(view->draw_widget), gvga_inverted_gc,
                        0, static_cast<NB_INT>((line - first) * height),
-                       static_cast<unsigned>(root->window_width),
+                       static_cast<unsigned>(view->window_width),
                        static_cast<unsigned>((end - line) * height));
     }
     gvga_display_dirty = 1;
 }
 
-NB_VOID draw_marked(VGA_VIEWER_ROOT *root) {
+NB_VOID draw_marked(VGA_VIEWER_VIEW *view) {
     VGA_VIEWER_BAND bands[VGA_VIEWER_BANDS];
-    const NB_USHORT count = root->dirty_count;
-    std::copy_n(root->dirty, count, bands);
-    root->dirty_count = 0;
-    if (ready_to_draw(root)) {
+    const NB_USHORT count = view->root->dirty_count;
+    std::copy_n(view->root->dirty, count, bands);
+    view->root->dirty_count = 0;
+    if (ready_to_draw(view)) {
         for (NB_USHORT i = 0; i < count; ++i) {
-            vga_viewer_redraw(root, bands[i]);
+            vga_viewer_redraw(view, bands[i]);
         }
     }
 }
 
 /* Scroll bars. */
-
-NB_ULONG lines_height(const VGA_VIEWER_ROOT *root) {
-    return vga_viewer_list_lines(&root->top_items) * gvga_viewer_item_height;
-}
 
 /* A scroll bar that the operator holds keeps the gesture up for ever once it is gone. */
 NB_VOID vga_viewer_remove_scroll_bar(Widget bar) {
@@ -266,126 +263,137 @@ NB_ULONG bar_room(Widget bar, const NB_CHAR *dimension) {
     return NB_ULONG{size} + spacing;
 }
 
-NB_VOID vga_viewer_set_scroll_bars(VGA_VIEWER_ROOT *root) {
-    root->bars_due = 0;
-    vga_viewer_read_size(root);
+NB_VOID vga_viewer_set_scroll_bars(VGA_VIEWER_VIEW *view) {
+    view->bars_due = 0;
+    vga_viewer_read_size(view);
     VGA_VIEWER_FIT fit = {};
-    fit.hbar_height = bar_room(root->hscroll, XmNheight);
-    fit.vbar_width = bar_room(root->vscroll, XmNwidth);
-    fit.full_width = root->window_width + (XtIsManaged(root->vscroll) ? fit.vbar_width : 0);
-    fit.full_height = root->window_height + (XtIsManaged(root->hscroll) ? fit.hbar_height : 0);
-    fit.content_width = root->content_width;
-    fit.lines_height = lines_height(root);
+    fit.hbar_height = bar_room(view->hscroll, XmNheight);
+    fit.vbar_width = bar_room(view->vscroll, XmNwidth);
+    fit.full_width = view->window_width + (XtIsManaged(view->vscroll) ? fit.vbar_width : 0);
+    fit.full_height = view->window_height + (XtIsManaged(view->hscroll) ? fit.hbar_height : 0);
+    fit.content_width = view->content_width;
+    fit.lines_height = vga_viewer_list_lines(&view->root->top_items) * gvga_viewer_item_height;
     vga_viewer_fit(&fit);
     const NB_ULONG width = fit.full_width - (fit.vbar != 0 ? fit.vbar_width : 0);
     const NB_ULONG height = fit.full_height - (fit.hbar != 0 ? fit.hbar_height : 0);
-    set_scroll_bar(root->vscroll, fit.vbar != 0,
+    set_scroll_bar(view->vscroll, fit.vbar != 0,
                    vga_viewer_content_height(fit.lines_height, height, gvga_viewer_item_height),
-                   height, root->y_offset, gvga_viewer_item_height);
-    set_scroll_bar(root->hscroll, fit.hbar != 0, root->content_width, width, root->x_offset,
+                   height, view->y_offset, gvga_viewer_item_height);
+    set_scroll_bar(view->hscroll, fit.hbar != 0, view->content_width, width, view->x_offset,
                    gvga_viewer_char_width);
-    if (vga_viewer_read_size(root) != 0) {
-        vga_viewer_mark_all(root);
+    if (vga_viewer_read_size(view) != 0) {
+        vga_viewer_mark_all(view);
     }
-    vga_viewer_set_offsets(root, root->x_offset, root->y_offset, nullptr);
+    vga_viewer_set_offsets(view, view->x_offset, view->y_offset, nullptr);
 }
 
 NB_VOID vga_viewer_scrollbar_timer(XtPointer client_data, XtIntervalId *) {
-    const NB_ULONG handle = static_cast<NB_ULONG>(reinterpret_cast<uintptr_t>(client_data));
-    if (VGA_VIEWER_ROOT *root = static_cast<VGA_VIEWER_ROOT *>(nba_validate_handle(handle))) {
-        root->update_timer = 0;
-        vga_viewer_update_now(root);
+    if (VGA_VIEWER_VIEW *view = vga_viewer_view_of_timer(client_data)) {
+        view->update_timer = 0;
+        vga_viewer_update_now(view->root);
     }
 }
 
 } // namespace
 
+VGA_VIEWER_VIEW *vga_viewer_view_of_timer(XtPointer client_data) {
+    const NB_ULONG handle = static_cast<NB_ULONG>(reinterpret_cast<uintptr_t>(client_data));
+    const auto *root = static_cast<VGA_VIEWER_ROOT *>(nba_validate_handle(handle));
+    return root != nullptr ? root->view : nullptr;
+}
+
 NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
+    VGA_VIEWER_VIEW *view = root->view;
+    if (view == nullptr) {
+        return;
+    }
     // Drawing may find a wider line, and a bar that comes or goes changes the window.
     constexpr NB_INT most_rounds = 4;
-    for (NB_INT round = 0; round < most_rounds && root->displayed != 0; ++round) {
-        if (root->bars_due != 0) {
-            vga_viewer_set_scroll_bars(root);
+    for (NB_INT round = 0; round < most_rounds && view->root->displayed != 0; ++round) {
+        if (view->bars_due != 0) {
+            vga_viewer_set_scroll_bars(view);
         }
-        if (root->dirty_count != 0) {
-            draw_marked(root);
+        if (view->root->dirty_count != 0) {
+            draw_marked(view);
         }
-        if (root->bars_due == 0 && root->dirty_count == 0) {
+        if (view->bars_due == 0 && view->root->dirty_count == 0) {
             break;
         }
     }
-    if (root->bars_due != 0 || root->dirty_count != 0) {
-        vga_viewer_schedule(root);
-    } else if (root->update_timer != 0) {
-        XtRemoveTimeOut(root->update_timer);
-        root->update_timer = 0;
+    if (view->bars_due != 0 || view->root->dirty_count != 0) {
+        vga_viewer_schedule(view);
+    } else if (view->update_timer != 0) {
+        XtRemoveTimeOut(view->update_timer);
+        view->update_timer = 0;
     }
 }
 
-NB_VOID vga_viewer_schedule(VGA_VIEWER_ROOT *root) {
-    if (root->displayed != 0 && root->update_timer == 0 &&
-        (root->dirty_count != 0 || root->bars_due != 0)) {
-        root->update_timer = XtAppAddTimeOut(
-            XtWidgetToApplicationContext(root->draw_widget), 0, vga_viewer_scrollbar_timer,
-            reinterpret_cast<XtPointer>(static_cast<uintptr_t>(root->handle)));
+NB_VOID vga_viewer_schedule(VGA_VIEWER_VIEW *view) {
+    if (view->root->displayed != 0 && view->update_timer == 0 &&
+        (view->root->dirty_count != 0 || view->bars_due != 0)) {
+        view->update_timer = XtAppAddTimeOut(
+            XtWidgetToApplicationContext(view->draw_widget), 0, vga_viewer_scrollbar_timer,
+            reinterpret_cast<XtPointer>(static_cast<uintptr_t>(view->root->handle)));
     }
 }
 
-NB_VOID vga_viewer_content_changed(VGA_VIEWER_ROOT *root) {
-    const NB_ULONG height = lines_height(root);
-    root->content_height = height;
-    if (root->displayed == 0) {
+NB_ULONG vga_viewer_get_content_height(const VGA_VIEWER_ROOT *root) {
+    const NB_ULONG height = vga_viewer_list_lines(&root->top_items) * gvga_viewer_item_height;
+    return root->displayed == 0 || root->view == nullptr
+               ? height
+               : vga_viewer_content_height(height, root->view->window_height,
+                                           gvga_viewer_item_height);
+}
+
+NB_VOID vga_viewer_content_changed(VGA_VIEWER_VIEW *view) {
+    if (view->root->displayed != 0) {
+        view->bars_due = 1;
+        vga_viewer_set_offsets(view, view->x_offset, view->y_offset, nullptr);
+        vga_viewer_schedule(view);
+    }
+}
+
+NB_VOID vga_viewer_set_offsets(VGA_VIEWER_VIEW *view, int64_t x, int64_t y, Widget bar) {
+    if (view->root->displayed == 0) {
         return;
     }
-    root->vscroll_shown = height > root->window_height;
-    root->content_height =
-        vga_viewer_content_height(height, root->window_height, gvga_viewer_item_height);
-    root->bars_due = 1;
-    vga_viewer_set_offsets(root, root->x_offset, root->y_offset, nullptr);
-    vga_viewer_schedule(root);
-}
-
-NB_VOID vga_viewer_set_offsets(VGA_VIEWER_ROOT *root, int64_t x, int64_t y, Widget bar) {
-    if (root->displayed == 0) {
-        return;
-    }
-    const NB_ULONG new_x = vga_viewer_clamp(x, root->content_width, root->window_width, 0);
-    const NB_ULONG new_y =
-        vga_viewer_clamp(y, root->content_height, root->window_height, gvga_viewer_item_height);
+    const NB_ULONG new_x = vga_viewer_clamp(x, view->content_width, view->window_width, 0);
+    const NB_ULONG new_y = vga_viewer_clamp(y, vga_viewer_get_content_height(view->root),
+                                            view->window_height, gvga_viewer_item_height);
     struct AXIS {
         NB_ULONG *offset, value;
         Widget bar;
-    } const axes[] = {{&root->x_offset, new_x, root->hscroll},
-                      {&root->y_offset, new_y, root->vscroll}};
+    } const axes[] = {{&view->x_offset, new_x, view->hscroll},
+                      {&view->y_offset, new_y, view->vscroll}};
     for (const AXIS &axis : axes) {
         if (*axis.offset == axis.value) {
             continue;
         }
         *axis.offset = axis.value;
-        vga_viewer_mark_all(root);
+        vga_viewer_mark_all(view);
         // A bar that is being dragged keeps the value that the pointer gives it.  One that is out
         // of date gets its value with the rest.
-        if (axis.bar != bar && root->bars_due == 0 && XtIsManaged(axis.bar)) {
+        if (axis.bar != bar && view->bars_due == 0 && XtIsManaged(axis.bar)) {
             XtVaSetValues(axis.bar, XmNvalue, static_cast<NB_INT>(axis.value), nullptr);
         }
     }
-    vga_viewer_schedule(root);
+    vga_viewer_schedule(view);
 }
 
-NB_USHORT vga_viewer_read_size(VGA_VIEWER_ROOT *root) {
+NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view) {
     Dimension width = 0, height = 0;
-    XtVaGetValues(root->draw_widget, XmNwidth, &width, XmNheight, &height, nullptr);
-    if (root->window_width == width && root->window_height == height) {
+    XtVaGetValues(view->draw_widget, XmNwidth, &width, XmNheight, &height, nullptr);
+    if (view->window_width == width && view->window_height == height) {
         return 0;
     }
-    root->window_width = width;
-    root->window_height = height;
-    vga_viewer_content_changed(root);
+    view->window_width = width;
+    view->window_height = height;
+    vga_viewer_content_changed(view);
     return 1;
 }
 
-NB_VOID vga_viewer_mark_all(VGA_VIEWER_ROOT *root) {
-    vga_viewer_mark(root, 0, VGA_VIEWER_TO_END);
+NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view) {
+    vga_viewer_mark(view->root, 0, VGA_VIEWER_TO_END);
 }
 
 NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
@@ -395,7 +403,7 @@ NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
 }
 
 NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
-    const VGA_VIEWER_DESC *desc = vga_viewer_type(item);
+    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
     NB_USHORT text_len = 0;
     if (desc->create_text != nullptr) {
         text_len = desc->create_text(item->data, buffer);
@@ -421,35 +429,35 @@ NB_VOID vga_viewer_add_underline(NB_VOID *, Widget widget, Drawable drawable, NB
 }
 
 NB_VOID vga_viewer_resize(Widget, XtPointer client_data, XtPointer) {
-    VGA_VIEWER_ROOT *root = static_cast<VGA_VIEWER_ROOT *>(client_data);
-    vga_viewer_read_size(root);
-    root->bars_due = 1;
-    vga_viewer_mark_all(root);
-    vga_viewer_schedule(root);
+    VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
+    vga_viewer_read_size(view);
+    view->bars_due = 1;
+    vga_viewer_mark_all(view);
+    vga_viewer_schedule(view);
 }
 
 NB_VOID vga_viewer_expose(Widget, XtPointer client_data, XtPointer call_data) {
-    VGA_VIEWER_ROOT *root = static_cast<VGA_VIEWER_ROOT *>(client_data);
+    VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
     const XEvent *event = static_cast<XmDrawnButtonCallbackStruct *>(call_data)->event;
     gvga_display_dirty = 1;
-    if (vga_viewer_read_size(root) != 0 || event == nullptr || event->type != Expose ||
+    if (vga_viewer_read_size(view) != 0 || event == nullptr || event->type != Expose ||
         gvga_viewer_item_height == 0) {
-        vga_viewer_mark_all(root);
+        vga_viewer_mark_all(view);
     } else {
         const NB_ULONG height = gvga_viewer_item_height;
-        const NB_ULONG top = root->y_offset + static_cast<NB_ULONG>(std::max(event->xexpose.y, 0));
+        const NB_ULONG top = view->y_offset + static_cast<NB_ULONG>(std::max(event->xexpose.y, 0));
         const NB_ULONG bottom = top + static_cast<NB_ULONG>(std::max(event->xexpose.height, 0));
-        vga_viewer_mark(root, top / height, (bottom + height - 1) / height);
+        vga_viewer_mark(view->root, top / height, (bottom + height - 1) / height);
     }
-    vga_viewer_schedule(root);
+    vga_viewer_schedule(view);
 }
 
 NB_VOID vga_viewer_scroll(Widget bar, XtPointer client_data, XtPointer call_data) {
-    VGA_VIEWER_ROOT *root = static_cast<VGA_VIEWER_ROOT *>(client_data);
+    VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
     const NB_INT value = static_cast<XmScrollBarCallbackStruct *>(call_data)->value;
-    const bool vertical = bar == root->vscroll;
-    vga_viewer_set_offsets(root, vertical ? root->x_offset : value,
-                           vertical ? value : root->y_offset, bar);
+    const bool vertical = bar == view->vscroll;
+    vga_viewer_set_offsets(view, vertical ? view->x_offset : value,
+                           vertical ? value : view->y_offset, bar);
 }
 
 NB_VOID vga_viewer_scroll_drag(Widget bar, XtPointer client_data, XtPointer call_data) {

@@ -1,5 +1,5 @@
 #include "vgawmhnt.h"
-#include "vgaglob.h"
+#include "toolkit.h"
 #include "windowicon.h"
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>

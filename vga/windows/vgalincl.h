@@ -9,6 +9,7 @@
 #ifndef VGALINCL_H
 #define VGALINCL_H
 
+#include "linelayout.h"
 #include "vgagraph.h"
 #include "vgamodel.h"
 #include "vgamsgs.h"

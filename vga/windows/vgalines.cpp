@@ -1,7 +1,7 @@
 #include "vgalines.h"
+#include "linelayout.h"
 #include "nbbase.h"
 #include "vgadsutl.h"
-#include "vgaglob.h"
 #include "vgamodel.h"
 #include "vgamsgs.h"
 #include <algorithm>

@@ -1,5 +1,4 @@
 #include "vganodew.h"
-#include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgahelpd.h"
 #include "vgahint.h"

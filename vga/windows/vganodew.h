@@ -13,6 +13,7 @@
 #include "vgamodel.h"
 #include "vgamsgs.h"
 #include "vganodwt.h"
+#include "vgaviewr.h"
 
 enum VGA_NODEW_PANE_ID : NB_USHORT {
     VGA_NODEW_TOP_PANE,    /* connectivity */

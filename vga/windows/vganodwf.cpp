@@ -1,5 +1,5 @@
 #include "vganodwf.h"
-#include "vgaglob.h"
+#include "toolkit.h"
 #include "vgagraph.h"
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 #include "vganodwm.h"
-#include "vgaglob.h"
+#include "toolkit.h"
 #include "vgagraph.h"
 #include "vganodwp.h"
 #include "vganodws.h"
@@ -23,7 +23,7 @@ NB_USHORT pane_of(const VGA_NODEW_DESC *desc, Widget list) {
 
 /* What the menu is for from now on. */
 NB_VOID aim(VGA_NODEW_DESC *desc, const VGA_VIEWER_ITEM *line) {
-    const VGA_VIEWER_DESC *type = line != nullptr ? vga_viewer_type(line) : nullptr;
+    const VGA_VIEWER_DESC *type = line != nullptr ? vga_viewer_type(line->type) : nullptr;
     if (type != nullptr && type->arm_cb != nullptr && line->selected == 0) {
         XmDrawnButtonCallbackStruct no_keys = {};
         type->arm_cb(line->data, &no_keys);
@@ -33,14 +33,14 @@ NB_VOID aim(VGA_NODEW_DESC *desc, const VGA_VIEWER_ITEM *line) {
 
 /* The list of the widget, whose pane is current now; null while nothing is shown or the first
  * button holds a line. */
-VGA_VIEWER_ROOT *list_to_aim_at(VGA_NODEW_DESC *desc, Widget widget) {
+VGA_VIEWER_VIEW *list_to_aim_at(VGA_NODEW_DESC *desc, Widget widget) {
     const NB_USHORT pane = pane_of(desc, widget);
     VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane);
-    if (root == nullptr || root->dragging != 0) {
+    if (root == nullptr || root->view == nullptr || root->view->dragging != 0) {
         return nullptr;
     }
     vga_nodew_select_pane(desc, pane, 1);
-    return root;
+    return root->view;
 }
 
 /* Comes before the handler that posts the menu. */
@@ -49,8 +49,9 @@ NB_VOID pressed(Widget widget, XtPointer client_data, XEvent *event, Boolean *) 
     if (vga_is_popup_press(event) == 0) {
         return;
     }
-    if (const VGA_VIEWER_ROOT *root = list_to_aim_at(desc, widget)) {
-        aim(desc, vga_find_viewer(root, static_cast<NB_LONG>(root->y_offset) + event->xbutton.y));
+    if (const VGA_VIEWER_VIEW *list = list_to_aim_at(desc, widget)) {
+        aim(desc,
+            vga_find_viewer(list->root, static_cast<NB_LONG>(list->y_offset) + event->xbutton.y));
     }
 }
 
@@ -63,23 +64,23 @@ bool asks_for_menu(XEvent *event) {
 
 NB_VOID key_pressed(Widget widget, XtPointer client_data, XEvent *event, Boolean *) {
     auto *desc = static_cast<VGA_NODEW_DESC *>(client_data);
-    VGA_VIEWER_ROOT *root =
+    VGA_VIEWER_VIEW *list =
         event->type == KeyPress && asks_for_menu(event) ? list_to_aim_at(desc, widget) : nullptr;
-    if (root == nullptr) {
+    if (list == nullptr) {
         return;
     }
-    const VGA_VIEWER_ITEM *line = root->outline_viewer;
+    const VGA_VIEWER_ITEM *line = list->root->outline_viewer;
     if (line == nullptr) {
-        line = vga_viewer_get_selected_viewer(root);
+        line = vga_viewer_get_selected_viewer(list->root);
     }
     NB_LONG y = 0;
     if (line != nullptr) {
-        vga_viewer_set_view(root, line);
-        y = vga_viewer_get_screen_pos(line) - static_cast<NB_LONG>(root->y_offset) +
+        vga_viewer_set_view(list->root, line);
+        y = vga_viewer_get_screen_pos(line) - static_cast<NB_LONG>(list->y_offset) +
             static_cast<NB_LONG>(gvga_viewer_item_height);
     }
     aim(desc, line);
-    y = std::clamp<NB_LONG>(y, 0, static_cast<NB_LONG>(root->window_height));
+    y = std::clamp<NB_LONG>(y, 0, static_cast<NB_LONG>(list->window_height));
     vga_post_popup_menu(widget, popup_of(desc), static_cast<NB_INT>(gvga_viewer_indent_width),
                         static_cast<NB_INT>(y));
 }

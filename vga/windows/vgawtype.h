@@ -2,6 +2,7 @@
 #ifndef VGAWTYPE_H
 #define VGAWTYPE_H
 
+#include "linetypes.h"
 #include "vgaviewr.h"
 #include <array>
 

@@ -1,7 +1,7 @@
-#include "vgaviewt.h"
-#include "vgaviewi.h"
+#include "tree.h"
+#include "nbbase.h"
+#include "selection.h"
 #include <algorithm>
-#include <cstring>
 
 VGA_VIEWER_ITEM gvga_viewer_first;
 
@@ -185,7 +185,7 @@ NB_VOID leave(VGA_VIEWER_LIST *list, VGA_VIEWER_ITEM *node) {
 }
 
 /* Carries a changed number of lines up, as far as it changes anything. */
-NB_VOID recount(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item) {
+NB_VOID recount(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
     for (; item != nullptr; item = item->parent) {
         NB_ULONG lines = 0;
         if (item->hidden == 0) {
@@ -199,18 +199,81 @@ NB_VOID recount(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item) {
             add_up(item);
             return;
         }
-        vga_viewer_add_up(vga_viewer_siblings(tree, item), item);
+        vga_viewer_add_up(vga_viewer_siblings(root, item), item);
     }
 }
 
 /* Notes everything from the item's line on, and the parent's line if its icon changes. */
-NB_VOID mark_from(VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item, NB_USHORT parent_too) {
-    if (tree->displayed != 0 && vga_viewer_is_visible(item) != 0) {
-        vga_viewer_mark(tree, vga_viewer_get_line(item), VGA_VIEWER_TO_END);
+NB_VOID mark_from(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item, NB_USHORT parent_too) {
+    if (root->displayed != 0 && vga_viewer_is_visible(item) != 0) {
+        vga_viewer_mark(root, vga_viewer_get_line(item), VGA_VIEWER_TO_END);
     }
     if (parent_too != 0 && item->parent != nullptr) {
-        vga_viewer_mark_item(tree, item->parent);
+        vga_viewer_mark_item(root, item->parent);
     }
+}
+
+NB_VOID tell_lines_changed(VGA_VIEWER_ROOT *root) {
+    if (root->view != nullptr) {
+        root->watcher->lines_changed(root->view);
+    }
+}
+
+NB_VOID set_expanded(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT state,
+                     NB_USHORT redraw) {
+    if (item->expanded != state) {
+        item->expanded = state;
+        recount(root, item);
+        if (redraw != 0) {
+            mark_from(root, item, 0);
+        }
+        tell_lines_changed(root);
+    }
+}
+
+/* Selection changes of a call are told to the window at its end. */
+class SELECTION_WATCH {
+public:
+    explicit SELECTION_WATCH(VGA_VIEWER_ROOT *watched)
+        : root(watched), type(root->select_type), count(root->select_count) {}
+    SELECTION_WATCH(const SELECTION_WATCH &) = delete;
+    SELECTION_WATCH &operator=(const SELECTION_WATCH &) = delete;
+    ~SELECTION_WATCH() {
+        if (root->select_count != count || root->select_type != type) {
+            vga_viewer_notify(root, type != VGA_VIEWER_SELECT_NONE ? type : root->select_type);
+        }
+    }
+
+private:
+    VGA_VIEWER_ROOT *root;
+    NB_SHORT type;
+    NB_LONG count;
+};
+
+/* What is below a line that was taken off went with it: a whole branch goes as fast as its top. */
+NB_USHORT went_with_parent(const VGA_VIEWER_ITEM *item) {
+    while (item->parent != nullptr && item->parent->in_list != 0) {
+        item = item->parent;
+    }
+    return item->parent != nullptr;
+}
+
+/* The sibling that a new line goes behind, null for none: what `after` of vga_create_viewer says.
+ * Returns 0 if that is no sibling. */
+NB_USHORT find_predecessor(const VGA_VIEWER_LIST &list, const VGA_VIEWER_ITEM *parent,
+                           VGA_VIEWER_ITEM **after) {
+    if (*after == VGA_VIEWER_FIRST) {
+        *after = nullptr;
+        for (VGA_VIEWER_ITEM *line = list.first; line != nullptr && line->fixed != 0;
+             line = successor(line)) {
+            *after = line;
+        }
+    } else if (*after == VGA_VIEWER_LAST) {
+        *after = list.last;
+    } else {
+        return (*after)->in_list != 0 && (*after)->parent == parent;
+    }
+    return 1;
 }
 
 } // namespace
@@ -229,74 +292,122 @@ NB_VOID vga_viewer_add_up(VGA_VIEWER_LIST *list, VGA_VIEWER_ITEM *node) {
     }
 }
 
-NB_VOID vga_viewer_tree_init(VGA_VIEWER_TREE *tree) {
-    *tree = VGA_VIEWER_TREE();
-    tree->select_type = VGA_VIEWER_SELECT_NONE;
+NB_USHORT vga_viewer_init_root(VGA_VIEWER_ROOT *root) {
+    *root = VGA_VIEWER_ROOT();
+    root->select_type = VGA_VIEWER_SELECT_NONE;
+    root->handle = nba_create_handle(root);
+    return root->handle != 0;
 }
 
-NB_USHORT vga_viewer_tree_insert(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_USHORT type,
-                                 NB_VOID *data, VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after) {
+NB_VOID vga_viewer_destroy_root(VGA_VIEWER_ROOT *root) {
+    if (root->view != nullptr) {
+        root->watcher->list_gone(root->view);
+        root->view = nullptr;
+    }
+    nba_destroy_handle(root->handle);
+    root->handle = 0;
+}
+
+NB_VOID vga_create_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT type,
+                          NB_VOID *data, VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after) {
     *item = VGA_VIEWER_ITEM();
     item->type = static_cast<NB_UCHAR>(type);
     item->data = data;
     item->parent = parent;
     item->lines = 1;
-    VGA_VIEWER_LIST *list = vga_viewer_siblings(tree, item);
-    if (after == VGA_VIEWER_FIRST) {
-        after = nullptr;
-        for (VGA_VIEWER_ITEM *line = list->first; line != nullptr && line->fixed != 0;
-             line = successor(line)) {
-            after = line;
-        }
-    } else if (after == VGA_VIEWER_LAST) {
-        after = list->last;
-    } else if (after->in_list == 0 || after->parent != parent) {
-        return 0;
+    VGA_VIEWER_LIST *list = vga_viewer_siblings(root, item);
+    if (find_predecessor(*list, parent, &after) == 0) {
+        v0_assert_fatal(__FILE__, __LINE__, "FALSE");
+        return;
     }
     const NB_USHORT first_child = vga_viewer_list_lines(list) == 0;
     enter(list, item, after);
     item->in_list = 1;
-    recount(tree, parent);
-    mark_from(tree, item, first_child);
-    return 1;
+    recount(root, parent);
+    mark_from(root, item, first_child);
+    tell_lines_changed(root);
 }
 
-NB_VOID vga_viewer_tree_remove(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item) {
-    if (item->in_list == 0) {
+NB_VOID vga_delete_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *viewer) {
+    if (viewer->in_list == 0 || went_with_parent(viewer)) {
+        viewer->in_list = 0;
         return;
     }
-    VGA_VIEWER_LIST *list = vga_viewer_siblings(tree, item);
-    vga_viewer_tree_let_go(tree, item);
-    mark_from(tree, item, vga_viewer_list_lines(list) == item->lines);
-    leave(list, item);
-    item->in_list = 0;
-    recount(tree, item->parent);
+    const SELECTION_WATCH watch(root);
+    VGA_VIEWER_LIST *list = vga_viewer_siblings(root, viewer);
+    vga_viewer_let_go(root, viewer);
+    NB_ASSERT_FATAL(root->select_anchor != viewer);
+    NB_ASSERT_FATAL(root->last_dragged != viewer);
+    NB_ASSERT_FATAL(root->outline_viewer != viewer);
+    mark_from(root, viewer, vga_viewer_list_lines(list) == viewer->lines);
+    leave(list, viewer);
+    viewer->in_list = 0;
+    recount(root, viewer->parent);
+    tell_lines_changed(root);
 }
 
-NB_VOID vga_viewer_tree_set_expanded(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_USHORT state,
-                                     NB_USHORT redraw) {
-    if (item->expanded != state) {
-        item->expanded = state;
-        recount(tree, item);
-        if (redraw != 0) {
-            mark_from(tree, item, 0);
-        }
+NB_VOID vga_update_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
+    if (item->laid_out != 0) {
+        item->laid_out = 0;
+        vga_viewer_mark_item(root, item);
     }
 }
 
-NB_VOID vga_viewer_tree_set_hidden(VGA_VIEWER_TREE *tree, VGA_VIEWER_ITEM *item, NB_USHORT state) {
-    if (item->in_list == 0 || item->hidden == state) {
+NB_VOID vga_expand_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw) {
+    if (vga_viewer_has_children(item) != 0) {
+        set_expanded(root, item, 1, redraw);
+    }
+}
+
+NB_VOID vga_viewer_contract(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw) {
+    if (item->expanded == 0) {
         return;
     }
-    const VGA_VIEWER_LIST *list = vga_viewer_siblings(tree, item);
-    if (state != 0) {
-        vga_viewer_tree_let_go(tree, item);
-        mark_from(tree, item, vga_viewer_list_lines(list) == item->lines);
+    const SELECTION_WATCH watch(root);
+    const auto vanishes = [item](const VGA_VIEWER_ITEM *line) {
+        return line != item && vga_viewer_is_within(line, item) != 0;
+    };
+    if (vanishes(root->outline_viewer)) {
+        vga_viewer_set_outline(root, item, redraw);
+    }
+    if (vga_viewer_is_within(root->select_parent, item) != 0) {
+        vga_viewer_deselect_all(root, redraw);
+        vga_viewer_mark_selected(root, item, vga_viewer_can_select(root, item), redraw);
+    }
+    for (VGA_VIEWER_ITEM **line : {&root->last_dragged, &root->armed, &root->clicked}) {
+        *line = vanishes(*line) ? nullptr : *line;
+    }
+    root->select_anchor = vanishes(root->select_anchor) ? item : root->select_anchor;
+    set_expanded(root, item, 0, redraw);
+}
+
+NB_VOID vga_viewer_set_fixed(VGA_VIEWER_ROOT *, VGA_VIEWER_ITEM *item, NB_USHORT fixed) {
+    item->fixed = fixed != 0;
+}
+
+NB_VOID vga_viewer_set_hidden(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT hidden) {
+    hidden = hidden != 0;
+    if (item->in_list == 0 || item->hidden == hidden) {
+        return;
+    }
+    const SELECTION_WATCH watch(root);
+    const VGA_VIEWER_LIST *list = vga_viewer_siblings(root, item);
+    if (hidden != 0) {
+        vga_viewer_let_go(root, item);
+        mark_from(root, item, vga_viewer_list_lines(list) == item->lines);
     }
     const NB_USHORT first_child = vga_viewer_list_lines(list) == 0;
-    item->hidden = state;
-    recount(tree, item);
-    mark_from(tree, item, first_child);
+    item->hidden = hidden;
+    recount(root, item);
+    mark_from(root, item, first_child);
+    tell_lines_changed(root);
+}
+
+NB_VOID vga_viewer_copy_state(const VGA_VIEWER_ITEM *old_item, VGA_VIEWER_ITEM *new_item,
+                              VGA_VIEWER_ROOT *root) {
+    if (old_item->expanded != 0) {
+        set_expanded(root, new_item, 1, 1);
+    }
 }
 
 NB_ULONG vga_viewer_list_lines(const VGA_VIEWER_LIST *list) {
@@ -319,8 +430,8 @@ VGA_VIEWER_ITEM *vga_viewer_find_in_list(const VGA_VIEWER_LIST *list, NB_ULONG l
     return find_unit<BY_LINES>(list, &line);
 }
 
-VGA_VIEWER_ITEM *vga_viewer_find_line(const VGA_VIEWER_TREE *tree, NB_ULONG line) {
-    VGA_VIEWER_ITEM *item = find_unit<BY_LINES>(&tree->top_items, &line);
+VGA_VIEWER_ITEM *vga_viewer_find_line(const VGA_VIEWER_ROOT *root, NB_ULONG line) {
+    VGA_VIEWER_ITEM *item = find_unit<BY_LINES>(&root->top_items, &line);
     while (item != nullptr && line-- != 0) {
         item = find_unit<BY_LINES>(&item->children, &line);
     }
@@ -350,7 +461,8 @@ NB_USHORT vga_viewer_is_within(const VGA_VIEWER_ITEM *item, const VGA_VIEWER_ITE
     return item != nullptr;
 }
 
-VGA_VIEWER_ITEM *vga_viewer_next_line(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {
+VGA_VIEWER_ITEM *vga_viewer_get_next_item(const VGA_VIEWER_ROOT *root,
+                                          const VGA_VIEWER_ITEM *item) {
     if (vga_viewer_is_visible(item) == 0) {
         return nullptr;
     }
@@ -362,29 +474,30 @@ VGA_VIEWER_ITEM *vga_viewer_next_line(const VGA_VIEWER_TREE *tree, const VGA_VIE
     // Of hidden lines there may be many, so they are not walked through.
     return next == nullptr || next->hidden == 0
                ? next
-               : vga_viewer_find_line(tree, vga_viewer_get_line(item) + 1);
+               : vga_viewer_find_line(root, vga_viewer_get_line(item) + 1);
 }
 
-VGA_VIEWER_ITEM *vga_viewer_prev_line(const VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {
+VGA_VIEWER_ITEM *vga_viewer_get_prev_item(const VGA_VIEWER_ROOT *root,
+                                          const VGA_VIEWER_ITEM *item) {
     if (vga_viewer_is_visible(item) == 0) {
         return nullptr;
     }
     const NB_ULONG line = vga_viewer_get_line(item);
-    return line != 0 ? vga_viewer_find_line(tree, line - 1) : nullptr;
+    return line != 0 ? vga_viewer_find_line(root, line - 1) : nullptr;
 }
 
-VGA_VIEWER_ITEM *vga_viewer_next_sibling(VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {
-    return vga_viewer_find_in_list(vga_viewer_siblings(tree, item),
+VGA_VIEWER_ITEM *vga_viewer_next_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
+    return vga_viewer_find_in_list(vga_viewer_siblings(root, item),
                                    vga_viewer_get_line_in_list(item) + item->lines);
 }
 
-VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {
+VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
     const NB_ULONG line = vga_viewer_get_line_in_list(item);
-    return line != 0 ? vga_viewer_find_in_list(vga_viewer_siblings(tree, item), line - 1) : nullptr;
+    return line != 0 ? vga_viewer_find_in_list(vga_viewer_siblings(root, item), line - 1) : nullptr;
 }
 
-VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_TREE *tree, const VGA_VIEWER_ITEM *item) {
-    return item->parent != nullptr ? &item->parent->children : &tree->top_items;
+VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
+    return item->parent != nullptr ? &item->parent->children : &root->top_items;
 }
 
 VGA_VIEWER_ITEM *vga_viewer_find_selected(const VGA_VIEWER_LIST *list, NB_ULONG index) {

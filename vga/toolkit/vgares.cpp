@@ -1,5 +1,6 @@
 #include "vgares.h"
 #include "nbbase.h"
+#include "toolkit.h"
 #include "vgaglob.h"
 #include <Xm/Xm.h>
 #include <cstdio>
@@ -154,6 +155,7 @@ NB_VOID vga_get_options(NB_VOID) {
         dialog.offered = vga_get_resource_bool(dialog.resource, 1);
     }
     vga_get_web_browser_path();
+    vga_get_resource_string(".verbLog", "", gvga_verb_log_file, sizeof(gvga_verb_log_file) - 1);
     set_link_types();
 }
 

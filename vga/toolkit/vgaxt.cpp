@@ -1,5 +1,5 @@
 #include "vgaxt.h"
-#include "vgaglob.h"
+#include "toolkit.h"
 
 NB_VOID vga_no_warning(String) {}
 

@@ -1,4 +1,4 @@
-#include "vgaviewi.h"
+#include "linelayout.h"
 #include <algorithm>
 #include <cstring>
 #include <cwchar>

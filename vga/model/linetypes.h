@@ -1,0 +1,56 @@
+/* The kinds of lines, by number: each is a row of the table of viewer types (gvga_viewer_types),
+ * which says what its lines show and do.  Records name the kind of their line; the lists themselves
+ * and the viewer know the numbers only. */
+#ifndef LINETYPES_H
+#define LINETYPES_H
+
+#include "nbtypes.h"
+
+enum VGA_VIEWER_TYPE : NB_UCHAR {
+    VGA_VIEWER_LU62 = 0,
+    VGA_VIEWER_MODE = 1,
+    VGA_VIEWER_PORT = 2,
+    VGA_VIEWER_LS = 3,
+    VGA_VIEWER_LOCAL_PU = 4,
+    VGA_VIEWER_DEPLU = 5,
+    VGA_VIEWER_DOWN_LU = 6,
+    VGA_VIEWER_USER = 7,
+    VGA_VIEWER_POOL = 8,
+    VGA_VIEWER_CPIC = 9,
+    VGA_VIEWER_MODE_DEF = 10,
+    VGA_VIEWER_NODE = 11,
+    VGA_VIEWER_RJE = 12,
+    VGA_VIEWER_LS_LEAF = 13,
+    VGA_VIEWER_REM_SYS = 14,
+    VGA_VIEWER_REM_PLU = 15,
+    VGA_VIEWER_REM_SESS = 16,
+    VGA_VIEWER_REM_PLU_LEAF = 17,
+    VGA_VIEWER_USER_SESS = 18,
+    VGA_VIEWER_USTAD = 19,
+    VGA_VIEWER_USTAD_TITLE = 20,
+    VGA_VIEWER_TN_SESS = 21,
+    VGA_VIEWER_TN_SESS_TITLE = 22,
+    VGA_VIEWER_POOL_LU = 23,
+    VGA_VIEWER_CL_SECURITY = 24,
+    VGA_VIEWER_SL_SEC_TITLE = 25,
+    VGA_VIEWER_SL_SECURITY = 26,
+    VGA_VIEWER_TN_ASSOC = 27,
+    VGA_VIEWER_TN_ASSOC_TITLE = 28,
+    VGA_VIEWER_RTP_CONN = 29,
+    VGA_VIEWER_RTP_CONN_TITLE = 30,
+    VGA_VIEWER_LS_R_TITLE = 31,
+    VGA_VIEWER_LS_R = 32,
+    VGA_VIEWER_APPCIP_SESS_TITLE = 33,
+    VGA_VIEWER_APPCIP_SESS = 34,
+    VGA_VIEWER_DSLU_TEMPLATE = 35,
+    VGA_VIEWER_PRIMARY_LINE = 36,
+    VGA_VIEWER_PRIMARY_LU0 = 37,
+    VGA_VIEWER_ACCESS_LIST = 38,
+    VGA_VIEWER_TP_DEF = 39,
+    VGA_VIEWER_TP_LOAD_INFO = 40,
+    VGA_VIEWER_TN_REDIRECT = 41,
+    VGA_VIEWER_TN_REDIRECT_TITLE = 42,
+    VGA_VIEWER_TYPE_COUNT = 43
+};
+
+#endif
