@@ -19,4 +19,24 @@ void set_entry_length(const Schema &schema, NB_UCHAR *entry) {
     put_number(entry, 2, static_cast<NB_ULONG>(length));
 }
 
+NB_ULONG check_fields(const Schema &schema, NB_UCHAR *entry) {
+    const Nested &nested = schema.nested;
+    NB_ULONG wrong = 0;
+    if (nested.name != nullptr) {
+        const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
+        if (count < nested.least || count > nested.most) {
+            return NAP_INVALID_VALUE;
+        }
+    }
+    for_tables(schema, entry, [&wrong](FieldTable table, NB_UCHAR *record) {
+        for (const FieldRow &row : table) {
+            if (wrong == 0) {
+                wrong = check_field(row, record);
+                tidy_field(row, record);
+            }
+        }
+    });
+    return wrong;
+}
+
 } // namespace records

@@ -1,4 +1,4 @@
-/* List entries as a whole: their items and their length. */
+/* List entries as a whole: their items, their length and what they may hold. */
 #ifndef ENTRY_H
 #define ENTRY_H
 
@@ -23,6 +23,10 @@ template <class Action> void for_tables(const Schema &schema, NB_UCHAR *entry, A
 /* Writes the length that the entry has in a list into its first two bytes, and clears what stands
  * behind its last item.  REQUIRES: no more items than there may be. */
 void set_entry_length(const Schema &schema, NB_UCHAR *entry);
+
+/* Checks the number of items and every field of the entry and of its items, and tidies the fields
+ * up to the first that is bad.  Returns 0, NAP_INVALID_NAME or NAP_INVALID_VALUE. */
+NB_ULONG check_fields(const Schema &schema, NB_UCHAR *entry);
 
 } // namespace records
 

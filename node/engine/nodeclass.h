@@ -18,12 +18,14 @@
 #include "ntlavl.h"
 #include "schemas.h"
 
+#include <cstring>
 #include <memory>
 #include <vector>
 
 namespace node {
 
 /* Names of schemas and fields that stand everywhere in the node. */
+using records::check_fields;
 using records::ebcdic_text;
 using records::FIELD_COUNTS;
 using records::FIELD_KEY;
@@ -202,6 +204,13 @@ struct ClassRow {
     ClassHooks hooks = {};
     FieldTable simulated = {}; /* in domain texts: offsets in the Behaviour */
 };
+
+/* Reads a record as its C type, by copying. */
+template <class Record> Record from_entry(const NB_UCHAR *entry) {
+    Record record;
+    memcpy(&record, entry, sizeof record);
+    return record;
+}
 
 /* The row of a class; the table is in the order of ClassId. */
 const ClassRow &class_row(ClassId id);

@@ -3,7 +3,6 @@
 
 #include "defineblock.h"
 #include "nbbase.h"
-#include "nodehook.h"
 #include "noderefer.h"
 #include "nofverbs.h"
 
@@ -91,31 +90,9 @@ Result Engine::check_alias(const ClassRow &row, const NB_UCHAR *entry, const Res
     return named ? bad_state(NAP_IN_USE) : GOOD;
 }
 
-Result check_fields(const ClassRow &row, NB_UCHAR *entry) {
-    const Nested &nested = row.schema->nested;
-    NB_ULONG wrong = 0;
-    if (nested.name != nullptr) {
-        const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
-        if (count < nested.least || count > nested.most) {
-            return bad_parameter(NAP_INVALID_VALUE);
-        }
-    }
-    for_tables(*row.schema, entry, [&wrong](FieldTable table, NB_UCHAR *record) {
-        for (const FieldRow &field : table) {
-            if (wrong == 0) {
-                wrong = check_field(field, record);
-                tidy_field(field, record);
-            }
-        }
-    });
-    return wrong == 0 ? GOOD : bad_parameter(wrong);
-}
-
 Result Engine::check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource *old) const {
-    Result result = check_fields(row, entry);
-    if (result.ok()) {
-        result = check_refs(row, entry);
-    }
+    const NB_ULONG wrong = check_fields(*row.schema, entry);
+    Result result = wrong == 0 ? check_refs(row, entry) : bad_parameter(wrong);
     if (result.ok()) {
         result = check_alias(row, entry, old);
     }

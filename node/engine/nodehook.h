@@ -1,19 +1,10 @@
-/* What the hooks of several classes share. */
+/* What the hooks of several classes share: their sources are one a family. */
 #ifndef NODEHOOK_H
 #define NODEHOOK_H
 
 #include "nodeclass.h"
 
-#include <cstring>
-
 namespace node {
-
-/* Reads a record as its C type, by copying. */
-template <class Record> Record from_entry(const NB_UCHAR *entry) {
-    Record record;
-    memcpy(&record, entry, sizeof record);
-    return record;
-}
 
 inline bool same_name(const NB_UCHAR *left, const NB_UCHAR *right, size_t width) {
     return memcmp(left, right, width) == 0;
@@ -40,9 +31,6 @@ bool address_taken(const Engine &engine, const NB_UCHAR *pu_name, NB_UCHAR addre
 void join_pool(Engine &engine, Resource &resource, bool added);
 void leave_pool(Engine &engine, Resource &resource);
 void show_in_pool(Engine &engine, const Resource &resource);
-
-/* Checks and tidies every field of an entry and of its items. */
-Result check_fields(const ClassRow &row, NB_UCHAR *entry);
 
 } // namespace node
 

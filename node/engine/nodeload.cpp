@@ -2,7 +2,6 @@
 #include "nodeengine.h"
 
 #include "nbbase.h"
-#include "nodehook.h"
 #include "nodelog.h"
 #include "nodemake.h"
 #include "nodesna.h"
@@ -167,7 +166,7 @@ void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behav
         memset(entry.get() + row.schema->det.offset, 0, row.schema->det.width);
     }
     Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
-    if ((old != nullptr && !generated_) || !check_fields(row, entry.get()).ok() ||
+    if ((old != nullptr && !generated_) || check_fields(*row.schema, entry.get()) != 0 ||
         !check_refs(row, entry.get()).ok() || !check_alias(row, entry.get(), old).ok()) {
         nba_pd_print_problem(LOG_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
         return;

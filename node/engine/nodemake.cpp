@@ -1,6 +1,5 @@
 #include "nodemake.h"
 
-#include "nodehook.h"
 #include "nofverbs.h"
 
 #include <algorithm>

@@ -91,9 +91,9 @@ Result define_pool(Engine &engine, std::vector<NB_UCHAR> &block) {
     memcpy(pool.lu_name, verb.lu_name, sizeof pool.lu_name);
     memcpy(pool.description, verb.description, sizeof pool.description);
     auto *bytes = reinterpret_cast<NB_UCHAR *>(&pool);
-    const Result checked = check_fields(class_row(CLASS_LU_POOL), bytes);
-    if (!checked.ok()) {
-        return checked;
+    const NB_ULONG wrong = check_fields(records::lu_pool, bytes);
+    if (wrong != 0) {
+        return bad_parameter(wrong);
     }
     memcpy(verb.description, pool.description, sizeof verb.description);
     memcpy(block.data(), &verb, sizeof verb);

@@ -3,7 +3,6 @@
  * whenever one of those changes; what stays keeps its name. */
 #include "nodeengine.h"
 
-#include "nodehook.h"
 #include "nofverbs.h"
 
 #include <arpa/inet.h>
