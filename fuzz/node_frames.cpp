@@ -1,8 +1,8 @@
 /* What an administrator sends, against the node's frame reader and the checks of a block.  However
  * the stream is cut, the frames are the same, and a frame that was read is written back the same.
  */
+#include "frames.h"
 #include "fuzzinput.h"
-#include "nodewire.h"
 
 namespace {
 

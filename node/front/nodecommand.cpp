@@ -1,8 +1,8 @@
 #include "nodecommand.h"
 
+#include "generate.h"
 #include "nbbase.h"
 #include "nodefront.h"
-#include "nodemake.h"
 #include "nodeserve.h"
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "nodedomain.h"
 
-#include "nodewire.h"
+#include "frames.h"
 #include "nofverbs.h"
 
 #include <algorithm>

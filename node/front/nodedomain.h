@@ -7,7 +7,7 @@
 #ifndef NODEDOMAIN_H
 #define NODEDOMAIN_H
 
-#include "nodeengine.h"
+#include "engine.h"
 
 #include <functional>
 #include <memory>

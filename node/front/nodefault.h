@@ -16,7 +16,7 @@
 #ifndef NODEFAULT_H
 #define NODEFAULT_H
 
-#include "nodeclass.h"
+#include "resourceclass.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
 #include "nodefront.h"
 
 #include "nbbase.h"
-#include "nodelog.h"
 #include "nofverbs.h"
+#include "problems.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -3,7 +3,7 @@
 #ifndef NODELOOP_H
 #define NODELOOP_H
 
-#include "nodetimer.h"
+#include "timers.h"
 
 #include <functional>
 #include <unordered_map>

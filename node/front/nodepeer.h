@@ -3,9 +3,9 @@
 #ifndef NODEPEER_H
 #define NODEPEER_H
 
+#include "frames.h"
 #include "nodeloop.h"
 #include "nodequeue.h"
-#include "nodewire.h"
 
 namespace node {
 

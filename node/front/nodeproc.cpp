@@ -2,9 +2,9 @@
 #include "nodefront.h"
 
 #include "nbbase.h"
-#include "nodelog.h"
 #include "nodeserve.h"
 #include "nofverbs.h"
+#include "problems.h"
 
 #include <algorithm>
 #include <cerrno>

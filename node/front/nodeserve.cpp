@@ -1,7 +1,7 @@
 #include "nodeserve.h"
 
-#include "nodeengine.h"
-#include "nodemake.h"
+#include "engine.h"
+#include "generate.h"
 #include "nodepeer.h"
 #include "nofverbs.h"
 

@@ -1,6 +1,6 @@
 #include "node_support.h"
 
-#include "nodesna.h"
+#include "snadefined.h"
 
 #include <algorithm>
 #include <random>

@@ -1,7 +1,7 @@
 /* Generated domains. */
 #include "node_support.h"
 
-#include "nodemake.h"
+#include "generate.h"
 
 #include <set>
 

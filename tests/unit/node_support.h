@@ -3,7 +3,7 @@
 #ifndef NODE_SUPPORT_H
 #define NODE_SUPPORT_H
 
-#include "nodeengine.h"
+#include "engine.h"
 #include "nofverbs.h"
 
 #include <cstring>

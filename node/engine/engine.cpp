@@ -1,0 +1,242 @@
+#include "engine.h"
+
+#include "frames.h"
+#include "nbbase.h"
+#include "nofverbs.h"
+
+#include <cstring>
+
+namespace node {
+
+namespace {
+
+constexpr char RELEASE[] = "1.0";
+
+template <class Record> Record read_block(const std::vector<NB_UCHAR> &block) {
+    Record record;
+    memcpy(&record, block.data(), sizeof record);
+    return record;
+}
+
+} // namespace
+
+Engine::Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener,
+               Scope scope)
+    : store_(store), timers_(timers), clock_(clock), listener_(listener), scope_(scope) {
+    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
+        tables_[id] = std::make_unique<ResourceTable>(class_row(static_cast<ClassId>(id)));
+    }
+}
+
+Engine::~Engine() {
+    timers_.cancel(node_timer_);
+    timers_.cancel(traffic_timer_);
+    for (const auto &table : tables_) {
+        for (Resource *at = table->first(); at != nullptr; at = ResourceTable::next(*at)) {
+            timers_.cancel(at->timer);
+        }
+    }
+}
+
+void Engine::execute(const NB_VOID *block, size_t length, Answer &answer) {
+    const auto *bytes = static_cast<const NB_UCHAR *>(block);
+    answer.block.assign(bytes, bytes + length);
+    answer.data.clear();
+    Result result = check_block(bytes, length);
+    if (result.ok()) {
+        result = dispatch(answer.block, answer.data);
+    }
+    set_result(answer.block, result);
+    if (!result.ok()) {
+        answer.data.clear();
+    }
+}
+
+Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data) {
+    const auto header = read_block<NAP_VCB>(block);
+    const NAP_VERB *verb = nap_find_verb(header.opcode);
+    const ClassRow *row = class_by_verb(header.opcode);
+    const Settings *settings = settings_by_verb(header.opcode);
+    if (row != nullptr && !serves(*row)) {
+        return {NAP_NOT_SUPPORTED, 0};
+    }
+    switch (verb->kind) {
+    case NAP_KIND_LIST:
+        return query_list(block, data);
+    case NAP_KIND_RECORD:
+        return query_record(block);
+    case NAP_KIND_DEFINE:
+        return header.opcode == NAP_DEFINE_NODE ? define_node(block.data())
+               : row != nullptr                 ? define(*row, block)
+               : settings != nullptr            ? define_record(*settings, block)
+                                                : Result{NAP_NOT_SUPPORTED, 0};
+    case NAP_KIND_DELETE:
+        return row != nullptr ? remove(*row, block.data()) : Result{NAP_NOT_SUPPORTED, 0};
+    case NAP_KIND_LIMIT:
+        return set_session_limit(block.data());
+    case NAP_KIND_START:
+        return header.opcode == NAP_INIT_NODE ? init_node()
+               : row != nullptr               ? start_verb(*row, block.data())
+                                              : Result{NAP_NOT_SUPPORTED, 0};
+    case NAP_KIND_STOP:
+        return header.opcode == NAP_STOP_NODE ? stop_node()
+               : row != nullptr               ? stop_verb(*row, block.data())
+                                              : Result{NAP_NOT_SUPPORTED, 0};
+    default:
+        return {NAP_NOT_SUPPORTED, 0};
+    }
+}
+
+Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data) {
+    auto query = read_block<NAP_QUERY_LIST>(block);
+    const ListRow *list = nullptr;
+    const ClassRow *row = class_by_list(query.opcode, &list);
+    const Result result = row != nullptr && serves(*row)
+                              ? tables_[row->id]->list(*list, query, data)
+                              : list_nothing(query);
+    memcpy(block.data(), &query, sizeof query);
+    return result;
+}
+
+Result Engine::query_record(std::vector<NB_UCHAR> &block) {
+    const auto header = read_block<NAP_VCB>(block);
+    const Settings *row = settings_by_verb(header.opcode);
+    if (row == nullptr || row->of_domain != (scope_ == Scope::Domain)) {
+        return {NAP_NOT_SUPPORTED, 0};
+    }
+    memcpy(block.data() + sizeof header, records_.image(*row) + sizeof header,
+           row->block_size - sizeof header);
+    hide_secrets(row->fields, block.data());
+    if (header.opcode == NAP_QUERY_NODE) {
+        const NAP_QUERY_NODE_VERB now = node_record();
+        memcpy(block.data() + sizeof header,
+               reinterpret_cast<const NB_UCHAR *>(&now) + sizeof header,
+               sizeof now - sizeof header);
+    } else if (header.opcode == NAP_QUERY_NODE_LIMITS) {
+        count_limits(block);
+    }
+    return GOOD;
+}
+
+void Engine::count_limits(std::vector<NB_UCHAR> &block) const {
+    auto limits = read_block<NAP_QUERY_NODE_LIMITS_VERB>(block);
+    limits.lus = tables_[CLASS_LU03]->count() + tables_[CLASS_LOCAL_LU]->count();
+    limits.links = tables_[CLASS_LS]->count();
+    limits.sessions = active_sessions_;
+    limits.users = 0;
+    const ResourceTable &lus = *tables_[CLASS_LU03];
+    for (Resource *at = lus.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        limits.users += get<NAP_LU03_DATA>(*at).det_data.appl_conn_active != 0 ? 1 : 0;
+    }
+    memcpy(block.data(), &limits, sizeof limits);
+}
+
+NAP_QUERY_NODE_VERB Engine::node_record() const {
+    NAP_QUERY_NODE_VERB record;
+    memcpy(&record, records_.image(records::setting("node")), sizeof record);
+    record.info.node_state = node_state_;
+    record.info.server_flags = server_flags_;
+    memcpy(record.info.release, RELEASE, sizeof RELEASE);
+    if (node_state_ == NAP_NODE_ACTIVE) {
+        record.info.up_time = static_cast<NB_ULONG>((clock_.now_ms() - up_since_ms_) / 10);
+    }
+    record.active_sessions = active_sessions_;
+    return record;
+}
+
+/* The settings record of the node takes the fields of the define block; all else stays. */
+Result Engine::define_node(const NB_UCHAR *block) {
+    NAP_DEFINE_NODE_VERB verb;
+    memcpy(&verb, block, sizeof verb);
+    if (node_state_ != NAP_NODE_STOPPED && node_state_ != NAP_NODE_UNCONFIGURED) {
+        return bad_state(NAP_RESOURCE_ACTIVE);
+    }
+    const Settings &row = records::setting("node");
+    NAP_QUERY_NODE_VERB record;
+    memcpy(&record, records_.image(row), sizeof record);
+    memcpy(record.info.description, verb.description, sizeof verb.description);
+    memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
+    memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);
+    record.info.node_type = verb.node_type;
+    record.cp_nau_addr = verb.cp_nau_addr;
+    record.dlur_support = verb.dlur_support;
+    record.dspu_support = verb.dspu_support;
+    record.hpr_support = verb.hpr_support;
+    record.node_id = verb.node_id;
+    auto *image = reinterpret_cast<NB_UCHAR *>(&record);
+    for (const FieldRow &field : row.fields) {
+        const NB_ULONG wrong = check_field(field, image);
+        if (wrong != 0) {
+            return bad_parameter(wrong);
+        }
+        tidy_field(field, image);
+    }
+    if (is_blank(KeyKind::Ebcdic, record.info.fq_cp_name, sizeof record.info.fq_cp_name)) {
+        return bad_parameter(NAP_INVALID_NAME);
+    }
+    if (store_ != nullptr &&
+        !store_->write({{row.name, nullptr, 0, image, sizeof record, nullptr}})) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    memcpy(records_.image(row), image, sizeof record);
+    node_state_ = NAP_NODE_STOPPED;
+    announce();
+    return GOOD;
+}
+
+/* The record takes the fields of the block; all else stays. */
+Result Engine::define_record(const Settings &row, std::vector<NB_UCHAR> &block) {
+    std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
+    const std::vector<NB_UCHAR> before = image;
+    if (row.of_domain != (scope_ == Scope::Domain)) {
+        return {NAP_NOT_SUPPORTED, 0};
+    }
+    for (const FieldRow &field : row.fields) {
+        const NB_ULONG wrong = check_field(field, block.data());
+        if (wrong != 0) {
+            return bad_parameter(wrong);
+        }
+        memcpy(image.data() + field.offset, block.data() + field.offset, field.width);
+        tidy_field(field, image.data());
+    }
+    keep_secrets(row.fields, image.data(), before.data());
+    constexpr const FieldRow &mode = field(records::setting("defaults"), "mode_name");
+    if (row.query == NAP_QUERY_DEFAULTS && !is_empty_field(mode, image.data()) &&
+        find(CLASS_MODE_DEF, image.data() + mode.offset) == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_OWNER);
+    }
+    if (store_ != nullptr &&
+        !store_->write({{row.name, nullptr, 0, image.data(), image.size(), nullptr}})) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    memcpy(records_.image(row), image.data(), image.size());
+    hide_secrets(row.fields, image.data());
+    memcpy(block.data() + sizeof(NAP_VCB), image.data() + sizeof(NAP_VCB),
+           image.size() - sizeof(NAP_VCB));
+    return GOOD;
+}
+
+void Engine::set_server_flags(NB_ULONG flags) {
+    server_flags_ = flags;
+}
+
+void Engine::indicate(const Resource &resource, bool deactivated) {
+    const ClassRow &row = *resource.row;
+    const ListRow &list = shown_by(row, resource.entry.get());
+    NAP_RESOURCE_INDICATION indication = {};
+    if (list.indication == 0) {
+        return;
+    }
+    indication.opcode = list.indication;
+    indication.primary_rc = NAP_INDICATION;
+    memcpy(indication.key, resource.entry.get() + KEY_OFFSET, row.schema->key_size());
+    indication.deactivated = deactivated ? 1 : 0;
+    indication.state = row.hooks.report != nullptr ? row.hooks.report(resource) : resource.state;
+    static_assert(sizeof(NAP_LS_DET) <= sizeof indication.det_data);
+    indication.det_length = static_cast<NB_USHORT>(row.schema->det.width);
+    memcpy(indication.det_data, resource.entry.get() + row.schema->det.offset,
+           row.schema->det.width);
+    listener_.indicate(&indication, sizeof indication);
+}
+
+} // namespace node

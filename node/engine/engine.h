@@ -1,0 +1,250 @@
+/* The engine of one node: its resources, their states, and the verbs that read and change them.
+ *
+ * Every class works the same way; what a class is stands in resourceclass.cpp.  Definitions go to
+ * the store before a verb is answered.  States move by timers: starting takes its time, needs the
+ * owner active, and brings dependants up behind it; stopping cascades.  The listener hears of every
+ * change.
+ *
+ * OWNS: its resources and settings.  The store, the timers, the clock and the listener are the
+ * caller's and outlive it.  Nothing that arrives in a verb is believed unchecked: blocks are
+ * copied, never cast, and their lengths are those of the verb table. */
+#ifndef ENGINE_H
+#define ENGINE_H
+
+#include "domaintext.h"
+#include "nodesettings.h"
+#include "resourcetable.h"
+#include "store.h"
+
+#include <array>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace node {
+
+/* What goes back for a verb: its block, completed, and the entries of a list. */
+struct Answer {
+    std::vector<NB_UCHAR> block;
+    std::vector<NB_UCHAR> data;
+};
+
+struct Generated; /* generate.h */
+
+class EngineListener {
+public:
+    virtual ~EngineListener() = default;
+    /* A block with primary return code NAP_INDICATION: NAP_RESOURCE_INDICATION about a resource, or
+     * NAP_QUERY_NODE_VERB (opcode NAP_QUERY_NODE) when the node itself changed. */
+    virtual void indicate(const NB_VOID *block, size_t length) = 0;
+    /* A link station to another control point came up or went: NAP_RESOURCE_INDICATION whose key is
+     * this node's control point and the partner's, 17 bytes each.  For the domain's other nodes. */
+    virtual void link_changed(const NB_VOID *block, size_t length) {
+        (void)block;
+        (void)length;
+    }
+};
+
+/* One step of a change: a resource of a class gets an entry, new or in place of `old`, or, without
+ * an entry, `old` is deleted with what is carried by it. */
+struct Change {
+    const ClassRow *row = nullptr;
+    std::unique_ptr<NB_UCHAR[]> entry; /* as long as a whole entry */
+    Resource *old = nullptr;
+    Behaviour behaviour = DEFAULT_BEHAVIOUR;
+};
+
+class Engine {
+public:
+    /* `store` may be null: nothing is kept then (for checking a text, and for tests).  The scope
+     * says whose classes and settings it serves: those of a node or those of the domain. */
+    Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener,
+           Scope scope = Scope::Node);
+    ~Engine();
+    Engine(const Engine &) = delete;
+    Engine &operator=(const Engine &) = delete;
+
+    /* Loads a node from its text and stores it as one transaction.  What does not fit together is
+     * added to `errors` of the domain text; true when there was nothing. */
+    bool load_text(const TextNode &text, DomainText &domain);
+
+    /* Loads what the store holds.  False when it holds nothing (a first start) or cannot be read;
+     * `why` then says which ("" for nothing). */
+    bool load_store(std::string &why);
+
+    /* Makes the node with this index of a generated domain.  Nothing of it is stored; what the
+     * store holds are the changes since, which are applied. */
+    bool load_generated(const Generated &domain, NB_ULONG index, std::string &why);
+
+    /* Reports the node itself to the listener. */
+    void announce();
+
+    /* Starts the node when it was running, or is to run from the first start on. */
+    void begin();
+
+    /* Carries out one verb.  `length` bytes of block; answers in any case. */
+    void execute(const NB_VOID *block, size_t length, Answer &answer);
+
+    /* The domain tells the node its server flags, which it shows but does not own. */
+    void set_server_flags(NB_ULONG flags);
+
+    /* What another node of the domain said with link_changed: two nodes that name each other come
+     * up and go down together. */
+    void partner_link(const NAP_RESOURCE_INDICATION &news);
+
+    /* Another node of the domain is running, or not: no link to its control point comes up before
+     * it is, and those that could not come up then try again. */
+    void partner_node(const NB_UCHAR *fq_cp_name, bool active);
+
+    NAP_QUERY_NODE_VERB node_record() const;
+    NB_ULONG node_state() const { return node_state_; }
+
+    /* For hooks and tests. */
+    ResourceTable &table(ClassId id) const { return *tables_[id]; }
+    Resource *find(ClassId id, const NB_UCHAR *key) const { return tables_[id]->find(key); }
+    const Clock &clock() const { return clock_; }
+    void indicate(const Resource &resource, bool deactivated);
+    void remove_tree(Resource &resource);
+    void traffic_changed();
+
+    /* Makes a resource that another one brings with it, or gives it other contents.  `length` bytes
+     * of list entry, whose own length is filled in. */
+    Resource &add_derived(ClassId id, const NB_VOID *entry, size_t length);
+
+    /* Steps for `apply`.  `change_of` begins with the entry as it is. */
+    static Change change_of(Resource &resource);
+    static Change change_to(ClassId id, const NB_VOID *entry, size_t length, Resource *old);
+    static Change removal_of(Resource &resource);
+
+    /* Stores all steps as one transaction, then takes them.  They are not checked. */
+    Result apply(std::vector<Change> changes);
+
+    /* A settings record, by the verb that asks for it. */
+    template <class Record> Record settings(NB_USHORT opcode) const {
+        Record record;
+        memcpy(&record, records_.image(*settings_by_verb(opcode)), sizeof record);
+        return record;
+    }
+
+    /* Reads and writes a whole record as its C type, by copying. */
+    template <class Record> static Record get(const Resource &resource) {
+        Record record;
+        memcpy(&record, resource.entry.get(), sizeof record);
+        return record;
+    }
+    template <class Record> static void put(Resource &resource, const Record &record) {
+        memcpy(resource.entry.get(), &record, sizeof record);
+    }
+
+private:
+    using Entry = std::unique_ptr<NB_UCHAR[]>;
+
+    /* verbs (engine.cpp) */
+    Result dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data);
+    Result query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data);
+    Result query_record(std::vector<NB_UCHAR> &block);
+    void count_limits(std::vector<NB_UCHAR> &block) const;
+    Result define_node(const NB_UCHAR *block);
+    Result define_record(const Settings &row, std::vector<NB_UCHAR> &block);
+    bool serves(const ClassRow &row) const {
+        return (scope_ == Scope::Domain) == (row.scope == Scope::Domain);
+    }
+
+    /* definitions (define.cpp) */
+    Result define(const ClassRow &row, std::vector<NB_UCHAR> &block);
+    Result read_define(const ClassRow &row, const NB_UCHAR *block, Change &change) const;
+    Result remove(const ClassRow &row, const NB_UCHAR *block);
+    Result check_entry(const ClassRow &row, NB_UCHAR *entry, const Resource *old) const;
+    Result check_refs(const ClassRow &row, NB_UCHAR *entry) const;
+    Result check_alias(const ClassRow &row, const NB_UCHAR *entry, const Resource *old) const;
+    Result check_unused(const Resource &resource) const;
+    Resource *owner_of(const Resource &resource) const;
+    bool is_busy(const Resource &resource) const;
+    Resource &place(const ClassRow &row, Entry entry, const Behaviour &behaviour, Resource *old);
+    void count_in_owner(const Resource &resource, int resources, int active);
+    void collect_tree(Resource &resource, std::vector<StoreChange> &changes) const;
+    template <class Action> void for_referrers(const Resource &resource, Action action) const;
+
+    /* loading (load.cpp) */
+    void load_resource(const TextResource &text, DomainText &domain);
+    bool read_store(std::vector<TextResource> &resources, bool &configured);
+    void forget_erased(const std::vector<TextResource> &resources);
+    void load_stored(const ClassRow &row, const NB_UCHAR *entry, const Behaviour &behaviour);
+    bool store_all();
+    void add_sna_defined();
+
+    /* states (life.cpp) */
+    Result start_verb(const ClassRow &row, const NB_UCHAR *block);
+    Result stop_verb(const ClassRow &row, const NB_UCHAR *block);
+    Result init_node();
+    Result stop_node();
+    void node_up();
+    void node_down();
+    void set_node_state(NB_ULONG state);
+    void start(Resource &resource);
+    void finish_start(Resource &resource);
+    void start_dependants(Resource &owner);
+    void finish_dependants(const Resource &owner);
+    void start_failed(Resource &resource);
+    void retry(Resource &resource);
+    void stop(Resource &resource, bool at_once);
+    void finish_stop(Resource &resource);
+    void set_state(Resource &resource, NB_UCHAR state);
+    bool owner_active(const Resource &resource) const;
+    bool comes_with_owner(const Resource &resource) const;
+    bool is_root(const Resource &resource) const;
+    void wait(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource &));
+    std::vector<Resource *> dependants(const Resource &owner) const;
+    std::vector<Resource *> roots() const;
+
+    /* sessions (traffic.cpp, sessionlimit.cpp) */
+    Result set_session_limit(const NB_UCHAR *block);
+    using SessionCounts = std::map<std::string, NB_ULONG>;
+    void count_traffic();
+    void show_partner_sessions(const SessionCounts &counts);
+    void show_lu_sessions(const SessionCounts &counts);
+    bool partner_reachable(const NB_UCHAR *fq_cp_name) const;
+    bool partner_absent(const Resource &resource) const;
+    void tell_partner(const Resource &resource);
+    template <class Action> void for_links_to(const NB_UCHAR *fq_cp_name, Action action);
+
+    /* what sessions bring with them (routes.cpp) */
+    struct Brought {
+        std::map<std::string, NB_ULONG> numbers; /* by what they are for */
+        NB_ULONG last = 0;
+    };
+    using Wanted = std::map<std::string, std::vector<NB_UCHAR>>;
+    const Resource *link_to(const NB_UCHAR *fq_cp_name) const;
+    void show_routes();
+    Wanted wanted_routes() const;
+    Wanted wanted_sessions() const;
+    void bring(ClassId id, Brought &brought, Wanted wanted,
+               void (*name)(NB_UCHAR *entry, NB_ULONG number));
+
+    Store *store_;
+    TimerQueue &timers_;
+    const Clock &clock_;
+    EngineListener &listener_;
+    Scope scope_;
+    std::array<std::unique_ptr<ResourceTable>, CLASS_COUNT> tables_;
+    RecordSet records_;
+    NB_ULONG node_state_ = NAP_NODE_UNCONFIGURED;
+    NB_ULONG server_flags_ = 0;
+    uint64_t up_since_ms_ = 0;
+    NB_ULONG active_sessions_ = 0;
+    Brought routes_;
+    Brought ip_sessions_;
+    std::map<std::string, bool> partners_; /* other nodes of the domain: are they active */
+    bool wanted_ = false;                  /* the node is to run */
+    bool generated_ = false;               /* the store holds changes only */
+    TimerId node_timer_ = 0;
+    TimerId traffic_timer_ = 0;
+};
+
+/* The sense code of a link that cannot be reached. */
+constexpr NB_ULONG SENSE_LINK_FAILED = 0x80020000;
+
+} // namespace node
+
+#endif

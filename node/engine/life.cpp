@@ -1,0 +1,344 @@
+/* States: starting and stopping, for every class that has them.
+ *
+ *   NOT_ACTIVE --start--> PENDING_ACTIVE --time--> ACTIVE --stop--> PENDING_INACTIVE --time--+
+ *       ^                      | owner lost, or the partner cannot be reached                |
+ *       +----------------------+<------------------------------------------------------------+
+ *
+ * Dependants come up when their owner is active and go down before it; what has no owner depends on
+ * the node. */
+#include "engine.h"
+
+#include "nbbase.h"
+#include "referrers.h"
+
+#include <cstring>
+
+namespace node {
+
+namespace {
+
+constexpr NB_ULONG NODE_UP_MS = 300;
+constexpr NB_ULONG NODE_DOWN_MS = 600; /* longer than any resource takes to go down */
+constexpr NB_USHORT RETRY_FOR_EVER = 65535;
+
+/* The same name takes the same time on every start. */
+NB_ULONG time_to_come_up(const Resource &resource) {
+    const LifeRow &life = resource.row->life;
+    NB_ULONG hash = 2166136261U;
+    if (resource.behaviour.up_ms != 0) {
+        return resource.behaviour.up_ms;
+    }
+    for (size_t at = 0; at < resource.row->schema->key_size(); at++) {
+        hash = (hash ^ resource.entry[KEY_OFFSET + at]) * 16777619U;
+    }
+    return life.up_low_ms + hash % (life.up_high_ms - life.up_low_ms + 1);
+}
+
+/* What no indication tells of moves at once: whoever reads its state could not learn of the next.
+ */
+bool is_heard_of(const Resource &resource) {
+    return resource.row->schema->lists[0].indication != 0;
+}
+
+bool is_up(const Resource &resource) {
+    return resource.state == NAP_ACTIVE || resource.state == NAP_PENDING_ACTIVE;
+}
+
+} // namespace
+
+bool Engine::is_root(const Resource &resource) const {
+    const ClassRow &row = *resource.row;
+    return row.life.has_states &&
+           ((row.refs[0].flags & REF_OWNER) == 0 ||
+            ((row.refs[0].flags & REF_OPTIONAL) != 0 && owner_of(resource) == nullptr));
+}
+
+bool Engine::owner_active(const Resource &resource) const {
+    if (is_root(resource)) {
+        return node_state_ == NAP_NODE_ACTIVE;
+    }
+    const Resource *owner = owner_of(resource);
+    return owner != nullptr && owner->state == NAP_ACTIVE;
+}
+
+bool Engine::comes_with_owner(const Resource &resource) const {
+    const FieldRow *initially = resource.row->life.initially;
+    return initially == nullptr || resource.entry[initially->offset] != 0;
+}
+
+std::vector<Resource *> Engine::dependants(const Resource &owner) const {
+    std::vector<Resource *> all;
+    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
+        const ClassRow &row = class_row(static_cast<ClassId>(id));
+        const RefRow &ref = row.refs[0];
+        if ((ref.flags & REF_OWNER) != 0 && ref.to == owner.row->id) {
+            const std::vector<Resource *> some = find_referrers(
+                *tables_[id], ref, owner.entry.get() + KEY_OFFSET, owner.row->schema->key_size());
+            all.insert(all.end(), some.begin(), some.end());
+        }
+    }
+    return all;
+}
+
+std::vector<Resource *> Engine::roots() const {
+    std::vector<Resource *> all;
+    for (const auto &table : tables_) {
+        if (!table->row().life.has_states) {
+            continue;
+        }
+        for (Resource *at = table->first(); at != nullptr; at = ResourceTable::next(*at)) {
+            if (is_root(*at)) {
+                all.push_back(at);
+            }
+        }
+    }
+    return all;
+}
+
+void Engine::set_state(Resource &resource, NB_UCHAR state) {
+    const ClassRow &row = *resource.row;
+    const bool was_active = resource.state == NAP_ACTIVE;
+    const bool pending = state == NAP_PENDING_ACTIVE || state == NAP_PENDING_INACTIVE;
+    if (resource.state == state) {
+        return;
+    }
+    resource.state = state;
+    row.hooks.show(*this, resource);
+    if (row.hooks.moved != nullptr) {
+        row.hooks.moved(*this, resource);
+    }
+    const int change = (state == NAP_ACTIVE ? 1 : 0) - (was_active ? 1 : 0);
+    if (change != 0) {
+        count_in_owner(resource, 0, change);
+        traffic_changed();
+    }
+    if (row.life.shows_pending || !pending) {
+        indicate(resource, false);
+        tell_partner(resource);
+    }
+}
+
+void Engine::wait(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource &)) {
+    timers_.cancel(resource.timer);
+    resource.timer = timers_.after(ms, [this, &resource, then] {
+        resource.timer = 0;
+        (this->*then)(resource);
+    });
+}
+
+void Engine::start(Resource &resource) {
+    if (is_up(resource)) {
+        return;
+    }
+    if (!is_heard_of(resource)) {
+        finish_start(resource);
+        return;
+    }
+    set_state(resource, NAP_PENDING_ACTIVE);
+    wait(resource, time_to_come_up(resource), &Engine::finish_start);
+}
+
+void Engine::finish_start(Resource &resource) {
+    if (!owner_active(resource)) {
+        set_state(resource, NAP_NOT_ACTIVE);
+        return;
+    }
+    if (resource.behaviour.reachable == 0 || partner_absent(resource)) {
+        start_failed(resource);
+        return;
+    }
+    resource.tries = 0;
+    set_state(resource, NAP_ACTIVE);
+    start_dependants(resource);
+}
+
+/* Those that show no pending states, LUs, come up together: one timer for all of an owner. */
+void Engine::start_dependants(Resource &owner) {
+    NB_ULONG together_ms = 0;
+    for (Resource *below : dependants(owner)) {
+        if (!comes_with_owner(*below) || is_up(*below)) {
+            continue;
+        }
+        if (below->row->life.shows_pending) {
+            start(*below);
+            continue;
+        }
+        together_ms = together_ms == 0 ? time_to_come_up(*below) : together_ms;
+        set_state(*below, NAP_PENDING_ACTIVE);
+    }
+    if (together_ms != 0) {
+        const ClassId id = owner.row->id;
+        const NB_UCHAR *key = owner.entry.get() + KEY_OFFSET;
+        const std::vector<NB_UCHAR> name(key, key + owner.row->schema->key_size());
+        timers_.after(together_ms, [this, id, name] {
+            Resource *found = find(id, name.data());
+            if (found != nullptr) {
+                finish_dependants(*found);
+            }
+        });
+    }
+}
+
+void Engine::finish_dependants(const Resource &owner) {
+    for (Resource *below : dependants(owner)) {
+        const bool waits = below->state == NAP_PENDING_ACTIVE && below->timer == 0;
+        if (waits && !below->row->life.shows_pending) {
+            finish_start(*below);
+        }
+    }
+}
+
+/* A link station tries again as its definition says. */
+void Engine::start_failed(Resource &resource) {
+    if (resource.row->id == CLASS_LS) {
+        auto entry = get<NAP_LS_DATA>(resource);
+        entry.det_data.last_sense = SENSE_LINK_FAILED;
+        put(resource, entry);
+        const bool again =
+            entry.def_data.react_timer != 0 && (entry.def_data.react_retries == RETRY_FOR_EVER ||
+                                                resource.tries < entry.def_data.react_retries);
+        if (again) {
+            resource.tries++;
+            wait(resource, entry.def_data.react_timer * 1000U, &Engine::retry);
+        }
+    }
+    set_state(resource, NAP_NOT_ACTIVE);
+}
+
+void Engine::retry(Resource &resource) {
+    if (owner_active(resource)) {
+        start(resource);
+    }
+}
+
+void Engine::stop(Resource &resource, bool at_once) {
+    timers_.cancel(resource.timer);
+    resource.timer = 0;
+    for (Resource *below : dependants(resource)) {
+        stop(*below, at_once);
+    }
+    if (resource.state == NAP_NOT_ACTIVE) {
+        return;
+    }
+    if (at_once || !resource.row->life.shows_pending) {
+        set_state(resource, NAP_NOT_ACTIVE);
+        return;
+    }
+    if (!is_heard_of(resource)) {
+        finish_stop(resource);
+        return;
+    }
+    set_state(resource, NAP_PENDING_INACTIVE);
+    wait(resource, resource.row->life.down_ms, &Engine::finish_stop);
+}
+
+void Engine::finish_stop(Resource &resource) {
+    set_state(resource, NAP_NOT_ACTIVE);
+}
+
+Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
+    Resource *resource = tables_[row.id]->find(block + KEY_IN_BLOCK);
+    if (resource == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    if (node_state_ != NAP_NODE_ACTIVE) {
+        return bad_state(NAP_NODE_NOT_ACTIVE);
+    }
+    if (!owner_active(*resource)) {
+        return bad_state(NAP_RESOURCE_INACTIVE);
+    }
+    resource->tries = 0;
+    start(*resource);
+    return GOOD;
+}
+
+Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
+    NAP_NAME_VERB verb;
+    memcpy(&verb, block, sizeof verb);
+    Resource *resource = tables_[row.id]->find(verb.key);
+    if (verb.stop_type > NAP_IMMEDIATE_STOP) {
+        return bad_parameter(NAP_INVALID_VALUE);
+    }
+    if (resource == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    stop(*resource, verb.stop_type == NAP_IMMEDIATE_STOP);
+    return GOOD;
+}
+
+void Engine::set_node_state(NB_ULONG state) {
+    if (node_state_ == state) {
+        return;
+    }
+    node_state_ = state;
+    announce();
+}
+
+void Engine::announce() {
+    NAP_QUERY_NODE_VERB record = node_record();
+    record.primary_rc = NAP_INDICATION;
+    listener_.indicate(&record, sizeof record);
+}
+
+Result Engine::init_node() {
+    if (node_state_ == NAP_NODE_STOPPING) {
+        return bad_state(NAP_NODE_BUSY);
+    }
+    if (node_state_ == NAP_NODE_UNCONFIGURED || node_state_ == NAP_NODE_BACK_LEVEL) {
+        return bad_state(NAP_NODE_NOT_ACTIVE);
+    }
+    if (store_ != nullptr && !store_->set_fact(FACT_WANTED, "1")) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    wanted_ = true;
+    begin();
+    return GOOD;
+}
+
+void Engine::begin() {
+    if (wanted_ && node_state_ == NAP_NODE_STOPPED) {
+        set_node_state(NAP_NODE_STARTING);
+        node_timer_ = timers_.after(NODE_UP_MS, [this] { node_up(); });
+    }
+}
+
+void Engine::node_up() {
+    up_since_ms_ = clock_.now_ms();
+    set_node_state(NAP_NODE_ACTIVE);
+    traffic_changed();
+    for (Resource *root : roots()) {
+        if (comes_with_owner(*root)) {
+            start(*root);
+        }
+    }
+}
+
+Result Engine::stop_node() {
+    if (node_state_ == NAP_NODE_STOPPED || node_state_ == NAP_NODE_STOPPING) {
+        return GOOD;
+    }
+    if (node_state_ != NAP_NODE_ACTIVE && node_state_ != NAP_NODE_STARTING) {
+        return bad_state(NAP_NODE_NOT_ACTIVE);
+    }
+    if (store_ != nullptr && !store_->set_fact(FACT_WANTED, "0")) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    wanted_ = false;
+    timers_.cancel(node_timer_);
+    set_node_state(NAP_NODE_STOPPING);
+    for (Resource *root : roots()) {
+        stop(*root, false);
+    }
+    node_timer_ = timers_.after(NODE_DOWN_MS, [this] { node_down(); });
+    return GOOD;
+}
+
+void Engine::node_down() {
+    for (Resource *root : roots()) {
+        stop(*root, true);
+    }
+    set_node_state(NAP_NODE_STOPPED);
+    traffic_changed();
+}
+
+} // namespace node

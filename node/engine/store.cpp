@@ -1,0 +1,162 @@
+#include "store.h"
+
+#include "nbbase.h"
+#include "problems.h"
+
+#include <cstring>
+#include <sqlite3.h>
+
+namespace node {
+
+namespace {
+
+constexpr const char *SCHEMA =
+    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
+    "CREATE TABLE IF NOT EXISTS resource (section TEXT NOT NULL, key BLOB NOT NULL,"
+    " record BLOB NOT NULL, behaviour BLOB, PRIMARY KEY (section, key)) WITHOUT ROWID;"
+    "CREATE TABLE IF NOT EXISTS fact (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;";
+
+/* Finalizes a statement that lives no longer than a block. */
+struct Statement {
+    sqlite3_stmt *handle = nullptr;
+
+    Statement(sqlite3 *db, const char *sql) {
+        if (sqlite3_prepare_v2(db, sql, -1, &handle, nullptr) != SQLITE_OK) {
+            handle = nullptr;
+        }
+    }
+    ~Statement() { sqlite3_finalize(handle); }
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+};
+
+void bind_key(sqlite3_stmt *statement, const StoreChange &change) {
+    sqlite3_bind_text(statement, 1, change.section, -1, SQLITE_STATIC);
+    sqlite3_bind_blob(statement, 2,
+                      change.key_length == 0 ? "" : static_cast<const void *>(change.key),
+                      static_cast<int>(change.key_length), SQLITE_STATIC);
+}
+
+Behaviour read_behaviour(sqlite3_stmt *statement, int column) {
+    Behaviour behaviour = DEFAULT_BEHAVIOUR;
+    if (sqlite3_column_bytes(statement, column) == static_cast<int>(sizeof behaviour)) {
+        memcpy(&behaviour, sqlite3_column_blob(statement, column), sizeof behaviour);
+    }
+    return behaviour;
+}
+
+} // namespace
+
+Store::~Store() {
+    sqlite3_finalize(put_);
+    sqlite3_finalize(erase_);
+    sqlite3_close(db_);
+}
+
+bool Store::failed(const char *what) {
+    nba_pd_print_problem(LOG_STORE, 1, "s s s", what, path_.c_str(),
+                         db_ != nullptr ? sqlite3_errmsg(db_) : "no memory");
+    return false;
+}
+
+bool Store::run(const char *sql) {
+    return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK || failed(sql);
+}
+
+bool Store::open(const std::string &path, bool fresh, std::string &why) {
+    path_ = path;
+    const bool opened =
+        sqlite3_open_v2(path.c_str(), &db_,
+                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
+                        nullptr) == SQLITE_OK &&
+        sqlite3_busy_timeout(db_, 5000) == SQLITE_OK && run(SCHEMA) &&
+        (!fresh || run("BEGIN IMMEDIATE; DELETE FROM resource; DELETE FROM fact; COMMIT;")) &&
+        sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO resource VALUES (?1, ?2, ?3, ?4)", -1,
+                           &put_, nullptr) == SQLITE_OK &&
+        sqlite3_prepare_v2(db_, "DELETE FROM resource WHERE section = ?1 AND key = ?2", -1, &erase_,
+                           nullptr) == SQLITE_OK;
+    if (!opened) {
+        why = path + ": " + (db_ != nullptr ? sqlite3_errmsg(db_) : "no memory");
+        failed("open");
+    }
+    return opened;
+}
+
+bool Store::apply(const StoreChange &change) {
+    const bool marks = change.record == nullptr && keeps_erased_;
+    sqlite3_stmt *statement = change.record != nullptr || marks ? put_ : erase_;
+    std::vector<NB_UCHAR> mark(2);
+    bind_key(statement, change);
+    if (marks) {
+        mark.insert(mark.end(), change.key, change.key + change.key_length);
+        sqlite3_bind_blob(statement, 3, mark.data(), static_cast<int>(mark.size()), SQLITE_STATIC);
+    }
+    if (change.record != nullptr) {
+        sqlite3_bind_blob(statement, 3, change.record, static_cast<int>(change.record_length),
+                          SQLITE_STATIC);
+        if (change.behaviour != nullptr) {
+            sqlite3_bind_blob(statement, 4, change.behaviour, sizeof *change.behaviour,
+                              SQLITE_STATIC);
+        }
+    }
+    const bool done = sqlite3_step(statement) == SQLITE_DONE;
+    sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+    return done;
+}
+
+bool Store::write(const std::vector<StoreChange> &changes) {
+    if (!run("BEGIN IMMEDIATE")) {
+        return false;
+    }
+    for (const StoreChange &change : changes) {
+        if (!apply(change)) {
+            failed("write");
+            run("ROLLBACK");
+            return false;
+        }
+    }
+    if (!run("COMMIT")) {
+        run("ROLLBACK");
+        return false;
+    }
+    return true;
+}
+
+bool Store::read(const std::function<bool(const StoreRow &)> &take) {
+    const Statement select(db_, "SELECT section, record, behaviour FROM resource");
+    if (select.handle == nullptr) {
+        return failed("read");
+    }
+    int step = SQLITE_DONE;
+    while ((step = sqlite3_step(select.handle)) == SQLITE_ROW) {
+        const auto *section = reinterpret_cast<const char *>(sqlite3_column_text(select.handle, 0));
+        const StoreRow row = {section != nullptr ? section : "",
+                              static_cast<const NB_UCHAR *>(sqlite3_column_blob(select.handle, 1)),
+                              static_cast<size_t>(sqlite3_column_bytes(select.handle, 1)),
+                              read_behaviour(select.handle, 2)};
+        if (!take(row)) {
+            return false;
+        }
+    }
+    return step == SQLITE_DONE || failed("read");
+}
+
+std::string Store::fact(const char *name) {
+    const Statement select(db_, "SELECT value FROM fact WHERE name = ?1");
+    std::string value;
+    sqlite3_bind_text(select.handle, 1, name, -1, SQLITE_STATIC);
+    if (select.handle != nullptr && sqlite3_step(select.handle) == SQLITE_ROW) {
+        value = reinterpret_cast<const char *>(sqlite3_column_text(select.handle, 0));
+    }
+    return value;
+}
+
+bool Store::set_fact(const char *name, const std::string &value) {
+    const Statement put(db_, "INSERT OR REPLACE INTO fact VALUES (?1, ?2)");
+    sqlite3_bind_text(put.handle, 1, name, -1, SQLITE_STATIC);
+    sqlite3_bind_text(put.handle, 2, value.c_str(), -1, SQLITE_TRANSIENT);
+    return (put.handle != nullptr && sqlite3_step(put.handle) == SQLITE_DONE) || failed("fact");
+}
+
+} // namespace node
