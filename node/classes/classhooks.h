@@ -15,7 +15,9 @@ inline bool is_blank8(const NB_UCHAR *ebcdic) {
 }
 
 /* For classes without states of their own: nothing has to wait. */
-bool never_busy(const Engine &engine, const Resource &resource);
+inline bool never_busy(const Engine &, const Resource &) {
+    return false;
+}
 
 /* True when the 8-byte EBCDIC name is that of an LU of type 0 to 3 or of a pool of them. */
 bool is_lu_or_pool(const Engine &engine, const NB_UCHAR *name);

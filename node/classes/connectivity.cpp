@@ -345,14 +345,6 @@ void show_primary_line(const Engine &, Resource &resource) {
     Engine::put(resource, entry);
 }
 
-} // namespace
-
-bool never_busy(const Engine &, const Resource &) {
-    return false;
-}
-
-namespace {
-
 constexpr FieldRow reachable_or_not[] = {
     records::rows::flag(FIELD_AT(Behaviour, reachable), "yes"),
 };

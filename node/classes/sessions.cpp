@@ -209,10 +209,6 @@ Result check_ls_routing(const Engine &, const NB_UCHAR *bytes, const Resource *)
                : bad_parameter(NAP_INVALID_NAME);
 }
 
-} // namespace
-
-namespace {
-
 constexpr FieldRow mode_behaviour[] = {
     records::rows::number(FIELD_AT(Behaviour, sessions), 0, 32767, "0").in(records::Unit::Sessions),
 };

@@ -15,7 +15,7 @@ using ClassTable = std::array<const ClassRow *, CLASS_COUNT>;
 ClassTable make_table() {
     ClassTable table = {};
     for (const auto family : {connectivity_classes(), lu_classes(), pool_classes(),
-                              session_classes(), domain_classes()}) {
+                              session_classes(), service_classes(), domain_classes()}) {
         for (const ClassRow &row : family) {
             table[row.id] = &row;
         }

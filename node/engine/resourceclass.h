@@ -2,12 +2,11 @@
  * (schema.h), which says the verbs, the key, the layout and the fields.
  *
  * To add a class: give it a ClassId (behind the classes that it refers to: resources are loaded in
- * this order) and a row in the source of its family (connectivity.cpp connectivity, lus.cpp LUs,
- * pools.cpp their pools, sessions.cpp sessions and routes, domain.cpp the rest).  The row
- * says whom it belongs to and how its states move.  Lists, paging, defining, deleting, the store,
- * the domain text, starting, stopping, cascades, indications and copies then work.  Only what is
- * peculiar to the class is code: its hooks, any of which may be null.
- * tests/unit/node_class_test.cpp walks the table. */
+ * this order) and a row in the source of its family (node/classes).  The row says whom it belongs
+ * to and how its states move.  Lists, paging, defining, deleting, the store, the domain text,
+ * starting, stopping, cascades, indications and copies then work.  Only what is peculiar to the
+ * class is code: its hooks, any of which may be null. tests/unit/node_class_test.cpp walks the
+ * table. */
 #ifndef RESOURCECLASS_H
 #define RESOURCECLASS_H
 
@@ -228,6 +227,7 @@ std::span<const ClassRow> connectivity_classes();
 std::span<const ClassRow> lu_classes();
 std::span<const ClassRow> pool_classes();
 std::span<const ClassRow> session_classes();
+std::span<const ClassRow> service_classes();
 std::span<const ClassRow> domain_classes();
 
 } // namespace node
