@@ -392,18 +392,24 @@ NB_VOID *ntl_avl_find(const AVL_TREE *tree, const NB_VOID *key) {
     return nullptr;
 }
 
-/* The answer is the last node at which the descent turned left: it is remembered on the way, which
- * saves the climb back. */
+/* The answer is the last node at which the descent turned left, which is remembered on the way and
+ * saves the climb back.  Behind the key itself nothing more is compared: what follows it is the
+ * least node of its right side. */
 NB_VOID *ntl_avl_find_next(const AVL_TREE *tree, const NB_VOID *key) {
     const AVL_COMPARE compare = tree->compare;
-    const AVL_NODE *turned[] = {nullptr, nullptr};
+    const AVL_NODE *above = nullptr;
     for (const AVL_NODE *node = tree->root; node != nullptr;) {
         avl_fetch_children(node);
         NB_INT order = compare(key, node->key);
-        turned[order < 0 ? AVL_LEFT : AVL_RIGHT] = node; /* a store is cheaper than a branch */
+        if (order == 0) {
+            for (node = node->right; node != nullptr; node = node->left) {
+                above = node;
+            }
+            break;
+        }
+        above = order < 0 ? node : above;
         node = order < 0 ? node->left : node->right;
     }
-    const AVL_NODE *above = turned[AVL_LEFT];
     return above != nullptr ? above->data : nullptr;
 }
 
