@@ -25,24 +25,28 @@ enum class VGA_STEP_KIND : NB_UCHAR {
     SET_MODE,   /* ask for the right to change */
     REGISTER,   /* for indications; `detail` is their opcode */
     LIST,       /* to its end */
-    OWNED_LIST, /* to its end, for one owner after the other */
+    OWNED_LIST, /* to its end, for one owner after the other, of the node that is built */
     RECORD      /* one answer inside the block */
 };
 
+inline NB_ULONG vga_node_target(const VGA_NODE *node) {
+    return node->target;
+}
+
 struct VGA_BUILD_STEP {
-    NB_USHORT id;
-    VGA_STEP_KIND kind;
-    NB_USHORT opcode;
-    NB_USHORT detail;
-    NB_USHORT chain; /* flag that is cleared when the step is done, or VGA_NO_CHAIN */
-    NB_USHORT next[4];
+    NB_USHORT id = VGA_NO_STEP;
+    VGA_STEP_KIND kind = VGA_STEP_KIND::LIST;
+    NB_USHORT opcode = 0;
+    NB_USHORT detail = 0;
+    NB_USHORT chain = VGA_NO_CHAIN; /* flag that is cleared when the step is done */
+    NB_USHORT next[4] = {};
     /* Null: always.  A step that is not wanted counts as done at once. */
-    NB_USHORT (*wanted)(const VGA_NODE *node);
-    NB_ULONG (*target)(const VGA_NODE *node);
+    NB_USHORT (*wanted)(const VGA_NODE *node) = nullptr;
+    NB_ULONG (*target)(const VGA_NODE *node) = vga_node_target;
     /* OPEN, CONNECT and RECORD: keeps the answer.  OPEN and CONNECT get failures, too. */
-    NB_VOID (*store)(VGA_NODE *node, const NAP_VCB *vcb);
+    NB_VOID (*store)(VGA_NODE *node, const NAP_VCB *vcb) = nullptr;
     /* OWNED_LIST: the name of the owner behind the one of that name (null: of the first). */
-    const NB_UCHAR *(*next_owner)(const VGA_NODE *node, const NB_UCHAR *name);
+    const NB_UCHAR *(*next_owner)(const VGA_NODE *node, const NB_UCHAR *name) = nullptr;
 };
 
 /* Numbers of the steps: the entry points of the two tables, and what follows what. */
