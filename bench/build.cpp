@@ -1,10 +1,12 @@
 /* How long the model build takes, beside a floor that does only what no build can do without.
  *
- *   bench_build [--resources N,N,...] [--nodes N,N] [--rounds N] [--domain NAME]
+ *   bench_build [--resources N,N,...] [--nodes N,N] [--rounds N] [--domain NUMBERS]
  *
  * For every size, a domain of dependent LUs and what they hang under is generated and served by a
  * running node software; build and floor take turns in processes of their own, and medians are
- * printed.  Run it from any folder; it finds the node software beside itself. */
+ * printed, also of the processor time that the node software takes meanwhile.  NUMBERS name one
+ * domain instead, as `snanode --generate` takes them: nodes=1,local_lus=200000 reads many short
+ * lists.  Run it from any folder; it finds the node software beside itself. */
 #include "buildrun.h"
 
 #include <algorithm>
@@ -15,6 +17,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,6 +29,7 @@ struct OPTIONS {
     std::vector<long> resources = {1000, 10000, 100000, 1000000};
     std::vector<long> nodes = {1, 100};
     int rounds = 3;
+    std::string domain; /* "": by nodes and resources */
 };
 
 std::vector<long> numbers(const char *text) {
@@ -46,6 +50,8 @@ OPTIONS read_options(int argc, char **argv) {
             options.nodes = numbers(argv[at + 1]);
         } else if (name == "--rounds") {
             options.rounds = std::max(1, atoi(argv[at + 1]));
+        } else if (name == "--domain") {
+            options.domain = argv[at + 1];
         }
     }
     return options;
@@ -54,13 +60,11 @@ OPTIONS read_options(int argc, char **argv) {
 /* A folder, a node software with a generated domain in it, and its socket. */
 class DOMAIN {
 public:
-    DOMAIN(const std::string &programs, long nodes, long resources) {
+    DOMAIN(const std::string &programs, const std::string &size) {
         char name[] = "/tmp/buildXXXXXX";
         folder_ = mkdtemp(name);
         socket_ = folder_ + "/sna.sock";
         const std::string generate = "--generate";
-        const std::string size =
-            "nodes=" + std::to_string(nodes) + ",lus=" + std::to_string(resources / nodes);
         int ends[2];
         if (pipe(ends) != 0) {
             exit(1);
@@ -89,7 +93,24 @@ public:
 
     const std::string &socket_path() const { return socket_; }
 
+    /* Seconds of processor time that its processes have taken. */
+    double cpu_seconds() const {
+        const std::string pid = std::to_string(pid_);
+        std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
+        double seconds = cpu_seconds_of(pid);
+        for (std::string child; children >> child;) {
+            seconds += cpu_seconds_of(child);
+        }
+        return seconds;
+    }
+
 private:
+    static double cpu_seconds_of(const std::string &pid) {
+        double nanoseconds = 0;
+        std::ifstream("/proc/" + pid + "/schedstat") >> nanoseconds;
+        return nanoseconds * 1e-9;
+    }
+
     /* It says one line when every node is loaded. */
     static void wait_until_served(int output) {
         char line[256];
@@ -172,16 +193,19 @@ template <class Value> Value median(std::vector<Value> values) {
 }
 
 struct MEDIANS {
-    std::vector<double> seconds, cpu, deletes;
-    void add(const BUILD_RESULT &result) {
+    std::vector<double> seconds, cpu, deletes, node_cpu;
+    void add(const BUILD_RESULT &result, double node_cpu_seconds) {
         seconds.push_back(result.seconds);
         cpu.push_back(result.cpu_seconds);
         deletes.push_back(result.delete_seconds);
+        node_cpu.push_back(node_cpu_seconds);
     }
 };
 
 void measure(const OPTIONS &options, const std::string &programs, long nodes, long resources) {
-    DOMAIN domain(programs, nodes, resources);
+    DOMAIN domain(programs, !options.domain.empty() ? options.domain
+                                                    : "nodes=" + std::to_string(nodes) + ",lus=" +
+                                                          std::to_string(resources / nodes));
     setenv("SNA_SOCKET", domain.socket_path().c_str(), 1);
     setenv("SNA_PREFIX", programs.c_str(), 1);
     constexpr size_t ahead = 8;
@@ -192,12 +216,14 @@ void measure(const OPTIONS &options, const std::string &programs, long nodes, lo
     std::vector<RECORDED_VERB> verbs;
     apart(&verbs, [](std::vector<RECORDED_VERB> *recorded) { return build_model(recorded); });
     for (int round = 0; round < options.rounds; round++) {
+        double before = domain.cpu_seconds();
         built = apart(nullptr, [](std::vector<RECORDED_VERB> *) { return build_model(nullptr); });
-        model.add(built);
+        model.add(built, domain.cpu_seconds() - before);
+        before = domain.cpu_seconds();
         least = apart(nullptr, [&](std::vector<RECORDED_VERB> *) {
             return build_floor(domain.socket_path(), verbs, ahead);
         });
-        floor.add(least);
+        floor.add(least, domain.cpu_seconds() - before);
     }
     const auto entries = static_cast<double>(built.entries);
     printf(
@@ -207,6 +233,8 @@ void measure(const OPTIONS &options, const std::string &programs, long nodes, lo
         median(model.cpu) / median(floor.cpu), median(model.deletes),
         median(model.deletes) / median(model.seconds), static_cast<double>(built.memory) / entries,
         static_cast<double>(least.memory) / entries, built.longest_hold * 1000);
+    printf("%25s node software meanwhile: %.3f s of processor time, %.3f under the floor\n", "",
+           median(model.node_cpu), median(floor.node_cpu));
     printf("%25s rounds of the main loop under 1, 2, 4 ... ms:", "");
     for (uint64_t count : built.holds) {
         printf(" %llu", static_cast<unsigned long long>(count));
@@ -223,6 +251,10 @@ int main(int argc, char **argv) {
         std::filesystem::canonical("/proc/self/exe").parent_path().parent_path().string();
     printf("resources nodes   entries   build s  floor s  ratio  build c  floor c  ratio  delete s "
            " ratio  B/rec  floor   hold\n");
+    if (!options.domain.empty()) {
+        measure(options, programs, 0, 0);
+        return 0;
+    }
     for (long nodes : options.nodes) {
         for (long resources : options.resources) {
             measure(options, programs, nodes, resources);

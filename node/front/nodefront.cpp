@@ -18,6 +18,7 @@
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <unordered_map>
 
 namespace node {
 
@@ -39,23 +40,23 @@ struct RouteRow {
     NB_UCHAR places;
 };
 
-constexpr NB_UCHAR ZERO = 1, DOMAIN_FILE = 2, NETWORK_FILE = 4, NODE = 8, TP_LOAD = 16;
-constexpr NB_UCHAR ANYWHERE = ZERO | DOMAIN_FILE | NETWORK_FILE | NODE | TP_LOAD;
+constexpr NB_UCHAR FILES = PLACE_DOMAIN_FILE | PLACE_NETWORK_FILE;
+constexpr NB_UCHAR ANYWHERE = PLACE_ZERO | FILES | PLACE_NODE | PLACE_TP_LOAD;
 
 constexpr RouteRow routes[] = {
-    {NAP_OPEN_FILE, ZERO},
-    {NAP_CONNECT_NODE, ZERO},
-    {NAP_CLOSE_FILE, DOMAIN_FILE | NETWORK_FILE | TP_LOAD},
-    {NAP_DISCONNECT_NODE, NODE},
+    {NAP_OPEN_FILE, PLACE_ZERO},
+    {NAP_CONNECT_NODE, PLACE_ZERO},
+    {NAP_CLOSE_FILE, FILES | PLACE_TP_LOAD},
+    {NAP_DISCONNECT_NODE, PLACE_NODE},
     {NAP_REGISTER_INDICATION_SINK, ANYWHERE},
     {NAP_SET_PROCESSING_MODE, ANYWHERE},
-    {NAP_QUERY_NODE_ALL, ZERO | DOMAIN_FILE},
-    {NAP_QUERY_SNA_NET, NETWORK_FILE},
-    {NAP_ADD_BACKUP, DOMAIN_FILE | NETWORK_FILE},
-    {NAP_DELETE_BACKUP, DOMAIN_FILE | NETWORK_FILE},
+    {NAP_QUERY_NODE_ALL, PLACE_ZERO | PLACE_DOMAIN_FILE},
+    {NAP_QUERY_SNA_NET, PLACE_NETWORK_FILE},
+    {NAP_ADD_BACKUP, FILES},
+    {NAP_DELETE_BACKUP, FILES},
 };
 
-NB_UCHAR places_of(NB_USHORT opcode) {
+NB_UCHAR find_places(NB_USHORT opcode) {
     for (const RouteRow &row : routes) {
         if (row.opcode == opcode) {
             return row.places;
@@ -67,10 +68,17 @@ NB_UCHAR places_of(NB_USHORT opcode) {
     const ClassRow *row = served != nullptr ? served : shown;
     const Settings *settings = settings_by_verb(opcode);
     if (row != nullptr) {
-        constexpr NB_UCHAR by_scope[] = {NODE, TP_LOAD, DOMAIN_FILE};
+        constexpr NB_UCHAR by_scope[] = {PLACE_NODE, PLACE_TP_LOAD, PLACE_DOMAIN_FILE};
         return by_scope[static_cast<size_t>(row->scope)];
     }
-    return settings != nullptr && settings->of_domain ? DOMAIN_FILE : NODE;
+    return settings != nullptr && settings->of_domain ? PLACE_DOMAIN_FILE : PLACE_NODE;
+}
+
+/* Every verb asks, so what was found is kept. */
+NB_UCHAR places_of(NB_USHORT opcode) {
+    static std::unordered_map<NB_USHORT, NB_UCHAR> found;
+    NB_UCHAR &places = found[opcode];
+    return places != 0 ? places : places = find_places(opcode);
 }
 
 } // namespace
@@ -399,7 +407,7 @@ Result Front::check_verb(const Client &client, const Frame &frame, const Target 
     if (needs_rights && !client.may_change) {
         return bad_parameter(NAP_NO_PERMISSION);
     }
-    if (target == nullptr || (places_of(opcode) & static_cast<NB_UCHAR>(target->place)) == 0) {
+    if (target == nullptr || (places_of(opcode) & target->place) == 0) {
         return bad_parameter(NAP_BAD_TARGET);
     }
     return GOOD;
@@ -417,7 +425,7 @@ void Front::carry_out(Client &client, const Frame &frame) {
         Answer result;
         result.block = frame.block;
         set_result(result.block, session_verb(client, frame, *target, result));
-        answer(client, frame.header, result);
+        answer(client, frame.header, result.block, result.data);
     } else if (target->gone || (target->node != nullptr && target->node->peer == nullptr)) {
         refuse(client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE});
     } else if (target->node != nullptr) {
@@ -431,7 +439,7 @@ void Front::to_domain(Client &client, const Frame &frame) {
     Answer result;
     std::string changed;
     domain_->execute(frame.block.data(), frame.block.size(), result, changed);
-    answer(client, frame.header, result);
+    answer(client, frame.header, result.block, result.data);
     NAP_VCB header;
     memcpy(&header, result.block.data(), sizeof header);
     if (header.primary_rc == NAP_OK &&
@@ -450,24 +458,24 @@ void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
         last_correlator_++;
     } while (last_correlator_ == 0 || node.flights.count(last_correlator_) != 0);
     const NB_ULONG correlator = last_correlator_;
-    node.flights[correlator] = {client.number, frame.header.correlator, frame.header.target,
-                                frame.block};
+    node.flights.emplace_hint(
+        node.flights.end(), correlator,
+        Flight{client.number, frame.header.correlator, frame.header.target, frame.block});
     node.peer->out().answer(make_frame(NOF_FRAME_VERB, correlator, frame.header.target,
                                        frame.block.data(), frame.block.size()));
 }
 
-void Front::answer(Client &client, const NOF_FRAME &verb, const Answer &answer) {
+void Front::answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
+                   const std::vector<NB_UCHAR> &data) {
     client.in_flight -= client.in_flight > 0 ? 1 : 0;
     client.peer->out().answer(make_frame(NOF_FRAME_ANSWER, verb.correlator, verb.target,
-                                         answer.block.data(), answer.block.size(),
-                                         answer.data.data(), answer.data.size()));
+                                         block.data(), block.size(), data.data(), data.size()));
 }
 
 void Front::refuse(Client &client, const Frame &frame, Result result) {
-    Answer refused;
-    refused.block = frame.block;
-    set_result(refused.block, result);
-    answer(client, frame.header, refused);
+    std::vector<NB_UCHAR> block = frame.block;
+    set_result(block, result);
+    answer(client, frame.header, block, {});
 }
 
 /* The record stays until the end of the round: its own handler may be running. */

@@ -34,6 +34,15 @@ struct FrontOptions {
     bool fresh = false;
 };
 
+/* What a target is of. */
+enum Place : NB_UCHAR {
+    PLACE_ZERO = 1, /* the domain as such */
+    PLACE_DOMAIN_FILE = 2,
+    PLACE_NETWORK_FILE = 4,
+    PLACE_NODE = 8,
+    PLACE_TP_LOAD = 16
+};
+
 class Front {
 public:
     Front(const FrontOptions &options, const DomainText &text);
@@ -49,8 +58,6 @@ public:
     int run();
 
 private:
-    enum class Place : NB_UCHAR { Zero = 1, Domain = 2, Network = 4, Node = 8, TpLoad = 16 };
-
     struct Registration {
         NB_USHORT indication;
         NB_ULONG correlator;
@@ -61,7 +68,7 @@ private:
 
     struct Target {
         NB_ULONG handle = 0; /* 0: the domain as such, which every client has */
-        Place place = Place::Zero;
+        Place place = PLACE_ZERO;
         NodeProcess *node = nullptr; /* of a node, or of its TP load file */
         bool gone = false;           /* the node's process died since */
         std::vector<Registration> registrations;
@@ -114,7 +121,8 @@ private:
     Result check_verb(const Client &client, const Frame &frame, const Target *target) const;
     void to_domain(Client &client, const Frame &frame);
     void to_node(Client &client, const Frame &frame, NodeProcess &node);
-    void answer(Client &client, const NOF_FRAME &verb, const Answer &answer);
+    void answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
+                const std::vector<NB_UCHAR> &data);
     void refuse(Client &client, const Frame &frame, Result result);
     void end_client(Client &client, const char *why);
     void sweep();

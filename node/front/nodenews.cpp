@@ -37,7 +37,7 @@ void Front::send_status(NodeProcess &node, const Frame &frame) {
     const std::string key(reinterpret_cast<const char *>(indication.key), sizeof indication.key);
     for_registered(indication.opcode, [&](Client &client, const Target &target,
                                           const Registration &registration) {
-        if (target.place != Place::Node || target.node != &node) {
+        if (target.place != PLACE_NODE || target.node != &node) {
             return;
         }
         const Faults::Fate fate = faults_.judge_indication();
@@ -57,8 +57,8 @@ void Front::send_copy(const Client *issuer, NodeProcess *node, const std::vector
     set_result(copy, {NAP_INDICATION, 0});
     for_registered(NAP_CONFIG_COPIES, [&](Client &client, const Target &target,
                                           const Registration &registration) {
-        const bool meant = node != nullptr ? target.place == Place::Node && target.node == node
-                                           : target.place == Place::Domain;
+        const bool meant = node != nullptr ? target.place == PLACE_NODE && target.node == node
+                                           : target.place == PLACE_DOMAIN_FILE;
         if (meant && &client != issuer) {
             send_news(client, target, registration, copy.data(), copy.size());
         }
@@ -108,7 +108,7 @@ void Front::send_node_state(NodeProcess &node, NB_ULONG state) {
     };
     for_registered(NAP_CONFIG_COPIES,
                    [&](Client &client, const Target &target, const Registration &registration) {
-                       if (target.place == Place::Node && target.node == &node && !issued(client)) {
+                       if (target.place == PLACE_NODE && target.node == &node && !issued(client)) {
                            send_news(client, target, registration, &news, sizeof news);
                        }
                    });
@@ -148,7 +148,7 @@ void Front::send_file_moved() {
     news.status = NAP_SYSTEM_FILE_CHANGED;
     for_registered(NAP_NOF_STATUS_INDICATION,
                    [&](Client &client, const Target &target, const Registration &registration) {
-                       if (target.place == Place::Domain) {
+                       if (target.place == PLACE_DOMAIN_FILE) {
                            news.target_handle = target.handle;
                            send_news(client, target, registration, &news, sizeof news);
                        }

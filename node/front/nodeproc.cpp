@@ -150,7 +150,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
         NOF_FRAME to = {};
         to.correlator = flight.correlator;
         to.target = flight.target;
-        answer(*client, to, {frame.block, frame.data});
+        answer(*client, to, frame.block, frame.data);
     }
 }
 

@@ -12,6 +12,8 @@ namespace {
 
 constexpr size_t DATA_LOST_AT = sizeof(NOF_FRAME) + offsetof(NAP_RESOURCE_INDICATION, data_lost);
 constexpr size_t MAX_PIECES = 16;
+constexpr size_t SHORT_FRAME = 1024;
+constexpr size_t MAX_JOINED = 65536;
 
 } // namespace
 
@@ -22,6 +24,13 @@ void OutQueue::add(Kind kind, std::vector<NB_UCHAR> frame) {
 }
 
 void OutQueue::answer(std::vector<NB_UCHAR> frame) {
+    if (!items_.empty() && items_.back().kind == Kind::Answer && frame.size() <= SHORT_FRAME &&
+        items_.back().frame.size() <= MAX_JOINED) {
+        bytes_ += frame.size();
+        std::vector<NB_UCHAR> &joined = items_.back().frame;
+        joined.insert(joined.end(), frame.begin(), frame.end());
+        return;
+    }
     add(Kind::Answer, std::move(frame));
 }
 

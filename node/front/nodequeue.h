@@ -22,7 +22,8 @@ constexpr size_t MAX_WAITING_NEWS = 1024 * 1024; /* bytes of copies and news */
 
 class OutQueue {
 public:
-    /* Adds a frame that must arrive. */
+    /* Adds a frame that must arrive.  Short ones that wait one behind the other become one piece.
+     */
     void answer(std::vector<NB_UCHAR> frame);
 
     /* Adds a frame that nobody asked for now, but that must not get lost either: a copy of a verb,

@@ -62,10 +62,10 @@ Result Front::open_file(Client &client, Answer &answer) {
             return bad_parameter(NAP_UNKNOWN_RESOURCE);
         }
         holder = node->name;
-        result = node->up ? add_target(client, Place::TpLoad, node, handle)
+        result = node->up ? add_target(client, PLACE_TP_LOAD, node, handle)
                           : Result{NAP_COMM_FAILURE, NAP_NODE_GONE};
     } else if (verb.file == NAP_SYSTEM_FILE || verb.file == NAP_NETWORK_FILE) {
-        const Place place = verb.file == NAP_SYSTEM_FILE ? Place::Domain : Place::Network;
+        const Place place = verb.file == NAP_SYSTEM_FILE ? PLACE_DOMAIN_FILE : PLACE_NETWORK_FILE;
         result = text_.facts.domain_config != 0 ? add_target(client, place, nullptr, handle)
                                                 : bad_state(NAP_NO_DOMAIN_CONFIG);
     }
@@ -103,7 +103,7 @@ Result Front::connect_node(Client &client, Answer &answer) {
         return {NAP_COMM_FAILURE, NAP_NODE_GONE};
     }
     NB_ULONG handle = 0;
-    const Result result = add_target(client, Place::Node, node, handle);
+    const Result result = add_target(client, PLACE_NODE, node, handle);
     if (result.ok()) {
         verb.target_handle = handle;
         memcpy(answer.block.data(), &verb, sizeof verb);

@@ -239,15 +239,25 @@ static const NAP_VERB gnap_verbs[] = {
 
 #define NAP_VERB_COUNT (sizeof(gnap_verbs) / sizeof(gnap_verbs[0]))
 
-/* Returns the row of an opcode, or null. */
+/* The number of each row. */
+enum nap_verb_row {
+#define NAP_ROW(name, ...) NAP_ROW_##name,
+    NAP_VERBS(NAP_ROW)
+#undef NAP_ROW
+};
+
+/* Returns the row of an opcode, or null.  Every answer asks, so nothing is walked; two rows with
+ * one opcode do not compile. */
 static inline const NAP_VERB *nap_find_verb(NB_USHORT opcode) {
-    size_t row;
-    for (row = 0; row < NAP_VERB_COUNT; row++) {
-        if (gnap_verbs[row].opcode == opcode) {
-            return &gnap_verbs[row];
-        }
+    switch (opcode) {
+#define NAP_ROW(name, ...)                                                                         \
+    case name:                                                                                     \
+        return &gnap_verbs[NAP_ROW_##name];
+        NAP_VERBS(NAP_ROW)
+#undef NAP_ROW
+    default:
+        return NULL;
     }
-    return NULL;
 }
 
 /* The names of return codes, for logs.  Null for a code without a name; a secondary code of 0 has

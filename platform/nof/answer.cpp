@@ -1,7 +1,5 @@
 #include "answer.h"
 
-#include "verbtable.h"
-
 #include <cstring>
 
 namespace nof {
@@ -92,7 +90,7 @@ bool fill_answer(const Verb &verb, const Frame &frame) {
 
 bool copy_indication(const Frame &frame, NB_UCHAR *vcb) {
     const NAP_VCB header = read_record<NAP_VCB>(frame.vcb);
-    const NAP_VERB *row = find_verb(header.opcode);
+    const NAP_VERB *row = nap_find_verb(header.opcode);
     if (!row || !may_be_indicated(row->kind) || frame.header.vcb_length != row->block_size ||
         frame.header.data_length > 0 || header.primary_rc != NAP_INDICATION) {
         return false;

@@ -10,6 +10,8 @@ namespace nof {
 
 namespace {
 
+constexpr NB_ULONG short_answer = 4096;
+
 // The verbs whose answer brings a target, and where in the block it stands.
 struct Opener {
     NB_USHORT opcode;
@@ -82,7 +84,10 @@ bool Interface::handle_answer(const Frame &frame) {
     }
     const Verb verb = *found;
     const bool kept = keep_account(verb);
+    // Behind a long answer the program is busy for a while: the node gets its next verb before.
+    collecting_ = frame.header.length <= short_answer;
     verb.callback(verb.target, verb.vcb, verb.user_data);
+    collecting_ = false;
     return kept;
 }
 

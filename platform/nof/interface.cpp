@@ -1,7 +1,6 @@
 #include "interface.h"
 
 #include "answer.h"
-#include "verbtable.h"
 
 #include <climits>
 #include <cstdio>
@@ -46,7 +45,7 @@ void Interface::terminate() {
 bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc) const {
     NAP_VCB header;
     std::memcpy(&header, verb.vcb, sizeof(header));
-    verb.row = header.format == 0 ? find_verb(header.opcode) : nullptr;
+    verb.row = header.format == 0 ? nap_find_verb(header.opcode) : nullptr;
     if (!verb.row || verb.row->kind == NAP_KIND_INDICATION) {
         primary_rc = NAP_NOT_SUPPORTED;
         return false;
@@ -93,7 +92,7 @@ NB_USHORT Interface::issue(NB_ULONG target, NB_UCHAR *vcb, NOF_CALLBACK callback
         wakeup_.arm();
     } else if (state_ == State::idle) {
         connect();
-    } else {
+    } else if (!collecting_) {
         pump();
     }
     return NOF_IN_PROGRESS;
@@ -160,6 +159,7 @@ void Interface::work() {
             break;
         }
     }
+    pump();
     // What lies in the library's own memory makes no descriptor ready.
     if (!deferred_.empty() || link_.frame_waiting()) {
         wakeup_.arm();

@@ -3,6 +3,7 @@
  * Everything that calls the program happens in `work`, which only the main loop calls, and which
  * handles a bounded number of events a call.  A callback may issue verbs or terminate the
  * interface; nothing of the interface is held across a callback but the count of terminations.
+ * What callbacks of short answers issue is sent in one piece behind the last of them.
  *
  * A connection that was lost stays lost until `terminate`; one that never came about is tried again
  * by the next verb. */
@@ -50,6 +51,7 @@ private:
     const NB_ULONG hello_wait_ms_;
     State state_ = State::idle;
     bool may_change_ = false;
+    bool collecting_ = false; /* `work` will send what is issued now */
     unsigned terminations_ = 0;
     NOF_CALLBACK last_callback_ = nullptr;
     Wakeup wakeup_;

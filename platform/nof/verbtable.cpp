@@ -1,10 +1,8 @@
-#include "verbtable.h"
-
+/* The descriptions of verbs that vnv_verb_search hands out: constants of the process. */
 #include "nof.h"
+#include "nofverbs.h"
 
-#include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace nof {
 
@@ -24,53 +22,26 @@ static_assert(sizeof(Description) == 16);
 static_assert(offsetof(Description, block_size) == 4);
 static_assert(offsetof(Description, buffers) == VNV_BUFFER_BYTE);
 
-struct Entry {
-    const NAP_VERB *verb;
-    Description description;
-};
-
-bool before(const Entry &entry, NB_USHORT opcode) {
-    return entry.description.opcode < opcode;
-}
-
-using Table = std::array<Entry, NAP_VERB_COUNT>;
-
-Table sorted() {
-    Table table;
-    std::transform(std::begin(gnap_verbs), std::end(gnap_verbs), table.begin(),
-                   [](const NAP_VERB &verb) {
-                       const bool buffer = verb.kind == NAP_KIND_LIST;
-                       return Entry{&verb,
-                                    {verb.opcode,
-                                     verb.kind,
-                                     verb.flags,
-                                     verb.block_size,
-                                     {},
-                                     static_cast<NB_UCHAR>(buffer ? VNV_HAS_BUFFER : 0),
-                                     {}}};
-                   });
-    std::sort(table.begin(), table.end(), [](const Entry &left, const Entry &right) {
-        return left.description.opcode < right.description.opcode;
-    });
-    return table;
-}
-
-const Entry *find_entry(NB_USHORT opcode) {
-    static const Table table = sorted();
-    const auto at = std::lower_bound(table.begin(), table.end(), opcode, before);
-    return at != table.end() && at->description.opcode == opcode ? &*at : nullptr;
-}
+// In the order of the rows.
+const std::array<Description, NAP_VERB_COUNT> descriptions = [] {
+    std::array<Description, NAP_VERB_COUNT> all = {};
+    for (size_t row = 0; row < all.size(); row++) {
+        const NAP_VERB &verb = gnap_verbs[row];
+        all[row].opcode = verb.opcode;
+        all[row].kind = verb.kind;
+        all[row].flags = verb.flags;
+        all[row].block_size = verb.block_size;
+        all[row].buffers = verb.kind == NAP_KIND_LIST ? VNV_HAS_BUFFER : 0;
+    }
+    return all;
+}();
 
 } // namespace
-
-const NAP_VERB *find_verb(NB_USHORT opcode) {
-    const Entry *entry = find_entry(opcode);
-    return entry ? entry->verb : nullptr;
-}
 
 } // namespace nof
 
 const NB_UCHAR *vnv_verb_search(NB_USHORT opcode, NB_UCHAR format, NB_USHORT) {
-    const nof::Entry *entry = format == 0 ? nof::find_entry(opcode) : nullptr;
-    return entry ? reinterpret_cast<const NB_UCHAR *>(&entry->description) : nullptr;
+    const NAP_VERB *verb = format == 0 ? nap_find_verb(opcode) : nullptr;
+    return verb ? reinterpret_cast<const NB_UCHAR *>(&nof::descriptions[verb - gnap_verbs])
+                : nullptr;
 }

@@ -22,17 +22,26 @@ public:
     void stop() {
         input_.remove();
         event_.reset(-1);
+        armed_ = false;
     }
 
     /* `ready` will be called, once. */
-    void arm() { eventfd_write(event_.fd(), 1); }
+    void arm() {
+        if (!armed_) {
+            armed_ = eventfd_write(event_.fd(), 1) == 0;
+        }
+    }
 
     void clear() {
         eventfd_t count;
-        eventfd_read(event_.fd(), &count);
+        if (armed_) {
+            eventfd_read(event_.fd(), &count);
+            armed_ = false;
+        }
     }
 
 private:
+    bool armed_ = false;
     Descriptor event_;
     Input input_;
 };

@@ -70,28 +70,30 @@ NB_USHORT issue_list_step(const BUILD &build, const STEP &step, const NB_UCHAR *
 }
 
 /* Lists are read under this many owners at a time, so that the node need not wait for the program
- * between two short ones.  Meanwhile the step's flag counts those that are under way.  Each goes on
- * with the owner behind the others', so that entries come in order all the same. */
-constexpr NB_USHORT owners_at_once = 4;
+ * between two short ones, and short answers travel together.  Meanwhile the step's flag counts
+ * those that are under way.  Owners are asked in their order, so that entries come in order all the
+ * same. */
+constexpr NB_USHORT owners_at_once = 8;
 
-const NB_UCHAR *owner_behind_others(const BUILD &build, const STEP &step, const NB_UCHAR *owner) {
-    for (NB_USHORT at = 0; at < owners_at_once && owner != nullptr; at++) {
-        owner = step.next_owner(build.node, owner);
+/* Asks for the list of the owner behind `asked` (null: of the first).  Returns -1 without one, 0
+ * when nothing could be queued. */
+NB_SHORT issue_next_owner(const BUILD &build, const STEP &step, const NB_UCHAR *asked) {
+    const NB_UCHAR *owner = step.next_owner(build.node, asked);
+    if (owner == nullptr) {
+        return -1;
     }
-    return owner;
+    memcpy(build.node->asked_owners[step.chain], owner, vga_find_list(step.opcode)->owner_length());
+    return issue_list_step(build, step, owner, nullptr) != 0 ? 1 : 0;
 }
 
 /* Returns -1 without an owner, 0 when nothing could be queued. */
 NB_SHORT issue_owned_lists(const BUILD &build, const STEP &step) {
     NB_USHORT &under_way = build.flag(step.chain);
-    const NB_UCHAR *owner = step.next_owner(build.node, nullptr);
-    for (under_way = 0; owner != nullptr && under_way < owners_at_once; under_way++) {
-        if (issue_list_step(build, step, owner, nullptr) == 0) {
-            return 0;
-        }
-        owner = step.next_owner(build.node, owner);
+    NB_SHORT issued = issue_next_owner(build, step, nullptr);
+    for (under_way = 0; issued > 0 && ++under_way < owners_at_once;) {
+        issued = issue_next_owner(build, step, build.node->asked_owners[step.chain]);
     }
-    return under_way != 0 ? 1 : -1;
+    return issued < 0 && under_way != 0 ? 1 : issued;
 }
 
 /* Issues what a step asks for.  An owned list without an owner is complete: -1 then. */
@@ -164,20 +166,16 @@ NB_USHORT ask_for_more(const BUILD &build, const STEP &step, const VGA_LIST &lis
     const NB_UCHAR *owner = step.kind == OWNED_LIST ? query.key : nullptr;
     VGA_LIST_POSITION last;
     vga_find_list_end(list, vcb, &last);
-    NB_USHORT goes_on = vga_list_goes_on(list, vcb, last);
-    if (!goes_on && step.kind == LIST) {
-        return 1;
+    NB_SHORT issued = -1;
+    if (vga_list_goes_on(list, vcb, last)) {
+        issued = issue_list_step(build, step, owner, &last) != 0 ? 1 : 0;
+    } else if (owner != nullptr) {
+        issued = issue_next_owner(build, step, build.node->asked_owners[step.chain]);
     }
-    if (!goes_on) {
-        owner = owner_behind_others(build, step, owner);
-        if (owner == nullptr) {
-            return owner_done(build, step);
-        }
-    }
-    if (issue_list_step(build, step, owner, goes_on ? &last : nullptr) == 0) {
+    if (issued == 0) {
         VGA_BUILD_EXIT();
     }
-    return 0;
+    return issued < 0 && (owner == nullptr || owner_done(build, step));
 }
 
 /* An answer to a list.  What follows is asked for first: the node looks for it while records are

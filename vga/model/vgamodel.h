@@ -262,7 +262,9 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
         NB_ULONG secondary_rc;
     } refusal; /* why it could not be connected last; NAP_OK: it could */
     NB_USHORT startup_status[VGA_NODE_CHAINS];
-    NB_USHORT rebuilt; /* flag: the build that runs found records of an earlier one */
+    NB_UCHAR asked_owners[VGA_NODE_CHAINS]
+                         [17]; /* of lists under owners: whose was asked for last */
+    NB_USHORT rebuilt;         /* flag: the build that runs found records of an earlier one */
     VGA_CLASS_WORK class_work[VGA_STATUS_CLASSES]; /* by VGA_STATUS_ID; of this connection */
     VGA_DIALOG *window;                            /* its node window; null while there is none */
 
