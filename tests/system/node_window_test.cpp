@@ -67,6 +67,14 @@ TEST_F(NodeWindow, ShowsEveryPaneOfTheDomainInOrder) {
     }
 }
 
+// The node is still starting when a program comes that is started as soon as it is ready.
+TEST_F(NodeWindow, HeadLineFollowsTheNode) {
+    ASSERT_NO_FATAL_FAILURE(load());
+    const std::string active = "corvid1 (NETA.CORVID1): active";
+    EXPECT_TRUE(wait_for([&] { return screen().text(window).find(active) != std::string::npos; }))
+        << screen().text(window);
+}
+
 TEST_F(NodeWindow, ShowsWhatTheNodeSaysOfALine) {
     ASSERT_NO_FATAL_FAILURE(load());
     const WindowId list = list_with("LINE0");

@@ -1,4 +1,5 @@
 #include "vgaindct.h"
+#include "nodestate.h"
 #include "nofverbs.h"
 #include "vgadsdel.h"
 #include "vgaglob.h"
@@ -17,6 +18,8 @@ struct PROCESSOR {
 
 constexpr PROCESSOR processors[] = {
     {NAP_NOF_STATUS_INDICATION, vga_process_nof_status_ind},
+    {NAP_INIT_NODE, vga_process_node_status_ind},
+    {NAP_STOP_NODE, vga_process_node_status_ind},
     {NAP_CHANGE_SESSION_LIMIT, vga_process_session_limit},
 };
 

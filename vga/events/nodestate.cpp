@@ -1,0 +1,47 @@
+#include "nodestate.h"
+#include "nofverbs.h"
+#include "vgahooks.h"
+#include "vgamodel.h"
+#include <cstring>
+
+namespace {
+
+NB_VOID take_over(VGA_NODE *node, NB_ULONG state) {
+    node->node_data.info.node_state = state;
+    node->vcb->info.node_state = state;
+    if (node->node_state == state) {
+        return;
+    }
+    node->node_state = state;
+    if (gvga_hooks.node_list_changed != nullptr) {
+        gvga_hooks.node_list_changed(node, VGA_NODE_CHANGED);
+    }
+}
+
+} // namespace
+
+NB_VOID vga_process_init_node(VGA_NODE *node, NB_ULONG state) {
+    if (state == NAP_NODE_STARTING || state == NAP_NODE_ACTIVE) {
+        take_over(node, state);
+    }
+}
+
+NB_VOID vga_process_stop_node(VGA_NODE *node, NB_ULONG state) {
+    if (state == NAP_NODE_STOPPING || state == NAP_NODE_STOPPED) {
+        take_over(node, state);
+    }
+}
+
+NB_VOID vga_process_node_status_ind(const VGA_PROCESS_STATE *work) {
+    auto *node = static_cast<VGA_NODE *>(nba_validate_handle(work->user_data));
+    if (node == nullptr) {
+        return;
+    }
+    NAP_NODE_STATUS_INDICATION_VERB copy;
+    memcpy(&copy, work->vcb, sizeof(copy));
+    if (copy.opcode == NAP_INIT_NODE) {
+        vga_process_init_node(node, copy.node_state);
+    } else {
+        vga_process_stop_node(node, copy.node_state);
+    }
+}
