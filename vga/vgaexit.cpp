@@ -1,4 +1,5 @@
 #include "vgaexit.h"
+#include "nbproblem.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgadsdel.h"
@@ -17,8 +18,6 @@ constexpr auto hung_after = std::chrono::seconds(5);
 
 /* Fatal reports. */
 
-constexpr NB_ULONG problem_unexpected = 0x40020000;
-constexpr NB_ULONG problem_internal = 0x40020001;
 constexpr NB_ULONG open_file_failed = 61444;
 
 /* Show the report over the main dialog. */
@@ -89,9 +88,9 @@ NB_VOID print_start_up_failure(NB_VOID) {
 
 NB_VOID log_exit(NB_USHORT known) {
     if (gvga_exit_code == VGA_EXIT_INTERNAL) {
-        nba_pd_print_problem(problem_internal, 0, "s i", gvga_exit_file, gvga_exit_line);
+        nba_pd_print_problem(NB_PD_ENDS_INTERNAL, 0, "s i", gvga_exit_file, gvga_exit_line);
     } else if (!known) {
-        nba_pd_print_problem(problem_unexpected, 0, "x x s i", gvga_exit_code, gvga_exit_subcode,
+        nba_pd_print_problem(NB_PD_ENDS_UNKNOWN, 0, "x x s i", gvga_exit_code, gvga_exit_subcode,
                              gvga_exit_file, gvga_exit_line);
     }
 }
@@ -200,11 +199,11 @@ NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
 }
 
 NB_INT vga_xerror_handler(Display *display, XErrorEvent *event) {
-    constexpr NB_ULONG x_error = 0x4002000B;
     NB_CHAR text[300] = "";
     XGetErrorText(display, event->error_code, text, sizeof(text));
-    if ((ptrc.flags[0] & 1) == 0) {
-        nba_pd_print_exception(x_error, 0, "i i s", event->error_code, event->request_code, text);
+    if (!nba_is_silenced(NB_TRACE_X_ERRORS)) {
+        nba_pd_print_exception(NB_PD_X_ERROR, 0, "i i s", event->error_code, event->request_code,
+                               text);
     }
     return 0;
 }

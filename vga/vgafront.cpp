@@ -26,8 +26,6 @@
 
 namespace {
 
-constexpr NB_ULONG catalogue_problem = 0x40020005;
-constexpr NB_ULONG uid_problem = 0x40020006;
 constexpr NB_INT io_limit = 10;
 constexpr size_t locale_length = 5;
 constexpr NB_INT small_screen_height = 480;

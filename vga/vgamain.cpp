@@ -1,4 +1,5 @@
 /* The program: start-up in its order, the main loop, the exit. */
+#include "nbproblem.h"
 #include "nofverbs.h"
 #include "toolkit.h"
 #include "vgachild.h"
@@ -19,10 +20,6 @@
 #include <cstdlib>
 
 namespace {
-
-constexpr NB_ULONG window_problem = 0x40020007;
-
-enum WINDOW_PROBLEM : NB_USHORT { NODE_WINDOW_FAILED = 5 };
 
 /* Hooks. */
 
@@ -166,7 +163,7 @@ NB_VOID vga_system_built(NB_VOID) {
         return;
     }
     if (vga_display_node_window(node, 1) == 0) {
-        nba_pd_print_problem(window_problem, NODE_WINDOW_FAILED, nullptr);
+        nba_pd_print_problem(NB_PD_WINDOW, NB_PD_WINDOW_NODE, nullptr);
     }
     tell_of_limits(gvga_first_dialog);
     tell_of_refusal(gvga_first_dialog, *node);

@@ -3,8 +3,8 @@
 
 #include "generate.h"
 #include "nbbase.h"
+#include "nbproblem.h"
 #include "nofverbs.h"
-#include "problems.h"
 #include "snadefined.h"
 
 #include <algorithm>
@@ -168,7 +168,7 @@ void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behav
     Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
     if ((old != nullptr && !generated_) || check_fields(*row.schema, entry.get()) != 0 ||
         !check_refs(row, entry.get()).ok() || !check_alias(row, entry.get(), old).ok()) {
-        nba_pd_print_problem(LOG_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
+        nba_pd_print_problem(NB_PD_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
         return;
     }
     if (row.hooks.fill != nullptr) {
@@ -237,7 +237,7 @@ bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) 
             resources.push_back(
                 {row, {stored.record, stored.record + stored.record_length}, stored.behaviour, 0});
         } else {
-            nba_pd_print_problem(LOG_STORE_RECORD, 2, "s", stored.section.c_str());
+            nba_pd_print_problem(NB_PD_STORE_RECORD, 2, "s", stored.section.c_str());
         }
         return true;
     });

@@ -1,7 +1,7 @@
 #include "store.h"
 
 #include "nbbase.h"
-#include "problems.h"
+#include "nbproblem.h"
 
 #include <cstring>
 #include <sqlite3.h>
@@ -54,7 +54,7 @@ Store::~Store() {
 }
 
 bool Store::failed(const char *what) {
-    nba_pd_print_problem(LOG_STORE, 1, "s s s", what, path_.c_str(),
+    nba_pd_print_problem(NB_PD_STORE, 1, "s s s", what, path_.c_str(),
                          db_ != nullptr ? sqlite3_errmsg(db_) : "no memory");
     return false;
 }

@@ -1,8 +1,8 @@
 #include "nodefront.h"
 
 #include "nbbase.h"
+#include "nbproblem.h"
 #include "nofverbs.h"
-#include "problems.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -223,7 +223,7 @@ void Front::read_faults() {
     std::string why;
     if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
         fprintf(stderr, "snanode: %s\n", why.c_str());
-        nba_pd_print_problem(LOG_FAULTS, 1, "s", why.c_str());
+        nba_pd_print_problem(NB_PD_FAULTS, 1, "s", why.c_str());
     }
 }
 
@@ -402,8 +402,7 @@ Result Front::check_verb(const Client &client, const Frame &frame, const Target 
     }
     const NB_USHORT opcode = block_opcode(frame.block);
     const NAP_VERB *verb = nap_find_verb(opcode);
-    const bool needs_rights =
-        (verb->flags & NAP_VERB_CHANGES) != 0 || opcode == NAP_SET_PROCESSING_MODE;
+    const bool needs_rights = verb->changes != 0 || opcode == NAP_SET_PROCESSING_MODE;
     if (needs_rights && !client.may_change) {
         return bad_parameter(NAP_NO_PERMISSION);
     }
@@ -442,8 +441,7 @@ void Front::to_domain(Client &client, const Frame &frame) {
     answer(client, frame.header, result.block, result.data);
     NAP_VCB header;
     memcpy(&header, result.block.data(), sizeof header);
-    if (header.primary_rc == NAP_OK &&
-        (nap_find_verb(header.opcode)->flags & NAP_VERB_CHANGES) != 0) {
+    if (header.primary_rc == NAP_OK && nap_find_verb(header.opcode)->changes != 0) {
         send_copy(&client, nullptr, result.block);
     }
     if (!changed.empty()) {
@@ -481,7 +479,7 @@ void Front::refuse(Client &client, const Frame &frame, Result result) {
 /* The record stays until the end of the round: its own handler may be running. */
 void Front::end_client(Client &client, const char *why) {
     if (why != nullptr) {
-        nba_pd_print_problem(LOG_CLIENT_ENDED, 1, "s l", why,
+        nba_pd_print_problem(NB_PD_CLIENT_ENDED, 1, "s l", why,
                              static_cast<NB_ULONG>(client.process));
     }
     for (const auto &target : client.targets) {

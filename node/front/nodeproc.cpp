@@ -2,9 +2,9 @@
 #include "nodefront.h"
 
 #include "nbbase.h"
+#include "nbproblem.h"
 #include "nodeserve.h"
 #include "nofverbs.h"
-#include "problems.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -124,7 +124,7 @@ void Front::node_ready(NodeProcess &node) {
         }
     }
     if (state == FrameState::Garbage) {
-        nba_pd_print_problem(LOG_LINK, 1, "s", node.name.c_str());
+        nba_pd_print_problem(NB_PD_NODE_LINK, 1, "s", node.name.c_str());
     }
     if (state == FrameState::Garbage || node.peer->gone()) {
         node_lost(node);
@@ -143,7 +143,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     Client *client = find_client(flight.client);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const bool of_node = header.opcode == NAP_INIT_NODE || header.opcode == NAP_STOP_NODE;
-    if (header.primary_rc == NAP_OK && (verb->flags & NAP_VERB_CHANGES) != 0 && !of_node) {
+    if (header.primary_rc == NAP_OK && verb->changes != 0 && !of_node) {
         send_copy(client, &node, frame.block);
     }
     if (client != nullptr) {
@@ -205,7 +205,7 @@ void Front::node_lost(NodeProcess &node) {
         loop_.stop(1);
         return;
     }
-    nba_pd_print_problem(LOG_NODE_GONE, 1, "s", node.name.c_str());
+    nba_pd_print_problem(NB_PD_NODE_ENDED, 1, "s", node.name.c_str());
     const std::map<NB_ULONG, Flight> flights = std::move(node.flights);
     node.flights.clear();
     for (const auto &entry : flights) {

@@ -1,5 +1,4 @@
-#include "nbbase.h"
-#include "pdtable.h"
+#include "nbproblem.h"
 
 #include <cstdlib>
 
@@ -8,7 +7,7 @@ namespace {
 NB_FATAL_HANDLER fatal_handler = nullptr;
 
 void report(NB_USHORT detail, const NB_CHAR *file, NB_INT line, const NB_CHAR *text) {
-    nba_pd_print_problem(base::pd_assertion, detail, "s s i", text, file, line);
+    nba_pd_print_problem(NB_PD_ASSERTION, detail, "s s i", text, file, line);
 }
 
 } // namespace

@@ -10,8 +10,6 @@
 
 namespace base {
 
-inline constexpr NB_ULONG pd_assertion = 0x40010001;
-
 /* How a number is explained beside its digits. */
 enum class PdDecode { none, opcode, primary_rc, secondary_rc };
 

@@ -71,6 +71,7 @@ private:
     dup2(null, STDIN_FILENO);
     dup2(null, STDERR_FILENO);
     dup2(output, STDOUT_FILENO);
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     execvpe(command.arguments[0], command.arguments.data(), command.environment.data());
     _exit(127);
 }

@@ -6,7 +6,7 @@ namespace nof {
 
 namespace {
 
-#define NAP_ROW(name, opcode, block, kind, flags)                                                  \
+#define NAP_ROW(name, opcode, block, kind)                                                         \
     static_assert(sizeof(block) <= NOF_MAX_VCB && sizeof(block) % 4 == 0, #name);                  \
     static_assert(NAP_KIND_##kind != NAP_KIND_LIST || sizeof(block) == sizeof(NAP_QUERY_LIST));
 NAP_VERBS(NAP_ROW)

@@ -75,7 +75,7 @@ void Flights::finish_all(VerbList &to, NB_USHORT primary_rc, NB_ULONG secondary_
 void Flights::finish_waiting_changes(VerbList &to, NB_USHORT primary_rc, NB_ULONG secondary_rc) {
     for (auto at = waiting_.begin(); at != waiting_.end();) {
         const Verb &verb = *at++;
-        if (verb.row->flags & NAP_VERB_CHANGES) {
+        if (verb.row->changes) {
             finish(verb, to, primary_rc, secondary_rc);
         }
     }

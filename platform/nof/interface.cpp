@@ -1,6 +1,7 @@
 #include "interface.h"
 
 #include "answer.h"
+#include "nbproblem.h"
 
 #include <climits>
 #include <cstdio>
@@ -11,9 +12,6 @@
 namespace nof {
 
 namespace {
-
-constexpr NB_ULONG pd_unreachable = 0x40030001;
-constexpr NB_ULONG pd_lost = 0x40030002;
 
 void socket_path(char *path, size_t size) {
     const char *named = std::getenv("SNA_SOCKET");
@@ -69,7 +67,7 @@ bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc
         return false;
     }
     secondary_rc = NAP_NO_PERMISSION;
-    return !(verb.row->flags & NAP_VERB_CHANGES) || may_change_ || state_ != State::ready;
+    return !verb.row->changes || may_change_ || state_ != State::ready;
 }
 
 NB_USHORT Interface::issue(NB_ULONG target, NB_UCHAR *vcb, NOF_CALLBACK callback,
@@ -226,7 +224,7 @@ void Interface::fail(const char *reason) {
 void Interface::give_up(const char *reason) {
     char path[PATH_MAX];
     socket_path(path, sizeof(path));
-    nba_pd_print_problem(pd_unreachable, 0, "s s", path, reason);
+    nba_pd_print_problem(NB_PD_UNREACHABLE, 0, "s s", path, reason);
     link_.close();
     state_ = State::idle;
     flights_.finish_all(deferred_, NAP_UNAVAILABLE, 0);
@@ -234,7 +232,7 @@ void Interface::give_up(const char *reason) {
 }
 
 void Interface::lose(const char *reason) {
-    nba_pd_print_problem(pd_lost, 0, "s i i", reason, static_cast<NB_INT>(flights_.in_flight()),
+    nba_pd_print_problem(NB_PD_LOST, 0, "s i i", reason, static_cast<NB_INT>(flights_.in_flight()),
                          static_cast<NB_INT>(flights_.sinks()));
     link_.close();
     state_ = State::lost;

@@ -11,7 +11,7 @@ namespace {
 struct Description {
     NB_USHORT opcode;
     NB_UCHAR kind;
-    NB_UCHAR flags;
+    NB_UCHAR changes;
     NB_ULONG block_size;
     NB_UCHAR reserved[2];
     NB_UCHAR buffers;
@@ -29,7 +29,7 @@ const std::array<Description, NAP_VERB_COUNT> descriptions = [] {
         const NAP_VERB &verb = gnap_verbs[row];
         all[row].opcode = verb.opcode;
         all[row].kind = verb.kind;
-        all[row].flags = verb.flags;
+        all[row].changes = verb.changes;
         all[row].block_size = verb.block_size;
         all[row].buffers = verb.kind == NAP_KIND_LIST ? VNV_HAS_BUFFER : 0;
     }

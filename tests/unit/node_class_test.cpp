@@ -170,9 +170,8 @@ TEST(NodeClassWalk, EveryClassThatCanBeDefined) {
         if (row.schema->define == 0) {
             continue;
         }
-        EXPECT_EQ(nap_find_verb(row.schema->define)->flags &
-                      nap_find_verb(row.schema->remove)->flags,
-                  NAP_VERB_CHANGES);
+        EXPECT_TRUE(nap_find_verb(row.schema->define)->changes &&
+                    nap_find_verb(row.schema->remove)->changes);
         Folder folder;
         std::string why;
         std::vector<std::string> kept;
@@ -416,7 +415,7 @@ TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
             continue;
         }
         EXPECT_EQ(nap_find_verb(row.set)->block_size, row.block_size);
-        EXPECT_EQ(nap_find_verb(row.set)->flags, NAP_VERB_CHANGES);
+        EXPECT_TRUE(nap_find_verb(row.set)->changes);
     }
     NAP_QUERY_DEFAULTS_VERB defaults = {};
     defaults.opcode = NAP_DEFINE_DEFAULTS;

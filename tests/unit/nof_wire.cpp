@@ -316,7 +316,7 @@ TEST(VerbTable, DescribesEveryVerbAndNoOther) {
         std::memcpy(&size, entry + 4, sizeof(size));
         EXPECT_EQ(described, opcode);
         EXPECT_EQ(entry[2], verb.kind);
-        EXPECT_EQ(entry[3], verb.flags);
+        EXPECT_EQ(entry[3], verb.changes);
         EXPECT_EQ(size, verb.block_size);
         EXPECT_EQ((entry[VNV_BUFFER_BYTE] & VNV_HAS_BUFFER) != 0, verb.kind == NAP_KIND_LIST);
         EXPECT_EQ(vnv_verb_search(static_cast<NB_USHORT>(opcode), 1, 0), nullptr);

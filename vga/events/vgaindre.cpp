@@ -1,4 +1,5 @@
 #include "vgaindre.h"
+#include "nbproblem.h"
 #include "nofverbs.h"
 #include "vgadschk.h"
 #include "vgadsnew.h"
@@ -8,9 +9,6 @@
 
 namespace {
 
-constexpr NB_ULONG unknown_resource = 0x40020004;
-constexpr NB_USHORT exception_flag_byte = 8;
-
 /* The opcodes that always are indications about resources, whether a class has them or not. */
 constexpr NB_USHORT first_resource_opcode = 0x4002;
 constexpr NB_USHORT last_resource_opcode = 0x401B;
@@ -18,10 +16,10 @@ constexpr NB_USHORT last_resource_opcode = 0x401B;
 /* A list that is being read, and a check that runs, have not met every resource yet. */
 NB_VOID report_unknown(const VGA_NODE *node, const VGA_STATUS_CLASS &row,
                        const NAP_RESOURCE_INDICATION &indication) {
-    if (node->class_work[row.id].checking || (ptrc.flags[exception_flag_byte] & 1) != 0) {
+    if (node->class_work[row.id].checking || nba_is_silenced(NB_TRACE_RESOURCES)) {
         return;
     }
-    nba_pd_print_exception(unknown_resource, row.detail, "x ca", indication.opcode,
+    nba_pd_print_exception(NB_PD_UNKNOWN_NAME, row.detail, "x ca", indication.opcode,
                            static_cast<NB_INT>(row.name_width), indication.key + row.name_offset);
 }
 

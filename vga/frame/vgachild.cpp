@@ -1,5 +1,5 @@
 #include "vgachild.h"
-#include "nbbase.h"
+#include "nbproblem.h"
 #include "v0toebcd.h"
 #include "vgamsgs.h"
 #include <cerrno>
@@ -13,12 +13,11 @@ volatile NB_LONG gvga_web_temp_pid;
 
 namespace {
 
-constexpr NB_ULONG child_problem = 0x4002000D;
-
 [[noreturn]] NB_VOID become(const NB_CHAR *command, const sigset_t &mask) {
     signal(SIGTERM, SIG_DFL);
     signal(SIGCHLD, SIG_DFL);
     sigprocmask(SIG_SETMASK, &mask, nullptr);
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); /* whoever opened them */
     execl("/bin/bash", "bash", "-c", command, static_cast<NB_CHAR *>(nullptr));
     _exit(127);
 }
@@ -78,7 +77,7 @@ NB_USHORT vga_run_detached(const NB_CHAR *command) {
     }
     sigprocmask(SIG_SETMASK, &mask, nullptr);
     if (reason != 0) {
-        nba_pd_print_exception(child_problem, 0, "s s", command, strerror(reason));
+        nba_pd_print_exception(NB_PD_COMMAND, 0, "s s", command, strerror(reason));
     }
     return reason == 0;
 }

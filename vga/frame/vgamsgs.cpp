@@ -1,6 +1,6 @@
 #include "vgamsgs.h"
 #include "message_help.h"
-#include "nbbase.h"
+#include "nbproblem.h"
 #include "vgaglob.h"
 #include <array>
 #include <cstdarg>
@@ -18,10 +18,8 @@ namespace {
 
 constexpr NB_ULONG memory_step = 4096;
 
-enum CATALOGUE_PROBLEM : NB_USHORT { CANNOT_OPEN = 3, MESSAGE_MISSING = 4 };
-
-NB_USHORT catalogue_failed(CATALOGUE_PROBLEM detail) {
-    nba_pd_print_problem(0x40020005, detail, nullptr);
+NB_USHORT catalogue_failed(nb_problem_detail detail) {
+    nba_pd_print_problem(NB_PD_CATALOGUE, detail, nullptr);
     VGA_EXIT(VGA_EXIT_START_UP, 0);
     return 0;
 }
@@ -156,7 +154,7 @@ private:
 NB_USHORT vga_load_messages(NB_VOID) {
     memset(gvga_messages, 0, sizeof(gvga_messages));
     if (v0_initialise_message_catalog(&gvga_catalog) == 0) {
-        return catalogue_failed(CANNOT_OPEN);
+        return catalogue_failed(NB_PD_CATALOGUE_NOT_OPEN);
     }
     gvga_setid = VGA_MESSAGE_SET;
     MESSAGE_BLOCK block;
@@ -164,7 +162,7 @@ NB_USHORT vga_load_messages(NB_VOID) {
         const NB_CHAR *text = v0_get_message(gvga_catalog, gvga_setid, message);
         if (text == nullptr || block.add(message, text) == 0) {
             v0_close_message_catalog(&gvga_catalog);
-            return catalogue_failed(MESSAGE_MISSING);
+            return catalogue_failed(NB_PD_CATALOGUE_MESSAGE_MISSING);
         }
     }
     block.hand_over();

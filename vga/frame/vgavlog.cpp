@@ -1,5 +1,5 @@
 #include "vgavlog.h"
-#include "nbbase.h"
+#include "nbproblem.h"
 #include "nofverbs.h"
 #include "vgaglob.h"
 #include <algorithm>
@@ -17,7 +17,6 @@ FILE *gvga_verb_log;
 
 namespace {
 
-constexpr NB_ULONG log_problem = 0x4002000C;
 enum LOG_PROBLEM : NB_USHORT { NOT_OPENED, NOT_WRITTEN };
 
 using CLOCK = std::chrono::steady_clock;
@@ -203,7 +202,7 @@ template <> constexpr DETAILS details_of<NAP_SERVER_INDICATION_VERB> = add_serve
 
 /* In the order of gnap_verbs. */
 const DETAILS verb_details[] = {
-#define DETAILS_ROW(name, opcode, block, kind, flags) details_of<block>,
+#define DETAILS_ROW(name, opcode, block, kind) details_of<block>,
     NAP_VERBS(DETAILS_ROW)
 #undef DETAILS_ROW
 };
@@ -329,7 +328,7 @@ NB_USHORT add_rest(std::string &line, VGA_VERB_EVENT event, const NAP_VCB *vcb) 
 }
 
 NB_VOID report(NB_USHORT detail) {
-    nba_pd_print_exception(log_problem, detail, "s s", gvga_verb_log_file, strerror(errno));
+    nba_pd_print_exception(NB_PD_VERB_LOG, detail, "s s", gvga_verb_log_file, strerror(errno));
 }
 
 NB_VOID write_line(std::string &line) {

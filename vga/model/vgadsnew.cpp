@@ -1,11 +1,10 @@
 #include "vgadsnew.h"
+#include "nbproblem.h"
 #include "vgadsqry.h"
 #include "vgahooks.h"
 #include <cstring>
 
 namespace {
-
-constexpr NB_ULONG no_memory = 0x40020009;
 
 NB_VOID read_answered(const VGA_PROCESS_STATE *work);
 
@@ -28,7 +27,7 @@ VGA_LIST_POSITION add_new(VGA_NODE *node, const VGA_STATUS_CLASS &row, const VGA
             return;
         }
         if (list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
-            nba_pd_print_exception(no_memory, 0, "x ca", row.indication,
+            nba_pd_print_exception(NB_PD_NO_MEMORY, 0, "x ca", row.indication,
                                    static_cast<NB_INT>(row.name_width), key + row.name_offset);
         } else if (NB_VOID *record = row.find(node, key)) {
             vga_record_changed(record, VGA_RECORD_ADDED);

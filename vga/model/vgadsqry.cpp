@@ -1,4 +1,5 @@
 #include "vgadsqry.h"
+#include "nbproblem.h"
 #include "opcodeindex.h"
 #include "schemas.h"
 #include "vgadsadd.h"
@@ -10,25 +11,9 @@
 
 namespace {
 
-constexpr NB_ULONG verb_failed = 0x40020002;
-constexpr NB_ULONG unknown_resource = 0x40020004;
-constexpr NB_ULONG bad_list = 0x40020008;
-constexpr NB_USHORT build_flag_byte = 8;
-
-enum BAD_LIST_DETAIL : NB_USHORT {
-    ENTRY_TOO_SHORT = 1,
-    ENTRY_TOO_LONG = 2,
-    EMPTY_BUT_TOTAL = 3,
-    STANDS_STILL = 4 /* the list brought the entry behind which it was to go on */
-};
-
-NB_USHORT exceptions_wanted(NB_VOID) {
-    return (ptrc.flags[build_flag_byte] & 1) == 0;
-}
-
 VGA_ENTRY_RESULT owner_missing(NB_USHORT opcode, const NB_UCHAR *name, NB_USHORT width) {
-    if (exceptions_wanted()) {
-        nba_pd_print_exception(unknown_resource, 0, "x ca", opcode, width, name);
+    if (!nba_is_silenced(NB_TRACE_RESOURCES)) {
+        nba_pd_print_exception(NB_PD_UNKNOWN_NAME, 0, "x ca", opcode, width, name);
     }
     return VGA_ENTRY_SKIPPED;
 }
@@ -254,7 +239,7 @@ constexpr records::OpcodeIndex<VGA_LIST, std::size(lists)>
 class ENTRY_WALK {
 public:
     ENTRY_WALK(const VGA_LIST &of, const NAP_VCB *block, NB_USHORT reports)
-        : list(of), reporting(reports && exceptions_wanted()) {
+        : list(of), reporting(reports && !nba_is_silenced(NB_TRACE_RESOURCES)) {
         memcpy(&query, block, sizeof(query));
         at = static_cast<const NB_UCHAR *>(vga_buf_ptr(block));
         end = at == nullptr ? at : at + query.buf_size;
@@ -271,10 +256,10 @@ public:
             memcpy(&size, at, sizeof(size));
         }
         if (size < std::max(list.schema->least_size(), length_bytes + list.key_length())) {
-            return report(ENTRY_TOO_SHORT, size);
+            return report(NB_PD_BAD_LIST_SHORT, size);
         }
         if (size > end - at) {
-            return report(ENTRY_TOO_LONG, size);
+            return report(NB_PD_BAD_LIST_LONG, size);
         }
         const NB_UCHAR *entry = at;
         at += size;
@@ -285,9 +270,9 @@ public:
     NB_USHORT walked() const { return count; }
 
 private:
-    const NB_UCHAR *report(BAD_LIST_DETAIL detail, NB_USHORT size) {
+    const NB_UCHAR *report(NB_USHORT detail, NB_USHORT size) {
         if (reporting) {
-            nba_pd_print_exception(bad_list, detail, "x i i i", list.opcode, size, count,
+            nba_pd_print_exception(NB_PD_BAD_LIST, detail, "x i i i", list.opcode, size, count,
                                    query.num_entries);
         }
         at = nullptr;
@@ -351,8 +336,8 @@ NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_S
 }
 
 NB_VOID vga_report_failed_verb(const NAP_VCB *vcb) {
-    if (exceptions_wanted()) {
-        nba_pd_print_exception(verb_failed, 0, "x x lx", vcb->opcode, vcb->primary_rc,
+    if (!nba_is_silenced(NB_TRACE_RESOURCES)) {
+        nba_pd_print_exception(NB_PD_VERB_FAILED, 0, "x x lx", vcb->opcode, vcb->primary_rc,
                                vcb->secondary_rc);
     }
 }
@@ -420,9 +405,10 @@ NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb,
     if (last.received && !stands_still) {
         return 1;
     }
-    if (exceptions_wanted()) {
-        nba_pd_print_exception(bad_list, last.received ? STANDS_STILL : EMPTY_BUT_TOTAL, "x i i i",
-                               query.opcode, 0, query.num_entries, query.total_num_entries);
+    if (!nba_is_silenced(NB_TRACE_RESOURCES)) {
+        nba_pd_print_exception(
+            NB_PD_BAD_LIST, last.received ? NB_PD_BAD_LIST_STANDS_STILL : NB_PD_BAD_LIST_EMPTY,
+            "x i i i", query.opcode, 0, query.num_entries, query.total_num_entries);
     }
     return 0;
 }

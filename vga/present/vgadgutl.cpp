@@ -1,4 +1,5 @@
 #include "vgadgutl.h"
+#include "nbproblem.h"
 #include "toolkit.h"
 #include "vgachkcb.h"
 #include "vgadgfrm.h"
@@ -26,9 +27,6 @@ VGA_DIALOG *gvga_first_dialog;
 VGA_DIALOG *gvga_main_dialog;
 
 namespace {
-
-constexpr NB_ULONG window_problem = 0x40020007;
-enum WINDOW_PROBLEM : NB_USHORT { NO_DESCRIPTION = 20, WIDGET_MISSING = 21 };
 
 char shell_name[] = "Quiladmin";
 
@@ -162,8 +160,8 @@ NB_VOID prepare_widget(const VGA_UID_DESC &row, VGA_DIALOG *desc) {
     }
 }
 
-NB_VOID report_failure(const VGA_UID_DESC &row, WINDOW_PROBLEM problem, VGA_DIALOG *parent) {
-    nba_pd_print_problem(window_problem, problem, "s", row.name);
+NB_VOID report_failure(const VGA_UID_DESC &row, nb_problem_detail detail, VGA_DIALOG *parent) {
+    nba_pd_print_problem(NB_PD_WINDOW, detail, "s", row.name);
     vga_display_error_dialog(parent, VGA_MSG_DIALOG_FAILED, nullptr, nullptr, 0, "");
 }
 
@@ -189,12 +187,12 @@ VGA_DIALOG *make_dialog(VGA_UID_DESC &row, VGA_DIALOG *parent) {
     desc->shell = make_shell(row, parent);
     desc->widget = fetch_widget(row, desc->shell);
     if (desc->widget == nullptr) {
-        report_failure(row, NO_DESCRIPTION, parent);
+        report_failure(row, NB_PD_WINDOW_NO_DESCRIPTION, parent);
         return nullptr;
     }
     prepare_widget(row, desc.get());
     if (row.get_widgets(desc.get()) == 0) {
-        report_failure(row, WIDGET_MISSING, parent);
+        report_failure(row, NB_PD_WINDOW_NO_WIDGET, parent);
         return nullptr;
     }
     finish_widgets(desc.get());

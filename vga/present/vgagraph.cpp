@@ -1,5 +1,5 @@
 #include "vgagraph.h"
-#include "nbbase.h"
+#include "nbproblem.h"
 #include "toolkit.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"
@@ -154,7 +154,7 @@ bool open_icons(ICON_FILE *file, ICON_SET *set) {
             return true;
         }
     }
-    nba_pd_print_problem(0x40020006, 1, nullptr);
+    nba_pd_print_problem(NB_PD_UID_FILE, NB_PD_UID_FILE_ICONS, nullptr);
     VGA_EXIT(VGA_EXIT_START_UP, 0);
     return false;
 }
@@ -164,7 +164,8 @@ bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COL
         const NB_CHAR *ending;
         Pixmap *pixmaps;
         NB_USHORT problem;
-    } const forms[] = {{"", gvga_pixmaps, 6}, {"i", gvga_inverted_pixmaps, 7}};
+    } const forms[] = {{"", gvga_pixmaps, NB_PD_WINDOW_ICON},
+                       {"i", gvga_inverted_pixmaps, NB_PD_WINDOW_SELECTED_ICON}};
     for (NB_USHORT icon = 0; icon < VGA_ICON_COUNT; ++icon) {
         NB_ASSERT(strlen(gvga_pixmap_names[icon]) < VGA_MAX_ICON_NAME);
         for (const FORM &form : forms) {
@@ -172,7 +173,7 @@ bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COL
             snprintf(name, sizeof(name), "%s%s_icon%s", gvga_pixmap_names[icon], set.suffix,
                      form.ending);
             if (!file->fetch(name, screen, colours, &form.pixmaps[icon])) {
-                nba_pd_print_problem(0x40020007, form.problem, "s", name);
+                nba_pd_print_problem(NB_PD_WINDOW, form.problem, "s", name);
                 return false;
             }
         }

@@ -1,14 +1,11 @@
 #include "vgahour.h"
-#include "nbbase.h"
+#include "nbproblem.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgaxt.h"
 #include <X11/cursorfont.h>
 
 namespace {
-
-constexpr NB_ULONG window_problem = 0x40020007;
-constexpr NB_USHORT cursor_missing = 22;
 
 Cursor hourglass; /* None until the first use */
 NB_USHORT hourglass_on;
@@ -80,7 +77,7 @@ NB_VOID set_cursor(VGA_DIALOG *desc, NB_VOID *) {
 NB_VOID vga_create_hourglass(NB_VOID) {
     hourglass = fetch_cursor();
     if (hourglass == None) {
-        nba_pd_print_problem(window_problem, cursor_missing, "s", "cursor");
+        nba_pd_print_problem(NB_PD_WINDOW, NB_PD_WINDOW_NO_CURSOR, "s", "cursor");
         hourglass = XCreateFontCursor(gvga_display, XC_watch);
     }
 }
