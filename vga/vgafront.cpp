@@ -1,5 +1,5 @@
 #include "vgafront.h"
-#include "nbbase.h"
+#include "nbproblem.h"
 #include "toolkit.h"
 #include "v0uidpth.h"
 #include "vgacolr.h"
@@ -22,6 +22,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -31,8 +32,6 @@ constexpr size_t locale_length = 5;
 constexpr NB_INT small_screen_height = 480;
 
 const NB_CHAR user_file[] = "/.quilrc";
-
-enum USAGE_PROBLEM : NB_USHORT { NO_CATALOGUE = 0, NO_ARGUMENT_TEXT = 1, NO_USAGE_TEXT = 2 };
 
 NB_USHORT start_up_failed(NB_ULONG problem, NB_USHORT detail) {
     nba_pd_print_problem(problem, detail, nullptr);
@@ -49,6 +48,16 @@ std::string user_file_path(NB_VOID) {
     return path + user_file;
 }
 
+/* The user's resources, or null.  Only a plain file is read: a pipe of that name would hold the
+ * start until somebody writes into it. */
+XrmDatabase read_user_file(NB_VOID) {
+    const std::string path = user_file_path();
+    struct stat facts;
+    return stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode)
+               ? XrmGetFileDatabase(path.c_str())
+               : nullptr;
+}
+
 /* The toolkit chooses a file of application defaults before the user's file is merged, so what that
  * says about the choice becomes an argument, unless there is one already.  Empty when the user has
  * not chosen.  Static, because the toolkit keeps the arguments. */
@@ -60,7 +69,7 @@ const std::string &user_customization(NB_INT argc, NB_CHAR **argv) {
         return argument;
     }
     XrmInitialize();
-    const XrmDatabase file = XrmGetFileDatabase(user_file_path().c_str());
+    const XrmDatabase file = read_user_file();
     NB_CHAR *type;
     XrmValue value;
     if (file != nullptr && XrmGetResource(file, VGA_CLASS ".customization",
@@ -142,7 +151,7 @@ NB_VOID add_small_screen_resources(NB_VOID) {
 
 NB_VOID merge_user_file(NB_VOID) {
     snprintf(gvga_local_db_file, sizeof(gvga_local_db_file), "%s", user_file_path().c_str());
-    gvga_local_database = XrmGetFileDatabase(gvga_local_db_file);
+    gvga_local_database = read_user_file();
     if (gvga_local_database != nullptr) {
         XrmCombineFileDatabase(gvga_local_db_file, &gvga_resource_database, True);
     }
@@ -164,7 +173,7 @@ NB_USHORT open_window_descriptions(NB_VOID) {
     std::string directory = std::string(nba_prefix()) + "/lib/X11";
     v0_set_uidpath(directory.c_str(), VGA_CLASS, VGA_CLASS, gvga_display, get_x_default);
     if (open_uid_file() == 0) {
-        return start_up_failed(uid_problem, 0);
+        return start_up_failed(NB_PD_UID_FILE, NB_PD_UID_FILE_DIALOGS);
     }
     vga_register_common_names();
     vga_init_dialogs();
@@ -183,7 +192,7 @@ NB_USHORT asks_for_help(const NB_CHAR *argument) {
 NB_VOID print_bad_argument(NB_INT catalog, const NB_CHAR *argument, ...) {
     const NB_CHAR *text = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_BAD_ARGUMENT);
     if (text == nullptr) {
-        start_up_failed(catalogue_problem, NO_ARGUMENT_TEXT);
+        start_up_failed(NB_PD_CATALOGUE, NB_PD_CATALOGUE_NO_ARGUMENT_TEXT);
         return;
     }
     NB_CHAR line[1024];
@@ -200,7 +209,7 @@ NB_VOID print_texts(NB_INT catalog, const NB_CHAR *bad_argument) {
     }
     const NB_CHAR *usage = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_USAGE);
     if (usage == nullptr) {
-        start_up_failed(catalogue_problem, NO_USAGE_TEXT);
+        start_up_failed(NB_PD_CATALOGUE, NB_PD_CATALOGUE_NO_USAGE_TEXT);
         return;
     }
     fputs(usage, stdout);
@@ -277,14 +286,17 @@ NB_USHORT vga_initialise_backend(NB_VOID) {
     return 1;
 }
 
+/* The fatal report has an event loop of its own, in which an answer could still come: the verb
+ * interface ends before the blocks that it fills are freed. */
 NB_VOID vga_terminate_backend(NB_VOID) {
+    nof_terminate();
     vga_empty_verb_queues();
 }
 
 NB_VOID vga_print_usage(NB_USHORT bad_argument_present, NB_CHAR **argv) {
     NB_INT catalog = -1;
     if (v0_initialise_message_catalog(&catalog) == 0) {
-        start_up_failed(catalogue_problem, NO_CATALOGUE);
+        start_up_failed(NB_PD_CATALOGUE, NB_PD_CATALOGUE_FOR_USAGE);
         return;
     }
     NB_USHORT name_it = bad_argument_present && !asks_for_help(argv[1]);
