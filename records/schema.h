@@ -247,14 +247,18 @@ struct Schema {
     constexpr size_t least_size() const { return nested.cuts ? nested.offset : entry_size; }
 };
 
-/* The field of that name in one of two tables.  An error of the compiler when there is none. */
+/* The field of that name in one of two tables.  An error of the compiler when there is none.  No
+ * address is compared with null here: a compiler that checks for undefined behaviour does not take
+ * that for constant. */
 consteval const FieldRow &named_field(FieldTable fields, FieldTable status, std::string_view name) {
-    const FieldRow *row = find_field(fields, name);
-    row = row != nullptr ? row : find_field(status, name);
-    if (row == nullptr) {
-        throw "there is no field of that name";
+    for (const FieldTable table : {fields, status}) {
+        for (const FieldRow &row : table) {
+            if (name == row.name) {
+                return row;
+            }
+        }
     }
-    return *row;
+    throw "there is no field of that name";
 }
 consteval const FieldRow &field(const Schema &schema, std::string_view name) {
     return named_field(schema.fields, schema.status, name);

@@ -34,18 +34,17 @@ constexpr bool within(FieldTable table, size_t size) {
     });
 }
 
+constexpr auto count_named(FieldTable table, std::string_view name) {
+    return std::count_if(table.begin(), table.end(),
+                         [name](const FieldRow &row) { return name == row.name; });
+}
+
 constexpr bool named_once(FieldTable fields, FieldTable status) {
-    for (const FieldTable table : {fields, status}) {
-        for (const FieldRow &row : table) {
-            const bool other = &row != find_field(fields, row.name);
-            if (other && &row != find_field(status, row.name)) {
-                return false;
-            }
-        }
-    }
-    return std::none_of(fields.begin(), fields.end(), [status](const FieldRow &row) {
-        return find_field(status, row.name) != nullptr;
-    });
+    const auto once = [fields, status](const FieldRow &row) {
+        return count_named(fields, row.name) + count_named(status, row.name) == 1;
+    };
+    return std::all_of(fields.begin(), fields.end(), once) &&
+           std::all_of(status.begin(), status.end(), once);
 }
 
 constexpr bool key_first(const Schema &schema) {

@@ -231,13 +231,10 @@ Change Engine::removal_of(Resource &resource) {
 Result Engine::apply(std::vector<Change> changes) {
     std::vector<StoreChange> rows;
     for (Change &change : changes) {
-        const ClassRow &row = *change.row;
         if (change.entry == nullptr) {
             collect_tree(*change.old, rows);
         } else {
-            rows.push_back({row.schema->name, change.entry.get() + KEY_OFFSET,
-                            row.schema->key_size(), change.entry.get(), row.schema->overlay_size(),
-                            &change.behaviour});
+            rows.push_back(kept(*change.row->schema, change.entry.get(), change.behaviour));
         }
     }
     if (store_ != nullptr && !store_->write(rows)) {
@@ -277,10 +274,8 @@ Result Engine::check_unused(const Resource &resource) const {
 
 /* The rows of a resource and of all that is carried by it. */
 void Engine::collect_tree(Resource &resource, std::vector<StoreChange> &changes) const {
-    const ClassRow &row = *resource.row;
     if (!resource.derived) {
-        changes.push_back({row.schema->name, resource.entry.get() + KEY_OFFSET,
-                           row.schema->key_size(), nullptr, 0, nullptr});
+        changes.push_back(erased(*resource.row->schema, resource.entry.get()));
     }
     for_referrers(resource, [this, &changes](const RefRow &ref, Resource &other) {
         if ((ref.flags & REF_CARRIED) != 0) {

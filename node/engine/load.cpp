@@ -138,12 +138,9 @@ bool Engine::store_all() {
         return true;
     }
     for (const auto &table : tables_) {
-        const ClassRow &row = table->row();
         for (Resource *at = table->first(); at != nullptr; at = ResourceTable::next(*at)) {
             if (!at->derived) {
-                changes.push_back({row.schema->name, at->entry.get() + KEY_OFFSET,
-                                   row.schema->key_size(), at->entry.get(),
-                                   row.schema->overlay_size(), &at->behaviour});
+                changes.push_back(kept(*at->row->schema, at->entry.get(), at->behaviour));
             }
         }
     }

@@ -41,12 +41,10 @@ Result Engine::set_session_limit(const NB_UCHAR *block) {
     mode.sess_limit = verb.sess_limit;
     mode.min_conwinners = verb.min_conwinners;
     mode.min_conlosers = verb.min_conlosers;
-    const ClassRow &row = *resource->row;
-    std::vector<NB_UCHAR> entry(row.schema->overlay_size());
+    const Schema &schema = *resource->row->schema;
+    std::vector<NB_UCHAR> entry(schema.overlay_size());
     memcpy(entry.data(), &mode, sizeof mode);
-    if (store_ != nullptr && !store_->write({{row.schema->name, resource->entry.get() + KEY_OFFSET,
-                                              row.schema->key_size(), entry.data(),
-                                              row.schema->overlay_size(), &resource->behaviour}})) {
+    if (store_ != nullptr && !store_->write({kept(schema, entry.data(), resource->behaviour)})) {
         return bad_state(NAP_STORE_FAILED);
     }
     put(*resource, mode);

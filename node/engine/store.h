@@ -7,6 +7,7 @@
 #define STORE_H
 
 #include "behaviour.h"
+#include "schema.h"
 
 #include <functional>
 #include <string>
@@ -26,6 +27,16 @@ struct StoreChange {
     size_t record_length;
     const Behaviour *behaviour; /* null: the default */
 };
+
+/* A resource that is kept by its list entry, and one that is erased. */
+inline StoreChange kept(const records::Schema &schema, const NB_UCHAR *entry,
+                        const Behaviour &behaviour) {
+    return {schema.name, entry + records::KEY_OFFSET, schema.key_size(),
+            entry,       schema.overlay_size(),       &behaviour};
+}
+inline StoreChange erased(const records::Schema &schema, const NB_UCHAR *entry) {
+    return {schema.name, entry + records::KEY_OFFSET, schema.key_size(), nullptr, 0, nullptr};
+}
 
 struct StoreRow {
     std::string section;
