@@ -4,25 +4,26 @@
 #define FIELDWORDS_H
 
 #include "schema.h"
+#include "wordmessages.h"
 
 namespace records {
 
 inline constexpr FieldWord dlc_words[] = {
-    {"sdlc", NAP_DLC_SDLC},
-    {"qllc", NAP_DLC_QLLC},
-    {"token_ring", NAP_DLC_TOKEN_RING},
-    {"fddi", NAP_DLC_FDDI},
-    {"ethernet", NAP_DLC_ETHERNET},
-    {"frame_relay", NAP_DLC_FRAME_RELAY},
-    {"channel", NAP_DLC_CHANNEL},
-    {"ip", NAP_DLC_IP},
-    {"mpc", NAP_DLC_MPC},
-    {"mpc_plus", NAP_DLC_MPC_PLUS},
+    {"sdlc", NAP_DLC_SDLC, MSG_SDLC},
+    {"qllc", NAP_DLC_QLLC, MSG_QLLC},
+    {"token_ring", NAP_DLC_TOKEN_RING, MSG_TOKEN_RING},
+    {"fddi", NAP_DLC_FDDI, MSG_FDDI},
+    {"ethernet", NAP_DLC_ETHERNET, MSG_ETHERNET},
+    {"frame_relay", NAP_DLC_FRAME_RELAY, MSG_FRAME_RELAY},
+    {"channel", NAP_DLC_CHANNEL, MSG_CHANNEL},
+    {"ip", NAP_DLC_IP, MSG_IP},
+    {"mpc", NAP_DLC_MPC, MSG_MPC},
+    {"mpc_plus", NAP_DLC_MPC_PLUS, MSG_MPC_PLUS},
 };
 
 inline constexpr FieldWord port_words[] = {
-    {"leased", NAP_PORT_LEASED},
-    {"switched", NAP_PORT_SWITCHED},
+    {"leased", NAP_PORT_LEASED, MSG_LEASED},
+    {"switched", NAP_PORT_SWITCHED, MSG_SWITCHED},
     {"shared_access", NAP_PORT_SHARED_ACCESS},
 };
 
@@ -34,11 +35,11 @@ inline constexpr FieldWord role_words[] = {
 
 inline constexpr FieldWord partner_words[] = {
     {"learn", NAP_ADJ_NODE_LEARN},
-    {"len_node", NAP_ADJ_LEN_NODE},
-    {"network_node", NAP_ADJ_NETWORK_NODE},
-    {"end_node", NAP_ADJ_END_NODE},
-    {"host", NAP_ADJ_HOST},
-    {"downstream", NAP_ADJ_DOWNSTREAM},
+    {"len_node", NAP_ADJ_LEN_NODE, MSG_PEER_LEN},
+    {"network_node", NAP_ADJ_NETWORK_NODE, MSG_PEER_NN},
+    {"end_node", NAP_ADJ_END_NODE, MSG_PEER_EN},
+    {"host", NAP_ADJ_HOST, MSG_HOST},
+    {"downstream", NAP_ADJ_DOWNSTREAM, MSG_DOWNSTREAM},
 };
 
 inline constexpr FieldWord attachment_words[] = {
@@ -47,14 +48,14 @@ inline constexpr FieldWord attachment_words[] = {
 };
 
 inline constexpr FieldWord model_words[] = {
-    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2},
-    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3},
-    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4},
-    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5},
-    {"printer", NAP_LU_PRINTER},
-    {"scs_printer", NAP_LU_SCS_PRINTER},
+    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2, MSG_DISPLAY_3270_2},
+    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3, MSG_DISPLAY_3270_3},
+    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4, MSG_DISPLAY_3270_4},
+    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5, MSG_DISPLAY_3270_5},
+    {"printer", NAP_LU_PRINTER, MSG_PRINTER_3270},
+    {"scs_printer", NAP_LU_SCS_PRINTER, MSG_SCS_PRINTER},
     {"rje", NAP_LU_RJE},
-    {"unrestricted", NAP_LU_UNKNOWN},
+    {"unrestricted", NAP_LU_UNKNOWN, MSG_UNRESTRICTED},
 };
 
 inline constexpr FieldWord priority_words[] = {
@@ -87,8 +88,8 @@ inline constexpr FieldWord compression_words[] = {
 
 inline constexpr FieldWord resource_words[] = {
     {"lu", NAP_DIR_LU},
-    {"end_node", NAP_DIR_END_NODE},
-    {"network_node", NAP_DIR_NETWORK_NODE},
+    {"end_node", NAP_DIR_END_NODE, MSG_END_NODE},
+    {"network_node", NAP_DIR_NETWORK_NODE, MSG_NETWORK_NODE},
     {"wildcard_lu", NAP_DIR_WILDCARD_LU},
 };
 
@@ -112,8 +113,8 @@ inline constexpr FieldWord delay_words[] = {
 };
 
 inline constexpr FieldWord line_words[] = {
-    {"leased", NAP_PORT_LEASED},
-    {"switched", NAP_PORT_SWITCHED},
+    {"leased", NAP_PORT_LEASED, MSG_LEASED},
+    {"switched", NAP_PORT_SWITCHED, MSG_SWITCHED},
 };
 
 inline constexpr FieldWord duplex_words[] = {
@@ -140,9 +141,9 @@ inline constexpr FieldWord client_words[] = {
 };
 
 inline constexpr FieldWord ssl_words[] = {
-    {"no", 0},
-    {"yes", 1},
-    {"certificate", 2},
+    {"no", 0, MSG_NO},
+    {"yes", 1, MSG_YES},
+    {"certificate", 2, MSG_CERTIFICATE},
 };
 
 inline constexpr FieldWord sync_words[] = {
@@ -164,9 +165,9 @@ inline constexpr FieldWord tp_duplex_words[] = {
 };
 
 inline constexpr FieldWord tp_type_words[] = {
-    {"queued", NAP_TP_QUEUED},
-    {"queued_broadcast", NAP_TP_QUEUED_BROADCAST},
-    {"non_queued", NAP_TP_NON_QUEUED},
+    {"queued", NAP_TP_QUEUED, MSG_QUEUED},
+    {"queued_broadcast", NAP_TP_QUEUED_BROADCAST, MSG_QUEUED_BROADCAST},
+    {"non_queued", NAP_TP_NON_QUEUED, MSG_NOT_QUEUED},
 };
 
 inline constexpr FieldWord style_words[] = {
@@ -175,8 +176,8 @@ inline constexpr FieldWord style_words[] = {
 };
 
 inline constexpr FieldWord verification_words[] = {
-    {"basic", 0},
-    {"enhanced", 1},
+    {"basic", 0, MSG_BASIC},
+    {"enhanced", 1, MSG_ENHANCED},
 };
 
 inline constexpr FieldWord emulator_words[] = {
@@ -191,10 +192,10 @@ inline constexpr FieldWord terminal_words[] = {
 
 inline constexpr FieldWord screen_words[] = {
     {"none", 0},
-    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2},
-    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3},
-    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4},
-    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5},
+    {"display_2", NAP_LU_3270_DISPLAY_MODEL_2, MSG_DISPLAY_3270_2},
+    {"display_3", NAP_LU_3270_DISPLAY_MODEL_3, MSG_DISPLAY_3270_3},
+    {"display_4", NAP_LU_3270_DISPLAY_MODEL_4, MSG_DISPLAY_3270_4},
+    {"display_5", NAP_LU_3270_DISPLAY_MODEL_5, MSG_DISPLAY_3270_5},
 };
 
 inline constexpr FieldWord cpic_words[] = {
@@ -224,16 +225,18 @@ inline constexpr FieldWord keepalive_words[] = {
 };
 
 inline constexpr FieldWord state_words[] = {
-    {"inactive", NAP_NOT_ACTIVE},   {"starting", NAP_PENDING_ACTIVE},
-    {"active", NAP_ACTIVE},         {"stopping", NAP_PENDING_INACTIVE},
-    {"resetting", NAP_RESETTING},   {"sscp_active", NAP_SSCP_ACTIVE},
-    {"in_session", NAP_IN_SESSION},
+    {"inactive", NAP_NOT_ACTIVE, MSG_INACTIVE},  {"starting", NAP_PENDING_ACTIVE, MSG_STARTING},
+    {"active", NAP_ACTIVE, MSG_ACTIVE},          {"stopping", NAP_PENDING_INACTIVE, MSG_STOPPING},
+    {"resetting", NAP_RESETTING, MSG_RESETTING}, {"sscp_active", NAP_SSCP_ACTIVE, MSG_SSCP},
+    {"in_session", NAP_IN_SESSION, MSG_IN_USE},
 };
 
 inline constexpr FieldWord route_words[] = {
-    {"listening", NAP_RTP_LISTENING}, {"calling", NAP_RTP_CALLING},
-    {"connected", NAP_RTP_CONNECTED}, {"switching", NAP_RTP_SWITCHING},
-    {"ending", NAP_RTP_ENDING},
+    {"listening", NAP_RTP_LISTENING, MSG_RTP_LISTENING},
+    {"calling", NAP_RTP_CALLING, MSG_RTP_CALLING},
+    {"connected", NAP_RTP_CONNECTED, MSG_RTP_CONNECTED},
+    {"switching", NAP_RTP_SWITCHING, MSG_RTP_SWITCHING},
+    {"ending", NAP_RTP_ENDING, MSG_RTP_ENDING},
 };
 
 inline constexpr FieldWord service_words[] = {

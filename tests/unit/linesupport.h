@@ -8,7 +8,7 @@
 #include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
-#include "vgalinrs.h"
+#include "vgalines.h"
 #include "vgamsgs.h"
 #include "vgatypes.h"
 #include "vgawtype.h"

@@ -5,7 +5,7 @@ usage: messages_test.py REPO_ROOT
 
 A use is a fault when its number is not allocated or when the types that it passes do not fit the
 arguments of that message: a text for a number, a decimal for a hexadecimal, one too few. Named
-numbers come from the enum in vga/frame/vgamsgs.h. Numbers and types that only the running
+numbers come from the enums of CONSTANTS_FILES. Numbers and types that only the running
 program knows are passed over. Prints each fault as file:line; the exit status is 1 when there
 was one, or when no use was found at all.
 """
@@ -15,7 +15,7 @@ import re
 import sys
 from pathlib import Path
 
-CONSTANTS_FILE = "vga/frame/vgamsgs.h"
+CONSTANTS_FILES = ("vga/frame/vgamsgs.h", "records/wordmessages.h")
 SOURCES = (".cpp", ".h")
 
 # Where a function takes messages: position of the number, and the argument types, which are
@@ -188,9 +188,9 @@ class Checker:
 
 
 def read_constants(text):
-    """Returns {enumerator: (number, line)} of the VGA_MSG_ enumerators of a header."""
+    """Returns {enumerator: (number, line)} of the VGA_MSG_ and MSG_ enumerators of a header."""
     text, out, previous = blank_comments(text), {}, -1
-    for found in re.finditer(r"\b(VGA_MSG_\w+)\s*(?:=([^,}]*))?(?=[,}])", text):
+    for found in re.finditer(r"\b((?:VGA_)?MSG_\w+)\s*(?:=([^,}]*))?(?=[,}])", text):
         if found[2] is None:
             values = [previous + 1]
         else:
@@ -254,12 +254,12 @@ def main(arguments):
     messages, faults = load_mkcat(root).read_source(root / "resources/messages/sna.msg.in")
     types_by_number = {number: message.types for number, message in messages.items()}
 
-    header = root / CONSTANTS_FILE
-    constants = read_constants(header.read_text(encoding="utf-8")) if header.exists() else {}
-    checker = Checker(types_by_number, {name: value for name, (value, _) in constants.items()})
-    for name, (number, line) in constants.items():
-        if number:
-            checker.check_number(f"{CONSTANTS_FILE}:{line}: {name}", number)
+    checker = Checker(types_by_number, {})
+    for file in CONSTANTS_FILES:
+        for name, (number, line) in read_constants((root / file).read_text(encoding="utf-8")).items():
+            checker.constants[name] = number
+            if number:
+                checker.check_number(f"{file}:{line}: {name}", number)
     for path in sorted(path for path in (root / "vga").rglob("*") if path.suffix in SOURCES):
         checker.check_source(path.relative_to(root), path.read_text(encoding="utf-8"))
 

@@ -93,7 +93,7 @@ TEST_F(Lines, OfTheConnectionsStandUnderEachOther) {
     VGA_PORT port = {};
     port.node = &node;
     port.vcb = &port_data;
-    fill(port.name);
+    fill(port_data.port_name);
     fill_text(port_data.def_data.description);
     memcpy(port_data.def_data.local_address, "08005A123456.04", 15);
     for (NB_USHORT number = 0; number < 256; ++number) {
@@ -107,7 +107,7 @@ TEST_F(Lines, OfTheConnectionsStandUnderEachOther) {
     NAP_LS_DATA ls_data = {};
     VGA_LS ls = {};
     ls.vcb = &ls_data;
-    fill(ls.name);
+    fill(ls_data.ls_name);
     fill_name(ls_data.det_data.adj_cp_name);
     fill_name(ls_data.def_data.pu_name);
     fill_text(ls_data.def_data.description);
@@ -119,14 +119,14 @@ TEST_F(Lines, OfTheConnectionsStandUnderEachOther) {
     NAP_PU_DATA pu_data = {};
     VGA_LOCAL_PU pu = {};
     pu.vcb = &pu_data;
-    fill_name(pu.name);
+    fill_name(pu_data.pu_name);
     fill_name(pu_data.def_data.dlus_name);
     fill_text(pu_data.def_data.description);
     expect_fit(VGA_VIEWER_LOCAL_PU, &pu, list);
     NAP_LU03_DATA lu_data = {};
     VGA_LU03 lu = {};
     lu.vcb = &lu_data;
-    fill_name(lu.name);
+    fill_name(lu_data.lu_name);
     fill_name(lu_data.def_data.pool_name);
     lu_data.def_data.nau_address = 255;
     for (NB_USHORT number = 0; number < 256; ++number) {
@@ -145,8 +145,8 @@ TEST_F(Lines, OfLusAndPartnersStandUnderEachOther) {
     VGA_LU62 lu = {};
     lu.parent = &node;
     lu.vcb = &lu_data;
-    fill_name(lu.name);
-    fill(lu.alias);
+    fill_name(lu_data.lu_name);
+    fill(lu_data.def_data.lu_alias);
     fill_text(lu_data.def_data.description);
     expect_fit(VGA_VIEWER_LU62, &lu, {26, 44, 57});
     lu_data.active_sessions = 1;
@@ -165,7 +165,7 @@ TEST_F(Lines, OfLusAndPartnersStandUnderEachOther) {
     VGA_REM_SYS system = {};
     system.parent = &node;
     system.vcb = &system_data;
-    fill_name(system.name);
+    fill_name(system_data.fqcp_name);
     fill_text(system_data.def_data.description);
     for (const NB_USHORT type : {NAP_DIR_END_NODE, NAP_DIR_NETWORK_NODE, 0}) {
         system_data.resource_type = type;
@@ -195,12 +195,12 @@ TEST_F(Lines, DescriptionsAreNoColumnStops) {
         {"100% of it", "100% of it"},
         {"50%t2 and %t30%more", "50% t2 and % t30%more"},
         {"a\tb\nc\x7F", "a b c "},
-        {"%t0%t1%t2%t3%t4%t5%t6%t7%t8%t9%", "% t0% t1% t2% t3% t4% t5% t6% t7"},
+        {"%t0%t1%t2%t3%t4%t5%t6%t7%t8%t9%", "% t0% t1% t2% t3% t4% t5% t6% t7% t8% t9%"},
     };
     NAP_PORT_DATA data = {};
     VGA_PORT port = {};
     port.vcb = &data;
-    fill(port.name);
+    fill(data.port_name);
     for (const auto &example : cases) {
         fill(data.def_data.description, 0);
         memcpy(data.def_data.description, example.field, strlen(example.field));

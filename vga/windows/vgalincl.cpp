@@ -1,5 +1,5 @@
 #include "vgalincl.h"
-#include "nbbase.h"
+#include "fieldtext.h"
 #include "vgautil.h"
 #include "vgawtype.h"
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include <cstring>
 #include <cwchar>
 #include <cwctype>
+#include <new>
 
 namespace {
 
@@ -91,33 +92,14 @@ NB_USHORT write_columns(NB_USHORT type, std::span<const VGA_LINE_COLUMN> columns
     return line.length();
 }
 
-NB_ULONG number_at(const NB_UCHAR *field, NB_USHORT width) {
-    NB_UCHAR byte;
-    NB_USHORT half;
-    NB_ULONG word;
-    switch (width) {
-    case sizeof(byte):
-        return *field;
-    case sizeof(half):
-        memcpy(&half, field, sizeof(half));
-        return half;
-    case sizeof(word):
-        memcpy(&word, field, sizeof(word));
-        return word;
-    default:
-        NB_ASSERT(!"a number of 1, 2 or 4 bytes");
-        return 0;
+/* A name or text.  Without memory there is none. */
+NB_VOID copy_text(const records::FieldRow &row, const NB_UCHAR *entry,
+                  NB_CHAR (&text)[VGA_CELL_SIZE]) {
+    try {
+        snprintf(text, sizeof(text), "%s", records::format_field(row, entry).c_str());
+    } catch (const std::bad_alloc &) {
+        text[0] = '\0';
     }
-}
-
-NB_VOID copy_text(const NB_UCHAR *field, NB_USHORT width, NB_USHORT is_ebcdic, NB_CHAR *text) {
-    const NB_USHORT length = std::min<NB_USHORT>(width, VGA_CELL_SIZE - 1);
-    memcpy(text, field, length);
-    if (is_ebcdic) {
-        nba_ebcdic_to_local(reinterpret_cast<NB_UCHAR *>(text), length);
-    }
-    text[length] = '\0';
-    vga_strip_spaces(text);
 }
 
 /* The text, which is no message, in the words of a label. */
@@ -131,33 +113,57 @@ NB_VOID put_in_words(const NB_CHAR *bare, NB_USHORT label, NB_CHAR *text) {
 
 } // namespace
 
-NB_USHORT vga_find_word(std::span<const VGA_WORD> words, NB_ULONG value, NB_USHORT otherwise) {
-    auto word = std::find_if(words.begin(), words.end(),
-                             [value](const VGA_WORD &row) { return row.value == value; });
-    return word != words.end() ? word->meaning : otherwise;
+NB_USHORT vga_word_message(std::span<const records::FieldWord> words, NB_ULONG value,
+                           NB_USHORT otherwise) {
+    for (const records::FieldWord &word : words) {
+        if (word.value == value && word.message != 0) {
+            return word.message;
+        }
+    }
+    return otherwise;
 }
 
 NB_VOID vga_write_word(NB_USHORT message, NB_CHAR *text) {
     vga_print_msg(text, VGA_CELL_SIZE, message, "");
 }
 
-NB_VOID vga_write_field(const VGA_CELL_SOURCE &source, const NB_VOID *entry, NB_CHAR *text) {
-    const NB_UCHAR *field = static_cast<const NB_UCHAR *>(entry) + source.offset;
+NB_VOID vga_write_harmless(const NB_CHAR *from, NB_CHAR *text) {
+    static_assert(VGA_CELL_SIZE <= VGA_VIEWER_MAX_TEXT_LENGTH);
+    NB_CHAR harmless[VGA_VIEWER_TEXT_BUFFER];
+    LINE line(harmless);
+    put_cell(line, from, VGA_CELL_SIZE - 1);
+    v0_mb_strncpy(text, harmless, VGA_CELL_SIZE);
+}
+
+NB_VOID vga_write_field(const VGA_LINE_COLUMN &column, const NB_VOID *entry, NB_CHAR *text) {
+    const records::FieldRow &row = *column.field;
+    const auto *bytes = static_cast<const NB_UCHAR *>(entry);
     NB_CHAR bare[VGA_CELL_SIZE] = {};
     NB_USHORT word = 0;
-    if (source.kind == VGA_CELL_EBCDIC || source.kind == VGA_CELL_LOCAL) {
-        copy_text(field, source.width, source.kind == VGA_CELL_EBCDIC, bare);
-        word = bare[0] == '\0' ? source.otherwise : NB_USHORT{0};
+    if (row.kind < records::FieldKind::Number) {
+        copy_text(row, bytes, bare);
+        word = bare[0] == '\0' ? column.none : NB_USHORT{0};
     } else {
-        const NB_ULONG value = number_at(field, source.width);
+        const NB_ULONG value = records::get_number(bytes + row.offset, row.width);
+        word = value == 0 && column.none != 0 ? column.none
+                                              : vga_word_message(row.words, value, column.other);
+        if (word == 0 && row.kind == records::FieldKind::Word) {
+            word = VGA_MSG_UNKNOWN_STATUS;
+        }
         snprintf(bare, sizeof(bare), "%u", value);
-        word = vga_find_word(source.words, value, source.otherwise);
     }
     if (word != 0) {
         vga_write_word(word, text);
     } else {
-        put_in_words(bare, source.label, text);
+        put_in_words(bare, column.label, text);
     }
+}
+
+NB_VOID vga_write_lu_status(bool in_session, bool to_host, NB_CHAR *text) {
+    vga_write_word(in_session ? records::MSG_IN_USE
+                   : to_host  ? records::MSG_SSCP
+                              : records::MSG_INACTIVE,
+                   text);
 }
 
 NB_VOID vga_write_number(NB_ULONG value, NB_USHORT label, NB_CHAR *text) {
@@ -176,10 +182,10 @@ NB_USHORT vga_write_line(NB_USHORT type, std::span<const VGA_LINE_COLUMN> column
                          const NB_VOID *record, const NB_VOID *entry, NB_CHAR *buffer) {
     return write_columns(type, columns, buffer,
                          [record, entry](const VGA_LINE_COLUMN &column, NB_CHAR *text) {
-                             if (column.source.kind == VGA_CELL_WRITTEN) {
-                                 column.source.write(record, text);
+                             if (column.write != nullptr) {
+                                 column.write(record, text);
                              } else {
-                                 vga_write_field(column.source, entry, text);
+                                 vga_write_field(column, entry, text);
                              }
                          });
 }

@@ -10,6 +10,7 @@
 #define VGALINCL_H
 
 #include "linelayout.h"
+#include "schemas.h"
 #include "vgagraph.h"
 #include "vgamodel.h"
 #include "vgamsgs.h"
@@ -17,87 +18,33 @@
 #include <span>
 #include <type_traits>
 
-/* A value of a field and what stands for it: a message, or an icon. */
-struct VGA_WORD {
-    NB_ULONG value;
-    NB_USHORT meaning;
-};
-NB_USHORT vga_find_word(std::span<const VGA_WORD> words, NB_ULONG value, NB_USHORT otherwise);
-
-/* NAP_NOT_ACTIVE and the like in words; VGA_MSG_UNKNOWN_STATUS for what is none of them. */
-inline constexpr VGA_WORD gvga_status_words[] = {
-    {NAP_NOT_ACTIVE, VGA_MSG_INACTIVE}, {NAP_PENDING_ACTIVE, VGA_MSG_STARTING},
-    {NAP_ACTIVE, VGA_MSG_ACTIVE},       {NAP_PENDING_INACTIVE, VGA_MSG_STOPPING},
-    {NAP_RESETTING, VGA_MSG_RESETTING}, {NAP_SSCP_ACTIVE, VGA_MSG_SSCP},
-    {NAP_IN_SESSION, VGA_MSG_IN_USE},
-};
-
-/* 0 no, 1 yes, 2 with a certificate. */
-inline constexpr VGA_WORD gvga_ssl_words[] = {
-    {0, VGA_MSG_NO}, {1, VGA_MSG_YES}, {2, VGA_MSG_CERTIFICATE}};
-
 #define VGA_CELL_SIZE 257 /* bytes of a column's text, with its terminator */
 
-enum VGA_CELL_KIND : NB_UCHAR {
-    VGA_CELL_EBCDIC, /* a name or text in EBCDIC, padded with EBCDIC blanks */
-    VGA_CELL_LOCAL,  /* text in the local code page that ends at its first NUL, perhaps padded */
-    VGA_CELL_NUMBER, /* unsigned, 1, 2 or 4 bytes */
-    VGA_CELL_WRITTEN /* by a function */
-};
-
-/* Where the text of a column comes from. */
-struct VGA_CELL_SOURCE {
-    VGA_CELL_KIND kind;
-    NB_USHORT offset, width; /* of the field, bytes in the list entry */
-    /* A message for a text that is blank or a number that is none of `words`; 0: no text, the
-     * number itself. */
-    NB_USHORT otherwise;
-    NB_USHORT label; /* a message with the text as %1, where it is not a message; 0: alone */
-    std::span<const VGA_WORD> words; /* for numbers */
-    /* Writes the text, terminated, into VGA_CELL_SIZE bytes.  `record` is the line's. */
-    NB_VOID (*write)(const NB_VOID *record, NB_CHAR *text);
-
-    constexpr VGA_CELL_SOURCE labelled(NB_USHORT message) const {
-        VGA_CELL_SOURCE source = *this;
-        source.label = message;
-        return source;
-    }
-};
-
+/* Where a column begins, its title, and what stands in it: a field of the line's entry,
+ *
+ *     {.stop = 26, .field = &records::field(records::port, "port_state"), .other = ...},
+ *
+ * or what a function of the record writes.  Words are shown by the texts of their messages. */
 struct VGA_LINE_COLUMN {
-    NB_USHORT stop;    /* column of the list where it begins; 0 for the first on any level */
-    NB_USHORT heading; /* message; 0: none */
-    VGA_CELL_SOURCE source;
+    NB_USHORT stop = 0;    /* column of the list where it begins; 0 for the first on any level */
+    NB_USHORT heading = 0; /* message; 0: none */
+    const records::FieldRow *field = nullptr;
+
+    /* Messages that stand for values: for a blank text or the number 0, and for another number that
+     * is no word of the field.  Without them a text is blank, a number is itself, and what should
+     * be a word is unknown. */
+    NB_USHORT none = 0, other = 0;
+    NB_USHORT label = 0; /* a message with the text as %1, where it is not a message; 0: alone */
+
+    /* Writes the text, terminated, into VGA_CELL_SIZE bytes.  `record` is the line's. */
+    NB_VOID (*write)(const NB_VOID *record, NB_CHAR *text) = nullptr;
 };
 
-/* `type` and `member` of a field, for the functions below. */
-#define VGA_FIELD(type, member)                                                                    \
-    static_cast<NB_USHORT>(offsetof(type, member)),                                                \
-        static_cast<NB_USHORT>(sizeof(static_cast<type *>(nullptr)->member))
-
-constexpr VGA_CELL_SOURCE vga_ebcdic_cell(NB_USHORT offset, NB_USHORT width,
-                                          NB_USHORT otherwise = 0) {
-    return {VGA_CELL_EBCDIC, offset, width, otherwise, 0, {}, nullptr};
-}
-constexpr VGA_CELL_SOURCE vga_local_cell(NB_USHORT offset, NB_USHORT width,
-                                         NB_USHORT otherwise = 0) {
-    return {VGA_CELL_LOCAL, offset, width, otherwise, 0, {}, nullptr};
-}
-constexpr VGA_CELL_SOURCE vga_number_cell(NB_USHORT offset, NB_USHORT width) {
-    return {VGA_CELL_NUMBER, offset, width, 0, 0, {}, nullptr};
-}
-constexpr VGA_CELL_SOURCE vga_word_cell(NB_USHORT offset, NB_USHORT width,
-                                        std::span<const VGA_WORD> words, NB_USHORT otherwise = 0) {
-    return {VGA_CELL_NUMBER, offset, width, otherwise, 0, words, nullptr};
-}
-
-/* A column that `Write`, an NB_VOID (const Record &, NB_CHAR *text), writes. */
+/* For `write`: a function NB_VOID (const Record &, NB_CHAR *text). */
 template <class Record> Record *vga_written_record(NB_VOID (*)(const Record &, NB_CHAR *));
-template <auto Write> constexpr VGA_CELL_SOURCE vga_written_cell(NB_VOID) {
+template <auto Write> NB_VOID vga_written(const NB_VOID *record, NB_CHAR *text) {
     using RECORD = std::remove_pointer_t<decltype(vga_written_record(Write))>;
-    return {VGA_CELL_WRITTEN, 0, 0, 0, 0, {}, [](const NB_VOID *record, NB_CHAR *text) {
-                Write(*static_cast<const RECORD *>(record), text);
-            }};
+    Write(*static_cast<const RECORD *>(record), text);
 }
 
 /* Writes the line of a viewer type, or a title over such lines, into VGA_VIEWER_TEXT_BUFFER bytes
@@ -110,11 +57,21 @@ NB_USHORT vga_write_title(NB_USHORT type, std::span<const VGA_LINE_COLUMN> colum
 
 /* Parts of texts, for functions that write a column. */
 
-/* A field as the cells above show it.  `text` has VGA_CELL_SIZE bytes. */
-NB_VOID vga_write_field(const VGA_CELL_SOURCE &source, const NB_VOID *entry, NB_CHAR *text);
+/* The field of a column, in an entry that begins at `entry`.  `text` has VGA_CELL_SIZE bytes. */
+NB_VOID vga_write_field(const VGA_LINE_COLUMN &column, const NB_VOID *entry, NB_CHAR *text);
+
+/* Copies a text with what is harmful in it made harmless, cut to VGA_CELL_SIZE bytes. */
+NB_VOID vga_write_harmless(const NB_CHAR *from, NB_CHAR *text);
+
+/* The message for a value; `otherwise` for one that is none of the words, or has no message. */
+NB_USHORT vga_word_message(std::span<const records::FieldWord> words, NB_ULONG value,
+                           NB_USHORT otherwise);
 
 /* A message without arguments. */
 NB_VOID vga_write_word(NB_USHORT message, NB_CHAR *text);
+
+/* Whether an LU is in session, or has only the session to its host's control point. */
+NB_VOID vga_write_lu_status(bool in_session, bool to_host, NB_CHAR *text);
 
 /* A number, alone or in the words of a message with the number as %1. */
 NB_VOID vga_write_number(NB_ULONG value, NB_USHORT label, NB_CHAR *text);
@@ -132,19 +89,20 @@ NB_ULONG vga_count_items(const NB_VOID *entry, size_t offset, NB_USHORT count) {
     return static_cast<NB_ULONG>(room < count ? room : count);
 }
 
-/* Defines the text function of a line type, or of a title over lines. */
-#define VGA_LINE_TEXT(function, type, record, columns)                                             \
-    NB_USHORT function(NB_VOID *data, NB_CHAR *buffer) {                                           \
-        return vga_write_line(type, columns, data, static_cast<record *>(data)->vcb, buffer);      \
+/* Defines the text function of a line from <line>_columns, and that of a title. */
+#define VGA_LINE_TEXT(line, type, record)                                                          \
+    NB_USHORT vga_create_##line##_viewer_text(NB_VOID *data, NB_CHAR *buffer) {                    \
+        return vga_write_line(type, line##_columns, data, static_cast<record *>(data)->vcb,        \
+                              buffer);                                                             \
     }
 #define VGA_TITLE_TEXT(function, type, columns)                                                    \
     NB_USHORT function(NB_VOID *, NB_CHAR *buffer) {                                               \
         return vga_write_title(type, columns, buffer);                                             \
     }
 
-/* Defines the icon function of a line type whose icon never changes. */
-#define VGA_SAME_ICON(function, icon)                                                              \
-    NB_USHORT function(NB_VOID *) {                                                                \
+/* Defines the icon function of a line whose icon never changes. */
+#define VGA_SAME_ICON(line, icon)                                                                  \
+    NB_USHORT vga_choose_##line##_viewer_icon(NB_VOID *) {                                         \
         return icon;                                                                               \
     }
 

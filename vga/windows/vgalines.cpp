@@ -1,389 +1,339 @@
 #include "vgalines.h"
-#include "linelayout.h"
-#include "nbbase.h"
 #include "vgadsutl.h"
-#include "vgamodel.h"
-#include "vgamsgs.h"
-#include <algorithm>
-#include <cctype>
+#include "vgaglob.h"
+#include "vgalincl.h"
 #include <cstdio>
 #include <cstring>
-#include <span>
 
 namespace {
 
-constexpr NB_USHORT buffer_size = VGA_VIEWER_TEXT_BUFFER;
+using records::field;
 
-/* A value of a record and what stands for it. */
-struct WORD {
-    NB_USHORT value;
-    NB_USHORT meaning; /* a message or an icon */
-};
-
-NB_USHORT look_up(std::span<const WORD> words, NB_USHORT value, NB_USHORT otherwise) {
-    auto word = std::find_if(words.begin(), words.end(),
-                             [value](const WORD &row) { return row.value == value; });
-    return word != words.end() ? word->meaning : otherwise;
-}
-
-constexpr WORD status_words[] = {
-    {NAP_NOT_ACTIVE, VGA_MSG_INACTIVE}, {NAP_PENDING_ACTIVE, VGA_MSG_STARTING},
-    {NAP_ACTIVE, VGA_MSG_ACTIVE},       {NAP_PENDING_INACTIVE, VGA_MSG_STOPPING},
-    {NAP_RESETTING, VGA_MSG_RESETTING}, {NAP_SSCP_ACTIVE, VGA_MSG_SSCP},
-    {NAP_IN_SESSION, VGA_MSG_IN_USE},
-};
-
-const NB_CHAR *status_word(NB_ULONG state) {
-    return vga_message(
-        look_up(status_words, static_cast<NB_USHORT>(state), VGA_MSG_UNKNOWN_STATUS));
-}
-
-struct LINK_TYPE {
-    NB_UCHAR dlc_type;
-    NB_USHORT word;
+/* An icon that stands for a number. */
+struct ICON_OF {
+    NB_ULONG value;
     NB_USHORT icon;
 };
 
-constexpr NB_USHORT plain_port_icon = 2;
-constexpr NB_USHORT dlur_port_icon = 40;
-constexpr NB_USHORT sdlc_port_icon = 3;
-constexpr NB_USHORT escon_icon = 64;
-constexpr NB_USHORT block_mux_icon = 65;
+NB_USHORT find_icon(std::span<const ICON_OF> icons, NB_ULONG value, NB_USHORT otherwise) {
+    for (const ICON_OF &row : icons) {
+        if (row.value == value) {
+            return row.icon;
+        }
+    }
+    return otherwise;
+}
+
+/* A fixed title over lines, which is a record without an entry. */
+NB_USHORT write_title(NB_USHORT message, NB_CHAR *buffer) {
+    return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, message, "");
+}
+
+/* Nodes of the domain: a message for each state, with its columns. */
+
+NB_USHORT node_message(NB_ULONG state) {
+    switch (state) {
+    case NAP_NODE_STOPPED:
+        return VGA_MSG_NODE_STOPPED;
+    case NAP_NODE_STARTING:
+        return VGA_MSG_NODE_STARTING;
+    case NAP_NODE_STOPPING:
+        return VGA_MSG_NODE_STOPPING;
+    case NAP_NODE_ACTIVE:
+        return VGA_MSG_NODE_ACTIVE;
+    case NAP_NODE_UNCONFIGURED:
+        return VGA_MSG_NODE_UNCONFIGURED;
+    case NAP_NODE_BACK_LEVEL:
+        return VGA_MSG_NODE_BACK_LEVEL;
+    default:
+        NB_ASSERT(!"a state of nodes");
+        return 0;
+    }
+}
+
+/* The connectivity list: name, status, what it is or leads to, address, description. */
+
+constexpr NB_USHORT status_stop = 26;
+constexpr NB_USHORT kind_stop = 39;
+constexpr NB_USHORT address_stop = 54;
+constexpr NB_USHORT last_stop = 72;
+
+NB_VOID port_kind(const VGA_PORT &port, NB_CHAR *text) {
+    const NB_USHORT word = vga_word_message(records::dlc_words, port.vcb->def_data.dlc_type, 0);
+    if (word != 0) {
+        vga_write_word(word, text);
+    }
+}
+
+constexpr VGA_LINE_COLUMN port_columns[] = {
+    {.field = &field(records::port, "name")},
+    {.stop = status_stop, .field = &field(records::port, "port_state")},
+    {.stop = kind_stop, .write = vga_written<port_kind>},
+    {.stop = address_stop, .field = &field(records::port, "local_address")},
+    {.stop = last_stop, .field = &field(records::port, "description")},
+};
+
+constexpr ICON_OF port_icons[] = {
+    {NAP_DLC_SDLC, VGA_ICON_PORTSDLC},      {NAP_DLC_QLLC, VGA_ICON_PORTX25},
+    {NAP_DLC_TOKEN_RING, VGA_ICON_PORTTR},  {NAP_DLC_FDDI, VGA_ICON_PORTFDDI},
+    {NAP_DLC_ETHERNET, VGA_ICON_PORTETHER}, {NAP_DLC_FRAME_RELAY, VGA_ICON_PORTFR},
+    {NAP_DLC_CHANNEL, VGA_ICON_PORTESCON},  {NAP_DLC_IP, VGA_ICON_PORTIP},
+    {NAP_DLC_MPC, VGA_ICON_PORTMPC},        {NAP_DLC_MPC_PLUS, VGA_ICON_PORTMPCPLUS},
+};
 constexpr NB_UCHAR first_block_mux_card = 128;
 
-constexpr LINK_TYPE link_types[] = {
-    {NAP_DLC_SDLC, 1271, sdlc_port_icon},
-    {NAP_DLC_QLLC, 1272, 5},
-    {NAP_DLC_TOKEN_RING, 1273, 4},
-    {NAP_DLC_FDDI, 1274, 21},
-    {NAP_DLC_ETHERNET, 1275, 20},
-    {NAP_DLC_FRAME_RELAY, 1276, 63},
-    {NAP_DLC_CHANNEL, 1277, escon_icon},
-    {NAP_DLC_IP, 1278, 82},
-    {NAP_DLC_MPC, 1279, 80},
-    {NAP_DLC_MPC_PLUS, 1280, 83},
-};
-
-const LINK_TYPE *link_type(NB_UCHAR dlc_type) {
-    auto row =
-        std::find_if(std::begin(link_types), std::end(link_types),
-                     [dlc_type](const LINK_TYPE &type) { return type.dlc_type == dlc_type; });
-    return row != std::end(link_types) ? row : nullptr;
+NB_VOID ls_status(const VGA_LS &ls, NB_CHAR *text) {
+    vga_write_word(vga_word_message(records::state_words, ls.state, VGA_MSG_UNKNOWN_STATUS), text);
 }
 
-/* Texts of a record are anybody's: what looks like a column stop is taken apart, and what is no
- * character becomes a blank.  A text that does not fit any more loses its end. */
-NB_VOID make_plain(NB_CHAR *text, size_t size) {
-    for (NB_CHAR *place = text; *place != '\0'; ++place) {
-        if (iscntrl(static_cast<unsigned char>(*place))) {
-            *place = ' ';
-        }
-        if (place[0] == '%' && place[1] == 't' && isdigit(static_cast<unsigned char>(place[2]))) {
-            const size_t rest = size - static_cast<size_t>(place + 2 - text);
-            memmove(place + 2, place + 1, rest);
-            place[1] = ' ';
-            text[size - 1] = '\0';
-        }
+/* The PU that a host knows it by, else the adjacent control point, as learned or as defined. */
+NB_VOID ls_partner(const VGA_LS &ls, NB_CHAR *text) {
+    const NAP_LS_DATA *entry = ls.vcb;
+    if (entry->def_data.adj_cp_type == NAP_ADJ_HOST) {
+        vga_write_field({.field = &field(records::ls, "pu_name")}, entry, text);
+    }
+    if (text[0] == '\0') {
+        vga_write_field({.field = &field(records::ls, "actual_cp_name")}, entry, text);
+    }
+    if (text[0] == '\0') {
+        vga_write_field({.field = &field(records::ls, "adj_cp_name")}, entry, text);
     }
 }
 
-/* A name in the local code page, without its padding. */
-class NAME {
-public:
-    static NAME local(const NB_VOID *field, NB_USHORT width) { return NAME(field, width, 0); }
-    static NAME ebcdic(const NB_VOID *field, NB_USHORT width) { return NAME(field, width, 1); }
-    const NB_CHAR *text() const { return buffer; }
-
-private:
-    NAME(const NB_VOID *field, NB_USHORT width, NB_USHORT is_ebcdic) {
-        NB_USHORT length = std::min<NB_USHORT>(width, sizeof(buffer) - 1);
-        memcpy(buffer, field, length);
-        if (is_ebcdic) {
-            nba_ebcdic_to_local(reinterpret_cast<NB_UCHAR *>(buffer), length);
-        }
-        buffer[length] = '\0';
-        for (size_t end = strlen(buffer); end > 0 && buffer[end - 1] == ' '; end--) {
-            buffer[end - 1] = '\0';
-        }
-        make_plain(buffer, sizeof(buffer));
-    }
-
-    NB_CHAR buffer[65] = {};
+constexpr VGA_LINE_COLUMN ls_columns[] = {
+    {.field = &field(records::ls, "name")},
+    {.stop = status_stop, .write = vga_written<ls_status>},
+    {.stop = kind_stop, .field = &field(records::ls, "adj_cp_type"), .other = VGA_MSG_ANY_PEER},
+    {.stop = address_stop, .write = vga_written<ls_partner>},
+    {.stop = last_stop, .field = &field(records::ls, "description")},
 };
 
-/* A text field of a record, terminated whatever the node sent. */
-template <size_t Width> class TEXT {
-public:
-    explicit TEXT(const NB_UCHAR (&field)[Width]) {
-        memcpy(buffer, field, Width);
-        make_plain(buffer, sizeof(buffer));
-    }
-    const NB_CHAR *text() const { return buffer; }
-
-private:
-    NB_CHAR buffer[Width + 1] = {};
+constexpr ICON_OF ls_icons[] = {
+    {NAP_ADJ_LEN_NODE, VGA_ICON_LSPEER},   {NAP_ADJ_NETWORK_NODE, VGA_ICON_LSPEER},
+    {NAP_ADJ_END_NODE, VGA_ICON_LSPEER},   {NAP_ADJ_HOST, VGA_ICON_LSHOST},
+    {NAP_ADJ_DOWNSTREAM, VGA_ICON_LSDOWN},
 };
 
-NB_USHORT copy_message(NB_CHAR *buffer, NB_USHORT message) {
-    return vga_print_msg(buffer, buffer_size, message, "");
+constexpr VGA_LINE_COLUMN local_pu_columns[] = {
+    {.field = &field(records::pu, "name")},
+    {.stop = status_stop, .field = &field(records::pu, "pu_sscp_sess_active")},
+    {.stop = kind_stop, .field = &field(records::pu, "dlus_name")},
+    {.stop = last_stop, .field = &field(records::pu, "description")},
+};
+
+NB_VOID deplu_status(const VGA_LU03 &lu, NB_CHAR *text) {
+    const NAP_LU03_DET &det = lu.vcb->det_data;
+    vga_write_lu_status(det.plu_sess_active || det.appl_conn_active, det.lu_sscp_sess_active, text);
 }
 
-constexpr WORD partner_words[] = {
-    {NAP_ADJ_LEN_NODE, VGA_MSG_PEER_LEN},     {NAP_ADJ_NETWORK_NODE, VGA_MSG_PEER_NN},
-    {NAP_ADJ_END_NODE, VGA_MSG_PEER_EN},      {NAP_ADJ_HOST, VGA_MSG_HOST},
-    {NAP_ADJ_DOWNSTREAM, VGA_MSG_DOWNSTREAM},
-};
-
-constexpr WORD lu_words[] = {
-    {NAP_LU_3270_DISPLAY_MODEL_2, 1286},
-    {NAP_LU_3270_DISPLAY_MODEL_3, 1287},
-    {NAP_LU_3270_DISPLAY_MODEL_4, 1288},
-    {NAP_LU_3270_DISPLAY_MODEL_5, 1289},
-    {NAP_LU_PRINTER, 1290},
-    {NAP_LU_SCS_PRINTER, 1291},
-};
-constexpr NB_USHORT unrestricted_lu_word = 1292;
-
-constexpr NB_USHORT display_icon = 23;
-constexpr NB_USHORT rje_icon = 24;
-constexpr NB_USHORT printer_icon = 25;
-constexpr NB_USHORT lu03_icon = 11;
-
-constexpr WORD lu_icons[] = {
-    {NAP_LU_3270_DISPLAY_MODEL_2, display_icon},
-    {NAP_LU_3270_DISPLAY_MODEL_3, display_icon},
-    {NAP_LU_3270_DISPLAY_MODEL_4, display_icon},
-    {NAP_LU_3270_DISPLAY_MODEL_5, display_icon},
-    {NAP_LU_PRINTER, printer_icon},
-    {NAP_LU_SCS_PRINTER, printer_icon},
-    {NAP_LU_RJE, rje_icon},
-};
-
-constexpr WORD node_type_words[] = {
-    {NAP_DIR_NETWORK_NODE, 1293},
-    {NAP_DIR_END_NODE, 1294},
-};
-
-constexpr WORD node_lines[] = {
-    {NAP_NODE_STOPPED, VGA_MSG_NODE_STOPPED},
-    {NAP_NODE_STARTING, VGA_MSG_NODE_STARTING},
-    {NAP_NODE_STOPPING, VGA_MSG_NODE_STOPPING},
-    {NAP_NODE_ACTIVE, VGA_MSG_NODE_ACTIVE},
-    {NAP_NODE_UNCONFIGURED, VGA_MSG_NODE_UNCONFIGURED},
-    {NAP_NODE_BACK_LEVEL, VGA_MSG_NODE_BACK_LEVEL},
-};
-
-constexpr WORD role_words[] = {
-    {VGA_ROLE_MASTER, VGA_MSG_MASTER_ROLE},
-    {VGA_ROLE_BACKUP, VGA_MSG_BACKUP_ROLE},
-};
-
-NB_UCHAR lu_status(const NAP_LU03_DET &det) {
-    if (det.plu_sess_active || det.appl_conn_active) {
-        return NAP_IN_SESSION;
+/* The pool that it is in, else the description. */
+NB_VOID deplu_pool(const VGA_LU03 &lu, NB_CHAR *text) {
+    vga_write_field({.field = &field(records::lu03, "pool_name")}, lu.vcb, text);
+    if (text[0] == '\0') {
+        vga_write_field({.field = &field(records::lu03, "description")}, lu.vcb, text);
     }
-    return det.lu_sscp_sess_active ? NAP_SSCP_ACTIVE : NAP_NOT_ACTIVE;
 }
+
+constexpr VGA_LINE_COLUMN deplu_columns[] = {
+    {.field = &field(records::lu03, "name")},
+    {.stop = status_stop, .write = vga_written<deplu_status>},
+    {.stop = kind_stop,
+     .field = &field(records::lu03, "lu_model"),
+     .other = records::MSG_UNRESTRICTED},
+    {.stop = address_stop,
+     .field = &field(records::lu03, "nau_address"),
+     .label = VGA_MSG_LABEL_NAU},
+    {.stop = last_stop, .write = vga_written<deplu_pool>},
+};
+
+constexpr ICON_OF deplu_icons[] = {
+    {NAP_LU_3270_DISPLAY_MODEL_2, VGA_ICON_LUDISP},
+    {NAP_LU_3270_DISPLAY_MODEL_3, VGA_ICON_LUDISP},
+    {NAP_LU_3270_DISPLAY_MODEL_4, VGA_ICON_LUDISP},
+    {NAP_LU_3270_DISPLAY_MODEL_5, VGA_ICON_LUDISP},
+    {NAP_LU_PRINTER, VGA_ICON_LUPRINT},
+    {NAP_LU_SCS_PRINTER, VGA_ICON_LUPRINT},
+    {NAP_LU_RJE, VGA_ICON_LURJE},
+};
+
+/* The lists of local LUs and of remote systems: names, kind or status, description. */
+
+constexpr NB_USHORT second_name_stop = 26;
+constexpr NB_USHORT session_stop = 44;
+constexpr NB_USHORT description_stop = 57;
+
+/* An LU is in the network of its node's control point. */
+NB_VOID lu62_full_name(const VGA_LU62 &lu, NB_CHAR *text) {
+    constexpr records::FieldRow cp_name =
+        records::rows::fq(FIELD_AT(NAP_QUERY_NODE_VERB, info.fq_cp_name));
+    NB_CHAR name[VGA_CELL_SIZE] = {};
+    vga_write_field({.field = &cp_name}, &lu.parent->node_data, text);
+    const NB_CHAR *period = strchr(text, '.');
+    text[period != nullptr ? period - text + 1 : 0] = '\0';
+    vga_write_field({.field = &field(records::local_lu, "name")}, lu.vcb, name);
+    strcat(text, name); // 8 bytes behind 17 at most
+}
+
+constexpr VGA_LINE_COLUMN lu62_columns[] = {
+    {.field = &field(records::local_lu, "lu_alias")},
+    {.stop = second_name_stop, .write = vga_written<lu62_full_name>},
+    {.stop = session_stop,
+     .field = &field(records::local_lu, "active_sessions"),
+     .none = VGA_MSG_DEFINED,
+     .other = records::MSG_IN_USE},
+    {.stop = description_stop, .field = &field(records::local_lu, "description")},
+};
+
+NB_VOID write_sessions(const NAP_MODE_DATA &mode, NB_CHAR *text) {
+    vga_print_msg(text, VGA_CELL_SIZE, VGA_MSG_LABEL_OF_SESSIONS, "l l",
+                  NB_LONG{mode.act_sess_count}, NB_LONG{mode.sess_limit});
+}
+NB_VOID mode_sessions(const VGA_MODE &mode, NB_CHAR *text) {
+    write_sessions(*mode.vcb, text);
+}
+NB_VOID rem_sess_sessions(const VGA_REM_SESS &session, NB_CHAR *text) {
+    write_sessions(*session.vcb, text);
+}
+
+constexpr VGA_LINE_COLUMN mode_columns[] = {
+    {.field = &field(records::mode, "mode_name")},
+    {.stop = second_name_stop, .field = &field(records::mode, "name")},
+    {.stop = session_stop, .write = vga_written<mode_sessions>},
+};
+
+constexpr VGA_LINE_COLUMN rem_sess_columns[] = {
+    {.field = &field(records::mode, "lu_alias")},
+    {.stop = second_name_stop, .field = &field(records::mode, "mode_name")},
+    {.stop = session_stop, .write = vga_written<rem_sess_sessions>},
+};
+
+constexpr VGA_LINE_COLUMN rem_sys_columns[] = {
+    {.field = &field(records::directory, "fqcp_name")},
+    {.stop = second_name_stop,
+     .field = &field(records::directory, "resource_type"),
+     .other = VGA_MSG_UNKNOWN_NODE_TYPE},
+    {.stop = session_stop, .field = &field(records::directory, "description")},
+};
+
+/* What the directory has under this name may be a wildcard for all names. */
+NB_VOID rem_plu_name(const VGA_REM_PLU &plu, NB_CHAR *text) {
+    constexpr records::FieldRow name = records::rows::fq(FIELD_AT(decltype(plu.key), fqplu_name));
+    vga_write_field({.field = &name}, &plu.key, text);
+    if (text[0] == '\0' && plu.key.type == NAP_DIR_WILDCARD_LU) {
+        vga_write_word(VGA_MSG_ANY_PARTNER, text);
+    }
+}
+
+constexpr VGA_LINE_COLUMN rem_plu_columns[] = {
+    {.write = vga_written<rem_plu_name>},
+    {.stop = second_name_stop, .field = &field(records::plu_def, "plu_alias")},
+    {.stop = session_stop, .field = &field(records::plu_def, "description")},
+};
 
 } // namespace
 
 NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *node = static_cast<VGA_NODE *>(data);
-    NB_USHORT message = look_up(node_lines, static_cast<NB_USHORT>(node->node_state), 0);
-    NB_ASSERT(message != 0);
-    NB_USHORT role = look_up(role_words, node->role, VGA_MSG_NO_ROLE);
-    NAP_NODE_INFO info = node->vcb->info;
-    TEXT<sizeof(info.description)> description(info.description);
-    const NB_CHAR *third = node->node_state == NAP_NODE_UNCONFIGURED
-                               ? vga_message(VGA_MSG_DEFINE_NODE_FIRST)
-                               : description.text();
-    return vga_print_msg(buffer, buffer_size, message, "s ca s", NAME::local(node->name, 64).text(),
-                         15, vga_message(role), third);
+    const VGA_NODE &node = *static_cast<const VGA_NODE *>(data);
+    const NB_USHORT role = node.role == VGA_ROLE_MASTER   ? VGA_MSG_MASTER_ROLE
+                           : node.role == VGA_ROLE_BACKUP ? VGA_MSG_BACKUP_ROLE
+                                                          : VGA_MSG_NO_ROLE;
+    NB_CHAR name[VGA_CELL_SIZE] = {};
+    NB_CHAR description[VGA_CELL_SIZE] = {};
+    NB_CHAR third[VGA_CELL_SIZE] = {};
+    if (node.node_state == NAP_NODE_UNCONFIGURED) {
+        vga_write_word(VGA_MSG_DEFINE_NODE_FIRST, third);
+    } else {
+        vga_write_field({.field = &field(records::domain_node, "description")}, node.vcb,
+                        description);
+        vga_write_harmless(description, third);
+    }
+    vga_write_field({.field = &field(records::domain_node, "name")}, node.vcb, description);
+    vga_write_harmless(description, name);
+    return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, node_message(node.node_state), "s ca s",
+                         name, 15, vga_message(role), third);
 }
 
 NB_USHORT vga_choose_node_viewer_icon(NB_VOID *data) {
-    constexpr NB_USHORT node_icon = 19;
-    constexpr NB_USHORT back_level_icon = 62;
-    auto *node = static_cast<VGA_NODE *>(data);
-    return node->node_state == NAP_NODE_BACK_LEVEL ? back_level_icon : node_icon;
+    return static_cast<VGA_NODE *>(data)->node_state == NAP_NODE_BACK_LEVEL ? VGA_ICON_BACKNODE
+                                                                            : VGA_ICON_NODE;
 }
 
 NB_USHORT vga_create_port_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *port = static_cast<VGA_PORT *>(data);
     if (port->vcb == nullptr) {
-        return copy_message(buffer, port == port->node->dlur_fake_port
-                                        ? VGA_MSG_DLUR_TITLE
-                                        : VGA_MSG_PRIMARY_LINES_TITLE);
+        return write_title(port == port->node->dlur_fake_port ? VGA_MSG_DLUR_TITLE
+                                                              : VGA_MSG_PRIMARY_LINES_TITLE,
+                           buffer);
     }
-    NAP_PORT_DATA entry = *port->vcb;
-    const LINK_TYPE *type = link_type(entry.def_data.dlc_type);
-    return vga_print_msg(
-        buffer, buffer_size, VGA_MSG_PORT_LINE, "s s s s s",
-        NAME::local(port->name, sizeof(port->name)).text(), status_word(entry.det_data.port_state),
-        type != nullptr ? vga_message(type->word) : "", TEXT(entry.def_data.local_address).text(),
-        TEXT(entry.def_data.description).text());
+    return vga_write_line(VGA_VIEWER_PORT, port_columns, port, port->vcb, buffer);
 }
 
 NB_USHORT vga_choose_port_viewer_icon(NB_VOID *data) {
     auto *port = static_cast<VGA_PORT *>(data);
     if (port->vcb == nullptr) {
-        return port == port->node->dlur_fake_port ? dlur_port_icon : sdlc_port_icon;
+        return port == port->node->dlur_fake_port ? VGA_ICON_DLURPORT : VGA_ICON_PORTSDLC;
     }
-    NAP_PORT_DEF def = port->vcb->def_data;
-    const LINK_TYPE *type = link_type(def.dlc_type);
-    if (def.dlc_type == NAP_DLC_CHANNEL &&
+    const NB_UCHAR dlc_type = port->vcb->def_data.dlc_type;
+    if (dlc_type == NAP_DLC_CHANNEL &&
         port->parent->vcb->def_data.card_number >= first_block_mux_card) {
-        return block_mux_icon;
+        return VGA_ICON_PORTBLKMUX;
     }
-    return type != nullptr ? type->icon : plain_port_icon;
+    return find_icon(port_icons, dlc_type, VGA_ICON_PORT);
 }
 
-NB_USHORT vga_create_ls_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *ls = static_cast<VGA_LS *>(data);
-    NAP_LS_DATA entry = *ls->vcb;
-    NB_USHORT role = look_up(partner_words, entry.def_data.adj_cp_type, VGA_MSG_ANY_PEER);
-    NB_USHORT learned = !vga_blank_name(entry.det_data.adj_cp_name, 17);
-    NAME partner =
-        entry.def_data.adj_cp_type == NAP_ADJ_HOST && !vga_blank_name(entry.def_data.pu_name, 8)
-            ? NAME::ebcdic(entry.def_data.pu_name, 8)
-            : NAME::ebcdic(learned ? entry.det_data.adj_cp_name : entry.def_data.adj_cp_name, 17);
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_LS_LINE, "s s s s s",
-                         NAME::local(ls->name, sizeof(ls->name)).text(), status_word(ls->state),
-                         vga_message(role), partner.text(),
-                         TEXT(entry.def_data.description).text());
-}
+VGA_LINE_TEXT(ls, VGA_VIEWER_LS, VGA_LS)
 
 NB_USHORT vga_choose_ls_viewer_icon(NB_VOID *data) {
-    constexpr NB_USHORT plain = 6, host = 7, downstream = 8, peer = 9, implicit = 26;
-    constexpr WORD icons[] = {
-        {NAP_ADJ_LEN_NODE, peer}, {NAP_ADJ_NETWORK_NODE, peer},     {NAP_ADJ_END_NODE, peer},
-        {NAP_ADJ_HOST, host},     {NAP_ADJ_DOWNSTREAM, downstream},
-    };
     auto *ls = static_cast<VGA_LS *>(data);
-    if (ls->vcb->det_data.dynamic) {
-        return implicit;
-    }
-    return look_up(icons, ls->vcb->def_data.adj_cp_type, plain);
+    return ls->vcb->det_data.dynamic
+               ? NB_USHORT{VGA_ICON_LSIMPL}
+               : find_icon(ls_icons, ls->vcb->def_data.adj_cp_type, VGA_ICON_LS);
 }
 
-NB_USHORT vga_create_local_pu_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *pu = static_cast<VGA_LOCAL_PU *>(data);
-    NAP_PU_DATA entry = *pu->vcb;
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_LOCAL_PU_LINE, "s s s s",
-                         NAME::ebcdic(pu->name, 8).text(), status_word(entry.pu_sscp_sess_active),
-                         NAME::ebcdic(entry.def_data.dlus_name, 17).text(),
-                         TEXT(entry.def_data.description).text());
-}
+VGA_LINE_TEXT(local_pu, VGA_VIEWER_LOCAL_PU, VGA_LOCAL_PU)
+VGA_SAME_ICON(local_pu, VGA_ICON_PU)
 
-NB_USHORT vga_choose_local_pu_viewer_icon(NB_VOID *) {
-    constexpr NB_USHORT pu_icon = 10;
-    return pu_icon;
-}
-
-NB_USHORT vga_create_deplu_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *lu = static_cast<VGA_LU03 *>(data);
-    NAP_LU03_DATA entry = *lu->vcb;
-    NB_CHAR address[8];
-    snprintf(address, sizeof(address), "%u", entry.def_data.nau_address);
-    NAME pool = NAME::ebcdic(entry.def_data.pool_name, 8);
-    TEXT description(entry.def_data.description);
-    return vga_print_msg(
-        buffer, buffer_size, VGA_MSG_DEPLU_LINE, "s s s s s", NAME::ebcdic(lu->name, 8).text(),
-        status_word(lu_status(entry.det_data)),
-        vga_message(look_up(lu_words, entry.def_data.lu_model, unrestricted_lu_word)), address,
-        *pool.text() != '\0' ? pool.text() : description.text());
-}
+VGA_LINE_TEXT(deplu, VGA_VIEWER_DEPLU, VGA_LU03)
 
 NB_USHORT vga_choose_deplu_viewer_icon(NB_VOID *data) {
-    auto *lu = static_cast<VGA_LU03 *>(data);
-    return look_up(lu_icons, lu->vcb->def_data.lu_model, lu03_icon);
+    return find_icon(deplu_icons, static_cast<VGA_LU03 *>(data)->vcb->def_data.lu_model,
+                     VGA_ICON_LU03);
 }
 
-NB_USHORT vga_create_lu62_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *lu = static_cast<VGA_LU62 *>(data);
-    NAP_LOCAL_LU_DATA entry = *lu->vcb;
-    NAP_NODE_INFO node = lu->parent->node_data.info;
-    NAME cp = NAME::ebcdic(node.fq_cp_name, sizeof(node.fq_cp_name));
-    const NB_CHAR *period = strchr(cp.text(), '.');
-    NB_INT network = period != nullptr ? static_cast<NB_INT>(period - cp.text()) + 1 : 0;
-    NB_CHAR full_name[32];
-    snprintf(full_name, sizeof(full_name), "%.*s%s", network, cp.text(),
-             NAME::ebcdic(lu->name, 8).text());
-    NB_USHORT status = entry.active_sessions != 0 ? VGA_MSG_IN_USE : VGA_MSG_DEFINED;
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_LU62_LINE, "s s s s",
-                         NAME::local(lu->alias, 8).text(), full_name, vga_message(status),
-                         TEXT(entry.def_data.description).text());
-}
+VGA_LINE_TEXT(lu62, VGA_VIEWER_LU62, VGA_LU62)
 
 NB_USHORT vga_choose_lu62_viewer_icon(NB_VOID *data) {
-    constexpr NB_USHORT dependent_icon = 12, lu62_icon = 13;
-    auto *lu = static_cast<VGA_LU62 *>(data);
-    return lu->vcb->def_data.nau_address != 0 ? dependent_icon : lu62_icon;
+    return static_cast<VGA_LU62 *>(data)->vcb->def_data.nau_address != 0 ? VGA_ICON_DLU
+                                                                         : VGA_ICON_LU62;
 }
 
-NB_USHORT vga_create_mode_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *mode = static_cast<VGA_MODE *>(data);
-    NAP_MODE_DATA entry = *mode->vcb;
-    return vga_print_msg(
-        buffer, buffer_size, VGA_MSG_MODE_LINE, "s s i i", NAME::ebcdic(entry.mode_name, 8).text(),
-        NAME::ebcdic(entry.fqplu_name, 17).text(), entry.act_sess_count, entry.sess_limit);
-}
-
-NB_USHORT vga_choose_mode_viewer_icon(NB_VOID *) {
-    constexpr NB_USHORT mode_icon = 18;
-    return mode_icon;
-}
+VGA_LINE_TEXT(mode, VGA_VIEWER_MODE, VGA_MODE)
+VGA_SAME_ICON(mode, VGA_ICON_MODE)
 
 NB_USHORT vga_create_rem_sys_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *system = static_cast<VGA_REM_SYS *>(data);
-    if (system == system->parent->network_fake_rem_sys) {
-        return copy_message(buffer, VGA_MSG_NETWORK_TITLE);
-    }
-    NAP_DIR_DATA entry = *system->vcb;
-    return vga_print_msg(
-        buffer, buffer_size, VGA_MSG_REM_SYS_LINE, "s s s", NAME::ebcdic(system->name, 17).text(),
-        vga_message(look_up(node_type_words, entry.resource_type, VGA_MSG_UNKNOWN_NODE_TYPE)),
-        TEXT(entry.def_data.description).text());
+    return system == system->parent->network_fake_rem_sys
+               ? write_title(VGA_MSG_NETWORK_TITLE, buffer)
+               : vga_write_line(VGA_VIEWER_REM_SYS, rem_sys_columns, system, system->vcb, buffer);
 }
 
 NB_USHORT vga_choose_rem_sys_viewer_icon(NB_VOID *data) {
-    constexpr NB_USHORT defined_icon = 27, learned_icon = 28, network_icon = 31;
     auto *system = static_cast<VGA_REM_SYS *>(data);
     if (system == system->parent->network_fake_rem_sys) {
-        return network_icon;
+        return VGA_ICON_REMSYSF;
     }
-    return system->defined ? defined_icon : learned_icon;
+    return system->defined ? VGA_ICON_REMSYSD : VGA_ICON_REMSYS;
 }
 
-NB_USHORT vga_create_rem_plu_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *plu = static_cast<VGA_REM_PLU *>(data);
-    NAP_PLU_DEF_DATA entry = *plu->vcb;
-    NAME name = NAME::ebcdic(plu->key.fqplu_name, 17);
-    NB_USHORT any = plu->key.type == NAP_DIR_WILDCARD_LU && *name.text() == '\0';
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_REM_PLU_LINE, "s s s",
-                         any ? vga_message(VGA_MSG_ANY_PARTNER) : name.text(),
-                         NAME::local(entry.def_data.plu_alias, 8).text(),
-                         TEXT(entry.def_data.description).text());
-}
+VGA_LINE_TEXT(rem_plu, VGA_VIEWER_REM_PLU, VGA_REM_PLU)
 
 NB_USHORT vga_choose_rem_plu_viewer_icon(NB_VOID *data) {
-    constexpr NB_USHORT defined_icon = 29, learned_icon = 30, alias_icon = 41;
     auto *plu = static_cast<VGA_REM_PLU *>(data);
     if (!plu->defined) {
-        return learned_icon;
+        return VGA_ICON_REMPLU;
     }
-    return plu->in_directory ? defined_icon : alias_icon;
+    return plu->in_directory ? VGA_ICON_REMPLUD : VGA_ICON_REMPLUA;
 }
 
-NB_USHORT vga_create_rem_sess_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
-    auto *session = static_cast<VGA_REM_SESS *>(data);
-    NAP_MODE_DATA entry = *session->vcb;
-    return vga_print_msg(buffer, buffer_size, VGA_MSG_REM_SESS_LINE, "s s i i",
-                         NAME::local(entry.lu_alias, 8).text(),
-                         NAME::ebcdic(entry.mode_name, 8).text(), entry.act_sess_count,
-                         entry.sess_limit);
-}
-
-NB_USHORT vga_choose_rem_sess_viewer_icon(NB_VOID *data) {
-    return vga_choose_mode_viewer_icon(data);
-}
+VGA_LINE_TEXT(rem_sess, VGA_VIEWER_REM_SESS, VGA_REM_SESS)
+VGA_SAME_ICON(rem_sess, VGA_ICON_MODE)

@@ -1,16 +1,16 @@
 #include "vgalincl.h"
-#include "vgalinrs.h"
+#include "vgalines.h"
 #include "vgarec.h"
 #include "vgautil.h"
 
 namespace {
 
+using records::field;
+using records::item_field;
+
 constexpr NB_USHORT last_user_stop = 75;
 
 /* Users, and the sessions of each below it. */
-
-constexpr VGA_WORD one_user_word[] = {{0, VGA_MSG_ONE_USER}};
-constexpr VGA_WORD no_limit_word[] = {{0, VGA_MSG_NO_LIMIT}};
 
 NB_VOID user_sessions(const VGA_USER &user, NB_CHAR *text) {
     vga_write_number(
@@ -19,14 +19,17 @@ NB_VOID user_sessions(const VGA_USER &user, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN user_columns[] = {
-    {0, 0, vga_local_cell(VGA_FIELD(NAP_USER_DATA, user_name))},
-    {26, 0,
-     vga_word_cell(VGA_FIELD(NAP_USER_DATA, def_data.is_group), one_user_word, VGA_MSG_GROUP)},
-    {41, 0, vga_written_cell<user_sessions>()},
-    {61, 0,
-     vga_word_cell(VGA_FIELD(NAP_USER_DATA, def_data.max_sessions), no_limit_word)
-         .labelled(VGA_MSG_LABEL_AT_MOST)},
-    {last_user_stop, 0, vga_local_cell(VGA_FIELD(NAP_USER_DATA, def_data.description))},
+    {.field = &field(records::user, "name")},
+    {.stop = 26,
+     .field = &field(records::user, "is_group"),
+     .none = VGA_MSG_ONE_USER,
+     .other = VGA_MSG_GROUP},
+    {.stop = 41, .write = vga_written<user_sessions>},
+    {.stop = 61,
+     .field = &field(records::user, "max_sessions"),
+     .none = VGA_MSG_NO_LIMIT,
+     .label = VGA_MSG_LABEL_AT_MOST},
+    {.stop = last_user_stop, .field = &field(records::user, "description")},
 };
 
 /* What a session is, by class and type. */
@@ -35,8 +38,8 @@ struct SESSION_KIND {
     NB_USHORT word, icon;
 };
 constexpr SESSION_KIND session_kinds[] = {
-    {NAP_USER_SESSION_3270, NAP_SESSION_DISPLAY, VGA_MSG_DISPLAY_3270_2, VGA_ICON_DISP3270},
-    {NAP_USER_SESSION_3270, NAP_SESSION_PRINTER, VGA_MSG_PRINTER_3270, VGA_ICON_PRINT3270},
+    {NAP_USER_SESSION_3270, NAP_SESSION_DISPLAY, records::MSG_DISPLAY_3270_2, VGA_ICON_DISP3270},
+    {NAP_USER_SESSION_3270, NAP_SESSION_PRINTER, records::MSG_PRINTER_3270, VGA_ICON_PRINT3270},
     {NAP_USER_SESSION_5250, NAP_SESSION_DISPLAY, VGA_MSG_DISPLAY_5250, VGA_ICON_DISP5250},
     {NAP_USER_SESSION_5250, NAP_SESSION_PRINTER, VGA_MSG_PRINTER_5250, VGA_ICON_PRINT5250},
 };
@@ -50,26 +53,21 @@ const SESSION_KIND *session_kind(const VGA_USER_SESSION &session) {
     return nullptr;
 }
 
-constexpr VGA_WORD model_words[] = {
-    {NAP_LU_3270_DISPLAY_MODEL_3, VGA_MSG_DISPLAY_3270_3},
-    {NAP_LU_3270_DISPLAY_MODEL_4, VGA_MSG_DISPLAY_3270_4},
-    {NAP_LU_3270_DISPLAY_MODEL_5, VGA_MSG_DISPLAY_3270_5},
-};
-
 NB_VOID user_session_kind(const VGA_USER_SESSION &session, NB_CHAR *text) {
     const SESSION_KIND *kind = session_kind(session);
     NB_USHORT word = kind != nullptr ? kind->word : NB_USHORT{VGA_MSG_UNKNOWN_STATUS};
-    if (word == VGA_MSG_DISPLAY_3270_2) {
-        word = vga_find_word(model_words, session.vcb->model, word);
+    if (word == records::MSG_DISPLAY_3270_2) {
+        word = vga_word_message(records::screen_words, session.vcb->model, word);
     }
     vga_write_word(word, text);
 }
 
 /* The host LU or pool of a 3270 session, the system that a 5250 session reaches. */
 NB_VOID user_session_goal(const VGA_USER_SESSION &session, NB_CHAR *text) {
-    constexpr VGA_CELL_SOURCE lu = vga_ebcdic_cell(VGA_FIELD(NAP_USER_SESSION, lu_name));
-    constexpr VGA_CELL_SOURCE system = vga_ebcdic_cell(VGA_FIELD(NAP_USER_SESSION, fqplu_name));
-    vga_write_field(session.kind == NAP_USER_SESSION_5250 ? system : lu, session.vcb, text);
+    vga_write_field({.field = session.kind == NAP_USER_SESSION_5250
+                                  ? &item_field(records::user, "fqplu_name")
+                                  : &item_field(records::user, "lu_name")},
+                    session.vcb, text);
 }
 
 NB_VOID user_session_mark(const VGA_USER_SESSION &session, NB_CHAR *text) {
@@ -77,22 +75,29 @@ NB_VOID user_session_mark(const VGA_USER_SESSION &session, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN user_sess_columns[] = {
-    {0, 0, vga_local_cell(VGA_FIELD(NAP_USER_SESSION, session_name))},
-    {26, 0, vga_written_cell<user_session_kind>()},
-    {41, 0, vga_written_cell<user_session_goal>()},
-    {61, 0, vga_written_cell<user_session_mark>()},
-    {last_user_stop, 0, vga_local_cell(VGA_FIELD(NAP_USER_SESSION, description))},
+    {.field = &item_field(records::user, "session_name")},
+    {.stop = 26, .write = vga_written<user_session_kind>},
+    {.stop = 41, .write = vga_written<user_session_goal>},
+    {.stop = 61, .write = vga_written<user_session_mark>},
+    {.stop = last_user_stop, .field = &item_field(records::user, "description")},
 };
 
 /* The status of a user's sessions. */
 
+#define AT(member) FIELD_AT(VGA_USER_STATUS, member)
+constexpr records::FieldRow ustad_user = records::rows::text(AT(key.user_name));
+constexpr records::FieldRow ustad_session = records::rows::local(AT(key.session_name));
+constexpr records::FieldRow ustad_status = records::rows::state(AT(status));
+constexpr records::FieldRow ustad_lu = records::rows::sna(AT(lu_name));
+constexpr records::FieldRow ustad_node = records::rows::text(AT(key.node_name));
+#undef AT
+
 constexpr VGA_LINE_COLUMN ustad_columns[] = {
-    {0, VGA_MSG_HEAD_USER, vga_local_cell(VGA_FIELD(VGA_USER_STATUS, key.user_name))},
-    {18, VGA_MSG_HEAD_SESSION, vga_local_cell(VGA_FIELD(VGA_USER_STATUS, key.session_name))},
-    {28, VGA_MSG_HEAD_STATUS,
-     vga_word_cell(VGA_FIELD(VGA_USER_STATUS, status), gvga_status_words, VGA_MSG_UNKNOWN_STATUS)},
-    {41, VGA_MSG_HEAD_LU, vga_ebcdic_cell(VGA_FIELD(VGA_USER_STATUS, lu_name))},
-    {51, VGA_MSG_HEAD_NODE, vga_local_cell(VGA_FIELD(VGA_USER_STATUS, key.node_name))},
+    {.heading = VGA_MSG_HEAD_USER, .field = &ustad_user},
+    {.stop = 18, .heading = VGA_MSG_HEAD_SESSION, .field = &ustad_session},
+    {.stop = 28, .heading = VGA_MSG_HEAD_STATUS, .field = &ustad_status},
+    {.stop = 41, .heading = VGA_MSG_HEAD_LU, .field = &ustad_lu},
+    {.stop = 51, .heading = VGA_MSG_HEAD_NODE, .field = &ustad_node},
 };
 
 /* Pools of the domain, and the LUs of all nodes in each. */
@@ -106,38 +111,36 @@ NB_VOID pool_nodes(const VGA_SYS_POOL &pool, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN pool_columns[] = {
-    {0, 0, vga_ebcdic_cell(VGA_FIELD(NAP_LU_POOL_DATA, pool_name))},
-    {26, 0, vga_written_cell<pool_lus>()},
-    {39, 0, vga_written_cell<pool_nodes>()},
-    {53, 0, vga_local_cell(VGA_FIELD(NAP_LU_POOL_DATA, description))},
+    {.field = &field(records::lu_pool, "name")},
+    {.stop = 26, .write = vga_written<pool_lus>},
+    {.stop = 39, .write = vga_written<pool_nodes>},
+    {.stop = 53, .field = &field(records::lu_pool, "description")},
 };
 
 NB_VOID pool_lu_status(const VGA_POOL_LU &lu, NB_CHAR *text) {
-    vga_write_word(lu.vcb->lu_in_use   ? VGA_MSG_IN_USE
-                   : lu.vcb->lu_active ? VGA_MSG_SSCP
-                                       : VGA_MSG_INACTIVE,
-                   text);
+    vga_write_lu_status(lu.vcb->lu_in_use, lu.vcb->lu_active, text);
 }
 
 NB_VOID pool_lu_node(const VGA_POOL_LU &lu, NB_CHAR *text) {
-    vga_write_field(vga_local_cell(VGA_FIELD(VGA_SYS_POOL_LU_KEY, node_name)), &lu.key, text);
+    constexpr records::FieldRow name =
+        records::rows::text(FIELD_AT(VGA_SYS_POOL_LU_KEY, node_name));
+    vga_write_field({.field = &name}, &lu.key, text);
 }
 
 constexpr VGA_LINE_COLUMN pool_lu_columns[] = {
-    {0, 0, vga_ebcdic_cell(VGA_FIELD(NAP_LU_POOL_DATA, lu_name))},
-    {26, 0, vga_written_cell<pool_lu_status>()},
-    {39, 0, vga_ebcdic_cell(VGA_FIELD(NAP_LU_POOL_DATA, pu_name))},
-    {53, 0, vga_written_cell<pool_lu_node>()},
+    {.field = &field(records::lu_pool, "lu_name")},
+    {.stop = 26, .write = vga_written<pool_lu_status>},
+    {.stop = 39, .field = &field(records::lu_pool, "pu_name")},
+    {.stop = 53, .write = vga_written<pool_lu_node>},
 };
 
 /* CPI-C side information. */
 
 NB_VOID cpic_partner(const VGA_CPIC &cpic, NB_CHAR *text) {
-    constexpr VGA_CELL_SOURCE name =
-        vga_ebcdic_cell(VGA_FIELD(NAP_CPIC_DATA, def_data.partner_lu_name));
-    constexpr VGA_CELL_SOURCE alias =
-        vga_local_cell(VGA_FIELD(NAP_CPIC_DATA, def_data.partner_lu_name));
-    vga_write_field(cpic.vcb->def_data.partner_is_alias ? alias : name, cpic.vcb, text);
+    records::FieldRow name = field(records::cpic, "partner_lu_name");
+    name.kind = cpic.vcb->def_data.partner_is_alias ? records::FieldKind::NameLocal
+                                                    : records::FieldKind::NameFq;
+    vga_write_field({.field = &name}, cpic.vcb, text);
 }
 
 NB_VOID cpic_tp_name(const VGA_CPIC &cpic, NB_CHAR *text) {
@@ -146,45 +149,44 @@ NB_VOID cpic_tp_name(const VGA_CPIC &cpic, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN cpic_columns[] = {
-    {0, 0, vga_local_cell(VGA_FIELD(NAP_CPIC_DATA, sym_dest_name))},
-    {12, 0, vga_written_cell<cpic_partner>()},
-    {31, 0, vga_written_cell<cpic_tp_name>()},
-    {53, 0, vga_ebcdic_cell(VGA_FIELD(NAP_CPIC_DATA, def_data.mode_name))},
-    {63, 0, vga_local_cell(VGA_FIELD(NAP_CPIC_DATA, def_data.lu_alias), VGA_MSG_ANY_LU)},
-    {75, 0, vga_local_cell(VGA_FIELD(NAP_CPIC_DATA, def_data.description))},
+    {.field = &field(records::cpic, "name")},
+    {.stop = 12, .write = vga_written<cpic_partner>},
+    {.stop = 31, .write = vga_written<cpic_tp_name>},
+    {.stop = 53, .field = &field(records::cpic, "mode_name")},
+    {.stop = 63, .field = &field(records::cpic, "lu_alias"), .none = VGA_MSG_ANY_LU},
+    {.stop = 75, .field = &field(records::cpic, "description")},
 };
 
 /* RJE workstations. */
 
 NB_VOID rje_lus(const VGA_RJE_WKSTN &workstation, NB_CHAR *text) {
-    constexpr NB_USHORT name_width = sizeof(workstation.vcb->def_data.lu_names[0]);
+    const records::Nested &lus = records::rje.nested;
     const NB_USHORT count = std::min<NB_USHORT>(workstation.vcb->def_data.num_lus, NAP_MAX_RJE_LUS);
-    VGA_CELL_SOURCE name = vga_ebcdic_cell(
-        static_cast<NB_USHORT>(offsetof(NAP_RJE_DATA, def_data.lu_names)), name_width);
+    const auto *name = reinterpret_cast<const NB_UCHAR *>(workstation.vcb) + lus.offset;
     NB_CHAR one[VGA_CELL_SIZE];
-    for (NB_USHORT lu = 0; lu < count; lu++, name.offset += name_width) {
-        vga_write_field(name, workstation.vcb, one);
+    for (NB_USHORT lu = 0; lu < count; lu++, name += lus.size) {
+        vga_write_field({.field = &item_field(records::rje, "lu_name")}, name, one);
         strcat(strcat(text, lu > 0 ? " " : ""), one); // at most 9 bytes for each
     }
 }
 
 constexpr VGA_LINE_COLUMN rje_columns[] = {
-    {0, 0, vga_local_cell(VGA_FIELD(NAP_RJE_DATA, workstation_name))},
-    {8, 0, vga_local_cell(VGA_FIELD(NAP_RJE_DATA, def_data.run_on_node), VGA_MSG_ANY_NODE)},
-    {32, 0, vga_local_cell(VGA_FIELD(NAP_RJE_DATA, def_data.user_name))},
-    {48, 0, vga_written_cell<rje_lus>()},
-    {75, 0, vga_local_cell(VGA_FIELD(NAP_RJE_DATA, def_data.description))},
+    {.field = &field(records::rje, "name")},
+    {.stop = 8, .field = &field(records::rje, "run_on_node"), .none = VGA_MSG_ANY_NODE},
+    {.stop = 32, .field = &field(records::rje, "user_name")},
+    {.stop = 48, .write = vga_written<rje_lus>},
+    {.stop = 75, .field = &field(records::rje, "description")},
 };
 
 /* The TN3270 server and the TN redirector. */
-
-constexpr VGA_WORD default_word[] = {{0, VGA_MSG_DEFAULT}};
 
 NB_VOID client_address(const VGA_CLIENT_ADDRESS &client, NB_CHAR *text) {
     if (client.type == NAP_TN_DEFAULT_RECORD) {
         vga_write_word(VGA_MSG_DEFAULT, text);
     } else {
-        vga_write_field(vga_local_cell(VGA_FIELD(VGA_CLIENT_ADDRESS, address)), &client, text);
+        constexpr records::FieldRow address =
+            records::rows::text(FIELD_AT(VGA_CLIENT_ADDRESS, address));
+        vga_write_field({.field = &address}, &client, text);
     }
 }
 NB_VOID tn_sess_client(const VGA_TN_SESS &session, NB_CHAR *text) {
@@ -196,50 +198,66 @@ NB_VOID tn_redirect_client(const VGA_TN_REDIRECT &redirect, NB_CHAR *text) {
 
 /* The session's own description, else that of the client. */
 NB_VOID tn_sess_description(const VGA_TN_SESS &session, NB_CHAR *text) {
-    vga_write_field(vga_local_cell(VGA_FIELD(NAP_TN_SESSION, description)), session.vcb, text);
+    vga_write_field({.field = &item_field(records::tn_access, "description")}, session.vcb, text);
     if (text[0] == '\0') {
-        vga_write_field(vga_local_cell(VGA_FIELD(NAP_TN_ACCESS_DATA, def_data.description)),
-                        session.parent->vcb, text);
+        vga_write_field({.field = &field(records::tn_access, "description")}, session.parent->vcb,
+                        text);
     }
 }
 
-constexpr VGA_WORD protocol_words[] = {{0, VGA_MSG_TN3270}, {1, VGA_MSG_TN3270E}};
-
 constexpr VGA_LINE_COLUMN tn_sess_columns[] = {
-    {0, VGA_MSG_HEAD_CLIENT, vga_written_cell<tn_sess_client>()},
-    {24, VGA_MSG_HEAD_PORT, vga_word_cell(VGA_FIELD(NAP_TN_SESSION, port), default_word)},
-    {32, VGA_MSG_HEAD_DISPLAY_LU, vga_ebcdic_cell(VGA_FIELD(NAP_TN_SESSION, display_lu_name))},
-    {44, VGA_MSG_HEAD_PRINTER_LU, vga_ebcdic_cell(VGA_FIELD(NAP_TN_SESSION, printer_lu_name))},
-    {56, VGA_MSG_HEAD_PROTOCOL,
-     vga_word_cell(VGA_FIELD(NAP_TN_SESSION, tn3270_support), protocol_words,
-                   VGA_MSG_UNKNOWN_STATUS)},
-    {66, VGA_MSG_HEAD_SSL,
-     vga_word_cell(VGA_FIELD(NAP_TN_SESSION, ssl_enabled), gvga_ssl_words, VGA_MSG_UNKNOWN_STATUS)},
-    {79, VGA_MSG_HEAD_DESCRIPTION, vga_written_cell<tn_sess_description>()},
+    {.heading = VGA_MSG_HEAD_CLIENT, .write = vga_written<tn_sess_client>},
+    {.stop = 24,
+     .heading = VGA_MSG_HEAD_PORT,
+     .field = &item_field(records::tn_access, "port"),
+     .none = VGA_MSG_DEFAULT},
+    {.stop = 32,
+     .heading = VGA_MSG_HEAD_DISPLAY_LU,
+     .field = &item_field(records::tn_access, "display_lu_name")},
+    {.stop = 44,
+     .heading = VGA_MSG_HEAD_PRINTER_LU,
+     .field = &item_field(records::tn_access, "printer_lu_name")},
+    {.stop = 56,
+     .heading = VGA_MSG_HEAD_PROTOCOL,
+     .field = &item_field(records::tn_access, "tn3270e"),
+     .none = VGA_MSG_TN3270,
+     .other = VGA_MSG_TN3270E},
+    {.stop = 66, .heading = VGA_MSG_HEAD_SSL, .field = &item_field(records::tn_access, "ssl")},
+    {.stop = 79, .heading = VGA_MSG_HEAD_DESCRIPTION, .write = vga_written<tn_sess_description>},
 };
 
 constexpr VGA_LINE_COLUMN tn_assoc_columns[] = {
-    {0, VGA_MSG_HEAD_DISPLAY_LU, vga_ebcdic_cell(VGA_FIELD(NAP_TN_ASSOC_DATA, display_lu_name))},
-    {14, VGA_MSG_HEAD_PRINTER_LU,
-     vga_ebcdic_cell(VGA_FIELD(NAP_TN_ASSOC_DATA, def_data.printer_lu_name))},
-    {28, VGA_MSG_HEAD_DESCRIPTION,
-     vga_local_cell(VGA_FIELD(NAP_TN_ASSOC_DATA, def_data.description))},
+    {.heading = VGA_MSG_HEAD_DISPLAY_LU, .field = &field(records::tn_assoc, "name")},
+    {.stop = 14,
+     .heading = VGA_MSG_HEAD_PRINTER_LU,
+     .field = &field(records::tn_assoc, "printer_lu_name")},
+    {.stop = 28,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::tn_assoc, "description")},
 };
 
 constexpr VGA_LINE_COLUMN tn_redirect_columns[] = {
-    {0, VGA_MSG_HEAD_CLIENT, vga_written_cell<tn_redirect_client>()},
-    {24, VGA_MSG_HEAD_PORT, vga_number_cell(VGA_FIELD(NAP_TN_REDIRECT_DATA, client_port))},
-    {32, VGA_MSG_HEAD_HOST, vga_local_cell(VGA_FIELD(NAP_TN_REDIRECT_DATA, def_data.host_address))},
-    {56, VGA_MSG_HEAD_HOST_PORT,
-     vga_number_cell(VGA_FIELD(NAP_TN_REDIRECT_DATA, def_data.host_port))},
-    {67, VGA_MSG_HEAD_CLIENT_SSL,
-     vga_word_cell(VGA_FIELD(NAP_TN_REDIRECT_DATA, def_data.client_ssl), gvga_ssl_words,
-                   VGA_MSG_UNKNOWN_STATUS)},
-    {80, VGA_MSG_HEAD_HOST_SSL,
-     vga_word_cell(VGA_FIELD(NAP_TN_REDIRECT_DATA, def_data.host_ssl), gvga_ssl_words,
-                   VGA_MSG_YES)},
-    {90, VGA_MSG_HEAD_DESCRIPTION,
-     vga_local_cell(VGA_FIELD(NAP_TN_REDIRECT_DATA, def_data.description))},
+    {.heading = VGA_MSG_HEAD_CLIENT, .write = vga_written<tn_redirect_client>},
+    {.stop = 24,
+     .heading = VGA_MSG_HEAD_PORT,
+     .field = &field(records::tn_redirect, "client_port")},
+    {.stop = 32,
+     .heading = VGA_MSG_HEAD_HOST,
+     .field = &field(records::tn_redirect, "host_address")},
+    {.stop = 56,
+     .heading = VGA_MSG_HEAD_HOST_PORT,
+     .field = &field(records::tn_redirect, "host_port")},
+    {.stop = 67,
+     .heading = VGA_MSG_HEAD_CLIENT_SSL,
+     .field = &field(records::tn_redirect, "client_ssl")},
+    {.stop = 80,
+     .heading = VGA_MSG_HEAD_HOST_SSL,
+     .field = &field(records::tn_redirect, "host_ssl"),
+     .none = records::MSG_NO,
+     .other = records::MSG_YES},
+    {.stop = 90,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::tn_redirect, "description")},
 };
 
 /* Sessions over IP. */
@@ -251,32 +269,38 @@ NB_VOID session_address(const VGA_TAMRIX_APPCIP_SESS &session, NB_CHAR *text) {
     }
 }
 
-constexpr VGA_WORD this_node_word[] = {{0, VGA_MSG_THIS_NODE}};
-
-constexpr VGA_LINE_COLUMN appcip_columns[] = {
-    {0, VGA_MSG_HEAD_NUMBER, vga_number_cell(VGA_FIELD(NAP_TAMRIX_SESSION_DATA, session_number))},
-    {8, VGA_MSG_HEAD_STATUS,
-     vga_word_cell(VGA_FIELD(NAP_TAMRIX_SESSION_DATA, session_state), gvga_status_words,
-                   VGA_MSG_UNKNOWN_STATUS)},
-    {21, VGA_MSG_HEAD_LOCAL_LU, vga_ebcdic_cell(VGA_FIELD(NAP_TAMRIX_SESSION_DATA, lu_name))},
-    {31, VGA_MSG_HEAD_PARTNER_LU, vga_ebcdic_cell(VGA_FIELD(NAP_TAMRIX_SESSION_DATA, fqplu_name))},
-    {50, VGA_MSG_HEAD_MODE, vga_ebcdic_cell(VGA_FIELD(NAP_TAMRIX_SESSION_DATA, mode_name))},
-    {60, VGA_MSG_HEAD_REMOTE_ADDRESS, vga_written_cell<session_address>()},
-    {83, VGA_MSG_HEAD_SET_UP_BY,
-     vga_word_cell(VGA_FIELD(NAP_TAMRIX_SESSION_DATA, secondary), this_node_word, VGA_MSG_PARTNER)},
+constexpr VGA_LINE_COLUMN appcip_sess_columns[] = {
+    {.heading = VGA_MSG_HEAD_NUMBER, .field = &field(records::tamrix_session, "name")},
+    {.stop = 8,
+     .heading = VGA_MSG_HEAD_STATUS,
+     .field = &field(records::tamrix_session, "session_state")},
+    {.stop = 21,
+     .heading = VGA_MSG_HEAD_LOCAL_LU,
+     .field = &field(records::tamrix_session, "lu_name")},
+    {.stop = 31,
+     .heading = VGA_MSG_HEAD_PARTNER_LU,
+     .field = &field(records::tamrix_session, "fqplu_name")},
+    {.stop = 50,
+     .heading = VGA_MSG_HEAD_MODE,
+     .field = &field(records::tamrix_session, "mode_name")},
+    {.stop = 60, .heading = VGA_MSG_HEAD_REMOTE_ADDRESS, .write = vga_written<session_address>},
+    {.stop = 83,
+     .heading = VGA_MSG_HEAD_SET_UP_BY,
+     .field = &field(records::tamrix_session, "secondary"),
+     .none = VGA_MSG_THIS_NODE,
+     .other = VGA_MSG_PARTNER},
 };
 
 } // namespace
 
-VGA_LINE_TEXT(vga_create_user_viewer_text, VGA_VIEWER_USER, VGA_USER, user_columns)
+VGA_LINE_TEXT(user, VGA_VIEWER_USER, VGA_USER)
 
 NB_USHORT vga_choose_user_viewer_icon(NB_VOID *data) {
     const VGA_USER *user = static_cast<VGA_USER *>(data);
     return user->vcb->def_data.is_group ? VGA_ICON_USERGROUP : VGA_ICON_USER;
 }
 
-VGA_LINE_TEXT(vga_create_user_sess_viewer_text, VGA_VIEWER_USER_SESS, VGA_USER_SESSION,
-              user_sess_columns)
+VGA_LINE_TEXT(user_sess, VGA_VIEWER_USER_SESS, VGA_USER_SESSION)
 
 NB_USHORT vga_choose_user_sess_viewer_icon(NB_VOID *data) {
     const auto &session = *static_cast<VGA_USER_SESSION *>(data);
@@ -292,30 +316,28 @@ NB_USHORT vga_create_ustad_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
 }
 VGA_TITLE_TEXT(vga_create_ustad_title_viewer_text, VGA_VIEWER_USTAD_TITLE, ustad_columns)
 
-VGA_LINE_TEXT(vga_create_pool_viewer_text, VGA_VIEWER_POOL, VGA_SYS_POOL, pool_columns)
-VGA_SAME_ICON(vga_choose_pool_viewer_icon, VGA_ICON_POOL)
-VGA_LINE_TEXT(vga_create_pool_lu_viewer_text, VGA_VIEWER_POOL_LU, VGA_POOL_LU, pool_lu_columns)
-VGA_SAME_ICON(vga_choose_pool_lu_viewer_icon, VGA_ICON_POOLLU03)
+VGA_LINE_TEXT(pool, VGA_VIEWER_POOL, VGA_SYS_POOL)
+VGA_SAME_ICON(pool, VGA_ICON_POOL)
+VGA_LINE_TEXT(pool_lu, VGA_VIEWER_POOL_LU, VGA_POOL_LU)
+VGA_SAME_ICON(pool_lu, VGA_ICON_POOLLU03)
 
-VGA_LINE_TEXT(vga_create_cpic_viewer_text, VGA_VIEWER_CPIC, VGA_CPIC, cpic_columns)
-VGA_SAME_ICON(vga_choose_cpic_viewer_icon, VGA_ICON_CPIC)
-VGA_LINE_TEXT(vga_create_rje_viewer_text, VGA_VIEWER_RJE, VGA_RJE_WKSTN, rje_columns)
-VGA_SAME_ICON(vga_choose_rje_viewer_icon, VGA_ICON_RJEW)
+VGA_LINE_TEXT(cpic, VGA_VIEWER_CPIC, VGA_CPIC)
+VGA_SAME_ICON(cpic, VGA_ICON_CPIC)
+VGA_LINE_TEXT(rje, VGA_VIEWER_RJE, VGA_RJE_WKSTN)
+VGA_SAME_ICON(rje, VGA_ICON_RJEW)
 
 VGA_TITLE_TEXT(vga_tnw_create_sess_title_viewer_text, VGA_VIEWER_TN_SESS_TITLE, tn_sess_columns)
-VGA_LINE_TEXT(vga_create_tn_sess_viewer_text, VGA_VIEWER_TN_SESS, VGA_TN_SESS, tn_sess_columns)
-VGA_SAME_ICON(vga_choose_tn_sess_viewer_icon, VGA_ICON_TNCLIENT)
+VGA_LINE_TEXT(tn_sess, VGA_VIEWER_TN_SESS, VGA_TN_SESS)
+VGA_SAME_ICON(tn_sess, VGA_ICON_TNCLIENT)
 VGA_TITLE_TEXT(vga_tnw_create_assoc_title_viewer_text, VGA_VIEWER_TN_ASSOC_TITLE, tn_assoc_columns)
-VGA_LINE_TEXT(vga_create_tn_assoc_viewer_text, VGA_VIEWER_TN_ASSOC, VGA_TN_ASSOC, tn_assoc_columns)
-VGA_SAME_ICON(vga_choose_tn_assoc_viewer_icon, VGA_ICON_TNASSOC)
+VGA_LINE_TEXT(tn_assoc, VGA_VIEWER_TN_ASSOC, VGA_TN_ASSOC)
+VGA_SAME_ICON(tn_assoc, VGA_ICON_TNASSOC)
 VGA_TITLE_TEXT(vga_tnw_create_redirect_title_viewer_text, VGA_VIEWER_TN_REDIRECT_TITLE,
                tn_redirect_columns)
-VGA_LINE_TEXT(vga_create_tn_redirect_viewer_text, VGA_VIEWER_TN_REDIRECT, VGA_TN_REDIRECT,
-              tn_redirect_columns)
-VGA_SAME_ICON(vga_choose_tn_redirect_viewer_icon, VGA_ICON_TNREDIRECT)
+VGA_LINE_TEXT(tn_redirect, VGA_VIEWER_TN_REDIRECT, VGA_TN_REDIRECT)
+VGA_SAME_ICON(tn_redirect, VGA_ICON_TNREDIRECT)
 
 VGA_TITLE_TEXT(vga_anyw_create_appcip_sess_title_viewer_text, VGA_VIEWER_APPCIP_SESS_TITLE,
-               appcip_columns)
-VGA_LINE_TEXT(vga_create_appcip_sess_viewer_text, VGA_VIEWER_APPCIP_SESS, VGA_TAMRIX_APPCIP_SESS,
-              appcip_columns)
-VGA_SAME_ICON(vga_choose_appcip_sess_viewer_icon, VGA_ICON_APPCIP)
+               appcip_sess_columns)
+VGA_LINE_TEXT(appcip_sess, VGA_VIEWER_APPCIP_SESS, VGA_TAMRIX_APPCIP_SESS)
+VGA_SAME_ICON(appcip_sess, VGA_ICON_APPCIP)

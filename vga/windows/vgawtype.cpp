@@ -1,6 +1,5 @@
 #include "vgawtype.h"
 #include "vgalines.h"
-#include "vgalinrs.h"
 #include "vganodws.h"
 #include <array>
 
