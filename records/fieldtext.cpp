@@ -167,10 +167,15 @@ bool parse_number(const FieldRow &row, std::string_view text, NB_ULONG &value) {
         }
         return false;
     }
-    const char *end = text.data() + text.size();
-    const int base = row.kind == FieldKind::Hex ? 16 : 10;
-    const auto parsed = std::from_chars(text.data(), end, value, base);
-    return parsed.ec == std::errc() && parsed.ptr == end && valid_number(row, value);
+    if (row.kind == FieldKind::Hex) {
+        const char *end = text.data() + text.size();
+        const auto parsed = std::from_chars(text.data(), end, value, 16);
+        return parsed.ec == std::errc() && parsed.ptr == end;
+    }
+    int64_t number = 0;
+    const bool good = read_number(text, row.low, row.high, number);
+    value = static_cast<NB_ULONG>(number);
+    return good;
 }
 
 bool set_name(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
@@ -203,17 +208,11 @@ bool set_text(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
 
 bool set_bytes(const FieldRow &row, std::string_view text, NB_UCHAR *at) {
     std::vector<NB_UCHAR> bytes(row.width);
-    if (text.size() > 2 * row.width || text.size() % 2 != 0) {
-        return false;
+    const bool good = read_bytes(text, bytes.data(), row.width) >= 0;
+    if (good) {
+        memcpy(at, bytes.data(), row.width);
     }
-    for (size_t digit = 0; digit < text.size(); digit += 2) {
-        const char *end = text.data() + digit + 2;
-        if (std::from_chars(text.data() + digit, end, bytes[digit / 2], 16).ptr != end) {
-            return false;
-        }
-    }
-    memcpy(at, bytes.data(), row.width);
-    return true;
+    return good;
 }
 
 bool set_address(std::string_view text, NB_UCHAR *at) {
@@ -248,6 +247,28 @@ std::string format_name(const FieldRow &row, const NB_UCHAR *at) {
 }
 
 } // namespace
+
+bool read_number(std::string_view text, int64_t low, int64_t high, int64_t &value) {
+    const char *end = text.data() + text.size();
+    int64_t read = 0;
+    const auto parsed = std::from_chars(text.data(), end, read);
+    const bool good = parsed.ec == std::errc() && parsed.ptr == end && read >= low && read <= high;
+    value = good ? read : value;
+    return good;
+}
+
+int read_bytes(std::string_view text, NB_UCHAR *out, size_t most) {
+    if (text.size() > 2 * most || text.size() % 2 != 0) {
+        return -1;
+    }
+    for (size_t digit = 0; digit < text.size(); digit += 2) {
+        const char *end = text.data() + digit + 2;
+        if (std::from_chars(text.data() + digit, end, out[digit / 2], 16).ptr != end) {
+            return -1;
+        }
+    }
+    return static_cast<int>(text.size() / 2);
+}
 
 NB_ULONG get_number(const NB_UCHAR *at, size_t width) {
     if (width == 1) {

@@ -43,6 +43,14 @@ void set_initial_fields(FieldTable table, NB_UCHAR *record);
 /* True when every byte is a blank of the part's character set or NUL. */
 bool is_blank(KeyKind kind, const NB_UCHAR *raw, size_t width);
 
+/* Reads all of a text as a decimal number, perhaps with a sign in front, from `low` to `high`.
+ * False leaves `value` as it was. */
+bool read_number(std::string_view text, int64_t low, int64_t high, int64_t &value);
+
+/* Reads pairs of hexadecimal digits, in either case, into up to `most` bytes.  Returns their count;
+ * -1 when the number of digits is odd or too high, or one is no digit. */
+int read_bytes(std::string_view text, NB_UCHAR *out, size_t most);
+
 /* Reads and writes a number of 1, 2 or 4 bytes. */
 NB_ULONG get_number(const NB_UCHAR *at, size_t width);
 void put_number(NB_UCHAR *at, size_t width, NB_ULONG value);

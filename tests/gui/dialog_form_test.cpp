@@ -3,6 +3,7 @@
 
 #include "dialog_support.h"
 
+#include "fieldrows.h"
 #include "vgadgfrm.h"
 
 #include <Xm/Column.h>
@@ -41,9 +42,9 @@ object modedTimed : XmToggleButton { };
 object modedTimeoutForm : XmForm { controls { XmTextField modedTimeout; }; };
 object modedTimeout : XmTextField { };
 object modedLevel : XmOptionMenu { controls { XmPulldownMenu modedLevels; }; };
-object modedLevels : XmPulldownMenu { controls { XmPushButton modedNone; XmPushButton modedRLE; }; };
-object modedNone : XmPushButton { };
-object modedRLE : XmPushButton { };
+object modedLevels : XmPulldownMenu { controls { XmPushButton modedLevelNone; XmPushButton modedLevelRle; }; };
+object modedLevelNone : XmPushButton { };
+object modedLevelRle : XmPushButton { };
 end module;
 )";
 
@@ -74,7 +75,18 @@ enum MESSAGES : NB_USHORT {
     FAULTY
 };
 
-const VGA_CHOICE levels[] = {{"*modedNone", 0}, {"*modedRLE", 4}};
+constexpr records::FieldWord level_words[] = {{"none", 0}, {"lz9", 9}, {"rle", 4}};
+
+#define AT(member) FIELD_AT(RECORD, member)
+constexpr records::FieldRow rows[] = {
+    records::rows::count(AT(active)),
+    records::rows::local(AT(name)),
+    records::rows::number(AT(limit), 0, 100),
+    records::rows::number(AT(low), 0, 100),
+    records::rows::flag(AT(timed)),
+    records::rows::number(AT(timeout), 1, 10),
+    records::rows::word(AT(level), level_words),
+};
 
 int64_t low_at_most(const NB_VOID *data) {
     return static_cast<const RECORD *>(data)->limit;
@@ -84,43 +96,25 @@ NB_USHORT name_free(const NB_VOID *, const NB_VOID *data) {
 }
 
 const VGA_FIELD fields[] = {
-    {.widget = "*modedShown",
-     .kind = VGA_FIELD_NUMBER,
-     .uses = VGA_FIELD_SHOWN,
-     VGA_IN(RECORD, active)},
+    {.widget = "*modedShown", .row = &rows[SHOWN], .uses = VGA_FIELD_SHOWN},
     {.widget = "*modedName",
-     .kind = VGA_FIELD_LOCAL,
+     .row = &rows[NAME],
      .uses = VGA_FIELD_KEY,
-     VGA_IN(RECORD, name),
      .empty = NO_NAME,
      .check = name_free},
-    {.widget = "*modedLimit",
-     .kind = VGA_FIELD_NUMBER,
-     VGA_IN(RECORD, limit),
-     .high = 100,
-     .empty = NO_LIMIT,
-     .bad = BAD_LIMIT},
+    {.widget = "*modedLimit", .row = &rows[LIMIT], .empty = NO_LIMIT, .bad = BAD_LIMIT},
     {.widget = "*modedLow",
-     .kind = VGA_FIELD_NUMBER,
-     VGA_IN(RECORD, low),
-     .high = 100,
+     .row = &rows[LOW],
      .at_most = low_at_most,
      .empty = NO_LOW,
      .bad = BAD_LOW},
-    {.widget = "*modedTimed", .kind = VGA_FIELD_FLAG, VGA_IN(RECORD, timed)},
+    {.widget = "*modedTimed", .row = &rows[TIMED]},
     {.widget = "*modedTimeout",
-     .kind = VGA_FIELD_NUMBER,
-     VGA_IN(RECORD, timeout),
-     .low = 1,
-     .high = 10,
+     .row = &rows[TIMEOUT],
      .empty = BAD_TIME,
      .bad = BAD_TIME,
      .when = {.field = TIMED}},
-    {.widget = "*modedLevel",
-     .kind = VGA_FIELD_CHOICE,
-     VGA_IN(RECORD, level),
-     .choices = levels,
-     .choice_count = 2},
+    {.widget = "*modedLevel", .row = &rows[LEVEL]},
 };
 
 // What the plan saw and what it is to do.
@@ -417,7 +411,7 @@ TEST_F(Form, FollowsTheRecordButNotOverTheOperatorsHands) {
     EXPECT_EQ(text("*modedLow"), "6");
     Widget item = nullptr;
     XtVaGetValues(field("*modedLevel"), XmNmenuHistory, &item, nullptr);
-    EXPECT_EQ(item, field("*modedRLE"));
+    EXPECT_EQ(item, field("*modedLevelRle"));
     push("*modedResetButton");
     EXPECT_EQ(text("*modedLimit"), "40") << "as the record is now";
 

@@ -1,5 +1,6 @@
 // The rules of text fields without a widget: what may be typed, and what a collected text is worth.
 
+#include "fieldtext.h"
 #include "nbbase.h"
 #include "vgacheck.h"
 
@@ -287,7 +288,7 @@ TEST(Fields, HexAndNodeIdentifiers) {
                                                    {"0x", -1}, {"123456", 3}};
     for (const auto &[text, length] : lengths) {
         NB_UCHAR out[3] = {};
-        EXPECT_EQ(vga_read_hex(text.c_str(), out, sizeof(out)), length) << text;
+        EXPECT_EQ(records::read_bytes(text, out, sizeof(out)), length) << text;
         if (text == "0aF1") {
             EXPECT_EQ(memcmp(out, "\x0a\xf1", 2), 0);
         }

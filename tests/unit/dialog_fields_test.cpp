@@ -4,6 +4,7 @@
 
 #include "vgadgfld.h"
 
+#include "fieldrows.h"
 #include "nbbase.h"
 #include "nofrec.h"
 
@@ -36,30 +37,29 @@ NB_USHORT no_seven(const NB_VOID *, const NB_VOID *data) {
     return static_cast<const DATA *>(data)->byte == 7 ? OWN : 0;
 }
 
-const VGA_FIELD number = {.kind = VGA_FIELD_NUMBER,
-                          VGA_IN(DATA, byte),
-                          .high = 200,
-                          .empty = EMPTY,
-                          .bad = BAD,
-                          .check = no_seven};
-const VGA_FIELD optional = {
-    .kind = VGA_FIELD_NUMBER, VGA_IN(DATA, word), .low = 1, .high = 40000, .bad = BAD};
-const VGA_FIELD limited = {.kind = VGA_FIELD_NUMBER,
-                           VGA_IN(DATA, longer),
-                           .high = 1000,
-                           .at_most = word_limit,
-                           .empty = EMPTY,
-                           .bad = BAD};
-const VGA_FIELD has_sign = {
-    .kind = VGA_FIELD_SIGNED, VGA_IN(DATA, word), .low = -5, .high = 5, .empty = EMPTY, .bad = BAD};
-const VGA_FIELD text = {.kind = VGA_FIELD_TEXT, VGA_IN(DATA, text), .bad = BAD};
-const VGA_FIELD local = {.kind = VGA_FIELD_LOCAL, VGA_IN(DATA, name), .empty = EMPTY, .bad = BAD};
-const VGA_FIELD ebcdic = {.kind = VGA_FIELD_EBCDIC, VGA_IN(DATA, name), .bad = BAD};
-const VGA_FIELD fq = {.kind = VGA_FIELD_FQ_NAME, VGA_IN(DATA, fq), .bad = BAD};
-const VGA_FIELD network = {.kind = VGA_FIELD_FQ_NETWORK, VGA_IN(DATA, fq), .bad = BAD};
-const VGA_FIELD partner = {.kind = VGA_FIELD_FQ_LOCAL, VGA_IN(DATA, fq), .bad = BAD};
-const VGA_FIELD hex = {.kind = VGA_FIELD_HEX, VGA_IN(DATA, hex), .bad = BAD};
-const VGA_FIELD ip = {.kind = VGA_FIELD_IP, VGA_IN(DATA, ip), .bad = BAD};
+#define AT(member) FIELD_AT(DATA, member)
+const records::FieldRow byte_row = records::rows::number(AT(byte), 0, 200),
+                        word_row = records::rows::number(AT(word), 1, 40000),
+                        longer_row = records::rows::number(AT(longer), 0, 1000),
+                        high_row = records::rows::number(AT(longer), 0, 0xFFFFFFFF),
+                        text_row = records::rows::text(AT(text)),
+                        local_row = records::rows::local(AT(name)),
+                        ebcdic_row = records::rows::sna(AT(name)),
+                        fq_row = records::rows::any_name(AT(fq)),
+                        hex_row = records::rows::bytes(AT(hex)),
+                        ip_row = records::rows::address(AT(ip));
+const VGA_FIELD number = {.row = &byte_row, .empty = EMPTY, .bad = BAD, .check = no_seven};
+const VGA_FIELD optional = {.row = &word_row, .bad = BAD};
+const VGA_FIELD limited = {.row = &longer_row, .at_most = word_limit, .empty = EMPTY, .bad = BAD};
+const VGA_FIELD high = {.row = &high_row, .bad = BAD};
+const VGA_FIELD text = {.row = &text_row, .bad = BAD};
+const VGA_FIELD local = {.row = &local_row, .empty = EMPTY, .bad = BAD};
+const VGA_FIELD ebcdic = {.row = &ebcdic_row, .bad = BAD};
+const VGA_FIELD fq = {.row = &fq_row, .bad = BAD};
+const VGA_FIELD network = {.row = &fq_row, .part = VGA_FIELD_NETWORK, .bad = BAD};
+const VGA_FIELD partner = {.row = &fq_row, .part = VGA_FIELD_NAME, .bad = BAD};
+const VGA_FIELD hex = {.row = &hex_row, .bad = BAD};
+const VGA_FIELD ip = {.row = &ip_row, .bad = BAD};
 
 struct CASE {
     const VGA_FIELD *field;
@@ -111,8 +111,8 @@ TEST_F(Fields, TextsAndTheirMessages) {
         {&optional, "0", BAD, nullptr},
         {&limited, "100", 0, "100"}, // as another field says
         {&limited, "101", BAD, nullptr},
-        {&has_sign, "-5", 0, "-5"},
-        {&has_sign, "-6", BAD, nullptr},
+        {&high, "4294967295", 0, "4294967295"},
+        {&high, "4294967296", BAD, nullptr},
         {&text, "eleven char", 0, "eleven char"}, // with the terminator it fits
         {&text, "twelve chars", BAD, nullptr},
         {&text, "", 0, ""},
@@ -129,7 +129,7 @@ TEST_F(Fields, TextsAndTheirMessages) {
         {&fq, "LU1", 0, "LU1"},
         {&fq, "NETA.", BAD, nullptr},
         {&fq, "NETWORKID.LU1", BAD, nullptr},
-        {&hex, "0aF1", BAD, nullptr}, // half of it
+        {&hex, "0aF1", 0, "0AF10000"},
         {&hex, "0aF10200", 0, "0AF10200"},
         {&hex, "", 0, ""},
         {&hex, "0aF1020", BAD, nullptr},
@@ -139,7 +139,8 @@ TEST_F(Fields, TextsAndTheirMessages) {
         {&ip, "", 0, ""},
     };
     for (const CASE &one : cases) {
-        SCOPED_TRACE(std::string(one.entered) + " kind " + std::to_string(one.field->kind));
+        SCOPED_TRACE(std::string(one.entered) + " kind " +
+                     std::to_string(static_cast<int>(one.field->row->kind)));
         SetUp();
         const DATA before = data;
         EXPECT_EQ(vga_field_from_text(*one.field, one.entered, nullptr, &data), one.message);

@@ -1,4 +1,5 @@
 #include "vgacheck.h"
+#include "fieldtext.h"
 #include "nbbase.h"
 #include "ntlname.h"
 #include <algorithm>
@@ -270,8 +271,7 @@ constexpr size_t block_digits = VGA_BLOCK_NUMBER_SIZE - 1;
 constexpr size_t puid_digits = VGA_PU_ID_SIZE - 1;
 
 NB_VOID to_ebcdic(NB_UCHAR *bytes, std::string_view text) {
-    memcpy(bytes, text.data(), text.size());
-    nba_local_to_ebcdic(bytes, static_cast<NB_USHORT>(text.size()));
+    records::put_ebcdic(bytes, text.size(), text);
 }
 
 } // namespace
@@ -302,30 +302,8 @@ VGA_NUMBER_STATE vga_read_number(const NB_CHAR *text, int64_t min, int64_t max, 
     if (number.empty()) {
         return VGA_NUMBER_EMPTY;
     }
-    const NB_CHAR *end = number.data() + number.size();
-    int64_t read = 0;
-    const std::from_chars_result result = std::from_chars(number.data(), end, read);
-    if (result.ec != std::errc() || result.ptr != end || read < min || read > max) {
-        return VGA_NUMBER_OUT_OF_RANGE;
-    }
-    *value = read;
-    return VGA_NUMBER_GOOD;
-}
-
-NB_INT vga_read_hex(const NB_CHAR *text, NB_UCHAR *out, NB_USHORT max_len) {
-    const std::string_view digits = text;
-    const size_t count = digits.size() / 2;
-    if (digits.size() % 2 != 0 || count > max_len) {
-        return -1;
-    }
-    for (size_t at = 0; at < count; at++) {
-        NB_ULONG byte = 0;
-        if (!read_hex_number(digits.substr(2 * at, 2), &byte)) {
-            return -1;
-        }
-        out[at] = static_cast<NB_UCHAR>(byte);
-    }
-    return static_cast<NB_INT>(count);
+    return records::read_number(number, min, max, *value) ? VGA_NUMBER_GOOD
+                                                          : VGA_NUMBER_OUT_OF_RANGE;
 }
 
 VGA_NODE_ID_STATE vga_read_node_id(const NB_CHAR *block, const NB_CHAR *puid, NB_UCHAR *node_id) {

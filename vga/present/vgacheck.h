@@ -71,10 +71,6 @@ enum VGA_NUMBER_STATE : NB_USHORT {
  * *value for a good one only. */
 VGA_NUMBER_STATE vga_read_number(const NB_CHAR *text, int64_t min, int64_t max, int64_t *value);
 
-/* Reads pairs of hexadecimal digits, in either case, into up to `max_len` bytes.  Returns their
- * count; -1 when the number of digits is odd, too high, or one is no digit. */
-NB_INT vga_read_hex(const NB_CHAR *text, NB_UCHAR *out, NB_USHORT max_len);
-
 #define VGA_NODE_ID_WIDTH     4 /* bytes */
 #define VGA_BLOCK_NUMBER_SIZE 4 /* texts, with their terminators */
 #define VGA_PU_ID_SIZE        6

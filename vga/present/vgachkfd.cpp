@@ -1,4 +1,5 @@
 #include "vgachkfd.h"
+#include "fieldtext.h"
 #include "nbbase.h"
 #include "ntlname.h"
 #include "vgacheck.h"
@@ -18,15 +19,6 @@ struct MESSAGE {
     const NB_CHAR *key;
 };
 
-/* The bounds go in as texts: as numbers the formatter would take them for signed ones of 32 bits,
- * and the upper bound of an unsigned field may be higher. */
-NB_VOID refuse_range(VGA_DIALOG *parent, Widget field, const MESSAGE &message, int64_t min,
-                     int64_t max) {
-    vga_display_error_dialog(parent, message.number, message.key, nullptr, 0, "s s",
-                             std::to_string(min).c_str(), std::to_string(max).c_str());
-    vga_focus_field(field);
-}
-
 /* Both kinds of number field. */
 NB_USHORT check_number(VGA_DIALOG *parent, Widget field, int64_t min, int64_t max,
                        const MESSAGE &empty, const MESSAGE &range, int64_t *value) {
@@ -37,8 +29,7 @@ NB_USHORT check_number(VGA_DIALOG *parent, Widget field, int64_t min, int64_t ma
         return vga_refuse_field(parent, field, empty.number, empty.key);
     }
     if (state == VGA_NUMBER_OUT_OF_RANGE) {
-        refuse_range(parent, field, range, min, max);
-        return 0;
+        return vga_refuse_range(parent, field, range.number, range.key, min, max);
     }
     return 1;
 }
@@ -68,6 +59,16 @@ NB_VOID vga_focus_field(Widget field) {
 NB_USHORT vga_refuse_field(VGA_DIALOG *parent, Widget field, NB_USHORT message,
                            const NB_CHAR *key) {
     vga_display_error_dialog(parent, message, key, nullptr, 0, "");
+    vga_focus_field(field);
+    return 0;
+}
+
+/* The bounds go in as texts: as numbers the formatter would take them for signed ones of 32 bits,
+ * and the upper bound of an unsigned field may be higher. */
+NB_USHORT vga_refuse_range(VGA_DIALOG *parent, Widget field, NB_USHORT message, const NB_CHAR *key,
+                           int64_t min, int64_t max) {
+    vga_display_error_dialog(parent, message, key, nullptr, 0, "s s", std::to_string(min).c_str(),
+                             std::to_string(max).c_str());
     vga_focus_field(field);
     return 0;
 }
@@ -104,7 +105,7 @@ NB_SHORT vga_get_hex_field(Widget text_field, NB_UCHAR *out, NB_USHORT max_len, 
     }
     NB_CHAR text[hex_field_max + 1];
     vga_get_field_text(text_field, text, static_cast<NB_USHORT>(max_len * 2 + 1));
-    const NB_INT length = vga_read_hex(text, out, max_len);
+    const NB_INT length = records::read_bytes(text, out, max_len);
     if (length < 0) {
         vga_refuse_field(parent, text_field, message, key);
     }

@@ -30,6 +30,10 @@ NB_VOID vga_focus_field(Widget field);
  * Always 0, so that a check can return it. */
 NB_USHORT vga_refuse_field(VGA_DIALOG *parent, Widget field, NB_USHORT message, const NB_CHAR *key);
 
+/* The same with two bounds as %1 and %2. */
+NB_USHORT vga_refuse_range(VGA_DIALOG *parent, Widget field, NB_USHORT message, const NB_CHAR *key,
+                           int64_t min, int64_t max);
+
 /* Reads a decimal number of at most 50 characters within [min, max].  Returns 1 and the value.
  * Returns 0 after the empty message, which has no arguments, or the range message, which has the
  * two bounds as %1 and %2; what is no number is out of range. */

@@ -87,11 +87,8 @@ NB_VOID load(VGA_FORM *form) {
 
 NB_USHORT refuse(VGA_FORM *form, NB_USHORT field, NB_USHORT message) {
     const VGA_FIELD &row = form->plan->fields[field];
-    vga_display_error_dialog(&form->common, message, name_of(form), nullptr, 0, "l l",
-                             static_cast<NB_LONG>(row.low),
-                             static_cast<NB_LONG>(vga_field_high(row, vga_form_edited(form))));
-    vga_form_focus(form, field);
-    return 0;
+    return vga_refuse_range(&form->common, vga_form_focus_of(form, field), message, name_of(form),
+                            row.row->low, vga_field_high(row, vga_form_edited(form)));
 }
 
 /* Checks the fields in order and takes their values over; 0 after the message of the first that is
@@ -133,7 +130,7 @@ NB_VOID finish(VGA_FORM *form) {
     for (NB_USHORT field = form->plan->field_count; field-- > 0;) {
         if ((form->plan->fields[field].uses & VGA_FIELD_KEY) != 0) {
             vga_form_put_field(form, field, nothing.data());
-            vga_form_focus(form, field);
+            vga_focus_field(vga_form_focus_of(form, field));
         }
     }
     form->filling = 0;

@@ -2,6 +2,7 @@
 #include "vgachkcb.h"
 #include "vgachkfd.h"
 #include "vgahint.h"
+#include "vgamsgs.h"
 #include "vgaxt.h"
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
@@ -10,78 +11,88 @@
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
-#include <cstdio>
-#include <cstdlib>
+#include <cctype>
 #include <cstring>
 #include <string>
 
 namespace {
 
+using records::FieldKind;
+
 bool is_text(Widget widget) {
     return XmIsTextField(widget) || XmIsText(widget);
 }
 
-Widget item_of(const VGA_FORM *form, const VGA_CHOICE &choice) {
-    return XtNameToWidget(form->common.widget, choice.widget);
+/* What only shows a word is no menu. */
+bool is_menu(const VGA_FIELD &field) {
+    return field.is(FieldKind::Word) && (field.uses & VGA_FIELD_SHOWN) == 0;
+}
+
+/* The item of an option menu for a word; null: it is not offered. */
+Widget item_of(const VGA_FORM *form, const VGA_FIELD &field, const NB_CHAR *word) {
+    std::string name = field.widget;
+    bool first = true;
+    for (; *word != '\0'; word++) {
+        if (*word != '_') {
+            name += static_cast<NB_CHAR>(first ? toupper(static_cast<NB_UCHAR>(*word)) : *word);
+        }
+        first = *word == '_';
+    }
+    return XtNameToWidget(form->common.widget, name.c_str());
+}
+
+/* Calls `visit` with each word that is offered, and its item. */
+template <class Visit>
+NB_VOID for_items(const VGA_FORM *form, const VGA_FIELD &field, Visit visit) {
+    for (const records::FieldWord &word : field.row->words) {
+        if (Widget item = item_of(form, field, word.text)) {
+            visit(word.text, item);
+        }
+    }
 }
 
 /* What the operator sees of a field, as text: two fields that look the same have the same one. */
 
 /* A value that no item stands for shows as the first item. */
-NB_VOID look_of(const VGA_FIELD &field, const NB_VOID *data, NB_CHAR *text) {
-    int64_t value;
-    switch (field.kind) {
-    case VGA_FIELD_FLAG:
-        strcpy(text, vga_field_value(field, data) != 0 ? "1" : "0");
+NB_VOID look_of(const VGA_FORM *form, const VGA_FIELD &field, const NB_VOID *data, NB_CHAR *text) {
+    vga_field_to_text(field, data, text);
+    if (!is_menu(field)) {
         return;
-    case VGA_FIELD_CHOICE:
-        value = field.choice_count != 0 ? field.choices[0].value : 0;
-        for (NB_USHORT item = 0; item < field.choice_count; item++) {
-            if (field.choices[item].value == vga_field_value(field, data)) {
-                value = field.choices[item].value;
-            }
-        }
-        snprintf(text, VGA_FIELD_TEXT_SIZE, "%lld", static_cast<long long>(value));
-        return;
-    default:
-        vga_field_to_text(field, data, text);
     }
-}
-
-NB_VOID read_choice(const VGA_FORM *form, const VGA_FIELD &field, Widget menu, NB_CHAR *text) {
-    Widget shown = nullptr;
-    XtVaGetValues(menu, XmNmenuHistory, &shown, nullptr);
-    strcpy(text, "0");
-    for (NB_USHORT item = 0; item < field.choice_count; item++) {
-        if (item == 0 || item_of(form, field.choices[item]) == shown) {
-            snprintf(text, VGA_FIELD_TEXT_SIZE, "%lld",
-                     static_cast<long long>(field.choices[item].value));
-        }
+    const NB_CHAR *first = nullptr, *same = nullptr;
+    for_items(form, field, [&](const NB_CHAR *word, Widget) {
+        first = first != nullptr ? first : word;
+        same = strcmp(word, text) == 0 ? word : same;
+    });
+    if (first != nullptr && same == nullptr) {
+        strcpy(text, first);
     }
 }
 
 NB_VOID read_widget(const VGA_FORM *form, NB_USHORT number, NB_CHAR *text) {
     const VGA_FIELD &field = form->plan->fields[number];
     Widget widget = form->widgets[number];
-    if (field.kind == VGA_FIELD_FLAG) {
-        strcpy(text, XmToggleButtonGetState(widget) ? "1" : "0");
-    } else if (field.kind == VGA_FIELD_CHOICE) {
-        read_choice(form, field, widget, text);
+    if (field.is(FieldKind::Flag)) {
+        strcpy(text, XmToggleButtonGetState(widget) ? "yes" : "no");
+    } else if (is_menu(field)) {
+        Widget shown = nullptr;
+        XtVaGetValues(widget, XmNmenuHistory, &shown, nullptr);
+        text[0] = '\0';
+        for_items(form, field, [&](const NB_CHAR *word, Widget item) {
+            if (text[0] == '\0' || item == shown) {
+                strcpy(text, word);
+            }
+        });
     } else {
         vga_get_field_text(widget, text, VGA_FIELD_TEXT_SIZE);
     }
 }
 
-NB_VOID put_choice(const VGA_FORM *form, const VGA_FIELD &field, Widget menu, const NB_CHAR *text) {
-    int64_t value = strtoll(text, nullptr, 10);
-    for (NB_USHORT item = 0; item < field.choice_count; item++) {
-        if (field.choices[item].value == value) {
-            XtVaSetValues(menu, XmNmenuHistory, item_of(form, field.choices[item]), nullptr);
-        }
+/* Where a word cannot be chosen it reads as everywhere else in the windows. */
+NB_VOID put_label(Widget label, const VGA_FIELD &field, const NB_CHAR *text) {
+    for (const records::FieldWord &word : field.row->words) {
+        text = word.message != 0 && strcmp(word.text, text) == 0 ? vga_message(word.message) : text;
     }
-}
-
-NB_VOID put_label(Widget label, const NB_CHAR *text) {
     /* A label without text would lose its height. */
     VGA_STRING string(text[0] != '\0' ? text : " ");
     XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
@@ -115,23 +126,20 @@ NB_VOID watch(VGA_FORM *form, NB_USHORT number, XtCallbackProc changed) {
     if (is_text(widget)) {
         XtVaSetValues(widget, XmNmaxLength, static_cast<int>(vga_field_length(field)), nullptr);
     }
-    if (is_text(widget) || field.kind == VGA_FIELD_FLAG) {
+    if (is_text(widget) || field.is(FieldKind::Flag)) {
         XtAddCallback(widget, XmNvalueChangedCallback, changed, form);
     }
-    for (NB_USHORT item = 0; item < field.choice_count; item++) {
-        XtAddCallback(item_of(form, field.choices[item]), XmNactivateCallback, changed, form);
-    }
+    for_items(form, field, [&](const NB_CHAR *, Widget item) { // of a menu only
+        XtAddCallback(item, XmNactivateCallback, changed, form);
+    });
     vga_set_field_hint(widget, field.hint);
     vga_set_reason(widget, field.reason);
 }
 
-NB_USHORT all_items_found(const VGA_FORM *form, const VGA_FIELD &field) {
-    for (NB_USHORT item = 0; item < field.choice_count; item++) {
-        if (item_of(form, field.choices[item]) == nullptr) {
-            return 0;
-        }
-    }
-    return 1;
+bool has_items(const VGA_FORM *form, const VGA_FIELD &field) {
+    bool found = false;
+    for_items(form, field, [&found](const NB_CHAR *, Widget) { found = true; });
+    return found;
 }
 
 } // namespace
@@ -144,7 +152,8 @@ NB_USHORT vga_form_find_fields(VGA_FORM *form, XtCallbackProc changed) {
     }
     for (NB_USHORT number = 0; number < plan.field_count; number++) {
         form->widgets[number] = XtNameToWidget(form->common.widget, plan.fields[number].widget);
-        if (form->widgets[number] == nullptr || !all_items_found(form, plan.fields[number])) {
+        if (form->widgets[number] == nullptr ||
+            (is_menu(plan.fields[number]) && !has_items(form, plan.fields[number]))) {
             return 0;
         }
         watch(form, number, changed);
@@ -156,15 +165,15 @@ NB_VOID vga_form_put_field(const VGA_FORM *form, NB_USHORT number, const NB_VOID
     const VGA_FIELD &field = form->plan->fields[number];
     Widget widget = form->widgets[number];
     NB_CHAR text[VGA_FIELD_TEXT_SIZE];
-    look_of(field, data, text);
-    if (field.kind == VGA_FIELD_FLAG) {
-        XmToggleButtonSetState(widget, text[0] == '1', False);
-    } else if (field.kind == VGA_FIELD_CHOICE) {
-        put_choice(form, field, widget, text);
+    look_of(form, field, data, text);
+    if (field.is(FieldKind::Flag)) {
+        XmToggleButtonSetState(widget, text[0] == 'y', False);
+    } else if (is_menu(field)) {
+        XtVaSetValues(widget, XmNmenuHistory, item_of(form, field, text), nullptr);
     } else if (is_text(widget)) {
         vga_fill_field(widget, text);
     } else {
-        put_label(widget, text);
+        put_label(widget, field, text);
     }
 }
 
@@ -176,7 +185,7 @@ NB_USHORT vga_form_field_is(const VGA_FORM *form, NB_USHORT number, const NB_VOI
     NB_CHAR here[VGA_FIELD_TEXT_SIZE];
     NB_CHAR there[VGA_FIELD_TEXT_SIZE];
     read_widget(form, number, here);
-    look_of(field, data, there);
+    look_of(form, field, data, there);
     return strcmp(here, there) == 0;
 }
 
@@ -187,11 +196,11 @@ NB_USHORT vga_form_get_field(const VGA_FORM *form, NB_USHORT number, NB_VOID *ed
     NB_CHAR text[VGA_FIELD_TEXT_SIZE];
     read_widget(form, number, text);
     NB_USHORT fault = vga_field_from_text(field, text, form->common.parent_item, edited);
-    NB_USHORT half = field.kind == VGA_FIELD_FQ_NETWORK || field.kind == VGA_FIELD_FQ_LOCAL;
     const NB_VOID *shown = vga_form_shown(form);
-    if (fault == 0 && half == 0 && vga_form_field_is(form, number, shown) != 0) {
-        memcpy(static_cast<NB_UCHAR *>(edited) + field.offset,
-               static_cast<const NB_UCHAR *>(shown) + field.offset, field.width);
+    if (fault == 0 && field.part == VGA_FIELD_WHOLE &&
+        vga_form_field_is(form, number, shown) != 0) {
+        memcpy(static_cast<NB_UCHAR *>(edited) + field.offset(),
+               static_cast<const NB_UCHAR *>(shown) + field.offset(), field.row->width);
     }
     return fault;
 }
@@ -204,7 +213,7 @@ NB_USHORT vga_form_field_of_use(const VGA_FORM *form, NB_USHORT number) {
     auto other = static_cast<NB_USHORT>(when.field);
     NB_CHAR text[VGA_FIELD_TEXT_SIZE];
     read_widget(form, other, text);
-    return strtoll(text, nullptr, 10) == when.value && vga_form_field_of_use(form, other) != 0;
+    return strcmp(text, when.is) == 0 && vga_form_field_of_use(form, other) != 0;
 }
 
 NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT number) {
@@ -223,18 +232,13 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT number) {
 Widget vga_form_first_field(const VGA_FORM *form) {
     for (NB_USHORT number = 0; number < form->plan->field_count; number++) {
         if (editable(form, number) != 0) {
-            Widget widget = form->widgets[number];
-            return form->plan->fields[number].kind == VGA_FIELD_CHOICE
-                       ? XmOptionButtonGadget(widget)
-                       : widget;
+            return vga_form_focus_of(form, number);
         }
     }
     return nullptr;
 }
 
-NB_VOID vga_form_focus(const VGA_FORM *form, NB_USHORT number) {
+Widget vga_form_focus_of(const VGA_FORM *form, NB_USHORT number) {
     Widget widget = form->widgets[number];
-    vga_focus_field(form->plan->fields[number].kind == VGA_FIELD_CHOICE
-                        ? XmOptionButtonGadget(widget)
-                        : widget);
+    return is_menu(form->plan->fields[number]) ? XmOptionButtonGadget(widget) : widget;
 }

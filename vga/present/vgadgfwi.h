@@ -27,7 +27,7 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT field);
 /* The first field that can be edited; null: none. */
 Widget vga_form_first_field(const VGA_FORM *form);
 
-/* Moves the keyboard to a field. */
-NB_VOID vga_form_focus(const VGA_FORM *form, NB_USHORT field);
+/* What has the keyboard in a field. */
+Widget vga_form_focus_of(const VGA_FORM *form, NB_USHORT field);
 
 #endif

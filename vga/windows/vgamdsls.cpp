@@ -1,12 +1,15 @@
 #include "vgamdsls.h"
 #include "nofverbs.h"
+#include "sessions.h"
 #include "vgamsgs.h"
 #include "vgaslimt.h"
 #include <cstring>
 
 namespace {
 
-constexpr int64_t most_sessions = 32767;
+using records::field;
+
+constexpr int64_t most_sessions = field(records::mode, "sess_limit").high;
 
 const VGA_MDSLS_DATA &as_data(const NB_VOID *data) {
     return *static_cast<const VGA_MDSLS_DATA *>(data);
@@ -28,31 +31,36 @@ int64_t losers_at_most(const NB_VOID *data) {
     return limit != 0 ? limit - as_data(data).mode.min_conwinners : most_sessions;
 }
 
-/* clang-format off */
+constexpr records::FieldRow max_limit = records::rows::count(FIELD_AT(VGA_MDSLS_DATA, max_limit));
+
 constexpr VGA_FIELD fields[] = {
-    {.widget = "*mdslsLocalLU", .kind = VGA_FIELD_LOCAL, .uses = VGA_FIELD_SHOWN,
-     VGA_IN(VGA_MDSLS_DATA, mode.lu_alias)},
-    {.widget = "*mdslsPartner", .kind = VGA_FIELD_FQ_NAME, .uses = VGA_FIELD_SHOWN,
-     VGA_IN(VGA_MDSLS_DATA, mode.fqplu_name)},
-    {.widget = "*mdslsMode", .kind = VGA_FIELD_EBCDIC, .uses = VGA_FIELD_SHOWN,
-     VGA_IN(VGA_MDSLS_DATA, mode.mode_name)},
-    {.widget = "*mdslsSessions", .kind = VGA_FIELD_NUMBER, .uses = VGA_FIELD_SHOWN,
-     VGA_IN(VGA_MDSLS_DATA, mode.act_sess_count)},
-    {.widget = "*mdslsMaxLimit", .kind = VGA_FIELD_NUMBER, .uses = VGA_FIELD_SHOWN,
-     VGA_IN(VGA_MDSLS_DATA, max_limit)},
-    {.widget = "*mdslsLimit", .kind = VGA_FIELD_NUMBER, VGA_IN(VGA_MDSLS_DATA, mode.sess_limit),
-     .high = most_sessions, .at_most = limit_at_most, .empty = VGA_MSG_MDSLS_LIMIT_EMPTY,
-     .bad = VGA_MSG_MDSLS_LIMIT_BAD, .hint = VGA_MSG_MDSLS_LIMIT_HINT},
-    {.widget = "*mdslsWinners", .kind = VGA_FIELD_NUMBER,
-     VGA_IN(VGA_MDSLS_DATA, mode.min_conwinners),
-     .high = most_sessions, .at_most = winners_at_most, .empty = VGA_MSG_MDSLS_WINNERS_EMPTY,
-     .bad = VGA_MSG_MDSLS_WINNERS_BAD, .hint = VGA_MSG_MDSLS_WINNERS_HINT},
-    {.widget = "*mdslsLosers", .kind = VGA_FIELD_NUMBER,
-     VGA_IN(VGA_MDSLS_DATA, mode.min_conlosers),
-     .high = most_sessions, .at_most = losers_at_most, .empty = VGA_MSG_MDSLS_LOSERS_EMPTY,
-     .bad = VGA_MSG_MDSLS_LOSERS_BAD, .hint = VGA_MSG_MDSLS_LOSERS_HINT},
+    {.widget = "*mdslsLocalLU", .row = &field(records::mode, "lu_alias"), .uses = VGA_FIELD_SHOWN},
+    {.widget = "*mdslsPartner", .row = &field(records::mode, "name"), .uses = VGA_FIELD_SHOWN},
+    {.widget = "*mdslsMode", .row = &field(records::mode, "mode_name"), .uses = VGA_FIELD_SHOWN},
+    {.widget = "*mdslsSessions",
+     .row = &field(records::mode, "act_sess_count"),
+     .uses = VGA_FIELD_SHOWN},
+    {.widget = "*mdslsMaxLimit", .row = &max_limit, .uses = VGA_FIELD_SHOWN},
+    {.widget = "*mdslsLimit",
+     .row = &field(records::mode, "sess_limit"),
+     .at_most = limit_at_most,
+     .empty = VGA_MSG_MDSLS_LIMIT_EMPTY,
+     .bad = VGA_MSG_MDSLS_LIMIT_BAD,
+     .hint = VGA_MSG_MDSLS_LIMIT_HINT},
+    {.widget = "*mdslsWinners",
+     .row = &field(records::mode, "min_conwinners"),
+     .at_most = winners_at_most,
+     .empty = VGA_MSG_MDSLS_WINNERS_EMPTY,
+     .bad = VGA_MSG_MDSLS_WINNERS_BAD,
+     .hint = VGA_MSG_MDSLS_WINNERS_HINT},
+    {.widget = "*mdslsLosers",
+     .row = &field(records::mode, "min_conlosers"),
+     .at_most = losers_at_most,
+     .empty = VGA_MSG_MDSLS_LOSERS_EMPTY,
+     .bad = VGA_MSG_MDSLS_LOSERS_BAD,
+     .hint = VGA_MSG_MDSLS_LOSERS_HINT},
 };
-/* clang-format on */
+static_assert(offsetof(VGA_MDSLS_DATA, mode) == 0, "where the fields' rows count from");
 
 const VGA_MODE *mode_of(const VGA_FORM *form) {
     return static_cast<const VGA_MODE *>(form->common.parent_item);
