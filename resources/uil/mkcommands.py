@@ -113,6 +113,32 @@ class Window:
             elif section.name != 'elsewhere':
                 raise ValueError(f'{section.place}: {section.name} is no section')
             self.note_commands(section)
+        for tool in self.tools:
+            self.facts_of(tool, 'label', 'letter', 'icon', 'help')
+        self.check_menu(self.popup)
+        self.check_menu(self.menus)
+
+    def facts_of(self, entry, *wanted):
+        """What is said of an entry here and where it was first named; it must have these."""
+        first = self.commands.get(entry.name) if entry.kind == 'command' else None
+        facts = {**first.facts, **entry.facts} if first else entry.facts
+        for key in wanted:
+            if entry.kind != 'gap' and key not in facts:
+                raise ValueError(f'{entry.place}: {entry.name} has no {key}')
+        return facts
+
+    def check_menu(self, entries):
+        """Every entry of a menu has a letter of its own."""
+        letters = {}
+        for entry in entries:
+            if entry.kind == 'gap':
+                continue
+            facts = self.facts_of(entry, 'label', 'letter', *(('calls',) if entry.kind == 'item' else ()))
+            letter = facts['letter']
+            if letter.lower() in letters or letter not in facts['label']:
+                raise ValueError(f'{entry.place}: {letter} does not choose {entry.name}')
+            letters[letter.lower()] = entry
+            self.check_menu(entry.inner)
 
     def note_commands(self, section):
         """A command is what the first line says that names it; it knows its item in the menu bar."""
@@ -173,8 +199,7 @@ def label(facts):
 
 
 def item_text(window, entry, name, with_keys):
-    own = window.commands[entry.name].facts if entry.kind == 'command' else {}
-    facts = {**own, **entry.facts}
+    facts = window.facts_of(entry)
     return object_text(name, 'XmPushButton', label(facts) + (accelerator(facts) if with_keys else []),
                        callbacks=[f'XmNactivateCallback = procedure {window.call(entry)}'])
 
@@ -312,8 +337,8 @@ def main():
     try:
         window = Window(source)
         files = {'uih': description(window), 'h': header(window)}
-    except (ValueError, KeyError) as fault:
-        print(f'{source.name}: {fault}', file=sys.stderr)
+    except ValueError as fault:
+        print(fault, file=sys.stderr)
         return 1
     for suffix, text in files.items():
         (folder / f'{source.stem}_commands.{suffix}').write_text(text, encoding='utf-8')
