@@ -33,33 +33,21 @@ int64_t losers_at_most(const NB_VOID *data) {
 
 constexpr records::FieldRow max_limit = records::rows::count(FIELD_AT(VGA_MDSLS_DATA, max_limit));
 
+/* clang-format off */
 constexpr VGA_FIELD fields[] = {
     {.widget = "*mdslsLocalLU", .row = &field(records::mode, "lu_alias"), .uses = VGA_FIELD_SHOWN},
     {.widget = "*mdslsPartner", .row = &field(records::mode, "name"), .uses = VGA_FIELD_SHOWN},
     {.widget = "*mdslsMode", .row = &field(records::mode, "mode_name"), .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsSessions",
-     .row = &field(records::mode, "act_sess_count"),
-     .uses = VGA_FIELD_SHOWN},
+    {.widget = "*mdslsSessions", .row = &field(records::mode, "act_sess_count"), .uses = VGA_FIELD_SHOWN},
     {.widget = "*mdslsMaxLimit", .row = &max_limit, .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsLimit",
-     .row = &field(records::mode, "sess_limit"),
-     .at_most = limit_at_most,
-     .empty = VGA_MSG_MDSLS_LIMIT_EMPTY,
-     .bad = VGA_MSG_MDSLS_LIMIT_BAD,
-     .hint = VGA_MSG_MDSLS_LIMIT_HINT},
-    {.widget = "*mdslsWinners",
-     .row = &field(records::mode, "min_conwinners"),
-     .at_most = winners_at_most,
-     .empty = VGA_MSG_MDSLS_WINNERS_EMPTY,
-     .bad = VGA_MSG_MDSLS_WINNERS_BAD,
-     .hint = VGA_MSG_MDSLS_WINNERS_HINT},
-    {.widget = "*mdslsLosers",
-     .row = &field(records::mode, "min_conlosers"),
-     .at_most = losers_at_most,
-     .empty = VGA_MSG_MDSLS_LOSERS_EMPTY,
-     .bad = VGA_MSG_MDSLS_LOSERS_BAD,
-     .hint = VGA_MSG_MDSLS_LOSERS_HINT},
+    {.widget = "*mdslsLimit", .row = &field(records::mode, "sess_limit"), .at_most = limit_at_most,
+     .empty = VGA_MSG_MDSLS_LIMIT_EMPTY, .bad = VGA_MSG_MDSLS_LIMIT_BAD, .hint = VGA_MSG_MDSLS_LIMIT_HINT},
+    {.widget = "*mdslsWinners", .row = &field(records::mode, "min_conwinners"), .at_most = winners_at_most,
+     .empty = VGA_MSG_MDSLS_WINNERS_EMPTY, .bad = VGA_MSG_MDSLS_WINNERS_BAD, .hint = VGA_MSG_MDSLS_WINNERS_HINT},
+    {.widget = "*mdslsLosers", .row = &field(records::mode, "min_conlosers"), .at_most = losers_at_most,
+     .empty = VGA_MSG_MDSLS_LOSERS_EMPTY, .bad = VGA_MSG_MDSLS_LOSERS_BAD, .hint = VGA_MSG_MDSLS_LOSERS_HINT},
 };
+/* clang-format on */
 static_assert(offsetof(VGA_MDSLS_DATA, mode) == 0, "where the fields' rows count from");
 
 const VGA_MODE *mode_of(const VGA_FORM *form) {
@@ -96,9 +84,9 @@ VGA_FORM_FAULT check(const VGA_FORM *, NB_VOID *edited) {
 }
 
 NB_USHORT question(const VGA_FORM *form) {
-    NB_USHORT resets = as_data(vga_form_edited(form)).mode.sess_limit == 0 &&
-                       as_data(vga_form_shown(form)).mode.sess_limit != 0;
-    return resets != 0 ? NB_USHORT{VGA_MSG_MDSLS_RESET} : NB_USHORT{0};
+    const bool resets = as_data(vga_form_edited(form)).mode.sess_limit == 0 &&
+                        as_data(vga_form_shown(form)).mode.sess_limit != 0;
+    return resets ? NB_USHORT{VGA_MSG_MDSLS_RESET} : NB_USHORT{0};
 }
 
 NB_VOID limits_set(const VGA_PROCESS_STATE *work) {
