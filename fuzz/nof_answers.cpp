@@ -8,11 +8,10 @@
 #include "interface.h"
 #include "nofverbs.h"
 #include "nofwire.h"
+#include "pollloop.h"
 
 #include <cerrno>
 #include <fcntl.h>
-#include <map>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <vector>
@@ -22,50 +21,13 @@ namespace {
 constexpr NB_ULONG hello_wait_ms = 600000; /* longer than any run: nothing depends on the clock */
 constexpr size_t max_verbs = 48;
 
-/* The main loop. */
-
-struct WATCHED {
-    NB_INT fd;
-    short events;
-    NB_INPUT_PROC proc;
-    NB_VOID *data;
-};
-
-std::map<unsigned long, WATCHED> inputs;
-unsigned long last_input;
-
-unsigned long add_input(NB_VOID *, NB_INT fd, NB_VOID *condition, NB_INPUT_PROC proc,
-                        NB_VOID *data) {
-    const bool reading = reinterpret_cast<uintptr_t>(condition) == 1;
-    inputs[++last_input] = {fd, static_cast<short>(reading ? POLLIN : POLLOUT), proc, data};
-    return last_input;
-}
-
-NB_VOID remove_input(unsigned long id) {
-    inputs.erase(id);
-}
+using pollloop::inputs;
 
 /* Calls what is ready until nothing is.  An input that stays ready for ever is a finding. */
 NB_VOID settle() {
-    for (size_t round = 0; !inputs.empty(); round++) {
+    for (size_t round = 0; !inputs.empty() && pollloop::round_of_loop(0, inputs.size()) != 0;
+         round++) {
         MUST(round < 100000);
-        std::vector<pollfd> fds;
-        std::vector<unsigned long> ids;
-        for (const auto &[id, input] : inputs) {
-            fds.push_back({input.fd, input.events, 0});
-            ids.push_back(id);
-        }
-        if (poll(fds.data(), fds.size(), 0) <= 0) {
-            return;
-        }
-        for (size_t at = 0; at < fds.size(); at++) {
-            const auto found = inputs.find(ids[at]);
-            if (fds[at].revents != 0 && found != inputs.end()) {
-                const WATCHED input = found->second;
-                NB_INT fd = input.fd;
-                input.proc(input.data, &fd, &ids[at]);
-            }
-        }
     }
 }
 
@@ -87,7 +49,7 @@ NB_INT start_listening() {
     rmdir(folder);
     setenv("SNA_SOCKET", ("/proc/self/fd/" + std::to_string(place)).c_str(), 1);
     nba_pd_set_log(nullptr, NB_PD_NONE);
-    vpm_asm_use_xt_sched(nullptr, add_input, remove_input);
+    vpm_asm_use_xt_sched(nullptr, pollloop::add_input, pollloop::remove_input);
     return listener;
 }
 

@@ -68,14 +68,6 @@ TEST_F(Dialogs, LostReleaseDoesNotBlockMessages) {
     gui::release();
 }
 
-TEST_F(Dialogs, WatchingTwiceCountsOnce) {
-    vga_add_modal_popup_firewall(main_dialog->widget);
-    click(part("*nodewFile"));
-    EXPECT_EQ(gvga_modal_firewall_count, 1U);
-    click(part("*nodewItem"));
-    EXPECT_EQ(gvga_modal_firewall_count, 0U);
-}
-
 TEST_F(Dialogs, WidgetsMadeLaterAreWatched) {
     // A list's drawing area, whose second click is handled by an action of its own.
     Widget form = main_dialog->widget;
@@ -86,13 +78,8 @@ TEST_F(Dialogs, WidgetsMadeLaterAreWatched) {
     Widget list = XtVaCreateManagedWidget("list", xmDrawnButtonWidgetClass, form, XmNx, 20, XmNy,
                                           150, XmNwidth, 150, XmNheight, 40, XmNmultiClick,
                                           XmMULTICLICK_KEEP, XmNtranslations, list_keys, nullptr);
-    Widget combo = XtVaCreateManagedWidget("combo", xmComboBoxWidgetClass, form, XmNx, 20, XmNy,
-                                           200, XmNcomboBoxType, XmDROP_DOWN_LIST, nullptr);
-    XmString item = XmStringCreateLocalized(const_cast<char *>("item"));
-    XmComboBoxAddItem(combo, item, 0, False);
-    XmStringFree(item);
     Widget menu = XmCreatePopupMenu(list, const_cast<char *>("menu"), nullptr, 0);
-    Widget entry = XtVaCreateManagedWidget("entry", xmPushButtonWidgetClass, menu, nullptr);
+    XtVaCreateManagedWidget("entry", xmPushButtonWidgetClass, menu, nullptr);
     vga_add_modal_popup_firewall(form);
     vga_install_popup_menu(list, menu);
     gui::settle();
@@ -110,21 +97,6 @@ TEST_F(Dialogs, WidgetsMadeLaterAreWatched) {
     gui::release(3);
     gui::key("Escape");
     EXPECT_EQ(vga_modal_firewall_up(), 0);
-
-    Dimension width, height;
-    XtVaGetValues(combo, XmNwidth, &width, XmNheight, &height, nullptr);
-    point_at(combo, width - 10, height / 2);
-    gui::press();
-    gui::release();
-    EXPECT_EQ(vga_modal_firewall_up(), 1);
-    error(main_dialog, "while dropped down");
-    EXPECT_EQ(shown(main_dialog), "");
-    gui::key("Escape");
-    EXPECT_TRUE(gui::wait_for([&] { return shown(main_dialog) == "while dropped down"; }));
-
-    events.fatal = "";
-    vga_install_popup_menu(list, entry);
-    EXPECT_EQ(events.fatal, "XmIsRowColumn(menu)");
 }
 
 } // namespace

@@ -211,15 +211,10 @@ protected:
                              mode == VGA_FORM_CHANGE ? &slot : nullptr, mode);
         ASSERT_NE(form, nullptr);
         gui::settle();
-        give_focus(form->common.shell);
+        gui::give_focus(form->common.shell);
     }
     Widget field(const char *name) const { return XtNameToWidget(form->common.widget, name); }
-    std::string text(const char *name) const {
-        char *value = XmTextFieldGetString(field(name));
-        std::string result = value;
-        XtFree(value);
-        return result;
-    }
+    std::string text(const char *name) const { return gui::field_text(field(name)); }
     void enter(const char *name, const char *value) const {
         XmTextFieldSetString(field(name), const_cast<char *>(value));
     }
@@ -298,7 +293,7 @@ TEST_F(Form, StopsAtTheFirstFieldThatIsWrong) {
             EXPECT_EQ(shown(&form->common), one.complaint);
         }
         complaint();
-        give_focus(form->common.shell);
+        gui::give_focus(form->common.shell);
         EXPECT_EQ(focus(), one.focus);
         enter(one.field, one.good);
     }
@@ -466,15 +461,6 @@ TEST_F(Form, CanBeLookedAtOnly) {
     EXPECT_EQ(state.issued.size(), 1U);
 }
 
-TEST_F(Form, OpenOneIsRaisedInsteadOfDoubled) {
-    open_form();
-    VGA_FORM *first = form;
-    enter("*modedLimit", "30");
-    open_form();
-    EXPECT_EQ(form, first);
-    EXPECT_EQ(text("*modedLimit"), "30");
-}
-
 TEST_F(Form, KeysWork) {
     open_form();
     gui::key("Tab");
@@ -485,7 +471,7 @@ TEST_F(Form, KeysWork) {
     handle = form->common.handle;
     done(NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE);
     complaint();
-    give_focus(form->common.shell);
+    gui::give_focus(form->common.shell);
     gui::key("Escape");
     EXPECT_EQ(form->common.in_use, 0);
 }

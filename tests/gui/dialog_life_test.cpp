@@ -71,16 +71,6 @@ TEST_F(Dialogs, ClosingGoesDepthFirst) {
     EXPECT_EQ(events.fatal, "");
 }
 
-TEST_F(Dialogs, WindowManagerAndCancelClose) {
-    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
-    close_by_manager(moded->shell);
-    EXPECT_EQ(moded->in_use, 0);
-    moded = open(VGA_UID_MODE_DIALOG, main_dialog);
-    click(XtNameToWidget(moded->widget, "Cancel"));
-    EXPECT_EQ(moded->in_use, 0);
-    EXPECT_EQ(events.closed.size(), 2U);
-}
-
 TEST_F(Dialogs, MainDialogAsksBeforeItStops) {
     close_by_manager(main_dialog->shell);
     EXPECT_EQ(shown(main_dialog), "Exit?");
@@ -138,33 +128,6 @@ TEST_F(Dialogs, EveryOpenDialogHearsOfRecords) {
     EXPECT_EQ(events.changed, (std::vector<NB_VOID *>{&other_record, &other_record}));
     vga_record_changed(&other_record, VGA_RECORD_GONE);
     EXPECT_EQ(moded->in_use, 0) << "it closes itself while it is told";
-}
-
-TEST_F(Dialogs, NodeWindowOfADomainHasItsOwnShell) {
-    auto visible = [](VGA_DIALOG *desc) {
-        XWindowAttributes attributes;
-        XGetWindowAttributes(gvga_display, XtWindow(desc->shell), &attributes);
-        return attributes.map_state == IsViewable;
-    };
-    auto &system_window = gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].get_widgets;
-    auto without_system_window = system_window;
-    system_window = gvga_uid_desc[VGA_UID_NODE_WINDOW].get_widgets;
-    gvga_uid_desc[VGA_UID_SYSTEM_WINDOW].later = 0;
-    gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 1;
-    VGA_DIALOG *window = nullptr;
-    ASSERT_EQ(vga_get_dialog(VGA_UID_NODE_WINDOW, main_dialog, &record, &window), 1);
-    gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 0;
-    system_window = without_system_window;
-    EXPECT_NE(window->shell, gvga_toplevel);
-    XtRealizeWidget(window->shell);
-    gui::settle();
-    EXPECT_FALSE(visible(window)) << "its lists are not filled yet";
-    vga_display_dialog(window);
-    EXPECT_TRUE(gui::wait_for([&] { return visible(window); }));
-    close_by_manager(window->shell);
-    EXPECT_FALSE(visible(window));
-    EXPECT_EQ(window->in_use, 0);
-    EXPECT_TRUE(visible(main_dialog));
 }
 
 } // namespace

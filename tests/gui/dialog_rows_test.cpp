@@ -97,29 +97,4 @@ INSTANTIATE_TEST_SUITE_P(Table, Rows, testing::ValuesIn(all_dialogs()), [](const
     return std::string(gvga_uid_desc[static_cast<size_t>(row.param)].name);
 });
 
-TEST(Table, NamesAndKindsAreThoseOfTheWindows) {
-    const struct {
-        NB_USHORT id;
-        const char *name;
-        VGA_DIALOG_KIND kind;
-    } cases[] = {
-        {0, "sysw", VGA_KIND_MAIN},    {1, "nodew", VGA_KIND_MAIN},
-        {10, "userw", VGA_KIND_MAIN},  {18, "modew", VGA_KIND_DIALOG},
-        {32, "qadvp", VGA_KIND_MODAL}, {42, "mdsls", VGA_KIND_DIALOG},
-        {47, "about", VGA_KIND_MODAL}, {63, "hprw", VGA_KIND_MAIN},
-        {66, "anyw", VGA_KIND_MAIN},   {80, "iadvp", VGA_KIND_MODAL},
-        {85, "tnsls", VGA_KIND_MAIN},  {86, "tnexl", VGA_KIND_DIALOG},
-    };
-    for (const auto &one : cases) {
-        EXPECT_STREQ(gvga_uid_desc[one.id].name, one.name);
-        EXPECT_EQ(gvga_uid_desc[one.id].kind, one.kind) << one.name;
-    }
-    std::set<std::string> names;
-    for (const VGA_UID_DESC &row : gvga_uid_desc) {
-        EXPECT_TRUE(names.insert(row.name).second) << row.name;
-        EXPECT_NE(row.get_widgets, nullptr) << row.name;
-        EXPECT_GE(row.desc_size, sizeof(VGA_DIALOG)) << row.name;
-    }
-}
-
 } // namespace

@@ -11,7 +11,6 @@
 #include "vgamsgs.h"
 
 #include <X11/extensions/XTest.h>
-#include <Xm/ComboBox.h>
 #include <Xm/DrawnB.h>
 #include <Xm/MessageB.h>
 #include <Xm/PushB.h>
@@ -175,6 +174,9 @@ inline NB_VOID fill_row(VGA_DIALOG_ID id, NB_USHORT size, NB_USHORT (*get_widget
 class Dialogs : public testing::Test {
 protected:
     static void SetUpTestSuite() {
+        if (gvga_uil_hierarchy != nullptr) {
+            return; // of another suite
+        }
         gui::open();
         static DESCRIPTION description;
         ASSERT_TRUE(description.compiled);
@@ -247,11 +249,6 @@ protected:
         press(widget);
         gui::release();
     }
-    // There is no window manager to give it the keyboard.
-    static void give_focus(Widget shell) {
-        XSetInputFocus(gvga_display, XtWindow(shell), RevertToParent, CurrentTime);
-        gui::settle();
-    }
     Widget part(const char *name) const { return XtNameToWidget(main_dialog->widget, name); }
 
     VGA_DIALOG *open(VGA_DIALOG_ID id, VGA_DIALOG *parent, NB_VOID *context = nullptr) {
@@ -264,19 +261,7 @@ protected:
         return desc;
     }
 
-    static std::string shown(VGA_DIALOG *desc) {
-        if (desc->modal_dlg.showing == 0 || !XtIsManaged(desc->modal_dlg.dialog)) {
-            return "";
-        }
-        XmString text;
-        XtVaGetValues(desc->modal_dlg.dialog, XmNmessageString, &text, nullptr);
-        auto *plain = static_cast<char *>(XmStringUnparse(
-            text, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
-        std::string result = plain;
-        XtFree(plain);
-        XmStringFree(text);
-        return result;
-    }
+    static std::string shown(VGA_DIALOG *desc) { return gui::box_text(desc); }
     static Widget box_button(VGA_DIALOG *desc, const char *name) {
         return XtNameToWidget(desc->modal_dlg.dialog, name);
     }

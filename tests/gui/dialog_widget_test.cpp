@@ -31,19 +31,6 @@ TEST_F(Dialogs, EditingAndLooking) {
     EXPECT_EQ(moded->in_use, 0) << "OK only closes what cannot be changed";
 }
 
-TEST_F(Dialogs, TabReachesEveryField) {
-    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
-    Widget name = XtNameToWidget(moded->widget, "*modedName");
-    give_focus(moded->shell);
-    ASSERT_TRUE(XmProcessTraversal(name, XmTRAVERSE_CURRENT));
-    for (const char *wanted : {"modedLimit", "Cancel", "OK", "modedName"}) {
-        gui::key("Tab");
-        Widget focus = XmGetFocusWidget(moded->shell);
-        ASSERT_NE(focus, nullptr);
-        EXPECT_STREQ(XtName(focus), wanted);
-    }
-}
-
 TEST_F(Dialogs, BusyCursor) {
     auto busy = [](VGA_DIALOG *desc) {
         return XTestCompareCursorWithWindow(gvga_display, XtWindow(desc->shell), None) == False;
@@ -85,13 +72,7 @@ TEST_F(Dialogs, NodeWindowsStandInTheMenu) {
         std::vector<std::string> names;
         for (Cardinal at = 0; at < count; at++) {
             if (vga_get_node_number_from_widget(children[at]) != 0) {
-                XmString label;
-                XtVaGetValues(children[at], XmNlabelString, &label, nullptr);
-                auto *text = static_cast<char *>(XmStringUnparse(
-                    label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
-                names.push_back(text);
-                XtFree(text);
-                XmStringFree(label);
+                names.push_back(gui::label_text(children[at]));
             }
         }
         return names;
@@ -105,9 +86,7 @@ TEST_F(Dialogs, NodeWindowsStandInTheMenu) {
     EXPECT_EQ(entries(), (std::vector<std::string>{"1  alpha", "2  beta", "3  delta"}));
     EXPECT_EQ(vga_get_node_number_from_widget(part("*nodewItem")), 0);
     vga_raise_node_window(part("*nodewItem"), nullptr, nullptr);
-    EXPECT_EQ(vga_node_widget_mnemonic(1), KeySym{XK_1});
     EXPECT_EQ(vga_node_widget_mnemonic(10), KeySym{XK_a});
-    EXPECT_EQ(vga_node_widget_mnemonic(36), KeySym{NoSymbol});
     vga_remove_all_node_window_widgets();
     vga_set_node_window_menu(nullptr);
     gui::settle();
@@ -121,24 +100,6 @@ TEST_F(Dialogs, TitlesCarryNamesOnRequest) {
     XtVaGetValues(moded->shell, XmNtitle, &title, nullptr);
     EXPECT_STREQ(title, "moded: Mode");
     gvga_display_names = 0;
-}
-
-TEST_F(Dialogs, ColoursAndColumnsAreConfigured) {
-    XrmPutLineResource(&gvga_resource_database, "Quiladmin.dialogBackground: #ff0000");
-    setlocale(LC_ALL, "C.UTF-8"); // wide characters: half as many columns
-    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
-    setlocale(LC_ALL, "C");
-    XrmPutLineResource(&gvga_resource_database, "Quiladmin.dialogBackground:");
-    Pixel background = 0;
-    short columns = 0;
-    XtVaGetValues(XtNameToWidget(moded->widget, "*modedName"), XmNbackground, &background,
-                  XmNcolumns, &columns, nullptr);
-    XColor colour{};
-    colour.pixel = background;
-    XQueryColor(gvga_display, DefaultColormapOfScreen(gvga_screen), &colour);
-    EXPECT_EQ(colour.red, 0xFFFF);
-    EXPECT_EQ(colour.green, 0);
-    EXPECT_EQ(columns, 5); // of 9
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <X11/Shell.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <Xm/TextF.h>
 #include <Xm/Xm.h>
 #include <algorithm>
 #include <chrono>
@@ -115,9 +116,35 @@ void show(Widget shell) {
         XGetWindowAttributes(gvga_display, XtWindow(shell), &attributes);
         return attributes.map_state == IsViewable;
     }));
-    // There is no window manager to give it the keyboard.
+    give_focus(shell);
+}
+
+void give_focus(Widget shell) {
     XSetInputFocus(gvga_display, XtWindow(shell), RevertToParent, CurrentTime);
     settle();
+}
+
+std::string label_text(Widget widget, const char *resource) {
+    XmString string = nullptr;
+    XtVaGetValues(widget, resource, &string, nullptr);
+    auto *plain = static_cast<char *>(XmStringUnparse(string, nullptr, XmCHARSET_TEXT,
+                                                      XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
+    const std::string text = plain != nullptr ? plain : "";
+    XtFree(plain);
+    XmStringFree(string);
+    return text;
+}
+
+std::string field_text(Widget field) {
+    char *value = XmTextFieldGetString(field);
+    const std::string text = value;
+    XtFree(value);
+    return text;
+}
+
+std::string box_text(const VGA_DIALOG *desc) {
+    const bool shown = desc->modal_dlg.showing != 0 && XtIsManaged(desc->modal_dlg.dialog);
+    return shown ? label_text(desc->modal_dlg.dialog, XmNmessageString) : "";
 }
 
 void move_to(Widget widget, int x, int y) {

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
 #include "toolkit.h"
+#include "vgadgutl.h"
 #include "vgaglob.h"
 #include <functional>
 #include <string>
@@ -40,6 +41,16 @@ void click(Widget widget, int x, int y, const std::vector<const char *> &modifie
 
 /* A key by its name ("Down", "plus"), with modifier keys held. */
 void key(const char *name, const std::vector<const char *> &modifiers = {});
+
+/* Gives the keyboard to a shell: there is no window manager to do it. */
+void give_focus(Widget shell);
+
+/* The text of a label, or of a message box by its own resource, and that of a text field. */
+std::string label_text(Widget widget, const char *resource = "labelString");
+std::string field_text(Widget field);
+
+/* What the message box over a window or dialog says; "" when there is none. */
+std::string box_text(const VGA_DIALOG *desc);
 
 /* What a window shows.  Pixels are the server's values. */
 class IMAGE {

@@ -142,19 +142,6 @@ TEST_F(Help, AWindowsTopicIsShownOnce) {
     EXPECT_TRUE(gui::wait_for([] { return help_shells().size() == 2; }));
 }
 
-TEST_F(Help, TitlesNameTheTopicWhenAsked) {
-    gvga_display_names = 1;
-    const std::string long_name(150, 'x');
-    for (const std::string &topic : {std::string("lu62d"), long_name}) {
-        SHOWN shown = open(topic.c_str());
-        String title = nullptr;
-        XtVaGetValues(shown.window, XmNtitle, &title, nullptr);
-        EXPECT_EQ(title, topic.substr(0, 100) + ": SNA node administration help");
-        TearDown();
-    }
-    gvga_display_names = 0;
-}
-
 TEST_F(Help, LinksAreFollowedByMouseAndByKeys) {
     SHOWN shown = open(nullptr);
     EXPECT_EQ(shown.topic(), "home");
@@ -220,45 +207,6 @@ TEST_F(Help, ContentsIndexAndSearchLeadToTopics) {
         gui::key(letter);
     }
     EXPECT_TRUE(gui::wait_for([&] { return shown.topic() == "moded"; })) << shown.topic();
-}
-
-TEST_F(Help, EntriesOfTheMenuOpenTheirPages) {
-    char file[] = "quildlg.uid";
-    String files[] = {file};
-    ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-              MrmSUCCESS);
-    vga_register_common_names();
-    const Widget shell = gui::make_shell("menu", 1000, 800, 200, 100);
-    const Widget menu = XtVaCreateManagedWidget("menu", xmRowColumnWidgetClass, shell, nullptr);
-    const struct {
-        const char *entry, *topic, *tab;
-    } cases[] = {
-        {"nodewHelpContents", "home", "helpContentsTab"},
-        {"nodewHelpIndex", "home", "helpIndexTab"},
-        {"nodewHelpHelp", "helphelp", "helpContentsTab"},
-    };
-    for (const auto &one : cases) {
-        Widget button = nullptr;
-        MrmType type;
-        ASSERT_EQ(
-            MrmFetchWidget(gvga_uil_hierarchy, const_cast<char *>(one.entry), menu, &button, &type),
-            MrmSUCCESS);
-        XtManageChild(button);
-        gui::show(shell);
-        gui::click(button, 10, 10);
-        SHOWN shown = only_window();
-        EXPECT_EQ(shown.topic(), one.topic);
-        EXPECT_TRUE(XmToggleButtonGetState(shown.child(one.tab))) << one.entry;
-        XtUnmanageChild(button);
-        TearDown();
-    }
-    XtDestroyWidget(shell);
-}
-
-TEST_F(Help, EscapeCloses) {
-    open("nodew");
-    gui::key("Escape");
-    EXPECT_TRUE(gui::wait_for([] { return help_shells().empty(); }));
 }
 
 TEST_F(Help, AMissingVolumeOrTopicIsSaidInTheWindow) {

@@ -28,7 +28,6 @@ protected:
         XrmDatabase database = XtDatabase(gvga_display);
         XrmPutLineResource(&database, "*toolTipPostDelay: 30");
         XrmPutLineResource(&database, "*toolTipPostDuration: 60000");
-        XrmPutLineResource(&database, "*quiet.toolTipEnable: False");
         gvga_messages[1] = "1 to 9 seconds";
         gvga_messages[2] = "Switched off by the node";
         make("hints");
@@ -80,7 +79,7 @@ protected:
         for (Cardinal ii = 0; ii < shell->core.num_popups && !is_viewable(label); ii++) {
             label = XtNameToWidget(shell->core.popup_list[ii], "TipLabel");
         }
-        return is_viewable(label) ? label_text(label) : "";
+        return is_viewable(label) ? gui::label_text(label) : "";
     }
     static bool is_viewable(Widget label) {
         XWindowAttributes attributes{};
@@ -97,23 +96,6 @@ protected:
     // Longer than it takes one to come.
     bool no_tip_comes() const {
         return !gui::wait_for([this] { return !tip().empty(); }, 200);
-    }
-
-    static std::string label_text(Widget label) {
-        XmString string = nullptr;
-        XtVaGetValues(label, XmNlabelString, &string, nullptr);
-        auto *plain = static_cast<char *>(XmStringUnparse(
-            string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
-        const std::string result = plain;
-        XtFree(plain);
-        XmStringFree(string);
-        return result;
-    }
-    std::string line_text() const {
-        char *text = XmTextFieldGetString(line);
-        const std::string result = text;
-        XtFree(text);
-        return result;
     }
 
     Widget shell = nullptr;
@@ -137,9 +119,11 @@ TEST_F(Hints, AFieldHasATip) {
 }
 
 TEST_F(Hints, AnInsensitiveControlSaysWhy) {
-    const VGA_FIELD_HINT table[] = {
-        {"*field", 1, 2}, {"*inner", 1, 0}, {"*form", 0, 2}, {"*gadget", 0, 2}, {"*absent", 1, 2}};
-    vga_set_field_hints(column, table, XtNumber(table));
+    vga_set_field_hint(field, 1);
+    vga_set_field_hint(inner, 1);
+    for (Widget widget : {field, form, gadget}) {
+        vga_set_reason(widget, 2);
+    }
     for (Widget widget : {field, gadget, form}) {
         XtSetSensitive(widget, False);
     }
@@ -159,45 +143,25 @@ TEST_F(Hints, AnInsensitiveControlSaysWhy) {
     EXPECT_TRUE(tip_is("1 to 9 seconds"));
 }
 
-TEST_F(Hints, FromOneInsensitiveControlToTheNext) {
-    vga_set_reason_text(field, "first");
-    vga_set_reason_text(other, "second");
-    XtSetSensitive(column, False);
-    point_at(field);
-    EXPECT_TRUE(tip_is("first"));
-    point_at(other);
-    EXPECT_TRUE(tip_is("second"));
-    // It becomes insensitive, or is destroyed, under the pointer.
-    XtSetSensitive(column, True);
-    point_at(other);
-    EXPECT_TRUE(tip_is(""));
-    XtSetSensitive(other, False);
-    point_at(other);
-    EXPECT_TRUE(tip_is("second"));
-    XtDestroyWidget(other);
-    gui::settle();
-    EXPECT_TRUE(tip_is(""));
-}
-
 TEST_F(Hints, TheMessageLineFollowsTheKeyboardAndThePointer) {
     XmTextFieldSetString(line, const_cast<char *>("Ready"));
     vga_set_hint_line(column, line);
     vga_set_field_hint_text(field, "a number\nof seconds");
     vga_set_reason(inner, 2);
     XtSetSensitive(inner, False);
-    EXPECT_EQ(line_text(), "Ready");
+    EXPECT_EQ(gui::field_text(line), "Ready");
     XmProcessTraversal(field, XmTRAVERSE_CURRENT);
     gui::settle();
-    EXPECT_EQ(line_text(), "a number of seconds");
+    EXPECT_EQ(gui::field_text(line), "a number of seconds");
     point_at(inner);
-    EXPECT_EQ(line_text(), "Switched off by the node");
+    EXPECT_EQ(gui::field_text(line), "Switched off by the node");
     leave();
-    EXPECT_EQ(line_text(), "a number of seconds");
+    EXPECT_EQ(gui::field_text(line), "a number of seconds");
     vga_set_field_hint(field, 1); // its bounds have changed
-    EXPECT_EQ(line_text(), "1 to 9 seconds");
+    EXPECT_EQ(gui::field_text(line), "1 to 9 seconds");
     XmProcessTraversal(other, XmTRAVERSE_CURRENT);
     gui::settle();
-    EXPECT_EQ(line_text(), "Ready");
+    EXPECT_EQ(gui::field_text(line), "Ready");
 
     // What someone else writes meanwhile stays.
     XmProcessTraversal(field, XmTRAVERSE_CURRENT);
@@ -205,47 +169,10 @@ TEST_F(Hints, TheMessageLineFollowsTheKeyboardAndThePointer) {
     XmTextFieldSetString(line, const_cast<char *>("Node lost"));
     XmProcessTraversal(other, XmTRAVERSE_CURRENT);
     gui::settle();
-    EXPECT_EQ(line_text(), "Node lost");
+    EXPECT_EQ(gui::field_text(line), "Node lost");
     XtDestroyWidget(line);
     XmProcessTraversal(field, XmTRAVERSE_CURRENT);
     gui::settle();
-}
-
-TEST_F(Hints, AnyPartOfACompoundControl) {
-    Widget label_line = XtVaCreateManagedWidget("label", xmLabelWidgetClass, column, nullptr);
-    Widget combo = XmCreateDropDownComboBox(column, const_cast<char *>("combo"), nullptr, 0);
-    XtManageChild(combo);
-    vga_set_hint_line(column, label_line);
-    vga_set_field_hint(combo, 1);
-    vga_set_reason(combo, 2);
-    Widget text = XtNameToWidget(combo, "Text");
-    gui::settle();
-    point_at(text);
-    EXPECT_TRUE(tip_is("1 to 9 seconds"));
-    leave();
-    XmProcessTraversal(text, XmTRAVERSE_CURRENT);
-    gui::settle();
-    EXPECT_EQ(label_text(label_line), "1 to 9 seconds");
-    XtSetSensitive(combo, False);
-    point_at(text);
-    EXPECT_TRUE(tip_is("Switched off by the node"));
-    EXPECT_EQ(label_text(label_line), "Switched off by the node");
-    EXPECT_STREQ(vga_shown_hint(combo), "Switched off by the node");
-    EXPECT_STREQ(vga_shown_hint(field), "");
-}
-
-TEST_F(Hints, TipsCanBeSwitchedOff) {
-    XtDestroyWidget(shell);
-    make("quiet");
-    vga_set_field_hint(field, 1);
-    vga_set_reason(inner, 2);
-    XtSetSensitive(inner, False);
-    for (Widget widget : {field, inner}) {
-        point_at(widget);
-        EXPECT_TRUE(no_tip_comes()) << XtName(widget);
-    }
-    vga_set_field_hint(nullptr, 1);
-    vga_set_reason_text(nullptr, "x");
 }
 
 } // namespace

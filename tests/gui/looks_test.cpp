@@ -8,19 +8,16 @@
 #include "vgadgutl.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
-#include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vganodew.h"
 #include "vgauidds.h"
 #include "vgawtype.h"
-#include "vgaxt.h"
 
 #include <X11/IntrinsicP.h>
 #include <X11/RectObjP.h>
 #include <X11/Xatom.h>
 #include <Xm/CascadeB.h>
 #include <Xm/DrawnB.h>
-#include <Xm/Form.h>
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
 #include <Xm/List.h>
@@ -32,19 +29,14 @@
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 #include <algorithm>
-#include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <string>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 namespace {
-
-namespace fs = std::filesystem;
 
 struct LOOK {
     const char *name, *resources, *language;
@@ -144,17 +136,6 @@ double contrast(Pixel one, Pixel other) {
     return (light + 0.05) / (dark + 0.05);
 }
 
-std::string text_of(Widget label) {
-    XmString string = nullptr;
-    XtVaGetValues(label, XmNlabelString, &string, nullptr);
-    const VGA_STRING owned(string);
-    const VGA_TEXT text(string == nullptr ? nullptr
-                                          : static_cast<char *>(XmStringUnparse(
-                                                string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT,
-                                                nullptr, 0, XmOUTPUT_ALL)));
-    return text.get();
-}
-
 class Looks : public testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -184,28 +165,7 @@ protected:
                                         nullptr, 0, 1, "");
         gui::settle();
         ASSERT_EQ(gvga_main_dialog->modal_dlg.showing, 1);
-        make_fields();
         collect(gvga_toplevel, widgets);
-    }
-
-    /* A dialog with what dialogs are made of. */
-    void make_fields() {
-        Arg args[3]; // out of the way of the message box
-        XtSetArg(args[0], XmNdefaultPosition, False);
-        XtSetArg(args[1], XmNx, 0);
-        XtSetArg(args[2], XmNy, 0);
-        form = XmCreateFormDialog(gvga_toplevel, const_cast<char *>("fields"), args, 3);
-        Widget above = nullptr;
-        for (const WidgetClass part :
-             {xmLabelWidgetClass, xmTextFieldWidgetClass, xmTextWidgetClass, xmListWidgetClass,
-              xmToggleButtonWidgetClass, xmPushButtonWidgetClass}) {
-            above = XtVaCreateManagedWidget("[fields]", part, form, XmNtopAttachment,
-                                            above == nullptr ? XmATTACH_FORM : XmATTACH_WIDGET,
-                                            XmNtopWidget, above, XmNleftAttachment, XmATTACH_FORM,
-                                            XmNrightAttachment, XmATTACH_FORM, nullptr);
-        }
-        XtManageChild(form);
-        gui::settle();
     }
 
     void TearDown() override {
@@ -217,7 +177,6 @@ protected:
     }
 
     std::vector<Widget> widgets;
-    Widget form = nullptr;
 };
 
 TEST_F(Looks, TextsCanBeRead) {
@@ -244,21 +203,6 @@ TEST_F(Looks, TextsCanBeRead) {
     EXPECT_GT(seen, 80);
 }
 
-/* A button of a box is switched off, and says so. */
-TEST_F(Looks, InsensitiveGadgetsCanBeRead) {
-    Widget box = gvga_main_dialog->modal_dlg.dialog, help = XtNameToWidget(box, "Help");
-    XtSetSensitive(help, False);
-    const Pixel grey =
-        colour(XtNameToWidget(gvga_main_dialog->widget, "*nodewKeyPort"), XmNbottomShadowColor);
-    const RectObjPart &place = reinterpret_cast<RectObj>(help)->rectangle;
-    constexpr int edge = 8;
-    EXPECT_TRUE(gui::wait_for([&] {
-        const gui::IMAGE inside(box, place.x + edge, place.y + edge, place.width - 2 * edge,
-                                place.height - 2 * edge);
-        return inside.count(grey) > 10 && inside.count(colour(help, XmNforeground)) == 0;
-    }));
-}
-
 TEST_F(Looks, TheKeyboardsPlaceIsSeen) {
     for (Widget widget : widgets) {
         if (XtIsWidget(widget) && XmIsPrimitive(widget) && XmIsManager(XtParent(widget))) {
@@ -268,43 +212,6 @@ TEST_F(Looks, TheKeyboardsPlaceIsSeen) {
                 << XtName(widget);
         }
     }
-}
-
-TEST_F(Looks, FieldsHaveAnEdge) {
-    int seen = 0;
-    for (Widget widget : widgets) {
-        if (XtParent(widget) == form && (!XmIsLabel(widget) || XmIsToggleButton(widget))) {
-            seen++;
-            for (const char *shadow : {XmNtopShadowColor, XmNbottomShadowColor}) {
-                EXPECT_GE(contrast(colour(widget, shadow), colour(widget, XmNbackground)), 3);
-                EXPECT_GE(contrast(colour(widget, shadow), colour(form, XmNbackground)), 3);
-            }
-        }
-    }
-    EXPECT_EQ(seen, 4);
-}
-
-/* Icons are drawn on the background of the lists, so nothing but that may be around them. */
-TEST_F(Looks, IconsStandOnTheirBackground) {
-    Widget list = XtNameToWidget(gvga_main_dialog->widget, "*nodewLinksDrawArea");
-    const Pixel ground = colour(list, XmNbackground);
-    XGCValues values = {};
-    XGetGCValues(gvga_display, gvga_normal_gc, GCForeground | GCBackground, &values);
-    EXPECT_EQ(values.background, ground);
-    EXPECT_EQ(values.foreground, colour(list, XmNforeground));
-    int seen = 0;
-    for (Widget widget : widgets) {
-        Pixmap picture = XmUNSPECIFIED_PIXMAP;
-        unsigned char type = XmSTRING;
-        if (XmIsLabel(widget)) {
-            XtVaGetValues(widget, XmNlabelPixmap, &picture, XmNlabelType, &type, nullptr);
-        }
-        if (type != XmSTRING && picture != XmUNSPECIFIED_PIXMAP) {
-            seen++;
-            EXPECT_EQ(colour(widget, XmNbackground), ground) << XtName(widget);
-        }
-    }
-    EXPECT_GT(seen, 15);
 }
 
 TEST_F(Looks, DistancesFollowTheText) {
@@ -326,7 +233,7 @@ TEST_F(Looks, LabelsAreWhole) {
             !XtIsRealized(widget) || XmIsMenuShell(XtParent(XtParent(widget)))) {
             continue;
         }
-        SCOPED_TRACE(text_of(widget) + " in " + XtName(widget));
+        SCOPED_TRACE(gui::label_text(widget) + " in " + XtName(widget));
         seen++;
         XtWidgetGeometry wanted = {};
         XtQueryGeometry(widget, nullptr, &wanted);
@@ -357,7 +264,7 @@ TEST_F(Looks, TextsAreTranslated) {
             strcmp(XtName(widget), "TipLabel") != 0) { // empty until it is shown
             XtVaGetValues(widget, XmNlabelType, &type, nullptr);
         }
-        const std::string text = type != XmPIXMAP ? text_of(widget) : "";
+        const std::string text = type != XmPIXMAP ? gui::label_text(widget) : "";
         if (std::any_of(text.begin(), text.end(), isalpha)) {
             seen++;
             EXPECT_NE(text.find('['), std::string::npos) << text;

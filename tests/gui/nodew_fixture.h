@@ -67,12 +67,7 @@ protected:
         gui::click(desc->panes[pane].draw_area, 120, y);
     }
     Widget part(const char *name) const { return XtNameToWidget(desc->common.widget, name); }
-    std::string message() const {
-        char *text = XmTextFieldGetString(desc->message_bar);
-        std::string copy = text;
-        XtFree(text);
-        return copy;
-    }
+    std::string message() const { return gui::field_text(desc->message_bar); }
     Pixel border(NB_USHORT pane) const {
         Pixel colour;
         XtVaGetValues(desc->panes[pane].form, XmNborderColor, &colour, nullptr);

@@ -10,54 +10,6 @@ namespace {
 
 // The window.
 
-TEST_F(NodeWindow, ComesUpEmpty) {
-    EXPECT_EQ(title(), vga_message(VGA_MSG_NODEW_EMPTY_TITLE));
-    EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        click_line(pane, 0);
-        EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
-    }
-    gui::click(desc->server_text, 10, 10);
-    EXPECT_EQ(desc->current_pane, VGA_NODEW_NO_PANE);
-    EXPECT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), nullptr);
-}
-
-TEST_F(NodeWindow, EveryNamedWidgetExistsAndIsInsideTheWindow) {
-    std::vector<std::string> names = {
-        "nodewToolbarRowColumn",  "nodewServerForm",      "nodewServerIconButton",
-        "nodewServerTextButton",  "nodewMessageBar",      "nodewPanes",
-        "nodewConnectivityTitle", "nodewConnectivityKey", "nodewLinksForm",
-        "nodewLinksDrawArea",     "nodewLocalLUsTitle",   "nodewLocalLUsKey",
-        "nodewLUsForm",           "nodewLUsDrawArea",     "nodewRemSysTitle",
-        "nodewRemSysKey",         "nodewRemSysForm",      "nodewRemSysDrawArea"};
-    for (const char *tool : {"Start", "Stop", "Add", "Delete", "Zoom", "Status", "Copy"}) {
-        for (const char *piece : {"Frame", "Icon", "Text"}) {
-            names.push_back(std::string("nodew") + tool + "Button" + piece);
-        }
-    }
-    Dimension width, window_height = height(desc->common.widget);
-    XtVaGetValues(desc->common.widget, XmNwidth, &width, nullptr);
-    for (const std::string &name : names) {
-        Widget widget = part(("*" + name).c_str());
-        ASSERT_NE(widget, nullptr) << name;
-        EXPECT_TRUE(XtIsManaged(widget)) << name;
-        Position left, top, window_left, window_top;
-        XtTranslateCoords(widget, 0, 0, &left, &top);
-        XtTranslateCoords(desc->common.widget, 0, 0, &window_left, &window_top);
-        Dimension own_width;
-        XtVaGetValues(widget, XmNwidth, &own_width, nullptr);
-        EXPECT_GE(left, window_left) << name;
-        EXPECT_GE(top, window_top) << name;
-        EXPECT_LE(left + own_width, window_left + width) << name;
-        EXPECT_LE(top + height(widget), window_top + window_height) << name;
-    }
-    for (const char *bar :
-         {"*nodewLinksHScrollBar", "*nodewLinksVScrollBar", "*nodewLUsHScrollBar",
-          "*nodewLUsVScrollBar", "*nodewRemSysHScrollBar", "*nodewRemSysVScrollBar"}) {
-        EXPECT_NE(part(bar), nullptr) << bar;
-    }
-}
-
 TEST_F(NodeWindow, WhatIsNotThereYetIsInsensitive) {
     show_node();
     click_line(VGA_NODEW_TOP_PANE, 1);
@@ -82,16 +34,7 @@ TEST_F(NodeWindow, WhatIsNotThereYetIsInsensitive) {
 TEST_F(NodeWindow, ShowsItsNodeAndFollowsIt) {
     show_node(NAP_NODE_STARTING);
     EXPECT_EQ(title(), "berlin - SNA node administration");
-    auto line = [&] {
-        XmString string = nullptr;
-        XtVaGetValues(desc->server_text, XmNlabelString, &string, nullptr);
-        auto *text = static_cast<char *>(XmStringUnparse(
-            string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL));
-        std::string copy = text;
-        XtFree(text);
-        XmStringFree(string);
-        return copy;
-    };
+    const auto line = [&] { return gui::label_text(desc->server_text); };
     EXPECT_EQ(line(), "berlin (NETA.BERLIN): starting");
     node->node_state = NAP_NODE_ACTIVE;
     vga_update_node_window(node);
@@ -198,25 +141,6 @@ TEST_F(NodeWindow, KeysOfTheListAskForCommands) {
     gvga_read_only = 1;
     gui::key("Delete");
     EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_LOOK_ONLY));
-}
-
-TEST_F(NodeWindow, FixedLinesAreNeverSelected) {
-    show_node();
-    click_line(VGA_NODEW_TOP_PANE, 1);
-    ASSERT_EQ(node->connectivity_root.select_count, 1);
-    click_line(VGA_NODEW_TOP_PANE, 0);
-    EXPECT_EQ(node->connectivity_root.select_count, 0);
-    EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE);
-    Widget list = desc->panes[VGA_NODEW_TOP_PANE].draw_area;
-    int line = static_cast<int>(gvga_viewer_item_height);
-    gui::move_to(list, 120, 2 * line + line / 2);
-    gui::press();
-    for (int y = 2 * line; y > 0; y -= line / 2) {
-        gui::move_to(list, 120, y);
-    }
-    gui::release();
-    EXPECT_EQ(node->connectivity_root.select_count, 2);
-    EXPECT_FALSE(node->dlur_fake_port->gui_data.viewer.selected);
 }
 
 // Heights.
@@ -361,29 +285,6 @@ TEST(NodeWindowStates, FollowTypeStatusNodeAndAccess) {
             }
         }
         EXPECT_EQ(allowed, row.allowed) << row.name;
-    }
-}
-
-TEST(NodeWindowStates, AddNeedsAPaneAndServicesNeedTheNodesSupport) {
-    VGA_NODE node = {};
-    node.node_state = NAP_NODE_ACTIVE;
-    VGA_NODEW_SITUATION situation = {&node, 1, 0, none, 0, 0, 1};
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_ADD));
-    situation.pane_current = 1;
-    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_ADD));
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_TN_SERVER));
-    node.node_data.tn3270_support = 1;
-    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_TN_SERVER));
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_ADD_INDEP_LOCAL_LU)) << "looking only";
-    situation.read_only = 0;
-    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_ADD_INDEP_LOCAL_LU));
-    node.node_state = NAP_NODE_UNCONFIGURED;
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_TRACING));
-    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_NODE_PARAMS));
-    situation.node = nullptr;
-    for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
-        EXPECT_FALSE(vga_nodew_allows(situation, row.command));
-        EXPECT_EQ(&row - gvga_nodew_commands, row.command);
     }
 }
 

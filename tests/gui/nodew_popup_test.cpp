@@ -72,19 +72,6 @@ TEST_F(NodePopup, SelectsTheLineUnderThePointerFirst) {
     close_menu();
 }
 
-TEST_F(NodePopup, KeepsASelectionThatHasTheLine) {
-    click_line(VGA_NODEW_TOP_PANE, 1);
-    gui::click(desc->panes[VGA_NODEW_TOP_PANE].draw_area, 120, middle_of(2), {"Control_L"});
-    ASSERT_EQ(node->connectivity_root.select_count, 2);
-    press3(VGA_NODEW_TOP_PANE, 1);
-    EXPECT_EQ(node->connectivity_root.select_count, 2);
-    close_menu();
-    press3(VGA_NODEW_TOP_PANE, 9); // below all lines
-    EXPECT_TRUE(posted());
-    EXPECT_EQ(node->connectivity_root.select_count, 2);
-    close_menu();
-}
-
 TEST_F(NodePopup, KeysPostItBelowTheLineThatHasTheKeyboard) {
     click_line(VGA_NODEW_TOP_PANE, 1);
     gui::key("Down");
@@ -126,50 +113,6 @@ TEST_F(NodePopup, IsWorkedByMouseAndLetters) {
     gui::key("p");
     EXPECT_EQ(calls, 2);
     EXPECT_FALSE(posted());
-}
-
-TEST_F(NodePopup, MessagesWaitForIt) {
-    press3(VGA_NODEW_TOP_PANE, 1);
-    EXPECT_EQ(vga_modal_firewall_up(), 1);
-    vga_display_error_dialog(&desc->common, VGA_MSG_DIALOG_FAILED, "dlgfail", nullptr, 0, "");
-    gui::settle();
-    EXPECT_EQ(desc->common.modal_dlg.showing, 0);
-    EXPECT_TRUE(posted());
-    close_menu();
-    EXPECT_TRUE(gui::wait_for([this] { return desc->common.modal_dlg.showing != 0; }));
-    vga_close_modal_dialog(&desc->common);
-    gui::settle();
-}
-
-TEST_F(NodePopup, StaysAwayWhileAnotherButtonIsHeld) {
-    gui::move_to(desc->panes[VGA_NODEW_TOP_PANE].draw_area, 120, middle_of(1));
-    gui::press();
-    gui::press(3);
-    EXPECT_FALSE(posted());
-    gui::release(3);
-    gui::release();
-    EXPECT_EQ(selected(), ports[0]);
-}
-
-// The menu's parent, which the toolkit watches for the button, too.
-TEST_F(NodePopup, TheTitleOfAListHasNoMenu) {
-    gui::move_to(desc->panes[VGA_NODEW_TOP_PANE].title, 5, 5);
-    gui::press(3);
-    EXPECT_FALSE(posted());
-    gui::release(3);
-    EXPECT_FALSE(posted());
-    click_line(VGA_NODEW_TOP_PANE, 2);
-    EXPECT_EQ(selected(), ports[1]) << "the mouse is free again";
-}
-
-TEST_F(NodePopup, OffersWhatTheToolBarOffers) {
-    press3(VGA_NODEW_TOP_PANE, 1);
-    for (NB_USHORT command = 0; command < VGA_NODEW_TOOL_COUNT; command++) {
-        const VGA_NODEW_TOOL &tool = desc->tools[command];
-        EXPECT_EQ(XtIsSensitive(tool.popup), XtIsSensitive(tool.icon)) << XtName(tool.popup);
-        EXPECT_STREQ(vga_shown_hint(tool.popup), vga_shown_hint(tool.text));
-    }
-    close_menu();
 }
 
 // Reasons.

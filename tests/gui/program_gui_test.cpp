@@ -110,12 +110,7 @@ protected:
 /* In the process of the program. */
 
 std::string flat_text(Widget box) {
-    XmString string = nullptr;
-    XtVaGetValues(box, XmNmessageString, &string, nullptr);
-    const VGA_STRING owned(string);
-    const VGA_TEXT text(static_cast<char *>(XmStringUnparse(
-        string, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL)));
-    std::string flat = text.get();
+    std::string flat = gui::label_text(box, XmNmessageString);
     std::replace(flat.begin(), flat.end(), '\n', ' ');
     return flat;
 }

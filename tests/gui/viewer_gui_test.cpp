@@ -5,27 +5,6 @@
 
 namespace {
 
-TEST_F(Viewer, FocusLineIsDashed) {
-    fill(3);
-    display();
-    click(1);
-    vga_viewer_clear_selection(&root);
-    drawn();
-    ASSERT_FALSE(inverted(1));
-    const gui::IMAGE row = row_image(1);
-    const unsigned long black = BlackPixelOfScreen(gvga_screen);
-    int dashes = 0;
-    for (int x = 0; x < row.width; ++x) {
-        dashes += row.pixel(x, 0) == black;
-    }
-    EXPECT_NEAR(dashes, row.width / 2, 2);
-    EXPECT_EQ(row.pixel(row.width / 2, 2) == black && row.pixel(row.width / 2 + 1, 2) == black,
-              false);
-    vga_clear_outline_selection(&root);
-    drawn();
-    EXPECT_NE(row_image(1), row);
-}
-
 TEST_F(Viewer, ScrollBarsAppearScrollByLinesAndGo) {
     fill(40);
     display();
@@ -99,18 +78,6 @@ TEST_F(Viewer, WhatWasCoveredIsDrawnAgain) {
     EXPECT_EQ(gvga_display_dirty, 1);
     drawn();
     EXPECT_EQ(gui::IMAGE(draw_widget), before);
-}
-
-TEST_F(Viewer, TextIsCutWhereItsColumnEnds) {
-    add(GROUP, "ABCDEFGH%t4%X");
-    add(GROUP, "ABCD%t4%X");
-    add(GROUP, "ABCDEFGH");
-    display();
-    EXPECT_EQ(row_image(0), row_image(1));
-    EXPECT_NE(row_image(0), row_image(2));
-    EXPECT_EQ(vga_viewer_text_width("ABCDEFGH%t4%X"), 5 * gvga_viewer_char_width);
-    EXPECT_EQ(view()->content_width, gvga_viewer_expand_icon_width + gvga_viewer_icon_width + 4 +
-                                         8 * gvga_viewer_char_width);
 }
 
 TEST_F(Viewer, ABurstDrawsEachChangedLineOnce) {
@@ -254,27 +221,6 @@ TEST_F(Viewer, NoUnfinishedLineIsEverSeen) {
     EXPECT_EQ(watcher.broken, 0) << "of " << watcher.looks << " looks";
 }
 
-TEST_F(Viewer, SelectedLineIsThePlainOneInverted) {
-    fill(3);
-    display();
-    const gui::IMAGE plain = row_image(1);
-    vga_viewer_set_select(&root, &records[1]->item, 1);
-    drawn();
-    const gui::IMAGE selected_row = row_image(1);
-    const unsigned long black = BlackPixelOfScreen(gvga_screen);
-    const unsigned long white = WhitePixelOfScreen(gvga_screen);
-    const int text = static_cast<int>(gvga_viewer_expand_icon_width + gvga_viewer_icon_width + 4);
-    int ink = 0;
-    for (int y = 0; y < line(); ++y) {
-        for (int x = text; x < plain.width; ++x) {
-            ink += plain.pixel(x, y) == black;
-            ASSERT_EQ(selected_row.pixel(x, y), plain.pixel(x, y) == black ? white : black)
-                << x << "," << y;
-        }
-    }
-    EXPECT_GT(ink, 100);
-}
-
 TEST_F(Viewer, TextOfAThousandBytesIsDrawnToItsEnd) {
     static std::string broken;
     broken.clear();
@@ -363,29 +309,6 @@ TEST_F(Viewer, ListOutlivesItsWidgets) {
     display();
     click(0);
     EXPECT_TRUE(inverted(0));
-}
-
-TEST_F(Viewer, FiltersAndTitlesKeepTheirPlace) {
-    RECORD *title = add(TITLE, "A title");
-    vga_viewer_set_fixed(&root, &title->item, 1);
-    fill(4);
-    display();
-    const gui::IMAGE last = row_image(4);
-    click(2);
-    vga_viewer_set_hidden(&root, &records[2]->item, 1);
-    drawn();
-    EXPECT_EQ(selected(), "");
-    EXPECT_EQ(row_image(3), last);
-    vga_viewer_set_hidden(&root, &records[2]->item, 0);
-    drawn();
-    EXPECT_EQ(row_image(4), last);
-    records.push_back(std::make_unique<RECORD>());
-    records.back()->text = "FIRST";
-    vga_create_viewer(&root, &records.back()->item, GROUP, records.back().get(), nullptr,
-                      VGA_VIEWER_FIRST);
-    drawn();
-    EXPECT_EQ(vga_viewer_get_y(&records.back()->item), gvga_viewer_item_height);
-    EXPECT_EQ(row_image(5), last);
 }
 
 } // namespace

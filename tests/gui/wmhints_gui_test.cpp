@@ -1,25 +1,18 @@
-// What window managers are told of the program's windows, read by one that manages them.
+// What window managers are told of the program's windows, read as one that manages them would.
 
-#include "gui_support.h"
+#include "dialog_support.h"
 
-#include "vgadgutl.h"
-#include "vgamsgs.h"
 #include "vgawmhnt.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <algorithm>
-#include <atomic>
 #include <clocale>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <map>
-#include <mutex>
-#include <poll.h>
 #include <string>
-#include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -71,149 +64,81 @@ PROPERTIES read_properties(Display *display, Window window) {
     return result;
 }
 
-// Windows go while the manager looks at them; the program itself makes no error.
-int note_error(Display *display, XErrorEvent *event) {
-    if (display == gvga_display) {
-        ADD_FAILURE() << "X error " << static_cast<int>(event->error_code) << " of request "
-                      << static_cast<int>(event->request_code);
-    }
-    return 0;
-}
-
-// A window manager that grants everything.  It has a connection and a thread of its own, because
-// the toolkit waits for its window manager's answers.
-class MANAGER {
+// Looks at the screen after every single request of the program: what a window has when it is
+// mapped is what a window manager reads.  Messages to window managers come on a connection of its
+// own.
+class OBSERVER {
 public:
-    MANAGER() : display(XOpenDisplay(nullptr)) {
-        XSelectInput(display, DefaultRootWindow(display),
-                     SubstructureRedirectMask | SubstructureNotifyMask);
-        XSync(display, False);
-        thread = std::thread([this] { run(); });
+    OBSERVER() : display(XOpenDisplay(nullptr)) {
+        XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
+        current = this;
+        XSetAfterFunction(gvga_display, [](Display *) {
+            current->look();
+            return 0;
+        });
     }
-    MANAGER(const MANAGER &) = delete;
-    MANAGER &operator=(const MANAGER &) = delete;
-    ~MANAGER() {
-        ending = true;
-        thread.join();
+    OBSERVER(const OBSERVER &) = delete;
+    OBSERVER &operator=(const OBSERVER &) = delete;
+    ~OBSERVER() {
+        XSetAfterFunction(gvga_display, nullptr);
         XCloseDisplay(display);
     }
 
-    // What a window had when it asked to be mapped.
-    PROPERTIES at_map_request(Window window) {
-        const std::lock_guard lock(guard);
-        const auto found = requests.find(window);
-        return found != requests.end() ? found->second : PROPERTIES();
+    // What a window had when it was mapped.
+    PROPERTIES at_map(Window window) const {
+        const auto found = mapped.find(window);
+        return found != mapped.end() ? found->second : PROPERTIES();
     }
-    std::vector<XClientMessageEvent> messages_to_root() {
-        const std::lock_guard lock(guard);
-        return messages;
+    // A message that was sent to the window managers.
+    bool message_to_root(XEvent *message) const {
+        return XCheckTypedEvent(display, ClientMessage, message) != 0;
     }
 
 private:
-    void run() {
-        pollfd input = {ConnectionNumber(display), POLLIN, 0};
-        while (!ending) {
-            poll(&input, 1, 10);
-            while (XPending(display) > 0) {
-                XEvent event;
-                XNextEvent(display, &event);
-                handle(event);
+    void look() {
+        if (std::exchange(busy, true)) {
+            return; // our own requests
+        }
+        Window root, parent, *windows = nullptr;
+        unsigned count = 0;
+        XQueryTree(gvga_display, gvga_root_window, &root, &parent, &windows, &count);
+        for (unsigned at = 0; at < count; at++) {
+            XWindowAttributes attributes;
+            if (mapped.count(windows[at]) == 0 &&
+                XGetWindowAttributes(gvga_display, windows[at], &attributes) != 0 &&
+                attributes.map_state == IsViewable) {
+                mapped[windows[at]] = read_properties(gvga_display, windows[at]);
             }
         }
-    }
-    void handle(const XEvent &event) {
-        if (event.type == MapRequest) {
-            const Window window = event.xmaprequest.window;
-            PROPERTIES found = read_properties(display, window);
-            XMapWindow(display, window);
-            const std::lock_guard lock(guard);
-            requests.emplace(window, std::move(found));
-        } else if (event.type == ConfigureRequest) {
-            const XConfigureRequestEvent &request = event.xconfigurerequest;
-            XWindowChanges changes = {
-                request.x,     request.y,     request.width, request.height, request.border_width,
-                request.above, request.detail};
-            XConfigureWindow(display, request.window, static_cast<unsigned>(request.value_mask),
-                             &changes);
-        } else if (event.type == ClientMessage) {
-            const std::lock_guard lock(guard);
-            messages.push_back(event.xclient);
-        }
-        XFlush(display);
+        XFree(windows);
+        busy = false;
     }
 
+    static inline OBSERVER *current;
     Display *display;
-    std::atomic<bool> ending = false;
-    std::mutex guard;
-    std::map<Window, PROPERTIES> requests;
-    std::vector<XClientMessageEvent> messages;
-    std::thread thread;
+    std::map<Window, PROPERTIES> mapped;
+    bool busy = false;
 };
-
-NB_USHORT get_any(VGA_DIALOG *) {
-    return 1;
-}
-
-// Every row has the description's message box in its window: what stands there makes no difference.
-NB_VOID fill_row(VGA_DIALOG_ID id) {
-    gvga_uid_desc[id] = {id, "errorDialog", gvga_uid_desc[id].kind, sizeof(VGA_DIALOG), get_any};
-}
 
 Atom atom(const char *name) {
     return XInternAtom(gvga_display, name, False);
 }
 
-class Hints : public testing::Test {
+class Hints : public dialogs::Dialogs {
 protected:
-    static void SetUpTestSuite() {
-        gui::open();
-        XSetErrorHandler(note_error);
-        char file[] = "quildlg.uid";
-        String files[] = {file};
-        ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),
-                  MrmSUCCESS);
-        vga_register_common_names();
-        gvga_messages[VGA_MSG_ERROR_TITLE] = "Error \xC3\xA9";
-        gvga_messages[VGA_MSG_CONFIRM_TITLE] = "Question";
-        gvga_messages[1] = "%1";
-        fill_row(VGA_UID_NODE_WINDOW);
-        fill_row(VGA_UID_TP_WINDOW);
-        fill_row(VGA_UID_MODE_DIALOG);
-        fill_row(VGA_UID_SDLC_LS_ADV_DIALOG);
-    }
-
     void SetUp() override {
-        ASSERT_NE(gvga_uil_hierarchy, nullptr);
         setlocale(LC_ALL, "C.UTF-8");
-        gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
-                                           gvga_display, nullptr);
-        vga_init_dialogs();
-        ASSERT_EQ(vga_get_dialog(VGA_UID_NODE_WINDOW, nullptr, nullptr, &main_dialog), 1);
-        gvga_main_dialog = main_dialog;
-        vga_set_title(main_dialog, "Node \xE2\x82\xAC");
-        vga_display_dialog(main_dialog);
+        Dialogs::SetUp();
     }
-
     void TearDown() override {
-        vga_close_children(main_dialog, 0, 1);
-        vga_free_dialogs();
-        XtDestroyWidget(gvga_toplevel);
-        gui::settle();
+        Dialogs::TearDown();
         setlocale(LC_ALL, "C");
     }
 
-    static VGA_DIALOG *open(VGA_DIALOG_ID id, VGA_DIALOG *parent) {
-        VGA_DIALOG *desc = nullptr;
-        EXPECT_EQ(vga_get_dialog(id, parent, nullptr, &desc), 1);
-        vga_set_title(desc, "Dialog");
-        vga_display_dialog(desc);
-        return desc;
-    }
-
-    PROPERTIES at_map_request(Widget shell) {
+    PROPERTIES at_map(Widget shell) {
         PROPERTIES found;
         EXPECT_TRUE(gui::wait_for([&] {
-            found = manager.at_map_request(XtWindow(shell));
+            found = observer.at_map(XtWindow(shell));
             return !found.empty();
         }));
         return found;
@@ -224,8 +149,7 @@ protected:
         return read_property(gvga_display, XtWindow(shell), atom(name));
     }
 
-    MANAGER manager;
-    VGA_DIALOG *main_dialog = nullptr;
+    OBSERVER observer;
 };
 
 PROPERTY utf8(const char *text) {
@@ -248,45 +172,35 @@ void expect_common(PROPERTIES &found) {
 
 // What is there before mapping.
 
-TEST_F(Hints, MainWindow) {
-    PROPERTIES found = at_map_request(main_dialog->shell);
-    expect_common(found);
-    EXPECT_EQ(found["_NET_WM_NAME"], utf8("Node \xE2\x82\xAC"));
-    EXPECT_EQ(found["_NET_WM_ICON_NAME"], utf8("Node \xE2\x82\xAC"));
-    EXPECT_EQ(found["_NET_WM_WINDOW_TYPE"], window_type("_NET_WM_WINDOW_TYPE_NORMAL"));
-    EXPECT_EQ(found["WM_CLASS"].text, std::string("quiladmin\0Quiladmin\0", 20));
-    EXPECT_EQ(found.count("WM_TRANSIENT_FOR"), 0U);
-
+TEST_F(Hints, OfEveryKindOfWindow) {
     VGA_DIALOG *window = open(VGA_UID_TP_WINDOW, main_dialog);
-    found = at_map_request(window->shell);
-    expect_common(found);
-    EXPECT_EQ(found["_NET_WM_WINDOW_TYPE"], window_type("_NET_WM_WINDOW_TYPE_NORMAL"));
-    EXPECT_EQ(found.count("WM_TRANSIENT_FOR"), 0U);
-}
-
-TEST_F(Hints, DialogsAreTransientForTheirParents) {
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog);
     VGA_DIALOG *modal = open(VGA_UID_SDLC_LS_ADV_DIALOG, moded);
-    for (const VGA_DIALOG *desc : {moded, modal}) {
-        PROPERTIES found = at_map_request(desc->shell);
-        expect_common(found);
-        EXPECT_EQ(found["_NET_WM_NAME"], utf8("Dialog"));
-        EXPECT_EQ(found["_NET_WM_WINDOW_TYPE"], window_type("_NET_WM_WINDOW_TYPE_DIALOG"));
-        EXPECT_EQ(found["WM_TRANSIENT_FOR"].items,
-                  (std::vector<unsigned long>{XtWindow(desc->parent->shell)}));
-        EXPECT_EQ(found["WM_CLASS"].text, std::string("Quiladmin\0Quiladmin\0", 20));
-    }
-}
-
-TEST_F(Hints, MessageBoxesAreDialogsToo) {
     vga_display_error_dialog(main_dialog, 1, "help", nullptr, 0, "s", "refused");
-    const Widget box = main_dialog->modal_dlg.shell;
-    PROPERTIES found = at_map_request(box);
-    expect_common(found);
-    EXPECT_EQ(found["_NET_WM_NAME"], utf8("Error \xC3\xA9"));
-    EXPECT_EQ(found["_NET_WM_WINDOW_TYPE"], window_type("_NET_WM_WINDOW_TYPE_DIALOG"));
-    EXPECT_EQ(found["WM_TRANSIENT_FOR"].items,
-              (std::vector<unsigned long>{XtWindow(main_dialog->shell)}));
+    const Widget main = main_dialog->shell, box = main_dialog->modal_dlg.shell;
+    const struct {
+        Widget shell;
+        Widget parent; // null: a window of its own
+    } rows[] = {
+        {main, nullptr},      {window->shell, nullptr},
+        {moded->shell, main}, {modal->shell, moded->shell},
+        {box, main},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(XtName(row.shell));
+        PROPERTIES found = at_map(row.shell);
+        expect_common(found);
+        EXPECT_EQ(found["_NET_WM_WINDOW_TYPE"],
+                  window_type(row.parent != nullptr ? "_NET_WM_WINDOW_TYPE_DIALOG"
+                                                    : "_NET_WM_WINDOW_TYPE_NORMAL"));
+        const auto parent = row.parent != nullptr ? std::vector<unsigned long>{XtWindow(row.parent)}
+                                                  : std::vector<unsigned long>{};
+        EXPECT_EQ(found["WM_TRANSIENT_FOR"].items, parent);
+    }
+    EXPECT_EQ(at_map(moded->shell)["_NET_WM_NAME"], utf8("Mode"));
+    EXPECT_EQ(at_map(box)["_NET_WM_NAME"], utf8("Error"));
+    EXPECT_EQ(at_map(main)["WM_CLASS"].text, std::string("test\0Quiladmin\0", 15));
+    EXPECT_EQ(at_map(moded->shell)["WM_CLASS"].text, std::string("Quiladmin\0Quiladmin\0", 20));
     vga_close_modal_dialog(main_dialog);
     vga_display_confirm_dialog(main_dialog, 1, "help", nullptr, 0, "s", "really?");
     EXPECT_EQ(now(box, "_NET_WM_NAME"), utf8("Question"));
@@ -294,7 +208,7 @@ TEST_F(Hints, MessageBoxesAreDialogsToo) {
 }
 
 TEST_F(Hints, IconIsThePictureInThreeSizes) {
-    PROPERTIES found = at_map_request(main_dialog->shell);
+    PROPERTIES found = at_map(main_dialog->shell);
     const std::vector<unsigned long> &icon = found["_NET_WM_ICON"].items;
     size_t at = 0;
     for (unsigned long size : {16UL, 32UL, 48UL}) {
@@ -330,7 +244,6 @@ TEST_F(Hints, TitlesAreFollowed) {
 TEST_F(Hints, PingsAreAnsweredOverAMessageToo) {
     vga_display_error_dialog(main_dialog, 1, "help", nullptr, 0, "s", "in the way");
     for (Widget shell : {main_dialog->shell, main_dialog->modal_dlg.shell}) {
-        const size_t before = manager.messages_to_root().size();
         XClientMessageEvent ping = {};
         ping.type = ClientMessage;
         ping.window = XtWindow(shell);
@@ -341,8 +254,9 @@ TEST_F(Hints, PingsAreAnsweredOverAMessageToo) {
         ping.data.l[2] = static_cast<long>(XtWindow(shell));
         XSendEvent(gvga_display, ping.window, False, NoEventMask,
                    reinterpret_cast<XEvent *>(&ping));
-        ASSERT_TRUE(gui::wait_for([&] { return manager.messages_to_root().size() > before; }));
-        const XClientMessageEvent answer = manager.messages_to_root().back();
+        XEvent event;
+        ASSERT_TRUE(gui::wait_for([&] { return observer.message_to_root(&event); }));
+        const XClientMessageEvent &answer = event.xclient;
         EXPECT_EQ(answer.window, gvga_root_window);
         EXPECT_EQ(answer.message_type, ping.message_type);
         EXPECT_EQ(memcmp(&answer.data, &ping.data, sizeof(ping.data)), 0);
@@ -360,24 +274,6 @@ TEST(Utf8, IsMadeFromTheLocalesCharacters) {
     EXPECT_EQ(vga_utf8_from_locale("a\xFFz\xC3"), "a\xEF\xBF\xBDz\xEF\xBF\xBD");
     setlocale(LC_ALL, "C");
     EXPECT_EQ(vga_utf8_from_locale("a\xE4"), "a\xEF\xBF\xBD");
-}
-
-TEST(Utf8, IsMadeFromAnyCharacterSet) {
-    char name[] = "/tmp/wmhintsXXXXXX";
-    const std::filesystem::path folder = mkdtemp(name);
-    const std::string locale = (folder / "fr_FR").string();
-    const std::string make = "localedef -i fr_FR -f ISO-8859-15 " + locale + " >/dev/null 2>&1";
-    // A status of 1 stands for warnings.
-    const bool made = system(make.c_str()) != -1 && std::filesystem::exists(locale);
-    setenv("LOCPATH", folder.c_str(), 1);
-    if (made && setlocale(LC_ALL, "fr_FR") != nullptr) {
-        EXPECT_EQ(vga_utf8_from_locale("\xE9t\xE9 \xA4"), "\xC3\xA9t\xC3\xA9 \xE2\x82\xAC");
-    } else {
-        ADD_FAILURE() << "no locale could be made";
-    }
-    setlocale(LC_ALL, "C");
-    unsetenv("LOCPATH");
-    std::filesystem::remove_all(folder);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "installation.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -122,6 +123,18 @@ std::vector<std::string> split_lines(const std::string &text) {
         lines.push_back(line);
     }
     return lines;
+}
+
+std::vector<std::string> first_words(const std::vector<std::string> &lines,
+                                     const std::vector<std::string> *wanted) {
+    std::vector<std::string> found;
+    for (const std::string &line : lines) {
+        const std::string word = line.substr(0, line.find(' '));
+        if (wanted == nullptr || std::count(wanted->begin(), wanted->end(), word) != 0) {
+            found.push_back(word);
+        }
+    }
+    return found;
 }
 
 } // namespace sys

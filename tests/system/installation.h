@@ -45,6 +45,10 @@ std::string message(int number, const std::vector<std::string> &arguments = {});
 
 std::vector<std::string> split_lines(const std::string &text);
 
+/* The first words of lines, of those among `wanted` only if that is given. */
+std::vector<std::string> first_words(const std::vector<std::string> &lines,
+                                     const std::vector<std::string> *wanted = nullptr);
+
 } // namespace sys
 
 #endif

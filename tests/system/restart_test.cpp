@@ -1,5 +1,4 @@
 // What is defined outlives the node software.
-#include "domain_text.h"
 #include "system_test.h"
 
 #include <csignal>

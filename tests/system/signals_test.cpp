@@ -31,21 +31,6 @@ protected:
         EXPECT_EQ(program->err(), "");
     }
 
-    /* The window that shows the text, whatever its title; boxes of one title may lie above each
-     * other. */
-    WindowId window_of(const std::string &text) {
-        WindowId found = 0;
-        wait_for([&] {
-            for (const WindowId each : screen().windows()) {
-                if (screen().text(each).find(text) != std::string::npos) {
-                    found = each;
-                }
-            }
-            return found != 0;
-        });
-        return found;
-    }
-
     Process *node = nullptr;
     Process *program = nullptr;
     WindowId window = 0;
@@ -60,16 +45,6 @@ TEST_F(Signals, TerminationAndEndsOfChildrenAreOutlived) {
     expect_alive();
 }
 
-TEST_F(Signals, TerminationWhileItStartsIsOutlived) {
-    start_node("single", "delay 200 NAP_OPEN_FILE");
-    program = &start_program();
-    ASSERT_TRUE(wait_for([&] { return screen().find(message(1301)) != 0; }));
-    program->send(SIGTERM);
-    window = loaded_window();
-    ASSERT_NE(window, 0u);
-    expect_alive();
-}
-
 /* All others do what they always do, and the node software serves the next one. */
 TEST_F(Signals, OthersEndItAtOnce) {
     start_node();
@@ -81,13 +56,6 @@ TEST_F(Signals, OthersEndItAtOnce) {
         expect_end(*program, -signal);
         EXPECT_TRUE(wait_for([&] { return screen().find(message(1300, {"corvid1"})) == 0; }));
     }
-}
-
-TEST_F(Signals, AStopDoesNotLoseTheNode) {
-    ASSERT_NO_FATAL_FAILURE(load());
-    program->send(SIGSTOP);
-    program->send(SIGCONT);
-    expect_alive();
 }
 
 class DisplayFaults : public Signals {};

@@ -107,25 +107,6 @@ TEST_F(StartUp, AHomeFolderIsUsedUpToItsLimit) {
     }
 }
 
-TEST_F(StartUp, AbsurdNumbersAndFlagsAreTheDefaults) {
-    start_node();
-    for (const char *lines :
-         {"Quiladmin.queryBufferSize: 1", "Quiladmin.queryBufferSize: lots",
-          "Quiladmin.queryBufferSize: 99999999999999999999", "Quiladmin.queryBufferSize: -2048",
-          "Quiladmin.supportCPIC: perhaps\nQuiladmin.displayLeadPool:"}) {
-        SCOPED_TRACE(lines);
-        resources(lines);
-        EXPECT_EQ(run(), "");
-    }
-}
-
-TEST_F(StartUp, TheSmallestQueryBufferReadsTheSameDomain) {
-    start_node();
-    resources("Quiladmin.queryBufferSize: 2048");
-    EXPECT_EQ(run({"-size", "small"}), "");
-    EXPECT_TRUE(place.log("quiladmin").empty());
-}
-
 TEST_F(StartUp, SizesAndFontsThatDoNotExistAreTold) {
     start_node();
     const struct {
@@ -161,25 +142,6 @@ TEST_F(StartUp, ColoursThatDoNotExistAreTold) {
               std::string::npos);
 }
 
-/* The size takes 30 bytes, the icon size 20, the font name 128, each with its NUL.  A value that
- * is longer is as good as none; one that fits is tried, and complained about. */
-TEST_F(StartUp, TextsAreTriedUpToTheirLimit) {
-    start_node();
-    const struct {
-        std::string resource;
-        size_t limit;
-        int warning;
-    } rows[] = {{"*size", 30, 611}, {".iconSize", 20, 610}, {"*fontName", 128, 1439}};
-    for (const auto &row : rows) {
-        for (const bool fits : {true, false}) {
-            SCOPED_TRACE(row.resource + (fits ? " fits" : " does not fit"));
-            const std::string value(row.limit - (fits ? 1 : 0), 'x');
-            resources("Quiladmin" + row.resource + ": " + value);
-            EXPECT_EQ(warns(run(), row.warning), fits);
-        }
-    }
-}
-
 TEST_F(StartUp, TheUserFileWinsOverTheApplicationDefaults) {
     start_node();
     replace(application_defaults, "Quiladmin*size: medium\n" + place.read(application_defaults));
@@ -207,18 +169,6 @@ TEST_F(StartUp, LocalesThatDoNotExistLeaveEnglishTexts) {
     }
 }
 
-TEST_F(StartUp, AMultibyteLocaleIsChosenByLcAll) {
-    start_node();
-    // The canvas does not read the lists then: they are drawn with characters of two bytes.
-    Process &program = start_program({}, {{"LC_ALL", "C.UTF-8"}});
-    const WindowId window = loaded_window();
-    ASSERT_NE(window, 0u);
-    close_window(window);
-    expect_end(program, 0);
-    EXPECT_EQ(program.err(), "");
-}
-
-/* The commands that start a browser: the longest, and one that is too long to be one. */
 class Browser : public StartUp {
 protected:
     bool choose_page(WindowId window) {
@@ -231,29 +181,7 @@ protected:
                    return false;
                });
     }
-
-    /* Chooses the web page of the help menu while the resource has this length with its NUL.
-     * Returns whether the command that the resource names was run. */
-    bool runs_command_of(size_t size) {
-        const std::string mark = place.path("home/mark");
-        std::string command = "touch " + mark + "; : ";
-        resources("Quiladmin*webBrowser: " + command + std::string(size - 1 - command.size(), 'x'));
-        Process &program = start_program({}, {{"PATH", "/usr/bin:/bin"}});
-        const WindowId window = loaded_window();
-        EXPECT_TRUE(window != 0 && choose_page(window));
-        const bool ran = wait_for([&] { return fs::exists(mark); }, size > 200 ? 1000 : 20000);
-        fs::remove(mark);
-        close_window(window);
-        expect_end(program, 0);
-        return ran;
-    }
 };
-
-TEST_F(Browser, ItsCommandIsTakenUpToItsLimit) {
-    start_node();
-    EXPECT_TRUE(runs_command_of(200));
-    EXPECT_FALSE(runs_command_of(201));
-}
 
 /* The page that the menu entry names is one of the installation that runs. */
 TEST_F(Browser, ItIsGivenAPageThatIsThere) {
@@ -323,16 +251,8 @@ TEST_F(SmallScreen, EveryListHasTwoLines) {
     }
 }
 
-TEST_F(SmallScreen, WideAndLow) {
-    expect_fit("800x480x24");
-}
-
-TEST_F(SmallScreen, SmallAllRound) {
-    expect_fit("640x480x16");
-}
-
-TEST_F(SmallScreen, FewColours) {
-    expect_fit("1024x768x8");
+TEST_F(SmallScreen, LowAndWithFewColours) {
+    expect_fit("800x480x8");
 }
 
 } // namespace sys

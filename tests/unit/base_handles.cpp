@@ -27,55 +27,6 @@ TEST(Handles, StandForTheirPointerUntilDestroyed) {
     EXPECT_EQ(nba_create_handle(nullptr), 0U);
 }
 
-TEST(Handles, InitialiseForgetsButDoesNotRepeat) {
-    const NB_ULONG before = nba_create_handle(&objects[1]);
-    EXPECT_EQ(nba_hm_initialise(), 1);
-    EXPECT_EQ(nba_validate_handle(before), nullptr);
-    for (int count = 0; count < 1000; count++) {
-        EXPECT_NE(nba_create_handle(&objects[2]), before);
-    }
-    EXPECT_EQ(nba_validate_handle(before), nullptr);
-}
-
-TEST(Handles, AMillionWithAndWithoutReuse) {
-    constexpr size_t count = 1000000;
-    base::HandleTable table;
-    std::vector<NB_ULONG> handles(count);
-    for (size_t at = 0; at < count; at++) {
-        handles[at] = table.create(&objects[at % 64]);
-    }
-    ASSERT_EQ(table.live(), count);
-    for (size_t at = 0; at < count; at += 2) {
-        table.destroy(handles[at]);
-    }
-    for (size_t at = 0; at < count; at++) {
-        ASSERT_EQ(table.find(handles[at]), at % 2 ? &objects[at % 64] : nullptr);
-    }
-    // One slot used over and over: every value is new.
-    NB_ULONG last = handles.back();
-    for (size_t round = 0; round < count; round++) {
-        const NB_ULONG next = table.create(&objects[0]);
-        ASSERT_EQ(next, last + 1);
-        table.destroy(next);
-        last = next;
-    }
-}
-
-// The end of the range: 0 is never given out, and what is live is skipped.
-TEST(Handles, WrapAroundLiveOnes) {
-    base::HandleTable table(0xFFFFFFFE);
-    EXPECT_EQ(table.create(&objects[0]), 0xFFFFFFFEU);
-    EXPECT_EQ(table.create(&objects[1]), 0xFFFFFFFFU);
-    EXPECT_EQ(table.create(&objects[2]), 1U);
-
-    base::HandleTable again(0xFFFFFFFF);
-    again.create(&objects[0]);
-    const NB_ULONG kept = again.create(&objects[1]);
-    ASSERT_EQ(kept, 1U);
-    base::HandleTable copy = std::move(again);
-    EXPECT_EQ(copy.find(kept), &objects[1]);
-}
-
 TEST(Handles, RandomOperationsAgreeWithAMap) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE(seed);

@@ -96,27 +96,6 @@ TEST(Catalog, FallsBackToC) {
     EXPECT_EQ(first_message(), "common");
 }
 
-TEST(Catalog, MessagesAndNumbers) {
-    make_catalog("C", "common");
-    setenv("LANG", "C", 1);
-    NB_INT first = 0;
-    NB_INT second = 0;
-    ASSERT_EQ(v0_initialise_message_catalog(&first), 1);
-    ASSERT_EQ(v0_initialise_message_catalog(&second), 1);
-    EXPECT_NE(first, second);
-    v0_close_message_catalog(&first);
-    v0_close_message_catalog(&first);
-    EXPECT_STREQ(v0_get_message(second, 2, 3), "third");
-    EXPECT_EQ(v0_get_message(second, 2, 2), nullptr);
-    EXPECT_EQ(v0_get_message(second, 1, 1), nullptr);
-    EXPECT_EQ(v0_get_message(-1, 2, 1), nullptr);
-    EXPECT_EQ(v0_get_message(1000, 2, 1), nullptr);
-    v0_close_message_catalog(&second);
-    for (int round = 0; round < 100; round++) {
-        ASSERT_EQ(first_message(), "common") << "closed ones are given back";
-    }
-}
-
 TEST(Domain, SaysWhatTheFileSays) {
     const fs::path file = prefix / "etc/domain";
     EXPECT_EQ(vsm_is_client_server(), 0);

@@ -83,17 +83,6 @@ TEST_F(Log, NamesVerbsAndReturnCodes) {
     EXPECT_NE(last().find("error_code=3 request_code=20 text=\"BadWindow\""), std::string::npos);
 }
 
-TEST_F(Log, MissingFilesAreNamed) {
-    setenv("LANG", "fr_FR", 1);
-    setenv("UIDPATH", "/some/%U", 1);
-    nba_pd_print_problem(0x40020005, 3, nullptr);
-    EXPECT_NE(last().find("message catalogue could not be opened: "), std::string::npos) << last();
-    EXPECT_NE(last().find("/lib/nls/msg/fr_FR/sna.cat"), std::string::npos) << last();
-    EXPECT_NE(last().find("/lib/nls/msg/C/sna.cat"), std::string::npos) << last();
-    nba_pd_print_problem(0x40020006, 0, nullptr);
-    EXPECT_NE(last().find("UIDPATH is /some/%U"), std::string::npos) << last();
-}
-
 TEST_F(Log, Arrays) {
     const char name[] = "ETH0    ";
     const NB_UCHAR ebcdic[] = {0xD7, 0xE4, 0xF1, 0x40, 0x40, 0x40, 0x40, 0x40};
@@ -165,19 +154,6 @@ TEST_F(Log, WhatCannotBeWrittenGoesToStandardError) {
         const std::string text = ::testing::internal::GetCapturedStderr();
         EXPECT_NE(text.find(name), std::string::npos) << name;
     }
-}
-
-TEST_F(Log, AClosedStandardErrorDoesNotEndTheProcess) {
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const int saved = dup(STDERR_FILENO);
-    dup2(ends[1], STDERR_FILENO);
-    close(ends[0]);
-    close(ends[1]);
-    nba_pd_set_log(nullptr, NB_PD_ALL);
-    nba_pd_print_problem(1, 0, nullptr);
-    dup2(saved, STDERR_FILENO);
-    close(saved);
 }
 
 const NB_CHAR *fatal_text;

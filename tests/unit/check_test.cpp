@@ -157,69 +157,6 @@ TEST(Filters, ModeNamesAndTemplates) {
     });
 }
 
-// The first characters can be names or not; all else follows from single steps.
-bool valid(VGA_FILTER filter, const std::string &field) {
-    static const std::string upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-    static const std::string lower = "abcdefghijklmnopqrstuvwxyz";
-    static const std::string digits = "0123456789";
-    static const std::string first = upper + "@#$";
-    const auto name = [&field](const std::string &start, const std::string &rest) {
-        const std::string cut = field.substr(0, field.find_last_not_of(' ') + 1);
-        return cut.empty() || (start.find(cut[0]) != std::string::npos &&
-                               cut.find_first_not_of(rest, 1) == std::string::npos);
-    };
-    const auto no_blank = field.find(' ') == std::string::npos;
-    switch (filter) {
-    case VGA_FILTER_SIGNED_NUM:
-        return field.find_first_not_of(digits, field.starts_with('-') ? 1 : 0) == std::string::npos;
-    case VGA_FILTER_EBCDIC:
-        return no_blank && name(first, first + digits);
-    case VGA_FILTER_EBCDIC_LOWER:
-        return no_blank && name(first + lower, first + lower + digits);
-    case VGA_FILTER_MODE_NAME:
-        return name(first, first + digits);
-    case VGA_FILTER_LU_NAME_TEMPLATE:
-        return no_blank && name(first, first + digits + ".");
-    case VGA_FILTER_HEX:
-        return field.find_first_not_of(digits + "ABCDEF") == std::string::npos;
-    default:
-        return field.find_first_not_of(upper + lower + digits + "@#$.") == std::string::npos;
-    }
-}
-
-TEST(Filters, WhateverIsAcceptedLeavesAValidField) {
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
-    const auto below = [&random](size_t limit) {
-        return std::uniform_int_distribution<size_t>(0, limit - 1)(random);
-    };
-    static const std::string alphabet = "AZaz019 .-@#$[|_\xe9\n";
-    for (VGA_FILTER filter :
-         {VGA_FILTER_SIGNED_NUM, VGA_FILTER_HEX, VGA_FILTER_EBCDIC, VGA_FILTER_EBCDIC_LOWER,
-          VGA_FILTER_EBCDIC_AE, VGA_FILTER_EBCDIC_AE_PWD, VGA_FILTER_MODE_NAME,
-          VGA_FILTER_LU_NAME_TEMPLATE}) {
-        std::string field;
-        int accepted = 0;
-        for (int step = 0; step < 20000; step++) {
-            const size_t start = below(field.size() + 1);
-            const size_t end = start + below(std::min<size_t>(field.size() - start, 3) + 1);
-            std::string text;
-            for (size_t length = below(4); length > 0; length--) {
-                text += alphabet[below(alphabet.size())];
-            }
-            const std::optional<std::string> after = change(filter, field, start, end, text);
-            if (after.has_value()) {
-                accepted += !text.empty();
-                ASSERT_TRUE(valid(filter, *after))
-                    << "filter " << filter << ": \"" << field << "\" -> \"" << *after << '"';
-                field = after->size() > 12 ? "" : *after;
-            }
-        }
-        EXPECT_GT(accepted, 200) << "filter " << filter;
-    }
-}
-
 class MultiByte : public testing::Test {
 protected:
     void SetUp() override { ASSERT_NE(setlocale(LC_ALL, "C.UTF-8"), nullptr); }

@@ -78,20 +78,6 @@ TEST_F(Clash, TheFirstInOrderGivesTheCode) {
     EXPECT_EQ(found, expected);
 }
 
-TEST_F(Clash, ADisplayNameMustBeTheWholeName) {
-    gvga_variant_x = 1;
-    add_display_name(add_lu03(host, "LU1"), "TELLER");
-    add_display_name(add_lu03(host, "LU2"), "TELLER NORTH");
-    EXPECT_EQ(clash("TELLER", node), 6);
-    EXPECT_EQ(clash("TELL", node), 0);
-    EXPECT_EQ(clash("TELLER N", node), 0);
-}
-
-TEST_F(Clash, AnEmptyDomainHasNoNames) {
-    vga_delete_vga_node(node);
-    EXPECT_EQ(clash("NAME", nullptr), VGA_CLASH_NONE);
-}
-
 TEST_F(Clash, AQualifiedNameIsLocalInTheNodesNetworkOnly) {
     VGA_LU62 *lu = add_lu62(node, "PAYLU", "PAYROLL");
     VGA_LU62 *longest = add_lu62(node, "LU345678", "LONGEST");
@@ -127,16 +113,6 @@ protected:
         return vga_check_fq_name_plu_clash(EBCDIC<17>(name).bytes, node, type_given, type);
     }
 };
-
-TEST_F(Partner, OneThatIsNotDefinedIsPassedOver) {
-    add("NETA.EAST", "NETA.LEDGER", NAP_DIR_LU, 0);
-    add("NETA.EAST", "NETA.LEDGER", NAP_DIR_WILDCARD_LU, 1);
-    EXPECT_EQ(look_up("NETA.LEDGER"), nullptr)
-        << "the wildcard of the same system is not asked for once the LU was found";
-    VGA_REM_PLU *west = add("NETA.WEST", "NETA.LEDGER", NAP_DIR_LU, 1);
-    EXPECT_EQ(look_up("NETA.LEDGER"), west);
-    EXPECT_EQ(look_up("NETA.LEDGE"), nullptr);
-}
 
 TEST_F(Partner, AWildcardCountsWhereThereIsNoLu) {
     VGA_REM_PLU *wildcard = add("NETA.EAST", "NETA", NAP_DIR_WILDCARD_LU, 1);
@@ -221,22 +197,6 @@ TEST_F(Marks, AreSetAndCountedByKind) {
     vga_mark_sessions(2, nullptr, nullptr);
     EXPECT_EQ(marks(user), " 00") << "without a node there is nobody to ask";
     EXPECT_EQ(marks(other), " 00");
-}
-
-TEST_F(Marks, OnlyAChangedMarkIsDrawn) {
-    auto *first = static_cast<VGA_USER_SESSION *>(AVL_FIRST(user->session_tree));
-    auto drawn = [first] {
-        NB_USHORT was = first->gui_data.viewer.laid_out;
-        first->gui_data.viewer.laid_out = 1;
-        return was == 0;
-    };
-    drawn();
-    vga_mark_sessions(1, nullptr, nullptr);
-    EXPECT_TRUE(drawn());
-    vga_mark_sessions(1, nullptr, nullptr);
-    EXPECT_FALSE(drawn());
-    vga_unmark_sessions(1);
-    EXPECT_TRUE(drawn());
 }
 
 } // namespace

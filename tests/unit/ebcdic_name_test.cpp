@@ -57,13 +57,6 @@ TEST(EbcdicName, FromText) {
     }
 }
 
-TEST(EbcdicName, ReadsNoFurtherThanTheName) {
-    const std::vector<NB_CHAR> unterminated = {'l', '-', '-', '1'};
-    NB_UCHAR out[4];
-    EXPECT_EQ(v0_generate_ebcdic_a_name(unterminated.data(), 4, out), 1);
-    EXPECT_EQ(std::string(out, out + 4), "\xD3\xF1\x40\x40");
-}
-
 TEST(EbcdicName, NullPointersAreReported) {
     REPORTS reports;
     NB_UCHAR out[8];

@@ -1,18 +1,115 @@
 // The lines of every type: no record, whatever it holds, breaks the columns of its list.
-#include "linesupport.h"
+#include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
+
 #include "scriptednof.h"
+#include "testrecords.h"
+#include "vgadsadd.h"
+#include "vgadsdel.h"
 #include "vgagraph.h"
-#include "vganodws.h"
+#include "vgalinrs.h"
+#include "vgamsgs.h"
+#include "vgatypes.h"
+#include "vgawtype.h"
 #include <algorithm>
 #include <clocale>
+#include <cstring>
+#include <filesystem>
+#include <functional>
 #include <map>
+#include <nl_types.h>
+#include <string>
+#include <tuple>
+#include <vector>
 
 SCRIPTED_NOF_ENTRY
 
 namespace {
 
-class LineTypes : public LineTest {
+// A line as its list has it: where its texts begin, and the texts.
+struct PARTS {
+    std::vector<unsigned long> columns;
+    std::vector<std::string> texts;
+
+    std::string joined() const {
+        std::string all;
+        for (const std::string &text : texts) {
+            all += (&text == &texts.front() ? "" : "|") + text;
+        }
+        return all;
+    }
+};
+
+PARTS parts_of(NB_USHORT type, NB_VOID *record) {
+    NB_CHAR buffer[VGA_VIEWER_TEXT_BUFFER + 1];
+    const VGA_VIEWER_DESC &desc = gvga_viewer_types[type];
+    const NB_USHORT length = desc.create_text(record, buffer);
+    EXPECT_LT(length, VGA_VIEWER_MAX_TEXT_LENGTH) << type;
+    std::string text(buffer, length);
+    PARTS parts;
+    parts.columns.push_back(desc.level * 8UL);
+    for (size_t from = 0; (from = text.find("%t", from)) != std::string::npos;) {
+        size_t digits = text.find_first_not_of("0123456789", from + 2);
+        if (digits == from + 2) {
+            from = digits;
+            continue;
+        }
+        parts.texts.push_back(text.substr(0, from));
+        parts.columns.push_back(desc.level * 8UL + std::stoul(text.substr(from + 2)));
+        text.erase(0, digits + (text[digits] == '%' ? 1 : 0));
+        from = 0;
+    }
+    parts.texts.push_back(text);
+    return parts;
+}
+
+template <size_t Width> void text(NB_UCHAR (&field)[Width], const char *value) {
+    memset(field, 0, Width);
+    memcpy(field, value, strlen(value));
+}
+
+class LineTypes : public testing::Test {
 protected:
+    static void SetUpTestSuite() {
+        nba_pd_set_log("/dev/null", NB_PD_ALL);
+        const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+        const nl_catd catalogue = catopen((folder / "../lib/nls/msg/C/sna.cat").c_str(), 0);
+        ASSERT_NE(catalogue, reinterpret_cast<nl_catd>(-1));
+        for (int number = 1; number <= VGA_MESSAGE_COUNT; ++number) {
+            texts[number] = catgets(catalogue, VGA_MESSAGE_SET, number, "");
+            gvga_messages[number] = texts[number].c_str();
+        }
+        catclose(catalogue);
+    }
+    static void TearDownTestSuite() { memset(gvga_messages, 0, sizeof(gvga_messages)); }
+
+    void SetUp() override {
+        gvga_system = vga_init_vga_system();
+        auto entry = new_entry<NAP_NODE_ALL_DATA>();
+        text(entry.node_name, "berlin");
+        entry.info.node_state = NAP_NODE_ACTIVE;
+        node = vga_insert_vga_node(vga_init_vga_node(&entry));
+        set_ebcdic(node->node_data.info.fq_cp_name, "NETA.BERLIN");
+    }
+    void TearDown() override {
+        for (auto free_one = made.rbegin(); free_one != made.rend(); ++free_one) {
+            (*free_one)();
+        }
+        made.clear();
+        vga_destroy_data_structures();
+    }
+
+    // A record outside the indexes, freed with the test.
+    template <class Record, class Owner> Record *keep(Owner *owner, const NB_VOID *entry) {
+        Record *record = vga_init_record<Record>(owner, entry);
+        made.push_back([record] {
+            if constexpr (requires { record->viewer_root; }) {
+                vga_viewer_destroy_root(&record->viewer_root);
+            }
+            vga_free_record(record);
+        });
+        return record;
+    }
+
     // A record whose entry has `byte` everywhere but in its length, which is that of the whole
     // structure or, `cut`, of the least that a list may hold.
     template <class Record, class Owner> Record *filled(Owner *owner, NB_UCHAR byte, bool cut) {
@@ -27,6 +124,11 @@ protected:
     }
 
     std::map<NB_USHORT, NB_VOID *> all_types(NB_UCHAR byte, bool cut);
+
+    VGA_NODE *node = nullptr;
+    VGA_USER_STATUS status = {};
+    std::vector<std::function<void()>> made;
+    static inline std::string texts[VGA_MESSAGE_COUNT + 1];
 };
 
 // The record of a line of each of the 43 types.
@@ -164,7 +266,7 @@ TEST_F(LineTypes, AnyRecordKeepsTheColumnsOfItsList) {
 }
 
 TEST_F(LineTypes, TextsAreCutAtTheirColumnsAndMadeHarmless) {
-    auto entry = blank_entry<NAP_TN_REDIRECT_DATA>();
+    auto entry = new_entry<NAP_TN_REDIRECT_DATA>();
     entry.address_type = NAP_TN_ADDRESS_NAME;
     entry.client_port = 65535;
     memset(entry.client_address, 'c', sizeof(entry.client_address));
@@ -185,99 +287,109 @@ TEST_F(LineTypes, TextsAreCutAtTheirColumnsAndMadeHarmless) {
     EXPECT_EQ(parts.texts[2], "a?b");
 }
 
-TEST_F(LineTypes, TitlesShowWholeHeadings) {
-    const std::pair<NB_USHORT, const char *> cases[] = {
-        {VGA_VIEWER_USTAD_TITLE, "User|Session|Status|LU|Node"},
-        {VGA_VIEWER_TN_SESS_TITLE, "Client|Port|Display LU|Printer LU|Protocol|SSL|Description"},
-        {VGA_VIEWER_SL_SEC_TITLE, "Local LU|Partner LU|Verification|Description"},
-        {VGA_VIEWER_TN_ASSOC_TITLE, "Display LU|Printer LU|Description"},
-        {VGA_VIEWER_RTP_CONN_TITLE, "Connection|Status|Remote node|Over link|COS|Sessions|Route"},
-        {VGA_VIEWER_LS_R_TITLE, "Routing to partner LU|Over link|Description"},
-        {VGA_VIEWER_APPCIP_SESS_TITLE,
-         "Number|Status|Local LU|Partner LU|Mode|Remote address|Set up by"},
-        {VGA_VIEWER_TN_REDIRECT_TITLE,
-         "Client|Port|Host|Host port|Client SSL|Host SSL|Description"},
+// What a line says depends on several fields, on what an entry has of what it counts, or on
+// nothing.
+TEST_F(LineTypes, WordsFollowTheFieldsThatTheyDependOn) {
+    auto tp = new_entry<NAP_TP_DATA>();
+    set_ebcdic(tp.tp_name, "ORDERS_RECEIVE");
+    const std::tuple<NB_UCHAR, NB_UCHAR, const char *, const char *> securities[] = {
+        {0, 0, "CLERKS", "No security"},
+        {1, 0, "CLERKS", "Password"},
+        {1, 1, "", "Password"},
+        {1, 1, "FOURTEENLETTER", "List FOURTEENLETTER"},
     };
-    for (const auto &[type, expected] : cases) {
-        EXPECT_EQ(parts_of(type, nullptr).joined(), expected);
-        EXPECT_NE(gvga_viewer_types[type].decor_cb, nullptr);
+    for (const auto &[needed, looked_at, list, expected] : securities) {
+        tp.def_data.conv_security = needed;
+        tp.def_data.security_access = looked_at;
+        set_local(tp.def_data.list_name, list);
+        EXPECT_EQ(parts_of(VGA_VIEWER_TP_DEF, keep<VGA_TP_DEF>(node, &tp)).joined(),
+                  std::string("ORDERS_RECEIVE|Disabled|") + expected + "|");
+    }
+
+    auto list = new_entry<NAP_ACCESS_LIST_DATA>();
+    list.overlay_size = offsetof(NAP_ACCESS_LIST_DATA, def_data.users[2]);
+    for (const NB_USHORT count : {0, 2, 65535}) {
+        list.def_data.num_users = count;
+        EXPECT_EQ(parts_of(VGA_VIEWER_ACCESS_LIST, keep<VGA_ACCESS_LIST>(node, &list)).texts[1],
+                  count == 0 ? "0 users" : "2 users");
+    }
+
+    auto rje = new_entry<NAP_RJE_DATA>();
+    set_local(rje.workstation_name, "WS01");
+    set_ebcdic(rje.def_data.lu_names[0], "RJELU001");
+    rje.def_data.num_lus = 255;
+    EXPECT_EQ(parts_of(VGA_VIEWER_RJE, keep<VGA_RJE_WKSTN>(gvga_system, &rje)).joined(),
+              "WS01|Any node||RJELU001    |");
+
+    auto client = new_entry<NAP_TN_ACCESS_DATA>();
+    client.address_type = NAP_TN_DEFAULT_RECORD;
+    text(client.def_data.description, "Everybody");
+    NAP_TN_SESSION session = {};
+    set_ebcdic(session.display_lu_name, "PUBLIC");
+    set_ebcdic(session.printer_lu_name, "");
+    session.tn3270_support = 1;
+    session.ssl_enabled = 2;
+    auto *everybody = keep<VGA_TN_CLIENT>(node, &client);
+    EXPECT_EQ(parts_of(VGA_VIEWER_TN_SESS, keep<VGA_TN_SESS>(everybody, &session)).joined(),
+              "Default|Default|PUBLIC||TN3270E|Certificate|Everybody");
+}
+
+TEST_F(LineTypes, UsersAndTheirSessions) {
+    auto user = new_entry<NAP_USER_DATA>();
+    user.overlay_size = offsetof(NAP_USER_DATA, def_data.sessions);
+    memset(user.user_name, 'u', sizeof(user.user_name));
+    user.def_data.num_sessions = 3; // but the entry has none
+    user.def_data.is_group = 1;
+    auto *owner = keep<VGA_USER>(gvga_system, &user);
+    EXPECT_EQ(parts_of(VGA_VIEWER_USER, owner).joined(),
+              "uuuuuuuuuuuuuuuuuuuuuuuuu|Group|0 sessions|No limit|");
+    EXPECT_EQ(gvga_viewer_types[VGA_VIEWER_USER].choose_icon(owner), VGA_ICON_USERGROUP);
+
+    NAP_USER_SESSION session = {};
+    set_local(session.session_name, "SESS1");
+    set_ebcdic(session.lu_name, "POOL1");
+    set_ebcdic(session.fqplu_name, "NETA.AS400");
+    const struct {
+        NB_UCHAR session_class, type, model;
+        NB_USHORT icon;
+        const char *expected;
+    } cases[] = {
+        {NAP_USER_SESSION_3270, NAP_SESSION_DISPLAY, NAP_LU_3270_DISPLAY_MODEL_4, VGA_ICON_DISP3270,
+         "SESS1|3270 model 4|POOL1|LU missing|"},
+        {NAP_USER_SESSION_3270, NAP_SESSION_DISPLAY, 200, VGA_ICON_DISP3270,
+         "SESS1|3270 model 2|POOL1|LU missing|"},
+        {NAP_USER_SESSION_3270, NAP_SESSION_PRINTER, NAP_LU_3270_DISPLAY_MODEL_4,
+         VGA_ICON_PRINT3270, "SESS1|3270 printer|POOL1|LU missing|"},
+        {NAP_USER_SESSION_5250, 9, 0, VGA_ICON_LU5250, "SESS1|Unknown|NETA.AS400|LU missing|"},
+    };
+    for (const auto &row : cases) {
+        session.session_class = row.session_class;
+        session.session_type = row.type;
+        session.model = row.model;
+        auto *record = keep<VGA_USER_SESSION>(owner, &session);
+        EXPECT_EQ(parts_of(VGA_VIEWER_USER_SESS, record).joined(), row.expected);
+        EXPECT_EQ(gvga_viewer_types[VGA_VIEWER_USER_SESS].choose_icon(record), row.icon);
+        record->mark = 1;
+        EXPECT_EQ(parts_of(VGA_VIEWER_USER_SESS, record).texts[3], "Available");
     }
 }
 
-TEST_F(LineTypes, IconsAreTheOnesOfTheirNames) {
-    const std::pair<NB_USHORT, const char *> cases[] = {
-        {VGA_ICON_PORTSDLC, "portsdlc"},
-        {VGA_ICON_LU03, "lu03"},
-        {VGA_ICON_USER, "user"},
-        {VGA_ICON_POOL, "pool"},
-        {VGA_ICON_CPIC, "cpic"},
-        {VGA_ICON_MODE, "mode"},
-        {VGA_ICON_RJEW, "rjew"},
-        {VGA_ICON_DISP3270, "disp3270"},
-        {VGA_ICON_PRINT3270, "print3270"},
-        {VGA_ICON_DISP5250, "disp5250"},
-        {VGA_ICON_PRINT5250, "print5250"},
-        {VGA_ICON_USERGROUP, "usergroup"},
-        {VGA_ICON_TNCLIENT, "tnclient"},
-        {VGA_ICON_CONVSEC, "convsec"},
-        {VGA_ICON_SESSSEC, "sesssec"},
-        {VGA_ICON_POOLLU03, "poollu03"},
-        {VGA_ICON_LU3270, "lu3270"},
-        {VGA_ICON_LU5250, "lu5250"},
-        {VGA_ICON_TNASSOC, "tnassoc"},
-        {VGA_ICON_RTPCONN, "rtpconn"},
-        {VGA_ICON_LSRT, "lsrt"},
-        {VGA_ICON_LSR, "lsr"},
-        {VGA_ICON_APPCIP, "appcip"},
-        {VGA_ICON_ACCLIST, "acclist"},
-        {VGA_ICON_TPDEF, "tpdef"},
-        {VGA_ICON_TPLOAD, "tpload"},
-        {VGA_ICON_TNREDIRECT, "tnredirect"},
-    };
-    for (const auto &[icon, name] : cases) {
-        EXPECT_STREQ(gvga_pixmap_names[icon], name);
-    }
-}
-
-// Events of the node window's lines.
-
-TEST_F(LineTypes, LinesOfTheNodeWindowCanBeSelected) {
-    auto data = blank_entry<NAP_LOCAL_LU_DATA>();
-    set_ebcdic(data.lu_name, "ORDERS");
-    VGA_LU62 *lu = vga_insert_vga_lu62(vga_init_vga_lu62(node, &data));
-    std::vector<VGA_LS_ROUTING *> routings;
-    for (const char *partner : {"NETA.A", "NETA.B"}) {
-        auto entry = blank_entry<NAP_LS_ROUTING_DATA>();
-        set_ebcdic(entry.lu_name, "ORDERS");
-        set_ebcdic(entry.fqplu_name, partner);
-        routings.push_back(vga_insert_vga_ls_routing(vga_init_vga_ls_routing(lu, &entry)));
-    }
-    const VGA_VIEWER_DESC &line = gvga_viewer_types[VGA_VIEWER_LS_R];
-    const VGA_VIEWER_DESC &title = gvga_viewer_types[VGA_VIEWER_LS_R_TITLE];
-    const VGA_VIEWER_ROOT &root = node->local_lu_root;
-
-    title.arm_cb(lu, nullptr);
-    EXPECT_EQ(root.select_type, VGA_VIEWER_LS_R_TITLE);
-    EXPECT_TRUE(lu->routing_title.selected);
-    line.arm_cb(routings[0], nullptr);
-    EXPECT_EQ(root.select_type, VGA_VIEWER_LS_R);
-    EXPECT_FALSE(lu->routing_title.selected);
-    line.drag_cb(routings[1], 1, 0);
-    EXPECT_EQ(root.select_count, 2);
-    title.drag_cb(lu, 1, 0);
-    EXPECT_EQ(root.select_count, 2);
-    EXPECT_EQ(title.activate_cb, nullptr);
-
-    VGA_NODEW_SITUATION situation{};
-    situation.node = node;
-    situation.type = root.select_type;
-    situation.count = 1;
-    situation.defined = 1;
-    EXPECT_TRUE(vga_nodew_allows(situation, VGA_NODEW_ZOOM));
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_START));
-    situation.type = VGA_VIEWER_LS_R_TITLE;
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_ZOOM));
-    EXPECT_FALSE(vga_nodew_allows(situation, VGA_NODEW_DELETE));
+TEST_F(LineTypes, PoolsCountWhatIsInThem) {
+    auto entry = new_entry<NAP_LU_POOL_DATA>();
+    set_ebcdic(entry.pool_name, "PUBLIC");
+    set_ebcdic(entry.lu_name, "");
+    VGA_POOL *pool = vga_insert_vga_pool(vga_init_vga_pool(node, &entry));
+    EXPECT_EQ(parts_of(VGA_VIEWER_POOL, pool->sys_pool).joined(), "PUBLIC|0 LUs|Nodes: 1|");
+    set_ebcdic(entry.lu_name, "LU0001");
+    set_ebcdic(entry.pu_name, "HOSTPU");
+    entry.lu_active = 1;
+    VGA_POOL_LU *lu = vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pool, &entry));
+    EXPECT_EQ(parts_of(VGA_VIEWER_POOL, pool->sys_pool).texts[1], "1 LUs");
+    EXPECT_EQ(parts_of(VGA_VIEWER_POOL_LU, lu).joined(), "LU0001|SSCP|HOSTPU|berlin");
+    pool->sys_pool->gui_data.viewer.laid_out = 1;
+    vga_delete_vga_pool_lu(lu);
+    EXPECT_EQ(pool->sys_pool->gui_data.viewer.laid_out, 0);
+    EXPECT_EQ(parts_of(VGA_VIEWER_POOL, pool->sys_pool).texts[1], "0 LUs");
 }
 
 } // namespace

@@ -1,5 +1,4 @@
-// What the tests of the verb interface library share: a scripted node on a socket, in one process,
-// and a main loop made of poll() that drives the library.
+// What the tests of the verb interface library share: a scripted node on a socket, in one process.
 #ifndef LINKSUPPORT_H
 #define LINKSUPPORT_H
 
@@ -7,15 +6,13 @@
 #include "nof.h"
 #include "nofverbs.h"
 #include "nofwire.h"
+#include "pollloop.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
-#include <map>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <vector>
@@ -23,6 +20,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using namespace pollloop;
 using Bytes = std::vector<NB_UCHAR>;
 using Numbers = std::vector<NB_ULONG>;
 
@@ -38,60 +36,8 @@ template <typename Record> Record from_bytes(const Bytes &bytes) {
     return record;
 }
 
-// The main loop.
-
-struct Watched {
-    NB_INT fd;
-    short events;
-    NB_INPUT_PROC proc;
-    NB_VOID *data;
-};
-
-std::map<unsigned long, Watched> inputs;
-
-unsigned long add_input(NB_VOID *, NB_INT fd, NB_VOID *condition, NB_INPUT_PROC proc,
-                        NB_VOID *data) {
-    static unsigned long last = 0;
-    const bool reading = reinterpret_cast<uintptr_t>(condition) == 1;
-    inputs[++last] = {fd, static_cast<short>(reading ? POLLIN : POLLOUT), proc, data};
-    return last;
-}
-
-NB_VOID remove_input(unsigned long id) {
-    inputs.erase(id);
-}
-
-// Waits for one ready input at most, and calls it.
-bool round_of_loop(int timeout_ms) {
-    const std::vector<std::pair<unsigned long, Watched>> watched(inputs.begin(), inputs.end());
-    std::vector<pollfd> fds;
-    for (const auto &[id, input] : watched) {
-        fds.push_back({input.fd, input.events, 0});
-    }
-    poll(fds.data(), fds.size(), timeout_ms);
-    for (size_t at = 0; at < fds.size(); at++) {
-        if (fds[at].revents != 0) {
-            unsigned long id = watched[at].first;
-            watched[at].second.proc(watched[at].second.data, &fds[at].fd, &id);
-            return true;
-        }
-    }
-    return false;
-}
-
-bool until(const std::function<bool()> &condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        round_of_loop(1);
-    }
-    return true;
-}
-
 void settle() {
-    while (round_of_loop(0)) {
+    while (round_of_loop(0) != 0) {
     }
 }
 

@@ -201,43 +201,6 @@ def read_constants(text):
     return out
 
 
-SELF_TEST_MESSAGES = {7: [], 8: ["s", "i"], 9: ["cs"], 10: ["l", "l"], 11: ["lx"]}
-SELF_TEST_CONSTANTS = "enum { VGA_MSG_SEVEN = 7, /* x = 1, */ VGA_MSG_EIGHT };"
-SELF_TEST = (  # source text, faults in it
-    ("NB_VOID vga_print_msg(NB_CHAR *out, NB_USHORT n, NB_USHORT n, const NB_CHAR *t, ...);", 0),
-    ("extern const NB_CHAR *gvga_messages[1484];", 0),
-    ("vga_print_msg(out, sizeof(out), 7, nullptr);", 0),
-    ("vga_print_msg(out, f(a, ')'), 99, \"\");", 1),
-    ("vga_print_msg(out, n,\n    VGA_MSG_EIGHT, // the, place\n    \"s l\", \"a,b\", 1);", 0),
-    ("vga_print_msg(out, n, VGA_MSG_EIGHT, \"s\", name);", 1),
-    ("vga_print_msg(out, n, VGA_MSG_EIGHT, \"s i\", name);", 1),
-    ("vga_print_msg(out, n, x ? VGA_MSG_SEVEN : ns::VGA_MSG_EIGHT, \"\");", 1),
-    ("vga_display_info_dialog(p, 9, \"nodedead\", cb, 0, \"cs\", 128, node->name);", 0),
-    ("vga_display_info_dialog(p, 9, \"nodedead\", cb, 0, \"s\", node->name);", 1),
-    ("vga_display_error_dialog(p, 11, \"key\", nullptr, nullptr, \"i\", rc);", 1),
-    ("vga_display_confirm_dialog(p, static_cast<NB_USHORT>(VGA_MSG_SEVEN + 5), \"k\");", 1),
-    ("/* vga_message(99) */ text = \"vga_\" R\"(\")\"; return vga_message((99));", 1),
-    ("return gvga_messages[VGA_MSG_SEVEN][0] ? gvga_messages[ii] : gvga_messages[12];", 1),
-    ("vga_check_field(p, f, 0, 9'999, 7, \"k\", 10, \"k\", &value);", 0),
-    ("vga_check_field(p, f, 0, max, 10, \"k\", 7, \"k\", &value);", 2),
-    ("vga_message_node_window(desc, on ? 7 : 0);", 0),
-)
-
-
-def self_test():
-    """A checker that recognises nothing finds no faults, so it is tried on known ones first."""
-    known = {name: value for name, (value, _) in read_constants(SELF_TEST_CONSTANTS).items()}
-    wrong = []
-    if known != {"VGA_MSG_SEVEN": 7, "VGA_MSG_EIGHT": 8}:
-        wrong.append(f"self-test: constants {known}")
-    for text, expected in SELF_TEST:
-        checker = Checker(SELF_TEST_MESSAGES, known)
-        checker.check_source("self-test", text)
-        if len(checker.faults) != expected:
-            wrong.append(f"self-test: {expected} faults expected in: {text}\n{checker.faults}")
-    return wrong
-
-
 def load_mkcat(root):
     spec = importlib.util.spec_from_file_location("mkcat", root / "resources/messages/mkcat.py")
     module = importlib.util.module_from_spec(spec)
@@ -263,7 +226,7 @@ def main(arguments):
     for path in sorted(path for path in (root / "vga").rglob("*") if path.suffix in SOURCES):
         checker.check_source(path.relative_to(root), path.read_text(encoding="utf-8"))
 
-    faults += self_test() + checker.faults
+    faults += checker.faults
     if not checker.uses:
         faults.append("vga: no use of a message was found")
     for fault in faults:

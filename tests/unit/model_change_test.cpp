@@ -155,4 +155,57 @@ TEST_F(ModelChange, ARedefinedLuLeavesItsOldPool) {
     check_model();
 }
 
+/* A user with two sessions, of which the count says ten; read again with one of them, the other
+ * goes and the first stays what it was. */
+TEST_F(ModelChange, ItemsThatAnEntryDoesNotHaveAreNotMade) {
+    auto entry = new_entry<NAP_USER_DATA>();
+    set_local(entry.user_name, "teller");
+    entry.def_data.num_sessions = NAP_MAX_USER_SESSIONS;
+    set_local(entry.def_data.sessions[0].session_name, "SESS1");
+    set_local(entry.def_data.sessions[1].session_name, "SESS2");
+    entry.overlay_size = offsetof(NAP_USER_DATA, def_data.sessions) + 2 * sizeof(NAP_USER_SESSION);
+    entry.overlay_size = static_cast<NB_USHORT>((entry.overlay_size + 3) & ~3);
+    VGA_USER *user = vga_insert_vga_user(vga_init_vga_user(gvga_system, &entry));
+    EXPECT_EQ(ntl_avl_validate(&user->session_tree), 2);
+    auto *kept = static_cast<VGA_USER_SESSION *>(AVL_FIRST(user->session_tree));
+    const NB_ULONG handle = kept->handle;
+    entry.def_data.num_sessions = 1;
+    EXPECT_EQ(vga_insert_vga_user(vga_init_vga_user(gvga_system, &entry)), user);
+    EXPECT_EQ(ntl_avl_validate(&user->session_tree), 1);
+    EXPECT_EQ(nba_validate_handle(handle), kept);
+}
+
+TEST_F(ModelChange, AKnownPortKeepsItsIdentityAndStatus) {
+    port->vcb->det_data.port_state = NAP_ACTIVE;
+    const NB_ULONG handle = port->handle;
+    auto entry = port_entry("eth0");
+    entry.def_data.port_number = 9;
+    EXPECT_EQ(vga_insert_vga_port(vga_init_vga_port(dlc, &entry)), port);
+    const NAP_PORT_DATA merged = *port->vcb;
+    EXPECT_EQ(merged.det_data.port_state, NB_ULONG{NAP_ACTIVE});
+    EXPECT_EQ(merged.def_data.port_number, 9);
+    EXPECT_EQ(nba_validate_handle(handle), port);
+}
+
+TEST_F(ModelChange, UserModesStayAndClassesOfServiceAreReset) {
+    EXPECT_TRUE(vga_init_sna_modes(node));
+    EXPECT_TRUE(vga_init_sna_cos(node));
+    auto entry = new_entry<NAP_MODE_DEF_DATA>();
+    entry.overlay_size = sizeof(entry);
+    set_ebcdic(entry.mode_name, "#INTER");
+    entry.mode_chars.max_neg_sess_lim = 99;
+    VGA_MODE_DEF *mode = vga_insert_vga_mode_def(vga_init_vga_mode_def(node, &entry));
+    auto cos = new_entry<NAP_COS_DATA>();
+    set_ebcdic(cos.cos_name, "#BATCH");
+    cos.def_data.transmission_priority = 3;
+    VGA_COS *record = vga_insert_vga_cos(vga_init_vga_cos(node, &cos));
+    EXPECT_TRUE(vga_init_sna_modes(node));
+    EXPECT_TRUE(vga_init_sna_cos(node));
+    NAP_MODE_CHARS chars = mode->vcb->mode_chars;
+    NAP_COS_DATA reset = *record->vcb;
+    EXPECT_EQ(chars.max_neg_sess_lim, 99);
+    EXPECT_EQ(reset.def_data.transmission_priority, 0);
+    EXPECT_EQ(reset.record_type, NAP_COS_SNA_DEFINED);
+}
+
 } // namespace

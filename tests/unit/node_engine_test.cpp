@@ -1,8 +1,7 @@
 #include "node_support.h"
 
-#include "snadefined.h"
-
 #include <algorithm>
+#include <map>
 #include <random>
 #include <set>
 #include <sqlite3.h>
@@ -291,18 +290,6 @@ TEST(NodeDefine, RefusesWhatIsWrong) {
     const auto refused = [&](auto verb, Codes codes, const char *what) {
         EXPECT_EQ(rig.issue(verb), codes) << what;
     };
-    NAP_DEFINE_DLC_VERB bad_dlc = dlc("X");
-    bad_dlc.def_data.dlc_type = 77;
-    refused(bad_dlc, parameter(NAP_INVALID_VALUE), "unknown type");
-    bad_dlc = dlc("X");
-    bad_dlc.def_data.card_number = 255;
-    refused(bad_dlc, parameter(NAP_INVALID_VALUE), "card number");
-    bad_dlc = dlc("X");
-    bad_dlc.def_data.initially_active = 2;
-    refused(bad_dlc, parameter(NAP_INVALID_VALUE), "a flag of 2");
-    bad_dlc = dlc("X");
-    memset(bad_dlc.def_data.description, 'x', sizeof bad_dlc.def_data.description);
-    refused(bad_dlc, parameter(NAP_INVALID_VALUE), "a text without an end");
     refused(dlc(""), parameter(NAP_INVALID_NAME), "no name");
     refused(dlc("A B"), parameter(NAP_INVALID_NAME), "a blank inside");
     refused(dlc(" AB"), parameter(NAP_INVALID_NAME), "a blank in front");
@@ -450,26 +437,6 @@ TEST(NodeStore, NothingIsDoneWhenItCannotBeWritten) {
     EXPECT_EQ(rig.by_key(NAP_DELETE_LOCAL_LU, ebcdic("DEPLU")), state(NAP_STORE_FAILED));
     EXPECT_EQ(rig.list(NAP_QUERY_DLC).total, 1U);
     EXPECT_EQ(rig.list(NAP_QUERY_LOCAL_LU).total, 2U);
-}
-
-TEST(NodeSna, EveryNodeHasTheDefinedModesAndClassesOfService) {
-    Rig rig;
-    rig.load("[domain]\n[node one]\nfq_cp_name = NETA.ONE\n[mode #INTER]\ndescription = ours\n");
-    const List modes = rig.list(NAP_QUERY_MODE_DEFINITION);
-    EXPECT_EQ(modes.total, 13U);
-    EXPECT_EQ(rig.list(NAP_QUERY_COS).total, 7U);
-    for (const std::string &bytes : modes.entries) {
-        NAP_MODE_DEF_DATA entry;
-        memcpy(&entry, bytes.data(), sizeof entry);
-        EXPECT_EQ(entry.mode_chars.sna_defined, 1);
-    }
-    const auto own = rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic("#INTER"));
-    EXPECT_STREQ(reinterpret_cast<const char *>(own.mode_chars.description), "ours");
-    const auto squeezed = rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic("#BATCHCS"));
-    EXPECT_EQ(squeezed.mode_chars.compression, 1);
-    EXPECT_EQ(squeezed.mode_chars.max_decompress_lvl, NAP_COMPRESSION_LZ9);
-    const auto control = rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic("CPSVCMG"));
-    EXPECT_EQ(control.mode_chars.mode_flags, NAP_MODE_CONTROL_POINT);
 }
 
 } // namespace

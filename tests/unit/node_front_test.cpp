@@ -57,7 +57,6 @@ public:
         }
     }
     ~Client() { close(fd_); }
-    bool connected() const { return connected_; }
 
     /* The next frame; false at the end of the stream, at garbage, and when none comes. */
     bool receive(Frame &frame, int wait_ms = WAIT_MS) {
@@ -460,13 +459,6 @@ TEST(NodeFront, CopiesOfDomainAndProgramVerbs) {
     EXPECT_EQ(one.issue(domain.target_handle, rje), OK_CODES);
     ASSERT_TRUE(two.hear(NAP_DEFINE_RJE_WKSTN, rje));
     EXPECT_EQ(rje.primary_rc, NAP_INDICATION);
-    NAP_QUERY_LOGGING_VERB logger = {};
-    logger.opcode = NAP_SET_CENTRAL_LOGGER;
-    strcpy(reinterpret_cast<char *>(logger.node_name), "nosuch");
-    EXPECT_EQ(one.issue(domain.target_handle, logger), parameter(NAP_UNKNOWN_RESOURCE));
-    strcpy(reinterpret_cast<char *>(logger.node_name), "two");
-    EXPECT_EQ(one.issue(domain.target_handle, logger), OK_CODES);
-    ASSERT_TRUE(two.hear(NAP_SET_CENTRAL_LOGGER, logger));
     NAP_OPEN_FILE_VERB programs = {};
     programs.opcode = NAP_OPEN_FILE;
     programs.file = NAP_TP_LOAD_FILE;
@@ -482,28 +474,6 @@ TEST(NodeFront, CopiesOfDomainAndProgramVerbs) {
     EXPECT_EQ(one.total, 1U);
     ASSERT_TRUE(two.hear(NAP_DEFINE_TP_LOAD_INFO, load));
     EXPECT_TRUE(two.heard.empty());
-}
-
-TEST(NodeFront, FaultsOnDemand) {
-    Running node;
-    node.stop();
-    node.write("faults", "fail NAP_QUERY_DLC 0x200 0x5545 1\ndelay 1 NAP_QUERY_PORT\n");
-    node.start();
-    Client client(node.socket());
-    const NB_ULONG target = client.join("one");
-    EXPECT_EQ(client.query(target, NAP_QUERY_DLC), state(NAP_RESOURCE_ACTIVE));
-    EXPECT_EQ(client.query(target, NAP_QUERY_DLC), OK_CODES);
-    EXPECT_EQ(client.query(target, NAP_QUERY_PORT), OK_CODES);
-    node.write("faults", "garbage after 1 verbs\ndrop after 2 verbs\n");
-    kill(node.pid, SIGHUP);
-    Frame frame;
-    for (int tries = 0; client.query(0, NAP_QUERY_NODE_ALL) == OK_CODES && tries < 1000; tries++) {
-    }
-    EXPECT_FALSE(client.receive(frame));
-    Client next(node.socket());
-    EXPECT_EQ(next.query(0, NAP_QUERY_NODE_ALL), (Codes{0, 0xDEAD})) << "dropped";
-    Client third(node.socket());
-    EXPECT_EQ(third.query(0, NAP_QUERY_NODE_ALL), OK_CODES);
 }
 
 TEST(NodeFront, OthersMayOnlyLook) {
@@ -528,16 +498,6 @@ TEST(NodeFront, OthersMayOnlyLook) {
     int status = -1;
     waitpid(looker, &status, 0);
     EXPECT_EQ(status, 0);
-}
-
-TEST(NodeFront, ADomainWithoutAConfiguration) {
-    Running node("[domain]\ndomain_config = no\n[node one]\nfq_cp_name = NETA.ONE\n");
-    Client client(node.socket());
-    EXPECT_EQ(node.printed, "snanode: domain pair ready\n") << "the name of the file";
-    client.open(NAP_SYSTEM_FILE, state(NAP_NO_DOMAIN_CONFIG));
-    client.open(NAP_NETWORK_FILE, state(NAP_NO_DOMAIN_CONFIG));
-    EXPECT_EQ(client.query(client.join(""), NAP_QUERY_MODE_DEFINITION), OK_CODES);
-    EXPECT_EQ(client.total, 13U);
 }
 
 } // namespace

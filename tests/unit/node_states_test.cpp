@@ -52,23 +52,6 @@ TEST_F(NodeStates, ComeUpFromTheBottom) {
     EXPECT_EQ(rig.entry<NAP_PORT_DATA>(node::CLASS_PORT, local8("ETH0")).det_data.active_links, 2U);
 }
 
-TEST_F(NodeStates, AnIndicationSaysWhatTheListSays) {
-    rig.pass(5000);
-    std::map<std::string, NAP_RESOURCE_INDICATION> last;
-    for (const NAP_RESOURCE_INDICATION &one : rig.heard.all) {
-        if (one.opcode == NAP_LS_INDICATION) {
-            last[std::string(reinterpret_cast<const char *>(one.key), 8)] = one;
-        }
-    }
-    for (const auto &entry : last) {
-        const auto now = rig.entry<NAP_LS_DATA>(node::CLASS_LS, entry.first);
-        EXPECT_EQ(entry.second.det_length, sizeof now.det_data);
-        EXPECT_EQ(memcmp(entry.second.det_data, &now.det_data, sizeof now.det_data), 0)
-            << entry.first;
-    }
-    EXPECT_EQ(last.size(), 3U);
-}
-
 TEST_F(NodeStates, AStopCascades) {
     rig.pass(5000);
     rig.heard.all.clear();

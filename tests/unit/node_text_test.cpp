@@ -98,19 +98,6 @@ TEST(NodeText, ErrorsOfTheWholeText) {
     EXPECT_EQ(node::read_domain_file("/nowhere/at.all").errors.size(), 1U);
 }
 
-TEST(NodeText, RangesCountNamesAndAddresses) {
-    Rig rig;
-    rig.load(std::string(HEAD) + "  [pu PU]\r\ndlus_name=NETA.H\r\n[lu03 PU LU098..LU101]\n" +
-             "nau_address = 7\n# the end");
-    const List lus = rig.list(NAP_QUERY_LU_0_TO_3);
-    EXPECT_EQ(lus.names(10, true), (std::vector<std::string>{"LU098", "LU099", "LU100", "LU101"}));
-    for (size_t at = 0; at < lus.entries.size(); at++) {
-        NAP_LU03_DATA entry;
-        memcpy(&entry, lus.entries[at].data(), sizeof entry);
-        EXPECT_EQ(entry.def_data.nau_address, 7 + at);
-    }
-}
-
 /* What a field is written as reads back as the same bytes. */
 void expect_read_back(const node::FieldRow &field, const NB_UCHAR *record, size_t size) {
     std::vector<NB_UCHAR> copy(record, record + size);

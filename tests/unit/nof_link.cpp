@@ -1,4 +1,5 @@
-// The verb interface library against a scripted node: verbs, their answers, indications.
+// The verb interface library against a scripted node: verbs, their answers, indications, and a node
+// that sends garbage, dies, or was never there.
 
 #include "linksupport.h"
 
@@ -34,35 +35,6 @@ TEST_F(Link, AVerbWaitsForTheHelloAndTakesOnlyWhatItMay) {
     expected.total_num_entries = 500;
     expected.total_buf_size = 100;
     EXPECT_EQ(to_bytes(list.block), to_bytes(expected));
-}
-
-TEST_F(Link, AListThatFailedHasNoEntries) {
-    connect();
-    List list(64);
-    list.block.num_entries = 1;
-    issue(&list.block);
-    node->send(answer_bytes(node->verb(), NAP_PARAMETER_CHECK, NAP_UNKNOWN_RESOURCE));
-    ASSERT_TRUE(until([] { return !heard.empty(); }));
-    EXPECT_EQ(list.block.primary_rc, NAP_PARAMETER_CHECK);
-    EXPECT_EQ(list.block.num_entries, 0);
-    EXPECT_EQ(list.buffer, Bytes(64, 0xEE));
-}
-
-TEST_F(Link, FramesArriveAByteAtATime) {
-    List list(32);
-    issue(&list.block, 5);
-    ASSERT_TRUE(node->accept());
-    for (NB_UCHAR byte : Node::hello_bytes(NOF_RIGHT_CHANGE)) {
-        node->send({byte});
-        settle();
-    }
-    const Received verb = node->verb(1);
-    for (NB_UCHAR byte : list_answer(verb, entries({16}), 1)) {
-        ASSERT_TRUE(heard.empty());
-        node->send({byte});
-        settle();
-    }
-    EXPECT_EQ(heard_numbers(), Numbers{5});
 }
 
 TEST_F(Link, MoreVerbsThanTheSocketHolds) {
@@ -113,18 +85,7 @@ TEST_F(Link, AtMostTheLimitInOneRound) {
     node->send(all);
     while (heard.size() < blocks.size()) {
         const size_t before = heard.size();
-        ASSERT_TRUE(round_of_loop(1000)) << "answers were left in the buffer";
-        ASSERT_LE(heard.size() - before, 4U);
-    }
-    // The same for what the library completes itself: eleven verbs and the status.
-    heard.clear();
-    for (auto &block : blocks) {
-        issue(&block);
-    }
-    node->hang_up();
-    while (heard.size() < blocks.size() + 1) {
-        const size_t before = heard.size();
-        ASSERT_TRUE(round_of_loop(1000));
+        ASSERT_NE(round_of_loop(1000), 0U) << "answers were left in the buffer";
         ASSERT_LE(heard.size() - before, 4U);
     }
 }
@@ -222,19 +183,179 @@ TEST_F(Link, IndicationsReachTheirRegistration) {
     EXPECT_EQ(heard_numbers(), (Numbers{100, 1, 200}));
 }
 
-TEST_F(Link, ARefusedRegistrationIsNone) {
+// What is lost.
+
+// Each of these ends the connection; frames of any contents are the fuzz target's.
+TEST_F(Link, GarbageEndsTheConnection) {
+    const struct {
+        const char *name;
+        std::function<Bytes(const Received &, NB_ULONG)> make; // of a query into 64 bytes, a sink
+    } cases[] = {
+        {"a long length",
+         [](const Received &, NB_ULONG) {
+             return to_bytes(NOF_FRAME{0x7FFFFFFF, 3, 0, 1, 0, 12, 0x7FFFFFDB});
+         }},
+        {"a verb",
+         [](const Received &v, NB_ULONG) { return frame_bytes(NOF_FRAME_VERB, 1, v.block); }},
+        {"a second hello", [](const Received &, NB_ULONG) { return Node::hello_bytes(1); }},
+        {"an unknown correlator",
+         [](const Received &v, NB_ULONG) {
+             return frame_bytes(NOF_FRAME_ANSWER, 0xABCDEF, v.block);
+         }},
+        {"an answer to a registration",
+         [](const Received &v, NB_ULONG sink) {
+             return frame_bytes(NOF_FRAME_ANSWER, sink, v.block);
+         }},
+        {"an impossible list",
+         [](const Received &v, NB_ULONG) {
+             return list_answer(v, entries({32, 36}), 2);
+         }},
+    };
+    for (const auto &garbage : cases) {
+        SCOPED_TRACE(garbage.name);
+        connect();
+        const NB_ULONG sink = open_sink(0, 55);
+        open_sink(0, 56);
+        List list(64);
+        auto start = verb_block<NAP_NAME_VERB>(NAP_START_LS);
+        issue(&list.block, 1);
+        issue(&start, 2);
+        node->send(garbage.make(node->verb(), sink));
+        expect_lost({1, 2}, 55);
+        EXPECT_EQ(list.buffer, Bytes(64, 0xEE));
+
+        // Nothing connects again before the library was terminated.
+        heard.clear();
+        EXPECT_EQ(issue(&start, 3), NOF_IN_PROGRESS);
+        EXPECT_TRUE(heard.empty());
+        ASSERT_TRUE(until([] { return heard.size() == 1; }));
+        EXPECT_EQ(start.secondary_rc, NB_ULONG{NAP_CONNECTION_GONE});
+        EXPECT_FALSE(node->accept());
+        nof_terminate();
+        heard.clear();
+    }
+}
+
+TEST_F(Link, WhatCameBeforeTheEndStillCounts) {
     connect();
-    auto block = verb_block<NAP_REGISTER_SINK_VERB>(NAP_REGISTER_INDICATION_SINK);
-    issue(&block, 9);
-    const Received verb = node->verb();
-    node->send(answer_bytes(verb, NAP_PARAMETER_CHECK, NAP_INVALID_VALUE));
-    node->send(frame_bytes(NOF_FRAME_INDICATION, verb.header.correlator, ls_indication(1)));
-    ASSERT_TRUE(until([] { return heard.size() == 1; }));
-    settle();
-    EXPECT_EQ(heard.size(), 1U);
+    auto blocks = std::vector<NAP_NAME_VERB>(3, verb_block<NAP_NAME_VERB>(NAP_START_LS));
+    for (NB_ULONG number = 0; number < 2; number++) {
+        issue(&blocks[number], number);
+    }
+    const Received first = node->verb();
+    node->send(answer_bytes(first));
+    const Bytes half = answer_bytes(node->verb());
+    node->send(Bytes(half.begin(), half.begin() + 30));
     node->hang_up();
+    // Writing fails now, and what had been received is not lost by that.
+    EXPECT_EQ(issue(&blocks[2], 2), NOF_IN_PROGRESS);
+    EXPECT_TRUE(heard.empty());
+    ASSERT_TRUE(until([] { return heard.size() == 4; }));
+    EXPECT_EQ(heard[0].header.primary_rc, NAP_OK);
+    heard.erase(heard.begin());
+    expect_lost({1, 2}, 0);
+}
+
+TEST_F(Link, CallbacksMayIssueAndTerminate) {
+    connect();
+    auto blocks = std::vector<NAP_NAME_VERB>(4, verb_block<NAP_NAME_VERB>(NAP_START_LS));
+    on_heard = [&](const Heard &one) {
+        if (one.user_data == 0) {
+            EXPECT_EQ(issue(&blocks[3], 3), NOF_IN_PROGRESS);
+        } else if (one.user_data == 1) {
+            nof_terminate();
+        }
+    };
+    Bytes answers;
+    for (NB_ULONG number = 0; number < 3; number++) {
+        issue(&blocks[number], number);
+        const Bytes answer = answer_bytes(node->verb());
+        answers.insert(answers.end(), answer.begin(), answer.end());
+    }
+    node->send(answers);
+    ASSERT_TRUE(until([] { return heard.size() >= 2; }));
+    settle();
+    EXPECT_EQ(heard_numbers(), (Numbers{0, 1})) << "nobody is called after the termination";
+    EXPECT_TRUE(inputs.empty());
+
+    // The same while the loss of a connection is being told, with a verb that connects anew.
     heard.clear();
-    expect_lost({}, 0); // to the last callback, with no user data
+    on_heard = {};
+    connect();
+    on_heard = [&](const Heard &one) {
+        if (one.user_data == 1) {
+            nof_terminate();
+            EXPECT_EQ(issue(&blocks[3], 3), NOF_IN_PROGRESS);
+        }
+    };
+    for (NB_ULONG number = 0; number < 3; number++) {
+        issue(&blocks[number], number);
+    }
+    node->hang_up();
+    ASSERT_TRUE(until([] { return heard.size() >= 2; }));
+    ASSERT_TRUE(node->accept());
+    node->hello(NOF_RIGHT_CHANGE);
+    node->send(answer_bytes(node->verb()));
+    ASSERT_TRUE(until([] { return heard.size() >= 3; }));
+    EXPECT_EQ(heard_numbers(), (Numbers{0, 1, 3}));
+}
+
+// No node software.
+
+TEST_F(Link, NobodyThere) {
+    auto block = verb_block<NAP_NAME_VERB>(NAP_START_LS);
+    const auto unavailable = [&](const std::string &socket) {
+        heard.clear();
+        setenv("SNA_SOCKET", socket.c_str(), 1);
+        EXPECT_EQ(issue(&block, 4), NOF_IN_PROGRESS);
+        EXPECT_TRUE(heard.empty()) << "never from inside the caller's call";
+        EXPECT_TRUE(until([] { return heard.size() == 1; }));
+        EXPECT_EQ(heard.at(0).user_data, 4U);
+        EXPECT_EQ(block.primary_rc, NAP_UNAVAILABLE);
+        EXPECT_EQ(block.secondary_rc, 0U);
+        settle();
+        EXPECT_EQ(heard.size(), 1U);
+    };
+    unavailable(folder / "nothing.sock");
+    unavailable(folder / std::string(200, 'x'));
+    unavailable(folder / "log");
+    node.reset(); // the socket stays, but nobody listens
+    unavailable(path);
+    fs::remove(path);
+    node = std::make_unique<Node>(path);
+    heard.clear();
+    connect();
+}
+
+TEST_F(Link, NoProperHello) {
+    NAP_QUERY_NODE_VERB block = verb_block<NAP_QUERY_NODE_VERB>(NAP_QUERY_NODE);
+    Bytes cut = Node::hello_bytes(1);
+    cut.resize(40);
+    const Bytes greetings[] = {Node::hello_bytes(1, NOF_WIRE_VERSION + 1), cut,
+                               frame_bytes(NOF_FRAME_ANSWER, 1, to_bytes(block)),
+                               frame_bytes(NOF_FRAME_HELLO, 0, Bytes(84)), Bytes(24, 0xFF)};
+    for (const Bytes &greeting : greetings) {
+        heard.clear();
+        ASSERT_EQ(issue(&block, 6), NOF_IN_PROGRESS);
+        ASSERT_TRUE(node->accept());
+        node->send(greeting);
+        settle();
+        node->hang_up();
+        ASSERT_TRUE(until([] { return heard.size() == 1; }));
+        settle();
+        EXPECT_EQ(heard.size(), 1U);
+        EXPECT_EQ(block.primary_rc, NAP_UNAVAILABLE);
+    }
+}
+
+TEST_F(Link, ASilentNodeIsNotWaitedForWithoutEnd) {
+    nof::Interface impatient(20);
+    auto block = verb_block<NAP_NAME_VERB>(NAP_START_LS);
+    NB_UCHAR *bytes = reinterpret_cast<NB_UCHAR *>(&block);
+    EXPECT_EQ(impatient.issue(0, bytes, callback, 8), NOF_IN_PROGRESS);
+    ASSERT_TRUE(node->accept());
+    ASSERT_TRUE(until([] { return heard.size() == 1; }));
+    EXPECT_EQ(block.primary_rc, NAP_UNAVAILABLE);
 }
 
 } // namespace

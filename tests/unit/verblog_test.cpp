@@ -90,13 +90,6 @@ NAP_VCB *queue_list(NB_ULONG target) {
     return vcb;
 }
 
-TEST_F(VerbLog, IsOffUnlessAFileIsNamed) {
-    queue_delete(1, NAP_DELETE_PORT, "eth0");
-    scripted_nof.complete();
-    EXPECT_EQ(gvga_verb_log, nullptr);
-    EXPECT_FALSE(std::filesystem::exists(file()));
-}
-
 TEST_F(VerbLog, TellsRequestAndAnswer) {
     start();
     auto *query = reinterpret_cast<NAP_QUERY_LIST *>(queue_list(3));
@@ -132,75 +125,6 @@ TEST_F(VerbLog, TellsRequestAndAnswer) {
     });
 }
 
-TEST_F(VerbLog, TellsWhatWaitsWhatIsPurgedAndWhatWasKnownAtOnce) {
-    start();
-    queue_delete(1, NAP_DELETE_PORT, "first");
-    vga_purge_verb_queue(1, 0, nullptr, 0, nullptr);
-    queue_delete(1, NAP_DELETE_MODE, "second");
-    queue_delete(1, NAP_DELETE_MODE, "third");
-    vga_purge_verb_queue(0, 0, scripted_nof.in_flight[0].vcb, 0, nullptr); /* again: no line */
-    vga_purge_verb_queue(0, 0, reinterpret_cast<VGA_QUEUE_ENTRY *>(gvga_nof_queue.previous)->vcb, 0,
-                         nullptr);
-    scripted_nof.completes_at_once = [](const ISSUED_VERB &verb) {
-        verb.vcb->primary_rc = NAP_NOT_SUPPORTED;
-        return NB_USHORT{1};
-    };
-    scripted_nof.complete(0);
-    queue_delete(1, NAP_DELETE_LS, "fourth");
-    vga_drain_immediate_queue();
-    const std::string time = "\\d+\\.\\d{3} ms";
-    expect_lines({
-        "issued             target 1  DELETE_PORT 0x2043  \"first\"",
-        "purged             target 1  DELETE_PORT 0x2043  " + time,
-        "waiting            target 1  DELETE_MODE 0x003F  \"second\"",
-        "waiting            target 1  DELETE_MODE 0x003F  \"third\"",
-        "purged             target 1  DELETE_MODE 0x003F  waited " + time,
-        "completed          target 1  DELETE_PORT 0x2043  OK 0x0000 - 0x00000000  " + time +
-            "  \"first\"  \\(purged\\)",
-        "issued             target 1  DELETE_MODE 0x003F  waited " + time + "  \"second\"",
-        "completed at once  target 1  DELETE_MODE 0x003F  NOT_SUPPORTED 0x0F20 - 0x00000000  " +
-            time,
-        "issued             target 1  DELETE_LS 0x2045  \"fourth\"",
-        "completed at once  target 1  DELETE_LS 0x2045  NOT_SUPPORTED 0x0F20 - 0x00000000  " + time,
-    });
-}
-
-TEST_F(VerbLog, TellsWhatComesUnasked) {
-    start();
-    NAP_RESOURCE_INDICATION port = {};
-    port.opcode = NAP_PORT_INDICATION;
-    port.primary_rc = NAP_INDICATION;
-    port.data_lost = 1;
-    port.state = 2;
-    set_text(port.key, "eth0");
-    vga_nof_verb_callback(4, &port, 0);
-    NAP_NAME_VERB copy = {};
-    copy.opcode = NAP_DELETE_LS;
-    copy.primary_rc = NAP_INDICATION;
-    copy.key[0] = 0x01; /* a name in neither character set */
-    vga_nof_verb_callback(4, &copy, 0);
-    NAP_NODE_STATUS_INDICATION_VERB state = {};
-    state.opcode = NAP_INIT_NODE;
-    state.primary_rc = NAP_INDICATION;
-    state.node_state = NAP_NODE_ACTIVE;
-    set_text(state.node_name, "alpha");
-    vga_nof_verb_callback(4, &state, 0);
-    NAP_NOF_STATUS_INDICATION_VERB status = {};
-    status.opcode = NAP_NOF_STATUS_INDICATION;
-    status.status = NAP_NODE_GONE;
-    status.target_handle = 4;
-    vga_nof_verb_callback(4, &status, 0);
-    expect_lines({
-        "indication         target 4  PORT_INDICATION 0x400D  INDICATION 0x0210 - 0x00000000  "
-        "\"eth0\"  state 2, others were lost",
-        "copy               target 4  DELETE_LS 0x2045  INDICATION 0x0210 - 0x00000000  0x01",
-        "copy               target 4  INIT_NODE 0xF008  INDICATION 0x0210 - 0x00000000  node "
-        "\"alpha\" state 3",
-        "indication         target 4  NOF_STATUS_INDICATION 0xF019  OK 0x0000 - 0x00000000  "
-        "NODE_GONE 0x5542, target 4",
-    });
-}
-
 /* Blocks of exactly the table's length, filled with anything, as a broken node might. */
 TEST_F(VerbLog, ReadsNoBlockBeyondItsLength) {
     start();
@@ -231,35 +155,6 @@ TEST_F(VerbLog, ReadsNoBlockBeyondItsLength) {
                   0)
             << found[at];
     }
-}
-
-TEST_F(VerbLog, AppendsAndEndsWithTheQueues) {
-    start();
-    queue_delete(1, NAP_DELETE_PORT, "lost");
-    vga_empty_verb_queues();
-    EXPECT_EQ(gvga_verb_log, nullptr);
-    start();
-    queue_delete(1, NAP_DELETE_LS, "later");
-    expect_lines({
-        "issued             target 1  DELETE_PORT 0x2043  \"lost\"",
-        "purged             target 1  DELETE_PORT 0x2043  .* ms",
-        "issued             target 1  DELETE_LS 0x2045  \"later\"",
-    });
-}
-
-TEST_F(VerbLog, AFileThatCannotBeWrittenEndsTheLogOnly) {
-    for (const std::string &name :
-         {folder.string(), folder.string() + "/none/verbs", std::string("/dev/full")}) {
-        start(name);
-        queue_delete(1, NAP_DELETE_PORT, "eth0");
-        EXPECT_EQ(gvga_verb_log, nullptr) << name;
-        scripted_nof.complete();
-    }
-    const std::vector<std::string> errors = lines(folder / "errors");
-    ASSERT_EQ(errors.size(), 3U);
-    EXPECT_NE(errors[0].find("0x4002000C detail 0"), std::string::npos) << errors[0];
-    EXPECT_NE(errors[1].find("No such file"), std::string::npos) << errors[1];
-    EXPECT_NE(errors[2].find("0x4002000C detail 1"), std::string::npos) << errors[2];
 }
 
 } // namespace

@@ -74,69 +74,6 @@ TEST_F(VIEWER, AForeignPredecessorIsFatalAndLeavesTheListAlone) {
     EXPECT_EQ(root.top_items.count, 2U);
 }
 
-TEST_F(VIEWER, FreshRecordTakesOverThatItsLineIsOpen) {
-    fill(2);
-    VGA_VIEWER_ITEM child, fresh_child;
-    vga_create_viewer(&root, &child, 0, nullptr, &items[0], VGA_VIEWER_LAST);
-    vga_expand_viewer(&root, &items[0], 1);
-    vga_viewer_copy_state(&items[0], &items[1], &root);
-    EXPECT_EQ(vga_viewer_get_content_height(&root), 30U);
-    vga_create_viewer(&root, &fresh_child, 0, nullptr, &items[1], VGA_VIEWER_LAST);
-    EXPECT_EQ(vga_viewer_get_content_height(&root), 40U);
-}
-
-TEST_F(VIEWER, KeysGoAroundTitlesAndKeepToSiblingsWithShift) {
-    const VGA_VIEWER_DESC types[] = {
-        {nullptr, nullptr, 0, [](NB_VOID *, XmDrawnButtonCallbackStruct *) {}, nullptr, nullptr,
-         nullptr, nullptr, nullptr, 1, 0, 0},
-        {},
-    };
-    vga_viewer_set_types(types, 2);
-    fill(6);
-    items[0].type = 1; // a title
-    vga_viewer_set_fixed(&root, &items[3], 1);
-    VGA_VIEWER_ITEM child;
-    vga_create_viewer(&root, &child, 0, &child, &items[1], VGA_VIEWER_LAST);
-    vga_expand_viewer(&root, &items[1], 1);
-    struct CASE {
-        NB_USHORT direction, shift;
-        const VGA_VIEWER_ITEM *target;
-        NB_LONG count;
-    } const cases[] = {
-        {VGA_VIEWER_DOWN, 0, &items[1], 1}, {VGA_VIEWER_UP, 0, &items[1], 1},
-        {VGA_VIEWER_DOWN, 0, &child, 1},    {VGA_VIEWER_DOWN, 0, &items[2], 1},
-        {VGA_VIEWER_DOWN, 0, &items[4], 1}, {VGA_VIEWER_HOME, 0, &items[1], 1},
-        {VGA_VIEWER_DOWN, 1, &items[2], 2}, {VGA_VIEWER_DOWN, 1, &items[4], 3},
-        {VGA_VIEWER_END, 1, &items[5], 4},  {VGA_VIEWER_UP, 1, &items[4], 3},
-        {VGA_VIEWER_END, 0, &items[5], 1},  {VGA_VIEWER_PRIOR, 0, &items[5], 1},
-    };
-    for (const CASE &move : cases) {
-        vga_viewer_key_move(&root, move.direction, move.shift, 0);
-        EXPECT_EQ(root.outline_viewer, move.target) << &move - cases;
-        EXPECT_EQ(root.select_count, move.count) << &move - cases;
-    }
-}
-
-TEST_F(VIEWER, TextOfAThousandBytesIsTheLongest) {
-    static NB_USHORT length;
-    const VGA_VIEWER_DESC types[] = {{[](NB_VOID *, NB_CHAR *buffer) {
-                                          memset(buffer, 'x', VGA_VIEWER_TEXT_BUFFER);
-                                          return length;
-                                      },
-                                      nullptr, 0, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                      nullptr, 0, 0, 0}};
-    vga_viewer_set_types(types, 1);
-    fill(1);
-    NB_CHAR buffer[VGA_VIEWER_TEXT_BUFFER + 1];
-    length = VGA_VIEWER_MAX_TEXT_LENGTH;
-    EXPECT_EQ(vga_viewer_line_text(&items[0], buffer), 1000);
-    EXPECT_EQ(strlen(buffer), 1000U);
-    EXPECT_EQ(broken, "");
-    length = VGA_VIEWER_MAX_TEXT_LENGTH + 1;
-    EXPECT_EQ(vga_viewer_line_text(&items[0], buffer), 0);
-    EXPECT_EQ(broken, "text_len <= VGA_VIEWER_MAX_TEXT_LENGTH");
-}
-
 /* Layout. */
 
 TEST(VIEWER_LAYOUT, RunsAreCutAtTheNextColumn) {
@@ -175,28 +112,6 @@ TEST(VIEWER_LAYOUT, CutsKeepCharactersWhole) {
     EXPECT_EQ(vga_viewer_cut("\xFF\xFEx", 3, 2), 2); // no characters at all
     setlocale(LC_CTYPE, "C");
     EXPECT_EQ(vga_viewer_cut("\xC3\xA4x", 3, 2), 2);
-}
-
-// Another multi-byte character set, made for the purpose.
-TEST(VIEWER_LAYOUT, CutsKeepCharactersOfOtherSetsWhole) {
-    NB_CHAR folder[] = "/tmp/viewerXXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    const std::string locale = std::string(folder) + "/ja_JP";
-    const std::string make = "localedef -i ja_JP -f EUC-JP " + locale + " >/dev/null 2>&1";
-    // A status of 1 stands for warnings.
-    const bool made = system(make.c_str()) != -1 && std::filesystem::exists(locale);
-    setenv("LOCPATH", folder, 1);
-    if (made && setlocale(LC_CTYPE, "ja_JP") != nullptr) {
-        EXPECT_EQ(vga_viewer_cut("A\xB4\xC1\xBB\xFAx", 6, 2), 1); // A and two wide ones
-        EXPECT_EQ(vga_viewer_cut("A\xB4\xC1\xBB\xFAx", 6, 4), 3);
-        EXPECT_EQ(vga_viewer_cut("A\xB4\xC1\xBB\xFAx", 6, 5), 5);
-        EXPECT_EQ(vga_viewer_cut("\x8E\xB1\x8E\xB2", 4, 1), 2); // narrow, but two bytes
-    } else {
-        ADD_FAILURE() << "no locale could be made";
-    }
-    setlocale(LC_CTYPE, "C");
-    unsetenv("LOCPATH");
-    std::filesystem::remove_all(folder);
 }
 
 TEST(VIEWER_LAYOUT, ScrollBarsComeOnlyWhenNeeded) {
