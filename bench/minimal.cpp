@@ -4,6 +4,7 @@
  * the names. */
 #include "nbbase.h"
 #include "v0uidpth.h"
+#include "vgadgwid.h"
 #include "vgagraph.h"
 #include "vganodwt.h"
 

@@ -4,6 +4,7 @@
 #include "vgadgutl.h"
 #include "vgadsdel.h"
 #include "vgaglob.h"
+#include "vgahour.h"
 #include "vgamsgs.h"
 #include "vganofbd.h"
 #include "vgarec.h"

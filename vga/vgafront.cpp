@@ -1,5 +1,6 @@
 #include "vgafront.h"
 #include "nbproblem.h"
+#include "commonnames.h"
 #include "toolkit.h"
 #include "v0uidpth.h"
 #include "vgacolr.h"

@@ -1,6 +1,8 @@
 // The firewall: no message box pops up in the middle of a gesture.
 
 #include "dialog_support.h"
+#include "vgadgfw.h"
+#include "vgadgwid.h"
 
 using namespace dialogs;
 

@@ -3,9 +3,11 @@
 #ifndef DIALOG_SUPPORT_H
 #define DIALOG_SUPPORT_H
 
+#include "commonnames.h"
 #include "gui_support.h"
 
 #include "toolkit.h"
+#include "vgadgfw.h"
 #include "vgadgutl.h"
 #include "vgahooks.h"
 #include "vgamsgs.h"

@@ -1,6 +1,9 @@
 // The utilities for the widgets of dialogs, the busy cursor, titles and colours.
 
 #include "dialog_support.h"
+#include "vgadgreg.h"
+#include "vgadgwid.h"
+#include "vgahour.h"
 
 using namespace dialogs;
 

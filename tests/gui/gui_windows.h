@@ -3,6 +3,7 @@
 #ifndef GUI_WINDOWS_H
 #define GUI_WINDOWS_H
 
+#include "commonnames.h"
 #include "gui_support.h"
 #include "nbbase.h"
 #include "toolkit.h"

@@ -2,6 +2,7 @@
 
 #include "nodew_fixture.h"
 
+#include "vgadgwid.h"
 #include "vganodwf.h"
 
 #include <random>

@@ -2,6 +2,7 @@
 
 #include "nodew_fixture.h"
 
+#include "vgadgfw.h"
 #include "vgahint.h"
 
 #include <Xm/PushB.h>

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h> // before X, whose macros it does not survive
 
+#include "verberror.h"
 #include "vgadgmsg.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"

@@ -1,6 +1,7 @@
 #include "vgadgfrm.h"
 #include "vgachkfd.h"
 #include "vgadgfwi.h"
+#include "vgadgwid.h"
 #include "vgaglob.h"
 #include "vgahint.h"
 #include "vgamsgs.h"

@@ -1,5 +1,4 @@
 #include "vgadgfw.h"
-#include "vgadgmsg.h"
 #include <Xm/CascadeB.h>
 #include <Xm/DrawingA.h>
 #include <Xm/GrabShell.h>
@@ -11,6 +10,7 @@
 
 NB_ULONG gvga_modal_firewall_count;
 Widget gvga_modal_firewall_widget;
+NB_VOID (*gvga_modal_firewall_down)(NB_VOID);
 
 namespace {
 
@@ -72,8 +72,9 @@ NB_VOID watch(Widget widget) {
 }
 
 NB_VOID gesture_ended(NB_VOID) {
-    if (gvga_modal_firewall_count == 0 && gvga_modal_firewall_widget == nullptr) {
-        vga_schedule_modal_dialog_check();
+    if (gvga_modal_firewall_count == 0 && gvga_modal_firewall_widget == nullptr &&
+        gvga_modal_firewall_down != nullptr) {
+        gvga_modal_firewall_down();
     }
 }
 

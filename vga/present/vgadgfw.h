@@ -10,6 +10,9 @@
 extern NB_ULONG gvga_modal_firewall_count; /* popups that are up */
 extern Widget gvga_modal_firewall_widget;  /* the widget that is held, or null */
 
+/* Called when the last gesture is over; set at start by the dialog framework. */
+extern NB_VOID (*gvga_modal_firewall_down)(NB_VOID);
+
 /* Watches a widget and everything below it: buttons, scroll bars and whatever else is held with the
  * first mouse button, and menus and other popups.  May be called again for the same widgets; to be
  * called for widgets that are made later. */

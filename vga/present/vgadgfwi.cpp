@@ -1,6 +1,7 @@
 #include "vgadgfwi.h"
 #include "vgachkcb.h"
 #include "vgachkfd.h"
+#include "vgadgwid.h"
 #include "vgahint.h"
 #include "vgamsgs.h"
 #include "vgaxt.h"

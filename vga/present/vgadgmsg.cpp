@@ -1,9 +1,14 @@
 #include "vgadgmsg.h"
 #include "toolkit.h"
+#include "verberror.h"
+#include "vgadgfw.h"
 #include "vgadgkey.h"
 #include "vgadgsym.h"
+#include "vgadgutl.h"
+#include "vgadgwid.h"
 #include "vgaglob.h"
 #include "vgahelpd.h"
+#include "vgahour.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
 #include "vgaxt.h"
@@ -425,4 +430,14 @@ NB_CHAR *vga_wrap_text(const NB_CHAR *text, NB_USHORT width) {
         at += bytes;
     }
     return out;
+}
+
+NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb) {
+    const NB_CHAR *help_key;
+    VGA_OWNED<NB_CHAR> reason(
+        vga_get_verb_error_message(vcb->opcode, vcb->primary_rc, vcb->secondary_rc, &help_key));
+    if (reason) {
+        vga_display_error_dialog(parent, VGA_MSG_VERB_FAILED, help_key, nullptr, 0, "s",
+                                 reason.get());
+    }
 }

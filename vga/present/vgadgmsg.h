@@ -9,8 +9,41 @@
 #ifndef VGADGMSG_H
 #define VGADGMSG_H
 
+#include "nbbase.h"
 #include "nofrec.h"
-#include "vgadgutl.h"
+#include <X11/Intrinsic.h>
+#include <Xm/Xm.h>
+
+struct VGA_DIALOG;
+
+enum VGA_MODAL_TYPE : NB_USHORT { VGA_MODAL_ERROR, VGA_MODAL_INFO, VGA_MODAL_CONFIRM };
+
+/* Which button took the box down.  Errors and information always give VGA_ANSWER_OK; closing a
+ * question by the window manager or with Escape gives VGA_ANSWER_CANCEL. */
+enum VGA_ANSWER : NB_USHORT {
+    VGA_ANSWER_CANCEL,
+    VGA_ANSWER_OK,
+    VGA_ANSWER_NO,
+    VGA_ANSWER_OK_TO_ALL,
+};
+
+/* Called when the box is down.  Not called when the dialog `parent` was closed meanwhile or another
+ * question took the place of this one.  `client_data` is the asker's: a handle, never a pointer. */
+typedef NB_VOID (*VGA_MODAL_CB)(VGA_DIALOG *parent, VGA_ANSWER answer, NB_ULONG client_data);
+
+struct VGA_MODAL_DLG {
+    Widget shell; /* null until the first message */
+    Widget dialog;
+    Widget ok_to_all_button;
+    Widget no_button;
+    Widget cancel_button;
+    VGA_MODAL_TYPE type; /* of the message that is or was shown last */
+    NB_USHORT showing;
+    VGA_MODAL_CB callback; /* may be null */
+    NB_ULONG client_data;
+    const NB_CHAR *help_key;
+    NB_LQE queue; /* messages that wait */
+};
 
 /* Formats a message as vga_print_msg does and shows it over `parent`; over the main dialog for
  * null, and as a warning on standard error when there is none either.  Long lines are broken.
@@ -65,13 +98,5 @@ NB_VOID vga_modal_dialog_cb(Widget widget, XtPointer client_data, XtPointer call
  * one word alone has; line ends in the text stay.  Columns are those of the locale's characters.
  * Returns memory from malloc; null without memory. */
 NB_CHAR *vga_wrap_text(const NB_CHAR *text, NB_USHORT width);
-
-#define VGA_VERB_ERROR_SIZE 1024
-
-/* The reason why a verb failed, for message 167 and its like, and the key of its help (a literal).
- * The codes are as the control block holds them.  Returns VGA_VERB_ERROR_SIZE bytes from malloc,
- * the caller's; null, with exit code 1 requested, without memory. */
-NB_CHAR *vga_get_verb_error_message(NB_USHORT opcode, NB_USHORT primary_rc, NB_ULONG secondary_rc,
-                                    const NB_CHAR **help_key);
 
 #endif

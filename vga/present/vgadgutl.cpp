@@ -1,13 +1,15 @@
 #include "vgadgutl.h"
 #include "nbproblem.h"
 #include "toolkit.h"
-#include "vgachkcb.h"
-#include "vgadgfrm.h"
+#include "vgadgfw.h"
 #include "vgadgkey.h"
+#include "vgadgreg.h"
+#include "vgadgwid.h"
 #include "vgaglob.h"
 #include "vgahelpd.h"
 #include "vgahelpw.h"
 #include "vgahooks.h"
+#include "vgahour.h"
 #include "vgalook.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
@@ -325,6 +327,7 @@ NB_VOID vga_init_dialogs(NB_VOID) {
         gvga_uid_desc[ii].first_desc = gvga_uid_desc[ii].last_desc = nullptr;
     }
     gvga_viewer_window_action = call_window_action;
+    gvga_modal_firewall_down = vga_schedule_modal_dialog_check;
     gvga_hooks.record_changed = tell_dialogs;
     gvga_hooks.record_leaves_dialog = record_leaves_dialog;
     vga_watch_shells();
@@ -347,42 +350,6 @@ NB_VOID vga_free_dialogs(NB_VOID) {
         row.last_desc = nullptr;
     }
     gvga_first_dialog = gvga_main_dialog = nullptr;
-}
-
-NB_VOID vga_register_common_names(NB_VOID) {
-    struct COMMON_NAME {
-        const NB_CHAR *name;
-        XtCallbackProc proc;
-    };
-    static const COMMON_NAME names[] = {
-        {"vga_close_cb", vga_close_cb},
-        {"vga_command_cb", vga_command_cb},
-        {"vga_exit_cb", vga_exit_cb},
-        {"vga_form_apply_cb", vga_form_apply_cb},
-        {"vga_form_reset_cb", vga_form_reset_cb},
-        {"vga_help_cb", vga_help_cb},
-        {"vga_menu_help_about", vga_menu_help_about},
-        {"vga_menu_help_contents", vga_menu_help_contents},
-        {"vga_menu_help_help", vga_menu_help_help},
-        {"vga_menu_help_index", vga_menu_help_index},
-        {"vga_menu_help_web", vga_menu_help_web},
-        {"vga_modal_dialog_cb", vga_modal_dialog_cb},
-        {"vga_modal_firewall_on", vga_modal_firewall_on},
-        {"vga_modal_firewall_off", vga_modal_firewall_off},
-        {"vga_button_push", vga_button_push},
-        {"vga_button_pop", vga_button_pop},
-    };
-    static XtActionsRec actions[] = {
-        {const_cast<NB_CHAR *>("vga_activate_action"), vga_activate_action},
-        {const_cast<NB_CHAR *>("vga_letter_action"), vga_letter_action},
-    };
-    for (const COMMON_NAME &row : names) {
-        MRMRegisterArg argument = {const_cast<NB_CHAR *>(row.name),
-                                   reinterpret_cast<XtPointer>(row.proc)};
-        MrmRegisterNames(&argument, 1);
-    }
-    vga_register_field_filters();
-    XtAppAddActions(gvga_appcontext, actions, XtNumber(actions));
 }
 
 /* Life of a dialog. */

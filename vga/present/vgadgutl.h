@@ -1,6 +1,5 @@
 /* The dialog framework: the table of windows and dialogs, their descriptors, and how one is
- * fetched, shown, closed and used again.  Message boxes, the firewall, the busy cursor and the
- * widget utilities have headers of their own, which this one includes.
+ * fetched, shown, closed and used again.
  *
  * OWNS: every descriptor.  One is made when its dialog is first fetched, is kept when the dialog
  * closes (in_use 0) and serves the next fetch; none is freed before vga_free_dialogs, so that a
@@ -11,6 +10,7 @@
 
 #include "nbbase.h"
 #include "nbtypes.h"
+#include "vgadgmsg.h"
 #include "vgahooks.h"
 #include <Mrm/MrmPublic.h>
 #include <X11/Intrinsic.h>
@@ -171,37 +171,6 @@ struct VGA_UID_DESC {
 typedef std::array<VGA_UID_DESC, VGA_UID_MAX + 1> VGA_UID_TABLE;
 extern VGA_UID_TABLE gvga_uid_desc;
 
-/* Message box of a dialog. */
-
-enum VGA_MODAL_TYPE : NB_USHORT { VGA_MODAL_ERROR, VGA_MODAL_INFO, VGA_MODAL_CONFIRM };
-
-/* Which button took the box down.  Errors and information always give VGA_ANSWER_OK; closing a
- * question by the window manager or with Escape gives VGA_ANSWER_CANCEL. */
-enum VGA_ANSWER : NB_USHORT {
-    VGA_ANSWER_CANCEL,
-    VGA_ANSWER_OK,
-    VGA_ANSWER_NO,
-    VGA_ANSWER_OK_TO_ALL,
-};
-
-/* Called when the box is down.  Not called when the dialog `parent` was closed meanwhile or another
- * question took the place of this one.  `client_data` is the asker's: a handle, never a pointer. */
-typedef NB_VOID (*VGA_MODAL_CB)(VGA_DIALOG *parent, VGA_ANSWER answer, NB_ULONG client_data);
-
-struct VGA_MODAL_DLG {
-    Widget shell; /* null until the first message */
-    Widget dialog;
-    Widget ok_to_all_button;
-    Widget no_button;
-    Widget cancel_button;
-    VGA_MODAL_TYPE type; /* of the message that is or was shown last */
-    NB_USHORT showing;
-    VGA_MODAL_CB callback; /* may be null */
-    NB_ULONG client_data;
-    const NB_CHAR *help_key;
-    NB_LQE queue; /* messages that wait */
-};
-
 /* Descriptor. */
 
 /* The beginning of every descriptor, as its member `common`.  Everything behind it starts as zero
@@ -239,9 +208,6 @@ NB_VOID vga_init_dialogs(NB_VOID);
 /* The end: frees every descriptor with its handle and its waiting messages.  Widgets are left to
  * the end of the process. */
 NB_VOID vga_free_dialogs(NB_VOID);
-
-/* Registers the procedures that every UID file may name, and the common toolkit actions. */
-NB_VOID vga_register_common_names(NB_VOID);
 
 /* Fetches a dialog or takes a closed one again: the first descriptor of that row that is closed and
  * whose parent is null or `parent`.  It is open then (in_use 1) but not on the screen yet.
@@ -292,11 +258,5 @@ VGA_DIALOG *vga_get_dialog_from_widget(Widget widget);
 
 /* Calls `visit` for every descriptor that exists, open or closed. */
 NB_VOID vga_for_each_dialog(NB_VOID (*visit)(VGA_DIALOG *desc, NB_VOID *data), NB_VOID *data);
-
-#include "vgadgfw.h"
-#include "vgadgmsg.h"
-#include "vgadgreg.h"
-#include "vgadgwid.h"
-#include "vgahour.h"
 
 #endif

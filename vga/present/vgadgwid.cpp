@@ -1,6 +1,7 @@
 #include "vgadgwid.h"
 #include "nbbase.h"
 #include "toolkit.h"
+#include "vgadgfw.h"
 #include "vgadgutl.h"
 #include "vgaglob.h"
 #include "vgares.h"

@@ -2,8 +2,10 @@
 #include "help.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
+#include "vgadgwid.h"
 #include "vgaglob.h"
 #include "vgahelpw.h"
+#include "vgahour.h"
 #include "vgamsgs.h"
 #include "vgaxt.h"
 #include <Xm/PushB.h>

@@ -1,4 +1,6 @@
 #include "vganodew.h"
+#include "vgadgreg.h"
+#include "vgadgwid.h"
 #include "vgagraph.h"
 #include "vgahelpd.h"
 #include "vgahint.h"

@@ -1,5 +1,6 @@
 #include "vganodwm.h"
 #include "toolkit.h"
+#include "vgadgwid.h"
 #include "vgagraph.h"
 #include "vganodwp.h"
 #include "vganodws.h"

@@ -1,4 +1,5 @@
 #include "vganodwt.h"
+#include "vgadgwid.h"
 #include "vgaglob.h"
 #include "vgagraph.h"
 #include "vgahint.h"

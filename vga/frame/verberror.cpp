@@ -1,6 +1,6 @@
+#include "verberror.h"
 #include "nofrec.h"
 #include "nofverbs.h"
-#include "vgadgmsg.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
@@ -62,14 +62,4 @@ NB_CHAR *vga_get_verb_error_message(NB_USHORT opcode, NB_USHORT primary_rc, NB_U
     vga_print_msg(text, VGA_VERB_ERROR_SIZE, VGA_MSG_VERB_REFUSED, "x x lx",
                   static_cast<NB_ULONG>(opcode), static_cast<NB_ULONG>(primary_rc), secondary_rc);
     return text;
-}
-
-NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb) {
-    const NB_CHAR *help_key;
-    VGA_OWNED<NB_CHAR> reason(
-        vga_get_verb_error_message(vcb->opcode, vcb->primary_rc, vcb->secondary_rc, &help_key));
-    if (reason) {
-        vga_display_error_dialog(parent, VGA_MSG_VERB_FAILED, help_key, nullptr, 0, "s",
-                                 reason.get());
-    }
 }
