@@ -3,7 +3,6 @@
 #include <gtest/gtest.h> // before X, whose macros it does not survive
 
 #include "verberror.h"
-#include "vgadgmsg.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"
 
