@@ -2,6 +2,7 @@
 #include "nodestate.h"
 #include "nofverbs.h"
 #include "vgadsdel.h"
+#include "vgadsutl.h"
 #include "vgaglob.h"
 #include "vgahooks.h"
 #include "vgaindre.h"
@@ -33,16 +34,6 @@ NB_VOID forget_all_targets(NB_VOID) {
         node.target = 0;
         node.tp_target = 0;
     });
-}
-
-VGA_NODE *node_of_target(NB_ULONG target) {
-    VGA_NODE *found = nullptr;
-    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found, target](VGA_NODE &node) {
-        if (target != 0 && (node.target == target || node.tp_target == target)) {
-            found = &node;
-        }
-    });
-    return found;
 }
 
 NB_VOID node_died(VGA_NODE *node) {
@@ -83,7 +74,7 @@ NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work) {
     } else if (indication.status == NAP_SYSTEM_FILE_CHANGED ||
                (target != 0 && target == gvga_system->domain_target)) {
         vga_free_system_resources(indication.status != NAP_SYSTEM_FILE_CHANGED, nullptr);
-    } else if (VGA_NODE *node = node_of_target(target)) {
+    } else if (VGA_NODE *node = vga_find_node_of_target(target)) {
         node_died(node);
     }
 }

@@ -5,16 +5,6 @@
 
 namespace {
 
-VGA_NODE *node_of_target(NB_ULONG target) {
-    VGA_NODE *found = nullptr;
-    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found, target](VGA_NODE &node) {
-        if (target != 0 && node.target == target) {
-            found = &node;
-        }
-    });
-    return found;
-}
-
 VGA_MODE *find_mode(VGA_NODE *node, const NAP_SESSION_LIMIT_VERB &verb) {
     VGA_LU62 *lu = vga_find_lu62_by_alias(node, verb.lu_alias);
     VGA_MODE_KEY key;
@@ -26,7 +16,8 @@ VGA_MODE *find_mode(VGA_NODE *node, const NAP_SESSION_LIMIT_VERB &verb) {
 } // namespace
 
 NB_VOID vga_process_session_limit(const VGA_PROCESS_STATE *work) {
-    VGA_NODE *node = vga_verb_succeeded(work->vcb) ? node_of_target(work->target) : nullptr;
+    VGA_NODE *node =
+        vga_verb_succeeded(work->vcb) ? vga_find_node_of_target(work->target) : nullptr;
     if (node == nullptr) {
         return;
     }

@@ -160,62 +160,15 @@ NB_VOID VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS>::merged(VGA_TAMRIX_APPCIP_SESS &
     vga_relink(kept.parent->tamrix_sessions, kept.links, [&kept, &fresh] { kept.key = fresh.key; });
 }
 
-/* The constructor and the inserter of a type that differs from the others in its declaration only.
- */
-#define VGA_RECORD_FUNCTIONS(name, record, owner, entry_type)                                      \
+/* The constructors and inserters of the types that differ in their declaration only. */
+#define VGA_RECORD_FUNCTIONS(name, record, owner, entry_type, ...)                                 \
     record *vga_init_##name(owner *parent, const entry_type *entry) {                              \
         return vga_init_record<record>(parent, entry);                                             \
     }                                                                                              \
     record *vga_insert_##name(record *fresh) {                                                     \
         return vga_insert_record(fresh);                                                           \
     }
-
-VGA_RECORD_FUNCTIONS(vga_dlc, VGA_DLC, VGA_NODE, NAP_DLC_DATA)
-VGA_RECORD_FUNCTIONS(vga_port, VGA_PORT, VGA_DLC, NAP_PORT_DATA)
-VGA_RECORD_FUNCTIONS(vga_ls, VGA_LS, VGA_PORT, NAP_LS_DATA)
-VGA_RECORD_FUNCTIONS(vga_cn, VGA_CN, VGA_NODE, NAP_CN_DATA)
-VGA_RECORD_FUNCTIONS(vga_cn_port, VGA_CN_PORT, VGA_CN, NAP_CN_PORT_DATA)
-VGA_RECORD_FUNCTIONS(vga_local_pu, VGA_LOCAL_PU, VGA_NODE, NAP_PU_DATA)
-VGA_RECORD_FUNCTIONS(vga_lu03, VGA_LU03, VGA_LOCAL_PU, NAP_LU03_DATA)
-VGA_RECORD_FUNCTIONS(vga_down_pu, VGA_DOWN_PU, VGA_NODE, NAP_DOWN_PU_DATA)
-VGA_RECORD_FUNCTIONS(vga_down_lu, VGA_DOWN_LU, VGA_DOWN_PU, NAP_DOWN_LU_DATA)
-VGA_RECORD_FUNCTIONS(vga_dspu_template, VGA_DSPU_TEMPLATE, VGA_NODE, NAP_DSPU_TEMPLATE_DATA)
-VGA_RECORD_FUNCTIONS(vga_primary_line, VGA_PRIMARY_LINE, VGA_NODE, NAP_PRIMARY_LINE_DATA)
-VGA_RECORD_FUNCTIONS(vga_primary_lu0, VGA_PRIMARY_LU0, VGA_PRIMARY_LINE, NAP_PRIMARY_LU0_DATA)
-VGA_RECORD_FUNCTIONS(vga_rtp_conn, VGA_RTP_CONN, VGA_NODE, NAP_RTP_CONN_DATA)
-VGA_RECORD_FUNCTIONS(vga_lu62, VGA_LU62, VGA_NODE, NAP_LOCAL_LU_DATA)
-VGA_RECORD_FUNCTIONS(vga_mode_def, VGA_MODE_DEF, VGA_NODE, NAP_MODE_DEF_DATA)
-VGA_RECORD_FUNCTIONS(vga_mode, VGA_MODE, VGA_LU62, NAP_MODE_DATA)
-VGA_RECORD_FUNCTIONS(vga_plu, VGA_PLU, VGA_LU62, NAP_PLU_DATA)
-VGA_RECORD_FUNCTIONS(vga_lu62_timeout, VGA_LU62_TIMEOUT, VGA_NODE, NAP_LU62_TIMEOUT_DATA)
-VGA_RECORD_FUNCTIONS(vga_cos, VGA_COS, VGA_NODE, NAP_COS_DATA)
-VGA_RECORD_FUNCTIONS(vga_cos_node_row, VGA_COS_NODE_ROW, VGA_COS, NAP_COS_NODE_ROW_DATA)
-VGA_RECORD_FUNCTIONS(vga_cos_tg_row, VGA_COS_TG_ROW, VGA_COS, NAP_COS_TG_ROW_DATA)
-VGA_RECORD_FUNCTIONS(vga_dir, VGA_DIR, VGA_NODE, NAP_DIR_DATA)
-VGA_RECORD_FUNCTIONS(vga_rem_sys, VGA_REM_SYS, VGA_NODE, NAP_DIR_DATA)
-VGA_RECORD_FUNCTIONS(vga_rem_sess, VGA_REM_SESS, VGA_REM_PLU, NAP_MODE_DATA)
-VGA_RECORD_FUNCTIONS(vga_tp_def, VGA_TP_DEF, VGA_NODE, NAP_TP_DATA)
-VGA_RECORD_FUNCTIONS(vga_tp_load_info, VGA_TP_LOAD_INFO, VGA_NODE, NAP_TP_LOAD_DATA)
-VGA_RECORD_FUNCTIONS(vga_slsec_def, VGA_SLSEC_DEF, VGA_NODE, NAP_LU_LU_PASSWORD_DATA)
-VGA_RECORD_FUNCTIONS(vga_clsec_def, VGA_CLSEC_DEF, VGA_NODE, NAP_USERID_PASSWORD_DATA)
-VGA_RECORD_FUNCTIONS(vga_access_list, VGA_ACCESS_LIST, VGA_NODE, NAP_ACCESS_LIST_DATA)
-VGA_RECORD_FUNCTIONS(vga_pool, VGA_POOL, VGA_NODE, NAP_LU_POOL_DATA)
-VGA_RECORD_FUNCTIONS(vga_pool_lu, VGA_POOL_LU, VGA_POOL, NAP_LU_POOL_DATA)
-VGA_RECORD_FUNCTIONS(vga_sys_pool, VGA_SYS_POOL, VGA_SYSTEM, NAP_LU_POOL_DATA)
-VGA_RECORD_FUNCTIONS(vga_tn_client, VGA_TN_CLIENT, VGA_NODE, NAP_TN_ACCESS_DATA)
-VGA_RECORD_FUNCTIONS(vga_tn_assoc, VGA_TN_ASSOC, VGA_NODE, NAP_TN_ASSOC_DATA)
-VGA_RECORD_FUNCTIONS(vga_tn_redirect, VGA_TN_REDIRECT, VGA_NODE, NAP_TN_REDIRECT_DATA)
-VGA_RECORD_FUNCTIONS(vga_tamrix_appcip_sess, VGA_TAMRIX_APPCIP_SESS, VGA_NODE,
-                     NAP_TAMRIX_SESSION_DATA)
-VGA_RECORD_FUNCTIONS(vga_sna_net_node, VGA_SNA_NET_NODE, VGA_SYSTEM, NAP_NODE_ALL_DATA)
-VGA_RECORD_FUNCTIONS(vga_user, VGA_USER, VGA_SYSTEM, NAP_USER_DATA)
-VGA_RECORD_FUNCTIONS(vga_cpic, VGA_CPIC, VGA_SYSTEM, NAP_CPIC_DATA)
-VGA_RECORD_FUNCTIONS(vga_rje_wkstn, VGA_RJE_WKSTN, VGA_SYSTEM, NAP_RJE_DATA)
-VGA_RECORD_FUNCTIONS(vga_dslu_template, VGA_DSLU_TEMPLATE, VGA_DSPU_TEMPLATE, NAP_DSLU_TEMPLATE)
-VGA_RECORD_FUNCTIONS(vga_security_user, VGA_SECURITY_USER, VGA_ACCESS_LIST, NAP_ACCESS_LIST_USER)
-VGA_RECORD_FUNCTIONS(vga_tn_sess, VGA_TN_SESS, VGA_TN_CLIENT, NAP_TN_SESSION)
-VGA_RECORD_FUNCTIONS(vga_user_session, VGA_USER_SESSION, VGA_USER, NAP_USER_SESSION)
-
+VGA_RECORDS(VGA_RECORD_FUNCTIONS, VGA_RECORD_FUNCTIONS)
 #undef VGA_RECORD_FUNCTIONS
 
 VGA_REM_PLU *vga_init_vga_rem_plu(VGA_REM_SYS *owner, const NAP_PLU_DEF_DATA *entry,

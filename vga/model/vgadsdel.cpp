@@ -153,72 +153,27 @@ NB_VOID VGA_RECORD_TYPE<VGA_POOL>::unlinked(VGA_POOL &pool) {
     }
 }
 
-NB_VOID vga_delete_vga_node(VGA_NODE *record) {
-    vga_delete_record(record);
-}
-
-#define VGA_DESTRUCTOR(name, type)                                                                 \
+#define VGA_DESTRUCTOR(name, type, ...)                                                            \
     NB_VOID vga_delete_##name(type *record) {                                                      \
         vga_delete_record(record);                                                                 \
     }
 
-VGA_DESTRUCTOR(vga_dlc, VGA_DLC)
-VGA_DESTRUCTOR(vga_port, VGA_PORT)
-VGA_DESTRUCTOR(vga_ls, VGA_LS)
-VGA_DESTRUCTOR(vga_cn, VGA_CN)
-VGA_DESTRUCTOR(vga_cn_port, VGA_CN_PORT)
-VGA_DESTRUCTOR(vga_local_pu, VGA_LOCAL_PU)
-VGA_DESTRUCTOR(vga_lu03, VGA_LU03)
-VGA_DESTRUCTOR(vga_down_pu, VGA_DOWN_PU)
-VGA_DESTRUCTOR(vga_down_lu, VGA_DOWN_LU)
-VGA_DESTRUCTOR(vga_dspu_template, VGA_DSPU_TEMPLATE)
-VGA_DESTRUCTOR(vga_primary_line, VGA_PRIMARY_LINE)
-VGA_DESTRUCTOR(vga_primary_lu0, VGA_PRIMARY_LU0)
-VGA_DESTRUCTOR(vga_rtp_conn, VGA_RTP_CONN)
-VGA_DESTRUCTOR(vga_lu62, VGA_LU62)
-VGA_DESTRUCTOR(vga_mode_def, VGA_MODE_DEF)
-VGA_DESTRUCTOR(vga_mode, VGA_MODE)
-VGA_DESTRUCTOR(vga_plu, VGA_PLU)
-VGA_DESTRUCTOR(vga_lu62_timeout, VGA_LU62_TIMEOUT)
-VGA_DESTRUCTOR(vga_cos, VGA_COS)
-VGA_DESTRUCTOR(vga_cos_node_row, VGA_COS_NODE_ROW)
-VGA_DESTRUCTOR(vga_cos_tg_row, VGA_COS_TG_ROW)
-VGA_DESTRUCTOR(vga_dir, VGA_DIR)
-VGA_DESTRUCTOR(vga_rem_sess, VGA_REM_SESS)
-VGA_DESTRUCTOR(vga_tp_def, VGA_TP_DEF)
-VGA_DESTRUCTOR(vga_tp_load_info, VGA_TP_LOAD_INFO)
-VGA_DESTRUCTOR(vga_slsec_def, VGA_SLSEC_DEF)
-VGA_DESTRUCTOR(vga_clsec_def, VGA_CLSEC_DEF)
-VGA_DESTRUCTOR(vga_pool_lu, VGA_POOL_LU)
-VGA_DESTRUCTOR(vga_sys_pool, VGA_SYS_POOL)
-VGA_DESTRUCTOR(vga_tn_client, VGA_TN_CLIENT)
-VGA_DESTRUCTOR(vga_tn_assoc, VGA_TN_ASSOC)
-VGA_DESTRUCTOR(vga_tn_redirect, VGA_TN_REDIRECT)
-VGA_DESTRUCTOR(vga_tamrix_appcip_sess, VGA_TAMRIX_APPCIP_SESS)
-VGA_DESTRUCTOR(vga_sna_net_node, VGA_SNA_NET_NODE)
-VGA_DESTRUCTOR(vga_cpic, VGA_CPIC)
-VGA_DESTRUCTOR(vga_rje_wkstn, VGA_RJE_WKSTN)
-VGA_DESTRUCTOR(vga_dslu_template, VGA_DSLU_TEMPLATE)
-VGA_DESTRUCTOR(vga_security_user, VGA_SECURITY_USER)
-VGA_DESTRUCTOR(vga_tn_sess, VGA_TN_SESS)
-VGA_DESTRUCTOR(vga_user_session, VGA_USER_SESSION)
-VGA_DESTRUCTOR(vga_ls_routing, VGA_LS_ROUTING)
-
-#undef VGA_DESTRUCTOR
-
-/* These have to be empty; the name in the assertion is the one that the log is searched for. */
-#define VGA_EMPTY_DESTRUCTOR(name, type, record, tree)                                             \
+/* A record with children stays, since they point at it; the name in the assertion is the one that
+ * the log is searched for. */
+#define VGA_EMPTY_DESTRUCTOR(name, type, owner, entry, record, tree)                               \
     NB_VOID vga_delete_##name(type *record) {                                                      \
         NB_ASSERT(AVL_FIRST(record->tree) == NULL);                                                \
-        vga_delete_record(record);                                                                 \
+        if (AVL_FIRST(record->tree) == nullptr) {                                                  \
+            vga_delete_record(record);                                                             \
+        }                                                                                          \
     }
 
-VGA_EMPTY_DESTRUCTOR(vga_rem_sys, VGA_REM_SYS, rem_sys, remote_plu_tree)
-VGA_EMPTY_DESTRUCTOR(vga_rem_plu, VGA_REM_PLU, rem_plu, sess_tree)
-VGA_EMPTY_DESTRUCTOR(vga_user, VGA_USER, user, session_tree)
-VGA_EMPTY_DESTRUCTOR(vga_access_list, VGA_ACCESS_LIST, access_list, user_tree)
-VGA_EMPTY_DESTRUCTOR(vga_pool, VGA_POOL, node_pool, lu_tree)
+VGA_RECORDS(VGA_DESTRUCTOR, VGA_EMPTY_DESTRUCTOR)
+VGA_DESTRUCTOR(vga_node, VGA_NODE)
+VGA_DESTRUCTOR(vga_ls_routing, VGA_LS_ROUTING)
+VGA_EMPTY_DESTRUCTOR(vga_rem_plu, VGA_REM_PLU, , , rem_plu, sess_tree)
 
+#undef VGA_DESTRUCTOR
 #undef VGA_EMPTY_DESTRUCTOR
 
 NB_VOID vga_delete_sna_net_node(VGA_SNA_NET_NODE *record) {

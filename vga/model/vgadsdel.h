@@ -3,62 +3,20 @@
  *
  * A destructor detaches an open dialog, takes the record's line off the screen, deletes its
  * children, unlinks it from every index and frees it with its data block and handle.  A record
- * whose children must be gone first asserts so. */
+ * whose children must be gone first (recordlist.h) asserts so and stays. */
 #ifndef VGADSDEL_H
 #define VGADSDEL_H
 
+#include "recordlist.h"
 #include "vgamodel.h"
 #include "vganofq.h"
 
-NB_VOID vga_delete_vga_node(VGA_NODE *record);
-NB_VOID vga_delete_vga_dlc(VGA_DLC *record);
-NB_VOID vga_delete_vga_port(VGA_PORT *record);
-NB_VOID vga_delete_vga_ls(VGA_LS *record);
-NB_VOID vga_delete_vga_cn(VGA_CN *record);
-NB_VOID vga_delete_vga_cn_port(VGA_CN_PORT *record);
-NB_VOID vga_delete_vga_local_pu(VGA_LOCAL_PU *record);
-NB_VOID vga_delete_vga_lu03(VGA_LU03 *record);
-NB_VOID vga_delete_vga_down_pu(VGA_DOWN_PU *record);
-NB_VOID vga_delete_vga_down_lu(VGA_DOWN_LU *record);
-NB_VOID vga_delete_vga_dspu_template(VGA_DSPU_TEMPLATE *record);
-NB_VOID vga_delete_vga_primary_line(VGA_PRIMARY_LINE *record);
-NB_VOID vga_delete_vga_primary_lu0(VGA_PRIMARY_LU0 *record);
-NB_VOID vga_delete_vga_rtp_conn(VGA_RTP_CONN *record);
-NB_VOID vga_delete_vga_lu62(VGA_LU62 *record);
-NB_VOID vga_delete_vga_mode_def(VGA_MODE_DEF *record);
-NB_VOID vga_delete_vga_mode(VGA_MODE *record);
-NB_VOID vga_delete_vga_plu(VGA_PLU *record);
-NB_VOID vga_delete_vga_lu62_timeout(VGA_LU62_TIMEOUT *record);
-NB_VOID vga_delete_vga_cos(VGA_COS *record);
-NB_VOID vga_delete_vga_cos_node_row(VGA_COS_NODE_ROW *record);
-NB_VOID vga_delete_vga_cos_tg_row(VGA_COS_TG_ROW *record);
-NB_VOID vga_delete_vga_dir(VGA_DIR *record);
-NB_VOID vga_delete_vga_rem_sess(VGA_REM_SESS *record);
-NB_VOID vga_delete_vga_tp_def(VGA_TP_DEF *record);
-NB_VOID vga_delete_vga_tp_load_info(VGA_TP_LOAD_INFO *record);
-NB_VOID vga_delete_vga_slsec_def(VGA_SLSEC_DEF *record);
-NB_VOID vga_delete_vga_clsec_def(VGA_CLSEC_DEF *record);
-NB_VOID vga_delete_vga_pool_lu(VGA_POOL_LU *record);
-NB_VOID vga_delete_vga_sys_pool(VGA_SYS_POOL *record);
-NB_VOID vga_delete_vga_tn_client(VGA_TN_CLIENT *record);
-NB_VOID vga_delete_vga_tn_assoc(VGA_TN_ASSOC *record);
-NB_VOID vga_delete_vga_tn_redirect(VGA_TN_REDIRECT *record);
-NB_VOID vga_delete_vga_tamrix_appcip_sess(VGA_TAMRIX_APPCIP_SESS *record);
-NB_VOID vga_delete_vga_sna_net_node(VGA_SNA_NET_NODE *record);
-NB_VOID vga_delete_vga_cpic(VGA_CPIC *record);
-NB_VOID vga_delete_vga_rje_wkstn(VGA_RJE_WKSTN *record);
-NB_VOID vga_delete_vga_dslu_template(VGA_DSLU_TEMPLATE *record);
-NB_VOID vga_delete_vga_security_user(VGA_SECURITY_USER *record);
-NB_VOID vga_delete_vga_tn_sess(VGA_TN_SESS *record);
-NB_VOID vga_delete_vga_user_session(VGA_USER_SESSION *record);
-NB_VOID vga_delete_vga_ls_routing(VGA_LS_ROUTING *record);
-
-/* REQUIRES: no children (an assertion). */
-NB_VOID vga_delete_vga_rem_sys(VGA_REM_SYS *rem_sys);
-NB_VOID vga_delete_vga_rem_plu(VGA_REM_PLU *rem_plu);
-NB_VOID vga_delete_vga_user(VGA_USER *user);
-NB_VOID vga_delete_vga_access_list(VGA_ACCESS_LIST *access_list);
-NB_VOID vga_delete_vga_pool(VGA_POOL *node_pool);
+#define VGA_DECLARE_DESTRUCTOR(name, type, ...) NB_VOID vga_delete_##name(type *record);
+VGA_RECORDS(VGA_DECLARE_DESTRUCTOR, VGA_DECLARE_DESTRUCTOR)
+VGA_DECLARE_DESTRUCTOR(vga_node, VGA_NODE)
+VGA_DECLARE_DESTRUCTOR(vga_ls_routing, VGA_LS_ROUTING)
+VGA_DECLARE_DESTRUCTOR(vga_rem_plu, VGA_REM_PLU) /* REQUIRES: no sessions */
+#undef VGA_DECLARE_DESTRUCTOR
 
 /* The same as vga_delete_vga_sna_net_node. */
 NB_VOID vga_delete_sna_net_node(VGA_SNA_NET_NODE *record);

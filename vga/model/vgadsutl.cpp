@@ -1,5 +1,6 @@
 #include "vgadsutl.h"
 #include "nbbase.h"
+#include "vgarec.h"
 #include <array>
 #include <bit>
 #include <cctype>
@@ -241,10 +242,14 @@ VGA_COMPOSITE(vga_compare_ip_address, {offsetof(NB_IP_ADDRESS, family), vga_comp
 
 #undef VGA_COMPOSITE
 
-VGA_NODE *vga_find_node(const NB_CHAR *name) {
-    NB_CHAR key[sizeof(VGA_NODE::name)] = {};
-    memcpy(key, name, strnlen(name, sizeof(key)));
-    return find<VGA_NODE>(gvga_system->nodes, key);
+VGA_NODE *vga_find_node_of_target(NB_ULONG target) {
+    VGA_NODE *found = nullptr;
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found, target](VGA_NODE &node) {
+        if (target != 0 && (node.target == target || node.tp_target == target)) {
+            found = &node;
+        }
+    });
+    return found;
 }
 
 VGA_DLC *vga_find_dlc(const VGA_NODE *node, const NB_UCHAR *name) {

@@ -51,7 +51,7 @@ NB_INT vga_compare_user_status(const NB_VOID *a, const NB_VOID *b);   /* VGA_USE
 NB_INT vga_compare_ip_address(const NB_VOID *a, const NB_VOID *b);    /* NB_IP_ADDRESS */
 
 /* Look-ups by exact key; null when there is none.  Names as the model holds them. */
-VGA_NODE *vga_find_node(const NB_CHAR *name); /* text of at most 128 bytes */
+VGA_NODE *vga_find_node_of_target(NB_ULONG target); /* its own or that of its TP load file */
 VGA_DLC *vga_find_dlc(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_PORT *vga_find_port(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LS *vga_find_ls(const VGA_NODE *node, const NB_UCHAR *name);
