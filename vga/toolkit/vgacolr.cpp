@@ -1,4 +1,8 @@
 #include "vgacolr.h"
+
+#ifdef QUILADMIN_OWN_COLOURS
+
+#include "nbbase.h"
 #include <X11/Xutil.h>
 #include <bit>
 #include <dlfcn.h>
@@ -40,17 +44,19 @@ NB_VOID look_up(XColor &colour) {
     colour.flags = DoRed | DoGreen | DoBlue;
 }
 
-/* The X library's own function of that name. */
-template <class Function> Function *library(const NB_CHAR *name) {
-    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
+/* Passes a call on to the X library's own function of that name; 0, "failed", where there is none,
+ * as in a program that has the library linked into itself. */
+template <class... Arguments> int ask_library(const NB_CHAR *name, Arguments... arguments) {
+    auto *const function = reinterpret_cast<int (*)(Arguments...)>(dlsym(RTLD_NEXT, name));
+    NB_ASSERT(function != nullptr);
+    return function != nullptr ? function(arguments...) : 0;
 }
 
 } // namespace
 
 extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colour) {
     if (!is_known(display, colormap)) {
-        static auto *const ask = library<Status(Display *, Colormap, XColor *)>("XAllocColor");
-        return ask(display, colormap, colour);
+        return ask_library("XAllocColor", display, colormap, colour);
     }
     colour->pixel = known.red.to_pixel(colour->red) | known.green.to_pixel(colour->green) |
                     known.blue.to_pixel(colour->blue);
@@ -60,8 +66,7 @@ extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colou
 
 extern "C" int XQueryColors(Display *display, Colormap colormap, XColor *colours, int count) {
     if (!is_known(display, colormap)) {
-        static auto *const ask = library<int(Display *, Colormap, XColor *, int)>("XQueryColors");
-        return ask(display, colormap, colours, count);
+        return ask_library("XQueryColors", display, colormap, colours, count);
     }
     for (int at = 0; at < count; at++) {
         look_up(colours[at]);
@@ -86,3 +91,9 @@ NB_VOID vga_work_out_colours(Display *display, Screen *screen) {
              {visual->green_mask, bits},
              {visual->blue_mask, bits}};
 }
+
+#else
+
+NB_VOID vga_work_out_colours(Display *, Screen *) {}
+
+#endif

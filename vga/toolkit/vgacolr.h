@@ -3,7 +3,8 @@
  * some 600 times at start, which is most of the wait on a distant display.  On a TrueColor visual
  * the answer follows from the visual's masks.  So the X library's XAllocColor, XQueryColor and
  * XQueryColors are replaced here for the default colormap of the program's screen; calls for any
- * other colormap or visual go on to the library. */
+ * other colormap or visual go on to the library.  Without the build option QUILADMIN_OWN_COLOURS
+ * nothing is replaced, and the server is asked. */
 #ifndef VGACOLR_H
 #define VGACOLR_H
 
