@@ -121,10 +121,8 @@ TEST_F(Hints, AFieldHasATip) {
 TEST_F(Hints, AnInsensitiveControlSaysWhy) {
     vga_set_field_hint(field, 1);
     vga_set_field_hint(inner, 1);
-    for (Widget widget : {field, form, gadget}) {
-        vga_set_reason(widget, 2);
-    }
     for (Widget widget : {field, gadget, form}) {
+        vga_set_reason(widget, 2);
         XtSetSensitive(widget, False);
     }
     // Its own reason; that of the form around it, before its own hint; that of a gadget.

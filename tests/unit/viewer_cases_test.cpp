@@ -55,7 +55,7 @@ TEST_F(VIEWER, ManyLinesInTheWorstOrderStayShallow) {
     }
     EXPECT_LE(root.top_items.root->height, 1.45 * std::log2(items.size()) + 1);
     EXPECT_EQ(vga_viewer_get_content_height(&root), 2000000U);
-    EXPECT_EQ(vga_viewer_get_y(&items[0]), 1999990U);
+    EXPECT_EQ(vga_viewer_get_line_in_list(&items[0]), 199999U);
     EXPECT_EQ(vga_find_viewer(&root, 999995), &items[100000]);
     for (VGA_VIEWER_ITEM &item : items) {
         vga_delete_viewer(&root, &item);

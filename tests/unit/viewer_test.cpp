@@ -237,9 +237,8 @@ void check_level(const VGA_VIEWER_LIST &list, const NODE *parent) {
     for (size_t i = 0; i < order.size(); ++i) {
         const NODE *node = parent->children[i];
         ASSERT_EQ(node_of(order[i]), node);
-        ASSERT_EQ(vga_viewer_get_y(&node->item), y * gvga_viewer_item_height);
-        ASSERT_EQ(vga_viewer_get_extent(&node->item),
-                  MODEL::extent(node) * gvga_viewer_item_height);
+        ASSERT_EQ(vga_viewer_get_line_in_list(&node->item), y);
+        ASSERT_EQ(node->item.lines, MODEL::extent(node));
         ASSERT_EQ(node->item.selected, node->selected);
         y += MODEL::extent(node);
         check_level(node->item.children, node);

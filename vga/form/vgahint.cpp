@@ -290,18 +290,6 @@ NB_VOID set_member(Widget widget, std::string HINT::*member, const NB_CHAR *text
 
 } // namespace
 
-NB_VOID vga_set_field_hints(Widget top, const VGA_FIELD_HINT *table, NB_USHORT count) {
-    for (const VGA_FIELD_HINT *row = table; row < table + count; row++) {
-        Widget widget = XtNameToWidget(top, row->widget);
-        if (row->hint != 0) {
-            vga_set_field_hint(widget, row->hint);
-        }
-        if (row->reason != 0) {
-            vga_set_reason(widget, row->reason);
-        }
-    }
-}
-
 NB_VOID vga_set_field_hint(Widget widget, NB_USHORT message) {
     vga_set_field_hint_text(widget, vga_message(message));
 }

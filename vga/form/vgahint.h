@@ -7,13 +7,6 @@
  * an insensitive one without a reason, shows that of the nearest widget around it that has one (and
  * is insensitive, too); an insensitive widget for which there is no reason shows its hint.
  *
- * A dialog declares all of them in one table and says so once its widgets are looked up:
- *     static constexpr VGA_FIELD_HINT hints[] = {
- *         {"*modedSesLimMax", 1330, 0},
- *         {"*modedTimeout", 1331, 1332},
- *     };
- *     vga_set_hint_line(desc->widget, XtNameToWidget(desc->widget, "*modedMessageLine"));
- *     vga_set_field_hints(desc->widget, hints, XtNumber(hints));
  * Texts are copied and may change at any time.  All is forgotten when the widget is destroyed.
  * Widgets and gadgets alike, but the message line shows a gadget's only under the pointer.  Null
  * widgets are ignored. */
@@ -22,16 +15,6 @@
 
 #include "nbtypes.h"
 #include <X11/Intrinsic.h>
-
-struct VGA_FIELD_HINT {
-    const NB_CHAR *widget; /* as XtNameToWidget takes it, from the dialog's top widget */
-    NB_USHORT hint;        /* message numbers without arguments; 0: none */
-    NB_USHORT reason;
-};
-
-/* Sets the hints and reasons of a table.  A widget that is not there is left out: a dialog may lack
- * optional parts, and has looked up what it cannot do without. */
-NB_VOID vga_set_field_hints(Widget top, const VGA_FIELD_HINT *hints, NB_USHORT count);
 
 /* One hint, as a message without arguments or, for bounds that change, as a text in the locale's
  * character set.  0, null and an empty text take the hint away. */

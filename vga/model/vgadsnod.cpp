@@ -163,6 +163,7 @@ NB_VOID VGA_RECORD_TYPE<VGA_NODE>::init(VGA_NODE &node) {
         flag = 1;
     }
     init_indexes(node, node_indexes);
+    NB_INIT_LIST(node.rtp_conn_dialog_root_lqe);
     if (init_roots(node, node_roots) == 0) {
         VGA_EXIT(VGA_EXIT_INTERNAL, 0);
     }

@@ -157,14 +157,6 @@ NB_VOID vga_viewer_undisplay(VGA_VIEWER_ROOT *root) {
     detach(view);
 }
 
-NB_ULONG vga_viewer_get_y(const VGA_VIEWER_ITEM *item) {
-    return vga_viewer_get_line_in_list(item) * gvga_viewer_item_height;
-}
-
-NB_ULONG vga_viewer_get_extent(const VGA_VIEWER_ITEM *item) {
-    return item->lines * gvga_viewer_item_height;
-}
-
 NB_LONG vga_viewer_get_screen_pos(const VGA_VIEWER_ITEM *item) {
     const NB_LONG height = static_cast<NB_LONG>(gvga_viewer_item_height);
     return item != nullptr ? static_cast<NB_LONG>(vga_viewer_get_line(item)) * height : -height;

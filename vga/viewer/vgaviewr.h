@@ -94,10 +94,7 @@ NB_VOID vga_viewer_undisplay(VGA_VIEWER_ROOT *root);
 
 /* Lines. */
 
-/* Pixels from the first child slot of the parent (or the top of the list); pixels of the item with
- * all visible lines below it; pixels from the top of the list (minus one line for null). */
-NB_ULONG vga_viewer_get_y(const VGA_VIEWER_ITEM *item);
-NB_ULONG vga_viewer_get_extent(const VGA_VIEWER_ITEM *item);
+/* Pixels from the top of the list to the item (minus one line for null). */
 NB_LONG vga_viewer_get_screen_pos(const VGA_VIEWER_ITEM *item);
 
 /* The line at a height from the top of the list; null above and below all lines. */
