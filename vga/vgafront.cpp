@@ -1,6 +1,6 @@
 #include "vgafront.h"
-#include "nbproblem.h"
 #include "commonnames.h"
+#include "nbproblem.h"
 #include "toolkit.h"
 #include "v0uidpth.h"
 #include "vgacolr.h"

@@ -1,7 +1,7 @@
 // Filters and checks of text fields in a window, with real keys and pastes.
 
-#include "dialog_support.h"
 #include "commonnames.h"
+#include "dialog_support.h"
 
 #include "vgachkcb.h"
 #include "vgachkfd.h"

@@ -1,7 +1,7 @@
 // What window managers are told of the program's windows, read as one that manages them would.
 
-#include "dialog_support.h"
 #include "commonnames.h"
+#include "dialog_support.h"
 
 #include "vgawmhnt.h"
 

@@ -6,7 +6,7 @@
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgagraph.h"
-#include "vgalinrs.h"
+#include "vgalines.h"
 #include "vgamsgs.h"
 #include "vgatypes.h"
 #include "vgawtype.h"
