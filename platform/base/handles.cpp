@@ -1,7 +1,6 @@
 #include "handletable.h"
 #include "nbbase.h"
 
-#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -10,19 +9,9 @@ namespace base {
 namespace {
 
 constexpr unsigned first_bits = 8;
-constexpr unsigned most_bits = 31; // half of which is as many handles as are ever live at once
-
-// Slots that a creation moves: the old table is empty long before the new one has to grow.
-constexpr size_t moved_at_once = 16;
-
-// In the old table a slot is not freed but spoiled, so that those behind it are still found: no
-// handle is 0.
-char spoiled_mark;
-void *const spoiled = &spoiled_mark;
 
 } // namespace
 
-// The memory comes from the system when it is first touched, and so a growth costs little at once.
 bool HandleSlots::allocate(unsigned bits) {
     auto *slots = static_cast<HandleSlot *>(calloc(size_t{1} << bits, sizeof(HandleSlot)));
     if (!slots) {
@@ -33,15 +22,15 @@ bool HandleSlots::allocate(unsigned bits) {
     return true;
 }
 
-// Values are consecutive, which this multiplication (2^32 divided by the golden ratio) spreads
+// Numbers are consecutive, which this multiplication (2^32 divided by the golden ratio) spreads
 // evenly.  The identity would make one long run, and deleting walks to the end of its run.
-size_t HandleSlots::home(NB_ULONG handle) const {
-    return static_cast<NB_ULONG>(handle * 2654435769U) >> (32 - bits_);
+size_t HandleSlots::home(NB_ULONG number) const {
+    return static_cast<NB_ULONG>(number * 2654435769U) >> (32 - bits_);
 }
 
-HandleSlot &HandleSlots::of(NB_ULONG handle) const {
-    size_t at = home(handle);
-    while (slots_[at].object && slots_[at].handle != handle) {
+HandleSlot &HandleSlots::of(NB_ULONG number) const {
+    size_t at = home(number);
+    while (slots_[at].block && slots_[at].number != number) {
         at = (at + 1) & mask();
     }
     return slots_[at];
@@ -49,9 +38,9 @@ HandleSlot &HandleSlots::of(NB_ULONG handle) const {
 
 void HandleSlots::erase(HandleSlot &slot) {
     auto hole = static_cast<size_t>(&slot - slots_.get());
-    for (size_t at = (hole + 1) & mask(); slots_[at].object; at = (at + 1) & mask()) {
+    for (size_t at = (hole + 1) & mask(); slots_[at].block; at = (at + 1) & mask()) {
         // An entry may move back into the hole unless its home lies behind the hole.
-        const size_t way_from_home = (at - home(slots_[at].handle)) & mask();
+        const size_t way_from_home = (at - home(slots_[at].number)) & mask();
         if (way_from_home >= ((at - hole) & mask())) {
             slots_[hole] = slots_[at];
             hole = at;
@@ -60,9 +49,16 @@ void HandleSlots::erase(HandleSlot &slot) {
     slots_[hole] = {nullptr, 0};
 }
 
+void HandleTable::free_blocks() {
+    for (size_t at = 0; at < slots_.size(); at++) {
+        free(slots_[at].block);
+        slots_[at].block = nullptr;
+    }
+    blocks_ = live_ = 0;
+}
+
 bool HandleTable::clear() {
-    old_.release();
-    live_ = 0;
+    free_blocks();
     return slots_.allocate(first_bits);
 }
 
@@ -71,59 +67,62 @@ bool HandleTable::grow() {
     if (!more.allocate(slots_ ? slots_.bits() + 1 : first_bits)) {
         return false;
     }
-    old_ = std::move(slots_);
+    for (size_t at = 0; at < slots_.size(); at++) {
+        if (slots_[at].block) {
+            more.of(slots_[at].number) = slots_[at];
+        }
+    }
     slots_ = std::move(more);
-    moved_ = 0;
     return true;
 }
 
-void HandleTable::move_some() {
-    const size_t end = std::min(moved_ + moved_at_once, old_.size());
-    for (; moved_ < end; moved_++) {
-        HandleSlot &slot = old_[moved_];
-        if (slot.object && slot.object != spoiled) {
-            slots_.of(slot.handle) = slot;
-            slot = {spoiled, 0};
-        }
+// Returns null when there is no memory.
+HandleBlock *HandleTable::need_block(NB_ULONG number) {
+    if ((blocks_ + 1) * 2 > slots_.size() && !grow()) {
+        return nullptr;
     }
-    if (moved_ == old_.size()) {
-        old_.release();
+    HandleSlot &slot = slots_.of(number);
+    if (!slot.block) {
+        slot = {static_cast<HandleBlock *>(calloc(1, sizeof(HandleBlock))), number};
+        blocks_ += slot.block ? 1 : 0;
     }
+    return slot.block;
 }
 
 NB_ULONG HandleTable::create(void *object) {
-    const bool full = (live_ + 1) * 2 > slots_.size();
-    if (!object || (full && (slots_.bits() >= most_bits || !grow()))) {
+    if (!object || live_ == most_handles) {
         return 0;
     }
-    move_some();
     while (next_ == 0 || find(next_)) {
         next_++;
     }
-    slots_.of(next_) = {object, next_};
+    HandleBlock *const block = need_block(next_ / handles_in_block);
+    if (!block) {
+        return 0;
+    }
+    block->objects[next_ % handles_in_block] = object;
+    block->live++;
     live_++;
     return next_++;
 }
 
 void *HandleTable::find(NB_ULONG handle) const {
-    if (!handle || !slots_) {
-        return nullptr;
-    }
-    void *const object = slots_.of(handle).object;
-    return object || !old_ ? object : old_.of(handle).object;
+    const HandleBlock *const block = slots_ ? slots_.of(handle / handles_in_block).block : nullptr;
+    return block ? block->objects[handle % handles_in_block] : nullptr;
 }
 
 void HandleTable::destroy(NB_ULONG handle) {
     if (!find(handle)) {
         return;
     }
-    HandleSlot &slot = slots_.of(handle);
-    if (slot.object) {
-        slots_.erase(slot);
-    } else {
-        old_.of(handle) = {spoiled, 0};
-    }
+    HandleSlot &slot = slots_.of(handle / handles_in_block);
+    slot.block->objects[handle % handles_in_block] = nullptr;
     live_--;
+    if (--slot.block->live == 0) {
+        free(slot.block);
+        slots_.erase(slot);
+        blocks_--;
+    }
 }
 
 namespace {

@@ -1,10 +1,10 @@
 /* The table behind the handle manager: 32-bit values that stand for pointers.
  *
  * Values are given out in ascending order and wrap around past 0, so a value comes back only after
- * all others were used; a value that is still live is skipped.  Open addressing with linear
- * probing, at most half full, and deletion by moving entries back, so a look-up costs the same
- * after any number of creations.  A table that grows moves a few entries with each creation, so no
- * single one takes long.  OWNS: its slots, not the objects. */
+ * all others were used; a value that is still live is skipped.  Neighbours in value stand in one
+ * block, so that handles which are made and ended together cost no look-up of their own in memory.
+ * Blocks are found by open addressing with linear probing, at most half full, and go with their
+ * last handle.  OWNS: its blocks, not the objects. */
 #ifndef HANDLETABLE_H
 #define HANDLETABLE_H
 
@@ -15,26 +15,31 @@
 
 namespace base {
 
-struct HandleSlot {
-    void *object; // null: the slot is free
-    NB_ULONG handle;
+constexpr NB_ULONG handles_in_block = 64;
+
+struct HandleBlock {
+    size_t live;
+    void *objects[handles_in_block]; // null: the value is free
 };
 
-/* Slots for a power of two of handles. */
+struct HandleSlot {
+    HandleBlock *block; // null: the slot is free
+    NB_ULONG number;    // of the block
+};
+
+/* Slots for a power of two of blocks. */
 class HandleSlots {
 public:
     /* Makes 2^bits free slots.  Returns whether there is memory; without it nothing changes. */
     bool allocate(unsigned bits);
-    void release() { slots_.reset(); }
 
     explicit operator bool() const { return slots_ != nullptr; }
     unsigned bits() const { return bits_; }
     size_t size() const { return slots_ ? size_t{1} << bits_ : 0; }
     HandleSlot &operator[](size_t at) const { return slots_[at]; }
 
-    /* The slot that holds the handle, or the free slot where it would go.  REQUIRES: a free slot.
-     */
-    HandleSlot &of(NB_ULONG handle) const;
+    /* The slot that holds the block, or the free slot where it would go.  REQUIRES: a free slot. */
+    HandleSlot &of(NB_ULONG number) const;
 
     /* Frees a slot that is taken, and moves back what stands behind it for want of room. */
     void erase(HandleSlot &slot);
@@ -45,7 +50,7 @@ private:
     };
 
     size_t mask() const { return (size_t{1} << bits_) - 1; }
-    size_t home(NB_ULONG handle) const;
+    size_t home(NB_ULONG number) const;
 
     std::unique_ptr<HandleSlot[], Free> slots_;
     unsigned bits_ = 0;
@@ -55,6 +60,8 @@ class HandleTable {
 public:
     /* `first` is the value to begin with. */
     explicit HandleTable(NB_ULONG first = 1) : next_(first) {}
+    HandleTable(HandleTable &&) = default;
+    ~HandleTable() { free_blocks(); }
 
     /* Forgets every live handle; values go on from where they were.  Returns whether there is
      * memory for a first handle. */
@@ -73,12 +80,14 @@ public:
 
 private:
     bool grow();
-    void move_some();
+    HandleBlock *need_block(NB_ULONG number);
+    void free_blocks();
+
+    static constexpr NB_ULONG most_handles = ~NB_ULONG{0}; // 0 is none
 
     HandleSlots slots_;
-    HandleSlots old_;  // before the last growth; what is left in it is still to be moved
-    size_t moved_ = 0; // slots of it that are done with
-    size_t live_ = 0;  // in both
+    size_t blocks_ = 0;
+    size_t live_ = 0;
     NB_ULONG next_;
 };
 
