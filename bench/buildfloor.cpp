@@ -4,6 +4,7 @@
 #include "nofwire.h"
 #include "vgadsutl.h"
 #include "vgamodel.h"
+#include <array>
 #include <boost/intrusive/avl_set.hpp>
 #include <chrono>
 #include <cstdio>

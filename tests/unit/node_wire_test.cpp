@@ -185,6 +185,28 @@ TEST(NodeQueue, AFrameThatIsHalfSentStaysAsItIs) {
     EXPECT_GT(states, 1U);
 }
 
+TEST(NodeQueue, ShortAnswersStayWholeAndInOrder) {
+    Narrow pipe;
+    node::OutQueue queue;
+    for (size_t number = 0; number < 3000; number++) {
+        queue.answer(indication(static_cast<NB_UCHAR>(number)));
+        if (number % 7 == 0) {
+            ASSERT_TRUE(queue.write_to(pipe.in()));
+        }
+    }
+    while (!queue.empty()) {
+        pipe.drain();
+        ASSERT_TRUE(queue.write_to(pipe.in()));
+    }
+    EXPECT_EQ(queue.bytes(), 0U);
+    pipe.drain();
+    const auto sent = pipe.received();
+    ASSERT_EQ(sent.size(), 3000U);
+    for (size_t number = 0; number < sent.size(); number++) {
+        ASSERT_EQ(sent[number].state, number % 256);
+    }
+}
+
 TEST(NodeQueue, NewsOverflowsAndABrokenPeerIsTold) {
     node::OutQueue queue;
     EXPECT_FALSE(queue.overflown());

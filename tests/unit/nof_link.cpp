@@ -90,6 +90,37 @@ TEST_F(Link, AtMostTheLimitInOneRound) {
     }
 }
 
+// What the callbacks of short answers issue travels in one piece; behind a long one it goes at
+// once.
+TEST_F(Link, VerbsOfOneRoundTravelTogether) {
+    connect();
+    auto more = std::vector<NAP_NAME_VERB>(4, verb_block<NAP_NAME_VERB>(NAP_START_LS));
+    std::vector<bool> on_the_wire;
+    on_heard = [&](const Heard &one) {
+        if (one.user_data != 0) {
+            issue(&more[on_the_wire.size()]);
+            node->read_some();
+            on_the_wire.push_back(node->whole_frame());
+        }
+    };
+    std::vector<List> lists(4, List(60000));
+    Bytes all;
+    for (List &list : lists) {
+        const NB_UCHAR *buffer = list.buffer.data();
+        std::memcpy(list.block.buf_ptr, &buffer, sizeof(buffer));
+        issue(&list.block, 1);
+        const Bytes answer = list_answer(
+            node->verb(), entries({&list == &lists[3] ? NB_USHORT{60000} : NB_USHORT{8}}), 1);
+        all.insert(all.end(), answer.begin(), answer.end());
+    }
+    node->send(all);
+    ASSERT_TRUE(until([&] { return on_the_wire.size() == 4; }));
+    EXPECT_EQ(on_the_wire, (std::vector<bool>{false, false, false, true}));
+    for (size_t verb = 0; verb < 4; verb++) {
+        node->verb();
+    }
+}
+
 TEST_F(Link, RefusedAtOnce) {
     connect();
     open_target(0x77);

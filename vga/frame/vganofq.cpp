@@ -13,6 +13,15 @@ namespace {
 /* The answer of this verb is read in place by its issuer, who frees the buffer. */
 constexpr NB_USHORT keeps_buffer = 8288;
 
+/* Answers name their verb by its block.  A hundred nodes that are read at once have a thousand in
+ * flight: none is looked for along the queue. */
+NB_INT compare_blocks(const NB_VOID *left, const NB_VOID *right) {
+    return (left > right) - (left < right);
+}
+
+AVL_TREE entries_by_vcb = {compare_blocks, nullptr, nullptr, nullptr};
+NB_ULONG purged_in_flight;
+
 /* The links are the first member, so an entry and its links have one address. */
 VGA_QUEUE_ENTRY *entry_of(NB_LQE *links) {
     return reinterpret_cast<VGA_QUEUE_ENTRY *>(links);
@@ -31,9 +40,17 @@ template <class Condition> VGA_QUEUE_ENTRY *find_entry(NB_LQE &queue, Condition 
 /* A purged verb in flight holds later verbs of its target back: its answer may still change what
  * they would find. */
 NB_USHORT target_is_held(NB_ULONG target) {
-    return find_entry(gvga_nof_queue, [target](const VGA_QUEUE_ENTRY &entry) {
+    return purged_in_flight != 0 &&
+           find_entry(gvga_nof_queue, [target](const VGA_QUEUE_ENTRY &entry) {
                return entry.target == target && entry.completion == nullptr;
            }) != nullptr;
+}
+
+/* Takes an entry out of its queue and the index. */
+NB_VOID remove_entry(VGA_QUEUE_ENTRY *entry) {
+    nba_remove_from_q(&entry->links);
+    ntl_avl_delete(&entries_by_vcb, &entry->by_vcb);
+    purged_in_flight -= entry->completion == nullptr ? 1 : 0;
 }
 
 NB_VOID free_entry(VGA_QUEUE_ENTRY *entry) {
@@ -114,6 +131,8 @@ NB_VOID vga_init_verb_queues(NB_VOID) {
     vga_open_verb_log();
     NB_INIT_LIST(gvga_nof_queue);
     NB_INIT_LIST(gvga_immediate_nof_queue);
+    entries_by_vcb.root = entries_by_vcb.first = entries_by_vcb.last = nullptr;
+    purged_in_flight = 0;
 }
 
 NB_USHORT vga_queue_verb(NB_ULONG target, NAP_VCB *vcb, NB_ULONG user_data,
@@ -131,6 +150,8 @@ NB_USHORT vga_queue_verb(NB_ULONG target, NAP_VCB *vcb, NB_ULONG user_data,
     entry->user_data = user_data;
     entry->completion = completion;
     nba_add_to_q_tail(&gvga_nof_queue, &entry->links);
+    AVL_INIT_NODE(entry->by_vcb, entry, vcb);
+    ntl_avl_insert(&entries_by_vcb, &entry->by_vcb);
     NB_USHORT must_wait = vcb->opcode != NAP_DISCONNECT_NODE && target_is_held(target);
     if (must_wait) {
         vga_log_verb(VGA_VERB_WAITING, target, vcb);
@@ -150,18 +171,14 @@ NB_VOID vga_nof_verb_callback(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data)
         handle_unsolicited(work);
         return;
     }
-    auto is_this = [vcb](const VGA_QUEUE_ENTRY &candidate) { return candidate.vcb == vcb; };
-    VGA_QUEUE_ENTRY *queue_entry = find_entry(gvga_nof_queue, is_this);
-    if (queue_entry == nullptr) {
-        queue_entry = find_entry(gvga_immediate_nof_queue, is_this);
-    }
+    auto *queue_entry = static_cast<VGA_QUEUE_ENTRY *>(ntl_avl_find(&entries_by_vcb, vcb));
     if (queue_entry == nullptr) {
         v0_assert(__FILE__, __LINE__, "FALSE");
         return;
     }
     NB_ASSERT(queue_entry->issued);
     vga_log_verb(VGA_VERB_COMPLETED, target, work.vcb);
-    nba_remove_from_q(&queue_entry->links);
+    remove_entry(queue_entry);
     if (queue_entry->completion != nullptr) {
         complete(*queue_entry, work);
     } else {
@@ -196,9 +213,10 @@ NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *v
         }
         vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
         if (entry->issued) {
+            purged_in_flight += entry->completion != nullptr ? 1 : 0;
             entry->completion = nullptr;
         } else {
-            nba_remove_from_q(&entry->links);
+            remove_entry(entry);
             free_entry(entry);
         }
     }
@@ -209,7 +227,7 @@ NB_VOID vga_empty_verb_queues(NB_VOID) {
         while (NB_LQE *first = nba_get_q_head(queue)) {
             VGA_QUEUE_ENTRY *entry = entry_of(first);
             vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
-            nba_remove_from_q(first);
+            remove_entry(entry);
             free_entry(entry);
         }
     }

@@ -12,6 +12,7 @@
 #include "nbbase.h"
 #include "nof.h"
 #include "nofrec.h"
+#include "ntlavl.h"
 #include <cstdlib>
 #include <memory>
 
@@ -28,6 +29,7 @@ typedef NB_VOID (*VGA_COMPLETION)(const VGA_PROCESS_STATE *work);
 /* One verb, waiting or in flight; the first member of its list is the head's neighbour. */
 struct VGA_QUEUE_ENTRY {
     NB_LQE links;
+    AVL_NODE by_vcb;  /* in the index over both queues */
     NB_USHORT issued; /* handed to the verb interface */
     NB_ULONG target;
     NAP_VCB *vcb;

@@ -73,7 +73,7 @@ NB_USHORT issue_list_step(const BUILD &build, const STEP &step, const NB_UCHAR *
  * between two short ones, and short answers travel together.  Meanwhile the step's flag counts
  * those that are under way.  Owners are asked in their order, so that entries come in order all the
  * same. */
-constexpr NB_USHORT owners_at_once = 8;
+constexpr NB_USHORT owners_at_once = 16;
 
 /* Asks for the list of the owner behind `asked` (null: of the first).  Returns -1 without one, 0
  * when nothing could be queued. */
