@@ -48,47 +48,10 @@ using records::Settings;
 
 class Engine;
 
-enum ClassId : NB_UCHAR {
-    CLASS_DLC,
-    CLASS_PORT,
-    CLASS_LS,
-    CLASS_CN,
-    CLASS_CN_PORT,
-    CLASS_DSPU_TEMPLATE,
-    CLASS_PU,
-    CLASS_DOWN_PU,
-    CLASS_LU_POOL,
-    CLASS_LU03,
-    CLASS_DOWN_LU,
-    CLASS_EXTRA_DATA,
-    CLASS_LOCAL_LU,
-    CLASS_COS,
-    CLASS_COS_NODE_ROW,
-    CLASS_COS_TG_ROW,
-    CLASS_MODE_DEF,
-    CLASS_PLU_DEF,
-    CLASS_MODE,
-    CLASS_PLU,
-    CLASS_DIRECTORY,
-    CLASS_LS_ROUTING,
-    CLASS_LU62_TIMEOUT,
-    CLASS_RTP_CONN,
-    CLASS_PRIMARY_LINE,
-    CLASS_PRIMARY_LU0,
-    CLASS_ACCESS_LIST,
-    CLASS_TP_DEF,
-    CLASS_TP_LOAD,
-    CLASS_LU_LU_PASSWORD,
-    CLASS_USERID_PASSWORD,
-    CLASS_TN_ACCESS,
-    CLASS_TN_ASSOC,
-    CLASS_TN_REDIRECT,
-    CLASS_TAMRIX_SESSION,
-    CLASS_USER,
-    CLASS_CPIC,
-    CLASS_RJE,
-    CLASS_COUNT
-};
+/* CLASS_DLC and the like: the schemas in their order. */
+#define CLASS_ID(name, schema) CLASS_##name,
+enum ClassId : NB_UCHAR { SCHEMAS(CLASS_ID) CLASS_COUNT };
+#undef CLASS_ID
 
 /* Which engine keeps a class, and which target its verbs go to. */
 enum class Scope : NB_UCHAR {

@@ -50,6 +50,9 @@ SortKey fold_key(const records::KeyParts &parts, const NB_UCHAR *raw) {
     NB_UCHAR folded[NAP_MAX_KEY] = {};
     size_t at = 0;
     for (const records::KeyPart &part : parts) {
+        if (part.kind == KeyKind::Unused) {
+            break;
+        }
         if (part.kind == KeyKind::Number) {
             NB_USHORT value = 0;
             memcpy(&value, raw + at, sizeof value);
