@@ -152,6 +152,18 @@ TEST_F(StartUp, TheUserFileWinsOverTheApplicationDefaults) {
     EXPECT_EQ(run(), "") << "it needs the application defaults";
 }
 
+/* A look is a file of application defaults: this one asks for a size that does not exist. */
+TEST_F(StartUp, ALookIsChosenByTheUserFileAndForOneRun) {
+    start_node();
+    place.write("lib/X11/app-defaults/Quiladmin-odd",
+                "#include \"Quiladmin\"\nQuiladmin*size: medium\n");
+    resources("Quiladmin*customization: -odd");
+    EXPECT_TRUE(warns(run(), 611));
+    EXPECT_EQ(run({"-xrm", "*customization: -dark"}), "");
+    resources("");
+    EXPECT_TRUE(warns(run({"-xrm", "*customization: -odd"}), 611));
+}
+
 TEST_F(StartUp, LocalesThatDoNotExistLeaveEnglishTexts) {
     start_node();
     for (const Environment &with :

@@ -34,6 +34,9 @@ TEST(NodeMake, NumbersThatDoNotFitAreRefused) {
     }
     const std::string text = node::format_generated(numbers("lus=5000,nodes=3"));
     EXPECT_EQ(node::format_generated(numbers(text.c_str())), text);
+    const node::DomainText domain = node::generated_domain(numbers("nodes=2,lus=30"));
+    EXPECT_EQ(domain.errors, std::vector<std::string>{});
+    EXPECT_EQ(domain.nodes.size(), 2U);
 }
 
 TEST(NodeMake, OnlyChangesAreStored) {

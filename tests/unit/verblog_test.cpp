@@ -125,6 +125,39 @@ TEST_F(VerbLog, TellsRequestAndAnswer) {
     });
 }
 
+TEST_F(VerbLog, TellsWhatWaitsWhatIsPurgedAndWhatWasKnownAtOnce) {
+    start();
+    queue_delete(1, NAP_DELETE_PORT, "first");
+    vga_purge_verb_queue(1, 0, nullptr, 0, nullptr);
+    queue_delete(1, NAP_DELETE_MODE, "second");
+    queue_delete(1, NAP_DELETE_MODE, "third");
+    vga_purge_verb_queue(0, 0, scripted_nof.in_flight[0].vcb, 0, nullptr); /* again: no line */
+    vga_purge_verb_queue(0, 0, reinterpret_cast<VGA_QUEUE_ENTRY *>(gvga_nof_queue.previous)->vcb, 0,
+                         nullptr);
+    scripted_nof.completes_at_once = [](const ISSUED_VERB &verb) {
+        verb.vcb->primary_rc = NAP_NOT_SUPPORTED;
+        return NB_USHORT{1};
+    };
+    scripted_nof.complete(0);
+    queue_delete(1, NAP_DELETE_LS, "fourth");
+    vga_drain_immediate_queue();
+    const std::string time = "\\d+\\.\\d{3} ms";
+    expect_lines({
+        "issued             target 1  DELETE_PORT 0x2043  \"first\"",
+        "purged             target 1  DELETE_PORT 0x2043  " + time,
+        "waiting            target 1  DELETE_MODE 0x003F  \"second\"",
+        "waiting            target 1  DELETE_MODE 0x003F  \"third\"",
+        "purged             target 1  DELETE_MODE 0x003F  waited " + time,
+        "completed          target 1  DELETE_PORT 0x2043  OK 0x0000 - 0x00000000  " + time +
+            "  \"first\"  \\(purged\\)",
+        "issued             target 1  DELETE_MODE 0x003F  waited " + time + "  \"second\"",
+        "completed at once  target 1  DELETE_MODE 0x003F  NOT_SUPPORTED 0x0F20 - 0x00000000  " +
+            time,
+        "issued             target 1  DELETE_LS 0x2045  \"fourth\"",
+        "completed at once  target 1  DELETE_LS 0x2045  NOT_SUPPORTED 0x0F20 - 0x00000000  " + time,
+    });
+}
+
 /* Blocks of exactly the table's length, filled with anything, as a broken node might. */
 TEST_F(VerbLog, ReadsNoBlockBeyondItsLength) {
     start();
@@ -155,6 +188,21 @@ TEST_F(VerbLog, ReadsNoBlockBeyondItsLength) {
                   0)
             << found[at];
     }
+}
+
+TEST_F(VerbLog, AFileThatCannotBeWrittenEndsTheLogOnly) {
+    for (const std::string &name :
+         {folder.string(), folder.string() + "/none/verbs", std::string("/dev/full")}) {
+        start(name);
+        queue_delete(1, NAP_DELETE_PORT, "eth0");
+        EXPECT_EQ(gvga_verb_log, nullptr) << name;
+        scripted_nof.complete();
+    }
+    const std::vector<std::string> errors = lines(folder / "errors");
+    ASSERT_EQ(errors.size(), 3U);
+    EXPECT_NE(errors[0].find("0x4002000C detail 0"), std::string::npos) << errors[0];
+    EXPECT_NE(errors[1].find("No such file"), std::string::npos) << errors[1];
+    EXPECT_NE(errors[2].find("0x4002000C detail 1"), std::string::npos) << errors[2];
 }
 
 } // namespace
