@@ -4,6 +4,7 @@
 #include "fieldrows.h"
 
 #include "nbbase.h"
+#include "nofcopy.h"
 #include "referrers.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ void show_dlc(const Engine &, Resource &resource) {
 }
 
 void fill_port(const Engine &engine, NB_UCHAR *bytes) {
-    auto entry = from_entry<NAP_PORT_DATA>(bytes);
+    auto entry = nap_copy<NAP_PORT_DATA>(bytes);
     const Resource *dlc = engine.find(CLASS_DLC, entry.def_data.dlc_name);
     if (dlc != nullptr) {
         entry.def_data.dlc_type = Engine::get<NAP_DLC_DATA>(*dlc).def_data.dlc_type;
@@ -56,7 +57,7 @@ void refill(Engine &engine, ClassId id, void (*fill)(const Engine &, NB_UCHAR *)
 }
 
 void fill_ls(const Engine &engine, NB_UCHAR *bytes) {
-    auto entry = from_entry<NAP_LS_DATA>(bytes);
+    auto entry = nap_copy<NAP_LS_DATA>(bytes);
     const Resource *port = engine.find(CLASS_PORT, entry.def_data.port_name);
     if (port != nullptr) {
         entry.def_data.dlc_type = Engine::get<NAP_PORT_DATA>(*port).def_data.dlc_type;
@@ -115,7 +116,7 @@ bool pu_name_taken(const Engine &engine, const NAP_LS_DATA &link) {
 }
 
 Result check_ls(const Engine &engine, const NB_UCHAR *bytes, const Resource *old) {
-    const auto entry = from_entry<NAP_LS_DATA>(bytes);
+    const auto entry = nap_copy<NAP_LS_DATA>(bytes);
     const ClassId made = made_class(entry);
     if (made != CLASS_COUNT && is_blank8(entry.def_data.pu_name)) {
         return bad_parameter(NAP_INVALID_NAME);
@@ -203,7 +204,7 @@ void show_ls(const Engine &engine, Resource &resource) {
 }
 
 Result check_pu(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_PU_DATA>(bytes);
+    const auto entry = nap_copy<NAP_PU_DATA>(bytes);
     if (engine.node_record().dlur_support == 0) {
         return {NAP_NOT_SUPPORTED, 0};
     }
@@ -218,7 +219,7 @@ Result check_pu(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
 }
 
 void fill_pu(const Engine &, NB_UCHAR *bytes) {
-    auto entry = from_entry<NAP_PU_DATA>(bytes);
+    auto entry = nap_copy<NAP_PU_DATA>(bytes);
     entry.host_attachment = NAP_DLUR_ATTACHED;
     memset(entry.def_data.ls_name, ' ', sizeof entry.def_data.ls_name);
     memcpy(bytes, &entry, sizeof entry);
@@ -288,7 +289,7 @@ bool is_medium(const Engine &engine, const NB_UCHAR *port_name, NB_UCHAR dlc_typ
 }
 
 Result check_cn(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_CN_DATA>(bytes);
+    const auto entry = nap_copy<NAP_CN_DATA>(bytes);
     const ResourceTable &ports = engine.table(CLASS_CN_PORT);
     for (Resource *at = ports.first_with(entry.fqcn_name, 17); at != nullptr;
          at = ResourceTable::next_with(*at, 17)) {
@@ -301,7 +302,7 @@ Result check_cn(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
 }
 
 Result check_cn_port(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_CN_PORT_DATA>(bytes);
+    const auto entry = nap_copy<NAP_CN_PORT_DATA>(bytes);
     const Resource *network = engine.find(CLASS_CN, entry.fqcn_name);
     const NB_UCHAR type = Engine::get<NAP_CN_DATA>(*network).def_data.dlc_type;
     return is_medium(engine, entry.port_name, type) ? GOOD : bad_parameter(NAP_INVALID_VALUE);
@@ -320,7 +321,7 @@ void cn_port_left(Engine &engine, const NB_UCHAR *entry) {
 }
 
 Result check_dspu_template(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_DSPU_TEMPLATE_DATA>(bytes);
+    const auto entry = nap_copy<NAP_DSPU_TEMPLATE_DATA>(bytes);
     NB_USHORT free_from = 1;
     if (engine.node_record().dspu_support == 0) {
         return {NAP_NOT_SUPPORTED, 0};

@@ -1,6 +1,7 @@
 /* What is peculiar to programs, security and the domain. */
 #include "classhooks.h"
 #include "engine.h"
+#include "nofcopy.h"
 
 #include <algorithm>
 #include <cstring>
@@ -13,7 +14,7 @@ namespace {
 Result check_tp(const Engine &, const NB_UCHAR *bytes, const Resource *) {
     constexpr NB_USHORT MOST = 16;
     constexpr NB_USHORT ANY = 65535;
-    const auto entry = from_entry<NAP_TP_DATA>(bytes).def_data;
+    const auto entry = nap_copy<NAP_TP_DATA>(bytes).def_data;
     const bool fields_good = entry.pip_fields <= MOST || entry.pip_fields == ANY;
     const bool list_good = entry.security_access == 0 ||
                            !is_blank(KeyKind::Local, entry.list_name, sizeof entry.list_name);
@@ -31,7 +32,7 @@ Result check_password(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 }
 
 Result check_access_list(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_ACCESS_LIST_DATA>(bytes).def_data;
+    const auto entry = nap_copy<NAP_ACCESS_LIST_DATA>(bytes).def_data;
     for (NB_USHORT at = 0; at < entry.num_users; at++) {
         for (NB_USHORT before = 0; before < at; before++) {
             if (same_name(entry.users[at].user_name, entry.users[before].user_name, 10)) {
@@ -44,7 +45,7 @@ Result check_access_list(const Engine &, const NB_UCHAR *bytes, const Resource *
 
 /* A 3270 session needs an LU or a pool, a 5250 session the system that it reaches. */
 Result check_user(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_USER_DATA>(bytes).def_data;
+    const auto entry = nap_copy<NAP_USER_DATA>(bytes).def_data;
     for (NB_USHORT at = 0; at < entry.num_sessions; at++) {
         const NAP_USER_SESSION session = entry.sessions[at];
         const bool over_lu = session.session_class == NAP_USER_SESSION_3270;
@@ -63,7 +64,7 @@ Result check_user(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 }
 
 Result check_cpic(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_CPIC_DATA>(bytes).def_data;
+    const auto entry = nap_copy<NAP_CPIC_DATA>(bytes).def_data;
     constexpr NB_UCHAR PERIOD = 0x4B;
     const NB_UCHAR *end = entry.partner_lu_name + sizeof entry.partner_lu_name;
     const bool alias = std::find(entry.partner_lu_name, end, PERIOD) == end;

@@ -4,6 +4,7 @@
 #include "fieldrows.h"
 
 #include "nbbase.h"
+#include "nofcopy.h"
 #include "resourcetable.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace node {
 namespace {
 
 Result check_lu03(const Engine &engine, const NB_UCHAR *bytes, const Resource *old) {
-    const auto entry = from_entry<NAP_LU03_DATA>(bytes);
+    const auto entry = nap_copy<NAP_LU03_DATA>(bytes);
     const bool taken = address_taken(engine, entry.pu_name, entry.def_data.nau_address, old);
     return taken ? bad_parameter(NAP_INVALID_VALUE) : GOOD;
 }
@@ -63,7 +64,7 @@ bool is_control_point(const Engine &engine, const NAP_LOCAL_LU_DATA &entry) {
 }
 
 Result check_local_lu(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_LOCAL_LU_DATA>(bytes);
+    const auto entry = nap_copy<NAP_LOCAL_LU_DATA>(bytes);
     const bool dependent =
         !is_blank(KeyKind::Ebcdic, entry.def_data.pu_name, sizeof entry.def_data.pu_name);
     if (is_control_point(engine, entry)) {
@@ -101,7 +102,7 @@ Result removable_lu03(const Engine &engine, const Resource &resource) {
 }
 
 Result check_down_lu(const Engine &engine, const NB_UCHAR *bytes, const Resource *old) {
-    const auto entry = from_entry<NAP_DOWN_LU_DATA>(bytes);
+    const auto entry = nap_copy<NAP_DOWN_LU_DATA>(bytes);
     const ResourceTable &lus = engine.table(CLASS_DOWN_LU);
     for (Resource *at = lus.first_with(entry.dspu_name, 8); at != nullptr;
          at = ResourceTable::next_with(*at, 8)) {
@@ -156,7 +157,7 @@ NB_UCHAR report_down_lu(const Resource &resource) {
 }
 
 Result check_primary_lu0(const Engine &engine, const NB_UCHAR *bytes, const Resource *old) {
-    const auto entry = from_entry<NAP_PRIMARY_LU0_DATA>(bytes);
+    const auto entry = nap_copy<NAP_PRIMARY_LU0_DATA>(bytes);
     const ResourceTable &lus = engine.table(CLASS_PRIMARY_LU0);
     for (Resource *at = lus.first(); at != nullptr; at = ResourceTable::next(*at)) {
         const auto other = Engine::get<NAP_PRIMARY_LU0_DATA>(*at).def_data;
@@ -183,7 +184,7 @@ bool primary_lu0_busy(const Engine &, const Resource &resource) {
 }
 
 Result check_lu62_timeout(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_LU62_TIMEOUT_DATA>(bytes);
+    const auto entry = nap_copy<NAP_LU62_TIMEOUT_DATA>(bytes);
     constexpr NB_UCHAR PERIOD = 0x4B;
     const NB_UCHAR *end = entry.resource_name + sizeof entry.resource_name;
     const bool blank = is_blank(KeyKind::Ebcdic, entry.resource_name, sizeof entry.resource_name);

@@ -2,6 +2,7 @@
  * members of a pool changes its LUs. */
 #include "classhooks.h"
 #include "engine.h"
+#include "nofcopy.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,9 +12,8 @@ namespace node {
 namespace {
 
 Result check_pool(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    return is_blank8(from_entry<NAP_LU_POOL_DATA>(bytes).lu_name)
-               ? GOOD
-               : bad_parameter(NAP_INVALID_VALUE);
+    return is_blank8(nap_copy<NAP_LU_POOL_DATA>(bytes).lu_name) ? GOOD
+                                                                : bad_parameter(NAP_INVALID_VALUE);
 }
 
 NAP_LU_POOL_DATA pool_alone(const NB_UCHAR *pool_name) {
@@ -53,7 +53,7 @@ void fill_member(const Engine &engine, const NAP_LU03_DATA &lu, NAP_LU_POOL_DATA
 /* The change that puts an LU into a pool, or, with a blank name, takes it out of its own. */
 Change move_lu(Resource &resource, const NB_UCHAR *pool_name) {
     Change change = Engine::change_of(resource);
-    auto lu = from_entry<NAP_LU03_DATA>(change.entry.get());
+    auto lu = nap_copy<NAP_LU03_DATA>(change.entry.get());
     memcpy(lu.def_data.pool_name, pool_name, sizeof lu.def_data.pool_name);
     memcpy(change.entry.get(), &lu, sizeof lu);
     return change;
@@ -86,7 +86,7 @@ void pool_defined(Engine &, Resource &resource, bool added) {
 }
 
 Result define_pool(Engine &engine, std::vector<NB_UCHAR> &block) {
-    auto verb = from_entry<NAP_DEFINE_LU_POOL_VERB>(block.data());
+    auto verb = nap_copy<NAP_DEFINE_LU_POOL_VERB>(block.data());
     NAP_LU_POOL_DATA pool = pool_alone(verb.pool_name);
     memcpy(pool.lu_name, verb.lu_name, sizeof pool.lu_name);
     memcpy(pool.description, verb.description, sizeof pool.description);

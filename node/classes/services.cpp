@@ -1,6 +1,7 @@
 /* What is peculiar to the TN3270 server, the TN redirector and SNA over IP. */
 #include "classhooks.h"
 #include "engine.h"
+#include "nofcopy.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,7 +20,7 @@ bool unknown_lu(const Engine &engine, const NB_UCHAR *name) {
 }
 
 Result check_tn_access(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_TN_ACCESS_DATA>(bytes);
+    const auto entry = nap_copy<NAP_TN_ACCESS_DATA>(bytes);
     if (engine.node_record().tn3270_support == 0) {
         return {NAP_NOT_SUPPORTED, 0};
     }
@@ -46,7 +47,7 @@ Result check_tn_assoc(const Engine &engine, const NB_UCHAR *, const Resource *) 
 }
 
 Result check_tn_redirect(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_TN_REDIRECT_DATA>(bytes);
+    const auto entry = nap_copy<NAP_TN_REDIRECT_DATA>(bytes);
     return entry.def_data.host_address[0] != 0 ? check_client(entry)
                                                : bad_parameter(NAP_INVALID_VALUE);
 }

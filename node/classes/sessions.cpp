@@ -4,6 +4,7 @@
 #include "fieldrows.h"
 
 #include "nbbase.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "snadefined.h"
 
@@ -39,7 +40,7 @@ NB_UCHAR rows_of(const Engine &engine, ClassId id, const NB_UCHAR *cos_name) {
 }
 
 void fill_cos(const Engine &engine, NB_UCHAR *bytes) {
-    auto entry = from_entry<NAP_COS_DATA>(bytes);
+    auto entry = nap_copy<NAP_COS_DATA>(bytes);
     entry.def_data.sna_defined = is_sna_cos(entry.cos_name) ? 1 : 0;
     entry.record_type = entry.def_data.sna_defined != 0 ? NAP_COS_SNA_DEFINED : 0;
     entry.def_data.num_of_node_rows = rows_of(engine, CLASS_COS_NODE_ROW, entry.cos_name);
@@ -66,19 +67,19 @@ bool ordered(const NAP_TG_LIMITS &low, const NAP_TG_LIMITS &high) {
 
 /* No limit lies below the other end of its range. */
 Result check_node_row(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto row = from_entry<NAP_COS_NODE_ROW_DATA>(bytes).def_data;
+    const auto row = nap_copy<NAP_COS_NODE_ROW_DATA>(bytes).def_data;
     return row.min_congestion <= row.max_congestion && row.min_resistance <= row.max_resistance
                ? GOOD
                : bad_parameter(NAP_INVALID_VALUE);
 }
 
 Result check_tg_row(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto row = from_entry<NAP_COS_TG_ROW_DATA>(bytes).def_data;
+    const auto row = nap_copy<NAP_COS_TG_ROW_DATA>(bytes).def_data;
     return ordered(row.min, row.max) ? GOOD : bad_parameter(NAP_INVALID_VALUE);
 }
 
 Result check_mode_def(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto chars = from_entry<NAP_MODE_DEF_DATA>(bytes).mode_chars;
+    const auto chars = nap_copy<NAP_MODE_DEF_DATA>(bytes).mode_chars;
     const NB_USHORT window_limit = chars.max_receive_pacing_win;
     const bool sizes_good = chars.default_ru_size != 0 ||
                             (chars.max_ru_size_upp >= 256 && chars.max_ru_size_low >= 256 &&
@@ -93,7 +94,7 @@ Result check_mode_def(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 }
 
 void fill_mode_def(const Engine &, NB_UCHAR *bytes) {
-    auto entry = from_entry<NAP_MODE_DEF_DATA>(bytes);
+    auto entry = nap_copy<NAP_MODE_DEF_DATA>(bytes);
     entry.mode_chars.sna_defined = is_sna_mode(entry.mode_name) ? 1 : 0;
     entry.mode_chars.mode_flags =
         is_control_point_mode(entry.mode_name) ? NAP_MODE_CONTROL_POINT : 0;
@@ -162,7 +163,7 @@ bool knows_control_point(const Engine &engine, const NB_UCHAR *fqcp) {
 }
 
 Result check_directory(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_DIR_DATA>(bytes);
+    const auto entry = nap_copy<NAP_DIR_DATA>(bytes);
     const bool own = same_name(entry.fqcp_name, entry.resource_name, sizeof entry.fqcp_name);
     const bool unnamed = is_blank(KeyKind::Ebcdic, entry.resource_name, sizeof entry.resource_name);
     const bool full = entry.def_data.wildcard == NAP_DIR_WILDCARD_FULL;
@@ -195,14 +196,14 @@ Result removable_directory(const Engine &engine, const Resource &resource) {
 }
 
 void fill_directory(const Engine &, NB_UCHAR *bytes) {
-    auto entry = from_entry<NAP_DIR_DATA>(bytes);
+    auto entry = nap_copy<NAP_DIR_DATA>(bytes);
     entry.entry_type = NAP_DIR_HOME;
     memcpy(bytes, &entry, sizeof entry);
 }
 
 /* A partner's name stands for one LU, for all that begin with it, or, blank, for all. */
 Result check_ls_routing(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto entry = from_entry<NAP_LS_ROUTING_DATA>(bytes);
+    const auto entry = nap_copy<NAP_LS_ROUTING_DATA>(bytes);
     const bool unnamed = is_blank(KeyKind::Ebcdic, entry.fqplu_name, sizeof entry.fqplu_name);
     return unnamed == (entry.def_data.wildcard == NAP_DIR_WILDCARD_FULL)
                ? GOOD

@@ -258,7 +258,7 @@ Resource &Engine::add_derived(ClassId id, const NB_VOID *entry, size_t length) {
     return made;
 }
 
-/* What goes with the resource must be free, too. */
+/* Resources that go with this one must be free, too. */
 Result Engine::check_unused(const Resource &resource) const {
     Result result = GOOD;
     if (is_busy(resource)) {

@@ -2,6 +2,7 @@
 
 #include "frames.h"
 #include "nbbase.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <cstring>
@@ -11,12 +12,6 @@ namespace node {
 namespace {
 
 constexpr char RELEASE[] = "1.0";
-
-template <class Record> Record read_block(const std::vector<NB_UCHAR> &block) {
-    Record record;
-    memcpy(&record, block.data(), sizeof record);
-    return record;
-}
 
 } // namespace
 
@@ -53,7 +48,7 @@ void Engine::execute(const NB_VOID *block, size_t length, Answer &answer) {
 }
 
 Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data) {
-    const auto header = read_block<NAP_VCB>(block);
+    const auto header = nap_copy<NAP_VCB>(block.data());
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const ClassRow *row = class_by_verb(header.opcode);
     const Settings *settings = settings_by_verb(header.opcode);
@@ -88,7 +83,7 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
 }
 
 Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data) {
-    auto query = read_block<NAP_QUERY_LIST>(block);
+    auto query = nap_copy<NAP_QUERY_LIST>(block.data());
     const ListRow *list = nullptr;
     const ClassRow *row = class_by_list(query.opcode, &list);
     const Result result = row != nullptr && serves(*row)
@@ -99,7 +94,7 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
 }
 
 Result Engine::query_record(std::vector<NB_UCHAR> &block) {
-    const auto header = read_block<NAP_VCB>(block);
+    const auto header = nap_copy<NAP_VCB>(block.data());
     const Settings *row = settings_by_verb(header.opcode);
     if (row == nullptr || row->of_domain != (scope_ == Scope::Domain)) {
         return {NAP_NOT_SUPPORTED, 0};
@@ -119,7 +114,7 @@ Result Engine::query_record(std::vector<NB_UCHAR> &block) {
 }
 
 void Engine::count_limits(std::vector<NB_UCHAR> &block) const {
-    auto limits = read_block<NAP_QUERY_NODE_LIMITS_VERB>(block);
+    auto limits = nap_copy<NAP_QUERY_NODE_LIMITS_VERB>(block.data());
     limits.lus = tables_[CLASS_LU03]->count() + tables_[CLASS_LOCAL_LU]->count();
     limits.links = tables_[CLASS_LS]->count();
     limits.sessions = active_sessions_;
@@ -132,8 +127,7 @@ void Engine::count_limits(std::vector<NB_UCHAR> &block) const {
 }
 
 NAP_QUERY_NODE_VERB Engine::node_record() const {
-    NAP_QUERY_NODE_VERB record;
-    memcpy(&record, records_.image(records::setting("node")), sizeof record);
+    auto record = nap_copy<NAP_QUERY_NODE_VERB>(records_.image(records::setting("node")));
     record.info.node_state = node_state_;
     record.info.server_flags = server_flags_;
     memcpy(record.info.release, RELEASE, sizeof RELEASE);
@@ -146,14 +140,12 @@ NAP_QUERY_NODE_VERB Engine::node_record() const {
 
 /* The settings record of the node takes the fields of the define block; all else stays. */
 Result Engine::define_node(const NB_UCHAR *block) {
-    NAP_DEFINE_NODE_VERB verb;
-    memcpy(&verb, block, sizeof verb);
+    auto verb = nap_copy<NAP_DEFINE_NODE_VERB>(block);
     if (node_state_ != NAP_NODE_STOPPED && node_state_ != NAP_NODE_UNCONFIGURED) {
         return bad_state(NAP_RESOURCE_ACTIVE);
     }
     const Settings &row = records::setting("node");
-    NAP_QUERY_NODE_VERB record;
-    memcpy(&record, records_.image(row), sizeof record);
+    auto record = nap_copy<NAP_QUERY_NODE_VERB>(records_.image(row));
     memcpy(record.info.description, verb.description, sizeof verb.description);
     memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
     memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);

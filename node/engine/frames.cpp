@@ -1,5 +1,6 @@
 #include "frames.h"
 
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "resourcetable.h"
 
@@ -76,8 +77,7 @@ std::vector<NB_UCHAR> make_frame(NB_USHORT kind, NB_ULONG correlator, NB_ULONG t
 }
 
 Result check_block(const NB_UCHAR *block, size_t length) {
-    NAP_VCB header;
-    memcpy(&header, block, sizeof header);
+    auto header = nap_copy<NAP_VCB>(block);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     if (verb == nullptr || verb->kind == NAP_KIND_INDICATION || header.format != 0 ||
         length > verb->block_size) {
@@ -87,8 +87,7 @@ Result check_block(const NB_UCHAR *block, size_t length) {
 }
 
 void set_result(std::vector<NB_UCHAR> &block, Result result) {
-    NAP_VCB header;
-    memcpy(&header, block.data(), sizeof header);
+    auto header = nap_copy<NAP_VCB>(block.data());
     header.primary_rc = result.primary;
     header.reserved_rc = 0;
     header.secondary_rc = result.secondary;
@@ -96,8 +95,7 @@ void set_result(std::vector<NB_UCHAR> &block, Result result) {
 }
 
 NB_USHORT block_opcode(const std::vector<NB_UCHAR> &block) {
-    NAP_VCB header;
-    memcpy(&header, block.data(), sizeof header);
+    auto header = nap_copy<NAP_VCB>(block.data());
     return header.opcode;
 }
 

@@ -1,5 +1,6 @@
 #include "generate.h"
 
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <algorithm>
@@ -33,7 +34,7 @@ NB_ULONG share(NB_ULONG of, NB_ULONG each) {
     return std::max<NB_ULONG>(1, (of + each - 1) / each);
 }
 
-/* What is not said follows from what is. */
+/* Counts that are not given follow from those that are. */
 void complete(Generated &domain) {
     const auto fill = [&domain](Generator what, NB_ULONG count) {
         NB_ULONG &place = domain.counts[what];
@@ -135,7 +136,7 @@ template <class Record> std::vector<NB_UCHAR> initial_entry(ClassId id) {
 template <class Record, class Fill> void Maker::each(ClassId id, Generator what, Fill fill) {
     const ClassRow &row = class_row(id);
     std::vector<NB_UCHAR> entry = initial_entry<Record>(id);
-    const auto initial = from_entry<Record>(entry.data());
+    const auto initial = nap_copy<Record>(entry.data());
     for (NB_ULONG at = 0; at < domain_[what]; at++) {
         Record record = initial;
         if (fill(record, at)) {
@@ -268,14 +269,14 @@ void add_own(const Generated &domain, TextNode &own) {
         own.resources.back().entry.resize(row.schema->overlay_size());
     };
     for (NB_ULONG at = 0; at < domain[MAKE_USERS]; at++) {
-        auto user = from_entry<NAP_USER_DATA>(initial_entry<NAP_USER_DATA>(CLASS_USER).data());
+        auto user = nap_copy<NAP_USER_DATA>(initial_entry<NAP_USER_DATA>(CLASS_USER).data());
         const std::string number = std::to_string(at + 1);
         put_text(user.user_name, "user" + std::string(7 - number.size(), '0') + number);
         put_text(user.def_data.description, "Employee " + number);
         add(CLASS_USER, &user);
     }
     for (NB_ULONG at = 0; at < domain[MAKE_CPICS]; at++) {
-        auto info = from_entry<NAP_CPIC_DATA>(initial_entry<NAP_CPIC_DATA>(CLASS_CPIC).data());
+        auto info = nap_copy<NAP_CPIC_DATA>(initial_entry<NAP_CPIC_DATA>(CLASS_CPIC).data());
         put_local(info.sym_dest_name, sizeof info.sym_dest_name,
                   name_of("SD", at + 1, domain[MAKE_CPICS]));
         put_ebcdic(info.def_data.partner_lu_name, sizeof info.def_data.partner_lu_name,
@@ -352,7 +353,7 @@ DomainText generated_domain(const Generated &domain) {
 std::vector<NB_UCHAR> generated_node(const Generated &domain, NB_ULONG index) {
     const RecordSet initial;
     constexpr const Settings &row = records::setting("node");
-    auto record = from_entry<NAP_QUERY_NODE_VERB>(initial.image(row));
+    auto record = nap_copy<NAP_QUERY_NODE_VERB>(initial.image(row));
     const std::string name = cp_name(index);
     put_ebcdic(record.info.fq_cp_name, sizeof record.info.fq_cp_name, name);
     put_local(record.info.cp_alias, sizeof record.info.cp_alias, name.substr(5));

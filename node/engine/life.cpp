@@ -9,6 +9,7 @@
 #include "engine.h"
 
 #include "nbbase.h"
+#include "nofcopy.h"
 #include "referrers.h"
 
 #include <cstring>
@@ -253,8 +254,7 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
 }
 
 Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
-    NAP_NAME_VERB verb;
-    memcpy(&verb, block, sizeof verb);
+    auto verb = nap_copy<NAP_NAME_VERB>(block);
     Resource *resource = tables_[row.id]->find(verb.key);
     if (verb.stop_type > NAP_IMMEDIATE_STOP) {
         return bad_parameter(NAP_INVALID_VALUE);

@@ -12,6 +12,7 @@
 
 #include "behaviour.h"
 #include "entry.h"
+#include "nofcopy.h"
 #include "ntlavl.h"
 #include "schemas.h"
 #include "sortkey.h"
@@ -166,13 +167,6 @@ struct ClassRow {
     ClassHooks hooks = {};
     FieldTable simulated = {}; /* in domain texts: offsets in the Behaviour */
 };
-
-/* Reads a record as its C type, by copying. */
-template <class Record> Record from_entry(const NB_UCHAR *entry) {
-    Record record;
-    memcpy(&record, entry, sizeof record);
-    return record;
-}
 
 /* The row of a class; the table is in the order of ClassId. */
 const ClassRow &class_row(ClassId id);

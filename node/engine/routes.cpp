@@ -175,7 +175,8 @@ Engine::Wanted Engine::wanted_sessions() const {
     return wanted;
 }
 
-/* What is no longer wanted goes, what is new gets the next number, the rest is brought up to date.
+/* Connections that are no longer wanted go, new ones get the next number, the rest is brought up to
+ * date.
  */
 void Engine::bring(ClassId id, Brought &brought, Wanted wanted,
                    void (*name)(NB_UCHAR *entry, NB_ULONG number)) {

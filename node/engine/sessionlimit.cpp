@@ -1,6 +1,7 @@
 /* Session limits of the modes in use. */
 #include "engine.h"
 
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <cstring>
@@ -17,8 +18,7 @@ bool fit(const NAP_SESSION_LIMIT_VERB &verb, NB_USHORT highest) {
 } // namespace
 
 Result Engine::set_session_limit(const NB_UCHAR *block) {
-    NAP_SESSION_LIMIT_VERB verb;
-    memcpy(&verb, block, sizeof verb);
+    auto verb = nap_copy<NAP_SESSION_LIMIT_VERB>(block);
     Resource *resource = tables_[CLASS_MODE]->find(block + KEY_IN_BLOCK);
     if (resource == nullptr) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);

@@ -1,6 +1,7 @@
 #include "nodedomain.h"
 
 #include "frames.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <algorithm>
@@ -132,8 +133,7 @@ void Domain::refresh_up_times() {
 }
 
 Result Domain::query(Answer &answer) {
-    NAP_QUERY_LIST query;
-    memcpy(&query, answer.block.data(), sizeof query);
+    auto query = nap_copy<NAP_QUERY_LIST>(answer.block.data());
     Result result;
     if (query.opcode == NAP_QUERY_NODE_ALL) {
         refresh_up_times();
@@ -146,8 +146,7 @@ Result Domain::query(Answer &answer) {
 }
 
 Result Domain::change_backup(const Answer &answer, bool add, std::string &changed) {
-    NAP_NAME_VERB verb;
-    memcpy(&verb, answer.block.data(), sizeof verb);
+    auto verb = nap_copy<NAP_NAME_VERB>(answer.block.data());
     Resource *resource = nodes_.find(verb.key);
     if (resource == nullptr) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
@@ -201,8 +200,7 @@ std::string Domain::take_over(const std::string &gone,
 
 /* The central logger is a node of the domain, or none. */
 bool Domain::is_known_logger(const Answer &answer) const {
-    NAP_QUERY_LOGGING_VERB verb;
-    memcpy(&verb, answer.block.data(), sizeof verb);
+    auto verb = nap_copy<NAP_QUERY_LOGGING_VERB>(answer.block.data());
     const std::string name = local_text(verb.node_name, sizeof verb.node_name);
     return name.empty() || find(name) != nullptr;
 }
@@ -220,8 +218,7 @@ Result Domain::dispatch(Answer &answer, std::string &changed) {
     }
     const std::vector<NB_UCHAR> block = answer.block;
     engine_.execute(block.data(), block.size(), answer);
-    NAP_VCB header;
-    memcpy(&header, answer.block.data(), sizeof header);
+    auto header = nap_copy<NAP_VCB>(answer.block.data());
     return {header.primary_rc, header.secondary_rc};
 }
 

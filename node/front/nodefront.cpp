@@ -2,6 +2,7 @@
 
 #include "nbbase.h"
 #include "nbproblem.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <algorithm>
@@ -138,7 +139,7 @@ bool Front::start(std::string &why) {
     return true;
 }
 
-/* What is kept are changes to one generated domain, and mean nothing in another. */
+/* The kept changes belong to one generated domain and mean nothing in another. */
 bool Front::check_numbers(std::string &why) {
     const std::string kept = store_.fact(FACT_GENERATED);
     const bool empty = store_.fact(FACT_LOADED).empty();
@@ -439,8 +440,7 @@ void Front::to_domain(Client &client, const Frame &frame) {
     std::string changed;
     domain_->execute(frame.block.data(), frame.block.size(), result, changed);
     answer(client, frame.header, result.block, result.data);
-    NAP_VCB header;
-    memcpy(&header, result.block.data(), sizeof header);
+    auto header = nap_copy<NAP_VCB>(result.block.data());
     if (header.primary_rc == NAP_OK && nap_find_verb(header.opcode)->changes != 0) {
         send_copy(&client, nullptr, result.block);
     }
@@ -494,7 +494,7 @@ bool Front::is_crowded(const Client &client) const {
     return client.in_flight > MAX_IN_FLIGHT || client.peer->out().bytes() > MAX_WAITING_BYTES;
 }
 
-/* What was read before the client was held is looked at when it is let go. */
+/* Bytes that were read before the client was held are looked at when it is let go. */
 void Front::balance(Client &client) {
     const bool crowded = is_crowded(client);
     if (client.held && !crowded) {

@@ -4,6 +4,7 @@
 #include "nbbase.h"
 #include "nbproblem.h"
 #include "nodeserve.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <algorithm>
@@ -138,8 +139,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     }
     const Flight flight = std::move(found->second);
     node.flights.erase(found);
-    NAP_VCB header;
-    memcpy(&header, frame.block.data(), sizeof header);
+    auto header = nap_copy<NAP_VCB>(frame.block.data());
     Client *client = find_client(flight.client);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const bool of_node = header.opcode == NAP_INIT_NODE || header.opcode == NAP_STOP_NODE;

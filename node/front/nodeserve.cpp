@@ -3,6 +3,7 @@
 #include "engine.h"
 #include "generate.h"
 #include "nodepeer.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <cstdio>
@@ -21,8 +22,7 @@ public:
 
     /* Nobody hears what nobody registered for. */
     void indicate(const NB_VOID *block, size_t length) override {
-        NAP_VCB header;
-        memcpy(&header, block, sizeof header);
+        auto header = nap_copy<NAP_VCB>(block);
         if (header.opcode != NAP_QUERY_NODE && wanted_.count(header.opcode) == 0) {
             return;
         }
@@ -126,22 +126,18 @@ void NodeProcess::handle_news(const Frame &frame) {
     const NB_USHORT opcode = block_opcode(frame.block);
     if (opcode == NAP_SERVER_INDICATION &&
         frame.block.size() == sizeof(NAP_SERVER_INDICATION_VERB)) {
-        NAP_SERVER_INDICATION_VERB news;
-        memcpy(&news, frame.block.data(), sizeof news);
+        auto news = nap_copy<NAP_SERVER_INDICATION_VERB>(frame.block.data());
         engine_.set_server_flags(news.server_flags);
     } else if (opcode == NAP_LS_INDICATION &&
                frame.block.size() == sizeof(NAP_RESOURCE_INDICATION)) {
-        NAP_RESOURCE_INDICATION news;
-        memcpy(&news, frame.block.data(), sizeof news);
+        auto news = nap_copy<NAP_RESOURCE_INDICATION>(frame.block.data());
         engine_.partner_link(news);
     } else if (opcode == NAP_REGISTER_INDICATION_SINK &&
                frame.block.size() == sizeof(NAP_REGISTER_SINK_VERB)) {
-        NAP_REGISTER_SINK_VERB news;
-        memcpy(&news, frame.block.data(), sizeof news);
+        auto news = nap_copy<NAP_REGISTER_SINK_VERB>(frame.block.data());
         link_.want(news.indication);
     } else if (opcode == NAP_QUERY_NODE && frame.block.size() == sizeof(NAP_QUERY_NODE_VERB)) {
-        NAP_QUERY_NODE_VERB other;
-        memcpy(&other, frame.block.data(), sizeof other);
+        auto other = nap_copy<NAP_QUERY_NODE_VERB>(frame.block.data());
         engine_.partner_node(other.info.fq_cp_name, other.info.node_state == NAP_NODE_ACTIVE);
     }
 }

@@ -1,6 +1,7 @@
 /* The verbs of a session with the interface. */
 #include "nodefront.h"
 
+#include "nofcopy.h"
 #include "nofverbs.h"
 
 #include <algorithm>
@@ -27,8 +28,7 @@ Result Front::session_verb(Client &client, const Frame &frame, Target &target, A
     case NAP_REGISTER_INDICATION_SINK:
         return register_sink(client, frame, target);
     case NAP_SET_PROCESSING_MODE: {
-        NAP_SET_PROCESSING_MODE_VERB verb;
-        memcpy(&verb, frame.block.data(), sizeof verb);
+        auto verb = nap_copy<NAP_SET_PROCESSING_MODE_VERB>(frame.block.data());
         return verb.mode == NAP_MODE_ADMINISTER ? GOOD : bad_parameter(NAP_INVALID_VALUE);
     }
     default:
@@ -51,8 +51,7 @@ Result Front::add_target(Client &client, Place place, NodeProcess *node, NB_ULON
 }
 
 Result Front::open_file(Client &client, Answer &answer) {
-    NAP_OPEN_FILE_VERB verb;
-    memcpy(&verb, answer.block.data(), sizeof verb);
+    auto verb = nap_copy<NAP_OPEN_FILE_VERB>(answer.block.data());
     NB_ULONG handle = 0;
     Result result = bad_parameter(NAP_INVALID_VALUE);
     std::string holder = domain_->master();
@@ -93,8 +92,7 @@ Front::NodeProcess *Front::named_node(const NB_UCHAR *name, size_t width) {
 }
 
 Result Front::connect_node(Client &client, Answer &answer) {
-    NAP_CONNECT_NODE_VERB verb;
-    memcpy(&verb, answer.block.data(), sizeof verb);
+    auto verb = nap_copy<NAP_CONNECT_NODE_VERB>(answer.block.data());
     NodeProcess *node = named_node(verb.node_name, sizeof verb.node_name);
     if (node == nullptr) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
@@ -113,8 +111,7 @@ Result Front::connect_node(Client &client, Answer &answer) {
 
 /* Registering again moves the registration to the new verb. */
 Result Front::register_sink(Client &client, const Frame &frame, Target &target) {
-    NAP_REGISTER_SINK_VERB verb;
-    memcpy(&verb, frame.block.data(), sizeof verb);
+    auto verb = nap_copy<NAP_REGISTER_SINK_VERB>(frame.block.data());
     const NAP_VERB *indication = nap_find_verb(verb.indication);
     const bool known = verb.indication == NAP_CONFIG_COPIES ||
                        (indication != nullptr && indication->kind == NAP_KIND_INDICATION);

@@ -18,7 +18,7 @@ void TopicView::show_topic(Topic topic, int top) {
 }
 
 void TopicView::resized() {
-    /* What was at the top stays about there. */
+    /* The line at the top stays about there. */
     const int before = std::max(page.height, 1);
     const int at = top();
     page = lay_out(shown, width(), look);

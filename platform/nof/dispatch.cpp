@@ -2,6 +2,7 @@
 
 #include "answer.h"
 #include "interface.h"
+#include "nofcopy.h"
 
 #include <cstring>
 #include <new>
@@ -35,8 +36,7 @@ NB_ULONG opened_target(const Verb &verb) {
 }
 
 NB_USHORT primary_rc_of(const NB_UCHAR *vcb) {
-    NAP_VCB header;
-    std::memcpy(&header, vcb, sizeof(header));
+    auto header = nap_copy<NAP_VCB>(vcb);
     return header.primary_rc;
 }
 

@@ -2,6 +2,7 @@
 
 #include "answer.h"
 #include "nbproblem.h"
+#include "nofcopy.h"
 
 #include <climits>
 #include <cstdio>
@@ -41,8 +42,7 @@ void Interface::terminate() {
 // Fills what the record of a verb needs from its block.  Returns false, with return codes, for a
 // verb that is complete without having gone anywhere.
 bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc) const {
-    NAP_VCB header;
-    std::memcpy(&header, verb.vcb, sizeof(header));
+    auto header = nap_copy<NAP_VCB>(verb.vcb);
     verb.row = header.format == 0 ? nap_find_verb(header.opcode) : nullptr;
     if (!verb.row || verb.row->kind == NAP_KIND_INDICATION) {
         primary_rc = NAP_NOT_SUPPORTED;
@@ -53,8 +53,7 @@ bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc
     }
     primary_rc = NAP_PARAMETER_CHECK;
     if (verb.row->kind == NAP_KIND_LIST) {
-        NAP_QUERY_LIST block;
-        std::memcpy(&block, verb.vcb, sizeof(block));
+        auto block = nap_copy<NAP_QUERY_LIST>(verb.vcb);
         std::memcpy(&verb.buffer, block.buf_ptr, sizeof(verb.buffer));
         verb.buffer_size = block.buf_size;
         secondary_rc = NAP_BAD_LENGTH;

@@ -131,7 +131,7 @@ NB_VOID add_name_to_title(VGA_DIALOG *desc) {
     vga_set_title(desc, text.get());
 }
 
-/* What every dialog gets once its widgets are known to be complete. */
+/* Every dialog gets this once its widgets are known to be complete. */
 NB_VOID finish_widgets(VGA_DIALOG *desc) {
     vga_set_configured_colours(desc->widget);
     vga_set_label_fonts(desc->widget, desc->widget);

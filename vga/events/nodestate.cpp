@@ -1,4 +1,5 @@
 #include "nodestate.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgahooks.h"
 #include "vgamodel.h"
@@ -37,8 +38,7 @@ NB_VOID vga_process_node_status_ind(const VGA_PROCESS_STATE *work) {
     if (node == nullptr) {
         return;
     }
-    NAP_NODE_STATUS_INDICATION_VERB copy;
-    memcpy(&copy, work->vcb, sizeof(copy));
+    auto copy = nap_copy<NAP_NODE_STATUS_INDICATION_VERB>(work->vcb);
     if (copy.opcode == NAP_INIT_NODE) {
         vga_process_init_node(node, copy.node_state);
     } else {

@@ -1,5 +1,6 @@
 #include "vgaindct.h"
 #include "nodestate.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"
@@ -52,10 +53,9 @@ NB_VOID node_died(VGA_NODE *node) {
 } // namespace
 
 NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work) {
-    NAP_NOF_STATUS_INDICATION_VERB indication;
-    memcpy(&indication, work->vcb, sizeof(indication));
+    auto indication = nap_copy<NAP_NOF_STATUS_INDICATION_VERB>(work->vcb);
     if (indication.status == NAP_CONNECTION_GONE) {
-        /* Who is leaving anyway need not be told. */
+        /* An operator who is closing the program need not be told. */
         if (gvga_closing) {
             VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
         } else {

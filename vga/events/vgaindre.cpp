@@ -1,5 +1,6 @@
 #include "vgaindre.h"
 #include "nbproblem.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgadschk.h"
 #include "vgadsnew.h"
@@ -85,8 +86,7 @@ NB_USHORT vga_indication_handler(const VGA_PROCESS_STATE *work) {
         v0_assert(gvga_unhandled_indication.file, gvga_unhandled_indication.line, "FALSE");
         return 1;
     }
-    NAP_RESOURCE_INDICATION indication;
-    memcpy(&indication, work->vcb, sizeof(indication));
+    auto indication = nap_copy<NAP_RESOURCE_INDICATION>(work->vcb);
     if (indication.data_lost) {
         vga_start_check(node, row->id);
     } else {

@@ -1,4 +1,5 @@
 #include "vgaslimt.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgadsadd.h"
 #include "vgatypes.h"
@@ -21,8 +22,7 @@ NB_VOID vga_process_session_limit(const VGA_PROCESS_STATE *work) {
     if (node == nullptr) {
         return;
     }
-    NAP_SESSION_LIMIT_VERB verb;
-    memcpy(&verb, work->vcb, sizeof(verb));
+    auto verb = nap_copy<NAP_SESSION_LIMIT_VERB>(work->vcb);
     VGA_MODE *mode = find_mode(node, verb);
     if (mode == nullptr) {
         return;

@@ -203,7 +203,7 @@ bool is_name(const NAME_FILTER &row, std::string_view text, bool at_start, bool 
     return true;
 }
 
-/* What follows a blank must be blank, in the whole of the field that comes out. */
+/* Only blanks may follow a blank, in the whole of the field that comes out. */
 bool blanks_only_end(const RESULT &result) {
     bool blank = false;
     for (std::string_view part : {result.before, result.inserted, result.after}) {

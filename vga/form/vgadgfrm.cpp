@@ -113,7 +113,7 @@ NB_USHORT collect(VGA_FORM *form) {
 
 /* Verbs. */
 
-/* What was entered is done. */
+/* The verb succeeded: the fields now show what is so. */
 NB_VOID finish(VGA_FORM *form) {
     NB_USHORT leaving = form->leaving;
     form->leaving = 0;

@@ -24,7 +24,7 @@ bool is_text(Widget widget) {
     return XmIsTextField(widget) || XmIsText(widget);
 }
 
-/* What only shows a word is no menu. */
+/* A label that only shows a word is no menu. */
 bool is_menu(const VGA_FIELD &field) {
     return field.is(FieldKind::Word) && (field.uses & VGA_FIELD_SHOWN) == 0;
 }
@@ -221,7 +221,7 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT number) {
     Widget widget = form->widgets[number];
     NB_USHORT on = editable(form, number);
     if (is_text(widget)) {
-        /* What can only be looked at can still be copied. */
+        /* A text that can only be looked at can still be copied. */
         XtVaSetValues(widget, XmNeditable, on != 0, XmNcursorPositionVisible, on != 0, nullptr);
         on = vga_form_field_of_use(form, number);
     } else if ((form->plan->fields[number].uses & VGA_FIELD_SHOWN) != 0) {

@@ -1,5 +1,6 @@
 #include "vgavlog.h"
 #include "nbproblem.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgaglob.h"
 #include <algorithm>
@@ -101,16 +102,9 @@ NB_VOID add_key(std::string &line, const NB_UCHAR (&area)[NAP_MAX_KEY]) {
 
 /* What a block is about. */
 
-/* Blocks are copied out: their members are not aligned. */
-template <class Block> Block copy_of(const NAP_VCB *vcb) {
-    Block block;
-    memcpy(&block, vcb, sizeof(block));
-    return block;
-}
-
 NB_VOID add_list(std::string &line, const NAP_VCB *vcb, NB_USHORT answered) {
     constexpr NB_UCHAR position = NAP_LIST_INCLUSIVE | NAP_LIST_FROM_NEXT | NAP_FIRST_IN_LIST;
-    const auto list = copy_of<NAP_QUERY_LIST>(vcb);
+    const auto list = nap_copy<NAP_QUERY_LIST>(vcb);
     if (answered) {
         add(line, "  %u of %u entries, %u bytes", list.num_entries, list.total_num_entries,
             list.total_buf_size);
@@ -128,7 +122,7 @@ NB_VOID add_list(std::string &line, const NAP_VCB *vcb, NB_USHORT answered) {
 }
 
 NB_VOID add_open_file(std::string &line, const NAP_VCB *vcb, NB_USHORT answered) {
-    const auto open = copy_of<NAP_OPEN_FILE_VERB>(vcb);
+    const auto open = nap_copy<NAP_OPEN_FILE_VERB>(vcb);
     const NB_USHORT file = open.file;
     add(line, "  %s ", file < std::size(file_names) ? file_names[file] : "?");
     add_text(line, open.node_name, sizeof(open.node_name));
@@ -138,7 +132,7 @@ NB_VOID add_open_file(std::string &line, const NAP_VCB *vcb, NB_USHORT answered)
 }
 
 NB_VOID add_connect_node(std::string &line, const NAP_VCB *vcb, NB_USHORT answered) {
-    const auto connect = copy_of<NAP_CONNECT_NODE_VERB>(vcb);
+    const auto connect = nap_copy<NAP_CONNECT_NODE_VERB>(vcb);
     line += "  node ";
     add_text(line, connect.node_name, sizeof(connect.node_name));
     if (answered) {
@@ -147,39 +141,39 @@ NB_VOID add_connect_node(std::string &line, const NAP_VCB *vcb, NB_USHORT answer
 }
 
 NB_VOID add_register(std::string &line, const NAP_VCB *vcb, NB_USHORT) {
-    const NB_USHORT indication = copy_of<NAP_REGISTER_SINK_VERB>(vcb).indication;
+    const NB_USHORT indication = nap_copy<NAP_REGISTER_SINK_VERB>(vcb).indication;
     add(line, "  for %s 0x%04X",
         indication == NAP_CONFIG_COPIES ? "CONFIG_COPIES" : verb_name(indication), indication);
 }
 
 NB_VOID add_name_verb(std::string &line, const NAP_VCB *vcb, NB_USHORT) {
-    const auto verb = copy_of<NAP_NAME_VERB>(vcb);
+    const auto verb = nap_copy<NAP_NAME_VERB>(vcb);
     add_key(line, verb.key);
     line += verb.stop_type == NAP_IMMEDIATE_STOP ? " at once" : "";
 }
 
 NB_VOID add_resource_indication(std::string &line, const NAP_VCB *vcb, NB_USHORT) {
-    const auto indication = copy_of<NAP_RESOURCE_INDICATION>(vcb);
+    const auto indication = nap_copy<NAP_RESOURCE_INDICATION>(vcb);
     add_key(line, indication.key);
     add(line, "  state %u%s%s", indication.state, indication.deactivated ? ", gone" : "",
         indication.data_lost ? ", others were lost" : "");
 }
 
 NB_VOID add_status(std::string &line, const NAP_VCB *vcb, NB_USHORT) {
-    const auto indication = copy_of<NAP_NOF_STATUS_INDICATION_VERB>(vcb);
+    const auto indication = nap_copy<NAP_NOF_STATUS_INDICATION_VERB>(vcb);
     add(line, "  %s 0x%04X, target %u", secondary_name(indication.status), indication.status,
         indication.target_handle);
 }
 
 NB_VOID add_node_status(std::string &line, const NAP_VCB *vcb) {
-    const auto status = copy_of<NAP_NODE_STATUS_INDICATION_VERB>(vcb);
+    const auto status = nap_copy<NAP_NODE_STATUS_INDICATION_VERB>(vcb);
     line += "  node ";
     add_text(line, status.node_name, sizeof(status.node_name));
     add(line, " state %u", status.node_state);
 }
 
 NB_VOID add_server(std::string &line, const NAP_VCB *vcb, NB_USHORT) {
-    const auto indication = copy_of<NAP_SERVER_INDICATION_VERB>(vcb);
+    const auto indication = nap_copy<NAP_SERVER_INDICATION_VERB>(vcb);
     line += "  node ";
     add_text(line, indication.node_name, sizeof(indication.node_name));
     add(line, " state %u, flags 0x%04X", indication.state, indication.server_flags);

@@ -250,7 +250,7 @@ private:
     NB_LONG count;
 };
 
-/* What is below a line that was taken off went with it: a whole branch goes as fast as its top. */
+/* Lines below one that was taken off went with it: a whole branch goes as fast as its top. */
 NB_USHORT went_with_parent(const VGA_VIEWER_ITEM *item) {
     while (item->parent != nullptr && item->parent->in_list != 0) {
         item = item->parent;

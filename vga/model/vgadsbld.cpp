@@ -1,4 +1,5 @@
 #include "vgadsbld.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgadsadd.h"
 #include "vgadsbst.h"
@@ -162,7 +163,7 @@ NB_USHORT owner_done(const BUILD &build, const STEP &step) {
  * Returns 1 when the whole list has been asked for and answered. */
 NB_USHORT ask_for_more(const BUILD &build, const STEP &step, const VGA_LIST &list,
                        const NAP_VCB *vcb) {
-    auto query = vga_copy_block<NAP_QUERY_LIST>(vcb);
+    auto query = nap_copy<NAP_QUERY_LIST>(vcb);
     const NB_UCHAR *owner = step.kind == OWNED_LIST ? query.key : nullptr;
     VGA_LIST_POSITION last;
     vga_find_list_end(list, vcb, &last);

@@ -1,4 +1,5 @@
 #include "vgadsbst.h"
+#include "nofcopy.h"
 #include "nofverbs.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
@@ -76,7 +77,7 @@ NB_VOID replace_file(NB_ULONG &target, const NAP_OPEN_FILE_VERB &answer, NB_ULON
 }
 
 NB_VOID keep_domain_target(VGA_NODE *, const NAP_VCB *vcb) {
-    auto answer = vga_copy_block<NAP_OPEN_FILE_VERB>(vcb);
+    auto answer = nap_copy<NAP_OPEN_FILE_VERB>(vcb);
     if (answer.primary_rc == NAP_OK) {
         replace_file(gvga_system->domain_target, answer, gvga_system->handle);
         memcpy(gvga_system->config_name, answer.node_name, sizeof(answer.node_name));
@@ -88,12 +89,12 @@ NB_VOID keep_domain_target(VGA_NODE *, const NAP_VCB *vcb) {
 
 /* The network file and a TP load file that cannot be opened are done without. */
 NB_VOID keep_net_target(VGA_NODE *, const NAP_VCB *vcb) {
-    auto answer = vga_copy_block<NAP_OPEN_FILE_VERB>(vcb);
+    auto answer = nap_copy<NAP_OPEN_FILE_VERB>(vcb);
     replace_file(gvga_system->net_target, answer, gvga_system->handle);
 }
 
 NB_VOID keep_tp_target(VGA_NODE *node, const NAP_VCB *vcb) {
-    auto answer = vga_copy_block<NAP_OPEN_FILE_VERB>(vcb);
+    auto answer = nap_copy<NAP_OPEN_FILE_VERB>(vcb);
     replace_file(node->tp_target, answer, node->handle);
 }
 
@@ -391,7 +392,7 @@ std::span<const VGA_BUILD_STEP> vga_node_steps(NB_VOID) {
 }
 
 NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
-    auto answer = vga_copy_block<NAP_CONNECT_NODE_VERB>(vcb);
+    auto answer = nap_copy<NAP_CONNECT_NODE_VERB>(vcb);
     NB_ULONG fresh = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
     vga_replace_target(node->target, fresh, node->handle, vga_issue_disconnect_node);
     node->refusal = {answer.primary_rc, answer.secondary_rc};

@@ -5,6 +5,7 @@
 #ifndef VGADSBST_H
 #define VGADSBST_H
 
+#include "nofcopy.h"
 #include "vgaglob.h"
 #include "vgamodel.h"
 #include "vganofq.h"
@@ -76,12 +77,5 @@ std::span<const VGA_BUILD_STEP> vga_node_steps(NB_VOID);
 
 /* Keeps the target that a completed connect has brought; none after a failed one. */
 NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb);
-
-/* A packed block is read in a copy of it. */
-template <class Block> Block vga_copy_block(const NAP_VCB *vcb) {
-    Block block;
-    memcpy(&block, vcb, sizeof(block));
-    return block;
-}
 
 #endif

@@ -1,5 +1,6 @@
 /* The records that no list entry stands for: placeholders, the control point's LU, the modes and
  * classes of service that every node has. */
+#include "nofcopy.h"
 #include "ntlname.h"
 #include "vgadsadd.h"
 #include "vgaglob.h"
@@ -259,8 +260,7 @@ VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name, const N
 }
 
 VGA_REM_PLU *vga_add_vga_rem_sess(VGA_NODE *node, const NAP_MODE_DATA *entry) {
-    NAP_MODE_DATA mode;
-    memcpy(&mode, entry, sizeof(mode));
+    auto mode = nap_copy<NAP_MODE_DATA>(entry);
     VGA_REM_PLU *plu = vga_need_rem_plu(node, mode.fq_cp_name, mode.fqplu_name, NAP_DIR_LU);
     if (plu == nullptr || mode.act_sess_count == 0) {
         return plu;

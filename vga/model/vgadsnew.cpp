@@ -1,5 +1,6 @@
 #include "vgadsnew.h"
 #include "nbproblem.h"
+#include "nofcopy.h"
 #include "vgadsqry.h"
 #include "vgahooks.h"
 #include <cstring>
@@ -44,8 +45,7 @@ NB_VOID read_answered(const VGA_PROCESS_STATE *work) {
     }
     const VGA_LIST &list = *vga_find_list(row->query);
     VGA_CLASS_WORK &state = node->class_work[row->id];
-    NAP_QUERY_LIST query;
-    memcpy(&query, work->vcb, sizeof(query));
+    auto query = nap_copy<NAP_QUERY_LIST>(work->vcb);
     NB_USHORT one = (query.list_options & NAP_LIST_INCLUSIVE) != 0;
     NB_USHORT gone = query.secondary_rc == NAP_UNKNOWN_RESOURCE || vga_node_is_gone(work->vcb);
     if (query.primary_rc == NAP_OK) {

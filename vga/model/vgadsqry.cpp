@@ -1,5 +1,6 @@
 #include "vgadsqry.h"
 #include "nbproblem.h"
+#include "nofcopy.h"
 #include "opcodeindex.h"
 #include "schemas.h"
 #include "vgadsadd.h"
@@ -16,12 +17,6 @@ VGA_ENTRY_RESULT owner_missing(NB_USHORT opcode, const NB_UCHAR *name, NB_USHORT
         nba_pd_print_exception(NB_PD_UNKNOWN_NAME, 0, "x ca", opcode, width, name);
     }
     return VGA_ENTRY_SKIPPED;
-}
-
-template <class Data> Data copy_entry(const NB_UCHAR *entry) {
-    Data data;
-    memcpy(&data, entry, sizeof(data));
-    return data;
 }
 
 template <class Data> const Data *as_entry(const NB_UCHAR *entry) {
@@ -71,7 +66,7 @@ VGA_ENTRY_RESULT add_node(VGA_NODE *, const NB_UCHAR *entry) {
 /* The entry of a pool stands before those of its LUs; a pool that is known only by them is made
  * from the first. */
 VGA_ENTRY_RESULT add_lu_pool(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_LU_POOL_DATA data = copy_entry<NAP_LU_POOL_DATA>(entry);
+    NAP_LU_POOL_DATA data = nap_copy<NAP_LU_POOL_DATA>(entry);
     NB_USHORT pool_itself = vga_blank_name(data.lu_name, sizeof(data.lu_name));
     VGA_POOL *pool = vga_find_pool(node, data.pool_name);
     if (pool == nullptr || pool_itself) {
@@ -88,7 +83,7 @@ VGA_ENTRY_RESULT add_lu_pool(VGA_NODE *node, const NB_UCHAR *entry) {
 }
 
 VGA_ENTRY_RESULT add_extra_data(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_EXTRA_DATA_DATA data = copy_entry<NAP_EXTRA_DATA_DATA>(entry);
+    NAP_EXTRA_DATA_DATA data = nap_copy<NAP_EXTRA_DATA_DATA>(entry);
     VGA_LU03 *lu = vga_find_lu03(node, data.pu_name, data.lu_name);
     if (lu == nullptr) {
         return owner_missing(NAP_QUERY_EXTRA_DATA, data.lu_name, sizeof(data.lu_name));
@@ -99,7 +94,7 @@ VGA_ENTRY_RESULT add_extra_data(VGA_NODE *node, const NB_UCHAR *entry) {
 
 /* A mode in use also tells of the partner, where it is, and the sessions with it. */
 VGA_ENTRY_RESULT add_mode(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_MODE_DATA data = copy_entry<NAP_MODE_DATA>(entry);
+    NAP_MODE_DATA data = nap_copy<NAP_MODE_DATA>(entry);
     VGA_LU62 *lu = vga_find_lu62_by_alias(node, data.lu_alias);
     if (lu == nullptr) {
         return owner_missing(NAP_QUERY_MODE, data.lu_alias, 8);
@@ -124,7 +119,7 @@ VGA_ENTRY_RESULT add_mode(VGA_NODE *node, const NB_UCHAR *entry) {
 }
 
 VGA_ENTRY_RESULT add_plu(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_PLU_DATA data = copy_entry<NAP_PLU_DATA>(entry);
+    NAP_PLU_DATA data = nap_copy<NAP_PLU_DATA>(entry);
     VGA_LU62 *lu = vga_find_lu62_by_alias(node, data.lu_alias);
     if (lu == nullptr) {
         return owner_missing(NAP_QUERY_PARTNER_LU, data.lu_alias, 8);
@@ -137,7 +132,7 @@ VGA_ENTRY_RESULT add_plu(VGA_NODE *node, const NB_UCHAR *entry) {
 
 /* A directory entry names a remote system, or a partner LU and the system that has it. */
 VGA_ENTRY_RESULT add_dir(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_DIR_DATA data = copy_entry<NAP_DIR_DATA>(entry);
+    NAP_DIR_DATA data = nap_copy<NAP_DIR_DATA>(entry);
     NB_UCHAR *own_cp = node->node_data.info.fq_cp_name;
     NB_USHORT own = memcmp(data.fqcp_name, own_cp, sizeof(data.fqcp_name)) == 0;
     if (!own &&
@@ -162,7 +157,7 @@ VGA_ENTRY_RESULT add_dir(VGA_NODE *node, const NB_UCHAR *entry) {
 /* A definition goes to the partner wherever the directory or the sessions have put it, else under
  * the placeholder. */
 VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_PLU_DEF_DATA data = copy_entry<NAP_PLU_DEF_DATA>(entry);
+    NAP_PLU_DEF_DATA data = nap_copy<NAP_PLU_DEF_DATA>(entry);
     static const NB_UCHAR unknown_cp[sizeof(VGA_REM_SYS::name)] = {};
     VGA_REM_PLU *known = vga_need_rem_plu(node, unknown_cp, data.fqplu_name, NAP_DIR_LU);
     if (known == nullptr) {
@@ -295,8 +290,7 @@ NB_VOID check_answer(const VGA_LIST &list, const NAP_VCB *vcb) {
         snprintf(text, sizeof(text), "vcb->opcode == %s", nap_find_verb(list.opcode)->name);
         v0_assert(__FILE__, __LINE__, text);
     }
-    NAP_QUERY_LIST query;
-    memcpy(&query, vcb, sizeof(query));
+    auto query = nap_copy<NAP_QUERY_LIST>(vcb);
     if ((query.list_options & NAP_DETAIL) == 0) {
         v0_assert(__FILE__, __LINE__, "vcb->list_options & NAP_DETAIL");
     }
@@ -395,8 +389,7 @@ NB_VOID vga_find_list_end(const VGA_LIST &list, const NAP_VCB *vcb, VGA_LIST_POS
 
 NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb,
                            const VGA_LIST_POSITION &last) {
-    NAP_QUERY_LIST query;
-    memcpy(&query, vcb, sizeof(query));
+    auto query = nap_copy<NAP_QUERY_LIST>(vcb);
     if (query.num_entries >= query.total_num_entries) {
         return 0;
     }

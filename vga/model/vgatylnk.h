@@ -274,7 +274,7 @@ template <class Pu> NB_VOID vga_take_off_link(Pu *pu, Pu *VGA_LS::*on) {
     }
 }
 
-/* Who was there before lets go. */
+/* The PU that was on the link station before lets go of it, and the link station of its old PU. */
 template <class Pu> NB_VOID vga_put_on_link(Pu &pu, VGA_LS &ls, Pu *VGA_LS::*on) {
     if (pu.ls_entry == &ls && ls.*on == &pu) {
         return;

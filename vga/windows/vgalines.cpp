@@ -215,7 +215,7 @@ constexpr VGA_LINE_COLUMN rem_sys_columns[] = {
     {.stop = session_stop, .field = &field(records::directory, "description")},
 };
 
-/* What the directory has under this name may be a wildcard for all names. */
+/* The directory entry under this name may be a wildcard for all names. */
 NB_VOID rem_plu_name(const VGA_REM_PLU &plu, NB_CHAR *text) {
     constexpr records::FieldRow name = records::rows::fq(FIELD_AT(decltype(plu.key), fqplu_name));
     vga_write_field({.field = &name}, &plu.key, text);
