@@ -1,6 +1,7 @@
 #include "ntlavl.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "nbbase.h"
 
@@ -392,6 +393,14 @@ NB_VOID *ntl_avl_find(const AVL_TREE *tree, const NB_VOID *key) {
     return nullptr;
 }
 
+/* One of two nodes, by arithmetic: the compiler makes a branch of a choice that is written as one,
+ * and which way a descent turns cannot be predicted. */
+static const AVL_NODE *avl_pick(bool first, const AVL_NODE *a, const AVL_NODE *b) {
+    const uintptr_t all_or_none = -static_cast<uintptr_t>(first);
+    return reinterpret_cast<const AVL_NODE *>((reinterpret_cast<uintptr_t>(a) & all_or_none) |
+                                              (reinterpret_cast<uintptr_t>(b) & ~all_or_none));
+}
+
 /* The answer is the last node at which the descent turned left, which is remembered on the way and
  * saves the climb back.  Behind the key itself nothing more is compared: what follows it is the
  * least node of its right side. */
@@ -407,7 +416,7 @@ NB_VOID *ntl_avl_find_next(const AVL_TREE *tree, const NB_VOID *key) {
             }
             break;
         }
-        above = order < 0 ? node : above;
+        above = avl_pick(order < 0, node, above);
         node = order < 0 ? node->left : node->right;
     }
     return above != nullptr ? above->data : nullptr;
