@@ -90,12 +90,6 @@ const Settings *settings_by_verb(NB_USHORT opcode) {
     return by_settings_verb.find(opcode);
 }
 
-const Schema *schema_by_name(std::string_view name) {
-    const auto *found = std::find_if(std::begin(all_schemas), std::end(all_schemas),
-                                     [name](const Schema *row) { return name == row->name; });
-    return found != std::end(all_schemas) ? *found : nullptr;
-}
-
 const Settings *settings_by_name(std::string_view name) {
     const auto *found = std::find_if(std::begin(settings), std::end(settings),
                                      [name](const Settings &row) { return name == row.name; });

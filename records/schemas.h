@@ -1,4 +1,4 @@
-/* All schemas, and finding one by a verb or by its name. */
+/* All schemas, and finding one by a verb. */
 #ifndef SCHEMAS_H
 #define SCHEMAS_H
 
@@ -41,7 +41,6 @@ const Schema *schema_by_verb(NB_USHORT opcode);
 /* The same for settings: the verb that asks for them, or the one that sets them. */
 const Settings *settings_by_verb(NB_USHORT opcode);
 
-const Schema *schema_by_name(std::string_view name);
 const Settings *settings_by_name(std::string_view name);
 
 } // namespace records
