@@ -1,6 +1,5 @@
 #include "viewerlists.h"
 #include "toolkit.h"
-#include "vgadgutl.h"
 #include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vgaviewi.h"
@@ -18,8 +17,6 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-VGA_UID_TABLE gvga_uid_desc; // no windows here
 
 namespace bench {
 

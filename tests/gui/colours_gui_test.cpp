@@ -3,10 +3,7 @@
 #include "gui_support.h"
 
 #include "vgacolr.h"
-#include "vgadgutl.h"
 #include <random>
-
-VGA_UID_TABLE gvga_uid_desc; // no windows here
 
 namespace {
 

@@ -1,6 +1,7 @@
 // The firewall: no message box pops up in the middle of a gesture.
 
 #include "dialog_support.h"
+#include "dialogids.h"
 #include "vgadgfw.h"
 #include "vgadgwid.h"
 

@@ -3,6 +3,7 @@
 
 #include "dialog_support.h"
 
+#include "dialogids.h"
 #include "fieldrows.h"
 #include "vgadgfrm.h"
 

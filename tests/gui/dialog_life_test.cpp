@@ -1,6 +1,7 @@
 // The life of windows and dialogs: fetching, closing, using again, what fails.
 
 #include "dialog_support.h"
+#include "dialogids.h"
 #include "vgadgwid.h"
 
 using namespace dialogs;

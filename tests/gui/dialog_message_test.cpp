@@ -1,6 +1,7 @@
 // Message boxes: their queue, questions, answers, and the ends of dialogs under them.
 
 #include "dialog_support.h"
+#include "dialogids.h"
 
 using namespace dialogs;
 

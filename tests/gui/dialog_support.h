@@ -4,6 +4,7 @@
 #define DIALOG_SUPPORT_H
 
 #include "commonnames.h"
+#include "dialogids.h"
 #include "gui_support.h"
 
 #include "toolkit.h"

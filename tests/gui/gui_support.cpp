@@ -142,11 +142,6 @@ std::string field_text(Widget field) {
     return text;
 }
 
-std::string box_text(const VGA_DIALOG *desc) {
-    const bool shown = desc->modal_dlg.showing != 0 && XtIsManaged(desc->modal_dlg.dialog);
-    return shown ? label_text(desc->modal_dlg.dialog, XmNmessageString) : "";
-}
-
 void move_to(Widget widget, int x, int y) {
     int root_x, root_y;
     Window child;

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
 #include "toolkit.h"
-#include "vgadgutl.h"
 #include "vgaglob.h"
 #include <functional>
 #include <string>
@@ -49,8 +48,11 @@ void give_focus(Widget shell);
 std::string label_text(Widget widget, const char *resource = "labelString");
 std::string field_text(Widget field);
 
-/* What the message box over a window or dialog says; "" when there is none. */
-std::string box_text(const VGA_DIALOG *desc);
+/* What the message box over a window or dialog (a VGA_DIALOG) says; "" when there is none. */
+template <class Dialog> std::string box_text(const Dialog *desc) {
+    const bool shown = desc->modal_dlg.showing != 0 && XtIsManaged(desc->modal_dlg.dialog);
+    return shown ? label_text(desc->modal_dlg.dialog, "messageString") : "";
+}
 
 /* What a window shows.  Pixels are the server's values. */
 class IMAGE {

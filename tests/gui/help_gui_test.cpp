@@ -1,5 +1,6 @@
 // Help windows with real keys and mouse: what the library shows, and how the program asks for it.
 
+#include "dialogids.h"
 #include "gui_windows.h"
 
 #include "../../platform/help/helpclass.h"

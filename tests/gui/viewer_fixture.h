@@ -5,7 +5,6 @@
 
 #include "gui_support.h"
 
-#include "vgadgutl.h"
 #include "vgagraph.h"
 #include "vgamsgs.h"
 #include "vganofq.h"
@@ -15,8 +14,6 @@
 #include <Xm/ScrolledW.h>
 #include <cstring>
 #include <memory>
-
-VGA_UID_TABLE gvga_uid_desc; // no windows here
 
 namespace {
 

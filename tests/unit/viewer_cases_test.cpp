@@ -2,7 +2,6 @@
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
 #include "nbbase.h"
-#include "vgadgutl.h"
 #include "vgagraph.h"
 #include "vgaviewi.h"
 #include <algorithm>
@@ -12,8 +11,6 @@
 #include <filesystem>
 #include <string>
 #include <vector>
-
-VGA_UID_TABLE gvga_uid_desc; // no windows here
 
 namespace {
 

@@ -34,12 +34,12 @@ char shell_name[] = "Quiladmin";
 
 /* A node window takes the top-level shell where no system window does: with one node by itself, and
  * in a release without that window. */
-NB_USHORT lives_on_top_level(VGA_DIALOG_ID dialog_id) {
-    const VGA_UID_DESC &row = gvga_uid_desc[VGA_UID_SYSTEM_WINDOW];
+NB_USHORT lives_on_top_level(NB_USHORT dialog_id) {
+    const VGA_UID_DESC &row = gvga_uid_desc[gvga_uid_roles.system_window];
     NB_USHORT system_window = gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] != 0 &&
                               row.get_widgets != nullptr && row.later == 0;
-    return dialog_id == VGA_UID_SYSTEM_WINDOW ||
-           (dialog_id == VGA_UID_NODE_WINDOW && !system_window);
+    return dialog_id == gvga_uid_roles.system_window ||
+           (dialog_id == gvga_uid_roles.node_window && !system_window);
 }
 
 /* Making one. */
@@ -97,7 +97,7 @@ Widget make_shell(const VGA_UID_DESC &row, const VGA_DIALOG *parent) {
     Widget shell =
         XtVaAppCreateShell(shell_name, shell_name, applicationShellWidgetClass, gvga_display,
                            XmNscreen, gvga_screen, XmNdeleteResponse, XmDO_NOTHING, nullptr);
-    if (row.dialog_id == VGA_UID_NODE_WINDOW) {
+    if (row.dialog_id == gvga_uid_roles.node_window) {
         /* It is realized while its lists are filled and comes on the screen when it is shown. */
         XtVaSetValues(shell, XmNmappedWhenManaged, False, nullptr);
     }

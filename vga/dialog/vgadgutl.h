@@ -21,98 +21,9 @@ struct VGA_DIALOG;
 
 /* The table. */
 
-/* The number of a window or dialog is its row in gvga_uid_desc. */
-enum VGA_DIALOG_ID : NB_USHORT {
-    VGA_UID_SYSTEM_WINDOW,
-    VGA_UID_NODE_WINDOW,
-    VGA_UID_LU62_DIALOG,
-    VGA_UID_NODE_DIALOG,
-    VGA_UID_LLC2_PORT_DIALOG,
-    VGA_UID_LLC2_LS_DIALOG,
-    VGA_UID_LU03_DIALOG,
-    VGA_UID_USER_DIALOG,
-    VGA_UID_PLU_DEF_DIALOG,
-    VGA_UID_REMOTE_NODE_DIALOG,
-    VGA_UID_USER_WINDOW,
-    VGA_UID_SDLC_PORT_DIALOG,
-    VGA_UID_SDLC_LS_DIALOG,
-    VGA_UID_POOL_WINDOW,
-    VGA_UID_POOL_DIALOG,
-    VGA_UID_DSLU_DIALOG,
-    VGA_UID_CPIC_WINDOW,
-    VGA_UID_CPIC_DIALOG,
-    VGA_UID_MODE_WINDOW,
-    VGA_UID_MODE_DIALOG,
-    VGA_UID_RJEW_WINDOW,
-    VGA_UID_RJEW_DIALOG,
-    VGA_UID_PU_DIALOG,
-    VGA_UID_LOG_DIALOG,
-    VGA_UID_TRACE_DIALOG,
-    VGA_UID_QLLC_PORT_DIALOG,
-    VGA_UID_QLLC_LS_DIALOG,
-    VGA_UID_NODE_CONTEXT_ADD_DIALOG,
-    VGA_UID_REM_SYS_CTX_ADD_DIALOG,
-    VGA_UID_3270_SESS_DIALOG,
-    VGA_UID_5250_SESS_DIALOG,
-    VGA_UID_USERS_CTX_ADD_DIALOG,
-    VGA_UID_QLLC_PORT_ADV_DIALOG,
-    VGA_UID_LLC2_PORT_ADV_DIALOG,
-    VGA_UID_SDLC_PORT_ADV_DIALOG,
-    VGA_UID_SDLC_LS_ADV_DIALOG,
-    VGA_UID_LLC2_LS_ADV_DIALOG,
-    VGA_UID_QLLC_LS_ADV_DIALOG,
-    VGA_UID_START_HELP_DIALOG,
-    VGA_UID_USER_STATUS_DIALOG,
-    VGA_UID_TN_WINDOW,
-    VGA_UID_TN_DIALOG,
-    VGA_UID_SESS_LIMIT_DIALOG,
-    VGA_UID_CL_SECURITY_WINDOW,
-    VGA_UID_CL_SECURITY_DIALOG,
-    VGA_UID_SL_SECURITY_WINDOW,
-    VGA_UID_SL_SECURITY_DIALOG,
-    VGA_UID_ABOUT_BOX,
-    VGA_UID_POOL_CTX_ADD_DIALOG,
-    VGA_UID_STOP_LS_DIALOG,
-    VGA_UID_START_LS_DIALOG,
-    VGA_UID_LEAD_DIALOG,
-    VGA_UID_PORT_DET_DIALOG,
-    VGA_UID_LINK_DET_DIALOG,
-    VGA_UID_LU62_ADV_DIALOG,
-    VGA_UID_LU32_ADV_DIALOG,
-    VGA_UID_CHNL_PORT_DIALOG,
-    VGA_UID_CHNL_LS_DIALOG,
-    VGA_UID_CHNL_PORT_ADV_DIALOG,
-    VGA_UID_CHNL_LS_ADV_DIALOG,
-    VGA_UID_TN_ASSOC_DIALOG,
-    VGA_UID_TN_DEFAULTS_DIALOG,
-    VGA_UID_NODE_ADV_DIALOG,
-    VGA_UID_HPR_WINDOW,
-    VGA_UID_RTP_CONN_STATUS_DIALOG,
-    VGA_UID_LS_ROUTING_DIALOG,
-    VGA_UID_TAMRIX_WINDOW,
-    VGA_UID_TAMRIX_APPCIP_DIALOG,
-    VGA_UID_DSLUP_DIALOG,
-    VGA_UID_LULI_DIALOG,
-    VGA_UID_LULI_ADV_DIALOG,
-    VGA_UID_LULU_DIALOG,
-    VGA_UID_LULU_ADV_DIALOG,
-    VGA_UID_SALD_DIALOG,
-    VGA_UID_TP_WINDOW,
-    VGA_UID_TP_DIALOG,
-    VGA_UID_TP_LOAD_DIALOG,
-    VGA_UID_ACTIVATE_SESS_DIALOG,
-    VGA_UID_TN_REDIRECT_DIALOG,
-    VGA_UID_IP_PORT_DIALOG,
-    VGA_UID_IP_PORT_ADV_DIALOG,
-    VGA_UID_IP_LS_DIALOG,
-    VGA_UID_IP_LS_ADV_DIALOG,
-    VGA_UID_TN_SLP_DIALOG,
-    VGA_UID_TN_SSL_DIALOG,
-    VGA_UID_TN_SLS_DIALOG,
-    VGA_UID_TN_EXL_DIALOG,
-};
+/* The number of a window or dialog is its row in gvga_uid_desc; the windows give the numbers names.
+ */
 #define VGA_UID_MAX 86
-static_assert(VGA_UID_TN_EXL_DIALOG == VGA_UID_MAX);
 
 #define VGA_UID_NAME_SIZE 14 /* with the terminator */
 
@@ -129,7 +40,7 @@ enum VGA_DIALOG_KIND : NB_ULONG {
  * with XmNdialogType XmDIALOG_TEMPLATE for a dialog (an XmTemplateDialog would bring a second
  * shell), any manager for a main window. */
 struct VGA_UID_DESC {
-    VGA_DIALOG_ID dialog_id;         /* equals the index */
+    NB_USHORT dialog_id;             /* equals the index */
     NB_CHAR name[VGA_UID_NAME_SIZE]; /* top widget in the UID file, and help topic */
     VGA_DIALOG_KIND kind;
     NB_USHORT desc_size = 0; /* bytes of the whole descriptor, VGA_DIALOG included */
@@ -171,6 +82,14 @@ struct VGA_UID_DESC {
 typedef std::array<VGA_UID_DESC, VGA_UID_MAX + 1> VGA_UID_TABLE;
 extern VGA_UID_TABLE gvga_uid_desc;
 
+/* The rows that the framework itself knows of, defined beside the table. */
+struct VGA_UID_ROLES {
+    NB_USHORT system_window; /* takes the program's first shell, where it is in this release */
+    NB_USHORT node_window;   /* otherwise takes it */
+    NB_USHORT about_box;     /* of the Help menus */
+};
+extern const VGA_UID_ROLES gvga_uid_roles;
+
 /* Descriptor. */
 
 /* The beginning of every descriptor, as its member `common`.  Everything behind it starts as zero
@@ -180,7 +99,7 @@ struct VGA_DIALOG {
     NB_LQE children_root_lqe; /* the dialogs opened from this one, oldest first */
     VGA_DIALOG *next_desc;    /* the next descriptor of the same row */
     NB_ULONG handle;          /* 0 while closed; another one at each opening */
-    VGA_DIALOG_ID dialog_id;
+    NB_USHORT dialog_id;
     NB_USHORT in_use;   /* the dialog is open */
     NB_USHORT closing;  /* being closed: a nested close returns at once */
     VGA_DIALOG *parent; /* kept by a closed dialog: it is used again only under the same parent */

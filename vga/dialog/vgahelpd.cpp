@@ -163,13 +163,13 @@ NB_VOID vga_menu_help_help(Widget, XtPointer, XtPointer) {
 }
 
 NB_USHORT vga_has_about_box(NB_VOID) {
-    return gvga_uid_desc[VGA_UID_ABOUT_BOX].later == 0;
+    return gvga_uid_desc[gvga_uid_roles.about_box].later == 0;
 }
 
 NB_VOID vga_menu_help_about(Widget widget, XtPointer, XtPointer) {
     VGA_DIALOG *parent = vga_get_dialog_from_widget(widget);
     VGA_DIALOG *desc = nullptr;
-    if (vga_get_dialog(VGA_UID_ABOUT_BOX, parent, nullptr, &desc) != 0) {
+    if (vga_get_dialog(gvga_uid_roles.about_box, parent, nullptr, &desc) != 0) {
         vga_display_dialog(desc);
     }
 }

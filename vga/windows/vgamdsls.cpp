@@ -1,4 +1,5 @@
 #include "vgamdsls.h"
+#include "dialogids.h"
 #include "nofverbs.h"
 #include "sessions.h"
 #include "vgamsgs.h"

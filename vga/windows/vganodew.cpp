@@ -1,4 +1,5 @@
 #include "vganodew.h"
+#include "dialogids.h"
 #include "vgadgreg.h"
 #include "vgadgwid.h"
 #include "vgagraph.h"

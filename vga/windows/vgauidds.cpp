@@ -148,8 +148,12 @@ constexpr bool in_order(const VGA_UID_TABLE &table) {
     }
     return true;
 }
-static_assert(in_order(rows));
+static_assert(in_order(rows) && VGA_UID_TN_EXL_DIALOG == VGA_UID_MAX);
 
 } // namespace
 
 VGA_UID_TABLE gvga_uid_desc = rows;
+
+const VGA_UID_ROLES gvga_uid_roles = {.system_window = VGA_UID_SYSTEM_WINDOW,
+                                      .node_window = VGA_UID_NODE_WINDOW,
+                                      .about_box = VGA_UID_ABOUT_BOX};

@@ -3,6 +3,7 @@
 #ifndef VGAUIDDS_H
 #define VGAUIDDS_H
 
+#include "dialogids.h"
 #include "vgadgutl.h"
 
 #endif
