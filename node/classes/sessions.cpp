@@ -17,7 +17,8 @@ namespace {
 
 Result removable_unless_sna(const Engine &, const Resource &resource) {
     const NB_UCHAR *name = resource.entry.get() + KEY_OFFSET;
-    const bool own = resource.row->id == CLASS_MODE_DEF ? is_sna_mode(name) : is_sna_cos(name);
+    const bool own =
+        resource.row->id == CLASS_MODE_DEF ? records::is_sna_mode(name) : records::is_sna_cos(name);
     return own ? bad_parameter(NAP_INVALID_NAME) : GOOD;
 }
 
@@ -41,7 +42,7 @@ NB_UCHAR rows_of(const Engine &engine, ClassId id, const NB_UCHAR *cos_name) {
 
 void fill_cos(const Engine &engine, NB_UCHAR *bytes) {
     auto entry = nap_copy<NAP_COS_DATA>(bytes);
-    entry.def_data.sna_defined = is_sna_cos(entry.cos_name) ? 1 : 0;
+    entry.def_data.sna_defined = records::is_sna_cos(entry.cos_name) ? 1 : 0;
     entry.record_type = entry.def_data.sna_defined != 0 ? NAP_COS_SNA_DEFINED : 0;
     entry.def_data.num_of_node_rows = rows_of(engine, CLASS_COS_NODE_ROW, entry.cos_name);
     entry.def_data.num_of_tg_rows = rows_of(engine, CLASS_COS_TG_ROW, entry.cos_name);
@@ -95,9 +96,9 @@ Result check_mode_def(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 
 void fill_mode_def(const Engine &, NB_UCHAR *bytes) {
     auto entry = nap_copy<NAP_MODE_DEF_DATA>(bytes);
-    entry.mode_chars.sna_defined = is_sna_mode(entry.mode_name) ? 1 : 0;
+    entry.mode_chars.sna_defined = records::is_sna_mode(entry.mode_name) ? 1 : 0;
     entry.mode_chars.mode_flags =
-        is_control_point_mode(entry.mode_name) ? NAP_MODE_CONTROL_POINT : 0;
+        records::is_control_point_mode(entry.mode_name) ? NAP_MODE_CONTROL_POINT : 0;
     memcpy(bytes, &entry, sizeof entry);
 }
 

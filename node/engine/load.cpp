@@ -64,16 +64,16 @@ void Engine::add_sna_defined() {
             place(class_row(id), copy_of(class_row(id), bytes, length), DEFAULT_BEHAVIOUR, nullptr);
         }
     };
-    for (const NAP_COS_DATA &entry : sna_cos()) {
+    for (const NAP_COS_DATA &entry : records::sna_cos()) {
         add(CLASS_COS, &entry, sizeof entry);
     }
-    for (const NAP_COS_NODE_ROW_DATA &entry : sna_cos_node_rows()) {
+    for (const NAP_COS_NODE_ROW_DATA &entry : records::sna_cos_node_rows()) {
         add(CLASS_COS_NODE_ROW, &entry, sizeof entry);
     }
-    for (const NAP_COS_TG_ROW_DATA &entry : sna_cos_tg_rows()) {
+    for (const NAP_COS_TG_ROW_DATA &entry : records::sna_cos_tg_rows()) {
         add(CLASS_COS_TG_ROW, &entry, sizeof entry);
     }
-    for (const NAP_MODE_DEF_DATA &entry : sna_modes()) {
+    for (const NAP_MODE_DEF_DATA &entry : records::sna_modes()) {
         add(CLASS_MODE_DEF, &entry, sizeof entry);
     }
 }

@@ -2,6 +2,7 @@
  * classes of service that every node has. */
 #include "nofcopy.h"
 #include "ntlname.h"
+#include "snadefined.h"
 #include "vgadsadd.h"
 #include "vgaglob.h"
 #include "vgamsgs.h"
@@ -11,77 +12,9 @@
 namespace {
 
 NB_VOID set_description(NB_UCHAR (&field)[32], NB_USHORT message) {
+    memset(field, 0, sizeof(field));
     snprintf(reinterpret_cast<NB_CHAR *>(field), sizeof(field), "%s", vga_message(message));
 }
-
-NB_VOID set_ebcdic_name(NB_UCHAR (&field)[8], const NB_CHAR *name) {
-    NB_CHAR text[sizeof(field) + 1];
-    snprintf(text, sizeof(text), "%-8s", name);
-    memcpy(field, text, sizeof(field));
-    nba_local_to_ebcdic(field, sizeof(field));
-}
-
-struct SNA_MODE {
-    const NB_CHAR *name;
-    const NB_CHAR *cos;
-    NB_USHORT max_limit, init_limit, min_winners;
-    NB_UCHAR pacing;
-    NB_UCHAR compressed;
-    NB_UCHAR flags;
-};
-
-constexpr SNA_MODE sna_modes[] = {
-    {"CPSVCMG", "CPSVCMG", 2, 2, 1, 7, 0, NAP_MODE_CONTROL_POINT},
-    {"SNASVCMG", "SNASVCMG", 2, 2, 1, 7, 0, 0},
-    {"", "#CONNECT", 8, 8, 4, 3, 0, 0},
-    {"#INTER", "#INTER", 8, 8, 4, 7, 0, 0},
-    {"#INTERSC", "#INTERSC", 8, 8, 4, 7, 0, 0},
-    {"#BATCH", "#BATCH", 8, 8, 4, 3, 0, 0},
-    {"#BATCHSC", "#BATCHSC", 8, 8, 4, 3, 0, 0},
-    {"#INTERC", "#INTER", 8, 8, 4, 7, 1, 0},
-    {"#INTERCS", "#INTERSC", 8, 8, 4, 7, 1, 0},
-    {"#BATCHC", "#BATCH", 8, 8, 4, 3, 1, 0},
-    {"#BATCHCS", "#BATCHSC", 8, 8, 4, 3, 1, 0},
-    {"CPSVRMGR", "SNASVCMG", 2, 2, 1, 7, 0, NAP_MODE_CONTROL_POINT},
-    {"QPCSUPP", "#CONNECT", 64, 64, 32, 7, 0, 0},
-};
-
-static_assert(std::size(sna_modes) == 13);
-
-NAP_MODE_DEF_DATA make_sna_mode(const SNA_MODE &mode) {
-    NAP_MODE_DEF_DATA entry = {};
-    NAP_MODE_CHARS &chars = entry.mode_chars;
-    entry.overlay_size = sizeof(entry);
-    set_ebcdic_name(entry.mode_name, mode.name);
-    set_description(chars.description, VGA_MSG_SNA_MODE_DESCRIPTION);
-    set_ebcdic_name(chars.cos_name, mode.cos);
-    chars.max_neg_sess_lim = mode.max_limit;
-    chars.plu_mode_session_limit = mode.init_limit;
-    chars.min_conwin_src = mode.min_winners;
-    chars.receive_pacing_win = mode.pacing;
-    chars.default_ru_size = 1;
-    chars.sna_defined = 1;
-    chars.mode_flags = mode.flags;
-    if (mode.compressed) {
-        chars.compression = 1;
-        chars.max_compress_lvl = NAP_COMPRESSION_LZ9;
-        chars.max_decompress_lvl = NAP_COMPRESSION_LZ9;
-    }
-    return entry;
-}
-
-struct SNA_COS {
-    const NB_CHAR *name;
-    NB_UCHAR priority;
-};
-
-/* Transmission priorities: 0 low, 1 medium, 2 high, 3 network. */
-constexpr SNA_COS sna_classes[] = {
-    {"#CONNECT", 1}, {"CPSVCMG", 3}, {"SNASVCMG", 3}, {"#INTER", 2},
-    {"#INTERSC", 2}, {"#BATCH", 0},  {"#BATCHSC", 0},
-};
-
-static_assert(std::size(sna_classes) == 7);
 
 /* A placeholder port has a line and a handle, and neither a DLC nor a data block. */
 VGA_PORT *make_fake_port(VGA_NODE *node) {
@@ -142,11 +75,12 @@ NB_VOID move_rem_plu(VGA_REM_PLU *plu, VGA_REM_SYS *system) {
 } // namespace
 
 NB_USHORT vga_init_sna_modes(VGA_NODE *node) {
-    for (const SNA_MODE &mode : sna_modes) {
-        NAP_MODE_DEF_DATA entry = make_sna_mode(mode);
+    for (NAP_MODE_DEF_DATA &entry : records::sna_modes()) {
         if (ntl_avl_find(&node->mode_defs, entry.mode_name) != nullptr) {
             continue;
         }
+        entry.overlay_size = sizeof(entry);
+        set_description(entry.mode_chars.description, VGA_MSG_SNA_MODE_DESCRIPTION);
         VGA_MODE_DEF *record = vga_init_vga_mode_def(node, &entry);
         if (record == nullptr) {
             return 0;
@@ -157,13 +91,9 @@ NB_USHORT vga_init_sna_modes(VGA_NODE *node) {
 }
 
 NB_USHORT vga_init_sna_cos(VGA_NODE *node) {
-    for (const SNA_COS &cos : sna_classes) {
-        NAP_COS_DATA entry = {};
+    for (NAP_COS_DATA &entry : records::sna_cos()) {
         entry.overlay_size = sizeof(entry);
-        set_ebcdic_name(entry.cos_name, cos.name);
-        entry.record_type = NAP_COS_SNA_DEFINED;
-        entry.def_data.transmission_priority = cos.priority;
-        entry.def_data.sna_defined = 1;
+        memset(entry.def_data.description, 0, sizeof(entry.def_data.description));
         VGA_COS *record = vga_init_vga_cos(node, &entry);
         if (record == nullptr) {
             return 0;

@@ -6,14 +6,9 @@
 #include <cstring>
 #include <iterator>
 
-namespace node {
+namespace records {
 
 namespace {
-
-using records::ebcdic_text;
-using records::put_ebcdic;
-
-constexpr size_t ROWS = 8; /* of each kind, in each class of service */
 
 /* What a route through a node may be like at worst, best row first. */
 struct NodeRow {
@@ -22,7 +17,7 @@ struct NodeRow {
     NB_UCHAR weight;
 };
 
-constexpr NodeRow node_rows[ROWS] = {
+constexpr NodeRow node_rows[SNA_COS_ROWS] = {
     {0, 31, 5},   {0, 63, 10},  {0, 95, 20},   {0, 127, 40},
     {0, 159, 60}, {0, 191, 80}, {1, 223, 120}, {1, 255, 160},
 };
@@ -37,14 +32,14 @@ struct TgRow {
 
 constexpr NB_UCHAR KBPS_9_6 = 0x30, KBPS_19_2 = 0x38, KBPS_56 = 0x43, MBPS_4 = 0x75;
 
-constexpr TgRow connect_rows[ROWS] = {
+constexpr TgRow connect_rows[SNA_COS_ROWS] = {
     {MBPS_4, 0, 0, NAP_DELAY_LAN},           {KBPS_56, 0, 0, NAP_DELAY_TELEPHONE},
     {KBPS_19_2, 0, 0, NAP_DELAY_TELEPHONE},  {KBPS_9_6, 0, 0, NAP_DELAY_TELEPHONE},
     {KBPS_19_2, 0, 0, NAP_DELAY_PACKET},     {KBPS_9_6, 128, 128, NAP_DELAY_PACKET},
     {KBPS_9_6, 196, 196, NAP_DELAY_MAXIMUM}, {0, 255, 255, NAP_DELAY_MAXIMUM},
 };
 
-constexpr TgRow interactive_rows[ROWS] = {
+constexpr TgRow interactive_rows[SNA_COS_ROWS] = {
     {MBPS_4, 0, 0, NAP_DELAY_LAN},
     {KBPS_56, 0, 0, NAP_DELAY_TELEPHONE},
     {KBPS_56, 128, 128, NAP_DELAY_TELEPHONE},
@@ -55,7 +50,7 @@ constexpr TgRow interactive_rows[ROWS] = {
     {0, 255, 255, NAP_DELAY_MAXIMUM},
 };
 
-constexpr TgRow batch_rows[ROWS] = {
+constexpr TgRow batch_rows[SNA_COS_ROWS] = {
     {KBPS_56, 0, 0, NAP_DELAY_MAXIMUM},      {KBPS_19_2, 0, 0, NAP_DELAY_MAXIMUM},
     {KBPS_9_6, 0, 0, NAP_DELAY_MAXIMUM},     {KBPS_19_2, 64, 64, NAP_DELAY_MAXIMUM},
     {KBPS_9_6, 64, 64, NAP_DELAY_MAXIMUM},   {KBPS_9_6, 128, 128, NAP_DELAY_MAXIMUM},
@@ -69,7 +64,7 @@ struct CosRow {
     const TgRow *links;
 };
 
-constexpr CosRow cos_rows[] = {
+constexpr CosRow cos_rows[SNA_COS] = {
     {"#CONNECT", 1, NAP_SEC_NONSECURE, connect_rows},
     {"CPSVCMG", 3, NAP_SEC_NONSECURE, connect_rows},
     {"SNASVCMG", 3, NAP_SEC_NONSECURE, connect_rows},
@@ -89,7 +84,7 @@ struct ModeRow {
     bool control_point;
 };
 
-constexpr ModeRow mode_rows[] = {
+constexpr ModeRow mode_rows[SNA_MODES] = {
     {"CPSVCMG", "CPSVCMG", 2, 1, 7, false, true},
     {"SNASVCMG", "SNASVCMG", 2, 1, 7, false, false},
     {"", "#CONNECT", 8, 4, 3, false, false},
@@ -119,8 +114,9 @@ const Row *row_of(const Row (&rows)[Count], const NB_UCHAR *name) {
 
 } // namespace
 
-std::vector<NAP_COS_DATA> sna_cos() {
-    std::vector<NAP_COS_DATA> all;
+std::array<NAP_COS_DATA, SNA_COS> sna_cos() {
+    std::array<NAP_COS_DATA, SNA_COS> all;
+    auto next = all.begin();
     for (const CosRow &row : cos_rows) {
         NAP_COS_DATA entry = {};
         put_ebcdic(entry.cos_name, sizeof entry.cos_name, row.name);
@@ -128,13 +124,14 @@ std::vector<NAP_COS_DATA> sna_cos() {
         entry.record_type = NAP_COS_SNA_DEFINED;
         entry.def_data.transmission_priority = row.priority;
         entry.def_data.sna_defined = 1;
-        all.push_back(entry);
+        *next++ = entry;
     }
     return all;
 }
 
-std::vector<NAP_COS_NODE_ROW_DATA> sna_cos_node_rows() {
-    std::vector<NAP_COS_NODE_ROW_DATA> all;
+std::array<NAP_COS_NODE_ROW_DATA, SNA_COS * SNA_COS_ROWS> sna_cos_node_rows() {
+    std::array<NAP_COS_NODE_ROW_DATA, SNA_COS * SNA_COS_ROWS> all;
+    auto next = all.begin();
     for (const CosRow &cos : cos_rows) {
         NAP_COS_NODE_ROW_DATA entry = {};
         put_ebcdic(entry.cos_name, sizeof entry.cos_name, cos.name);
@@ -143,20 +140,21 @@ std::vector<NAP_COS_NODE_ROW_DATA> sna_cos_node_rows() {
             entry.def_data.max_congestion = row.congestion;
             entry.def_data.max_resistance = row.resistance;
             entry.def_data.weight = row.weight;
-            all.push_back(entry);
+            *next++ = entry;
         }
     }
     return all;
 }
 
-std::vector<NAP_COS_TG_ROW_DATA> sna_cos_tg_rows() {
+std::array<NAP_COS_TG_ROW_DATA, SNA_COS * SNA_COS_ROWS> sna_cos_tg_rows() {
     constexpr NB_UCHAR STEP = 30;
     constexpr NAP_TG_LIMITS any = {255, 255, 255, NAP_SEC_MAXIMUM, 255, {255, 255, 255}};
-    std::vector<NAP_COS_TG_ROW_DATA> all;
+    std::array<NAP_COS_TG_ROW_DATA, SNA_COS * SNA_COS_ROWS> all;
+    auto next = all.begin();
     for (const CosRow &cos : cos_rows) {
         NAP_COS_TG_ROW_DATA entry = {};
         put_ebcdic(entry.cos_name, sizeof entry.cos_name, cos.name);
-        for (const TgRow *row = cos.links; row != cos.links + ROWS; row++) {
+        for (const TgRow *row = cos.links; row != cos.links + SNA_COS_ROWS; row++) {
             entry.row_number++;
             entry.def_data.min.capacity = row->capacity;
             entry.def_data.min.security = cos.security;
@@ -165,14 +163,15 @@ std::vector<NAP_COS_TG_ROW_DATA> sna_cos_tg_rows() {
             entry.def_data.max.byte_cost = row->byte_cost;
             entry.def_data.max.propagation_delay = row->delay;
             entry.def_data.weight = static_cast<NB_UCHAR>(STEP * entry.row_number);
-            all.push_back(entry);
+            *next++ = entry;
         }
     }
     return all;
 }
 
-std::vector<NAP_MODE_DEF_DATA> sna_modes() {
-    std::vector<NAP_MODE_DEF_DATA> all;
+std::array<NAP_MODE_DEF_DATA, SNA_MODES> sna_modes() {
+    std::array<NAP_MODE_DEF_DATA, SNA_MODES> all;
+    auto next = all.begin();
     for (const ModeRow &row : mode_rows) {
         NAP_MODE_DEF_DATA entry = {};
         NAP_MODE_CHARS &chars = entry.mode_chars;
@@ -189,7 +188,7 @@ std::vector<NAP_MODE_DEF_DATA> sna_modes() {
         chars.max_decompress_lvl = chars.max_compress_lvl;
         chars.mode_flags = row.control_point ? NAP_MODE_CONTROL_POINT : 0;
         chars.sna_defined = 1;
-        all.push_back(entry);
+        *next++ = entry;
     }
     return all;
 }
@@ -207,4 +206,4 @@ bool is_control_point_mode(const NB_UCHAR *name) {
     return row != nullptr && row->control_point;
 }
 
-} // namespace node
+} // namespace records
