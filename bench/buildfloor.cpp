@@ -1,9 +1,9 @@
 #include "buildrun.h"
 
+#include "model.h"
 #include "nofverbs.h"
 #include "nofwire.h"
 #include "vgadsutl.h"
-#include "vgamodel.h"
 #include <array>
 #include <boost/intrusive/avl_set.hpp>
 #include <chrono>

@@ -1,13 +1,13 @@
 #include "buildrun.h"
 
+#include "globals.h"
+#include "hooks.h"
+#include "listqueries.h"
 #include "nof.h"
+#include "verbqueue.h"
 #include "vgadsadd.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
-#include "vgadsqry.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
-#include "vganofq.h"
 #include <algorithm>
 #include <chrono>
 #include <cmath>

@@ -2,11 +2,11 @@
  * same description and icon files, fetches the same icons and the tree of the node window, maps it
  * and runs its main loop.  Nothing of the administration program runs here: its library only lends
  * the names. */
+#include "graphics.h"
 #include "nbbase.h"
+#include "nodecommands.h"
 #include "v0uidpth.h"
-#include "vgadgwid.h"
-#include "vgagraph.h"
-#include "vganodwt.h"
+#include "widgets.h"
 
 #include <Mrm/MrmPublic.h>
 #include <Xm/Xm.h>

@@ -7,7 +7,7 @@
  * those called processor time, which are this process's.  The lists take turns, and a ratio is the
  * median of the ratios of the turns, so that a machine that is busy with other things slows both
  * sides alike.  Status 1 when a goal is missed. */
-#include "vgagraph.h"
+#include "graphics.h"
 #include "viewerlists.h"
 #include <algorithm>
 #include <cstdio>

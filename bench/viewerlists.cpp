@@ -1,8 +1,8 @@
 #include "viewerlists.h"
+#include "graphics.h"
+#include "messages.h"
 #include "toolkit.h"
-#include "vgagraph.h"
-#include "vgamsgs.h"
-#include "vgaviewi.h"
+#include "viewerparts.h"
 #include <Xm/DrawnB.h>
 #include <Xm/List.h>
 #include <Xm/ScrollBar.h>

@@ -16,10 +16,13 @@ if(QUILADMIN_SANITIZE)
   target_link_options(quiladmin_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# quiladmin_layer(NAME [layers below...]): the library of the current folder, from all its sources.
+# quiladmin_layer(NAME [layers below...]): the library of the current folder and the folders in it, from
+# all their sources.
 function(quiladmin_layer name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE folders LIST_DIRECTORIES true ${CMAKE_CURRENT_SOURCE_DIR}/*)
+  list(FILTER folders EXCLUDE REGEX "\\.[a-z]+$")
   add_library(${name} STATIC ${sources})
-  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR} ${folders})
   target_link_libraries(${name} PUBLIC quiladmin_options ${ARGN})
 endfunction()

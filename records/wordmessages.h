@@ -1,5 +1,5 @@
 /* The messages that windows show for the words of fields: numbers of the catalogue's texts.  The
- * program's other messages are named in vgamsgs.h. */
+ * program's other messages are named in messages.h. */
 #ifndef WORDMESSAGES_H
 #define WORDMESSAGES_H
 

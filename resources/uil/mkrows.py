@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the descriptions of the dialogs that are not written yet.
 
-    mkrows.py later.txt vgauidds.cpp OUT.uih
+    mkrows.py later.txt windowtable.cpp OUT.uih
 
 Each row of later.txt (name, kind, title) becomes a message box with its title, Close and Help.  The
 rows of the program's table that are marked as coming later must be the same ones, of the same

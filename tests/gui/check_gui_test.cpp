@@ -3,8 +3,8 @@
 #include "commonnames.h"
 #include "dialog_support.h"
 
-#include "vgachkcb.h"
-#include "vgachkfd.h"
+#include "fieldchecks.h"
+#include "filtercallbacks.h"
 
 #include <X11/XKBlib.h>
 #include <X11/keysym.h>

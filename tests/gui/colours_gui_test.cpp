@@ -2,7 +2,7 @@
 // not the one that the program knows, so what concerns it is asked.
 #include "gui_support.h"
 
-#include "vgacolr.h"
+#include "colours.h"
 #include <random>
 
 namespace {

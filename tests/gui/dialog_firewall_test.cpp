@@ -2,8 +2,8 @@
 
 #include "dialog_support.h"
 #include "dialogids.h"
-#include "vgadgfw.h"
-#include "vgadgwid.h"
+#include "firewall.h"
+#include "widgets.h"
 
 using namespace dialogs;
 

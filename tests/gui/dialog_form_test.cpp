@@ -5,7 +5,7 @@
 
 #include "dialogids.h"
 #include "fieldrows.h"
-#include "vgadgfrm.h"
+#include "form.h"
 
 #include <Xm/Column.h>
 #include <Xm/Text.h>

@@ -2,7 +2,7 @@
 
 #include "dialog_support.h"
 #include "dialogids.h"
-#include "vgadgwid.h"
+#include "widgets.h"
 
 using namespace dialogs;
 

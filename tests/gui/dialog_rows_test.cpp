@@ -3,10 +3,10 @@
 
 #include "gui_windows.h"
 
+#include "messages.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgamsgs.h"
-#include "vgauidds.h"
+#include "windowtable.h"
 
 #include <Xm/MessageB.h>
 #include <cstring>

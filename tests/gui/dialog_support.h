@@ -7,11 +7,11 @@
 #include "dialogids.h"
 #include "gui_support.h"
 
+#include "firewall.h"
+#include "hooks.h"
+#include "messages.h"
 #include "toolkit.h"
-#include "vgadgfw.h"
 #include "vgadgutl.h"
-#include "vgahooks.h"
-#include "vgamsgs.h"
 
 #include <X11/extensions/XTest.h>
 #include <Xm/DrawnB.h>

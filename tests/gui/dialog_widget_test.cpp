@@ -1,9 +1,9 @@
 // The utilities for the widgets of dialogs, the busy cursor, titles and colours.
 
+#include "busycursor.h"
 #include "dialog_support.h"
-#include "vgadgreg.h"
-#include "vgadgwid.h"
-#include "vgahour.h"
+#include "openwindows.h"
+#include "widgets.h"
 
 using namespace dialogs;
 

@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
+#include "globals.h"
 #include "toolkit.h"
-#include "vgaglob.h"
 #include <functional>
 #include <string>
 #include <vector>

@@ -5,11 +5,11 @@
 
 #include "commonnames.h"
 #include "gui_support.h"
+#include "linetable.h"
+#include "messages.h"
 #include "nbbase.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
-#include "vgamsgs.h"
-#include "vgawtype.h"
 #include <cstdlib>
 #include <filesystem>
 

@@ -6,9 +6,9 @@
 #include "../../platform/help/helpclass.h"
 #include "../../platform/help/window.h"
 #include "help.h"
+#include "helpwindows.h"
+#include "messages.h"
 #include "vgadgutl.h"
-#include "vgahelpd.h"
-#include "vgamsgs.h"
 
 #include <Xm/MessageB.h>
 #include <Xm/PushB.h>

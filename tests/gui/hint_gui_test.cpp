@@ -3,8 +3,8 @@
 
 #include "gui_support.h"
 
-#include "vgahint.h"
-#include "vgamsgs.h"
+#include "hints.h"
+#include "messages.h"
 
 #include <Xm/ComboBox.h>
 #include <Xm/Form.h>

@@ -4,14 +4,14 @@
 
 #include "gui_windows.h"
 
-#include "vgadgmsg.h"
+#include "linetable.h"
+#include "messagebox.h"
+#include "messages.h"
 #include "vgadgutl.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
-#include "vgamsgs.h"
 #include "vganodew.h"
-#include "vgauidds.h"
-#include "vgawtype.h"
+#include "windowtable.h"
 
 #include <X11/IntrinsicP.h>
 #include <X11/RectObjP.h>

@@ -6,17 +6,17 @@
 #include "gui_windows.h"
 #include "testrecords.h"
 
+#include "globals.h"
+#include "graphics.h"
+#include "linetable.h"
+#include "messages.h"
+#include "nodeselection.h"
+#include "panes.h"
 #include "toolkit.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
-#include "vgaglob.h"
-#include "vgagraph.h"
-#include "vgamsgs.h"
 #include "vganodew.h"
-#include "vganodwp.h"
-#include "vganodws.h"
-#include "vgauidds.h"
-#include "vgawtype.h"
+#include "windowtable.h"
 
 #include <Xm/TextF.h>
 #include <cstdlib>

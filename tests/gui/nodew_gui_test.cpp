@@ -2,8 +2,8 @@
 
 #include "nodew_fixture.h"
 
-#include "vgadgwid.h"
-#include "vganodwf.h"
+#include "lowscreen.h"
+#include "widgets.h"
 
 #include <random>
 

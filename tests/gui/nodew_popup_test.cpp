@@ -2,8 +2,8 @@
 
 #include "nodew_fixture.h"
 
-#include "vgadgfw.h"
-#include "vgahint.h"
+#include "firewall.h"
+#include "hints.h"
 
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>

@@ -2,16 +2,16 @@
 // runs in a process of its own, which writes what its boxes say on standard error.
 #include "gui_support.h"
 
+#include "graphics.h"
+#include "holders.h"
 #include "nofverbs.h"
+#include "programend.h"
 #include "scriptednof.h"
+#include "startup.h"
 #include "vgadgutl.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
-#include "vgaexit.h"
-#include "vgafront.h"
-#include "vgagraph.h"
 #include "vganodew.h"
-#include "vgaxt.h"
 #include <Xm/PushB.h>
 #include <algorithm>
 #include <cstdio>

@@ -5,9 +5,9 @@
 
 #include "gui_support.h"
 
-#include "vgagraph.h"
-#include "vgamsgs.h"
-#include "vganofq.h"
+#include "graphics.h"
+#include "messages.h"
+#include "verbqueue.h"
 #include "vgaviewr.h"
 #include <Xm/DrawnB.h>
 #include <Xm/ScrollBar.h>

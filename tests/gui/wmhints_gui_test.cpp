@@ -3,7 +3,7 @@
 #include "commonnames.h"
 #include "dialog_support.h"
 
-#include "vgawmhnt.h"
+#include "desktophints.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>

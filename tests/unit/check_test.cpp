@@ -1,8 +1,8 @@
 // The rules of text fields without a widget: what may be typed, and what a collected text is worth.
 
 #include "fieldtext.h"
+#include "filterrules.h"
 #include "nbbase.h"
-#include "vgacheck.h"
 
 #include <algorithm>
 #include <clocale>

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h> // before X, whose macros it does not survive
 
-#include "vgadgfld.h"
+#include "formfields.h"
 
 #include "fieldrows.h"
 #include "nbbase.h"
@@ -88,7 +88,7 @@ protected:
 
 } // namespace
 
-#include "vgamsgs.h"
+#include "messages.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 /* Messages: the formatter and the readers of resources. */
 #include <gtest/gtest.h>
 
+#include "globals.h"
+#include "messages.h"
+#include "resourcereader.h"
 #include "toolkit.h"
-#include "vgaglob.h"
-#include "vgamsgs.h"
-#include "vgares.h"
 #include <cstdarg>
 #include <string>
 

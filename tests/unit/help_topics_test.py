@@ -11,7 +11,7 @@ import re
 import sys
 from pathlib import Path
 
-ROWS = "vga/windows/vgauidds.cpp"
+ROWS = "vga/windows/windowtable.cpp"
 MESSAGES = "resources/messages/sna.msg.in"
 ROW = re.compile(r'[{(]\s*VGA_UID_\w+,\s*"(\w+)"')
 BOX = re.compile(r"vga_display_(?:error|info|confirm|confirm_each)_dialog\s*\(([^;]*);", re.S)

@@ -1,15 +1,15 @@
 // The lines of every type: no record, whatever it holds, breaks the columns of its list.
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
+#include "graphics.h"
+#include "linetable.h"
+#include "messages.h"
+#include "nodewindowlines.h"
+#include "recordtypes.h"
 #include "scriptednof.h"
 #include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
-#include "vgagraph.h"
-#include "vgalines.h"
-#include "vgamsgs.h"
-#include "vgatypes.h"
-#include "vgawtype.h"
 #include <algorithm>
 #include <clocale>
 #include <cstring>

@@ -6,16 +6,16 @@
 #include <gtest/gtest.h>
 
 /* Before the toolkit's headers, whose macros spoil names of the node software. */
+#include "domainconfig.h"
 #include "node_support.h"
-#include "nodedomain.h"
 
+#include "globals.h"
+#include "hooks.h"
 #include "modelwalk.h"
 #include "scriptednof.h"
 #include "vgadsadd.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
 #include <algorithm>
 #include <functional>
 #include <memory>

@@ -15,7 +15,7 @@ import re
 import sys
 from pathlib import Path
 
-CONSTANTS_FILES = ("vga/frame/vgamsgs.h", "records/wordmessages.h")
+CONSTANTS_FILES = ("vga/frame/messages.h", "records/wordmessages.h")
 SOURCES = (".cpp", ".h")
 
 # Where a function takes messages: position of the number, and the argument types, which are

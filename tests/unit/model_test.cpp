@@ -1,8 +1,8 @@
 /* The build when the node's answers are not what they should be, and how it ends. */
 #include "livesupport.h"
 #include "nofverbs.h"
+#include "verblog.h"
 #include "vgadsutl.h"
-#include "vgavlog.h"
 #include <cstdio>
 #include <cstring>
 

@@ -2,14 +2,14 @@
 #ifndef MODELRECORDS_H
 #define MODELRECORDS_H
 
+#include "globals.h"
+#include "hooks.h"
 #include "nofverbs.h"
 #include "scriptednof.h"
 #include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
 #include <cstring>
 #include <string>
 #include <vector>

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "vgatypes.h"
+#include "recordtypes.h"
 #include <cstdio>
 #include <string>
 

@@ -1,8 +1,8 @@
 /* The node software as processes: this program runs it as a child, and is the nodes, too. */
 #include "node_support.h"
 
+#include "command.h"
 #include "frames.h"
-#include "nodecommand.h"
 
 #include <csignal>
 #include <fstream>

@@ -1,6 +1,6 @@
 #include "node_support.h"
 
-#include "nodedomain.h"
+#include "domainconfig.h"
 
 #include <fstream>
 #include <set>

@@ -1,9 +1,9 @@
 /* Frames, queues and fault scripts: what the front process is made of. */
 #include "node_support.h"
 
+#include "faults.h"
 #include "frames.h"
-#include "nodefault.h"
-#include "nodequeue.h"
+#include "sendqueue.h"
 
 #include <fcntl.h>
 #include <random>

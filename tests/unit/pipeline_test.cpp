@@ -1,11 +1,11 @@
 /* The verb pipeline against a scripted verb interface. */
 #include <gtest/gtest.h>
 
+#include "globals.h"
+#include "hooks.h"
 #include "nofverbs.h"
 #include "scriptednof.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
-#include "vganofq.h"
+#include "verbqueue.h"
 #include <vector>
 
 SCRIPTED_NOF_ENTRY

@@ -2,14 +2,14 @@
  * sends requests for memory here, where they fail when they are told to. */
 #include <gtest/gtest.h>
 
+#include "globals.h"
+#include "hooks.h"
+#include "messages.h"
 #include "nbbase.h"
 #include "nofverbs.h"
 #include "scriptednof.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
-#include "vgamsgs.h"
-#include "vganofq.h"
-#include "vgavlog.h"
+#include "verblog.h"
+#include "verbqueue.h"
 #include <Xm/Xm.h>
 #include <array>
 #include <cstdarg>

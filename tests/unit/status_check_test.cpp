@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "modelrecords.h"
+#include "recordtypes.h"
 #include "reports.h"
+#include "resourceindications.h"
 #include "vgadsbld.h"
 #include "vgadschk.h"
-#include "vgaindre.h"
-#include "vgatypes.h"
 #include <functional>
 
 namespace {

@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include "messages.h"
 #include "nbbase.h"
 #include "reports.h"
-#include "vgamsgs.h"
 #include "vgautil.h"
 
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h> // before X, whose macros it does not survive
 
+#include "globals.h"
+#include "messages.h"
 #include "verberror.h"
-#include "vgaglob.h"
-#include "vgamsgs.h"
 
 #include <memory>
 #include <string>

@@ -1,12 +1,12 @@
 /* The verb log: what it tells of each way that a verb can go, and that it never gets in the way. */
 #include <gtest/gtest.h>
 
+#include "globals.h"
+#include "hooks.h"
 #include "nofverbs.h"
 #include "scriptednof.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
-#include "vganofq.h"
-#include "vgavlog.h"
+#include "verblog.h"
+#include "verbqueue.h"
 #include <algorithm>
 #include <cstring>
 #include <filesystem>

@@ -1,9 +1,9 @@
 // The list control without a screen: random changes, clicks and keys against plain vectors.
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
+#include "graphics.h"
 #include "nbbase.h"
-#include "vgagraph.h"
-#include "vgaviewi.h"
+#include "viewerparts.h"
 #include <algorithm>
 #include <clocale>
 #include <cmath>

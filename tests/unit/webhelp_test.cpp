@@ -2,11 +2,11 @@
  * to its children and signals meanwhile. */
 #include <gtest/gtest.h>
 
+#include "childprocess.h"
+#include "messages.h"
 #include "nbbase.h"
 #include "toolkit.h"
-#include "vgachild.h"
-#include "vgahelpw.h"
-#include "vgamsgs.h"
+#include "webhelp.h"
 #include <cerrno>
 #include <chrono>
 #include <csignal>

@@ -8,10 +8,10 @@
 #ifndef VGADGUTL_H
 #define VGADGUTL_H
 
+#include "hooks.h"
+#include "messagebox.h"
 #include "nbbase.h"
 #include "nbtypes.h"
-#include "vgadgmsg.h"
-#include "vgahooks.h"
 #include <Mrm/MrmPublic.h>
 #include <X11/Intrinsic.h>
 #include <Xm/Xm.h>

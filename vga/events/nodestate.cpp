@@ -1,8 +1,8 @@
 #include "nodestate.h"
+#include "hooks.h"
+#include "model.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
-#include "vgahooks.h"
-#include "vgamodel.h"
 #include <cstring>
 
 namespace {

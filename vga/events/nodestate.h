@@ -3,7 +3,7 @@
 #ifndef NODESTATE_H
 #define NODESTATE_H
 
-#include "vganofq.h"
+#include "verbqueue.h"
 
 struct VGA_NODE;
 

@@ -1,14 +1,14 @@
 #include "vgaindct.h"
+#include "globals.h"
+#include "hooks.h"
 #include "nodestate.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
+#include "recordpattern.h"
+#include "resourceindications.h"
+#include "sessionlimits.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"
-#include "vgaglob.h"
-#include "vgahooks.h"
-#include "vgaindre.h"
-#include "vgarec.h"
-#include "vgaslimt.h"
 #include <algorithm>
 
 namespace {

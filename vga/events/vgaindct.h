@@ -6,7 +6,7 @@
 #ifndef VGAINDCT_H
 #define VGAINDCT_H
 
-#include "vganofq.h"
+#include "verbqueue.h"
 
 /* Picks the processor of the block's opcode. */
 NB_VOID vga_dispatch_indication(const VGA_PROCESS_STATE *work);

@@ -1,13 +1,13 @@
 #include "commonnames.h"
+#include "buttonletters.h"
+#include "filtercallbacks.h"
+#include "firewall.h"
+#include "form.h"
+#include "helpwindows.h"
 #include "toolkit.h"
-#include "vgachkcb.h"
-#include "vgadgfrm.h"
-#include "vgadgfw.h"
-#include "vgadgkey.h"
 #include "vgadgutl.h"
-#include "vgadgwid.h"
-#include "vgahelpd.h"
-#include "vgahelpw.h"
+#include "webhelp.h"
+#include "widgets.h"
 
 NB_VOID vga_register_common_names(NB_VOID) {
     struct COMMON_NAME {

@@ -1,9 +1,9 @@
 #include "verberror.h"
+#include "globals.h"
+#include "messages.h"
 #include "nofrec.h"
 #include "nofverbs.h"
-#include "vgaglob.h"
-#include "vgamsgs.h"
-#include "vganofq.h"
+#include "verbqueue.h"
 #include <cstdlib>
 
 namespace {

@@ -1,7 +1,7 @@
 #include "vgautil.h"
+#include "messages.h"
 #include "nbbase.h"
 #include "ntlname.h"
-#include "vgamsgs.h"
 #include "vtmutil.h"
 #include <algorithm>
 #include <cctype>

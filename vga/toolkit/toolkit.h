@@ -1,4 +1,4 @@
-/* The toolkit's handles, and what the core asks of the toolkit.  Start-up (vgafront) sets them;
+/* The toolkit's handles, and what the core asks of the toolkit.  Start-up (startup) sets them;
  * nobody else writes them, but for gvga_display_dirty. */
 #ifndef TOOLKIT_H
 #define TOOLKIT_H
@@ -23,7 +23,7 @@ extern NB_CHAR gvga_local_db_file[301];
 
 extern NB_USHORT gvga_display_dirty; /* something was drawn or exposed since the last update */
 
-/* For the hooks `wake` and `flush` (vgahooks.h): adds a timer of no length with a routine that does
+/* For the hooks `wake` and `flush` (hooks.h): adds a timer of no length with a routine that does
  * nothing; makes the screen current if it is dirty.  Both do nothing without a display. */
 NB_VOID vga_add_null_timeout(NB_VOID);
 NB_VOID vga_update_display(NB_VOID);

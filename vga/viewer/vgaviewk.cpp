@@ -1,5 +1,5 @@
-#include "vgagraph.h"
-#include "vgaviewi.h"
+#include "graphics.h"
+#include "viewerparts.h"
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 #include <algorithm>

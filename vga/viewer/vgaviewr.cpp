@@ -1,7 +1,7 @@
+#include "globals.h"
+#include "graphics.h"
 #include "nbbase.h"
-#include "vgaglob.h"
-#include "vgagraph.h"
-#include "vgaviewi.h"
+#include "viewerparts.h"
 #include <Xm/DrawnB.h>
 #include <Xm/ScrollBar.h>
 #include <Xm/ScrolledW.h>

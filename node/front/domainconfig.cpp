@@ -1,0 +1,240 @@
+#include "domainconfig.h"
+
+#include "frames.h"
+#include "nofcopy.h"
+#include "nofverbs.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace node {
+
+namespace {
+
+constexpr const ListRow &all_nodes = records::domain_node.lists[0];
+constexpr const ListRow &network_nodes = records::domain_server.lists[0];
+constexpr ClassRow node_row = {.schema = &records::domain_node};
+constexpr size_t node_size = records::domain_node.overlay_size();
+
+std::unique_ptr<NB_UCHAR[]> entry_of(const NAP_NODE_ALL_DATA &record) {
+    auto bytes = std::make_unique<NB_UCHAR[]>(node_size);
+    memcpy(bytes.get(), &record, sizeof record);
+    return bytes;
+}
+
+std::string fact_of(const std::string &node) {
+    return "server_flags " + node;
+}
+
+std::string name_of(const NAP_NODE_ALL_DATA &record) {
+    return local_text(record.node_name, sizeof record.node_name);
+}
+
+} // namespace
+
+Domain::Domain(const DomainText &text, Store &store, TimerQueue &timers, const Clock &clock)
+    : text_(text), store_(store), clock_(clock), nodes_(node_row),
+      engine_(&store, timers, clock, nobody_, Scope::Domain) {
+    for (const TextNode &node : text_.nodes) {
+        NAP_NODE_ALL_DATA record = {};
+        record.overlay_size = NB_USHORT{node_size};
+        memcpy(record.node_name, node.name.data(), node.name.size());
+        const std::string stored = store_.fact(fact_of(node.name).c_str());
+        const char *end = stored.data() + stored.size();
+        NB_ULONG flags = node.facts.server_flags;
+        std::from_chars(stored.data(), end, flags);
+        record.info.server_flags = flags;
+        if (text_.facts.client_server == 0 && text_.facts.domain_config != 0) {
+            record.info.server_flags |= NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
+        }
+        nodes_.insert(entry_of(record), DEFAULT_BEHAVIOUR);
+    }
+    show_servers();
+}
+
+bool Domain::load(std::string &why) {
+    if (engine_.load_store(why)) {
+        return true;
+    }
+    if (!why.empty() || engine_.load_text(text_.own, text_)) {
+        return why.empty();
+    }
+    why = text_.errors.empty() ? "the domain could not be loaded" : text_.errors.front();
+    return false;
+}
+
+Resource *Domain::find(const std::string &node) const {
+    NB_UCHAR key[NAP_MAX_KEY] = {};
+    memcpy(key, node.data(), std::min(node.size(), sizeof key));
+    return nodes_.find(key);
+}
+
+NAP_NODE_INFO Domain::info(const std::string &node) const {
+    const Resource *resource = find(node);
+    return resource != nullptr ? Engine::get<NAP_NODE_ALL_DATA>(*resource).info : NAP_NODE_INFO{};
+}
+
+NB_ULONG Domain::server_flags(const std::string &node) const {
+    return info(node).server_flags;
+}
+
+std::string Domain::master() const {
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        if ((record.info.server_flags & NAP_SERVER_MASTER) != 0) {
+            return name_of(record);
+        }
+    }
+    return "";
+}
+
+void Domain::update(const std::string &node, const NAP_NODE_INFO &info) {
+    Resource *resource = find(node);
+    if (resource == nullptr) {
+        return;
+    }
+    auto record = Engine::get<NAP_NODE_ALL_DATA>(*resource);
+    const NB_ULONG flags = record.info.server_flags;
+    record.info = info;
+    record.info.server_flags = flags;
+    up_since_ms_[node] = clock_.now_ms() - uint64_t{info.up_time} * 10;
+    Engine::put(*resource, record);
+    show_servers();
+}
+
+void Domain::lost(const std::string &node) {
+    NAP_NODE_INFO gone = info(node);
+    gone.node_state = NAP_NODE_STOPPED;
+    gone.up_time = 0;
+    update(node, gone);
+}
+
+/* The network file's list is the part of the nodes that are servers. */
+void Domain::show_servers() {
+    servers_ = std::make_unique<ResourceTable>(node_row);
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        if (record.info.server_flags != 0) {
+            servers_->insert(entry_of(record), DEFAULT_BEHAVIOUR);
+        }
+    }
+}
+
+void Domain::refresh_up_times() {
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        if (record.info.node_state == NAP_NODE_ACTIVE) {
+            const uint64_t since = up_since_ms_[name_of(record)];
+            record.info.up_time = static_cast<NB_ULONG>((clock_.now_ms() - since) / 10);
+            Engine::put(*at, record);
+        }
+    }
+}
+
+Result Domain::query(Answer &answer) {
+    auto query = nap_copy<NAP_QUERY_LIST>(answer.block.data());
+    Result result;
+    if (query.opcode == NAP_QUERY_NODE_ALL) {
+        refresh_up_times();
+        result = nodes_.list(all_nodes, query, answer.data);
+    } else {
+        result = servers_->list(network_nodes, query, answer.data);
+    }
+    memcpy(answer.block.data(), &query, sizeof query);
+    return result;
+}
+
+Result Domain::change_backup(const Answer &answer, bool add, std::string &changed) {
+    auto verb = nap_copy<NAP_NAME_VERB>(answer.block.data());
+    Resource *resource = nodes_.find(verb.key);
+    if (resource == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    auto record = Engine::get<NAP_NODE_ALL_DATA>(*resource);
+    const NB_ULONG flags = record.info.server_flags;
+    if (add == (flags != 0)) {
+        return bad_parameter(add ? NAP_DUPLICATE_NAME : NAP_UNKNOWN_RESOURCE);
+    }
+    if (!add && servers_->count() == 1) {
+        return bad_state(NAP_LAST_BACKUP);
+    }
+    if (!add && (flags & NAP_SERVER_MASTER) != 0) {
+        return bad_state(NAP_IN_USE);
+    }
+    if (!set_flags(*resource, add ? NAP_SERVER_BACKUP : 0)) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    changed = name_of(record);
+    return GOOD;
+}
+
+bool Domain::set_flags(Resource &node, NB_ULONG flags) {
+    auto record = Engine::get<NAP_NODE_ALL_DATA>(node);
+    if (!store_.set_fact(fact_of(name_of(record)).c_str(), std::to_string(flags))) {
+        return false;
+    }
+    record.info.server_flags = flags;
+    Engine::put(node, record);
+    show_servers();
+    return true;
+}
+
+std::string Domain::take_over(const std::string &gone,
+                              const std::function<bool(const std::string &)> &runs) {
+    Resource *old = find(gone);
+    if (old == nullptr || (server_flags(gone) & NAP_SERVER_MASTER) == 0) {
+        return "";
+    }
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        const bool backup = (record.info.server_flags & NAP_SERVER_BACKUP) != 0;
+        if (at != old && backup && runs(name_of(record))) {
+            const bool done = set_flags(*at, NAP_SERVER_MASTER | NAP_SERVER_CONFIG) &&
+                              set_flags(*old, NAP_SERVER_BACKUP);
+            return done ? name_of(record) : "";
+        }
+    }
+    return "";
+}
+
+/* The central logger is a node of the domain, or none. */
+bool Domain::is_known_logger(const Answer &answer) const {
+    auto verb = nap_copy<NAP_QUERY_LOGGING_VERB>(answer.block.data());
+    const std::string name = local_text(verb.node_name, sizeof verb.node_name);
+    return name.empty() || find(name) != nullptr;
+}
+
+Result Domain::dispatch(Answer &answer, std::string &changed) {
+    const NB_USHORT opcode = block_opcode(answer.block);
+    if (opcode == NAP_QUERY_NODE_ALL || opcode == NAP_QUERY_SNA_NET) {
+        return query(answer);
+    }
+    if (opcode == NAP_ADD_BACKUP || opcode == NAP_DELETE_BACKUP) {
+        return change_backup(answer, opcode == NAP_ADD_BACKUP, changed);
+    }
+    if (opcode == NAP_SET_CENTRAL_LOGGER && !is_known_logger(answer)) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    const std::vector<NB_UCHAR> block = answer.block;
+    engine_.execute(block.data(), block.size(), answer);
+    auto header = nap_copy<NAP_VCB>(answer.block.data());
+    return {header.primary_rc, header.secondary_rc};
+}
+
+void Domain::execute(const NB_VOID *block, size_t length, Answer &answer, std::string &changed) {
+    const auto *bytes = static_cast<const NB_UCHAR *>(block);
+    answer.block.assign(bytes, bytes + length);
+    answer.data.clear();
+    changed.clear();
+    Result result = check_block(bytes, length);
+    if (result.ok()) {
+        result = dispatch(answer, changed);
+    }
+    set_result(answer.block, result);
+    if (!result.ok()) {
+        answer.data.clear();
+    }
+}
+
+} // namespace node

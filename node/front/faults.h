@@ -1,0 +1,75 @@
+/* The fault script: failures on demand, for tests.  A line is a comment (#...) or one of
+ *
+ *   delay MS [VERB]                    answer (that verb) MS milliseconds late
+ *   fail VERB PRIMARY SECONDARY [N]    answer with these codes (N times), without doing anything
+ *   hang VERB [N]                      never answer (N times)
+ *   drop after N verbs                 end the connection that issues the Nth verb from now
+ *   garbage after N verbs              answer the Nth verb from now with a malformed frame
+ *   stop after N verbs                 end the node software orderly at the Nth verb from now
+ *   die NODE after N verbs             kill the process of NODE at its Nth verb from now
+ *   lose indications [N]               drop (the next N) status indications; the next one that gets
+ *                                      through says that data was lost
+ *   no-restart                         a node process that died stays dead
+ *
+ * VERB is a name as in NAP_QUERY_PORT; numbers are decimal, or hexadecimal behind 0x.  "From now"
+ * counts from the reading of the script, over all connections. */
+#ifndef FAULTS_H
+#define FAULTS_H
+
+#include "resourceclass.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace node {
+
+enum class FaultKind { Delay, Fail, Hang, Drop, Garbage, Stop, Die, Lose, NoRestart };
+
+/* One line of the script. */
+struct FaultRule {
+    FaultKind kind = FaultKind::NoRestart;
+    NB_USHORT opcode = 0; /* 0: every verb */
+    std::string node;
+    uint32_t number = 0; /* milliseconds, or the verb that is meant */
+    Result result;
+    int64_t times = -1; /* left; -1: for ever */
+    uint32_t seen = 0;
+};
+
+class Faults {
+public:
+    /* What is to happen to one verb. */
+    struct Verdict {
+        uint32_t delay_ms = 0;
+        std::optional<Result> failure;
+        bool hang = false;
+        bool drop = false;
+        bool garbage = false;
+        bool stop = false;
+        bool die = false; /* the node that the verb goes to */
+    };
+
+    /* Replaces the script.  On a bad line keeps the old one and says which in `why`. */
+    bool parse(const std::string &file_name, std::string_view text, std::string &why);
+    bool read(const std::string &file_name, std::string &why);
+
+    /* Counts a verb that arrived.  `node` is where it goes, "" for the domain. */
+    Verdict judge(NB_USHORT opcode, const std::string &node);
+
+    /* What becomes of one status indication to one registration. */
+    enum class Fate { Deliver, Lose, DeliverWithLoss };
+    Fate judge_indication();
+
+    bool may_restart() const;
+
+private:
+    static bool use(FaultRule &rule);
+
+    std::vector<FaultRule> rules_;
+    bool lost_ = false;
+};
+
+} // namespace node
+
+#endif

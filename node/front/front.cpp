@@ -1,0 +1,532 @@
+#include "front.h"
+
+#include "nbbase.h"
+#include "nbproblem.h"
+#include "nofcopy.h"
+#include "nofverbs.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <grp.h>
+#include <sys/file.h>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <unordered_map>
+
+namespace node {
+
+namespace {
+
+constexpr const char *ADMINISTRATORS = "sna";
+constexpr size_t MAX_CLIENTS = 256;
+constexpr size_t MAX_IN_FLIGHT = 256;                 /* verbs of one client */
+constexpr size_t MAX_WAITING_BYTES = 4 * 1024 * 1024; /* to one client, before it is held */
+constexpr int MAX_GROUPS = 256;
+
+std::string system_error(const std::string &what) {
+    return what + ": " + strerror(errno);
+}
+
+/* Where a verb may go; one that is not listed goes where its class or settings are. */
+struct RouteRow {
+    NB_USHORT opcode;
+    NB_UCHAR places;
+};
+
+constexpr NB_UCHAR FILES = PLACE_DOMAIN_FILE | PLACE_NETWORK_FILE;
+constexpr NB_UCHAR ANYWHERE = PLACE_ZERO | FILES | PLACE_NODE | PLACE_TP_LOAD;
+
+constexpr RouteRow routes[] = {
+    {NAP_OPEN_FILE, PLACE_ZERO},
+    {NAP_CONNECT_NODE, PLACE_ZERO},
+    {NAP_CLOSE_FILE, FILES | PLACE_TP_LOAD},
+    {NAP_DISCONNECT_NODE, PLACE_NODE},
+    {NAP_REGISTER_INDICATION_SINK, ANYWHERE},
+    {NAP_SET_PROCESSING_MODE, ANYWHERE},
+    {NAP_QUERY_NODE_ALL, PLACE_ZERO | PLACE_DOMAIN_FILE},
+    {NAP_QUERY_SNA_NET, PLACE_NETWORK_FILE},
+    {NAP_ADD_BACKUP, FILES},
+    {NAP_DELETE_BACKUP, FILES},
+};
+
+NB_UCHAR find_places(NB_USHORT opcode) {
+    for (const RouteRow &row : routes) {
+        if (row.opcode == opcode) {
+            return row.places;
+        }
+    }
+    const ListRow *list = nullptr;
+    const ClassRow *served = class_by_verb(opcode);
+    const ClassRow *shown = class_by_list(opcode, &list);
+    const ClassRow *row = served != nullptr ? served : shown;
+    const Settings *settings = settings_by_verb(opcode);
+    if (row != nullptr) {
+        constexpr NB_UCHAR by_scope[] = {PLACE_NODE, PLACE_TP_LOAD, PLACE_DOMAIN_FILE};
+        return by_scope[static_cast<size_t>(row->scope)];
+    }
+    return settings != nullptr && settings->of_domain ? PLACE_DOMAIN_FILE : PLACE_NODE;
+}
+
+/* Every verb asks, so what was found is kept. */
+NB_UCHAR places_of(NB_USHORT opcode) {
+    static std::unordered_map<NB_USHORT, NB_UCHAR> found;
+    NB_UCHAR &places = found[opcode];
+    return places != 0 ? places : places = find_places(opcode);
+}
+
+} // namespace
+
+Front::Front(const FrontOptions &options, const DomainText &text)
+    : options_(options), timers_(clock_), loop_(timers_), text_(text) {}
+
+Front::~Front() {
+    clients_.clear();
+    nodes_.clear();
+    for (const int fd : {socket_, signals_}) {
+        if (fd >= 0) {
+            loop_.unwatch(fd);
+            close(fd);
+        }
+    }
+    if (socket_ >= 0) {
+        unlink(options_.socket_path.c_str());
+    }
+    if (lock_ >= 0) {
+        close(lock_);
+    }
+}
+
+/* One node software a state folder: the lock goes with the process. */
+bool Front::start(std::string &why) {
+    const std::string lock = options_.state_folder + "/lock";
+    lock_ = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (lock_ < 0) {
+        why = system_error(lock);
+        return false;
+    }
+    if (flock(lock_, LOCK_EX | LOCK_NB) != 0) {
+        why = options_.state_folder + " is in use by another snanode; end that first, or give "
+                                      "another folder with --state";
+        return false;
+    }
+    if (!store_.open(options_.state_folder + "/domain.db", options_.fresh, why) ||
+        !check_numbers(why) || !listen_on_socket(why) || !watch_signals(why) ||
+        !write_domain_facts(why)) {
+        return false;
+    }
+    if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
+        return false;
+    }
+    domain_ = std::make_unique<Domain>(text_, store_, timers_, clock_);
+    if (!domain_->load(why)) {
+        return false;
+    }
+    for (const TextNode &text : text_.nodes) {
+        nodes_.push_back(std::make_unique<NodeProcess>());
+        nodes_.back()->name = text.name;
+        if (!spawn(*nodes_.back(), options_.fresh, why)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/* The kept changes belong to one generated domain and mean nothing in another. */
+bool Front::check_numbers(std::string &why) {
+    const std::string kept = store_.fact(FACT_GENERATED);
+    const bool empty = store_.fact(FACT_LOADED).empty();
+    if (!empty && kept != options_.generate) {
+        why = options_.state_folder + " is of another domain (" +
+              (kept.empty() ? "one with a text" : kept) +
+              "); give another folder with --state, or --fresh to forget it";
+        return false;
+    }
+    return options_.generate.empty() || kept == options_.generate ||
+           store_.set_fact(FACT_GENERATED, options_.generate);
+}
+
+/* A socket file that nobody answers on is left over from a process that was killed. */
+bool Front::listen_on_socket(std::string &why) {
+    const std::string &path = options_.socket_path;
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        why = path + ": the path of a socket has at most " +
+              std::to_string(sizeof address.sun_path - 1) + " characters; give a shorter one";
+        return false;
+    }
+    memcpy(address.sun_path, path.data(), path.size());
+    const auto *name = reinterpret_cast<const sockaddr *>(&address);
+    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answered = connect(probe, name, sizeof address) == 0;
+    close(probe);
+    if (answered) {
+        why = "another snanode answers on " + path + "; end that first, or give another socket";
+        return false;
+    }
+    unlink(path.c_str());
+    const int made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const mode_t mask = umask(0111);
+    const bool bound = bind(made, name, sizeof address) == 0;
+    umask(mask);
+    if (!bound || listen(made, SOMAXCONN) != 0 ||
+        !loop_.watch(made, [this](bool, bool) { accept_client(); })) {
+        why = system_error(path);
+        close(made);
+        return false;
+    }
+    socket_ = made;
+    return true;
+}
+
+bool Front::watch_signals(std::string &why) {
+    sigset_t wanted;
+    sigemptyset(&wanted);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGCHLD}) {
+        sigaddset(&wanted, number);
+    }
+    sigprocmask(SIG_BLOCK, &wanted, nullptr);
+    signal(SIGPIPE, SIG_IGN);
+    signals_ = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (signals_ < 0 || !loop_.watch(signals_, [this](bool, bool) { on_signal(); })) {
+        why = system_error("signals");
+        return false;
+    }
+    return true;
+}
+
+/* What the administration program asks before it connects. */
+bool Front::write_domain_facts(std::string &why) const {
+    const std::string folder = std::string(nba_prefix()) + "/etc";
+    const std::string path = folder + "/domain";
+    const std::string made = path + ".new";
+    mkdir(folder.c_str(), 0755);
+    std::ofstream file(made);
+    file << "name = " << options_.domain_name
+         << "\nclient_server = " << (text_.facts.client_server != 0 ? "yes" : "no") << "\n";
+    file.close();
+    if (!file || rename(made.c_str(), path.c_str()) != 0) {
+        why = system_error(path);
+        return false;
+    }
+    return true;
+}
+
+void Front::read_faults() {
+    std::string why;
+    if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
+        fprintf(stderr, "snanode: %s\n", why.c_str());
+        nba_pd_print_problem(NB_PD_FAULTS, 1, "s", why.c_str());
+    }
+}
+
+void Front::on_signal() {
+    signalfd_siginfo info;
+    while (read(signals_, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
+        if (info.ssi_signo == SIGHUP) {
+            read_faults();
+        } else if (info.ssi_signo != SIGCHLD) {
+            shut_down();
+        }
+    }
+}
+
+int Front::run() {
+    loop_.each_round([this] { sweep(); });
+    return loop_.run();
+}
+
+/* The nodes end when their sockets do; who does not within the time is killed. */
+void Front::shut_down() {
+    constexpr int TRIES = 300;
+    if (ending_) {
+        return;
+    }
+    ending_ = true;
+    for (const auto &client : clients_) {
+        client.second->peer->flush();
+    }
+    for (const auto &node : nodes_) {
+        node->peer.reset();
+    }
+    for (const auto &node : nodes_) {
+        for (int tries = 0; node->process > 0; tries++) {
+            if (waitpid(node->process, nullptr, WNOHANG) != 0) {
+                node->process = 0;
+            } else if (tries == TRIES) {
+                kill(node->process, SIGKILL);
+            } else {
+                usleep(10000);
+            }
+        }
+    }
+    loop_.stop(0);
+}
+
+bool Front::has_rights(int fd, pid_t &process) const {
+    ucred peer = {};
+    socklen_t length = sizeof peer;
+    process = 0;
+    if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) {
+        return false;
+    }
+    process = peer.pid;
+    if (peer.uid == 0 || peer.uid == geteuid()) {
+        return true;
+    }
+    const group *administrators = getgrnam(ADMINISTRATORS);
+    gid_t groups[MAX_GROUPS];
+    length = sizeof groups;
+    if (administrators == nullptr) {
+        return false;
+    }
+    if (peer.gid == administrators->gr_gid) {
+        return true;
+    }
+    if (getsockopt(fd, SOL_SOCKET, SO_PEERGROUPS, groups, &length) != 0) {
+        return false;
+    }
+    const gid_t *begin = groups;
+    const gid_t *end = begin + length / sizeof groups[0];
+    return std::find(begin, end, administrators->gr_gid) != end;
+}
+
+void Front::accept_client() {
+    const int fd = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    if (fd < 0) {
+        return;
+    }
+    if (clients_.size() >= MAX_CLIENTS) {
+        close(fd);
+        return;
+    }
+    const uint64_t number = ++last_number_;
+    auto client = std::make_unique<Client>();
+    client->number = number;
+    client->may_change = has_rights(fd, client->process);
+    client->peer = std::make_unique<Peer>(loop_, fd, [this, number] { client_ready(number); });
+    client->targets[0] = Target{};
+    send_hello(*client);
+    clients_[number] = std::move(client);
+}
+
+void Front::send_hello(Client &client) {
+    NOF_HELLO hello = {};
+    hello.version = NOF_WIRE_VERSION;
+    hello.rights = client.may_change ? NOF_RIGHT_CHANGE : 0;
+    hello.client_server = text_.facts.client_server;
+    const std::string &name = options_.domain_name;
+    memcpy(hello.domain_name, name.data(), std::min(name.size(), sizeof hello.domain_name - 1));
+    client.peer->out().answer(make_frame(NOF_FRAME_HELLO, 0, 0, &hello, sizeof hello));
+}
+
+Front::Client *Front::find_client(uint64_t number) {
+    const auto found = clients_.find(number);
+    return found == clients_.end() || found->second->ended ? nullptr : found->second.get();
+}
+
+void Front::client_ready(uint64_t number) {
+    Client *client = find_client(number);
+    Frame frame;
+    while (client != nullptr && !client->ended && !ending_) {
+        const FrameState state = is_crowded(*client) ? FrameState::None : client->peer->next(frame);
+        if (state == FrameState::None) {
+            break;
+        }
+        const bool verb = state == FrameState::Ready && frame.header.kind == NOF_FRAME_VERB &&
+                          frame.header.correlator != 0 && frame.data.empty();
+        if (!verb) {
+            end_client(*client, "it sent what is no verb");
+            return;
+        }
+        handle_verb(*client, frame);
+    }
+    if (client != nullptr && client->peer->gone()) {
+        end_client(*client, nullptr);
+    }
+}
+
+void Front::handle_verb(Client &client, const Frame &frame) {
+    const auto found = client.targets.find(frame.header.target);
+    const NodeProcess *node = found == client.targets.end() ? nullptr : found->second.node;
+    const Faults::Verdict verdict =
+        faults_.judge(block_opcode(frame.block), node != nullptr ? node->name : "");
+    client.in_flight++;
+    if (verdict.delay_ms == 0) {
+        apply_verdict(client, frame, verdict);
+        return;
+    }
+    const uint64_t number = client.number;
+    timers_.after(verdict.delay_ms, [this, number, frame, verdict] {
+        Client *late = find_client(number);
+        if (late != nullptr) {
+            apply_verdict(*late, frame, verdict);
+        }
+    });
+}
+
+void Front::apply_verdict(Client &client, const Frame &frame, const Faults::Verdict &verdict) {
+    const auto found = client.targets.find(frame.header.target);
+    NodeProcess *node = found == client.targets.end() ? nullptr : found->second.node;
+    if (verdict.stop) {
+        shut_down();
+    } else if (verdict.drop) {
+        end_client(client, "the fault script says so");
+    } else if (verdict.garbage) {
+        std::vector<NB_UCHAR> bytes = make_frame(NOF_FRAME_ANSWER, frame.header.correlator, 0,
+                                                 frame.block.data(), frame.block.size());
+        put_number(bytes.data(), 4, 7);
+        client.peer->out().answer(std::move(bytes));
+    } else if (verdict.failure) {
+        refuse(client, frame, *verdict.failure);
+    } else if (!verdict.hang) {
+        carry_out(client, frame);
+        if (verdict.die && node != nullptr && node->peer != nullptr) {
+            node->peer->flush();
+            kill(node->process, SIGKILL);
+        }
+    }
+}
+
+Result Front::check_verb(const Client &client, const Frame &frame, const Target *target) const {
+    const Result checked = check_block(frame.block.data(), frame.block.size());
+    if (!checked.ok()) {
+        return checked;
+    }
+    const NB_USHORT opcode = block_opcode(frame.block);
+    const NAP_VERB *verb = nap_find_verb(opcode);
+    const bool needs_rights = verb->changes != 0 || opcode == NAP_SET_PROCESSING_MODE;
+    if (needs_rights && !client.may_change) {
+        return bad_parameter(NAP_NO_PERMISSION);
+    }
+    if (target == nullptr || (places_of(opcode) & target->place) == 0) {
+        return bad_parameter(NAP_BAD_TARGET);
+    }
+    return GOOD;
+}
+
+void Front::carry_out(Client &client, const Frame &frame) {
+    const auto found = client.targets.find(frame.header.target);
+    Target *target = found == client.targets.end() ? nullptr : &found->second;
+    const Result checked = check_verb(client, frame, target);
+    if (!checked.ok()) {
+        refuse(client, frame, checked);
+        return;
+    }
+    if (nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_SESSION) {
+        Answer result;
+        result.block = frame.block;
+        set_result(result.block, session_verb(client, frame, *target, result));
+        answer(client, frame.header, result.block, result.data);
+    } else if (target->gone || (target->node != nullptr && target->node->peer == nullptr)) {
+        refuse(client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE});
+    } else if (target->node != nullptr) {
+        to_node(client, frame, *target->node);
+    } else {
+        to_domain(client, frame);
+    }
+}
+
+void Front::to_domain(Client &client, const Frame &frame) {
+    Answer result;
+    std::string changed;
+    domain_->execute(frame.block.data(), frame.block.size(), result, changed);
+    answer(client, frame.header, result.block, result.data);
+    auto header = nap_copy<NAP_VCB>(result.block.data());
+    if (header.primary_rc == NAP_OK && nap_find_verb(header.opcode)->changes != 0) {
+        send_copy(&client, nullptr, result.block);
+    }
+    if (!changed.empty()) {
+        tell_flags(changed);
+        send_network_news(changed);
+        send_server_news(changed, 1);
+    }
+}
+
+void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
+    do {
+        last_correlator_++;
+    } while (last_correlator_ == 0 || node.flights.count(last_correlator_) != 0);
+    const NB_ULONG correlator = last_correlator_;
+    node.flights.emplace_hint(
+        node.flights.end(), correlator,
+        Flight{client.number, frame.header.correlator, frame.header.target, frame.block});
+    node.peer->out().answer(make_frame(NOF_FRAME_VERB, correlator, frame.header.target,
+                                       frame.block.data(), frame.block.size()));
+}
+
+void Front::answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
+                   const std::vector<NB_UCHAR> &data) {
+    client.in_flight -= client.in_flight > 0 ? 1 : 0;
+    client.peer->out().answer(make_frame(NOF_FRAME_ANSWER, verb.correlator, verb.target,
+                                         block.data(), block.size(), data.data(), data.size()));
+}
+
+void Front::refuse(Client &client, const Frame &frame, Result result) {
+    std::vector<NB_UCHAR> block = frame.block;
+    set_result(block, result);
+    answer(client, frame.header, block, {});
+}
+
+/* The record stays until the end of the round: its own handler may be running. */
+void Front::end_client(Client &client, const char *why) {
+    if (why != nullptr) {
+        nba_pd_print_problem(NB_PD_CLIENT_ENDED, 1, "s l", why,
+                             static_cast<NB_ULONG>(client.process));
+    }
+    for (const auto &target : client.targets) {
+        handles_.erase(target.first);
+    }
+    client.targets.clear();
+    client.ended = true;
+}
+
+/* A client that does not take its answers is not listened to until it does. */
+bool Front::is_crowded(const Client &client) const {
+    return client.in_flight > MAX_IN_FLIGHT || client.peer->out().bytes() > MAX_WAITING_BYTES;
+}
+
+/* Bytes that were read before the client was held are looked at when it is let go. */
+void Front::balance(Client &client) {
+    const bool crowded = is_crowded(client);
+    if (client.held && !crowded) {
+        client.held = false;
+        client.peer->hold(false);
+        client_ready(client.number);
+    } else if (crowded && !client.held) {
+        client.held = true;
+        client.peer->hold(true);
+    }
+}
+
+void Front::sweep() {
+    for (auto at = clients_.begin(); at != clients_.end();) {
+        Client &client = *at->second;
+        if (!client.ended && client.peer->out().overflown()) {
+            end_client(client, "it does not take what it registered for");
+        }
+        if (!client.ended) {
+            client.peer->flush();
+            balance(client);
+        }
+        if (!client.ended) {
+            client.peer->flush();
+        }
+        at = client.ended ? clients_.erase(at) : std::next(at);
+    }
+    for (const auto &node : nodes_) {
+        if (node->peer != nullptr) {
+            node->peer->flush();
+        }
+    }
+}
+
+} // namespace node

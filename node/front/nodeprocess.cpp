@@ -1,0 +1,180 @@
+#include "nodeprocess.h"
+
+#include "engine.h"
+#include "generate.h"
+#include "nofcopy.h"
+#include "nofverbs.h"
+#include "peer.h"
+
+#include <cstdio>
+#include <cstring>
+#include <set>
+
+namespace node {
+
+namespace {
+
+/* Sends what the engine reports. */
+class FrontLink final : public EngineListener {
+public:
+    FrontLink(Loop &loop, int fd, std::function<void()> ready)
+        : peer_(loop, fd, std::move(ready)) {}
+
+    /* Nobody hears what nobody registered for. */
+    void indicate(const NB_VOID *block, size_t length) override {
+        auto header = nap_copy<NAP_VCB>(block);
+        if (header.opcode != NAP_QUERY_NODE && wanted_.count(header.opcode) == 0) {
+            return;
+        }
+        peer_.out().answer(make_frame(NOF_FRAME_INDICATION, 0, 0, block, length));
+        flush_soon_ = true;
+    }
+
+    void link_changed(const NB_VOID *block, size_t length) override {
+        peer_.out().answer(make_frame(NOF_FRAME_INDICATION, FOR_OTHER_NODES, 0, block, length));
+        flush_soon_ = true;
+    }
+
+    Peer &peer() { return peer_; }
+    void want(NB_USHORT indication) { wanted_.insert(indication); }
+
+    void flush() {
+        if (flush_soon_) {
+            flush_soon_ = false;
+            peer_.flush();
+        }
+    }
+    void answered() { flush_soon_ = true; }
+
+private:
+    Peer peer_;
+    std::set<NB_USHORT> wanted_;
+    bool flush_soon_ = false;
+};
+
+class NodeProcess {
+public:
+    explicit NodeProcess(const ServeOptions &options)
+        : options_(options), timers_(clock_), loop_(timers_),
+          link_(loop_, options.fd, [this] { handle(); }), engine_(&store_, timers_, clock_, link_) {
+    }
+
+    bool load();
+    int run();
+
+private:
+    bool generate();
+    void handle();
+    void handle_frame(const Frame &frame);
+    void handle_news(const Frame &frame);
+
+    ServeOptions options_;
+    SystemClock clock_;
+    TimerQueue timers_;
+    Loop loop_;
+    Store store_;
+    FrontLink link_;
+    Engine engine_;
+};
+
+bool NodeProcess::load() {
+    std::string why;
+    if (!store_.open(store_file(options_.state_folder, options_.node), options_.fresh, why)) {
+        fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
+        return false;
+    }
+    if (!options_.generate.empty()) {
+        return generate();
+    }
+    if (engine_.load_store(why)) {
+        return true;
+    }
+    DomainText domain = read_domain_file(options_.domain_file);
+    const TextNode *text = domain.find(options_.node);
+    if (why.empty() && domain.errors.empty() && text != nullptr &&
+        engine_.load_text(*text, domain)) {
+        return true;
+    }
+    if (!why.empty()) {
+        fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
+    }
+    for (const std::string &error : domain.errors) {
+        fprintf(stderr, "snanode: %s\n", error.c_str());
+    }
+    return false;
+}
+
+bool NodeProcess::generate() {
+    Generated domain;
+    std::string why;
+    const bool good = parse_generated(options_.generate, domain, why) &&
+                      engine_.load_generated(domain, generated_index(domain, options_.node), why);
+    if (!good) {
+        fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
+    }
+    return good;
+}
+
+int NodeProcess::run() {
+    engine_.announce();
+    engine_.begin();
+    loop_.each_round([this] { link_.flush(); });
+    return loop_.run();
+}
+
+void NodeProcess::handle_news(const Frame &frame) {
+    const NB_USHORT opcode = block_opcode(frame.block);
+    if (opcode == NAP_SERVER_INDICATION &&
+        frame.block.size() == sizeof(NAP_SERVER_INDICATION_VERB)) {
+        auto news = nap_copy<NAP_SERVER_INDICATION_VERB>(frame.block.data());
+        engine_.set_server_flags(news.server_flags);
+    } else if (opcode == NAP_LS_INDICATION &&
+               frame.block.size() == sizeof(NAP_RESOURCE_INDICATION)) {
+        auto news = nap_copy<NAP_RESOURCE_INDICATION>(frame.block.data());
+        engine_.partner_link(news);
+    } else if (opcode == NAP_REGISTER_INDICATION_SINK &&
+               frame.block.size() == sizeof(NAP_REGISTER_SINK_VERB)) {
+        auto news = nap_copy<NAP_REGISTER_SINK_VERB>(frame.block.data());
+        link_.want(news.indication);
+    } else if (opcode == NAP_QUERY_NODE && frame.block.size() == sizeof(NAP_QUERY_NODE_VERB)) {
+        auto other = nap_copy<NAP_QUERY_NODE_VERB>(frame.block.data());
+        engine_.partner_node(other.info.fq_cp_name, other.info.node_state == NAP_NODE_ACTIVE);
+    }
+}
+
+void NodeProcess::handle_frame(const Frame &frame) {
+    if (frame.header.kind == NOF_FRAME_INDICATION) {
+        handle_news(frame);
+        return;
+    }
+    Answer answer;
+    engine_.execute(frame.block.data(), frame.block.size(), answer);
+    link_.peer().out().answer(make_frame(
+        NOF_FRAME_ANSWER, frame.header.correlator, frame.header.target, answer.block.data(),
+        answer.block.size(), answer.data.data(), answer.data.size()));
+    link_.answered();
+}
+
+void NodeProcess::handle() {
+    Frame frame;
+    FrameState state = FrameState::None;
+    while ((state = link_.peer().next(frame)) == FrameState::Ready) {
+        handle_frame(frame);
+    }
+    if (state == FrameState::Garbage || link_.peer().gone()) {
+        loop_.stop(0);
+    }
+}
+
+} // namespace
+
+std::string store_file(const std::string &state_folder, const std::string &node) {
+    return state_folder + "/node-" + node + ".db";
+}
+
+int serve_node(const ServeOptions &options) {
+    NodeProcess process(options);
+    return process.load() ? process.run() : 1;
+}
+
+} // namespace node

@@ -1,0 +1,37 @@
+/* The process of one node: an engine behind a socket to the front process.
+ *
+ * Up the socket go answers (with the correlator of their verb) and indications: for administrators
+ * with correlator 0, for the domain's other nodes with FOR_OTHER_NODES.  NAP_QUERY_NODE says how
+ * the node itself is, and the first one that it is there; the others are told, too.  Down it come
+ * verbs and news of the domain: NAP_SERVER_INDICATION with this node's server flags, what other
+ * nodes said for it, and NAP_REGISTER_INDICATION_SINK for an indication that somebody registered
+ * for: the others are not sent.  The end of the socket is the end of the process. */
+#ifndef NODEPROCESS_H
+#define NODEPROCESS_H
+
+#include "nbtypes.h"
+
+#include <string>
+
+namespace node {
+
+constexpr NB_ULONG FOR_OTHER_NODES = 1; /* correlator */
+
+struct ServeOptions {
+    std::string node; /* its name in the domain text */
+    std::string domain_file;
+    std::string generate; /* all numbers of a generated domain; "": there is a text */
+    std::string state_folder;
+    bool fresh = false;
+    int fd = -1; /* the socket to the front process */
+};
+
+/* Runs until the front process ends the socket.  Returns the exit status. */
+int serve_node(const ServeOptions &options);
+
+/* The file of a node's store. */
+std::string store_file(const std::string &state_folder, const std::string &node);
+
+} // namespace node
+
+#endif

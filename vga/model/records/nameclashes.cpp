@@ -1,0 +1,207 @@
+/* Name clashes and session marks (vgadsutl.h). */
+#include "globals.h"
+#include "recordtypes.h"
+#include "vgadsutl.h"
+#include "vgautil.h"
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr size_t lu_name_width = sizeof(VGA_LU62::name);
+constexpr NB_UCHAR ebcdic_blank = 0x40;
+
+struct CLASH {
+    NB_USHORT code;
+    NB_VOID *record;
+};
+
+/* The name as additional data have it: local text, padded with blanks. */
+struct DISPLAY_NAME {
+    NB_UCHAR text[sizeof(VGA_EXTRA_DATA::name)];
+
+    explicit DISPLAY_NAME(const NB_UCHAR *lu_name) {
+        memset(text, ' ', sizeof(text));
+        memcpy(text, lu_name, lu_name_width);
+        nba_ebcdic_to_local(text, lu_name_width);
+    }
+};
+
+/* The record of that name under the first of the PUs that has one. */
+template <class Pu, AVL_TREE Pu::*Names>
+NB_VOID *find_under_pus(const AVL_TREE &pus, const NB_UCHAR *name) {
+    for (auto *pu = static_cast<Pu *>(AVL_FIRST(pus)); pu != nullptr;
+         pu = static_cast<Pu *>(ntl_avl_next(&pu->links))) {
+        if (NB_VOID *record = ntl_avl_find(&(pu->*Names), name)) {
+            return record;
+        }
+    }
+    return nullptr;
+}
+
+NB_VOID *find_display_name(const VGA_NODE &node, const NB_UCHAR *lu_name) {
+    if (!gvga_variant_x) {
+        return nullptr;
+    }
+    auto *extra =
+        static_cast<VGA_EXTRA_DATA *>(find_under_pus<VGA_LOCAL_PU, &VGA_LOCAL_PU::extra_list>(
+            node.local_pus, DISPLAY_NAME(lu_name).text));
+    return extra != nullptr && extra->kind == VGA_EXTRA_DISPLAY_NAME ? extra : nullptr;
+}
+
+CLASH clash_on_node(const VGA_NODE &node, const NB_UCHAR *lu_name) {
+    const CLASH in_order[] = {
+        {VGA_CLASH_LU03, find_under_pus<VGA_LOCAL_PU, &VGA_LOCAL_PU::lus>(node.local_pus, lu_name)},
+        {VGA_CLASH_DISPLAY_NAME, find_display_name(node, lu_name)},
+        {VGA_CLASH_DOWN_LU, find_under_pus<VGA_DOWN_PU, &VGA_DOWN_PU::lus>(node.down_pus, lu_name)},
+        {VGA_CLASH_LU62, vga_find_lu62(&node, lu_name)},
+    };
+    for (const CLASH &clash : in_order) {
+        if (clash.record != nullptr) {
+            return clash;
+        }
+    }
+    return {VGA_CLASH_NONE, nullptr};
+}
+
+VGA_LU03 *find_domain_lu(const NB_UCHAR *lu_name) {
+    return static_cast<VGA_LU03 *>(ntl_avl_find(&gvga_system->dependent_lus, &lu_name));
+}
+
+CLASH find_clash(const NB_UCHAR *lu_name, const VGA_NODE *node) {
+    const auto *at =
+        node != nullptr ? node : static_cast<const VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+    while (at != nullptr) {
+        CLASH clash = clash_on_node(*at, lu_name);
+        if (clash.code != VGA_CLASH_NONE) {
+            return clash;
+        }
+        at = node != nullptr ? nullptr : static_cast<const VGA_NODE *>(ntl_avl_next(&at->links));
+    }
+    if (NB_VOID *pool = vga_find_sys_pool(lu_name)) {
+        return {VGA_CLASH_POOL, pool};
+    }
+    NB_VOID *lu = find_domain_lu(lu_name);
+    return {lu != nullptr ? VGA_CLASH_DOMAIN_LU : VGA_CLASH_NONE, lu};
+}
+
+VGA_REM_PLU *find_partner(const VGA_REM_SYS &system, VGA_REM_PLU_KEY key, NB_USHORT type) {
+    key.type = type;
+    return static_cast<VGA_REM_PLU *>(ntl_avl_find(&system.remote_plu_tree, &key));
+}
+
+VGA_REM_PLU *find_defined_partner(const VGA_REM_SYS &system, const VGA_REM_PLU_KEY &key,
+                                  NB_USHORT type_given) {
+    VGA_REM_PLU *plu = find_partner(system, key, type_given ? key.type : NAP_DIR_LU);
+    if (plu == nullptr && !type_given) {
+        plu = find_partner(system, key, NAP_DIR_WILDCARD_LU);
+    }
+    return plu != nullptr && plu->defined ? plu : nullptr;
+}
+
+NB_USHORT can_be_used(const VGA_LU62 &lu) {
+    NAP_LOCAL_LU_DATA data = *lu.vcb;
+    return !data.def_data.disable && (data.def_data.nau_address == 0 || data.lu_sscp_sess_active);
+}
+
+NB_USHORT lu_is_there(NB_USHORT kind, const NAP_USER_SESSION &session, const VGA_NODE *node,
+                      const NB_UCHAR *name) {
+    if (kind == NAP_USER_SESSION_3270) {
+        VGA_LU03 *lu = find_domain_lu(session.lu_name);
+        return lu != nullptr && lu->vcb->det_data.lu_sscp_sess_active;
+    }
+    if (name != nullptr) {
+        return vga_compare_asc8(session.lu_alias, name) == 0;
+    }
+    VGA_LU62 *lu = node != nullptr ? vga_find_lu62_by_alias(node, session.lu_alias) : nullptr;
+    return lu != nullptr && can_be_used(*lu);
+}
+
+NB_VOID set_mark(VGA_USER_SESSION &session, NB_USHORT mark) {
+    if (session.mark != mark) {
+        session.mark = mark;
+        vga_update_line(&session);
+    }
+}
+
+/* Calls visit(session) for every session of a kind that a user has. */
+template <class Visit> NB_VOID for_sessions(VGA_USER &user, NB_USHORT kind, Visit visit) {
+    vga_for_each(user.session_tree, &VGA_USER_SESSION::links,
+                 [kind, &visit](VGA_USER_SESSION &session) {
+                     if (session.kind == kind) {
+                         visit(session);
+                     }
+                 });
+}
+
+} // namespace
+
+NB_USHORT vga_check_lu_name_clash(const NB_UCHAR *lu_name, const VGA_NODE *node,
+                                  NB_VOID **clash_out) {
+    CLASH clash = find_clash(lu_name, node);
+    if (clash_out != nullptr) {
+        *clash_out = clash.record;
+    }
+    return clash.code;
+}
+
+VGA_LU62 *vga_check_fq_name_local_clash(const NB_UCHAR *fq_name, const VGA_NODE *node) {
+    NB_UCHAR cp_name[sizeof(NAP_NODE_INFO::fq_cp_name)];
+    NB_CHAR own_network[lu_name_width + 1];
+    NB_CHAR network[lu_name_width + 1];
+    memcpy(cp_name, &node->node_data.info.fq_cp_name, sizeof(cp_name));
+    vga_get_fq_net_name(own_network, cp_name);
+    vga_get_fq_net_name(network, fq_name);
+    if (strcmp(own_network, network) != 0) {
+        return nullptr;
+    }
+    NB_CHAR text[lu_name_width + 1];
+    vga_get_fq_name(text, fq_name);
+    NB_UCHAR name[lu_name_width];
+    memset(name, ebcdic_blank, sizeof(name));
+    memcpy(name, text, strlen(text));
+    nba_local_to_ebcdic(name, static_cast<NB_USHORT>(strlen(text)));
+    return vga_find_lu62(node, name);
+}
+
+VGA_REM_PLU *vga_check_fq_name_plu_clash(const NB_UCHAR *fq_name, const VGA_NODE *node,
+                                         NB_USHORT type_given, NB_USHORT type) {
+    VGA_REM_PLU_KEY key = {};
+    memcpy(key.fqplu_name, fq_name, sizeof(key.fqplu_name));
+    key.type = type;
+    VGA_REM_PLU *plu = nullptr;
+    if (node->network_fake_rem_sys != nullptr) {
+        plu = find_defined_partner(*node->network_fake_rem_sys, key, type_given);
+    }
+    auto *system = static_cast<VGA_REM_SYS *>(AVL_FIRST(node->remote_systems));
+    while (plu == nullptr && system != nullptr) {
+        plu = find_defined_partner(*system, key, type_given);
+        system = static_cast<VGA_REM_SYS *>(ntl_avl_next(&system->links));
+    }
+    return plu;
+}
+
+NB_VOID vga_mark_sessions(NB_USHORT kind, const VGA_NODE *node, const NB_UCHAR *name) {
+    vga_for_each(gvga_system->users, &VGA_USER::links, [=](VGA_USER &user) {
+        memset(user.marked, 0, sizeof(user.marked));
+        NB_ULONG &counter = user.marked[kind == NAP_USER_SESSION_3270 ? 0 : 1];
+        for_sessions(user, kind, [=, &counter](VGA_USER_SESSION &session) {
+            NB_USHORT mark = lu_is_there(kind, *session.vcb, node, name);
+            set_mark(session, mark);
+            counter += mark;
+        });
+    });
+}
+
+NB_VOID vga_unmark_sessions(NB_USHORT kind) {
+    if (kind < 1 || kind > VGA_SESSION_KINDS) {
+        return;
+    }
+    vga_for_each(gvga_system->users, &VGA_USER::links, [kind](VGA_USER &user) {
+        NB_ULONG &counter = user.marked[kind - 1];
+        if (counter > 0) {
+            counter = 0;
+            for_sessions(user, kind, [](VGA_USER_SESSION &session) { set_mark(session, 0); });
+        }
+    });
+}

@@ -1,0 +1,183 @@
+/* What the record types of services and the domain declare as their own.  Part of recordtypes.h. */
+#ifndef SERVICETYPES_H
+#define SERVICETYPES_H
+
+#include "recordtypes.h"
+
+template <>
+struct VGA_RECORD_TYPE<VGA_SNA_NET_NODE>
+    : VGA_ONE_INDEX<VGA_SNA_NET_NODE, &VGA_SYSTEM::net_nodes, &VGA_SNA_NET_NODE::name> {
+    static NB_VOID init(VGA_SNA_NET_NODE &node) { VGA_COPY_KEY(node.name, node.vcb->node_name); }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_SYS_POOL>
+    : VGA_ONE_INDEX<VGA_SYS_POOL, &VGA_SYSTEM::pools, &VGA_SYS_POOL::name> {
+    static NB_VOID init(VGA_SYS_POOL &pool) {
+        VGA_COPY_KEY(pool.name, pool.vcb->pool_name);
+        vga_init_tree(pool.lu_tree, vga_compare_pool_lu);
+    }
+    static VGA_LINE_PLACE line(VGA_SYS_POOL &pool) {
+        return {&pool.parent->pool_viewer_root, nullptr, VGA_VIEWER_POOL, &pool.links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_POOL> : VGA_ONE_INDEX<VGA_POOL, &VGA_NODE::pools, &VGA_POOL::name> {
+    static NB_VOID init(VGA_POOL &pool) {
+        VGA_COPY_KEY(pool.name, pool.vcb->pool_name);
+        vga_init_tree(pool.lu_tree, vga_compare_ebc8);
+    }
+    static NB_USHORT settled(VGA_POOL &pool);
+    static NB_VOID unlinked(VGA_POOL &pool);
+};
+
+template <> struct VGA_RECORD_TYPE<VGA_POOL_LU> : VGA_RECORD_DEFAULTS<VGA_POOL_LU> {
+    static std::array<VGA_INDEX_LINK, 2> links(VGA_POOL_LU &lu) {
+        return {{{&lu.parent->lu_tree, &lu.links, lu.key.lu_name, 0},
+                 {&lu.parent->sys_pool->lu_tree, &lu.domain_links, &lu.key, 0}}};
+    }
+    static NB_VOID init(VGA_POOL_LU &lu) {
+        VGA_COPY_KEY(lu.key.lu_name, lu.vcb->lu_name);
+        VGA_COPY_KEY(lu.key.node_name, lu.parent->parent->name);
+    }
+    static VGA_LINE_PLACE line(VGA_POOL_LU &lu) {
+        return {&gvga_system->pool_viewer_root, &lu.parent->sys_pool->gui_data.viewer,
+                VGA_VIEWER_POOL_LU, &lu.domain_links};
+    }
+    /* The pool's line says how many there are. */
+    static NB_VOID linked(VGA_POOL_LU &lu) { vga_update_line(lu.parent->sys_pool); }
+    static NB_VOID unlinked(VGA_POOL_LU &lu) { vga_update_line(lu.parent->sys_pool); }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_TN_CLIENT>
+    : VGA_ONE_INDEX<VGA_TN_CLIENT, &VGA_NODE::tn_clients, &VGA_TN_CLIENT::address> {
+    static constexpr NB_USHORT fixed_size = offsetof(NAP_TN_ACCESS_DATA, def_data.sessions);
+    static NB_VOID init(VGA_TN_CLIENT &client) {
+        VGA_COPY_KEY(client.address.type, client.vcb->address_type);
+        VGA_COPY_KEY(client.address.address, client.vcb->client_address);
+        vga_init_tree(client.session_tree, vga_compare_tn_session);
+    }
+    static NB_USHORT settled(VGA_TN_CLIENT &client) {
+        return vga_merge_nested<VGA_TN_SESS>(client, client.session_tree,
+                                             VGA_NESTED(client, sessions, num_sessions));
+    }
+    static NB_VOID delete_children(VGA_TN_CLIENT &client) {
+        vga_delete_all<VGA_TN_SESS>(client.session_tree);
+    }
+};
+
+template <> struct VGA_RECORD_TYPE<VGA_TN_SESS> : VGA_RECORD_DEFAULTS<VGA_TN_SESS> {
+    static constexpr NB_USHORT nested = 1;
+    static std::array<VGA_INDEX_LINK, 2> links(VGA_TN_SESS &session) {
+        return {{{&session.parent->session_tree, &session.links, &session.key, 0},
+                 {&session.parent->parent->tn_sessions, &session.node_links, &session.key, 0}}};
+    }
+    static NB_VOID init(VGA_TN_SESS &session) {
+        VGA_COPY_KEY(session.key.client, session.parent->address);
+        VGA_COPY_KEY(session.key.port, session.vcb->port);
+        VGA_COPY_KEY(session.key.listen_local_address, session.vcb->listen_local_address);
+    }
+    static VGA_LINE_PLACE line(VGA_TN_SESS &session) {
+        return {&session.parent->parent->tn_session_root, nullptr, VGA_VIEWER_TN_SESS,
+                &session.node_links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_TN_ASSOC>
+    : VGA_ONE_INDEX<VGA_TN_ASSOC, &VGA_NODE::tn_assocs, &VGA_TN_ASSOC::display_lu_name> {
+    static NB_VOID init(VGA_TN_ASSOC &assoc) {
+        VGA_COPY_KEY(assoc.display_lu_name, assoc.vcb->display_lu_name);
+    }
+    static VGA_LINE_PLACE line(VGA_TN_ASSOC &assoc) {
+        return {&assoc.parent->tn_assoc_root, nullptr, VGA_VIEWER_TN_ASSOC, &assoc.links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_TN_REDIRECT>
+    : VGA_ONE_INDEX<VGA_TN_REDIRECT, &VGA_NODE::tn_redirects, &VGA_TN_REDIRECT::key> {
+    static NB_VOID init(VGA_TN_REDIRECT &redirect) {
+        VGA_COPY_KEY(redirect.key.client.type, redirect.vcb->address_type);
+        VGA_COPY_KEY(redirect.key.client.address, redirect.vcb->client_address);
+        VGA_COPY_KEY(redirect.key.port, redirect.vcb->client_port);
+    }
+    static VGA_LINE_PLACE line(VGA_TN_REDIRECT &redirect) {
+        return {&redirect.parent->tn_redirect_root, nullptr, VGA_VIEWER_TN_REDIRECT,
+                &redirect.links};
+    }
+};
+
+/* A number is given out again when its session has ended, so the number decides. */
+template <>
+struct VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS> : VGA_RECORD_DEFAULTS<VGA_TAMRIX_APPCIP_SESS> {
+    static std::array<VGA_INDEX_LINK, 2> links(VGA_TAMRIX_APPCIP_SESS &session) {
+        return {{{&session.parent->tamrix_numbers, &session.number_links, &session.number, 0},
+                 {&session.parent->tamrix_sessions, &session.links, &session.key, 0}}};
+    }
+    static NB_VOID init(VGA_TAMRIX_APPCIP_SESS &session);
+    static NB_VOID merged(VGA_TAMRIX_APPCIP_SESS &kept, VGA_TAMRIX_APPCIP_SESS &fresh);
+    static VGA_LINE_PLACE line(VGA_TAMRIX_APPCIP_SESS &session) {
+        return {&session.parent->tamrix_root, nullptr, VGA_VIEWER_APPCIP_SESS,
+                &session.number_links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_USER> : VGA_ONE_INDEX<VGA_USER, &VGA_SYSTEM::users, &VGA_USER::name> {
+    static constexpr NB_USHORT fixed_size = offsetof(NAP_USER_DATA, def_data.sessions);
+    static NB_VOID init(VGA_USER &user) {
+        VGA_COPY_KEY(user.name, user.vcb->user_name);
+        vga_init_tree(user.session_tree, vga_compare_asc8);
+    }
+    static NB_USHORT settled(VGA_USER &user) {
+        return vga_merge_nested<VGA_USER_SESSION>(user, user.session_tree,
+                                                  VGA_NESTED(user, sessions, num_sessions));
+    }
+    static VGA_LINE_PLACE line(VGA_USER &user) {
+        return {&user.parent->user_viewer_root, nullptr, VGA_VIEWER_USER, &user.links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_USER_SESSION>
+    : VGA_ONE_INDEX<VGA_USER_SESSION, &VGA_USER::session_tree, &VGA_USER_SESSION::name> {
+    static constexpr NB_USHORT nested = 1;
+    static NB_VOID init(VGA_USER_SESSION &session) {
+        VGA_COPY_KEY(session.name, session.vcb->session_name);
+        session.kind = session.vcb->session_class;
+    }
+    static NB_VOID merged(VGA_USER_SESSION &kept, VGA_USER_SESSION &fresh) {
+        kept.kind = fresh.kind;
+    }
+    static VGA_LINE_PLACE line(VGA_USER_SESSION &session) {
+        VGA_USER &user = *session.parent;
+        return {&user.parent->user_viewer_root, &user.gui_data.viewer, VGA_VIEWER_USER_SESS,
+                &session.links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_CPIC> : VGA_ONE_INDEX<VGA_CPIC, &VGA_SYSTEM::cpics, &VGA_CPIC::name> {
+    static constexpr const NB_CHAR *dialog_text =
+        "cpic->gui_data.dialog->common.parent_item == (NB_VOID *)cpic";
+    static NB_VOID init(VGA_CPIC &cpic) { VGA_COPY_KEY(cpic.name, cpic.vcb->sym_dest_name); }
+    static VGA_LINE_PLACE line(VGA_CPIC &cpic) {
+        return {&cpic.parent->cpic_viewer_root, nullptr, VGA_VIEWER_CPIC, &cpic.links};
+    }
+};
+
+template <>
+struct VGA_RECORD_TYPE<VGA_RJE_WKSTN>
+    : VGA_ONE_INDEX<VGA_RJE_WKSTN, &VGA_SYSTEM::rje_wkstns, &VGA_RJE_WKSTN::name> {
+    static NB_VOID init(VGA_RJE_WKSTN &wkstn) {
+        VGA_COPY_KEY(wkstn.name, wkstn.vcb->workstation_name);
+    }
+    static VGA_LINE_PLACE line(VGA_RJE_WKSTN &wkstn) {
+        return {&wkstn.parent->rje_viewer_root, nullptr, VGA_VIEWER_RJE, &wkstn.links};
+    }
+};
+
+#endif

@@ -1,0 +1,210 @@
+#include "programend.h"
+#include "busycursor.h"
+#include "globals.h"
+#include "messages.h"
+#include "nbproblem.h"
+#include "recordpattern.h"
+#include "toolkit.h"
+#include "vgadgutl.h"
+#include "vgadsdel.h"
+#include "vganofbd.h"
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+using CLOCK = std::chrono::steady_clock;
+
+constexpr auto hung_after = std::chrono::seconds(5);
+
+/* Fatal reports. */
+
+constexpr NB_ULONG open_file_failed = 61444;
+
+/* Show the report over the main dialog. */
+template <class... Arguments>
+NB_VOID show_error(NB_USHORT message, const NB_CHAR *types, Arguments... arguments) {
+    vga_display_error_dialog(gvga_main_dialog, message, "fatalerror", vga_error_exit_cb, 0, types,
+                             arguments...);
+}
+
+NB_VOID report_internal(NB_LONG, NB_ULONG, const NB_CHAR *file, NB_INT line) {
+    show_error(VGA_MSG_FATAL_INTERNAL, "s i", file, line);
+}
+
+NB_VOID report_verb(NB_LONG, NB_ULONG subcode, const NB_CHAR *file, NB_INT line) {
+    if (subcode == open_file_failed) {
+        show_error(VGA_MSG_FATAL_OPEN_FILE, "");
+    } else {
+        show_error(VGA_MSG_FATAL_VERB, "x s i", subcode, file, line);
+    }
+}
+
+NB_VOID report_no_node(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
+    show_error(VGA_MSG_NO_NODE, "");
+}
+
+NB_VOID report_shutting_down(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
+    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_SYSTEM_SHUTDOWN, nullptr, vga_error_exit_cb,
+                            0, "");
+}
+
+NB_VOID report_unavailable(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
+    show_error(VGA_MSG_UNAVAILABLE, "s", "sna");
+}
+
+NB_VOID report_unexpected(NB_LONG code, NB_ULONG subcode, const NB_CHAR *file, NB_INT line) {
+    show_error(VGA_MSG_FATAL_UNEXPECTED, "x x s i", code, subcode, file, line);
+}
+
+struct REPORT {
+    NB_LONG code;
+    NB_VOID (*in_window)(NB_LONG code, NB_ULONG subcode, const NB_CHAR *file, NB_INT line);
+};
+
+/* Codes without a row are reported as unexpected; a null function is no report in a window. */
+constexpr REPORT reports[] = {
+    {VGA_EXIT_INTERNAL, report_internal},       {VGA_EXIT_USAGE, nullptr},
+    {VGA_EXIT_VERB_FAILED, report_verb},        {VGA_EXIT_START_UP, nullptr},
+    {VGA_EXIT_NO_NODE, report_no_node},         {VGA_EXIT_SHUTTING_DOWN, report_shutting_down},
+    {VGA_EXIT_UNAVAILABLE, report_unavailable},
+};
+
+REPORT report_of(NB_LONG code) {
+    for (const REPORT &report : reports) {
+        if (report.code == code) {
+            return report;
+        }
+    }
+    return {code, report_unexpected};
+}
+
+NB_VOID print_start_up_failure(NB_VOID) {
+    const NB_CHAR *text = vga_message(VGA_MSG_START_UP_FAILED);
+    if (*text == '\0') {
+        text = "Unable to start the SNA admin tool - please check error log\n";
+    }
+    fputs(text, stderr);
+}
+
+NB_VOID log_exit(NB_USHORT known) {
+    if (gvga_exit_code == VGA_EXIT_INTERNAL) {
+        nba_pd_print_problem(NB_PD_ENDS_INTERNAL, 0, "s i", gvga_exit_file, gvga_exit_line);
+    } else if (!known) {
+        nba_pd_print_problem(NB_PD_ENDS_UNKNOWN, 0, "x x s i", gvga_exit_code, gvga_exit_subcode,
+                             gvga_exit_file, gvga_exit_line);
+    }
+}
+
+/* Without memory for a box there is nothing to wait for. */
+NB_USHORT is_to_be_read(const VGA_MODAL_DLG &box) {
+    return box.showing != 0 || !NB_EMPTY_LIST(box.queue);
+}
+
+/* Handles X events and timers only, so that nothing of the node's comes between. */
+NB_VOID wait_until_read(NB_VOID) {
+    gvga_exit_code = 0;
+    while (gvga_exit_code == 0) {
+        XtAppProcessEvent(gvga_appcontext, XtIMXEvent | XtIMTimer);
+    }
+    gvga_exit_code = 0;
+}
+
+/* Orderly close. */
+
+CLOCK::time_point last_answer;
+
+VGA_NODE *next_connected_node(NB_VOID) {
+    VGA_NODE *found = nullptr;
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found](VGA_NODE &node) {
+        if (node.freed) {
+            vga_do_free_node_res(&node, 0, nullptr);
+        } else if (found == nullptr) {
+            found = &node;
+        }
+    });
+    return found;
+}
+
+/* Lets go of the next piece.  Returns 0 when nothing is left. */
+NB_USHORT free_next_piece(NB_VOID) {
+    if (gvga_system->domain_target != 0 &&
+        vga_free_system_resources(0, vga_process_shutdown) != 0) {
+        return 1;
+    }
+    if (gvga_system->net_target != 0 && vga_free_sna_net_resources(vga_process_shutdown) != 0) {
+        return 1;
+    }
+    while (VGA_NODE *node = next_connected_node()) {
+        if (vga_do_free_node_res(node, 0, vga_process_shutdown) != 0) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+NB_VOID vga_error_exit(NB_VOID) {
+    REPORT report = report_of(gvga_exit_code);
+    log_exit(report.in_window != report_unexpected);
+    if (gvga_exit_code == VGA_EXIT_START_UP) {
+        print_start_up_failure();
+    }
+    NB_USHORT on_screen = gvga_main_dialog != nullptr && gvga_main_dialog->in_use &&
+                          XtIsRealized(gvga_main_dialog->shell);
+    if (report.in_window == nullptr || !on_screen) {
+        return;
+    }
+    vga_display_hourglass(0);
+    report.in_window(gvga_exit_code, gvga_exit_subcode, gvga_exit_file, gvga_exit_line);
+    if (is_to_be_read(gvga_main_dialog->modal_dlg)) {
+        wait_until_read();
+    }
+}
+
+NB_VOID vga_error_exit_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
+    VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_report_read);
+}
+
+NB_VOID vga_start_shutdown(NB_VOID) {
+    if (gvga_closing) {
+        if (CLOCK::now() - last_answer >= hung_after) {
+            VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed);
+        }
+        return;
+    }
+    gvga_closing = 1;
+    last_answer = CLOCK::now();
+    vga_close_children(gvga_main_dialog, 1, 1);
+    vga_purge_verb_queue(0, 0, nullptr, 0, nullptr);
+    if (free_next_piece() == 0) {
+        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed);
+    }
+}
+
+NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
+    const NAP_VCB &vcb = *work->vcb;
+    last_answer = CLOCK::now();
+    if (vcb.primary_rc == NAP_COMM_FAILURE && vcb.secondary_rc == NAP_CONNECTION_GONE) {
+        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
+        return;
+    }
+    if (vcb.primary_rc == NAP_STATE_CHECK && vcb.secondary_rc == NAP_NODE_BUSY &&
+        vga_issue_disconnect_node(work->target, work->user_data, vga_process_shutdown) != 0) {
+        return;
+    }
+    if (free_next_piece() == 0) {
+        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
+    }
+}
+
+NB_INT vga_xerror_handler(Display *display, XErrorEvent *event) {
+    NB_CHAR text[300] = "";
+    XGetErrorText(display, event->error_code, text, sizeof(text));
+    if (!nba_is_silenced(NB_TRACE_X_ERRORS)) {
+        nba_pd_print_exception(NB_PD_X_ERROR, 0, "i i s", event->error_code, event->request_code,
+                               text);
+    }
+    return 0;
+}

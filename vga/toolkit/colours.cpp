@@ -1,0 +1,99 @@
+#include "colours.h"
+
+#ifdef QUILADMIN_OWN_COLOURS
+
+#include "nbbase.h"
+#include <X11/Xutil.h>
+#include <bit>
+#include <dlfcn.h>
+
+namespace {
+
+/* One of the three parts of a pixel. */
+struct CHANNEL {
+    unsigned long mask = 0;
+    int bits = 8; /* of an intensity that the visual tells apart */
+
+    [[nodiscard]] unsigned long most() const { return mask >> std::countr_zero(mask); }
+
+    /* As servers do it: cut to the bits of the visual, then the nearest value that there is. */
+    [[nodiscard]] unsigned long to_pixel(unsigned short value) const {
+        const unsigned long finest = (1UL << bits) - 1;
+        const unsigned long cut = (value >> (16 - bits)) * 65535UL / finest;
+        return (cut * most() + 32767) / 65535 << std::countr_zero(mask);
+    }
+    [[nodiscard]] unsigned short from_pixel(unsigned long pixel) const {
+        return static_cast<unsigned short>((pixel & mask) / (mask & -mask) * 65535 / most());
+    }
+};
+
+struct {
+    Display *display = nullptr; /* null: nothing is worked out */
+    Colormap colormap = 0;
+    CHANNEL red, green, blue;
+} known;
+
+bool is_known(const Display *display, Colormap colormap) {
+    return known.display != nullptr && display == known.display && colormap == known.colormap;
+}
+
+NB_VOID look_up(XColor &colour) {
+    colour.red = known.red.from_pixel(colour.pixel);
+    colour.green = known.green.from_pixel(colour.pixel);
+    colour.blue = known.blue.from_pixel(colour.pixel);
+    colour.flags = DoRed | DoGreen | DoBlue;
+}
+
+/* Passes a call on to the X library's own function of that name; 0, "failed", where there is none,
+ * as in a program that has the library linked into itself. */
+template <class... Arguments> int ask_library(const NB_CHAR *name, Arguments... arguments) {
+    auto *const function = reinterpret_cast<int (*)(Arguments...)>(dlsym(RTLD_NEXT, name));
+    NB_ASSERT(function != nullptr);
+    return function != nullptr ? function(arguments...) : 0;
+}
+
+} // namespace
+
+extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colour) {
+    if (!is_known(display, colormap)) {
+        return ask_library("XAllocColor", display, colormap, colour);
+    }
+    colour->pixel = known.red.to_pixel(colour->red) | known.green.to_pixel(colour->green) |
+                    known.blue.to_pixel(colour->blue);
+    look_up(*colour);
+    return 1;
+}
+
+extern "C" int XQueryColors(Display *display, Colormap colormap, XColor *colours, int count) {
+    if (!is_known(display, colormap)) {
+        return ask_library("XQueryColors", display, colormap, colours, count);
+    }
+    for (int at = 0; at < count; at++) {
+        look_up(colours[at]);
+    }
+    return 1;
+}
+
+extern "C" int XQueryColor(Display *display, Colormap colormap, XColor *colour) {
+    return XQueryColors(display, colormap, colour, 1);
+}
+
+NB_VOID vga_work_out_colours(Display *display, Screen *screen) {
+    const Visual *visual = DefaultVisualOfScreen(screen);
+    if (visual->c_class != TrueColor || visual->red_mask == 0 || visual->green_mask == 0 ||
+        visual->blue_mask == 0 || visual->bits_per_rgb < 1 || visual->bits_per_rgb > 16) {
+        return;
+    }
+    const int bits = visual->bits_per_rgb;
+    known = {display,
+             DefaultColormapOfScreen(screen),
+             {visual->red_mask, bits},
+             {visual->green_mask, bits},
+             {visual->blue_mask, bits}};
+}
+
+#else
+
+NB_VOID vga_work_out_colours(Display *, Screen *) {}
+
+#endif

@@ -1,0 +1,18 @@
+/* Colours that the program works out by itself.  For each colour of each icon, and for each
+ * background whose shadows it derives, the toolkit asks the X server and waits for the answer:
+ * some 600 times at start, which is most of the wait on a distant display.  On a TrueColor visual
+ * the answer follows from the visual's masks.  So the X library's XAllocColor, XQueryColor and
+ * XQueryColors are replaced here for the default colormap of the program's screen; calls for any
+ * other colormap or visual go on to the library.  Without the build option QUILADMIN_OWN_COLOURS
+ * nothing is replaced, and the server is asked. */
+#ifndef COLOURS_H
+#define COLOURS_H
+
+#include <X11/Xlib.h>
+
+#include "nbtypes.h"
+
+/* From now on.  Without effect where the screen's default visual is not a TrueColor one. */
+NB_VOID vga_work_out_colours(Display *display, Screen *screen);
+
+#endif

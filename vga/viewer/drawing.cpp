@@ -1,0 +1,465 @@
+#include "firewall.h"
+#include "graphics.h"
+#include "nbbase.h"
+#include "toolkit.h"
+#include "viewerparts.h"
+#include <Xm/ScrollBar.h>
+#include <Xm/ScrolledW.h>
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr NB_ULONG icon_gap = 4; // pixels between icon and text
+
+/* One line. */
+
+/* Where a line is being drawn: a pixmap of one line, so that the window never shows it half done.
+ */
+struct PEN {
+    VGA_VIEWER_VIEW *view;
+    Display *display;
+    Drawable drawable;
+    GC gc;
+    const Pixmap *pixmaps;
+    NB_INT x;
+};
+
+NB_VOID draw_pixmap(const PEN &pen, NB_USHORT icon, NB_ULONG width, NB_ULONG height, NB_ULONG y) {
+    XCopyArea(pen.display, pen.pixmaps[icon], pen.drawable, pen.gc, 0, 0,
+              static_cast<unsigned>(width), static_cast<unsigned>(height), pen.x,
+              static_cast<NB_INT>(y));
+}
+
+NB_VOID draw_icons(PEN *pen, const VGA_VIEWER_ITEM *item, const VGA_VIEWER_DESC *desc) {
+    pen->x += static_cast<NB_INT>(desc->level * gvga_viewer_indent_width);
+    if (desc->expandable != 0 && vga_viewer_has_children(item) != 0) {
+        draw_pixmap(*pen, item->expanded != 0 ? VGA_ICON_MINUS : VGA_ICON_PLUS,
+                    gvga_viewer_expand_icon_width, gvga_viewer_expand_icon_height,
+                    gvga_viewer_expand_icon_y);
+    }
+    if (desc->expandable != 0 || desc->flat == 0) {
+        pen->x += static_cast<NB_INT>(gvga_viewer_expand_icon_width);
+    }
+    if (desc->show_icon != 0) {
+        NB_USHORT icon = desc->choose_icon != nullptr ? desc->choose_icon(item->data)
+                                                      : NB_USHORT{VGA_ICON_BLANK};
+        icon = icon < VGA_ICON_COUNT ? icon : NB_USHORT{VGA_ICON_BLANK};
+        draw_pixmap(*pen, icon, gvga_viewer_icon_width, gvga_viewer_icon_height,
+                    gvga_viewer_icon_y);
+        pen->x += static_cast<NB_INT>(gvga_viewer_icon_width + icon_gap);
+    }
+}
+
+NB_VOID draw_text(const PEN &pen, const NB_CHAR *text) {
+    NB_ULONG column = 0;
+    VGA_VIEWER_RUN run;
+    while (vga_viewer_next_run(&text, &column, &run) != 0) {
+        const NB_INT x = pen.x + static_cast<NB_INT>(run.column * gvga_viewer_char_width);
+        if (run.length == 0 || x >= static_cast<NB_INT>(pen.view->window_width)) {
+            continue;
+        }
+        // Coordinates have 16 bits, so what ends left of the window is not even tried.
+        if (x < 0 && x + static_cast<NB_INT>(vga_viewer_measure(run.text, run.length)) <= 0) {
+            continue;
+        }
+        if (gvga_viewer_fontset != nullptr) {
+            XmbDrawString(pen.display, pen.drawable, gvga_viewer_fontset, pen.gc, x,
+                          static_cast<NB_INT>(gvga_viewer_text_y), run.text, run.length);
+        } else {
+            XDrawString(pen.display, pen.drawable, pen.gc, x,
+                        static_cast<NB_INT>(gvga_viewer_text_y), run.text, run.length);
+        }
+    }
+}
+
+VGA_VIEWER_RUN last_run(const NB_CHAR *text) {
+    NB_ULONG column = 0;
+    VGA_VIEWER_RUN run = {};
+    while (vga_viewer_next_run(&text, &column, &run) != 0) {
+    }
+    return run;
+}
+
+NB_ULONG width_with_last(const VGA_VIEWER_RUN &last) {
+    return last.column * gvga_viewer_char_width + vga_viewer_measure(last.text, last.length);
+}
+
+/* The width is taken when the line is first drawn, and the content is at least as wide. */
+NB_VOID measure(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, const VGA_VIEWER_RUN &last) {
+    if (item->laid_out == 0) {
+        item->laid_out = 1;
+        item->line_width =
+            vga_viewer_left_width(vga_viewer_type(item->type)) + width_with_last(last);
+    }
+    if (item->line_width > view->content_width) {
+        view->content_width = item->line_width;
+        view->bars_due = 1;
+    }
+}
+
+/* Pixels from the left edge of the window that the line needs the pixmap for; what is right of them
+ * is ground.  The text is taken as if each of its bytes had a column of its own, which costs no
+ * measuring and in a fixed pitch is never too little; for another font there is the measured width.
+ */
+NB_ULONG inked_width(const VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *item,
+                     const VGA_VIEWER_DESC *desc, const VGA_VIEWER_RUN &last) {
+    if (desc->decor_cb != nullptr || view->root->outline_viewer == item) {
+        return view->window_width;
+    }
+    const NB_ULONG columns = last.column + static_cast<NB_ULONG>(last.length);
+    const NB_ULONG right =
+        std::max(vga_viewer_left_width(desc) + columns * gvga_viewer_char_width, item->line_width);
+    return std::clamp<NB_ULONG>(right, view->x_offset, view->x_offset + view->window_width) -
+           view->x_offset;
+}
+
+NB_VOID vga_draw_viewer(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, NB_INT window_y) {
+    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
+    const bool selected = item->selected != 0;
+    PEN pen = {view,
+               XtDisplay(view->draw_widget),
+               view->line_pixmap,
+               selected ? gvga_inverted_gc : gvga_normal_gc,
+               selected ? gvga_inverted_pixmaps : gvga_pixmaps,
+               -static_cast<NB_INT>(view->x_offset)};
+    const GC ground = selected ? gvga_normal_gc : gvga_inverted_gc;
+    const Window window = XtWindow(view->draw_widget);
+    const unsigned width = static_cast<unsigned>(view->window_width);
+    const unsigned height = static_cast<unsigned>(gvga_viewer_item_height);
+    NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
+    vga_viewer_line_text(item, text);
+    const VGA_VIEWER_RUN last = last_run(text);
+    measure(view, item, last);
+    const unsigned inked = static_cast<unsigned>(inked_width(view, item, desc, last));
+    if (inked != 0) {
+        XFillRectangle(pen.display, pen.drawable, ground, 0, 0, inked, height);
+        draw_icons(&pen, item, desc);
+        draw_text(pen, text);
+        if (desc->decor_cb != nullptr) {
+            desc->decor_cb(item->data, view->draw_widget, pen.drawable, pen.x, 0, pen.gc);
+        }
+        if (view->root->outline_viewer == item) {
+            XDrawRectangle(pen.display, pen.drawable, gvga_outline_gc, 0, 0, width - 1, height - 1);
+        }
+        XCopyArea(pen.display, pen.drawable, window, gvga_normal_gc, 0, 0, inked, height, 0,
+                  window_y);
+    }
+    if (inked < width) {
+        XFillRectangle(pen.display, window, ground, static_cast<NB_INT>(inked), window_y,
+                       width - inked, height);
+    }
+}
+
+/* A band of lines. */
+
+/* Makes the pixmap wide enough; 0 without a window to draw in. */
+bool ready_to_draw(VGA_VIEWER_VIEW *view) {
+    if (!XtIsRealized(view->draw_widget) || gvga_viewer_item_height == 0 ||
+        gvga_normal_gc == nullptr || view->window_width < 2) {
+        return false;
+    }
+    if (view->line_pixmap_width < view->window_width) {
+        Display *const display = XtDisplay(view->draw_widget);
+        if (view->line_pixmap != 0) {
+            XFreePixmap(display, view->line_pixmap);
+        } else {
+            // Or the server would blank the window whenever a scroll bar comes or goes.
+            XSetWindowAttributes attributes;
+            attributes.bit_gravity = NorthWestGravity;
+            XChangeWindowAttributes(display, XtWindow(view->draw_widget), CWBitGravity,
+                                    &attributes);
+        }
+        NB_INT depth = 0;
+        XtVaGetValues(view->draw_widget, XmNdepth, &depth, nullptr);
+        view->line_pixmap_width = view->window_width;
+        view->line_pixmap = XCreatePixmap(
+            display, XtWindow(view->draw_widget), static_cast<unsigned>(view->window_width),
+            static_cast<unsigned>(gvga_viewer_item_height), static_cast<unsigned>(depth));
+    }
+    return true;
+}
+
+/* Draws the lines of the band that the window shows, and the ground below the last line. */
+NB_VOID vga_viewer_redraw(VGA_VIEWER_VIEW *view, VGA_VIEWER_BAND band) {
+    const NB_ULONG height = gvga_viewer_item_height;
+    const NB_ULONG first = view->y_offset / height;
+    const NB_ULONG shown = (view->window_height + height - 1) / height;
+    const NB_ULONG end = std::min(band.bottom, first + shown);
+    NB_ULONG line = std::max(band.top, first);
+    if (line >= end) {
+        return;
+    }
+    VGA_VIEWER_ITEM *item = vga_viewer_find_line(view->root, line);
+    for (; item != nullptr && line < end; ++line) {
+        vga_draw_viewer(view, item, static_cast<NB_INT>((line - first) * height));
+        item = vga_viewer_get_next_item(view->root, item);
+    }
+    if (line < end) {
+        XFillRectangle(XtDisplay(view->draw_widget), XtWindow(view->draw_widget), gvga_inverted_gc,
+                       0, static_cast<NB_INT>((line - first) * height),
+                       static_cast<unsigned>(view->window_width),
+                       static_cast<unsigned>((end - line) * height));
+    }
+    gvga_display_dirty = 1;
+}
+
+NB_VOID draw_marked(VGA_VIEWER_VIEW *view) {
+    VGA_VIEWER_BAND bands[VGA_VIEWER_BANDS];
+    const NB_USHORT count = view->root->dirty_count;
+    std::copy_n(view->root->dirty, count, bands);
+    view->root->dirty_count = 0;
+    if (ready_to_draw(view)) {
+        for (NB_USHORT i = 0; i < count; ++i) {
+            vga_viewer_redraw(view, bands[i]);
+        }
+    }
+}
+
+/* Scroll bars. */
+
+/* A scroll bar that the operator holds keeps the gesture up for ever once it is gone. */
+NB_VOID vga_viewer_remove_scroll_bar(Widget bar) {
+    if (!XtIsManaged(bar)) {
+        return;
+    }
+    if (gvga_modal_firewall_widget == bar) {
+        XEvent release = {};
+        release.type = ButtonRelease;
+        release.xbutton.display = XtDisplay(bar);
+        release.xbutton.window = XtWindow(bar);
+        release.xbutton.button = Button1;
+        XtCallActionProc(bar, const_cast<String>("Release"), &release, nullptr, 0);
+        vga_modal_firewall_forget(bar);
+    }
+    XtUnmanageChild(bar);
+}
+
+NB_VOID set_scroll_bar(Widget bar, bool needed, NB_ULONG content, NB_ULONG window, NB_ULONG value,
+                       NB_ULONG step) {
+    if (!needed) {
+        vga_viewer_remove_scroll_bar(bar);
+        return;
+    }
+    const NB_INT maximum = static_cast<NB_INT>(std::max<NB_ULONG>(content, 2));
+    const NB_INT slider = std::clamp(static_cast<NB_INT>(window), 1, maximum - 1);
+    const NB_INT increment = std::max(static_cast<NB_INT>(step), 1);
+    const NB_INT page = std::max(slider - slider % increment - increment, increment);
+    XtVaSetValues(bar, XmNminimum, 0, XmNmaximum, maximum, XmNsliderSize, slider, XmNvalue,
+                  std::min(static_cast<NB_INT>(value), maximum - slider), XmNincrement, increment,
+                  XmNpageIncrement, page, nullptr);
+    if (!XtIsManaged(bar)) {
+        XtManageChild(bar);
+    }
+}
+
+/* What a bar takes of the window's room. */
+NB_ULONG bar_room(Widget bar, const NB_CHAR *dimension) {
+    Dimension size = 0, spacing = 0;
+    XtVaGetValues(bar, dimension, &size, nullptr);
+    if (XmIsScrolledWindow(XtParent(bar))) {
+        XtVaGetValues(XtParent(bar), XmNspacing, &spacing, nullptr);
+    }
+    return NB_ULONG{size} + spacing;
+}
+
+NB_VOID vga_viewer_set_scroll_bars(VGA_VIEWER_VIEW *view) {
+    view->bars_due = 0;
+    vga_viewer_read_size(view);
+    VGA_VIEWER_FIT fit = {};
+    fit.hbar_height = bar_room(view->hscroll, XmNheight);
+    fit.vbar_width = bar_room(view->vscroll, XmNwidth);
+    fit.full_width = view->window_width + (XtIsManaged(view->vscroll) ? fit.vbar_width : 0);
+    fit.full_height = view->window_height + (XtIsManaged(view->hscroll) ? fit.hbar_height : 0);
+    fit.content_width = view->content_width;
+    fit.lines_height = vga_viewer_list_lines(&view->root->top_items) * gvga_viewer_item_height;
+    vga_viewer_fit(&fit);
+    const NB_ULONG width = fit.full_width - (fit.vbar != 0 ? fit.vbar_width : 0);
+    const NB_ULONG height = fit.full_height - (fit.hbar != 0 ? fit.hbar_height : 0);
+    set_scroll_bar(view->vscroll, fit.vbar != 0,
+                   vga_viewer_content_height(fit.lines_height, height, gvga_viewer_item_height),
+                   height, view->y_offset, gvga_viewer_item_height);
+    set_scroll_bar(view->hscroll, fit.hbar != 0, view->content_width, width, view->x_offset,
+                   gvga_viewer_char_width);
+    if (vga_viewer_read_size(view) != 0) {
+        vga_viewer_mark_all(view);
+    }
+    vga_viewer_set_offsets(view, view->x_offset, view->y_offset, nullptr);
+}
+
+NB_VOID vga_viewer_scrollbar_timer(XtPointer client_data, XtIntervalId *) {
+    if (VGA_VIEWER_VIEW *view = vga_viewer_view_of_timer(client_data)) {
+        view->update_timer = 0;
+        vga_viewer_update_now(view->root);
+    }
+}
+
+} // namespace
+
+VGA_VIEWER_VIEW *vga_viewer_view_of_timer(XtPointer client_data) {
+    const NB_ULONG handle = static_cast<NB_ULONG>(reinterpret_cast<uintptr_t>(client_data));
+    const auto *root = static_cast<VGA_VIEWER_ROOT *>(nba_validate_handle(handle));
+    return root != nullptr ? root->view : nullptr;
+}
+
+NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
+    VGA_VIEWER_VIEW *view = root->view;
+    if (view == nullptr) {
+        return;
+    }
+    // Drawing may find a wider line, and a bar that comes or goes changes the window.
+    constexpr NB_INT most_rounds = 4;
+    for (NB_INT round = 0; round < most_rounds && view->root->displayed != 0; ++round) {
+        if (view->bars_due != 0) {
+            vga_viewer_set_scroll_bars(view);
+        }
+        if (view->root->dirty_count != 0) {
+            draw_marked(view);
+        }
+        if (view->bars_due == 0 && view->root->dirty_count == 0) {
+            break;
+        }
+    }
+    if (view->bars_due != 0 || view->root->dirty_count != 0) {
+        vga_viewer_schedule(view);
+    } else if (view->update_timer != 0) {
+        XtRemoveTimeOut(view->update_timer);
+        view->update_timer = 0;
+    }
+}
+
+NB_VOID vga_viewer_schedule(VGA_VIEWER_VIEW *view) {
+    if (view->root->displayed != 0 && view->update_timer == 0 &&
+        (view->root->dirty_count != 0 || view->bars_due != 0)) {
+        view->update_timer = XtAppAddTimeOut(
+            XtWidgetToApplicationContext(view->draw_widget), 0, vga_viewer_scrollbar_timer,
+            reinterpret_cast<XtPointer>(static_cast<uintptr_t>(view->root->handle)));
+    }
+}
+
+NB_ULONG vga_viewer_get_content_height(const VGA_VIEWER_ROOT *root) {
+    const NB_ULONG height = vga_viewer_list_lines(&root->top_items) * gvga_viewer_item_height;
+    return root->displayed == 0 || root->view == nullptr
+               ? height
+               : vga_viewer_content_height(height, root->view->window_height,
+                                           gvga_viewer_item_height);
+}
+
+NB_VOID vga_viewer_content_changed(VGA_VIEWER_VIEW *view) {
+    if (view->root->displayed != 0) {
+        view->bars_due = 1;
+        vga_viewer_set_offsets(view, view->x_offset, view->y_offset, nullptr);
+        vga_viewer_schedule(view);
+    }
+}
+
+NB_VOID vga_viewer_set_offsets(VGA_VIEWER_VIEW *view, int64_t x, int64_t y, Widget bar) {
+    if (view->root->displayed == 0) {
+        return;
+    }
+    const NB_ULONG new_x = vga_viewer_clamp(x, view->content_width, view->window_width, 0);
+    const NB_ULONG new_y = vga_viewer_clamp(y, vga_viewer_get_content_height(view->root),
+                                            view->window_height, gvga_viewer_item_height);
+    struct AXIS {
+        NB_ULONG *offset, value;
+        Widget bar;
+    } const axes[] = {{&view->x_offset, new_x, view->hscroll},
+                      {&view->y_offset, new_y, view->vscroll}};
+    for (const AXIS &axis : axes) {
+        if (*axis.offset == axis.value) {
+            continue;
+        }
+        *axis.offset = axis.value;
+        vga_viewer_mark_all(view);
+        // A bar that is being dragged keeps the value that the pointer gives it.  One that is out
+        // of date gets its value with the rest.
+        if (axis.bar != bar && view->bars_due == 0 && XtIsManaged(axis.bar)) {
+            XtVaSetValues(axis.bar, XmNvalue, static_cast<NB_INT>(axis.value), nullptr);
+        }
+    }
+    vga_viewer_schedule(view);
+}
+
+NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view) {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(view->draw_widget, XmNwidth, &width, XmNheight, &height, nullptr);
+    if (view->window_width == width && view->window_height == height) {
+        return 0;
+    }
+    view->window_width = width;
+    view->window_height = height;
+    vga_viewer_content_changed(view);
+    return 1;
+}
+
+NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view) {
+    vga_viewer_mark(view->root, 0, VGA_VIEWER_TO_END);
+}
+
+NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
+    return desc->level * gvga_viewer_indent_width +
+           (desc->expandable != 0 || desc->flat == 0 ? gvga_viewer_expand_icon_width : 0) +
+           (desc->show_icon != 0 ? gvga_viewer_icon_width + icon_gap : 0);
+}
+
+NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
+    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
+    NB_USHORT text_len = 0;
+    if (desc->create_text != nullptr) {
+        text_len = desc->create_text(item->data, buffer);
+    }
+    if (text_len > VGA_VIEWER_MAX_TEXT_LENGTH) {
+        v0_assert_fatal(__FILE__, __LINE__, "text_len <= VGA_VIEWER_MAX_TEXT_LENGTH");
+        text_len = 0;
+    }
+    buffer[text_len] = '\0';
+    return text_len;
+}
+
+NB_ULONG vga_viewer_text_width(const NB_CHAR *text) {
+    return width_with_last(last_run(text));
+}
+
+NB_VOID vga_viewer_add_underline(NB_VOID *, Widget widget, Drawable drawable, NB_INT x, NB_INT y,
+                                 GC gc) {
+    Dimension width = 0;
+    XtVaGetValues(widget, XmNwidth, &width, nullptr);
+    const NB_INT line = y + static_cast<NB_INT>(gvga_viewer_item_height) - 1;
+    XDrawLine(XtDisplay(widget), drawable, gc, std::max(x, 0), line, width, line);
+}
+
+NB_VOID vga_viewer_resize(Widget, XtPointer client_data, XtPointer) {
+    VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
+    vga_viewer_read_size(view);
+    view->bars_due = 1;
+    vga_viewer_mark_all(view);
+    vga_viewer_schedule(view);
+}
+
+NB_VOID vga_viewer_expose(Widget, XtPointer client_data, XtPointer call_data) {
+    VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
+    const XEvent *event = static_cast<XmDrawnButtonCallbackStruct *>(call_data)->event;
+    gvga_display_dirty = 1;
+    if (vga_viewer_read_size(view) != 0 || event == nullptr || event->type != Expose ||
+        gvga_viewer_item_height == 0) {
+        vga_viewer_mark_all(view);
+    } else {
+        const NB_ULONG height = gvga_viewer_item_height;
+        const NB_ULONG top = view->y_offset + static_cast<NB_ULONG>(std::max(event->xexpose.y, 0));
+        const NB_ULONG bottom = top + static_cast<NB_ULONG>(std::max(event->xexpose.height, 0));
+        vga_viewer_mark(view->root, top / height, (bottom + height - 1) / height);
+    }
+    vga_viewer_schedule(view);
+}
+
+NB_VOID vga_viewer_scroll(Widget bar, XtPointer client_data, XtPointer call_data) {
+    VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
+    const NB_INT value = static_cast<XmScrollBarCallbackStruct *>(call_data)->value;
+    const bool vertical = bar == view->vscroll;
+    vga_viewer_set_offsets(view, vertical ? view->x_offset : value,
+                           vertical ? value : view->y_offset, bar);
+}
+
+NB_VOID vga_viewer_scroll_drag(Widget bar, XtPointer client_data, XtPointer call_data) {
+    vga_viewer_scroll(bar, client_data, call_data);
+}

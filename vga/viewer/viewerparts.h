@@ -1,0 +1,70 @@
+/* What the viewer's own modules tell each other; nobody else includes this.
+ *
+ *   drawing  drawing, scroll bars, the update timer
+ *   vgaviewr  the interface, attaching to widgets
+ *   mouse  mouse
+ *   vgaviewk  keyboard */
+#ifndef VIEWERPARTS_H
+#define VIEWERPARTS_H
+
+#include "vgaviewr.h"
+
+/* Screen. */
+
+/* The view that a timer is of, which carries the handle of the list; null once that is gone. */
+VGA_VIEWER_VIEW *vga_viewer_view_of_timer(XtPointer client_data);
+
+/* The timer will draw what is noted, if anything is. */
+NB_VOID vga_viewer_schedule(VGA_VIEWER_VIEW *view);
+
+/* Lines came or went: heights, offset and bars follow. */
+NB_VOID vga_viewer_content_changed(VGA_VIEWER_VIEW *view);
+
+/* Moves the view, within the content; `bar` is the scroll bar that asked for it, null otherwise. */
+NB_VOID vga_viewer_set_offsets(VGA_VIEWER_VIEW *view, int64_t x, int64_t y, Widget bar);
+
+/* Reads the size of the window; 1 when it changed. */
+NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view);
+
+/* Notes the whole window for drawing. */
+NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view);
+
+/* Pixels before a line's text: indentation and icons. */
+NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc);
+
+/* Writes the line's text, terminated, into a buffer of VGA_VIEWER_TEXT_BUFFER + 1 bytes.
+ * Returns its length. */
+NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
+
+/* Mouse and keyboard. */
+
+/* The line at a height in the window; null for none. */
+VGA_VIEWER_ITEM *vga_viewer_hit(const VGA_VIEWER_VIEW *view, NB_INT window_y);
+
+/* 1 when x, in the window, lies in the column of the line's expand icon. */
+NB_USHORT vga_viewer_check_expand(const VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *item,
+                                  NB_INT window_x);
+
+NB_VOID vga_viewer_drag_to(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item);
+NB_VOID vga_viewer_end_drag(VGA_VIEWER_VIEW *view);
+
+/* The type's disarm_cb and set_button_states, if the list is displayed. */
+NB_VOID vga_viewer_call_disarm(VGA_VIEWER_VIEW *view, NB_SHORT type);
+NB_VOID vga_viewer_set_buttons(VGA_VIEWER_VIEW *view, NB_SHORT type);
+
+NB_VOID vga_viewer_arm(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_viewer_disarm(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_viewer_activate(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_viewer_motion(Widget widget, XtPointer client_data, XEvent *event, Boolean *go_on);
+NB_VOID vga_viewer_enter_hierarchy(Widget widget, XtPointer client_data, XEvent *event,
+                                   Boolean *go_on);
+NB_VOID vga_viewer_leave_hierarchy(Widget widget, XtPointer client_data, XEvent *event,
+                                   Boolean *go_on);
+NB_VOID vga_viewer_wheel(Widget widget, XtPointer client_data, XEvent *event, Boolean *go_on);
+NB_VOID vga_viewer_key_input(Widget widget, XtPointer client_data, XEvent *event, Boolean *go_on);
+NB_VOID vga_viewer_resize(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_viewer_expose(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_viewer_scroll(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_viewer_scroll_drag(Widget widget, XtPointer client_data, XtPointer call_data);
+
+#endif

@@ -1,0 +1,13 @@
+/* What the node window opens for a line of its lists. */
+#ifndef PROPERTIES_H
+#define PROPERTIES_H
+
+#include "vganodew.h"
+
+/* 1 when this release has a properties dialog for lines of a viewer type. */
+NB_USHORT vga_nodew_has_properties(NB_SHORT type);
+
+/* Shows the properties of the selected line.  Nothing without one, or without a dialog for it. */
+NB_VOID vga_nodew_show_properties(VGA_NODEW_DESC *desc);
+
+#endif

@@ -1,0 +1,290 @@
+#include "vganodew.h"
+#include "dialogids.h"
+#include "graphics.h"
+#include "helpwindows.h"
+#include "hints.h"
+#include "holders.h"
+#include "lowscreen.h"
+#include "messages.h"
+#include "nodeselection.h"
+#include "openwindows.h"
+#include "panes.h"
+#include "popupmenu.h"
+#include "widgets.h"
+#include <Xm/TextF.h>
+#include <algorithm>
+#include <cstring>
+
+VGA_NODEW_DESC *vga_nodew_from_widget(Widget widget) {
+    VGA_DIALOG *dialog = widget != nullptr ? vga_get_dialog_from_widget(widget) : nullptr;
+    return dialog != nullptr && dialog->dialog_id == VGA_UID_NODE_WINDOW
+               ? reinterpret_cast<VGA_NODEW_DESC *>(dialog)
+               : nullptr;
+}
+
+static VGA_NODEW_DESC *open_window(VGA_DIALOG *dialog) {
+    return dialog != nullptr && dialog->in_use && dialog->dialog_id == VGA_UID_NODE_WINDOW
+               ? reinterpret_cast<VGA_NODEW_DESC *>(dialog)
+               : nullptr;
+}
+
+/* Texts. */
+
+static NB_VOID set_label(Widget label, const NB_CHAR *text) {
+    VGA_STRING string(text);
+    XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
+}
+
+NB_VOID vga_message_node_window_text(VGA_DIALOG *dialog, const NB_CHAR *text) {
+    if (VGA_NODEW_DESC *desc = open_window(dialog)) {
+        XmTextFieldSetString(desc->message_bar, const_cast<NB_CHAR *>(text));
+    }
+}
+
+NB_VOID vga_message_node_window(VGA_DIALOG *dialog, NB_USHORT message) {
+    vga_message_node_window_text(dialog, message != 0 ? vga_message(message) : "");
+}
+
+/* The control point's name in the locale's characters; "-" while the node has none. */
+static NB_VOID control_point(const VGA_NODE *node, NB_CHAR (&text)[18]) {
+    NAP_NODE_ALL_DATA data = *node->vcb;
+    NB_UCHAR *name = data.info.fq_cp_name;
+    nba_ebcdic_to_local(name, sizeof(data.info.fq_cp_name));
+    NB_USHORT length = 0;
+    while (length < sizeof(data.info.fq_cp_name) && name[length] != ' ' && name[length] != 0) {
+        length++;
+    }
+    memcpy(text, name, length);
+    text[length] = 0;
+    if (length == 0) {
+        strcpy(text, "-");
+    }
+}
+
+static NB_VOID show_node(VGA_NODEW_DESC *desc) {
+    const VGA_NODE *node = vga_nodew_node(desc);
+    if (node == nullptr) {
+        vga_set_title(&desc->common, vga_message(VGA_MSG_NODEW_EMPTY_TITLE));
+        set_label(desc->server_text, vga_message(VGA_MSG_NODEW_NO_NODE));
+        return;
+    }
+    NB_CHAR name[sizeof(node->name) + 1] = {};
+    memcpy(name, node->name, sizeof(node->name));
+    NB_CHAR cp_name[18];
+    control_point(node, cp_name);
+    NB_ULONG state = std::min<NB_ULONG>(node->node_state, NAP_NODE_BACK_LEVEL);
+    NB_CHAR text[512];
+    vga_add_node_window_widget(&desc->common, name);
+    vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_TITLE, "s", name);
+    vga_set_title(&desc->common, text);
+    vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_NODE_LINE, "s s s", name, cp_name,
+                  vga_message(static_cast<NB_USHORT>(VGA_MSG_NODEW_STOPPED + state)));
+    set_label(desc->server_text, text);
+    vga_put_widget_pixmap(
+        desc->server_icon,
+        gvga_pixmaps[vga_nodew_icon(state == NAP_NODE_BACK_LEVEL ? "backnode" : "node")]);
+}
+
+/* Widgets. */
+
+#define PANE(pane, member) offsetof(VGA_NODEW_DESC, panes[VGA_NODEW_##pane##_PANE].member)
+
+static const struct {
+    const NB_CHAR *name;
+    size_t offset; /* of a Widget in VGA_NODEW_DESC */
+} widgets[] = {
+    {"*nodewPanes", offsetof(VGA_NODEW_DESC, panes_widget)},
+    {"*nodewServerIconButton", offsetof(VGA_NODEW_DESC, server_icon)},
+    {"*nodewServerTextButton", offsetof(VGA_NODEW_DESC, server_text)},
+    {"*nodewMessageBar", offsetof(VGA_NODEW_DESC, message_bar)},
+    {"*nodewLinksForm", PANE(TOP, form)},
+    {"*nodewConnectivityTitle", PANE(TOP, title)},
+    {"*nodewLinksDrawArea", PANE(TOP, draw_area)},
+    {"*nodewLinksHScrollBar", PANE(TOP, hscroll)},
+    {"*nodewLinksVScrollBar", PANE(TOP, vscroll)},
+    {"*nodewLUsForm", PANE(MIDDLE, form)},
+    {"*nodewLocalLUsTitle", PANE(MIDDLE, title)},
+    {"*nodewLUsDrawArea", PANE(MIDDLE, draw_area)},
+    {"*nodewLUsHScrollBar", PANE(MIDDLE, hscroll)},
+    {"*nodewLUsVScrollBar", PANE(MIDDLE, vscroll)},
+    {"*nodewRemSysForm", PANE(BOTTOM, form)},
+    {"*nodewRemSysTitle", PANE(BOTTOM, title)},
+    {"*nodewRemSysDrawArea", PANE(BOTTOM, draw_area)},
+    {"*nodewRemSysHScrollBar", PANE(BOTTOM, hscroll)},
+    {"*nodewRemSysVScrollBar", PANE(BOTTOM, vscroll)},
+};
+
+#undef PANE
+
+static NB_USHORT find_widgets(VGA_NODEW_DESC *desc) {
+    for (const auto &row : widgets) {
+        Widget widget = XtNameToWidget(desc->common.widget, row.name);
+        if (widget == nullptr) {
+            return 0;
+        }
+        *reinterpret_cast<Widget *>(reinterpret_cast<NB_UCHAR *>(desc) + row.offset) = widget;
+    }
+    return vga_nodew_fetch_popup(desc) != 0 && vga_nodew_get_command_widgets(desc) != 0;
+}
+
+NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
+    auto *desc = reinterpret_cast<VGA_NODEW_DESC *>(dialog);
+    if (!find_widgets(desc)) {
+        return 0;
+    }
+    const VGA_NODEW_PANE &top = desc->panes[VGA_NODEW_TOP_PANE];
+    if (gvga_viewer_item_height == 0 && !vga_init_graphics(top.draw_area, top.draw_area)) {
+        return 0;
+    }
+    desc->current_pane = VGA_NODEW_NO_PANE;
+    XtVaGetValues(top.form, XmNborderColor, &desc->normal_border, nullptr);
+    XtVaGetValues(top.draw_area, XmNhighlightColor, &desc->current_border, nullptr);
+    static const NB_USHORT titles[VGA_NODEW_PANE_COUNT] = {
+        VGA_MSG_NODEW_CONNECTIVITY, VGA_MSG_NODEW_LOCAL_LUS, VGA_MSG_NODEW_REM_SYS};
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        set_label(desc->panes[pane].title, vga_message(titles[pane]));
+    }
+    vga_set_sensitive(XtNameToWidget(dialog->widget, "*nodewHelpAbout"), vga_has_about_box());
+    vga_nodew_put_pixmaps(desc);
+    vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[vga_nodew_icon("node")]);
+    vga_nodew_fit_screen(desc);
+    vga_nodew_share_height(desc);
+    vga_nodew_install_popup(desc);
+    vga_set_hint_line(dialog->widget, desc->message_bar);
+    return 1;
+}
+
+/* Life. */
+
+static NB_VOID detach(VGA_NODEW_DESC *desc) {
+    vga_remove_node_window_widget(&desc->common);
+    vga_nodew_forget_button(desc);
+    vga_nodew_forget_pane(desc);
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        if (VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane)) {
+            vga_viewer_undisplay(root);
+            root->window = nullptr;
+        }
+    }
+    if (VGA_NODE *node = vga_nodew_node(desc)) {
+        node->window = nullptr;
+    }
+    desc->common.parent_item = nullptr;
+}
+
+/* The pane that was left with a selection when the window was closed; else the one that has the
+ * keyboard already. */
+static NB_USHORT pane_to_begin_with(const VGA_NODEW_DESC *desc) {
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        if (vga_nodew_pane_root(desc, pane)->select_count != 0) {
+            return pane;
+        }
+    }
+    return vga_nodew_focus_pane(desc);
+}
+
+static NB_VOID show_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
+    if (node.target != 0 || node.refusal.primary_rc == NAP_OK) {
+        vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+        return;
+    }
+    NB_CHAR line[512];
+    vga_print_msg(line, sizeof(line), VGA_MSG_NODEW_NOT_CONNECTED, "cs",
+                  static_cast<NB_INT>(sizeof(node.name)), node.name);
+    vga_message_node_window_text(&desc->common, line);
+}
+
+/* Also for a window that was fetched before its node was known. */
+static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
+    desc->common.parent_item = node;
+    node->window = &desc->common;
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane);
+        const VGA_NODEW_PANE &place = desc->panes[pane];
+        root->window = desc;
+        vga_viewer_display_root(root, place.draw_area, place.hscroll, place.vscroll);
+    }
+    show_node(desc);
+    show_connection(desc, *node);
+    vga_nodew_select_pane(desc, pane_to_begin_with(desc), 1);
+    vga_nodew_set_button_states(desc);
+}
+
+/* The window that shows the node; else the program's first window, if that is still empty. */
+static VGA_NODEW_DESC *window_for(const VGA_NODE *node) {
+    if (VGA_NODEW_DESC *desc = open_window(node->window)) {
+        return desc;
+    }
+    for (VGA_DIALOG *dialog : {gvga_first_dialog, gvga_main_dialog}) {
+        VGA_NODEW_DESC *desc = open_window(dialog);
+        if (desc != nullptr && vga_nodew_node(desc) == nullptr) {
+            return desc;
+        }
+    }
+    return nullptr;
+}
+
+NB_USHORT vga_display_node_window(VGA_NODE *node, NB_USHORT flag) {
+    VGA_NODEW_DESC *desc = node != nullptr ? window_for(node) : nullptr;
+    if (desc == nullptr) {
+        VGA_DIALOG *parent = gvga_system != nullptr ? gvga_system->window : nullptr;
+        VGA_DIALOG *dialog = nullptr;
+        if (!vga_get_dialog(VGA_UID_NODE_WINDOW, parent, node, &dialog)) {
+            return 0;
+        }
+        desc = reinterpret_cast<VGA_NODEW_DESC *>(dialog);
+        vga_message_node_window(dialog, 0);
+    }
+    if (node != nullptr && node->window != &desc->common) {
+        attach(desc, node);
+    } else if (node == nullptr) {
+        show_node(desc);
+        vga_nodew_set_button_states(desc);
+    }
+    if (flag) {
+        vga_display_dialog(&desc->common);
+    }
+    return 1;
+}
+
+NB_VOID vga_nodew_close_proc(VGA_DIALOG *dialog) {
+    detach(reinterpret_cast<VGA_NODEW_DESC *>(dialog));
+}
+
+NB_VOID vga_update_node_window(VGA_NODE *node) {
+    VGA_NODEW_DESC *desc = node != nullptr ? open_window(node->window) : nullptr;
+    if (desc != nullptr) {
+        show_node(desc);
+        vga_nodew_set_button_states(desc);
+    }
+}
+
+/* A node has gone: so does its window, but for the program's first one, which must stay. */
+static NB_VOID node_gone(VGA_NODEW_DESC *desc) {
+    detach(desc);
+    if (&desc->common != gvga_main_dialog) {
+        vga_close_children(&desc->common, 1, 1);
+        return;
+    }
+    vga_close_children(&desc->common, 0, 1);
+    show_node(desc);
+    vga_nodew_set_button_states(desc);
+    vga_message_node_window(&desc->common, VGA_MSG_NODEW_NODE_LOST);
+}
+
+NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what) {
+    VGA_NODEW_DESC *desc = open_window(dialog);
+    if (desc == nullptr || item == nullptr) {
+        return;
+    }
+    if (item == vga_nodew_node(desc)) {
+        if (what == VGA_RECORD_GONE) {
+            node_gone(desc);
+        } else {
+            vga_update_node_window(vga_nodew_node(desc));
+        }
+    } else if (what == VGA_RECORD_CHANGED &&
+               item == vga_nodew_get_selection(desc, nullptr, nullptr)) {
+        vga_nodew_set_button_states(desc);
+    }
+}

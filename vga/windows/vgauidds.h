@@ -1,9 +1,0 @@
-/* The table of windows and dialogs, gvga_uid_desc.  A window of this release fills its row with its
- * functions and the size of its descriptor; the other rows are marked as coming later. */
-#ifndef VGAUIDDS_H
-#define VGAUIDDS_H
-
-#include "dialogids.h"
-#include "vgadgutl.h"
-
-#endif
