@@ -5,7 +5,7 @@
  * this order) and a row in the source of its family (node/classes).  The row says whom it belongs
  * to and how its states move.  Lists, paging, defining, deleting, the store, the domain text,
  * starting, stopping, cascades, indications and copies then work.  Only what is peculiar to the
- * class is code: its hooks, any of which may be null. tests/unit/node_class_test.cpp walks the
+ * class is code: its hooks, any of which may be null. tests/core/node_class_test.cpp walks the
  * table. */
 #ifndef RESOURCECLASS_H
 #define RESOURCECLASS_H
