@@ -3,7 +3,7 @@
 
 #include "nodew_fixture.h"
 
-#include "../unit/scriptednof.h"
+#include "../core/scriptednof.h"
 #include "nofverbs.h"
 #include "vgamdsls.h"
 
