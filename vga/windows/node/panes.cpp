@@ -25,13 +25,11 @@ static NB_VOID clear_pane(VGA_VIEWER_ROOT *root) {
 }
 
 static VGA_VIEWER_ITEM *first_selectable(const VGA_VIEWER_ROOT *root) {
-    VGA_VIEWER_ITEM *item = root->top_items.first;
-    for (; item != nullptr; item = vga_viewer_get_next_item(root, item)) {
-        if (!item->fixed && !item->hidden) {
-            return item;
-        }
+    VGA_VIEWER_ITEM *item = vga_viewer_find_line(root, 0);
+    while (item != nullptr && vga_viewer_can_select(root, item) == 0) {
+        item = vga_viewer_get_next_item(root, item);
     }
-    return nullptr;
+    return item;
 }
 
 NB_VOID vga_nodew_forget_pane(VGA_NODEW_DESC *desc) {
