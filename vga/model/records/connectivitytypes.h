@@ -7,7 +7,7 @@
 template <>
 struct VGA_RECORD_TYPE<VGA_DLC> : VGA_ONE_INDEX<VGA_DLC, &VGA_NODE::dlcs, &VGA_DLC::name> {
     static NB_VOID init(VGA_DLC &dlc) {
-        VGA_COPY_KEY(dlc.name, dlc.vcb->dlc_name);
+        VGA_ONE_INDEX::init(dlc);
         vga_init_tree(dlc.ports, vga_compare_asc8);
     }
     static NB_VOID delete_children(VGA_DLC &dlc) { vga_delete_all<VGA_PORT>(dlc.ports); }
@@ -68,7 +68,7 @@ template <>
 struct VGA_RECORD_TYPE<VGA_CN>
     : VGA_ONE_INDEX<VGA_CN, &VGA_NODE::connection_networks, &VGA_CN::name> {
     static NB_VOID init(VGA_CN &cn) {
-        VGA_COPY_KEY(cn.name, cn.vcb->fqcn_name);
+        VGA_ONE_INDEX::init(cn);
         vga_init_tree(cn.ports, vga_compare_asc8);
     }
     static NB_VOID delete_children(VGA_CN &cn) { vga_delete_all<VGA_CN_PORT>(cn.ports); }
@@ -76,15 +76,13 @@ struct VGA_RECORD_TYPE<VGA_CN>
 
 template <>
 struct VGA_RECORD_TYPE<VGA_CN_PORT>
-    : VGA_ONE_INDEX<VGA_CN_PORT, &VGA_CN::ports, &VGA_CN_PORT::port_name> {
-    static NB_VOID init(VGA_CN_PORT &port) { VGA_COPY_KEY(port.port_name, port.vcb->port_name); }
-};
+    : VGA_ONE_INDEX<VGA_CN_PORT, &VGA_CN::ports, &VGA_CN_PORT::port_name, NTL_FQ_NAME_WIDTH> {};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_LOCAL_PU>
     : VGA_ONE_INDEX<VGA_LOCAL_PU, &VGA_NODE::local_pus, &VGA_LOCAL_PU::name> {
     static NB_VOID init(VGA_LOCAL_PU &pu) {
-        VGA_COPY_KEY(pu.name, pu.vcb->pu_name);
+        VGA_ONE_INDEX::init(pu);
         vga_init_tree(pu.lus, vga_compare_ebc8);
         vga_init_tree(pu.extra_list, vga_compare_asc14);
     }
@@ -149,7 +147,7 @@ template <>
 struct VGA_RECORD_TYPE<VGA_DOWN_PU>
     : VGA_ONE_INDEX<VGA_DOWN_PU, &VGA_NODE::down_pus, &VGA_DOWN_PU::name> {
     static NB_VOID init(VGA_DOWN_PU &pu) {
-        VGA_COPY_KEY(pu.name, pu.vcb->dspu_name);
+        VGA_ONE_INDEX::init(pu);
         vga_init_tree(pu.lus, vga_compare_ebc8);
     }
     static NB_USHORT settled(VGA_DOWN_PU &pu);
@@ -163,8 +161,7 @@ struct VGA_RECORD_TYPE<VGA_DOWN_PU>
 
 template <>
 struct VGA_RECORD_TYPE<VGA_DOWN_LU>
-    : VGA_ONE_INDEX<VGA_DOWN_LU, &VGA_DOWN_PU::lus, &VGA_DOWN_LU::name> {
-    static NB_VOID init(VGA_DOWN_LU &lu) { VGA_COPY_KEY(lu.name, lu.vcb->dslu_name); }
+    : VGA_ONE_INDEX<VGA_DOWN_LU, &VGA_DOWN_PU::lus, &VGA_DOWN_LU::name, NTL_NAME_WIDTH> {
     static VGA_LINE_PLACE line(VGA_DOWN_LU &lu) {
         VGA_DOWN_PU &pu = *lu.parent;
         if (pu.ls_entry == nullptr || !pu.ls_entry->gui_data.listed) {
@@ -203,16 +200,15 @@ struct VGA_RECORD_TYPE<VGA_DSLU_TEMPLATE>
         VGA_COPY_KEY(lu.key.min_nau, lu.vcb->min_nau);
         VGA_COPY_KEY(lu.key.max_nau, lu.vcb->max_nau);
     }
-    static VGA_LINE_PLACE line(VGA_DSLU_TEMPLATE &lu) {
-        return {&lu.parent->viewer_root, nullptr, VGA_VIEWER_DSLU_TEMPLATE, &lu.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_DSLU_TEMPLATE, &VGA_DSPU_TEMPLATE::viewer_root, VGA_VIEWER_DSLU_TEMPLATE>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_PRIMARY_LINE>
     : VGA_ONE_INDEX<VGA_PRIMARY_LINE, &VGA_NODE::primary_lines, &VGA_PRIMARY_LINE::name> {
     static NB_VOID init(VGA_PRIMARY_LINE &line) {
-        VGA_COPY_KEY(line.name, line.vcb->line_name);
+        VGA_ONE_INDEX::init(line);
         vga_init_tree(line.lus, vga_compare_ebc8);
     }
     static VGA_LINE_PLACE line(VGA_PRIMARY_LINE &line) {
@@ -247,10 +243,8 @@ template <> struct VGA_RECORD_TYPE<VGA_PRIMARY_LU0> : VGA_RECORD_DEFAULTS<VGA_PR
 template <>
 struct VGA_RECORD_TYPE<VGA_RTP_CONN>
     : VGA_ONE_INDEX<VGA_RTP_CONN, &VGA_NODE::rtp_conns, &VGA_RTP_CONN::name> {
-    static NB_VOID init(VGA_RTP_CONN &conn) { VGA_COPY_KEY(conn.name, conn.vcb->rtp_name); }
-    static VGA_LINE_PLACE line(VGA_RTP_CONN &conn) {
-        return {&conn.parent->rtp_conn_root, nullptr, VGA_VIEWER_RTP_CONN, &conn.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_RTP_CONN, &VGA_NODE::rtp_conn_root, VGA_VIEWER_RTP_CONN>;
 };
 
 /* A PU and the link station that it is on know each other, and nobody else.  The lines of the PU's

@@ -16,9 +16,8 @@ template <> struct VGA_RECORD_TYPE<VGA_LU62> : VGA_RECORD_DEFAULTS<VGA_LU62> {
         vga_init_tree(lu.partners, vga_compare_plu);
         vga_init_tree(lu.routings, vga_compare_ebc17);
     }
-    static VGA_LINE_PLACE line(VGA_LU62 &lu) {
-        return {&lu.parent->local_lu_root, nullptr, VGA_VIEWER_LU62, &lu.name_links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_LU62, &VGA_NODE::local_lu_root, VGA_VIEWER_LU62, &VGA_LU62::name_links>;
     static NB_VOID merged(VGA_LU62 &kept, VGA_LU62 &fresh);
     static NB_VOID delete_children(VGA_LU62 &lu);
     static NB_VOID unlinked(VGA_LU62 &lu);
@@ -28,20 +27,16 @@ template <>
 struct VGA_RECORD_TYPE<VGA_MODE_DEF>
     : VGA_ONE_INDEX<VGA_MODE_DEF, &VGA_NODE::mode_defs, &VGA_MODE_DEF::name> {
     static NB_VOID init(VGA_MODE_DEF &mode) {
-        VGA_COPY_KEY(mode.name, mode.vcb->mode_name);
+        VGA_ONE_INDEX::init(mode);
         mode.sna_defined = mode.vcb->mode_chars.sna_defined;
     }
-    static VGA_LINE_PLACE line(VGA_MODE_DEF &mode) {
-        return {&mode.parent->mode_def_root, nullptr, VGA_VIEWER_MODE_DEF, &mode.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_MODE_DEF, &VGA_NODE::mode_def_root, VGA_VIEWER_MODE_DEF>;
 };
 
 template <>
-struct VGA_RECORD_TYPE<VGA_MODE> : VGA_ONE_INDEX<VGA_MODE, &VGA_LU62::modes, &VGA_MODE::key> {
-    static NB_VOID init(VGA_MODE &mode) {
-        VGA_COPY_KEY(mode.key.mode_name, mode.vcb->mode_name);
-        VGA_COPY_KEY(mode.key.fqplu_name, mode.vcb->fqplu_name);
-    }
+struct VGA_RECORD_TYPE<VGA_MODE>
+    : VGA_ONE_INDEX<VGA_MODE, &VGA_LU62::modes, &VGA_MODE::key, NTL_NAME_WIDTH> {
     static VGA_LINE_PLACE line(VGA_MODE &mode) {
         VGA_LU62 &lu = *mode.parent;
         return {&lu.parent->local_lu_root, &lu.gui_data.viewer, VGA_VIEWER_MODE, &mode.links};
@@ -49,18 +44,14 @@ struct VGA_RECORD_TYPE<VGA_MODE> : VGA_ONE_INDEX<VGA_MODE, &VGA_LU62::modes, &VG
 };
 
 template <>
-struct VGA_RECORD_TYPE<VGA_PLU> : VGA_ONE_INDEX<VGA_PLU, &VGA_LU62::partners, &VGA_PLU::key> {
-    static NB_VOID init(VGA_PLU &plu) {
-        VGA_COPY_KEY(plu.key.plu_alias, plu.vcb->plu_alias);
-        VGA_COPY_KEY(plu.key.fqplu_name, plu.vcb->fqplu_name);
-    }
-};
+struct VGA_RECORD_TYPE<VGA_PLU>
+    : VGA_ONE_INDEX<VGA_PLU, &VGA_LU62::partners, &VGA_PLU::key, NTL_NAME_WIDTH> {};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_COS>
     : VGA_ONE_INDEX<VGA_COS, &VGA_NODE::classes_of_service, &VGA_COS::name> {
     static NB_VOID init(VGA_COS &cos) {
-        VGA_COPY_KEY(cos.name, cos.vcb->cos_name);
+        VGA_ONE_INDEX::init(cos);
         vga_init_tree(cos.node_rows, vga_compare_ushort);
         vga_init_tree(cos.tg_rows, vga_compare_ushort);
     }
@@ -72,38 +63,27 @@ struct VGA_RECORD_TYPE<VGA_COS>
 
 template <>
 struct VGA_RECORD_TYPE<VGA_COS_NODE_ROW>
-    : VGA_ONE_INDEX<VGA_COS_NODE_ROW, &VGA_COS::node_rows, &VGA_COS_NODE_ROW::row_number> {
-    static NB_VOID init(VGA_COS_NODE_ROW &row) {
-        VGA_COPY_KEY(row.row_number, row.vcb->row_number);
-    }
-};
+    : VGA_ONE_INDEX<VGA_COS_NODE_ROW, &VGA_COS::node_rows, &VGA_COS_NODE_ROW::row_number,
+                    NTL_NAME_WIDTH> {};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_COS_TG_ROW>
-    : VGA_ONE_INDEX<VGA_COS_TG_ROW, &VGA_COS::tg_rows, &VGA_COS_TG_ROW::row_number> {
-    static NB_VOID init(VGA_COS_TG_ROW &row) { VGA_COPY_KEY(row.row_number, row.vcb->row_number); }
-};
+    : VGA_ONE_INDEX<VGA_COS_TG_ROW, &VGA_COS::tg_rows, &VGA_COS_TG_ROW::row_number,
+                    NTL_NAME_WIDTH> {};
 
 template <>
-struct VGA_RECORD_TYPE<VGA_DIR> : VGA_ONE_INDEX<VGA_DIR, &VGA_NODE::directory, &VGA_DIR::key> {
-    static NB_VOID init(VGA_DIR &dir) {
-        VGA_COPY_KEY(dir.key.fqcp_name, dir.vcb->fqcp_name);
-        VGA_COPY_KEY(dir.key.resource_name, dir.vcb->resource_name);
-        VGA_COPY_KEY(dir.key.resource_type, dir.vcb->resource_type);
-    }
-};
+struct VGA_RECORD_TYPE<VGA_DIR> : VGA_ONE_INDEX<VGA_DIR, &VGA_NODE::directory, &VGA_DIR::key> {};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_REM_SYS>
     : VGA_ONE_INDEX<VGA_REM_SYS, &VGA_NODE::remote_systems, &VGA_REM_SYS::name> {
     static NB_VOID init(VGA_REM_SYS &system) {
-        VGA_COPY_KEY(system.name, system.vcb->fqcp_name);
+        VGA_ONE_INDEX::init(system);
         vga_init_tree(system.remote_plu_tree, vga_compare_rem_plu);
     }
     static NB_VOID merged(VGA_REM_SYS &kept, VGA_REM_SYS &fresh);
-    static VGA_LINE_PLACE line(VGA_REM_SYS &system) {
-        return {&system.parent->rem_sys_root, nullptr, VGA_VIEWER_REM_SYS, &system.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_REM_SYS, &VGA_NODE::rem_sys_root, VGA_VIEWER_REM_SYS>;
     static NB_VOID unlinked(VGA_REM_SYS &system) {
         if (system.parent->network_fake_rem_sys == &system) {
             system.parent->network_fake_rem_sys = nullptr;
@@ -133,10 +113,6 @@ template <> struct VGA_RECORD_TYPE<VGA_REM_PLU> : VGA_RECORD_DEFAULTS<VGA_REM_PL
 template <>
 struct VGA_RECORD_TYPE<VGA_REM_SESS>
     : VGA_ONE_INDEX<VGA_REM_SESS, &VGA_REM_PLU::sess_tree, &VGA_REM_SESS::key> {
-    static NB_VOID init(VGA_REM_SESS &session) {
-        VGA_COPY_KEY(session.key.lu_alias, session.vcb->lu_alias);
-        VGA_COPY_KEY(session.key.mode_name, session.vcb->mode_name);
-    }
     static VGA_LINE_PLACE line(VGA_REM_SESS &session) {
         VGA_REM_PLU &plu = *session.parent;
         return {&plu.parent->parent->rem_sys_root, &plu.gui_data.viewer, VGA_VIEWER_REM_SESS,
@@ -146,19 +122,12 @@ struct VGA_RECORD_TYPE<VGA_REM_SESS>
 
 template <>
 struct VGA_RECORD_TYPE<VGA_LU62_TIMEOUT>
-    : VGA_ONE_INDEX<VGA_LU62_TIMEOUT, &VGA_NODE::lu62_timeouts, &VGA_LU62_TIMEOUT::key> {
-    static NB_VOID init(VGA_LU62_TIMEOUT &timeout) {
-        VGA_COPY_KEY(timeout.key.resource_type, timeout.vcb->resource_type);
-        VGA_COPY_KEY(timeout.key.resource_name, timeout.vcb->resource_name);
-    }
-};
+    : VGA_ONE_INDEX<VGA_LU62_TIMEOUT, &VGA_NODE::lu62_timeouts, &VGA_LU62_TIMEOUT::key> {};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_LS_ROUTING>
-    : VGA_ONE_INDEX<VGA_LS_ROUTING, &VGA_LU62::routings, &VGA_LS_ROUTING::fqplu_name> {
-    static NB_VOID init(VGA_LS_ROUTING &routing) {
-        VGA_COPY_KEY(routing.fqplu_name, routing.vcb->fqplu_name);
-    }
+    : VGA_ONE_INDEX<VGA_LS_ROUTING, &VGA_LU62::routings, &VGA_LS_ROUTING::fqplu_name,
+                    NTL_NAME_WIDTH> {
     static VGA_LINE_PLACE line(VGA_LS_ROUTING &routing);
     static NB_VOID unlinked(VGA_LS_ROUTING &routing);
 };
@@ -166,44 +135,29 @@ struct VGA_RECORD_TYPE<VGA_LS_ROUTING>
 template <>
 struct VGA_RECORD_TYPE<VGA_TP_DEF>
     : VGA_ONE_INDEX<VGA_TP_DEF, &VGA_NODE::tp_defs, &VGA_TP_DEF::tp_name> {
-    static NB_VOID init(VGA_TP_DEF &tp) { VGA_COPY_KEY(tp.tp_name, tp.vcb->tp_name); }
-    static VGA_LINE_PLACE line(VGA_TP_DEF &tp) {
-        return {&tp.parent->tp_def_root, nullptr, VGA_VIEWER_TP_DEF, &tp.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_TP_DEF, &VGA_NODE::tp_def_root, VGA_VIEWER_TP_DEF>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_TP_LOAD_INFO>
     : VGA_ONE_INDEX<VGA_TP_LOAD_INFO, &VGA_NODE::tp_load_infos, &VGA_TP_LOAD_INFO::key> {
-    static NB_VOID init(VGA_TP_LOAD_INFO &tp) {
-        VGA_COPY_KEY(tp.key.tp_name, tp.vcb->tp_name);
-        VGA_COPY_KEY(tp.key.lu_alias, tp.vcb->lu_alias);
-    }
-    static VGA_LINE_PLACE line(VGA_TP_LOAD_INFO &tp) {
-        return {&tp.parent->tp_load_root, nullptr, VGA_VIEWER_TP_LOAD_INFO, &tp.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_TP_LOAD_INFO, &VGA_NODE::tp_load_root, VGA_VIEWER_TP_LOAD_INFO>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_SLSEC_DEF>
     : VGA_ONE_INDEX<VGA_SLSEC_DEF, &VGA_NODE::sl_security, &VGA_SLSEC_DEF::key> {
-    static NB_VOID init(VGA_SLSEC_DEF &security) {
-        VGA_COPY_KEY(security.key.lu_alias, security.vcb->lu_alias);
-        VGA_COPY_KEY(security.key.fqplu_name, security.vcb->fqplu_name);
-    }
-    static VGA_LINE_PLACE line(VGA_SLSEC_DEF &security) {
-        return {&security.parent->sl_security_root, nullptr, VGA_VIEWER_SL_SECURITY,
-                &security.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_SLSEC_DEF, &VGA_NODE::sl_security_root, VGA_VIEWER_SL_SECURITY>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_CLSEC_DEF>
     : VGA_ONE_INDEX<VGA_CLSEC_DEF, &VGA_NODE::cl_security, &VGA_CLSEC_DEF::user_id> {
-    static NB_VOID init(VGA_CLSEC_DEF &user) { VGA_COPY_KEY(user.user_id, user.vcb->user_id); }
-    static VGA_LINE_PLACE line(VGA_CLSEC_DEF &user) {
-        return {&user.parent->cl_security_root, nullptr, VGA_VIEWER_CL_SECURITY, &user.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_CLSEC_DEF, &VGA_NODE::cl_security_root, VGA_VIEWER_CL_SECURITY>;
 };
 
 template <>
@@ -213,23 +167,21 @@ struct VGA_RECORD_TYPE<VGA_ACCESS_LIST>
         "acc_list->gui_data.dialog->common.parent_item == (NB_VOID *)acc_list";
     static constexpr NB_USHORT fixed_size = offsetof(NAP_ACCESS_LIST_DATA, def_data.users);
     static NB_VOID init(VGA_ACCESS_LIST &list) {
-        VGA_COPY_KEY(list.name, list.vcb->list_name);
+        VGA_ONE_INDEX::init(list);
         vga_init_tree(list.user_tree, vga_compare_asc10);
     }
     static NB_USHORT settled(VGA_ACCESS_LIST &list) {
         return vga_merge_nested<VGA_SECURITY_USER>(list, list.user_tree,
                                                    VGA_NESTED(list, users, num_users));
     }
-    static VGA_LINE_PLACE line(VGA_ACCESS_LIST &list) {
-        return {&list.parent->access_list_root, nullptr, VGA_VIEWER_ACCESS_LIST, &list.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_ACCESS_LIST, &VGA_NODE::access_list_root, VGA_VIEWER_ACCESS_LIST>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_SECURITY_USER>
     : VGA_ONE_INDEX<VGA_SECURITY_USER, &VGA_ACCESS_LIST::user_tree, &VGA_SECURITY_USER::name> {
     static constexpr NB_USHORT nested = 1;
-    static NB_VOID init(VGA_SECURITY_USER &user) { VGA_COPY_KEY(user.name, user.vcb->user_name); }
 };
 
 #endif

@@ -47,7 +47,8 @@ template <class Record> struct VGA_RECORD_DEFAULTS {
     /* Required: static std::array<VGA_INDEX_LINK, N> links(Record &record): its indexes.  The first
      * decides whether the record is known already; the others must agree. */
 
-    /* Sets the key fields and child indexes of a new record whose owner and vcb are there. */
+    /* Sets the key fields and child indexes of a new record whose owner and vcb are there.  A key
+     * that is the entry's own comes with VGA_ONE_INDEX. */
     static NB_VOID init(Record &) {}
     /* Carries the status of the old data block over into the fresh one. */
     static NB_VOID carry_over(const Record &, NB_VOID * /* fresh block */) {}
@@ -65,12 +66,27 @@ template <class Record> struct VGA_RECORD_DEFAULTS {
     static NB_VOID unlinked(Record &) {}
 };
 
-/* A record that is in one index of its owner under one key. */
-template <class Record, auto Tree, auto Key> struct VGA_ONE_INDEX : VGA_RECORD_DEFAULTS<Record> {
+/* A record that is in one index of its owner, under the bytes of its entry's key behind the first
+ * `Skip`, which name the owner.  An entry's key follows its length; an item has no length. */
+template <class Record, auto Tree, auto Key, size_t Skip = 0>
+struct VGA_ONE_INDEX : VGA_RECORD_DEFAULTS<Record> {
     static std::array<VGA_INDEX_LINK, 1> links(Record &record) {
         return {{{&(record.parent->*Tree), &record.links, &(record.*Key), 0}}};
     }
+    static NB_VOID init(Record &record) {
+        constexpr size_t at = Skip + (VGA_RECORD_TYPE<Record>::nested ? 0 : sizeof(NB_USHORT));
+        static_assert(at + sizeof(record.*Key) <= sizeof(*record.vcb));
+        memcpy(&(record.*Key), reinterpret_cast<const NB_UCHAR *>(record.vcb) + at,
+               sizeof(record.*Key));
+    }
 };
+
+/* `line` of a record whose line stands at the top level of one of its owner's lists, in the order
+ * of an index. */
+template <class Record, auto Root, NB_UCHAR Type, auto Links = &Record::links>
+VGA_LINE_PLACE vga_top_line(Record &record) {
+    return {&(record.parent->*Root), nullptr, Type, &(record.*Links)};
+}
 
 inline NB_VOID vga_init_tree(AVL_TREE &tree, AVL_COMPARE compare) {
     tree = AVL_TREE{compare, nullptr, nullptr, nullptr};

@@ -3,6 +3,7 @@
 #ifndef RECORDTYPES_H
 #define RECORDTYPES_H
 
+#include "ntlname.h"
 #include "recordpattern.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"

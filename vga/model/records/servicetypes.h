@@ -6,26 +6,23 @@
 
 template <>
 struct VGA_RECORD_TYPE<VGA_SNA_NET_NODE>
-    : VGA_ONE_INDEX<VGA_SNA_NET_NODE, &VGA_SYSTEM::net_nodes, &VGA_SNA_NET_NODE::name> {
-    static NB_VOID init(VGA_SNA_NET_NODE &node) { VGA_COPY_KEY(node.name, node.vcb->node_name); }
-};
+    : VGA_ONE_INDEX<VGA_SNA_NET_NODE, &VGA_SYSTEM::net_nodes, &VGA_SNA_NET_NODE::name> {};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_SYS_POOL>
     : VGA_ONE_INDEX<VGA_SYS_POOL, &VGA_SYSTEM::pools, &VGA_SYS_POOL::name> {
     static NB_VOID init(VGA_SYS_POOL &pool) {
-        VGA_COPY_KEY(pool.name, pool.vcb->pool_name);
+        VGA_ONE_INDEX::init(pool);
         vga_init_tree(pool.lu_tree, vga_compare_pool_lu);
     }
-    static VGA_LINE_PLACE line(VGA_SYS_POOL &pool) {
-        return {&pool.parent->pool_viewer_root, nullptr, VGA_VIEWER_POOL, &pool.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_SYS_POOL, &VGA_SYSTEM::pool_viewer_root, VGA_VIEWER_POOL>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_POOL> : VGA_ONE_INDEX<VGA_POOL, &VGA_NODE::pools, &VGA_POOL::name> {
     static NB_VOID init(VGA_POOL &pool) {
-        VGA_COPY_KEY(pool.name, pool.vcb->pool_name);
+        VGA_ONE_INDEX::init(pool);
         vga_init_tree(pool.lu_tree, vga_compare_ebc8);
     }
     static NB_USHORT settled(VGA_POOL &pool);
@@ -55,8 +52,7 @@ struct VGA_RECORD_TYPE<VGA_TN_CLIENT>
     : VGA_ONE_INDEX<VGA_TN_CLIENT, &VGA_NODE::tn_clients, &VGA_TN_CLIENT::address> {
     static constexpr NB_USHORT fixed_size = offsetof(NAP_TN_ACCESS_DATA, def_data.sessions);
     static NB_VOID init(VGA_TN_CLIENT &client) {
-        VGA_COPY_KEY(client.address.type, client.vcb->address_type);
-        VGA_COPY_KEY(client.address.address, client.vcb->client_address);
+        VGA_ONE_INDEX::init(client);
         vga_init_tree(client.session_tree, vga_compare_tn_session);
     }
     static NB_USHORT settled(VGA_TN_CLIENT &client) {
@@ -88,26 +84,15 @@ template <> struct VGA_RECORD_TYPE<VGA_TN_SESS> : VGA_RECORD_DEFAULTS<VGA_TN_SES
 template <>
 struct VGA_RECORD_TYPE<VGA_TN_ASSOC>
     : VGA_ONE_INDEX<VGA_TN_ASSOC, &VGA_NODE::tn_assocs, &VGA_TN_ASSOC::display_lu_name> {
-    static NB_VOID init(VGA_TN_ASSOC &assoc) {
-        VGA_COPY_KEY(assoc.display_lu_name, assoc.vcb->display_lu_name);
-    }
-    static VGA_LINE_PLACE line(VGA_TN_ASSOC &assoc) {
-        return {&assoc.parent->tn_assoc_root, nullptr, VGA_VIEWER_TN_ASSOC, &assoc.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_TN_ASSOC, &VGA_NODE::tn_assoc_root, VGA_VIEWER_TN_ASSOC>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_TN_REDIRECT>
     : VGA_ONE_INDEX<VGA_TN_REDIRECT, &VGA_NODE::tn_redirects, &VGA_TN_REDIRECT::key> {
-    static NB_VOID init(VGA_TN_REDIRECT &redirect) {
-        VGA_COPY_KEY(redirect.key.client.type, redirect.vcb->address_type);
-        VGA_COPY_KEY(redirect.key.client.address, redirect.vcb->client_address);
-        VGA_COPY_KEY(redirect.key.port, redirect.vcb->client_port);
-    }
-    static VGA_LINE_PLACE line(VGA_TN_REDIRECT &redirect) {
-        return {&redirect.parent->tn_redirect_root, nullptr, VGA_VIEWER_TN_REDIRECT,
-                &redirect.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_TN_REDIRECT, &VGA_NODE::tn_redirect_root, VGA_VIEWER_TN_REDIRECT>;
 };
 
 /* A number is given out again when its session has ended, so the number decides. */
@@ -119,26 +104,24 @@ struct VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS> : VGA_RECORD_DEFAULTS<VGA_TAMRIX_
     }
     static NB_VOID init(VGA_TAMRIX_APPCIP_SESS &session);
     static NB_VOID merged(VGA_TAMRIX_APPCIP_SESS &kept, VGA_TAMRIX_APPCIP_SESS &fresh);
-    static VGA_LINE_PLACE line(VGA_TAMRIX_APPCIP_SESS &session) {
-        return {&session.parent->tamrix_root, nullptr, VGA_VIEWER_APPCIP_SESS,
-                &session.number_links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_TAMRIX_APPCIP_SESS, &VGA_NODE::tamrix_root, VGA_VIEWER_APPCIP_SESS,
+                     &VGA_TAMRIX_APPCIP_SESS::number_links>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_USER> : VGA_ONE_INDEX<VGA_USER, &VGA_SYSTEM::users, &VGA_USER::name> {
     static constexpr NB_USHORT fixed_size = offsetof(NAP_USER_DATA, def_data.sessions);
     static NB_VOID init(VGA_USER &user) {
-        VGA_COPY_KEY(user.name, user.vcb->user_name);
+        VGA_ONE_INDEX::init(user);
         vga_init_tree(user.session_tree, vga_compare_asc8);
     }
     static NB_USHORT settled(VGA_USER &user) {
         return vga_merge_nested<VGA_USER_SESSION>(user, user.session_tree,
                                                   VGA_NESTED(user, sessions, num_sessions));
     }
-    static VGA_LINE_PLACE line(VGA_USER &user) {
-        return {&user.parent->user_viewer_root, nullptr, VGA_VIEWER_USER, &user.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_USER, &VGA_SYSTEM::user_viewer_root, VGA_VIEWER_USER>;
 };
 
 template <>
@@ -146,7 +129,7 @@ struct VGA_RECORD_TYPE<VGA_USER_SESSION>
     : VGA_ONE_INDEX<VGA_USER_SESSION, &VGA_USER::session_tree, &VGA_USER_SESSION::name> {
     static constexpr NB_USHORT nested = 1;
     static NB_VOID init(VGA_USER_SESSION &session) {
-        VGA_COPY_KEY(session.name, session.vcb->session_name);
+        VGA_ONE_INDEX::init(session);
         session.kind = session.vcb->session_class;
     }
     static NB_VOID merged(VGA_USER_SESSION &kept, VGA_USER_SESSION &fresh) {
@@ -163,21 +146,15 @@ template <>
 struct VGA_RECORD_TYPE<VGA_CPIC> : VGA_ONE_INDEX<VGA_CPIC, &VGA_SYSTEM::cpics, &VGA_CPIC::name> {
     static constexpr const NB_CHAR *dialog_text =
         "cpic->gui_data.dialog->common.parent_item == (NB_VOID *)cpic";
-    static NB_VOID init(VGA_CPIC &cpic) { VGA_COPY_KEY(cpic.name, cpic.vcb->sym_dest_name); }
-    static VGA_LINE_PLACE line(VGA_CPIC &cpic) {
-        return {&cpic.parent->cpic_viewer_root, nullptr, VGA_VIEWER_CPIC, &cpic.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_CPIC, &VGA_SYSTEM::cpic_viewer_root, VGA_VIEWER_CPIC>;
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_RJE_WKSTN>
     : VGA_ONE_INDEX<VGA_RJE_WKSTN, &VGA_SYSTEM::rje_wkstns, &VGA_RJE_WKSTN::name> {
-    static NB_VOID init(VGA_RJE_WKSTN &wkstn) {
-        VGA_COPY_KEY(wkstn.name, wkstn.vcb->workstation_name);
-    }
-    static VGA_LINE_PLACE line(VGA_RJE_WKSTN &wkstn) {
-        return {&wkstn.parent->rje_viewer_root, nullptr, VGA_VIEWER_RJE, &wkstn.links};
-    }
+    static constexpr auto line =
+        vga_top_line<VGA_RJE_WKSTN, &VGA_SYSTEM::rje_viewer_root, VGA_VIEWER_RJE>;
 };
 
 #endif
