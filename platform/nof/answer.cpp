@@ -1,5 +1,7 @@
 #include "answer.h"
 
+#include "nofcopy.h"
+
 #include <cstring>
 
 namespace nof {
@@ -12,18 +14,12 @@ namespace {
 NAP_VERBS(NAP_ROW)
 #undef NAP_ROW
 
-template <typename Record> Record read_record(const NB_UCHAR *bytes) {
-    Record record;
-    std::memcpy(&record, bytes, sizeof(record));
-    return record;
-}
-
 // Walks the entries by their own lengths.  Returns their number, or -1 when the lengths do not add
 // up to the data.
 long count_entries(const NB_UCHAR *data, NB_ULONG length) {
     long count = 0;
     for (NB_ULONG at = 0; at < length; count++) {
-        const NB_USHORT size = read_record<NB_USHORT>(data + at);
+        const NB_USHORT size = nap_copy<NB_USHORT>(data + at);
         if (size < 4 || size % 4 != 0 || size > length - at) {
             return -1;
         }
@@ -33,8 +29,8 @@ long count_entries(const NB_UCHAR *data, NB_ULONG length) {
 }
 
 bool fill_list(const Verb &verb, const Frame &frame) {
-    const NAP_QUERY_LIST answer = read_record<NAP_QUERY_LIST>(frame.vcb);
-    NAP_QUERY_LIST block = read_record<NAP_QUERY_LIST>(verb.vcb);
+    const NAP_QUERY_LIST answer = nap_copy<NAP_QUERY_LIST>(frame.vcb);
+    NAP_QUERY_LIST block = nap_copy<NAP_QUERY_LIST>(verb.vcb);
     const NB_ULONG length = frame.header.data_length;
     const bool ok = answer.primary_rc == NAP_OK;
     if (!ok && length > 0) {
@@ -70,7 +66,7 @@ void set_return_codes(NB_UCHAR *vcb, NB_USHORT primary_rc, NB_ULONG secondary_rc
 }
 
 bool fill_answer(const Verb &verb, const Frame &frame) {
-    const NAP_VCB header = read_record<NAP_VCB>(frame.vcb);
+    const NAP_VCB header = nap_copy<NAP_VCB>(frame.vcb);
     // The code of indications would keep the program from seeing its own verb complete.
     if (frame.header.vcb_length != verb.row->block_size || header.opcode != verb.row->opcode ||
         header.primary_rc == NAP_INDICATION) {
@@ -89,7 +85,7 @@ bool fill_answer(const Verb &verb, const Frame &frame) {
 }
 
 bool copy_indication(const Frame &frame, NB_UCHAR *vcb) {
-    const NAP_VCB header = read_record<NAP_VCB>(frame.vcb);
+    const NAP_VCB header = nap_copy<NAP_VCB>(frame.vcb);
     const NAP_VERB *row = nap_find_verb(header.opcode);
     if (!row || !may_be_indicated(row->kind) || frame.header.vcb_length != row->block_size ||
         frame.header.data_length > 0 || header.primary_rc != NAP_INDICATION) {

@@ -241,6 +241,10 @@ TEST_F(Link, GarbageEndsTheConnection) {
          [](const Received &v, NB_ULONG) {
              return list_answer(v, entries({32, 36}), 2);
          }},
+        {"entries of odd lengths",
+         [](const Received &v, NB_ULONG) {
+             return list_answer(v, entries({30, 34}), 2);
+         }},
     };
     for (const auto &garbage : cases) {
         SCOPED_TRACE(garbage.name);
