@@ -6,73 +6,70 @@
 #include "vganofbd.h"
 #include <algorithm>
 #include <array>
+#include <type_traits>
 
 namespace {
 
 constexpr size_t most_lists = 3;
 
-/* What is read under a record of one type, list after list. */
-template <class Record> struct BUILD {
-    std::array<NB_USHORT, most_lists> lists; /* opcodes; 0 ends */
-    VGA_NODE *(*node)(Record *record);
-    NB_ULONG (*target)(const VGA_NODE *node);
-    const NB_UCHAR *(*owner)(const Record *record); /* its name; null: the whole list */
-    VGA_COMPLETION completion;
-};
-
-NB_ULONG node_target(const VGA_NODE *node) {
-    return node->target;
-}
-NB_ULONG tp_target(const VGA_NODE *node) {
-    return node->tp_target;
-}
-
-template <class Record> VGA_NODE *parent_node(Record *record) {
-    return record->parent;
-}
-VGA_NODE *the_node(VGA_NODE *node) {
-    return node;
+template <class Record> VGA_NODE *node_of(Record *record) {
+    if constexpr (std::is_same_v<Record, VGA_NODE>) {
+        return record;
+    } else {
+        return record->parent;
+    }
 }
 
 template <class Record> const NB_UCHAR *name_of(const Record *record) {
-    return record->name;
-}
-const NB_UCHAR *alias_of(const VGA_LU62 *lu) {
-    return lu->alias;
-}
-const NB_UCHAR *nobody(const VGA_NODE *) {
-    return nullptr;
+    if constexpr (std::is_same_v<Record, VGA_NODE>) {
+        return nullptr;
+    } else {
+        return record->name;
+    }
 }
 
+/* What is read under a record of one type, list after list. */
+template <class Record> struct BUILD {
+    std::array<NB_USHORT, most_lists> lists = {}; /* opcodes; 0 ends */
+    VGA_COMPLETION completion = nullptr;
+    NB_ULONG (*target)(const VGA_NODE *node) = vga_node_target;
+    /* By which the lists have the record as owner; null: the whole list. */
+    const NB_UCHAR *(*owner)(const Record *record) = name_of<Record>;
+};
+
 constexpr BUILD<VGA_LU62> lu62_build = {
-    {NAP_QUERY_PARTNER_LU, NAP_QUERY_MODE, NAP_QUERY_LU_LU_PASSWORD},
-    parent_node<VGA_LU62>,
-    node_target,
-    alias_of,
-    vga_build_lu62};
-constexpr BUILD<VGA_LOCAL_PU> local_pu_build = {{NAP_QUERY_LU_0_TO_3},
-                                                parent_node<VGA_LOCAL_PU>,
-                                                node_target,
-                                                name_of<VGA_LOCAL_PU>,
-                                                vga_build_local_pu};
-constexpr BUILD<VGA_DOWN_PU> down_pu_build = {{NAP_QUERY_DOWNSTREAM_LU},
-                                              parent_node<VGA_DOWN_PU>,
-                                              node_target,
-                                              name_of<VGA_DOWN_PU>,
-                                              vga_build_down_pu};
+    .lists = {NAP_QUERY_PARTNER_LU, NAP_QUERY_MODE, NAP_QUERY_LU_LU_PASSWORD},
+    .completion = vga_build_lu62,
+    .owner = [](const VGA_LU62 *lu) -> const NB_UCHAR * { return lu->alias; },
+};
+constexpr BUILD<VGA_LOCAL_PU> local_pu_build = {
+    .lists = {NAP_QUERY_LU_0_TO_3},
+    .completion = vga_build_local_pu,
+};
+constexpr BUILD<VGA_DOWN_PU> down_pu_build = {
+    .lists = {NAP_QUERY_DOWNSTREAM_LU},
+    .completion = vga_build_down_pu,
+};
 constexpr BUILD<VGA_CN> cn_build = {
-    {NAP_QUERY_CN_PORT}, parent_node<VGA_CN>, node_target, name_of<VGA_CN>, vga_build_cn};
+    .lists = {NAP_QUERY_CN_PORT},
+    .completion = vga_build_cn,
+};
 constexpr BUILD<VGA_NODE> extra_data_build = {
-    {NAP_QUERY_EXTRA_DATA}, the_node, node_target, nobody, vga_build_extra_data};
+    .lists = {NAP_QUERY_EXTRA_DATA},
+    .completion = vga_build_extra_data,
+};
 constexpr BUILD<VGA_NODE> tp_load_build = {
-    {NAP_QUERY_TP_LOAD_INFO}, the_node, tp_target, nobody, vga_build_tp_load_info};
+    .lists = {NAP_QUERY_TP_LOAD_INFO},
+    .completion = vga_build_tp_load_info,
+    .target = [](const VGA_NODE *node) { return node->tp_target; },
+};
 
 template <class Record>
 NB_VOID issue(const BUILD<Record> &build, Record *record, NB_USHORT opcode,
               const VGA_LIST_POSITION *last) {
     VGA_LIST_START start = {build.owner(record), last, nullptr, NAP_DETAIL};
-    if (vga_issue_list(*vga_find_list(opcode), build.target(build.node(record)), start,
-                       record->handle, build.completion) == 0) {
+    if (vga_issue_list(*vga_find_list(opcode), build.target(node_of(record)), start, record->handle,
+                       build.completion) == 0) {
         VGA_BUILD_EXIT();
     }
 }
@@ -96,7 +93,7 @@ NB_VOID answered(const BUILD<Record> &build, const VGA_PROCESS_STATE *work) {
     }
     const VGA_LIST &list = *vga_find_list(work->vcb->opcode);
     VGA_LIST_POSITION last;
-    if (vga_process_list(list, build.node(record), work->vcb, &last) == 0) {
+    if (vga_process_list(list, node_of(record), work->vcb, &last) == 0) {
         return;
     }
     if (vga_list_goes_on(list, work->vcb, last)) {
