@@ -312,10 +312,12 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
         flag = 1;
     }
     this_node->rebuilt = AVL_FIRST(this_node->ports) != nullptr;
+    this_node->connection = VGA_CONNECTING;
     start_step(node_build(this_node), N_CONNECT);
 }
 
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node) {
+    node->connection = VGA_CONNECTING;
     if (vga_issue_connect_node(node->name, node->handle, vga_build_unconfigured_node) == 0) {
         VGA_BUILD_EXIT();
     }
@@ -358,6 +360,7 @@ NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
         work->vcb->opcode == NAP_CONNECT_NODE && work->vcb->primary_rc != NAP_OK;
     if (unreachable || vga_node_is_gone(work->vcb)) {
         node->refusal = {work->vcb->primary_rc, work->vcb->secondary_rc};
+        node->connection = VGA_NOT_CONNECTED;
         vga_drop_node_from_build(node);
         return;
     }

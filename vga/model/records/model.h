@@ -13,6 +13,7 @@
 #include "nofrec.h"
 #include "ntlavl.h"
 #include "selection.h"
+#include <ctime>
 
 struct VGA_DIALOG; /* of the dialog framework, to which it is left */
 struct VGA_NODE;
@@ -247,16 +248,25 @@ struct VGA_NODE_TN {
     NAP_TN3270_EXPRESS_LOGON_VERB express_logon;
 };
 
+/* Whether the program can reach a node, whatever state the node was in when it last said so. */
+enum VGA_CONNECTION : NB_USHORT {
+    VGA_NOT_CONNECTED,
+    VGA_CONNECTING, /* the connect is under way */
+    VGA_CONNECTED
+};
+
 enum VGA_SERVER_ROLE : NB_USHORT { VGA_ROLE_NONE, VGA_ROLE_MASTER, VGA_ROLE_BACKUP };
 
 struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     AVL_NODE links;
-    NB_CHAR name[128];   /* local, padded with NULs */
-    NB_ULONG node_state; /* NAP_NODE_STOPPED and the like */
-    NB_USHORT role;      /* VGA_SERVER_ROLE */
-    NB_USHORT freed;     /* flag: its resources were released at the close */
-    NB_ULONG target;     /* 0: not connected */
-    NB_ULONG tp_target;  /* its TP load file; 0: not open */
+    NB_CHAR name[128];    /* local, padded with NULs */
+    NB_ULONG node_state;  /* NAP_NODE_STOPPED and the like */
+    NB_USHORT role;       /* VGA_SERVER_ROLE */
+    NB_USHORT freed;      /* flag: its resources were released at the close */
+    NB_USHORT connection; /* VGA_CONNECTION */
+    time_t lost_at;       /* when a connection that was in use ended by itself; 0: it has not */
+    NB_ULONG target;      /* 0: not connected */
+    NB_ULONG tp_target;   /* its TP load file; 0: not open */
     struct {
         NB_USHORT primary_rc;
         NB_ULONG secondary_rc;

@@ -265,6 +265,8 @@ NB_USHORT vga_do_free_node_res(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION co
     close_target(node->tp_target, gone, nullptr);
     NB_ULONG target = node->target;
     node->target = 0;
+    node->connection = VGA_NOT_CONNECTED;
+    node->lost_at = gone ? time(nullptr) : node->lost_at;
     if (target == 0) {
         return 0;
     }
