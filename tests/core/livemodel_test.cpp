@@ -33,7 +33,7 @@ protected:
 /* The model's data blocks. */
 std::vector<std::string> blocks_of_model() {
     std::vector<std::string> blocks;
-    walk_model([&blocks](auto &record, const char *) {
+    vga_walk_model([&blocks](auto &record, const char *, auto *) {
         using RECORD = std::remove_reference_t<decltype(record)>;
         NB_USHORT size = sizeof(*record.vcb);
         if (!VGA_RECORD_TYPE<RECORD>::nested) {
@@ -78,13 +78,13 @@ TEST_P(LiveModel, HoldsWhatTheStoresHoldRecordByRecord) {
 
 TEST_P(LiveModel, IsTheSameWhateverTheBufferHolds) {
     build(1);
-    const std::string whole = dump_model();
+    const std::string whole = vga_dump_model();
     for (const NB_ULONG size : {2048, 3000, 65535}) {
         end();
         gvga_querybuf_size = size;
         begin();
         build(size);
-        EXPECT_EQ(dump_model(), whole) << "with buffers of " << size << " bytes";
+        EXPECT_EQ(vga_dump_model(), whole) << "with buffers of " << size << " bytes";
     }
 }
 
@@ -97,11 +97,11 @@ public:
     /* Deletes any record that may be deleted by itself. */
     std::string delete_any() {
         size_t records = 0;
-        walk_model([&records](auto &, const char *) { records++; });
+        vga_walk_model([&records](auto &, const char *, auto *) { records++; });
         size_t chosen = random_() % records;
         NB_ULONG handle = 0;
         std::string done;
-        walk_model([&](auto &record, const char *type) {
+        vga_walk_model([&](auto &record, const char *type, auto *) {
             if (chosen-- == 0 &&
                 AVL_IN_TREE(
                     *VGA_RECORD_TYPE<std::remove_reference_t<decltype(record)>>::links(record)[0]
@@ -178,7 +178,7 @@ TEST_P(LiveModel, StaysConsistentThroughDeletionsAndRebuilds) {
 /* Every record with its handle, and with a dialog when it has a line. */
 std::map<NB_VOID *, NB_ULONG> open_dialogs(VGA_DIALOG *dialog) {
     std::map<NB_VOID *, NB_ULONG> handles;
-    walk_model([&handles, dialog](auto &record, const char *) {
+    vga_walk_model([&handles, dialog](auto &record, const char *, auto *) {
         handles[&record] = record.handle;
         record.gui_data.dialog = record.gui_data.listed ? dialog : nullptr;
     });
@@ -187,10 +187,10 @@ std::map<NB_VOID *, NB_ULONG> open_dialogs(VGA_DIALOG *dialog) {
 
 TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
     build();
-    const std::string whole = dump_model();
+    const std::string whole = vga_dump_model();
     auto *const dialog = reinterpret_cast<VGA_DIALOG *>(this); // some address
     const auto before = open_dialogs(dialog);
-    walk_model([](auto &record, const char *) {
+    vga_walk_model([](auto &record, const char *, auto *) {
         if constexpr (std::is_same_v<decltype(record), VGA_PORT &>) {
             record.vcb->det_data.port_state =
                 NAP_PENDING_INACTIVE; // a merge keeps it; a check follows
@@ -200,8 +200,8 @@ TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
                  [](VGA_NODE &node) { vga_start_build_node(&node); });
     vga_rebuild_system();
     run(3);
-    EXPECT_EQ(dump_model(), whole);
-    walk_model([dialog](auto &record, const char *type) {
+    EXPECT_EQ(vga_dump_model(), whole);
+    vga_walk_model([dialog](auto &record, const char *type, auto *) {
         EXPECT_EQ(record.gui_data.dialog, record.gui_data.listed ? dialog : nullptr) << type;
     });
     const auto after = open_dialogs(nullptr);
@@ -215,7 +215,7 @@ TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
 /* The model without what deleting LUs takes out of the pools. */
 std::string dump_without_pool_lus() {
     static const std::regex pool_lu("POOL_LU[0-9a-f]*\n");
-    return std::regex_replace(dump_model(), pool_lu, "");
+    return std::regex_replace(vga_dump_model(), pool_lu, "");
 }
 
 NB_VOID empty_owners(VGA_NODE &node) {
@@ -294,7 +294,7 @@ TEST_P(LiveModel, ANodeGoesWhileItsVerbsAreInFlight) {
 
 TEST_P(LiveModel, IsWholeAgainAfterItsNodesWereFreed) {
     build();
-    const std::string whole = dump_model();
+    const std::string whole = vga_dump_model();
     vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
         vga_free_node_resources(&node, 0, nullptr);
         check_model();
@@ -303,7 +303,7 @@ TEST_P(LiveModel, IsWholeAgainAfterItsNodesWereFreed) {
     vga_for_each(gvga_system->nodes, &VGA_NODE::links,
                  [](VGA_NODE &node) { vga_start_build_node(&node); });
     run(2);
-    EXPECT_EQ(dump_model(), whole);
+    EXPECT_EQ(vga_dump_model(), whole);
 }
 
 /* Wherever memory ends: the exit is requested, and what was made can be walked and freed. */

@@ -9,9 +9,9 @@
 #include "domainconfig.h"
 #include "node_support.h"
 
+#include "checkedmodel.h"
 #include "globals.h"
 #include "hooks.h"
-#include "modelwalk.h"
 #include "scriptednof.h"
 #include "vgadsadd.h"
 #include "vgadsbld.h"

@@ -1,8 +1,8 @@
 /* What redefinitions and deletions leave of a model that was made record by record. */
 #include <gtest/gtest.h>
 
+#include "checkedmodel.h"
 #include "modelrecords.h"
-#include "modelwalk.h"
 #include "reports.h"
 #include <algorithm>
 #include <random>

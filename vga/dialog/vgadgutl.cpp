@@ -310,6 +310,10 @@ NB_VOID tell_dialogs(NB_VOID *item, VGA_RECORD_CHANGE what) {
     }
 }
 
+NB_USHORT dialog_shows(const VGA_DIALOG *dialog, const NB_VOID *record) {
+    return dialog->in_use != 0 && dialog->parent_item == record;
+}
+
 NB_USHORT record_leaves_dialog(VGA_DIALOG *dialog, const NB_VOID *record) {
     const NB_USHORT was_shown = dialog->parent_item == record;
     dialog->parent_item = nullptr;
@@ -330,6 +334,7 @@ NB_VOID vga_init_dialogs(NB_VOID) {
     gvga_modal_firewall_down = vga_schedule_modal_dialog_check;
     gvga_hooks.record_changed = tell_dialogs;
     gvga_hooks.record_leaves_dialog = record_leaves_dialog;
+    gvga_hooks.dialog_shows = dialog_shows;
     vga_watch_shells();
     if (gvga_toplevel != nullptr) {
         vga_set_font_units(gvga_toplevel);

@@ -36,6 +36,8 @@ struct VGA_HOOKS {
     /* The record that a dialog shows is about to be freed: the dialog stays, without its record and
      * its children.  0: it showed another one. */
     NB_USHORT (*record_leaves_dialog)(VGA_DIALOG *dialog, const NB_VOID *record);
+    /* 1 when a dialog shows that record. */
+    NB_USHORT (*dialog_shows)(const VGA_DIALOG *dialog, const NB_VOID *record);
     /* As vga_wake_main_loop and vga_flush_display. */
     NB_VOID (*wake)(NB_VOID);
     NB_VOID (*flush)(NB_VOID);

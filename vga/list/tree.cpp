@@ -496,6 +496,10 @@ VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER
     return line != 0 ? vga_viewer_find_in_list(vga_viewer_siblings(root, item), line - 1) : nullptr;
 }
 
+VGA_VIEWER_ITEM *vga_viewer_next_in_list(const VGA_VIEWER_ITEM *item) {
+    return successor(item);
+}
+
 VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
     return item->parent != nullptr ? &item->parent->children : &root->top_items;
 }

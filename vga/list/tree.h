@@ -163,6 +163,9 @@ VGA_VIEWER_ITEM *vga_viewer_get_prev_item(const VGA_VIEWER_ROOT *root, const VGA
 VGA_VIEWER_ITEM *vga_viewer_next_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 
+/* The next sibling, hidden or not; null at the end. */
+VGA_VIEWER_ITEM *vga_viewer_next_in_list(const VGA_VIEWER_ITEM *item);
+
 /* The list that the item is, or would be, in. */
 VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 

@@ -1,6 +1,7 @@
 /* The two records that hold all others: the domain and its nodes. */
 #include "globals.h"
 #include "hooks.h"
+#include "modelwalk.h"
 #include "recordtypes.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
@@ -195,6 +196,19 @@ NB_VOID VGA_RECORD_TYPE<VGA_NODE>::unlinked(VGA_NODE &node) {
         vga_delete_viewer(&(node.*title.root), &(node.*title.line));
     }
     destroy_roots(node, node_roots);
+}
+
+NB_VOID vga_for_each_root(const std::function<NB_VOID(VGA_VIEWER_ROOT &)> &visit) {
+    for (VGA_VIEWER_ROOT VGA_SYSTEM::*root : system_roots) {
+        visit(gvga_system->*root);
+    }
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&visit](VGA_NODE &node) {
+        for (VGA_VIEWER_ROOT VGA_NODE::*root : node_roots) {
+            visit(node.*root);
+        }
+        vga_for_each(node.dspu_templates, &VGA_DSPU_TEMPLATE::links,
+                     [&visit](VGA_DSPU_TEMPLATE &pu) { visit(pu.viewer_root); });
+    });
 }
 
 NB_VOID vga_destroy_data_structures(NB_VOID) {

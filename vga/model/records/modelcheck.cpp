@@ -1,0 +1,181 @@
+#include "modelcheck.h"
+#include "modelwalk.h"
+#include <cstdio>
+#include <map>
+#include <set>
+
+namespace {
+
+/* What is said of a record that is not as it must be. */
+class CHECKER {
+public:
+    VGA_MODEL_FINDINGS findings;
+
+    template <class Record, class Owner>
+    NB_VOID visit(Record &record, const NB_CHAR *type, const Owner *owner) {
+        findings.records++;
+        expect(nba_validate_handle(record.handle) == &record, type, "its handle is another's");
+        expect(static_cast<const NB_VOID *>(record.parent) == owner, type,
+               "its owner is not whose index it stands in");
+        for (const VGA_INDEX_LINK &link : VGA_RECORD_TYPE<Record>::links(record)) {
+            check_link(link, type, &record);
+        }
+        check_line(record, type);
+        if (record.gui_data.dialog != nullptr && gvga_hooks.dialog_shows != nullptr) {
+            expect(gvga_hooks.dialog_shows(record.gui_data.dialog, &record), type,
+                   "its dialog shows another record");
+        }
+        references(record);
+    }
+
+    NB_VOID check_indexes() {
+        count(gvga_system->dependent_lus);
+        for (const auto &[tree, records] : indexed) {
+            expect(ntl_avl_validate(tree) == records, "index",
+                   "it has other entries than the records");
+        }
+    }
+
+    NB_VOID check_lists() {
+        vga_for_each_root([this](VGA_VIEWER_ROOT &root) { check_items(root.top_items); });
+        expect(lines.empty(), "list", "a record's line is in none");
+    }
+
+private:
+    std::map<const AVL_TREE *, NB_LONG> indexed; /* how many records must be in an index */
+    std::set<const VGA_VIEWER_ITEM *> lines;     /* that must be in the lists, until met there */
+
+    NB_VOID expect(bool holds, const NB_CHAR *type, const NB_CHAR *what) {
+        if (!holds) {
+            findings.wrong.push_back(std::string(type) + ": " + what);
+        }
+    }
+
+    NB_VOID count(const AVL_TREE &tree) { indexed.try_emplace(&tree, 0); }
+
+    NB_VOID check_link(const VGA_INDEX_LINK &link, const NB_CHAR *type, const NB_VOID *record) {
+        NB_VOID *found = ntl_avl_find(link.tree, link.key);
+        if (AVL_IN_TREE(*link.node)) {
+            indexed[link.tree]++;
+            expect(found == record, type, "an index has another record under its key");
+        } else {
+            expect(link.may_clash && found != nullptr, type, "an index does not have it");
+        }
+    }
+
+    /* In its list, under the right line, behind that of its predecessor. */
+    template <class Record> NB_VOID check_line(Record &record, const NB_CHAR *type) {
+        VGA_LINE_PLACE place = VGA_RECORD_TYPE<Record>::line(record);
+        const VGA_VIEWER_ITEM &line = record.gui_data.viewer;
+        expect((place.root != nullptr) == (record.gui_data.listed != 0), type,
+               record.gui_data.listed ? "it has a line" : "it has no line");
+        if (!record.gui_data.listed || place.root == nullptr) {
+            return;
+        }
+        lines.insert(&line);
+        expect(line.data == &record, type, "its line is another's");
+        expect(line.parent == place.parent, type, "its line stands under another");
+        expect(line.type == place.type, type, "its line is of another kind");
+        auto *previous = static_cast<Record *>(ntl_avl_prev(place.order));
+        if (previous != nullptr && previous->gui_data.listed &&
+            previous->gui_data.viewer.parent == line.parent) {
+            expect(vga_viewer_get_line_in_list(&previous->gui_data.viewer) <
+                       vga_viewer_get_line_in_list(&line),
+                   type, "its line is out of order");
+        }
+    }
+
+    NB_VOID check_items(const VGA_VIEWER_LIST &list) {
+        NB_ULONG count = 0;
+        for (const VGA_VIEWER_ITEM *item = list.first; item != nullptr;
+             item = vga_viewer_next_in_list(item)) {
+            count++;
+            if (lines.erase(item) == 0 && !item->fixed) {
+                findings.wrong.push_back("list: a line of type " + std::to_string(item->type) +
+                                         " stands for no record");
+            }
+            check_items(item->children);
+        }
+        expect(count == list.count, "list", "its count is wrong");
+    }
+
+    /* What a record refers to besides its owner. */
+    template <class Record> NB_VOID references(Record &) {}
+
+    NB_VOID references(VGA_NODE &node) {
+        for (const AVL_TREE *tree :
+             {&node.ports, &node.link_stations, &node.primary_lu0s, &node.lu_aliases,
+              &node.remote_plus, &node.tn_sessions, &node.tamrix_sessions}) {
+            count(*tree);
+        }
+        expect(node.cp_lu == nullptr || node.cp_lu->parent == &node, "NODE",
+               "its control point's LU is another's");
+    }
+
+    NB_VOID references(VGA_LOCAL_PU &pu) {
+        count(pu.extra_list);
+        expect(pu.ls_entry == nullptr || pu.ls_entry->local_pu == &pu, "LOCAL_PU",
+               "its link station has another PU");
+    }
+
+    NB_VOID references(VGA_DOWN_PU &pu) {
+        expect(pu.ls_entry == nullptr || pu.ls_entry->down_pu == &pu, "DOWN_PU",
+               "its link station has another PU");
+    }
+
+    NB_VOID references(VGA_LS &ls) {
+        expect(ls.local_pu == nullptr || ls.local_pu->ls_entry == &ls, "LS",
+               "its PU is on another link station");
+        expect(ls.down_pu == nullptr || ls.down_pu->ls_entry == &ls, "LS",
+               "its downstream PU is on another link station");
+    }
+
+    NB_VOID references(VGA_LU62 &lu) {
+        if (AVL_FIRST(lu.routings) != nullptr) {
+            lines.insert(&lu.routing_title);
+        }
+    }
+
+    NB_VOID references(VGA_SYS_POOL &pool) {
+        NB_ULONG nodes = 0;
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&pool, &nodes](VGA_NODE &node) {
+            VGA_POOL *part = vga_find_pool(&node, pool.name);
+            nodes += part != nullptr && part->sys_pool == &pool ? 1 : 0;
+        });
+        expect(nodes == pool.node_pools && nodes != 0, "SYS_POOL",
+               "it counts other nodes than have it");
+        count(pool.lu_tree);
+    }
+};
+
+} // namespace
+
+VGA_MODEL_FINDINGS vga_check_model(NB_VOID) {
+    CHECKER checker;
+    vga_walk_model([&checker](auto &record, const NB_CHAR *type, auto *owner) {
+        checker.visit(record, type, owner);
+    });
+    checker.check_indexes();
+    checker.check_lists();
+    return std::move(checker.findings);
+}
+
+std::string vga_dump_model(NB_VOID) {
+    std::string text;
+    vga_walk_model([&text](auto &record, const NB_CHAR *type, auto *) {
+        using RECORD = std::remove_reference_t<decltype(record)>;
+        NB_USHORT size = sizeof(*record.vcb);
+        if (!VGA_RECORD_TYPE<RECORD>::nested) {
+            memcpy(&size, record.vcb, sizeof(size));
+        }
+        text += type;
+        const auto *bytes = reinterpret_cast<const NB_UCHAR *>(record.vcb);
+        for (NB_USHORT at = 0; at < size; at++) {
+            NB_CHAR digits[3];
+            snprintf(digits, sizeof(digits), "%02x", bytes[at]);
+            text += digits;
+        }
+        text += '\n';
+    });
+    return text;
+}
