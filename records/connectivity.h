@@ -65,6 +65,10 @@ inline constexpr FieldRow status[] = {
     count(AT(det_data.active_links)).in(Unit::Links),
     count(AT(det_data.started_at)).in(Unit::Time),
     hex(AT(det_data.last_sense)),
+    count(AT(det_data.failed_at)).in(Unit::Time),
+    count(AT(det_data.failures)),
+    count(AT(det_data.in_bytes)).in(Unit::Bytes),
+    count(AT(det_data.out_bytes)).in(Unit::Bytes),
     word(AT(def_data.dlc_type), dlc_words),
 };
 } // namespace rows::port
@@ -123,6 +127,9 @@ inline constexpr FieldRow status[] = {
     count(AT(det_data.retransmissions)).in(Unit::Frames),
     count(AT(det_data.started_at)).in(Unit::Time),
     hex(AT(det_data.last_sense)),
+    count(AT(det_data.failed_at)).in(Unit::Time),
+    count(AT(det_data.failures)),
+    count(AT(det_data.retries)),
     word(AT(def_data.dlc_type), dlc_words),
 };
 } // namespace rows::ls
@@ -259,6 +266,9 @@ inline constexpr FieldRow status[] = {
 inline constexpr Schema down_pu = {
     .name = "downstream_pu",
     .lists = {{.list = NAP_QUERY_DOWNSTREAM_PU, .indication = NAP_DOWNSTREAM_PU_INDICATION}},
+    .start = NAP_START_PU,
+    .stop = NAP_STOP_PU,
+    .shares_verbs = true,
     .entry_size = sizeof(NAP_DOWN_PU_DATA),
     .det = up_to(FIELD_AT(NAP_DOWN_PU_DATA, pu_sscp_sess_active),
                  FIELD_AT(NAP_DOWN_PU_DATA, def_data)),

@@ -250,6 +250,22 @@ inline constexpr FieldWord directory_words[] = {
     {"registered", NAP_DIR_REGISTER},
 };
 
+inline constexpr FieldWord session_words[] = {
+    {"lu_0_to_3", NAP_SESSION_LU_0_TO_3},
+    {"lu62", NAP_SESSION_LU62},
+};
+
+inline constexpr FieldWord severity_words[] = {
+    {"audit", NAP_LOG_AUDIT},
+    {"exception", NAP_LOG_EXCEPTION},
+    {"problem", NAP_LOG_PROBLEM},
+};
+
+inline constexpr FieldWord trace_words[] = {
+    {"dlc", NAP_TRACE_DLC},         {"type", NAP_TRACE_TYPE},           {"cs", NAP_TRACE_CS},
+    {"back_cs", NAP_TRACE_BACK_CS}, {"tn_server", NAP_TRACE_TN_SERVER}, {"slp", NAP_TRACE_SLP},
+};
+
 inline constexpr FieldWord node_state_words[] = {
     {"stopped", NAP_NODE_STOPPED},           {"starting", NAP_NODE_STARTING},
     {"stopping", NAP_NODE_STOPPING},         {"active", NAP_NODE_ACTIVE},

@@ -82,6 +82,7 @@ enum class Unit : NB_UCHAR {
     Time,       /* seconds since 1970 */
     Bytes,
     Frames,
+    Messages,
     BitsPerSecond,
     KilobitsPerSecond,
     Sessions,
@@ -229,7 +230,8 @@ struct Schema {
     const char *name = nullptr; /* in texts and commands */
     ListRow lists[MAX_LISTS] = {};
     NB_USHORT define = 0, remove = 0, start = 0, stop = 0; /* opcodes, 0: none */
-    bool owned = false; /* the first part of the key is the owner's name: lists by owner */
+    bool shares_verbs = false; /* start and stop are another schema's, too: names tell them apart */
+    bool owned = false;        /* the first part of the key is the owner's name: lists by owner */
     NB_USHORT entry_size = 0;
     NB_USHORT define_size = 0; /* of the define block */
     Place def = {};            /* the definition in the entry; width 0: the key is all of it */

@@ -16,13 +16,13 @@ constexpr OpcodeIndex<Schema, 8 * std::size(all_schemas)>
                                         of.lists[1].indication,
                                         of.define,
                                         of.remove,
-                                        of.start,
-                                        of.stop};
+                                        of.shares_verbs ? NB_USHORT{0} : of.start,
+                                        of.shares_verbs ? NB_USHORT{0} : of.stop};
     });
 
-constexpr OpcodeIndex<Settings, 2 * std::size(settings)>
+constexpr OpcodeIndex<Settings, 3 * std::size(settings)>
     by_settings_verb(settings, [](const Settings &row) {
-        return std::array<NB_USHORT, 2>{row.query, row.set};
+        return std::array<NB_USHORT, 3>{row.query, row.set, row.reset};
     });
 
 /* What every schema must say: the key is made of fields that follow each other, every field lies

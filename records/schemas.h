@@ -5,6 +5,7 @@
 #include "connectivity.h"
 #include "domain.h"
 #include "lus.h"
+#include "operation.h"
 #include "services.h"
 #include "sessions.h"
 #include "settings.h"
@@ -25,7 +26,8 @@ namespace records {
     ROW(ACCESS_LIST, access_list) ROW(TP_DEF, tp) ROW(TP_LOAD, tp_load) \
     ROW(LU_LU_PASSWORD, lu_lu_password) ROW(USERID_PASSWORD, userid_password) \
     ROW(TN_ACCESS, tn_access) ROW(TN_ASSOC, tn_assoc) ROW(TN_REDIRECT, tn_redirect) \
-    ROW(TAMRIX_SESSION, tamrix_session) ROW(USER, user) ROW(CPIC, cpic) ROW(RJE, rje)
+    ROW(TAMRIX_SESSION, tamrix_session) ROW(SESSION, session) ROW(LOG_LINE, log_line) \
+    ROW(TRACE_FILE, trace_file) ROW(USER, user) ROW(CPIC, cpic) ROW(RJE, rje)
 /* clang-format on */
 
 /* These, and those that are only listed. */

@@ -179,6 +179,13 @@ inline constexpr FieldRow status[] = {
     local(AT(plu_alias)),
     count(AT(act_sess_count)).in(Unit::Sessions),
     flag(AT(draining)),
+    count(AT(in_bytes)).in(Unit::Bytes),
+    count(AT(out_bytes)).in(Unit::Bytes),
+    count(AT(in_messages)).in(Unit::Messages),
+    count(AT(out_messages)).in(Unit::Messages),
+    count(AT(failures)),
+    count(AT(failed_at)).in(Unit::Time),
+    hex(AT(last_sense)),
 };
 } // namespace rows::mode
 

@@ -1,6 +1,6 @@
-/* Schemas of settings: the verbs that answer with one record inside their block.  The verb that
- * changes one, where there is one, has the same block.  What no text sets has the initial values of
- * the rows. */
+/* Schemas of settings: the verbs that answer with one record inside their block.  The verbs that
+ * change one and put it back, where there are some, have the same block.  What no text sets has the
+ * initial values of the rows. */
 #ifndef SETTINGS_H
 #define SETTINGS_H
 
@@ -12,8 +12,9 @@ namespace records {
 
 struct Settings {
     const char *name = nullptr; /* in texts and commands */
-    NB_USHORT query = 0;        /* opcodes; `set` 0: none */
+    NB_USHORT query = 0;        /* opcodes; `set` and `reset` 0: none */
     NB_USHORT set = 0;
+    NB_USHORT reset = 0; /* to the initial values; the block comes back with what is set then */
     NB_USHORT block_size = 0;
     bool of_domain = false; /* asked of the domain, not of a node */
     FieldTable fields = {}; /* offsets in the block */
@@ -88,6 +89,25 @@ inline constexpr FieldRow fields[] = {
     text(AT(trace_file)),
 };
 } // namespace rows::trace_settings
+
+/* The resources that are traced have names. */
+namespace rows::dlc_trace_settings {
+using Block = NAP_QUERY_TRACE_VERB;
+
+inline constexpr FieldRow fields[] = {
+    hex(AT(trace_flags), "0"),
+    number(AT(truncation), 0, 65535, "0").in(Unit::Bytes),
+    text(AT(trace_file)),
+    local(AT(names[0])).named("resource_1"),
+    local(AT(names[1])).named("resource_2"),
+    local(AT(names[2])).named("resource_3"),
+    local(AT(names[3])).named("resource_4"),
+    local(AT(names[4])).named("resource_5"),
+    local(AT(names[5])).named("resource_6"),
+    local(AT(names[6])).named("resource_7"),
+    local(AT(names[7])).named("resource_8"),
+};
+} // namespace rows::dlc_trace_settings
 
 namespace rows::logging_settings {
 using Block = NAP_QUERY_LOGGING_VERB;
@@ -168,8 +188,8 @@ inline constexpr Settings settings[] = {
     {.name = "tn3270_ssl_ldap", .query = NAP_QUERY_TN3270_SSL_LDAP, .set = NAP_DEFINE_TN3270_SSL_LDAP, .block_size = sizeof(NAP_TN3270_SSL_LDAP_VERB), .fields = rows::tn3270_ssl_ldap_settings::fields},
     {.name = "tn3270_slp", .query = NAP_QUERY_TN3270_SLP, .set = NAP_DEFINE_TN3270_SLP, .block_size = sizeof(NAP_TN3270_SLP_VERB), .fields = rows::tn3270_slp_settings::fields},
     {.name = "tn3270_express_logon", .query = NAP_QUERY_TN3270_EXPRESS_LOGON, .set = NAP_DEFINE_TN3270_EXPRESS_LOGON, .block_size = sizeof(NAP_TN3270_EXPRESS_LOGON_VERB), .fields = rows::tn3270_express_logon_settings::fields},
-    {.name = "tamrix", .query = NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, .set = NAP_DEFINE_TAMRIX_APPCIP_DEFAULTS, .block_size = sizeof(NAP_TAMRIX_DEFAULTS_VERB), .fields = rows::tamrix_settings::fields},
-    {.name = "dlc_trace", .query = NAP_QUERY_DLC_TRACE, .set = NAP_SET_DLC_TRACE, .block_size = sizeof(NAP_QUERY_TRACE_VERB), .fields = rows::trace_settings::fields},
+    {.name = "tamrix", .query = NAP_QUERY_TAMRIX_APPCIP_DEFAULTS, .set = NAP_DEFINE_TAMRIX_APPCIP_DEFAULTS, .reset = NAP_DELETE_TAMRIX_APPCIP_DEFAULTS, .block_size = sizeof(NAP_TAMRIX_DEFAULTS_VERB), .fields = rows::tamrix_settings::fields},
+    {.name = "dlc_trace", .query = NAP_QUERY_DLC_TRACE, .set = NAP_SET_DLC_TRACE, .reset = NAP_REMOVE_DLC_TRACE, .block_size = sizeof(NAP_QUERY_TRACE_VERB), .fields = rows::dlc_trace_settings::fields},
     {.name = "trace_type", .query = NAP_QUERY_TRACE_TYPE, .set = NAP_SET_TRACE_TYPE, .block_size = sizeof(NAP_QUERY_TRACE_VERB), .fields = rows::trace_settings::fields},
     {.name = "cs_trace", .query = NAP_QUERY_CS_TRACE, .set = NAP_SET_CS_TRACE, .block_size = sizeof(NAP_QUERY_TRACE_VERB), .fields = rows::trace_settings::fields},
     {.name = "back_cs_trace", .query = NAP_QUERY_BCK_CS_TRACE, .set = NAP_SET_BCK_CS_TRACE, .block_size = sizeof(NAP_QUERY_TRACE_VERB), .fields = rows::trace_settings::fields},

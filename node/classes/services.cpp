@@ -66,6 +66,14 @@ constexpr ClassRow classes[] = {
      .schema = &records::tamrix_session,
      .untold = true,
      .hooks = {.busy = never_busy, .report = report_tamrix}},
+    {.id = CLASS_LOG_LINE,
+     .schema = &records::log_line,
+     .untold = true,
+     .hooks = {.busy = never_busy}},
+    {.id = CLASS_TRACE_FILE,
+     .schema = &records::trace_file,
+     .untold = true,
+     .hooks = {.busy = never_busy}},
 };
 
 } // namespace

@@ -269,6 +269,10 @@ constexpr ClassRow classes[] = {
                .by = &field(records::ls_routing, "lu_name")},
               {.to = CLASS_LS, .by = &field(records::ls_routing, "ls_name")}},
      .hooks = {.check = check_ls_routing}},
+    {.id = CLASS_SESSION,
+     .schema = &records::session,
+     .untold = true,
+     .hooks = {.busy = never_busy}},
 };
 
 } // namespace

@@ -66,7 +66,9 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
                : settings != nullptr            ? define_record(*settings, block)
                                                 : Result{NAP_NOT_SUPPORTED, 0};
     case NAP_KIND_DELETE:
-        return row != nullptr ? remove(*row, block.data()) : Result{NAP_NOT_SUPPORTED, 0};
+        return row != nullptr        ? remove(*row, block.data())
+               : settings != nullptr ? reset_record(*settings, block)
+                                     : Result{NAP_NOT_SUPPORTED, 0};
     case NAP_KIND_LIMIT:
         return set_session_limit(block.data());
     case NAP_KIND_START:
@@ -138,14 +140,16 @@ NAP_QUERY_NODE_VERB Engine::node_record() const {
     return record;
 }
 
-/* The settings record of the node takes the fields of the define block; all else stays. */
+/* The settings records of the node take the fields of the define block; all else stays. */
 Result Engine::define_node(const NB_UCHAR *block) {
     auto verb = nap_copy<NAP_DEFINE_NODE_VERB>(block);
     if (node_state_ != NAP_NODE_STOPPED && node_state_ != NAP_NODE_UNCONFIGURED) {
         return bad_state(NAP_RESOURCE_ACTIVE);
     }
     const Settings &row = records::setting("node");
+    const Settings &limits_row = records::setting("limits");
     auto record = nap_copy<NAP_QUERY_NODE_VERB>(records_.image(row));
+    auto limits = nap_copy<NAP_QUERY_NODE_LIMITS_VERB>(records_.image(limits_row));
     memcpy(record.info.description, verb.description, sizeof verb.description);
     memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
     memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);
@@ -155,6 +159,14 @@ Result Engine::define_node(const NB_UCHAR *block) {
     record.dspu_support = verb.dspu_support;
     record.hpr_support = verb.hpr_support;
     record.node_id = verb.node_id;
+    record.tn3270_support = verb.tn3270_support;
+    record.primary_support = verb.primary_support;
+    record.tamrix_support = verb.tamrix_support;
+    record.directory_register = verb.directory_register;
+    limits.max_lus = verb.max_lus;
+    limits.max_links = verb.max_links;
+    limits.max_sessions = verb.max_sessions;
+    limits.max_users = verb.max_users;
     auto *image = reinterpret_cast<NB_UCHAR *>(&record);
     for (const FieldRow &field : row.fields) {
         const NB_ULONG wrong = check_field(field, image);
@@ -166,20 +178,32 @@ Result Engine::define_node(const NB_UCHAR *block) {
     if (is_blank(KeyKind::Ebcdic, record.info.fq_cp_name, sizeof record.info.fq_cp_name)) {
         return bad_parameter(NAP_INVALID_NAME);
     }
+    const auto *limits_image = reinterpret_cast<const NB_UCHAR *>(&limits);
     if (store_ != nullptr &&
-        !store_->write({{row.name, nullptr, 0, image, sizeof record, nullptr}})) {
+        !store_->write({{row.name, nullptr, 0, image, sizeof record, nullptr},
+                        {limits_row.name, nullptr, 0, limits_image, sizeof limits, nullptr}})) {
         return bad_state(NAP_STORE_FAILED);
     }
     memcpy(records_.image(row), image, sizeof record);
+    memcpy(records_.image(limits_row), limits_image, sizeof limits);
     node_state_ = NAP_NODE_STOPPED;
     announce();
+    return GOOD;
+}
+
+/* What one setting demands of others. */
+Result Engine::check_settings(const Settings &row, const NB_UCHAR *image) const {
+    constexpr const FieldRow &mode = field(records::setting("defaults"), "mode_name");
+    if (row.query == NAP_QUERY_DEFAULTS && !is_empty_field(mode, image) &&
+        find(CLASS_MODE_DEF, image + mode.offset) == nullptr) {
+        return bad_parameter(NAP_UNKNOWN_OWNER);
+    }
     return GOOD;
 }
 
 /* The record takes the fields of the block; all else stays. */
 Result Engine::define_record(const Settings &row, std::vector<NB_UCHAR> &block) {
     std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
-    const std::vector<NB_UCHAR> before = image;
     if (row.of_domain != (scope_ == Scope::Domain)) {
         return {NAP_NOT_SUPPORTED, 0};
     }
@@ -191,12 +215,52 @@ Result Engine::define_record(const Settings &row, std::vector<NB_UCHAR> &block) 
         memcpy(image.data() + field.offset, block.data() + field.offset, field.width);
         tidy_field(field, image.data());
     }
-    keep_secrets(row.fields, image.data(), before.data());
-    constexpr const FieldRow &mode = field(records::setting("defaults"), "mode_name");
-    if (row.query == NAP_QUERY_DEFAULTS && !is_empty_field(mode, image.data()) &&
-        find(CLASS_MODE_DEF, image.data() + mode.offset) == nullptr) {
-        return bad_parameter(NAP_UNKNOWN_OWNER);
+    keep_secrets(row.fields, image.data(), records_.image(row));
+    const Result checked = check_settings(row, image.data());
+    return checked.ok() ? take_record(row, image, block) : checked;
+}
+
+/* Without names, the initial values; with some, these are traced no longer, and nothing is when
+ * they were the last. */
+Result Engine::reset_record(const Settings &row, std::vector<NB_UCHAR> &block) {
+    std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
+    const auto is_name = [&row](const FieldRow &field) {
+        return row.reset == NAP_REMOVE_DLC_TRACE && field.kind == records::FieldKind::NameLocal;
+    };
+    const std::vector<NB_UCHAR> asked = block;
+    bool named = false;
+    bool left = false;
+    bool known = true;
+    for (const FieldRow &name : row.fields) {
+        if (!is_name(name) || is_empty_field(name, asked.data())) {
+            continue;
+        }
+        bool found = false;
+        named = true;
+        for (const FieldRow &field : row.fields) {
+            if (is_name(field) &&
+                memcmp(asked.data() + name.offset, image.data() + field.offset, field.width) == 0) {
+                memset(image.data() + field.offset, ' ', field.width);
+                found = true;
+            }
+        }
+        known = known && found;
     }
+    for (const FieldRow &field : row.fields) {
+        left = left || (is_name(field) && !is_empty_field(field, image.data()));
+    }
+    if (!known) {
+        return bad_parameter(NAP_UNKNOWN_RESOURCE);
+    }
+    if (!named || !left) {
+        set_initial_fields(row.fields, image.data());
+    }
+    return take_record(row, image, block);
+}
+
+/* Stores a settings record, then has it, then shows it in the block. */
+Result Engine::take_record(const Settings &row, std::vector<NB_UCHAR> &image,
+                           std::vector<NB_UCHAR> &block) {
     if (store_ != nullptr &&
         !store_->write({{row.name, nullptr, 0, image.data(), image.size(), nullptr}})) {
         return bad_state(NAP_STORE_FAILED);

@@ -147,6 +147,10 @@ private:
     void count_limits(std::vector<NB_UCHAR> &block) const;
     Result define_node(const NB_UCHAR *block);
     Result define_record(const Settings &row, std::vector<NB_UCHAR> &block);
+    Result reset_record(const Settings &row, std::vector<NB_UCHAR> &block);
+    Result check_settings(const Settings &row, const NB_UCHAR *image) const;
+    Result take_record(const Settings &row, std::vector<NB_UCHAR> &image,
+                       std::vector<NB_UCHAR> &block);
     bool serves(const ClassRow &row) const {
         return (scope_ == Scope::Domain) == (row.scope == Scope::Domain);
     }
@@ -175,6 +179,7 @@ private:
     void add_sna_defined();
 
     /* states (life.cpp) */
+    Resource *named_by(const ClassRow &row, const NB_UCHAR *block) const;
     Result start_verb(const ClassRow &row, const NB_UCHAR *block);
     Result stop_verb(const ClassRow &row, const NB_UCHAR *block);
     Result init_node();

@@ -237,8 +237,15 @@ void Engine::finish_stop(Resource &resource) {
     set_state(resource, NAP_NOT_ACTIVE);
 }
 
+/* PUs towards hosts and those that are served share their verbs and their names. */
+Resource *Engine::named_by(const ClassRow &row, const NB_UCHAR *block) const {
+    Resource *resource = find(row.id, block + KEY_IN_BLOCK);
+    return resource == nullptr && row.id == CLASS_PU ? find(CLASS_DOWN_PU, block + KEY_IN_BLOCK)
+                                                     : resource;
+}
+
 Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
-    Resource *resource = tables_[row.id]->find(block + KEY_IN_BLOCK);
+    Resource *resource = named_by(row, block);
     if (resource == nullptr) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
@@ -255,7 +262,7 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
 
 Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
     auto verb = nap_copy<NAP_NAME_VERB>(block);
-    Resource *resource = tables_[row.id]->find(verb.key);
+    Resource *resource = named_by(row, block);
     if (verb.stop_type > NAP_IMMEDIATE_STOP) {
         return bad_parameter(NAP_INVALID_VALUE);
     }

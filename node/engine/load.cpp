@@ -49,6 +49,18 @@ std::string title_of(const ClassRow &row, const NB_UCHAR *entry) {
     return title;
 }
 
+/* Records grow at their ends, and by status only: one that was stored before has the definition.
+ * One of the key's length is the mark of an erased one. */
+bool is_whole(const Schema &schema, const StoreRow &stored) {
+    const size_t mark = KEY_OFFSET + schema.key_size();
+    size_t end = schema.nested.name != nullptr ? schema.overlay_size() : schema.def.end();
+    for (const FieldRow &field : schema.fields) {
+        end = std::max(end, size_t{field.offset} + field.width);
+    }
+    return stored.record_length > mark && stored.record_length >= end &&
+           stored.record_length <= schema.overlay_size();
+}
+
 std::unique_ptr<NB_UCHAR[]> copy_of(const ClassRow &row, const NB_UCHAR *entry, size_t length) {
     auto copy = std::make_unique<NB_UCHAR[]>(row.schema->overlay_size());
     memcpy(copy.get(), entry, length);
@@ -224,15 +236,18 @@ bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) 
     const bool good = store_->read([&](const StoreRow &stored) {
         const ClassRow *row = class_by_name(stored.section);
         const Settings *record = records::settings_by_name(stored.section);
-        if (record != nullptr && stored.record_length == record->block_size) {
+        if (record != nullptr && stored.record_length <= record->block_size) {
             memcpy(records_.image(*record), stored.record, stored.record_length);
             configured = configured || stored.section == "node";
         } else if (row != nullptr &&
-                   (stored.record_length == row->schema->overlay_size() ||
+                   (is_whole(*row->schema, stored) ||
                     (stored.record_length == KEY_OFFSET + row->schema->key_size() &&
                      is_erased(stored.record, stored.record_length)))) {
             resources.push_back(
                 {row, {stored.record, stored.record + stored.record_length}, stored.behaviour, 0});
+            if (is_whole(*row->schema, stored)) {
+                resources.back().entry.resize(row->schema->overlay_size());
+            }
         } else {
             nba_pd_print_problem(NB_PD_STORE_RECORD, 2, "s", stored.section.c_str());
         }

@@ -51,7 +51,8 @@ const ClassRow *class_by_verb(NB_USHORT opcode) {
     static const records::OpcodeIndex<ClassRow, 4 * CLASS_COUNT> index(
         class_table(), [](const ClassRow &row) {
             const Schema &of = *row.schema;
-            return std::array{of.define, of.remove, of.start, of.stop};
+            return std::array{of.define, of.remove, of.shares_verbs ? NB_USHORT{0} : of.start,
+                              of.shares_verbs ? NB_USHORT{0} : of.stop};
         });
     return index.find(opcode);
 }

@@ -441,7 +441,7 @@ void Front::to_domain(Client &client, const Frame &frame) {
     domain_->execute(frame.block.data(), frame.block.size(), result, changed);
     answer(client, frame.header, result.block, result.data);
     auto header = nap_copy<NAP_VCB>(result.block.data());
-    if (header.primary_rc == NAP_OK && nap_find_verb(header.opcode)->changes != 0) {
+    if (header.primary_rc == NAP_OK && NAP_KIND_COPIED(nap_find_verb(header.opcode)->kind)) {
         send_copy(&client, nullptr, result.block);
     }
     if (!changed.empty()) {

@@ -143,7 +143,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     Client *client = find_client(flight.client);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const bool of_node = header.opcode == NAP_INIT_NODE || header.opcode == NAP_STOP_NODE;
-    if (header.primary_rc == NAP_OK && verb->changes != 0 && !of_node) {
+    if (header.primary_rc == NAP_OK && NAP_KIND_COPIED(verb->kind) && !of_node) {
         send_copy(client, &node, frame.block);
     }
     if (client != nullptr) {

@@ -55,6 +55,8 @@ typedef struct nap_vcb {
 #define NAP_RESOURCE_ACTIVE     0x5545 /* with STATE_CHECK: stop it first */
 #define NAP_RESOURCE_INACTIVE   0x5546 /* with STATE_CHECK: its owner is not active */
 #define NAP_IN_USE              0x5547 /* with STATE_CHECK: other definitions name it */
+#define NAP_LIMIT_REACHED       0x5548 /* with STATE_CHECK: no more are allowed */
+#define NAP_PARTNER_UNREACHABLE 0x5549 /* with STATE_CHECK: no active link leads there */
 #define NAP_NODE_NOT_ACTIVE     0x554C /* with STATE_CHECK: start the node first */
 #define NAP_LAST_BACKUP         0x5554 /* with STATE_CHECK: the domain's only server */
 #define NAP_STORE_FAILED        0x5560 /* with STATE_CHECK: could not be written, nothing done */
@@ -105,8 +107,8 @@ typedef struct nap_name_verb {
     NB_UCHAR reserved[3];
 } NAP_NAME_VERB;
 
-#define NAP_ORDERLY_STOP   0
-#define NAP_IMMEDIATE_STOP 1
+#define NAP_ORDERLY_STOP   0 /* waits for the sessions to end, but not for ever */
+#define NAP_IMMEDIATE_STOP 1 /* ends the sessions */
 
 NB_STATIC_ASSERT(offsetof(NAP_NAME_VERB, key) == 12);
 NB_STATIC_ASSERT(sizeof(NAP_NAME_VERB) == 144);
@@ -236,7 +238,8 @@ typedef struct nap_query_defaults {
     NAP_DEFAULTS def_data;
 } NAP_QUERY_DEFAULTS_VERB;
 
-/* Defines or changes the node itself.  Only a node that is stopped can be changed. */
+/* Defines or changes the node itself, with all that NAP_QUERY_NODE and NAP_QUERY_NODE_LIMITS say of
+ * its definition.  Only a node that is stopped can be changed. */
 typedef struct nap_define_node {
     NAP_VCB_HEADER;
     NB_UCHAR description[32]; /* text */
@@ -249,6 +252,14 @@ typedef struct nap_define_node {
     NB_UCHAR hpr_support;     /* flag */
     NB_UCHAR reserved[2];
     NB_ULONG node_id;
+    NB_UCHAR tn3270_support;     /* flag */
+    NB_UCHAR primary_support;    /* flag */
+    NB_UCHAR tamrix_support;     /* flag */
+    NB_UCHAR directory_register; /* flag */
+    NB_ULONG max_lus;            /* 0: no limit, in all of these */
+    NB_ULONG max_links;
+    NB_ULONG max_sessions;
+    NB_ULONG max_users;
 } NAP_DEFINE_NODE_VERB;
 
 /* States of resources. */
@@ -308,7 +319,10 @@ typedef struct nap_port_det { /* eight words that a merge carries over */
     NB_ULONG active_links;
     NB_ULONG started_at; /* seconds since 1970, 0 unless active */
     NB_ULONG last_sense; /* sense code of the last failure, 0: none */
-    NB_ULONG reserved[4];
+    NB_ULONG failed_at;  /* seconds since 1970 of that failure, 0: none */
+    NB_ULONG failures;   /* starts that failed and losses, since the node came up */
+    NB_ULONG in_bytes;   /* of all its links, since it came up */
+    NB_ULONG out_bytes;
 } NAP_PORT_DET;
 
 typedef struct nap_port_def {
@@ -375,7 +389,10 @@ typedef struct nap_ls_det { /* 500 bytes that a merge carries over */
     NB_ULONG retransmissions;
     NB_ULONG started_at; /* seconds since 1970, 0 unless active */
     NB_ULONG last_sense; /* sense code of the last failure, 0: none */
-    NB_UCHAR reserved2[444];
+    NB_ULONG failed_at;  /* seconds since 1970 of that failure, 0: none */
+    NB_ULONG failures;   /* starts that failed and losses, since the node came up */
+    NB_ULONG retries;    /* of them, tries that the node made by itself */
+    NB_UCHAR reserved2[432];
 } NAP_LS_DET;
 
 typedef struct nap_ls_def {
@@ -600,8 +617,15 @@ typedef struct nap_mode_data { /* a mode that a local LU uses with a partner */
     NB_USHORT min_conwinners;
     NB_USHORT min_conlosers;
     NB_UCHAR fq_cp_name[17]; /* A17: the partner's control point; blank until known */
-    NB_UCHAR draining;       /* flag */
+    NB_UCHAR draining;       /* flag: takes no new sessions, those that are there end */
     NB_UCHAR reserved[2];
+    NB_ULONG in_bytes; /* user data of its sessions, those that ended too */
+    NB_ULONG out_bytes;
+    NB_ULONG in_messages;
+    NB_ULONG out_messages;
+    NB_ULONG failures;   /* sessions that could not be activated or were lost */
+    NB_ULONG failed_at;  /* seconds since 1970 of the last failure, 0: none */
+    NB_ULONG last_sense; /* its sense code, 0: none */
 } NAP_MODE_DATA;
 
 /* Sets the limits of a mode that a local LU uses with a partner: from 0 initializes, to 0 (with all
@@ -729,12 +753,16 @@ typedef struct nap_define_dir {
 /* Each of these answers with one record behind the header.  The verb that sets it, where there is
  * one, has the block of its query.  The settings of the TN3270 server are in nofrectn.h. */
 
+#define NAP_MAX_TRACED 8
+
 typedef struct nap_query_trace { /* every trace setting */
     NAP_VCB_HEADER;
     NB_ULONG trace_flags; /* bits; 0: off */
     NB_USHORT truncation; /* bytes kept of each message; 0: all */
     NB_USHORT reserved;
-    NB_UCHAR trace_file[80]; /* text; empty: the node's own */
+    NB_UCHAR trace_file[80];           /* text: a name without /; empty: the node's own */
+    NB_UCHAR names[NAP_MAX_TRACED][8]; /* L8, of the DLC trace only: the DLCs, ports and link
+                                          stations that are traced; all blank: every one */
 } NAP_QUERY_TRACE_VERB;
 
 typedef struct nap_query_logging { /* central logging, central logger, global log type */
@@ -749,7 +777,8 @@ typedef struct nap_query_logging { /* central logging, central logger, global lo
 /* Indications. */
 
 /* Every indication about a resource: the name from offset 13 is the key of its class, the state
- * behind it what the class's list entry would say now. */
+ * behind it what the class's list entry would say now.  Counters in it are of the moment: none is
+ * sent because they went on, a list query reads them. */
 typedef struct nap_resource_indication {
     NAP_VCB_HEADER;
     NB_UCHAR data_lost; /* flag: others could not be delivered; read the class again */
@@ -793,6 +822,7 @@ typedef struct nap_node_status_indication { /* a node was started or stopped */
 
 #include "nofrecdm.h"
 #include "nofrecnw.h"
+#include "nofrecop.h"
 #include "nofrectn.h"
 
 #endif

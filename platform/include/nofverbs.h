@@ -7,7 +7,8 @@
  * Kinds (the NAP_KIND_ constants): SESSION opens, connects and registers; LIST answers with entries
  * in a data buffer; RECORD answers inside its block; DEFINE, DELETE, START, STOP and LIMIT (session
  * limits) change the configuration or a state: they are refused on a view-only connection, and
- * copied to the other administrators; INDICATION is never issued.
+ * copied to the other administrators; OPERATE (sessions of LUs) is refused as they are, but not
+ * copied: the others hear of what came of it; INDICATION is never issued.
  *
  * Opcodes of node configuration and node management that other administrators' programs see as
  * copies are fixed by what those programs route on: see docs/protocol.md. */
@@ -59,6 +60,7 @@
     ROW(NAP_QUERY_LU62_TIMEOUT,              0x20FA, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_LS_ROUTING,                0x20FC, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_DSPU_TEMPLATE,             0x20FE, NAP_QUERY_LIST,                  LIST)       \
+    ROW(NAP_QUERY_SESSION,                   0x210E, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_RTP_CONNECTION,            0x2129, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_LU_LU_PASSWORD,            0x212A, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_USERID_PASSWORD,           0x212B, NAP_QUERY_LIST,                  LIST)       \
@@ -73,6 +75,8 @@
     ROW(NAP_QUERY_TN3270_ASSOCIATION,        0xF097, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_TN_REDIRECT_DEF,           0xF09E, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_TAMRIX_APPCIP,             0xFC10, NAP_QUERY_LIST,                  LIST)       \
+    ROW(NAP_QUERY_NODE_LOG,                  0xF02E, NAP_QUERY_LIST,                  LIST)       \
+    ROW(NAP_QUERY_TRACE_FILE,                0xF02F, NAP_QUERY_LIST,                  LIST)       \
     /* single records */                                                                          \
     ROW(NAP_QUERY_NODE,                      0x212C, NAP_QUERY_NODE_VERB,             RECORD)     \
     ROW(NAP_QUERY_NODE_LIMITS,               0xF00B, NAP_QUERY_NODE_LIMITS_VERB,      RECORD)     \
@@ -160,7 +164,9 @@
     ROW(NAP_DEFINE_TN3270_SLP,               0xF0E0, NAP_TN3270_SLP_VERB,             DEFINE)     \
     ROW(NAP_DEFINE_TN3270_EXPRESS_LOGON,     0xF08E, NAP_TN3270_EXPRESS_LOGON_VERB,   DEFINE)     \
     ROW(NAP_DEFINE_TAMRIX_APPCIP_DEFAULTS,   0xFC00, NAP_TAMRIX_DEFAULTS_VERB,        DEFINE)     \
+    ROW(NAP_DELETE_TAMRIX_APPCIP_DEFAULTS,   0xFC01, NAP_TAMRIX_DEFAULTS_VERB,        DELETE)     \
     ROW(NAP_SET_DLC_TRACE,                   0x8000, NAP_QUERY_TRACE_VERB,            DEFINE)     \
+    ROW(NAP_REMOVE_DLC_TRACE,                0x8001, NAP_QUERY_TRACE_VERB,            DELETE)     \
     ROW(NAP_SET_TRACE_TYPE,                  0xF026, NAP_QUERY_TRACE_VERB,            DEFINE)     \
     ROW(NAP_SET_CS_TRACE,                    0xF070, NAP_QUERY_TRACE_VERB,            DEFINE)     \
     ROW(NAP_SET_BCK_CS_TRACE,                0xF0A0, NAP_QUERY_TRACE_VERB,            DEFINE)     \
@@ -178,6 +184,11 @@
     ROW(NAP_INIT_NODE,                       0xF008, NAP_NAME_VERB,                   START)      \
     ROW(NAP_STOP_NODE,                       0x2059, NAP_NAME_VERB,                   STOP)       \
     ROW(NAP_CHANGE_SESSION_LIMIT,            0x6004, NAP_SESSION_LIMIT_VERB,          LIMIT)      \
+    /* sessions of a node's LUs */                                                                \
+    ROW(NAP_END_LU_SESSION,                  0x6010, NAP_END_LU_SESSION_VERB,         OPERATE)    \
+    ROW(NAP_ACTIVATE_SESSION,                0x6011, NAP_LU62_SESSION_VERB,           OPERATE)    \
+    ROW(NAP_DEACTIVATE_SESSION,              0x6012, NAP_LU62_SESSION_VERB,           OPERATE)    \
+    ROW(NAP_END_TN3270_CLIENT,               0x6013, NAP_END_TN_CLIENT_VERB,          OPERATE)    \
     /* configuration of the domain */                                                             \
     ROW(NAP_ADD_BACKUP,                      0xF072, NAP_NAME_VERB,                   DEFINE)     \
     ROW(NAP_DELETE_BACKUP,                   0xF073, NAP_NAME_VERB,                   DELETE)     \
@@ -224,9 +235,11 @@ enum nap_verb_kind {
     NAP_KIND_START,
     NAP_KIND_STOP,
     NAP_KIND_LIMIT,
+    NAP_KIND_OPERATE,
     NAP_KIND_INDICATION
 };
-#define NAP_KIND_CHANGES(kind) ((kind) >= NAP_KIND_DEFINE && (kind) <= NAP_KIND_LIMIT)
+#define NAP_KIND_CHANGES(kind) ((kind) >= NAP_KIND_DEFINE && (kind) <= NAP_KIND_OPERATE)
+#define NAP_KIND_COPIED(kind)  ((kind) >= NAP_KIND_DEFINE && (kind) <= NAP_KIND_LIMIT)
 
 typedef struct nap_verb {
     NB_USHORT opcode;
@@ -314,6 +327,7 @@ static inline const NB_CHAR *nap_secondary_name(NB_ULONG code) {
         NAP_CODE(NAP_NODE_NOT_ACTIVE),     NAP_CODE(NAP_LAST_BACKUP),
         NAP_CODE(NAP_STORE_FAILED),        NAP_CODE(NAP_SINK_OVERFLOW),
         NAP_CODE(NAP_SYSTEM_FILE_CHANGED), NAP_CODE(NAP_NO_HPR_CONNECTION),
+        NAP_CODE(NAP_LIMIT_REACHED),       NAP_CODE(NAP_PARTNER_UNREACHABLE),
     };
     return nap_find_code(names, sizeof(names) / sizeof(names[0]), code);
 }

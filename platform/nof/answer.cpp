@@ -55,7 +55,7 @@ bool fill_list(const Verb &verb, const Frame &frame) {
 }
 
 bool may_be_indicated(NB_UCHAR kind) {
-    return kind != NAP_KIND_SESSION && kind != NAP_KIND_LIST && kind != NAP_KIND_RECORD;
+    return NAP_KIND_COPIED(kind) || kind == NAP_KIND_INDICATION;
 }
 
 } // namespace

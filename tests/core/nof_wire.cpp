@@ -169,9 +169,8 @@ TEST(Answer, WhatMayBeIndicated) {
         Bytes block(row.block_size, 7);
         std::memcpy(block.data(), &header, sizeof(header));
         NB_UCHAR copy[NOF_MAX_VCB];
-        const bool queries = row.kind == NAP_KIND_SESSION || row.kind == NAP_KIND_LIST ||
-                             row.kind == NAP_KIND_RECORD;
-        EXPECT_EQ(nof::copy_indication(frame_of(block, {}), copy), !queries);
+        const bool told = NAP_KIND_COPIED(row.kind) || row.kind == NAP_KIND_INDICATION;
+        EXPECT_EQ(nof::copy_indication(frame_of(block, {}), copy), told);
         EXPECT_FALSE(nof::copy_indication(frame_of(block, Bytes(4)), copy));
         Bytes longer = block;
         longer.resize(block.size() + 4);
