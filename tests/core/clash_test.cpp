@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "modelrecords.h"
+#include "partners.h"
 
 SCRIPTED_NOF_ENTRY
 

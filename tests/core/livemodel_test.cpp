@@ -180,7 +180,7 @@ std::map<NB_VOID *, NB_ULONG> open_dialogs(VGA_DIALOG *dialog) {
     std::map<NB_VOID *, NB_ULONG> handles;
     vga_walk_model([&handles, dialog](auto &record, const char *, auto *) {
         handles[&record] = record.handle;
-        record.gui_data.dialog = record.gui_data.listed ? dialog : nullptr;
+        record.gui_data.dialog = record.gui_data.list != nullptr ? dialog : nullptr;
     });
     return handles;
 }
@@ -202,7 +202,7 @@ TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
     run(3);
     EXPECT_EQ(vga_dump_model(), whole);
     vga_walk_model([dialog](auto &record, const char *type, auto *) {
-        EXPECT_EQ(record.gui_data.dialog, record.gui_data.listed ? dialog : nullptr) << type;
+        EXPECT_EQ(record.gui_data.dialog, record.gui_data.list != nullptr ? dialog : nullptr) << type;
     });
     const auto after = open_dialogs(nullptr);
     for (const auto &[record, handle] : before) {

@@ -72,7 +72,7 @@ TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
         EXPECT_EQ(add_ls(port, "HOST", NAP_ADJ_HOST, "NEWPU"), host);
         EXPECT_NE(host->local_pu, pu);
         EXPECT_EQ(pu->ls_entry, nullptr);
-        EXPECT_FALSE(lu->gui_data.listed);
+        EXPECT_EQ(lu->gui_data.list, nullptr);
         check_model();
 
         put_pu("HOSTPU", NAP_DIRECT_ATTACHED, "HOST");
@@ -104,7 +104,7 @@ TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
 TEST_F(ModelChange, APuServedByADependentLuServerMayChange) {
     vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
     VGA_LOCAL_PU *pu = put_pu("SERVED", NAP_DLUR_ATTACHED);
-    EXPECT_TRUE(pu->gui_data.listed);
+    EXPECT_NE(pu->gui_data.list, nullptr);
     EXPECT_EQ(put_pu("SERVED"), pu);
     check_model();
     vga_delete_vga_local_pu(pu);

@@ -276,6 +276,25 @@ NB_USHORT find_predecessor(const VGA_VIEWER_LIST &list, const VGA_VIEWER_ITEM *p
     return 1;
 }
 
+/* REQUIRES: nothing of the list refers to the item. */
+NB_VOID take_out(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
+    VGA_VIEWER_LIST *list = vga_viewer_siblings(root, item);
+    mark_from(root, item, vga_viewer_list_lines(list) == item->lines);
+    leave(list, item);
+    item->in_list = 0;
+    recount(root, item->parent);
+}
+
+NB_VOID put_in(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, VGA_VIEWER_ITEM *after) {
+    VGA_VIEWER_LIST *list = vga_viewer_siblings(root, item);
+    const NB_USHORT first_child = vga_viewer_list_lines(list) == 0;
+    enter(list, item, after);
+    item->in_list = 1;
+    recount(root, item->parent);
+    mark_from(root, item, first_child);
+    tell_lines_changed(root);
+}
+
 } // namespace
 
 NB_VOID vga_viewer_add_up(VGA_VIEWER_LIST *list, VGA_VIEWER_ITEM *node) {
@@ -315,17 +334,11 @@ NB_VOID vga_create_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHOR
     item->data = data;
     item->parent = parent;
     item->lines = 1;
-    VGA_VIEWER_LIST *list = vga_viewer_siblings(root, item);
-    if (find_predecessor(*list, parent, &after) == 0) {
+    if (find_predecessor(*vga_viewer_siblings(root, item), parent, &after) == 0) {
         v0_assert_fatal(__FILE__, __LINE__, "FALSE");
         return;
     }
-    const NB_USHORT first_child = vga_viewer_list_lines(list) == 0;
-    enter(list, item, after);
-    item->in_list = 1;
-    recount(root, parent);
-    mark_from(root, item, first_child);
-    tell_lines_changed(root);
+    put_in(root, item, after);
 }
 
 NB_VOID vga_delete_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *viewer) {
@@ -334,16 +347,41 @@ NB_VOID vga_delete_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *viewer) {
         return;
     }
     const SELECTION_WATCH watch(root);
-    VGA_VIEWER_LIST *list = vga_viewer_siblings(root, viewer);
     vga_viewer_let_go(root, viewer);
     NB_ASSERT_FATAL(root->select_anchor != viewer);
     NB_ASSERT_FATAL(root->last_dragged != viewer);
     NB_ASSERT_FATAL(root->outline_viewer != viewer);
-    mark_from(root, viewer, vga_viewer_list_lines(list) == viewer->lines);
-    leave(list, viewer);
-    viewer->in_list = 0;
-    recount(root, viewer->parent);
+    take_out(root, viewer);
     tell_lines_changed(root);
+}
+
+NB_VOID vga_move_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT type,
+                        VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after) {
+    const SELECTION_WATCH watch(root);
+    const NB_USHORT outlined = root->outline_viewer == item;
+    const NB_USHORT selected = item->selected != 0 && root->select_count == 1;
+    if (item->selected != 0 || item->parent != parent) {
+        vga_viewer_let_go(root, item);
+    }
+    if (item->in_list != 0 && !went_with_parent(item)) {
+        take_out(root, item);
+    }
+    item->type = static_cast<NB_UCHAR>(type);
+    item->laid_out = 0;
+    item->parent = parent;
+    if (find_predecessor(*vga_viewer_siblings(root, item), parent, &after) == 0) {
+        v0_assert_fatal(__FILE__, __LINE__, "FALSE");
+        return;
+    }
+    item->up = item->left = item->right = nullptr;
+    put_in(root, item, after);
+    if (outlined && vga_viewer_is_visible(item)) {
+        vga_viewer_set_outline(root, item, 1);
+    }
+    if (selected && vga_viewer_is_visible(item)) {
+        vga_viewer_mark_selected(root, item, 1, 1);
+        root->select_anchor = item;
+    }
 }
 
 NB_VOID vga_update_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {

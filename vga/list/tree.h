@@ -106,6 +106,13 @@ extern VGA_VIEWER_ITEM gvga_viewer_first;
 NB_VOID vga_create_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT type,
                           NB_VOID *data, VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after);
 
+/* Takes an item with all below it to another place of its list, as vga_create_viewer says, and
+ * makes it a line of that type.  What is open below it stays open.  Selection and outline of the
+ * item alone go with it while it can be seen; under another parent, those below it are let go of.
+ * REQUIRES: `after` is not the item. */
+NB_VOID vga_move_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT type,
+                        VGA_VIEWER_ITEM *parent, VGA_VIEWER_ITEM *after);
+
 /* Takes an item and all below it off the list.  Anchor, outline, drag and selection let go of them
  * first, and the window's buttons are set when the selection changed.  The children stay the
  * item's; deleting them behind it, as long as the item's memory lives, costs nothing and may be
@@ -130,6 +137,21 @@ NB_VOID vga_viewer_copy_state(const VGA_VIEWER_ITEM *old_item, VGA_VIEWER_ITEM *
                               VGA_VIEWER_ROOT *root);
 
 /* Positions. */
+
+/* What a new line under `parent` goes behind: the last sibling for which before(item) is 1, or
+ * VGA_VIEWER_FIRST.  REQUIRES: behind the leading fixed lines, those for which it is come first. */
+template <class Before>
+VGA_VIEWER_ITEM *vga_viewer_find_place(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *parent,
+                                       Before before) {
+    VGA_VIEWER_ITEM *place = VGA_VIEWER_FIRST;
+    VGA_VIEWER_ITEM *item = parent != nullptr ? parent->children.root : root->top_items.root;
+    while (item != nullptr) {
+        const NB_USHORT is_before = !item->fixed && before(*item);
+        place = is_before ? item : place;
+        item = is_before || item->fixed ? item->right : item->left;
+    }
+    return place;
+}
 
 /* The visible lines of a list. */
 NB_ULONG vga_viewer_list_lines(const VGA_VIEWER_LIST *list);

@@ -4,6 +4,7 @@
 #include "nbproblem.h"
 #include "nofcopy.h"
 #include "opcodeindex.h"
+#include "partners.h"
 #include "schemas.h"
 #include "vgadsadd.h"
 #include "vgadsutl.h"
@@ -92,7 +93,7 @@ VGA_ENTRY_RESULT add_extra_data(VGA_NODE *node, const NB_UCHAR *entry) {
                   vga_insert_vga_extra_data);
 }
 
-/* A mode in use also tells of the partner, where it is, and the sessions with it. */
+/* A mode in use also tells of the partner. */
 VGA_ENTRY_RESULT add_mode(VGA_NODE *node, const NB_UCHAR *entry) {
     NAP_MODE_DATA data = nap_copy<NAP_MODE_DATA>(entry);
     VGA_LU62 *lu = vga_find_lu62_by_alias(node, data.lu_alias);
@@ -112,9 +113,6 @@ VGA_ENTRY_RESULT add_mode(VGA_NODE *node, const NB_UCHAR *entry) {
         insert(vga_init_vga_plu(lu, &partner), vga_insert_vga_plu) != VGA_ENTRY_ADDED) {
         return VGA_ENTRY_NO_MEMORY;
     }
-    if (vga_add_vga_rem_sess(node, as_entry<NAP_MODE_DATA>(entry)) == nullptr) {
-        return VGA_ENTRY_NO_MEMORY;
-    }
     return insert(vga_init_vga_mode(lu, as_entry<NAP_MODE_DATA>(entry)), vga_insert_vga_mode);
 }
 
@@ -124,42 +122,14 @@ VGA_ENTRY_RESULT add_plu(VGA_NODE *node, const NB_UCHAR *entry) {
     if (lu == nullptr) {
         return owner_missing(NAP_QUERY_PARTNER_LU, data.lu_alias, 8);
     }
-    if (vga_need_rem_plu(node, data.fq_cp_name, data.fqplu_name, NAP_DIR_LU) == nullptr) {
-        return VGA_ENTRY_NO_MEMORY;
-    }
     return insert(vga_init_vga_plu(lu, as_entry<NAP_PLU_DATA>(entry)), vga_insert_vga_plu);
-}
-
-/* A directory entry names a remote system, or a partner LU and the system that has it. */
-VGA_ENTRY_RESULT add_dir(VGA_NODE *node, const NB_UCHAR *entry) {
-    NAP_DIR_DATA data = nap_copy<NAP_DIR_DATA>(entry);
-    NB_UCHAR *own_cp = node->node_data.info.fq_cp_name;
-    NB_USHORT own = memcmp(data.fqcp_name, own_cp, sizeof(data.fqcp_name)) == 0;
-    if (!own &&
-        (data.resource_type == NAP_DIR_END_NODE || data.resource_type == NAP_DIR_NETWORK_NODE)) {
-        VGA_REM_SYS *system = vga_init_vga_rem_sys(node, as_entry<NAP_DIR_DATA>(entry));
-        if (system == nullptr) {
-            return VGA_ENTRY_NO_MEMORY;
-        }
-        system->defined = 1;
-        vga_insert_vga_rem_sys(system);
-    } else if (!own) {
-        VGA_REM_PLU *plu =
-            vga_need_rem_plu(node, data.fqcp_name, data.resource_name, data.resource_type);
-        if (plu == nullptr) {
-            return VGA_ENTRY_NO_MEMORY;
-        }
-        plu->in_directory = 1;
-    }
-    return insert(vga_init_vga_dir(node, as_entry<NAP_DIR_DATA>(entry)), vga_insert_vga_dir);
 }
 
 /* A definition goes to the partner wherever the directory or the sessions have put it, else under
  * the placeholder. */
 VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
     NAP_PLU_DEF_DATA data = nap_copy<NAP_PLU_DEF_DATA>(entry);
-    static const NB_UCHAR unknown_cp[sizeof(VGA_REM_SYS::name)] = {};
-    VGA_REM_PLU *known = vga_need_rem_plu(node, unknown_cp, data.fqplu_name, NAP_DIR_LU);
+    VGA_REM_PLU *known = vga_need_rem_plu(node, data.fqplu_name, NAP_DIR_LU);
     if (known == nullptr) {
         return VGA_ENTRY_NO_MEMORY;
     }
@@ -199,7 +169,7 @@ constexpr VGA_LIST lists[] = {
     {NAP_QUERY_COS, &records::cos, VGA_OF(of_node, vga_cos)},
     {NAP_QUERY_COS_NODE_ROW, &records::cos_node_row, VGA_OF_OWNER(cos_node_row, "cos_name", vga_find_cos, vga_cos_node_row)},
     {NAP_QUERY_COS_TG_ROW, &records::cos_tg_row, VGA_OF_OWNER(cos_tg_row, "cos_name", vga_find_cos, vga_cos_tg_row)},
-    {NAP_QUERY_DIRECTORY_ENTRY, &records::directory, add_dir},
+    {NAP_QUERY_DIRECTORY_ENTRY, &records::directory, VGA_OF(of_node, vga_dir)},
     {NAP_QUERY_PARTNER_LU, &records::plu, add_plu},
     {NAP_QUERY_PARTNER_LU_DEFINITION, &records::plu_def, add_plu_def},
     {NAP_QUERY_TP_DEFINITION, &records::tp, VGA_OF(of_node, vga_tp_def)},

@@ -50,20 +50,17 @@ struct VGA_LOCAL_PU : VGA_RECORD<VGA_NODE, NAP_PU_DATA> {
 
 struct VGA_LU03 : VGA_RECORD<VGA_LOCAL_PU, NAP_LU03_DATA> {
     AVL_NODE links;
-    AVL_NODE domain_links;
+    VGA_SHARED_LINK domain_links;
     NB_UCHAR name[8];
     const NB_UCHAR *domain_key; /* points at `name`: what the domain's index compares */
     VGA_EXTRA_DATA *extra_data; /* null: none */
-
-    /* Ring of the LUs of that name in the domain, of which one stands in its index. */
-    VGA_LU03 *next_namesake, *previous_namesake;
 };
 
 #define VGA_EXTRA_DISPLAY_NAME 0 /* what users call the LU */
 
 /* Additional data of a dependent LU, which owns it. */
 struct VGA_EXTRA_DATA : VGA_RECORD<VGA_LU03, NAP_EXTRA_DATA_DATA> {
-    AVL_NODE links;
+    VGA_SHARED_LINK links;
     NB_UCHAR name[14]; /* local, padded with blanks */
     NB_USHORT kind;    /* VGA_EXTRA_DISPLAY_NAME */
 };

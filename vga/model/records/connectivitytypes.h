@@ -17,8 +17,8 @@ template <> struct VGA_RECORD_TYPE<VGA_PORT> : VGA_RECORD_DEFAULTS<VGA_PORT> {
     static constexpr const NB_CHAR *dialog_text =
         "port->gui_data.dialog->parent_item == (NB_VOID *)port";
     static std::array<VGA_INDEX_LINK, 2> links(VGA_PORT &port) {
-        return {{{&port.node->ports, &port.node_links, port.name, 0},
-                 {&port.parent->ports, &port.dlc_links, port.name, 0}}};
+        return {vga_index(port.node->ports, port.node_links, port.name),
+                vga_index(port.parent->ports, port.dlc_links, port.name)};
     }
     static NB_VOID init(VGA_PORT &port) {
         port.node = port.parent->parent;
@@ -31,7 +31,7 @@ template <> struct VGA_RECORD_TYPE<VGA_PORT> : VGA_RECORD_DEFAULTS<VGA_PORT> {
                sizeof(NAP_PORT_DET));
     }
     static VGA_LINE_PLACE line(VGA_PORT &port) {
-        return {&port.node->connectivity_root, nullptr, VGA_VIEWER_PORT, &port.node_links};
+        return {&port.node->connectivity_root, nullptr, VGA_VIEWER_PORT, &port.node_links, 0};
     }
     static NB_VOID delete_children(VGA_PORT &port) { vga_delete_all<VGA_LS>(port.link_stations); }
 };
@@ -40,8 +40,8 @@ template <> struct VGA_RECORD_TYPE<VGA_LS> : VGA_RECORD_DEFAULTS<VGA_LS> {
     static constexpr const NB_CHAR *dialog_text =
         "ls->gui_data.dialog->parent_item == (NB_VOID *)ls";
     static std::array<VGA_INDEX_LINK, 2> links(VGA_LS &ls) {
-        return {{{&ls.parent->node->link_stations, &ls.node_links, ls.name, 0},
-                 {&ls.parent->link_stations, &ls.port_links, ls.name, 0}}};
+        return {vga_index(ls.parent->node->link_stations, ls.node_links, ls.name),
+                vga_index(ls.parent->link_stations, ls.port_links, ls.name)};
     }
     static NB_VOID init(VGA_LS &ls) {
         VGA_COPY_KEY(ls.name, ls.vcb->ls_name);
@@ -54,11 +54,11 @@ template <> struct VGA_RECORD_TYPE<VGA_LS> : VGA_RECORD_DEFAULTS<VGA_LS> {
     }
     static VGA_LINE_PLACE line(VGA_LS &ls) {
         NB_UCHAR partner = ls.vcb->def_data.adj_cp_type;
-        NB_UCHAR type = partner == NAP_ADJ_HOST || partner == NAP_ADJ_DOWNSTREAM
-                            ? VGA_VIEWER_LS
-                            : VGA_VIEWER_LS_LEAF;
+        NB_USHORT opens = partner == NAP_ADJ_HOST || partner == NAP_ADJ_DOWNSTREAM;
+        VGA_VIEWER_TYPE type = opens ? VGA_VIEWER_LS : VGA_VIEWER_LS_LEAF;
+        VGA_VIEWER_TYPE other = opens ? VGA_VIEWER_LS_LEAF : VGA_VIEWER_LS;
         return {&ls.parent->node->connectivity_root, &ls.parent->gui_data.viewer, type,
-                &ls.port_links};
+                &ls.port_links, other};
     }
     static NB_USHORT settled(VGA_LS &ls);
     static NB_VOID delete_children(VGA_LS &ls);
@@ -87,15 +87,14 @@ struct VGA_RECORD_TYPE<VGA_LOCAL_PU>
         vga_init_tree(pu.extra_list, vga_compare_asc14);
     }
     /* The line of a link station stands for the PU that it makes; only a DLUR-served PU has a line
-     * of its own, under the placeholder port, and keeps it. */
+     * of its own, under the placeholder port. */
     static VGA_LINE_PLACE line(VGA_LOCAL_PU &pu) {
         VGA_PORT *port = pu.parent->dlur_fake_port;
-        NB_USHORT served = pu.vcb->host_attachment == NAP_DLUR_ATTACHED || pu.gui_data.listed;
-        if (!served || port == nullptr) {
+        if (pu.vcb->host_attachment != NAP_DLUR_ATTACHED || port == nullptr) {
             return {};
         }
         return {&pu.parent->connectivity_root, &port->gui_data.viewer, VGA_VIEWER_LOCAL_PU,
-                &pu.links};
+                &pu.links, 0};
     }
     static NB_USHORT settled(VGA_LOCAL_PU &pu);
     static NB_VOID delete_children(VGA_LOCAL_PU &pu) { vga_delete_all<VGA_LU03>(pu.lus); }
@@ -113,8 +112,10 @@ template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
     static constexpr const NB_CHAR *dialog_text =
         "deplu->gui_data.dialog->common.parent_item == (NB_VOID *)deplu";
     static std::array<VGA_INDEX_LINK, 2> links(VGA_LU03 &lu) {
-        return {{{&lu.parent->lus, &lu.links, lu.name, 0},
-                 {&gvga_system->dependent_lus, &lu.domain_links, &lu.domain_key, 1}}};
+        VGA_INDEX_LINK of_domain =
+            vga_index(gvga_system->dependent_lus, lu.domain_links, lu.domain_key);
+        of_domain.key_size = 0; /* points at `name` */
+        return {vga_index(lu.parent->lus, lu.links, lu.name), of_domain};
     }
     static NB_VOID init(VGA_LU03 &lu) {
         VGA_COPY_KEY(lu.name, lu.vcb->lu_name);
@@ -123,24 +124,19 @@ template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
     static VGA_LINE_PLACE line(VGA_LU03 &lu) {
         VGA_LOCAL_PU &pu = *lu.parent;
         VGA_GUI_DATA &over = pu.ls_entry != nullptr ? pu.ls_entry->gui_data : pu.gui_data;
-        if (!over.listed) {
-            return {};
-        }
-        return {&pu.parent->connectivity_root, &over.viewer, VGA_VIEWER_DEPLU, &lu.links};
+        return {over.list, &over.viewer, VGA_VIEWER_DEPLU, &lu.links, 0};
     }
     static NB_VOID merged(VGA_LU03 &kept, VGA_LU03 &fresh);
-    static NB_VOID linked(VGA_LU03 &lu);
-    static NB_VOID delete_children(VGA_LU03 &lu);
+    static NB_VOID delete_children(VGA_LU03 &lu) { vga_delete_lu03_extra_data(&lu); }
     static NB_VOID unlinked(VGA_LU03 &lu) { vga_remove_pool_lu(&lu); }
 };
 
 /* The LU owns it; the PU's second list finds it.  Two LUs may be called the same. */
 template <> struct VGA_RECORD_TYPE<VGA_EXTRA_DATA> : VGA_RECORD_DEFAULTS<VGA_EXTRA_DATA> {
     static std::array<VGA_INDEX_LINK, 1> links(VGA_EXTRA_DATA &extra) {
-        return {{{&extra.parent->parent->extra_list, &extra.links, extra.name, 1}}};
+        return {vga_index(extra.parent->parent->extra_list, extra.links, extra.name)};
     }
     static NB_VOID init(VGA_EXTRA_DATA &extra);
-    static NB_VOID merged(VGA_EXTRA_DATA &kept, VGA_EXTRA_DATA &fresh);
 };
 
 template <>
@@ -163,12 +159,11 @@ template <>
 struct VGA_RECORD_TYPE<VGA_DOWN_LU>
     : VGA_ONE_INDEX<VGA_DOWN_LU, &VGA_DOWN_PU::lus, &VGA_DOWN_LU::name, NTL_NAME_WIDTH> {
     static VGA_LINE_PLACE line(VGA_DOWN_LU &lu) {
-        VGA_DOWN_PU &pu = *lu.parent;
-        if (pu.ls_entry == nullptr || !pu.ls_entry->gui_data.listed) {
+        VGA_LS *ls = lu.parent->ls_entry;
+        if (ls == nullptr) {
             return {};
         }
-        return {&pu.parent->connectivity_root, &pu.ls_entry->gui_data.viewer, VGA_VIEWER_DOWN_LU,
-                &lu.links};
+        return {ls->gui_data.list, &ls->gui_data.viewer, VGA_VIEWER_DOWN_LU, &lu.links, 0};
     }
 };
 
@@ -217,7 +212,7 @@ struct VGA_RECORD_TYPE<VGA_PRIMARY_LINE>
             return {};
         }
         return {&line.parent->connectivity_root, &port->gui_data.viewer, VGA_VIEWER_PRIMARY_LINE,
-                &line.links};
+                &line.links, 0};
     }
     static NB_VOID delete_children(VGA_PRIMARY_LINE &line) {
         vga_delete_all<VGA_PRIMARY_LU0>(line.lus);
@@ -226,17 +221,13 @@ struct VGA_RECORD_TYPE<VGA_PRIMARY_LINE>
 
 template <> struct VGA_RECORD_TYPE<VGA_PRIMARY_LU0> : VGA_RECORD_DEFAULTS<VGA_PRIMARY_LU0> {
     static std::array<VGA_INDEX_LINK, 2> links(VGA_PRIMARY_LU0 &lu) {
-        return {{{&lu.parent->parent->primary_lu0s, &lu.links, lu.name, 0},
-                 {&lu.parent->lus, &lu.line_links, lu.name, 0}}};
+        return {vga_index(lu.parent->parent->primary_lu0s, lu.links, lu.name),
+                vga_index(lu.parent->lus, lu.line_links, lu.name)};
     }
     static NB_VOID init(VGA_PRIMARY_LU0 &lu) { VGA_COPY_KEY(lu.name, lu.vcb->lu_name); }
     static VGA_LINE_PLACE line(VGA_PRIMARY_LU0 &lu) {
-        VGA_PRIMARY_LINE &over = *lu.parent;
-        if (!over.gui_data.listed) {
-            return {};
-        }
-        return {&over.parent->connectivity_root, &over.gui_data.viewer, VGA_VIEWER_PRIMARY_LU0,
-                &lu.line_links};
+        VGA_GUI_DATA &over = lu.parent->gui_data;
+        return {over.list, &over.viewer, VGA_VIEWER_PRIMARY_LU0, &lu.line_links, 0};
     }
 };
 
@@ -251,12 +242,9 @@ struct VGA_RECORD_TYPE<VGA_RTP_CONN>
  * LUs stand below that of the link station. */
 
 template <class Pu> NB_VOID vga_renew_lu_lines(Pu &pu) {
-    vga_for_each(pu.lus, &VGA_LU_OF<Pu>::links, [&pu](VGA_LU_OF<Pu> &lu) {
-        if (lu.gui_data.listed) {
-            vga_delete_viewer(&pu.parent->connectivity_root, &lu.gui_data.viewer);
-            lu.gui_data.listed = 0;
-        }
-        vga_create_line(&lu);
+    vga_for_each(pu.lus, &VGA_LU_OF<Pu>::links, [](VGA_LU_OF<Pu> &lu) {
+        vga_delete_line(&lu);
+        vga_place_line(&lu);
     });
 }
 

@@ -5,9 +5,17 @@
 
 #include "model.h"
 
+/* A record that names a partner LU: an entry of the directory, a partner or a mode in use
+ * (partners.h). */
+struct VGA_PARTNER_REF {
+    VGA_REM_PLU *plu; /* null: none */
+    VGA_PARTNER_REF *next, *previous;
+    NB_UCHAR fqcp_name[17]; /* where the record says that it is; blank: it does not say */
+};
+
 struct VGA_LU62 : VGA_RECORD<VGA_NODE, NAP_LOCAL_LU_DATA> {
     AVL_NODE name_links;
-    AVL_NODE alias_links;
+    VGA_SHARED_LINK alias_links; /* aliases that two LUs swap are one LU's for a while */
     NB_UCHAR name[8];
     NB_UCHAR alias[8];             /* local */
     AVL_TREE modes;                /* VGA_MODE */
@@ -25,11 +33,13 @@ struct VGA_MODE_DEF : VGA_RECORD<VGA_NODE, NAP_MODE_DEF_DATA> {
 struct VGA_MODE : VGA_RECORD<VGA_LU62, NAP_MODE_DATA> {
     AVL_NODE links;
     VGA_MODE_KEY key;
+    VGA_PARTNER_REF partner;
 };
 
 struct VGA_PLU : VGA_RECORD<VGA_LU62, NAP_PLU_DATA> {
     AVL_NODE links;
     VGA_PLU_KEY key;
+    VGA_PARTNER_REF partner;
 };
 
 struct VGA_COS : VGA_RECORD<VGA_NODE, NAP_COS_DATA> {
@@ -52,6 +62,8 @@ struct VGA_COS_TG_ROW : VGA_RECORD<VGA_COS, NAP_COS_TG_ROW_DATA> {
 struct VGA_DIR : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
     AVL_NODE links;
     VGA_DIR_KEY key;
+    NB_USHORT of_system;     /* flag: its remote system counts it */
+    VGA_PARTNER_REF partner; /* of the entry of an LU */
 };
 
 /* A remote system has no list of its own: directory entries, modes and partner definitions name
@@ -59,17 +71,18 @@ struct VGA_DIR : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
 struct VGA_REM_SYS : VGA_RECORD<VGA_NODE, NAP_DIR_DATA> {
     AVL_NODE links;
     NB_UCHAR name[17];
-    NB_USHORT defined; /* flag: the directory holds it */
+    NB_ULONG defined; /* directory entries of this control point; 0: others name it */
     AVL_TREE remote_plu_tree;
 };
 
 struct VGA_REM_PLU : VGA_RECORD<VGA_REM_SYS, NAP_PLU_DEF_DATA> {
     AVL_NODE links;
-    AVL_NODE node_links;
+    VGA_SHARED_LINK node_links;
     VGA_REM_PLU_KEY key;
-    NB_USHORT defined;      /* flag: a partner LU definition exists */
-    NB_USHORT in_directory; /* flag: a directory entry exists */
+    NB_USHORT defined;     /* flag: a partner LU definition exists */
+    NB_ULONG in_directory; /* directory entries of it */
     AVL_TREE sess_tree;
+    VGA_PARTNER_REF *named_by; /* ring; the first says where it is, if any does */
 };
 
 /* Sessions of one local LU with one mode to a partner. */

@@ -6,8 +6,8 @@
 
 template <> struct VGA_RECORD_TYPE<VGA_LU62> : VGA_RECORD_DEFAULTS<VGA_LU62> {
     static std::array<VGA_INDEX_LINK, 2> links(VGA_LU62 &lu) {
-        return {{{&lu.parent->lus, &lu.name_links, lu.name, 0},
-                 {&lu.parent->lu_aliases, &lu.alias_links, lu.alias, 0}}};
+        return {vga_index(lu.parent->lus, lu.name_links, lu.name),
+                vga_index(lu.parent->lu_aliases, lu.alias_links, lu.alias)};
     }
     static NB_VOID init(VGA_LU62 &lu) {
         VGA_COPY_KEY(lu.name, lu.vcb->lu_name);
@@ -39,13 +39,19 @@ struct VGA_RECORD_TYPE<VGA_MODE>
     : VGA_ONE_INDEX<VGA_MODE, &VGA_LU62::modes, &VGA_MODE::key, NTL_NAME_WIDTH> {
     static VGA_LINE_PLACE line(VGA_MODE &mode) {
         VGA_LU62 &lu = *mode.parent;
-        return {&lu.parent->local_lu_root, &lu.gui_data.viewer, VGA_VIEWER_MODE, &mode.links};
+        return {&lu.parent->local_lu_root, &lu.gui_data.viewer, VGA_VIEWER_MODE, &mode.links, 0};
     }
+    static NB_VOID merged(VGA_MODE &kept, VGA_MODE &fresh);
+    static NB_USHORT settled(VGA_MODE &mode);
+    static NB_VOID unlinked(VGA_MODE &mode);
 };
 
 template <>
 struct VGA_RECORD_TYPE<VGA_PLU>
-    : VGA_ONE_INDEX<VGA_PLU, &VGA_LU62::partners, &VGA_PLU::key, NTL_NAME_WIDTH> {};
+    : VGA_ONE_INDEX<VGA_PLU, &VGA_LU62::partners, &VGA_PLU::key, NTL_NAME_WIDTH> {
+    static NB_USHORT settled(VGA_PLU &plu);
+    static NB_VOID unlinked(VGA_PLU &plu) { vga_forget_partner(plu.partner); }
+};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_COS>
@@ -72,7 +78,10 @@ struct VGA_RECORD_TYPE<VGA_COS_TG_ROW>
                     NTL_NAME_WIDTH> {};
 
 template <>
-struct VGA_RECORD_TYPE<VGA_DIR> : VGA_ONE_INDEX<VGA_DIR, &VGA_NODE::directory, &VGA_DIR::key> {};
+struct VGA_RECORD_TYPE<VGA_DIR> : VGA_ONE_INDEX<VGA_DIR, &VGA_NODE::directory, &VGA_DIR::key> {
+    static NB_USHORT settled(VGA_DIR &dir);
+    static NB_VOID unlinked(VGA_DIR &dir);
+};
 
 template <>
 struct VGA_RECORD_TYPE<VGA_REM_SYS>
@@ -81,7 +90,6 @@ struct VGA_RECORD_TYPE<VGA_REM_SYS>
         VGA_ONE_INDEX::init(system);
         vga_init_tree(system.remote_plu_tree, vga_compare_rem_plu);
     }
-    static NB_VOID merged(VGA_REM_SYS &kept, VGA_REM_SYS &fresh);
     static constexpr auto line =
         vga_top_line<VGA_REM_SYS, &VGA_NODE::rem_sys_root, VGA_VIEWER_REM_SYS>;
     static NB_VOID unlinked(VGA_REM_SYS &system) {
@@ -93,8 +101,8 @@ struct VGA_RECORD_TYPE<VGA_REM_SYS>
 
 template <> struct VGA_RECORD_TYPE<VGA_REM_PLU> : VGA_RECORD_DEFAULTS<VGA_REM_PLU> {
     static std::array<VGA_INDEX_LINK, 2> links(VGA_REM_PLU &plu) {
-        return {{{&plu.parent->remote_plu_tree, &plu.links, &plu.key, 0},
-                 {&plu.parent->parent->remote_plus, &plu.node_links, &plu.key, 1}}};
+        return {vga_index(plu.parent->remote_plu_tree, plu.links, plu.key),
+                vga_index(plu.parent->parent->remote_plus, plu.node_links, plu.key)};
     }
     static NB_VOID init(VGA_REM_PLU &plu) {
         VGA_COPY_KEY(plu.key.fqplu_name, plu.vcb->fqplu_name);
@@ -104,10 +112,12 @@ template <> struct VGA_RECORD_TYPE<VGA_REM_PLU> : VGA_RECORD_DEFAULTS<VGA_REM_PL
     static NB_VOID merged(VGA_REM_PLU &kept, VGA_REM_PLU &fresh);
     static VGA_LINE_PLACE line(VGA_REM_PLU &plu) {
         VGA_REM_SYS &system = *plu.parent;
-        NB_UCHAR type =
-            plu.key.type == NAP_DIR_WILDCARD_LU ? VGA_VIEWER_REM_PLU_LEAF : VGA_VIEWER_REM_PLU;
-        return {&system.parent->rem_sys_root, &system.gui_data.viewer, type, &plu.links};
+        NB_USHORT wildcard = plu.key.type == NAP_DIR_WILDCARD_LU;
+        VGA_VIEWER_TYPE type = wildcard ? VGA_VIEWER_REM_PLU_LEAF : VGA_VIEWER_REM_PLU;
+        VGA_VIEWER_TYPE other = wildcard ? VGA_VIEWER_REM_PLU : VGA_VIEWER_REM_PLU_LEAF;
+        return {&system.parent->rem_sys_root, &system.gui_data.viewer, type, &plu.links, other};
     }
+    static NB_VOID unlinked(VGA_REM_PLU &plu);
 };
 
 template <>
@@ -116,7 +126,7 @@ struct VGA_RECORD_TYPE<VGA_REM_SESS>
     static VGA_LINE_PLACE line(VGA_REM_SESS &session) {
         VGA_REM_PLU &plu = *session.parent;
         return {&plu.parent->parent->rem_sys_root, &plu.gui_data.viewer, VGA_VIEWER_REM_SESS,
-                &session.links};
+                &session.links, 0};
     }
 };
 

@@ -13,6 +13,7 @@
 #include "nofrec.h"
 #include "ntlavl.h"
 #include "selection.h"
+#include "sharedindex.h"
 #include <ctime>
 
 struct VGA_DIALOG; /* of the dialog framework, to which it is left */
@@ -32,8 +33,8 @@ struct VGA_POOL;
 /* A record's presence on the screen. */
 struct VGA_GUI_DATA {
     VGA_VIEWER_ITEM viewer;
-    VGA_DIALOG *dialog; /* the dialog that shows the record; null: none */
-    NB_USHORT listed;   /* flag: `viewer` is in a list */
+    VGA_DIALOG *dialog;    /* the dialog that shows the record; null: none */
+    VGA_VIEWER_ROOT *list; /* that `viewer` is in; null: none */
 };
 
 /* What every record begins with. */

@@ -59,7 +59,8 @@ private:
             indexed[link.tree]++;
             expect(found == record, type, "an index has another record under its key");
         } else {
-            expect(link.may_clash && found != nullptr, type, "an index does not have it");
+            expect(link.shared != nullptr && vga_is_linked(link) && found != nullptr, type,
+                   "an index does not have it");
         }
     }
 
@@ -67,9 +68,8 @@ private:
     template <class Record> NB_VOID check_line(Record &record, const NB_CHAR *type) {
         VGA_LINE_PLACE place = VGA_RECORD_TYPE<Record>::line(record);
         const VGA_VIEWER_ITEM &line = record.gui_data.viewer;
-        expect((place.root != nullptr) == (record.gui_data.listed != 0), type,
-               record.gui_data.listed ? "it has a line" : "it has no line");
-        if (!record.gui_data.listed || place.root == nullptr) {
+        expect(record.gui_data.list == place.root, type, "its line is in another list");
+        if (record.gui_data.list != place.root || place.root == nullptr) {
             return;
         }
         lines.insert(&line);
@@ -77,7 +77,7 @@ private:
         expect(line.parent == place.parent, type, "its line stands under another");
         expect(line.type == place.type, type, "its line is of another kind");
         auto *previous = static_cast<Record *>(ntl_avl_prev(place.order));
-        if (previous != nullptr && previous->gui_data.listed &&
+        if (previous != nullptr && previous->gui_data.list == place.root &&
             previous->gui_data.viewer.parent == line.parent) {
             expect(vga_viewer_get_line_in_list(&previous->gui_data.viewer) <
                        vga_viewer_get_line_in_list(&line),

@@ -27,33 +27,38 @@ struct DISPLAY_NAME {
     }
 };
 
-/* The record of that name under the first of the PUs that has one. */
-template <class Pu, AVL_TREE Pu::*Names>
-NB_VOID *find_under_pus(const AVL_TREE &pus, const NB_UCHAR *name) {
+/* Calls find(pu) for the PUs of an index in order until one has what is looked for. */
+template <class Pu, class Find> NB_VOID *find_under_pus(const AVL_TREE &pus, Find find) {
     for (auto *pu = static_cast<Pu *>(AVL_FIRST(pus)); pu != nullptr;
          pu = static_cast<Pu *>(ntl_avl_next(&pu->links))) {
-        if (NB_VOID *record = ntl_avl_find(&(pu->*Names), name)) {
+        if (NB_VOID *record = find(*pu)) {
             return record;
         }
     }
     return nullptr;
 }
 
+/* The index does not look at the case of letters; users who call LUs by these names do. */
 NB_VOID *find_display_name(const VGA_NODE &node, const NB_UCHAR *lu_name) {
     if (!gvga_variant_x) {
         return nullptr;
     }
-    auto *extra =
-        static_cast<VGA_EXTRA_DATA *>(find_under_pus<VGA_LOCAL_PU, &VGA_LOCAL_PU::extra_list>(
-            node.local_pus, DISPLAY_NAME(lu_name).text));
-    return extra != nullptr && extra->kind == VGA_EXTRA_DISPLAY_NAME ? extra : nullptr;
+    const DISPLAY_NAME name(lu_name);
+    return find_under_pus<VGA_LOCAL_PU>(node.local_pus, [&name](const VGA_LOCAL_PU &pu) {
+        return vga_find_shared<VGA_EXTRA_DATA>(
+            pu.extra_list, &VGA_EXTRA_DATA::links, name.text, [&name](const VGA_EXTRA_DATA &extra) {
+                return extra.kind == VGA_EXTRA_DISPLAY_NAME &&
+                       memcmp(extra.name, name.text, sizeof(extra.name)) == 0;
+            });
+    });
 }
 
 CLASH clash_on_node(const VGA_NODE &node, const NB_UCHAR *lu_name) {
+    const auto has_lu = [lu_name](const auto &pu) { return ntl_avl_find(&pu.lus, lu_name); };
     const CLASH in_order[] = {
-        {VGA_CLASH_LU03, find_under_pus<VGA_LOCAL_PU, &VGA_LOCAL_PU::lus>(node.local_pus, lu_name)},
+        {VGA_CLASH_LU03, find_under_pus<VGA_LOCAL_PU>(node.local_pus, has_lu)},
         {VGA_CLASH_DISPLAY_NAME, find_display_name(node, lu_name)},
-        {VGA_CLASH_DOWN_LU, find_under_pus<VGA_DOWN_PU, &VGA_DOWN_PU::lus>(node.down_pus, lu_name)},
+        {VGA_CLASH_DOWN_LU, find_under_pus<VGA_DOWN_PU>(node.down_pus, has_lu)},
         {VGA_CLASH_LU62, vga_find_lu62(&node, lu_name)},
     };
     for (const CLASH &clash : in_order) {

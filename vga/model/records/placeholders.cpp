@@ -33,45 +33,6 @@ VGA_PORT *make_fake_port(VGA_NODE *node) {
     return port.release();
 }
 
-template <class Record>
-NB_VOID create_fixed_line(VGA_VIEWER_ROOT &root, Record *record, VGA_VIEWER_TYPE type) {
-    if (!record->gui_data.listed) {
-        record->gui_data.listed = 1;
-        vga_create_viewer(&root, &record->gui_data.viewer, type, record, nullptr, VGA_VIEWER_FIRST);
-        vga_viewer_set_fixed(&root, &record->gui_data.viewer, 1);
-    }
-}
-
-VGA_REM_SYS *network_placeholder(VGA_NODE *node) {
-    if (node->network_fake_rem_sys == nullptr) {
-        NAP_DIR_DATA entry = {};
-        entry.overlay_size = sizeof(entry);
-        memset(entry.fqcp_name, 0x40, sizeof(entry.fqcp_name));
-        VGA_REM_SYS *system = vga_init_vga_rem_sys(node, &entry);
-        if (system == nullptr) {
-            return nullptr;
-        }
-        node->network_fake_rem_sys = system;
-        create_fixed_line(node->rem_sys_root, system, VGA_VIEWER_REM_SYS);
-    }
-    return node->network_fake_rem_sys;
-}
-
-/* A partner that stood under the placeholder has turned out to belong to a remote system. */
-NB_VOID move_rem_plu(VGA_REM_PLU *plu, VGA_REM_SYS *system) {
-    if (plu->gui_data.listed) {
-        vga_delete_viewer(&system->parent->rem_sys_root, &plu->gui_data.viewer);
-    }
-    ntl_avl_delete(&plu->parent->remote_plu_tree, &plu->links);
-    plu->parent = system;
-    if (ntl_avl_insert(&system->remote_plu_tree, &plu->links) == 0) {
-        v0_assert(__FILE__, __LINE__, "FALSE");
-    }
-    vga_create_line(plu);
-    vga_for_each(plu->sess_tree, &VGA_REM_SESS::links,
-                 [](VGA_REM_SESS &session) { vga_create_line(&session); });
-}
-
 } // namespace
 
 NB_USHORT vga_init_sna_modes(VGA_NODE *node) {
@@ -131,7 +92,7 @@ VGA_PORT *vga_init_vga_dlur_fake_port(VGA_NODE *node) {
 }
 
 VGA_PORT *vga_insert_vga_dlur_fake_port(VGA_PORT *port) {
-    create_fixed_line(port->node->connectivity_root, port, VGA_VIEWER_PORT);
+    vga_create_fixed_line(port->node->connectivity_root, port, VGA_VIEWER_PORT);
     return port;
 }
 
@@ -144,61 +105,4 @@ VGA_PORT *vga_init_vga_primary_line_fake_port(VGA_NODE *node) {
 
 VGA_PORT *vga_insert_vga_primary_line_fake_port(VGA_PORT *port) {
     return vga_insert_vga_dlur_fake_port(port);
-}
-
-VGA_REM_SYS *vga_need_rem_sys(VGA_NODE *node, const NB_UCHAR *fqcp_name) {
-    if (vga_blank_name(fqcp_name, sizeof(VGA_REM_SYS::name))) {
-        return network_placeholder(node);
-    }
-    VGA_REM_SYS *system = vga_find_rem_sys(node, fqcp_name);
-    if (system == nullptr) {
-        NAP_DIR_DATA entry = {};
-        entry.overlay_size = sizeof(entry);
-        memcpy(entry.fqcp_name, fqcp_name, sizeof(entry.fqcp_name));
-        memcpy(entry.resource_name, fqcp_name, sizeof(entry.resource_name));
-        system = vga_init_vga_rem_sys(node, &entry);
-        if (system != nullptr) {
-            system = vga_insert_vga_rem_sys(system);
-        }
-    }
-    return system;
-}
-
-VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name, const NB_UCHAR *fqplu_name,
-                              NB_USHORT type) {
-    VGA_REM_PLU *plu = vga_find_rem_plu(node, fqplu_name, type);
-    NB_USHORT owner_known = !vga_blank_name(fqcp_name, sizeof(VGA_REM_SYS::name));
-    NB_USHORT misplaced =
-        plu != nullptr && owner_known && plu->parent == node->network_fake_rem_sys;
-    if (plu != nullptr && !misplaced) {
-        return plu;
-    }
-    VGA_REM_SYS *system = vga_need_rem_sys(node, fqcp_name);
-    if (system == nullptr) {
-        return nullptr;
-    }
-    if (misplaced) {
-        move_rem_plu(plu, system);
-        return plu;
-    }
-    NAP_PLU_DEF_DATA entry = {};
-    entry.overlay_size = sizeof(entry);
-    memcpy(entry.fqplu_name, fqplu_name, sizeof(entry.fqplu_name));
-    memset(entry.def_data.plu_alias, ' ', sizeof(entry.def_data.plu_alias));
-    plu = vga_init_vga_rem_plu(system, &entry, type);
-    return plu != nullptr ? vga_insert_vga_rem_plu(plu) : nullptr;
-}
-
-VGA_REM_PLU *vga_add_vga_rem_sess(VGA_NODE *node, const NAP_MODE_DATA *entry) {
-    auto mode = nap_copy<NAP_MODE_DATA>(entry);
-    VGA_REM_PLU *plu = vga_need_rem_plu(node, mode.fq_cp_name, mode.fqplu_name, NAP_DIR_LU);
-    if (plu == nullptr || mode.act_sess_count == 0) {
-        return plu;
-    }
-    VGA_REM_SESS *session = vga_init_vga_rem_sess(plu, entry);
-    if (session == nullptr) {
-        return nullptr;
-    }
-    vga_insert_vga_rem_sess(session);
-    return plu;
 }

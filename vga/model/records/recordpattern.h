@@ -22,16 +22,27 @@
 struct VGA_INDEX_LINK {
     AVL_TREE *tree;
     AVL_NODE *node;
-    const NB_VOID *key;
-    NB_USHORT may_clash; /* flag: a second record with the key stays out of this index */
+    NB_VOID *key;            /* a field of the record */
+    size_t key_size;         /* 0: the key follows another field */
+    VGA_SHARED_LINK *shared; /* that `node` is of; null: no two records have one key */
 };
 
-/* Where a record's line stands: directly behind the line of its predecessor in `order`. */
+template <class Key> constexpr VGA_INDEX_LINK vga_index(AVL_TREE &tree, AVL_NODE &node, Key &key) {
+    return {&tree, &node, &key, sizeof(key), nullptr};
+}
+
+template <class Key>
+constexpr VGA_INDEX_LINK vga_index(AVL_TREE &tree, VGA_SHARED_LINK &link, Key &key) {
+    return {&tree, &link.node, &key, sizeof(key), &link};
+}
+
+/* Where a record's line stands: among its siblings in the order of one of the record's indexes. */
 struct VGA_LINE_PLACE {
     VGA_VIEWER_ROOT *root;   /* null: the record has no line */
     VGA_VIEWER_ITEM *parent; /* null: top level */
     NB_UCHAR type;
     const AVL_NODE *order;
+    NB_UCHAR other_type; /* of lines of such records, too; 0: none */
 };
 
 template <class Record> struct VGA_RECORD_TYPE;
@@ -71,7 +82,7 @@ template <class Record> struct VGA_RECORD_DEFAULTS {
 template <class Record, auto Tree, auto Key, size_t Skip = 0>
 struct VGA_ONE_INDEX : VGA_RECORD_DEFAULTS<Record> {
     static std::array<VGA_INDEX_LINK, 1> links(Record &record) {
-        return {{{&(record.parent->*Tree), &record.links, &(record.*Key), 0}}};
+        return {vga_index(record.parent->*Tree, record.links, record.*Key)};
     }
     static NB_VOID init(Record &record) {
         constexpr size_t at = Skip + (VGA_RECORD_TYPE<Record>::nested ? 0 : sizeof(NB_USHORT));
@@ -85,7 +96,7 @@ struct VGA_ONE_INDEX : VGA_RECORD_DEFAULTS<Record> {
  * of an index. */
 template <class Record, auto Root, NB_UCHAR Type, auto Links = &Record::links>
 VGA_LINE_PLACE vga_top_line(Record &record) {
-    return {&(record.parent->*Root), nullptr, Type, &(record.*Links)};
+    return {&(record.parent->*Root), nullptr, Type, &(record.*Links), 0};
 }
 
 inline NB_VOID vga_init_tree(AVL_TREE &tree, AVL_COMPARE compare) {
@@ -142,6 +153,67 @@ template <class Record, class Owner> Record *vga_init_record(Owner *owner, const
     return record.release();
 }
 
+/* Indexes. */
+
+inline NB_USHORT vga_is_linked(const VGA_INDEX_LINK &link) {
+    return link.shared != nullptr ? link.shared->next != nullptr : AVL_IN_TREE(*link.node);
+}
+
+/* Returns 0 when another record has the key, which only a shared index allows. */
+inline NB_USHORT vga_link(const VGA_INDEX_LINK &link) {
+    if (link.shared != nullptr) {
+        vga_enter_shared(link.tree, link.shared);
+        return 1;
+    }
+    return ntl_avl_insert(link.tree, link.node);
+}
+
+inline NB_VOID vga_unlink(const VGA_INDEX_LINK &link) {
+    if (!vga_is_linked(link)) {
+        return;
+    }
+    if (link.shared != nullptr) {
+        vga_leave_shared(link.tree, link.shared);
+    } else {
+        ntl_avl_delete(link.tree, link.node);
+    }
+}
+
+/* What must agree with another index. */
+inline NB_VOID vga_link_surely(const VGA_INDEX_LINK &link) {
+    if (vga_link(link) == 0) {
+        v0_assert(__FILE__, __LINE__, "FALSE");
+    }
+}
+
+/* Gives the record the owner and the keys of another, and links it again in each index that it
+ * then stands elsewhere in. */
+template <class Record> NB_VOID vga_relink_as(Record &record, Record &other) {
+    const auto from = VGA_RECORD_TYPE<Record>::links(record);
+    const auto to = VGA_RECORD_TYPE<Record>::links(other);
+    std::array<NB_USHORT, from.size()> moves;
+    for (size_t at = 0; at < from.size(); at++) {
+        moves[at] =
+            from[at].tree != to[at].tree || from[at].tree->compare(from[at].key, to[at].key) != 0;
+        if (moves[at]) {
+            vga_unlink(from[at]);
+        }
+    }
+    for (size_t at = 0; at < from.size(); at++) {
+        memcpy(from[at].key, to[at].key, from[at].key_size);
+    }
+    record.parent = other.parent;
+    for (size_t at = 0; at < from.size(); at++) {
+        if (moves[at]) {
+            VGA_INDEX_LINK moved = from[at];
+            moved.tree = to[at].tree;
+            vga_link_surely(moved);
+        }
+    }
+}
+
+/* Lines. */
+
 /* A top-level line opens with its first child: the operator sees what there is without a click, and
  * the keyboard, which goes around fixed lines, reaches what is below them. */
 inline NB_VOID vga_open_with_first_child(const VGA_LINE_PLACE &place) {
@@ -151,50 +223,95 @@ inline NB_VOID vga_open_with_first_child(const VGA_LINE_PLACE &place) {
     }
 }
 
-/* Creates the record's line, so that the lists on the screen follow the index whatever the order of
- * arrival. */
-template <class Record> NB_VOID vga_create_line(Record *record) {
+/* The line that the record's line goes behind, so that the lists on the screen follow the index
+ * whatever the order of arrival.  Usually that of its predecessor in the index; where that is not
+ * on this list (a PU without a line of its own, say) the siblings are searched. */
+template <class Record>
+VGA_VIEWER_ITEM *vga_line_before(Record &record, const VGA_LINE_PLACE &place) {
+    auto *previous = static_cast<Record *>(ntl_avl_prev(place.order));
+    if (previous == nullptr) {
+        return VGA_VIEWER_FIRST;
+    }
+    if (previous->gui_data.list == place.root && previous->gui_data.viewer.parent == place.parent) {
+        return &previous->gui_data.viewer;
+    }
+    const auto links = VGA_RECORD_TYPE<Record>::links(record);
+    const auto index = std::find_if(links.begin(), links.end(), [&place](const auto &link) {
+        return link.node == place.order;
+    });
+    const auto offset = reinterpret_cast<const NB_UCHAR *>(place.order) -
+                        reinterpret_cast<const NB_UCHAR *>(&record);
+    return vga_viewer_find_place(place.root, place.parent,
+                                 [&](const VGA_VIEWER_ITEM &item) -> NB_USHORT {
+                                     if (item.type != place.type && item.type != place.other_type) {
+                                         return 0;
+                                     }
+                                     const auto *node = reinterpret_cast<const AVL_NODE *>(
+                                         static_cast<const NB_UCHAR *>(item.data) + offset);
+                                     return index->tree->compare(node->key, index->key) < 0;
+                                 });
+}
+
+/* Creates the record's line, or takes the one that it has to where it belongs now, with what is
+ * below it; or takes it off the list. */
+template <class Record> NB_VOID vga_place_line(Record *record) {
     VGA_LINE_PLACE place = VGA_RECORD_TYPE<Record>::line(*record);
+    VGA_GUI_DATA &gui = record->gui_data;
+    VGA_VIEWER_ITEM *line = &gui.viewer;
+    if (gui.list != nullptr && gui.list != place.root) {
+        vga_delete_viewer(std::exchange(gui.list, nullptr), line);
+    }
     if (place.root == nullptr) {
         return;
     }
-    VGA_VIEWER_ITEM *after = VGA_VIEWER_FIRST;
-    const AVL_NODE *order = place.order;
-    while (order != nullptr) {
-        auto *previous = static_cast<Record *>(ntl_avl_prev(order));
-        if (previous == nullptr) {
-            break;
-        }
-        if (previous->gui_data.listed && previous->gui_data.viewer.parent == place.parent) {
-            after = &previous->gui_data.viewer;
-            break;
-        }
-        /* Not on this list: a PU without a line of its own, say. */
-        size_t offset = static_cast<size_t>(reinterpret_cast<const NB_UCHAR *>(place.order) -
-                                            reinterpret_cast<const NB_UCHAR *>(record));
-        order = reinterpret_cast<const AVL_NODE *>(reinterpret_cast<NB_UCHAR *>(previous) + offset);
+    if (gui.list == nullptr) {
+        gui.list = place.root;
+        vga_create_viewer(place.root, line, place.type, record, place.parent,
+                          vga_line_before(*record, place));
+        vga_open_with_first_child(place);
+    } else if (line->parent != place.parent || line->type != place.type) {
+        vga_move_viewer(place.root, line, place.type, place.parent,
+                        vga_line_before(*record, place));
+        vga_open_with_first_child(place);
+    } else {
+        vga_update_viewer(place.root, line);
     }
-    record->gui_data.listed = 1;
-    vga_create_viewer(place.root, &record->gui_data.viewer, place.type, record, place.parent,
-                      after);
-    vga_open_with_first_child(place);
+}
+
+/* Gives a record that stands in no index a line that stays where it is. */
+template <class Record>
+NB_VOID vga_create_fixed_line(VGA_VIEWER_ROOT &root, Record *record, VGA_VIEWER_TYPE type) {
+    if (record->gui_data.list == nullptr) {
+        record->gui_data.list = &root;
+        vga_create_viewer(&root, &record->gui_data.viewer, type, record, nullptr, VGA_VIEWER_FIRST);
+        vga_viewer_set_fixed(&root, &record->gui_data.viewer, 1);
+    }
 }
 
 /* Redraws the record's line, if it has one. */
 template <class Record> NB_VOID vga_update_line(Record *record) {
-    if (record->gui_data.listed) {
-        vga_update_viewer(VGA_RECORD_TYPE<Record>::line(*record).root, &record->gui_data.viewer);
+    if (record->gui_data.list != nullptr) {
+        vga_update_viewer(record->gui_data.list, &record->gui_data.viewer);
     }
 }
 
+template <class Record> NB_VOID vga_delete_line(Record *record) {
+    if (record->gui_data.list != nullptr) {
+        vga_delete_viewer(std::exchange(record->gui_data.list, nullptr), &record->gui_data.viewer);
+    }
+}
+
+/* Records. */
+
 /* Merges a new record into the one that is already there, which keeps its identity: handle,
- * children, line and open dialog. */
+ * children, line and open dialog.  Owner and keys are those of the new one. */
 template <class Record> Record *vga_merge_record(Record *fresh, Record *kept) {
+    vga_relink_as(*kept, *fresh);
     VGA_RECORD_TYPE<Record>::carry_over(*kept, fresh->vcb);
     std::swap(kept->vcb, fresh->vcb);
     VGA_RECORD_TYPE<Record>::merged(*kept, *fresh);
     vga_free_record(fresh);
-    vga_update_line(kept);
+    vga_place_line(kept);
     return VGA_RECORD_TYPE<Record>::settled(*kept) ? kept : nullptr;
 }
 
@@ -202,7 +319,7 @@ template <class Record> Record *vga_merge_record(Record *fresh, Record *kept) {
  * stays in the model; null when there was no memory for what follows from it. */
 template <class Record> Record *vga_insert_record(Record *record) {
     auto links = VGA_RECORD_TYPE<Record>::links(*record);
-    if (ntl_avl_insert(links[0].tree, links[0].node) == 0) {
+    if (vga_link(links[0]) == 0) {
         auto *old_entry = static_cast<Record *>(ntl_avl_find(links[0].tree, links[0].key));
         NB_ASSERT(old_entry != NULL);
         if (old_entry == nullptr) {
@@ -212,11 +329,9 @@ template <class Record> Record *vga_insert_record(Record *record) {
         return vga_merge_record(record, old_entry);
     }
     for (size_t index = 1; index < links.size(); index++) {
-        if (ntl_avl_insert(links[index].tree, links[index].node) == 0 && !links[index].may_clash) {
-            v0_assert(__FILE__, __LINE__, "FALSE");
-        }
+        vga_link_surely(links[index]);
     }
-    vga_create_line(record);
+    vga_place_line(record);
     VGA_RECORD_TYPE<Record>::linked(*record);
     return VGA_RECORD_TYPE<Record>::settled(*record) ? record : nullptr;
 }
@@ -234,26 +349,13 @@ template <class Record> NB_VOID vga_delete_record(Record *record) {
             v0_assert(__FILE__, __LINE__, VGA_RECORD_TYPE<Record>::dialog_text);
         }
     }
-    if (record->gui_data.listed) {
-        vga_delete_viewer(VGA_RECORD_TYPE<Record>::line(*record).root, &record->gui_data.viewer);
-    }
+    vga_delete_line(record);
     VGA_RECORD_TYPE<Record>::delete_children(*record);
     for (const VGA_INDEX_LINK &link : VGA_RECORD_TYPE<Record>::links(*record)) {
-        if (AVL_IN_TREE(*link.node)) {
-            ntl_avl_delete(link.tree, link.node);
-        }
+        vga_unlink(link);
     }
     VGA_RECORD_TYPE<Record>::unlinked(*record);
     vga_free_record(record);
-}
-
-/* Moves a record to another place in an index, whose key field `change` sets anew. */
-template <class Change> NB_VOID vga_relink(AVL_TREE &tree, AVL_NODE &links, Change change) {
-    ntl_avl_delete(&tree, &links);
-    change();
-    if (ntl_avl_insert(&tree, &links) == 0) {
-        v0_assert(__FILE__, __LINE__, "FALSE");
-    }
 }
 
 /* Deletes every record of an index. */

@@ -4,6 +4,7 @@
 #define RECORDTYPES_H
 
 #include "ntlname.h"
+#include "partners.h"
 #include "recordpattern.h"
 #include "vgadsdel.h"
 #include "vgadsutl.h"
@@ -13,12 +14,12 @@
 
 template <> struct VGA_RECORD_TYPE<VGA_NODE> : VGA_RECORD_DEFAULTS<VGA_NODE> {
     static std::array<VGA_INDEX_LINK, 1> links(VGA_NODE &node) {
-        return {{{&gvga_system->nodes, &node.links, node.name, 0}}};
+        return {vga_index(gvga_system->nodes, node.links, node.name)};
     }
     static NB_VOID init(VGA_NODE &node);
     static NB_VOID merged(VGA_NODE &kept, VGA_NODE &fresh);
     static VGA_LINE_PLACE line(VGA_NODE &node) {
-        return {&gvga_system->node_viewer_root, nullptr, VGA_VIEWER_NODE, &node.links};
+        return {&gvga_system->node_viewer_root, nullptr, VGA_VIEWER_NODE, &node.links, 0};
     }
     static NB_VOID linked(VGA_NODE &node);
     static NB_VOID delete_children(VGA_NODE &node);

@@ -58,7 +58,7 @@ struct VGA_TN_REDIRECT : VGA_RECORD<VGA_NODE, NAP_TN_REDIRECT_DATA> {
 
 struct VGA_TAMRIX_APPCIP_SESS : VGA_RECORD<VGA_NODE, NAP_TAMRIX_SESSION_DATA> {
     AVL_NODE number_links;
-    AVL_NODE links;
+    VGA_SHARED_LINK links; /* a number is given out again before its old session is taken out */
     NB_ULONG number;
     VGA_TAMRIX_SESS_KEY key;
 };

@@ -31,8 +31,8 @@ struct VGA_RECORD_TYPE<VGA_POOL> : VGA_ONE_INDEX<VGA_POOL, &VGA_NODE::pools, &VG
 
 template <> struct VGA_RECORD_TYPE<VGA_POOL_LU> : VGA_RECORD_DEFAULTS<VGA_POOL_LU> {
     static std::array<VGA_INDEX_LINK, 2> links(VGA_POOL_LU &lu) {
-        return {{{&lu.parent->lu_tree, &lu.links, lu.key.lu_name, 0},
-                 {&lu.parent->sys_pool->lu_tree, &lu.domain_links, &lu.key, 0}}};
+        return {vga_index(lu.parent->lu_tree, lu.links, lu.key.lu_name),
+                vga_index(lu.parent->sys_pool->lu_tree, lu.domain_links, lu.key)};
     }
     static NB_VOID init(VGA_POOL_LU &lu) {
         VGA_COPY_KEY(lu.key.lu_name, lu.vcb->lu_name);
@@ -40,7 +40,7 @@ template <> struct VGA_RECORD_TYPE<VGA_POOL_LU> : VGA_RECORD_DEFAULTS<VGA_POOL_L
     }
     static VGA_LINE_PLACE line(VGA_POOL_LU &lu) {
         return {&gvga_system->pool_viewer_root, &lu.parent->sys_pool->gui_data.viewer,
-                VGA_VIEWER_POOL_LU, &lu.domain_links};
+                VGA_VIEWER_POOL_LU, &lu.domain_links, 0};
     }
     /* The pool's line says how many there are. */
     static NB_VOID linked(VGA_POOL_LU &lu) { vga_update_line(lu.parent->sys_pool); }
@@ -67,8 +67,8 @@ struct VGA_RECORD_TYPE<VGA_TN_CLIENT>
 template <> struct VGA_RECORD_TYPE<VGA_TN_SESS> : VGA_RECORD_DEFAULTS<VGA_TN_SESS> {
     static constexpr NB_USHORT nested = 1;
     static std::array<VGA_INDEX_LINK, 2> links(VGA_TN_SESS &session) {
-        return {{{&session.parent->session_tree, &session.links, &session.key, 0},
-                 {&session.parent->parent->tn_sessions, &session.node_links, &session.key, 0}}};
+        return {vga_index(session.parent->session_tree, session.links, session.key),
+                vga_index(session.parent->parent->tn_sessions, session.node_links, session.key)};
     }
     static NB_VOID init(VGA_TN_SESS &session) {
         VGA_COPY_KEY(session.key.client, session.parent->address);
@@ -77,7 +77,7 @@ template <> struct VGA_RECORD_TYPE<VGA_TN_SESS> : VGA_RECORD_DEFAULTS<VGA_TN_SES
     }
     static VGA_LINE_PLACE line(VGA_TN_SESS &session) {
         return {&session.parent->parent->tn_session_root, nullptr, VGA_VIEWER_TN_SESS,
-                &session.node_links};
+                &session.node_links, 0};
     }
 };
 
@@ -99,11 +99,10 @@ struct VGA_RECORD_TYPE<VGA_TN_REDIRECT>
 template <>
 struct VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS> : VGA_RECORD_DEFAULTS<VGA_TAMRIX_APPCIP_SESS> {
     static std::array<VGA_INDEX_LINK, 2> links(VGA_TAMRIX_APPCIP_SESS &session) {
-        return {{{&session.parent->tamrix_numbers, &session.number_links, &session.number, 0},
-                 {&session.parent->tamrix_sessions, &session.links, &session.key, 0}}};
+        return {vga_index(session.parent->tamrix_numbers, session.number_links, session.number),
+                vga_index(session.parent->tamrix_sessions, session.links, session.key)};
     }
     static NB_VOID init(VGA_TAMRIX_APPCIP_SESS &session);
-    static NB_VOID merged(VGA_TAMRIX_APPCIP_SESS &kept, VGA_TAMRIX_APPCIP_SESS &fresh);
     static constexpr auto line =
         vga_top_line<VGA_TAMRIX_APPCIP_SESS, &VGA_NODE::tamrix_root, VGA_VIEWER_APPCIP_SESS,
                      &VGA_TAMRIX_APPCIP_SESS::number_links>;
@@ -138,7 +137,7 @@ struct VGA_RECORD_TYPE<VGA_USER_SESSION>
     static VGA_LINE_PLACE line(VGA_USER_SESSION &session) {
         VGA_USER &user = *session.parent;
         return {&user.parent->user_viewer_root, &user.gui_data.viewer, VGA_VIEWER_USER_SESS,
-                &session.links};
+                &session.links, 0};
     }
 };
 

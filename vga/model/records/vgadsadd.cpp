@@ -53,12 +53,17 @@ NB_USHORT VGA_RECORD_TYPE<VGA_LS>::settled(VGA_LS &ls) {
     return 1;
 }
 
-/* A PU that the node lists belongs to the link station that it names. */
+/* A PU that the node lists belongs to the link station that it names; one that is served over the
+ * network to none.  Its LUs' lines stand below that of the link station, or its own. */
 NB_USHORT VGA_RECORD_TYPE<VGA_LOCAL_PU>::settled(VGA_LOCAL_PU &pu) {
     NAP_PU_DATA data = *pu.vcb;
     VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);
     if (data.host_attachment != NAP_DLUR_ATTACHED && ls != nullptr) {
         vga_put_on_link(pu, *ls, &VGA_LS::local_pu);
+    } else if (pu.ls_entry != nullptr) {
+        vga_take_off_link(&pu, &VGA_LS::local_pu);
+    } else {
+        vga_renew_lu_lines(pu);
     }
     return 1;
 }
@@ -68,19 +73,10 @@ NB_USHORT VGA_RECORD_TYPE<VGA_DOWN_PU>::settled(VGA_DOWN_PU &pu) {
     VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);
     if (ls != nullptr) {
         vga_put_on_link(pu, *ls, &VGA_LS::down_pu);
+    } else {
+        vga_take_off_link(&pu, &VGA_LS::down_pu);
     }
     return 1;
-}
-
-/* Those of a name form a ring; one of them stands in the domain's index. */
-NB_VOID VGA_RECORD_TYPE<VGA_LU03>::linked(VGA_LU03 &lu) {
-    auto *known = static_cast<VGA_LU03 *>(
-        AVL_IN_TREE(lu.domain_links) ? &lu
-                                     : ntl_avl_find(&gvga_system->dependent_lus, &lu.domain_key));
-    lu.previous_namesake = known;
-    lu.next_namesake = known != &lu ? known->next_namesake : known;
-    lu.next_namesake->previous_namesake = &lu;
-    known->next_namesake = &lu;
 }
 
 /* The name by which clashes are looked for: as many characters of it as an LU name's field has. */
@@ -92,15 +88,6 @@ NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::init(VGA_EXTRA_DATA &extra) {
     extra.kind = VGA_EXTRA_DISPLAY_NAME;
 }
 
-NB_VOID VGA_RECORD_TYPE<VGA_EXTRA_DATA>::merged(VGA_EXTRA_DATA &kept, VGA_EXTRA_DATA &fresh) {
-    AVL_TREE &names = kept.parent->parent->extra_list;
-    if (AVL_IN_TREE(kept.links)) {
-        ntl_avl_delete(&names, &kept.links);
-    }
-    memcpy(kept.name, fresh.name, sizeof(kept.name));
-    ntl_avl_insert(&names, &kept.links);
-}
-
 NB_VOID VGA_RECORD_TYPE<VGA_DSPU_TEMPLATE>::init(VGA_DSPU_TEMPLATE &pu) {
     VGA_COPY_KEY(pu.name, pu.vcb->template_name);
     vga_init_tree(pu.lu_templates, vga_compare_dslu_template);
@@ -109,24 +96,21 @@ NB_VOID VGA_RECORD_TYPE<VGA_DSPU_TEMPLATE>::init(VGA_DSPU_TEMPLATE &pu) {
     }
 }
 
-/* The alias may have changed, and it is the key of the second index. */
+/* Passwords are kept under the alias of their LU; those of another alias are read anew. */
 NB_VOID VGA_RECORD_TYPE<VGA_LU62>::merged(VGA_LU62 &kept, VGA_LU62 &fresh) {
-    vga_relink(kept.parent->lu_aliases, kept.alias_links,
-               [&kept, &fresh] { memcpy(kept.alias, fresh.alias, sizeof(kept.alias)); });
-}
-
-NB_VOID VGA_RECORD_TYPE<VGA_REM_SYS>::merged(VGA_REM_SYS &kept, VGA_REM_SYS &fresh) {
-    kept.defined |= fresh.defined;
+    NAP_LOCAL_LU_DEF before = fresh.vcb->def_data;
+    if (vga_compare_asc8(before.lu_alias, kept.alias) != 0) {
+        vga_delete_lu62_passwords(kept.parent, before.lu_alias);
+    }
 }
 
 NB_VOID VGA_RECORD_TYPE<VGA_REM_PLU>::merged(VGA_REM_PLU &kept, VGA_REM_PLU &fresh) {
     kept.defined |= fresh.defined;
-    kept.in_directory |= fresh.in_directory;
 }
 
 VGA_LINE_PLACE VGA_RECORD_TYPE<VGA_LS_ROUTING>::line(VGA_LS_ROUTING &routing) {
     VGA_LU62 &lu = *routing.parent;
-    return {&lu.parent->local_lu_root, &lu.routing_title, VGA_VIEWER_LS_R, &routing.links};
+    return {&lu.parent->local_lu_root, &lu.routing_title, VGA_VIEWER_LS_R, &routing.links, 0};
 }
 
 /* Every node that has a pool of the name shares the domain's one. */
@@ -153,11 +137,6 @@ NB_VOID VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS>::init(VGA_TAMRIX_APPCIP_SESS &se
     VGA_COPY_KEY(session.key.mode_name, session.vcb->mode_name);
     VGA_COPY_KEY(session.key.number, session.vcb->session_number);
     session.number = session.key.number;
-}
-
-NB_VOID VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS>::merged(VGA_TAMRIX_APPCIP_SESS &kept,
-                                                        VGA_TAMRIX_APPCIP_SESS &fresh) {
-    vga_relink(kept.parent->tamrix_sessions, kept.links, [&kept, &fresh] { kept.key = fresh.key; });
 }
 
 /* The constructors and inserters of the types that differ in their declaration only. */
@@ -194,7 +173,7 @@ VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record) {
         VGA_VIEWER_ROOT *root = &lu.parent->local_lu_root;
         vga_create_viewer(root, &lu.routing_title, VGA_VIEWER_LS_R_TITLE, &lu, &lu.gui_data.viewer,
                           VGA_VIEWER_LAST);
-        vga_open_with_first_child({root, &lu.gui_data.viewer, 0, nullptr});
+        vga_open_with_first_child({root, &lu.gui_data.viewer, 0, nullptr, 0});
     }
     return vga_insert_record(record);
 }
@@ -209,6 +188,6 @@ VGA_EXTRA_DATA *vga_insert_vga_extra_data(VGA_EXTRA_DATA *record) {
         return vga_merge_record(record, lu.extra_data);
     }
     lu.extra_data = record;
-    ntl_avl_insert(&lu.parent->extra_list, &record->links);
+    vga_link(VGA_RECORD_TYPE<VGA_EXTRA_DATA>::links(*record)[0]);
     return record;
 }

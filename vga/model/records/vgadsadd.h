@@ -39,18 +39,8 @@ VGA_REM_PLU *vga_init_vga_rem_plu(VGA_REM_SYS *owner, const NAP_PLU_DEF_DATA *en
                                   NB_USHORT type);
 VGA_REM_PLU *vga_insert_vga_rem_plu(VGA_REM_PLU *record);
 
-/* Records the sessions that a mode entry tells of under their partner, which is made if need be.
- * Returns the partner, or null without memory. */
-VGA_REM_PLU *vga_add_vga_rem_sess(VGA_NODE *node, const NAP_MODE_DATA *entry);
-
-/* Returns the remote system of that name, made if need be; the node's placeholder for a blank name.
- * Null without memory. */
-VGA_REM_SYS *vga_need_rem_sys(VGA_NODE *node, const NB_UCHAR *fqcp_name);
-
-/* Returns the partner LU of that name wherever it stands, made under the remote system of
- * `fqcp_name` if need be.  Null without memory. */
-VGA_REM_PLU *vga_need_rem_plu(VGA_NODE *node, const NB_UCHAR *fqcp_name, const NB_UCHAR *fqplu_name,
-                              NB_USHORT type);
+/* The sessions with a partner that a mode entry tells of.  Null without memory. */
+VGA_REM_SESS *vga_add_vga_rem_sess(VGA_REM_PLU *plu, const NAP_MODE_DATA *entry);
 
 /* The 13 SNA-defined modes, but for those that the node has already, and the 7 SNA-defined classes
  * of service, which are reset to their defaults.  Return 1, or 0 without memory. */

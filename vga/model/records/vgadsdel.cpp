@@ -10,18 +10,14 @@ NB_VOID delete_fake_port(VGA_PORT *&port) {
     if (port == nullptr) {
         return;
     }
-    if (port->gui_data.listed) {
-        vga_delete_viewer(&port->node->connectivity_root, &port->gui_data.viewer);
-    }
+    vga_delete_line(port);
     vga_free_record(port);
     port = nullptr;
 }
 
 /* Deletes the partners of a remote system with their sessions, then the system. */
 NB_VOID delete_rem_sys_whole(VGA_REM_SYS *system) {
-    if (system->gui_data.listed) {
-        vga_delete_viewer(&system->parent->rem_sys_root, &system->gui_data.viewer);
-    }
+    vga_delete_line(system);
     vga_for_each(system->remote_plu_tree, &VGA_REM_PLU::links, [](VGA_REM_PLU &plu) {
         vga_delete_all<VGA_REM_SESS>(plu.sess_tree);
         vga_delete_vga_rem_plu(&plu);
@@ -48,10 +44,10 @@ NB_VOID leave_pool(const VGA_LU03 &lu, const NB_UCHAR *pool_name) {
 }
 
 /* The first password of a local LU, whose alias leads the key. */
-VGA_SLSEC_DEF *first_password(const VGA_LU62 &lu) {
+VGA_SLSEC_DEF *first_password(const VGA_NODE *node, const NB_UCHAR *alias) {
     VGA_SL_SEC_KEY key = {};
-    memcpy(key.lu_alias, lu.alias, sizeof(key.lu_alias));
-    auto *security = static_cast<VGA_SLSEC_DEF *>(ntl_avl_find_next(&lu.parent->sl_security, &key));
+    memcpy(key.lu_alias, alias, sizeof(key.lu_alias));
+    auto *security = static_cast<VGA_SLSEC_DEF *>(ntl_avl_find_next(&node->sl_security, &key));
     NB_USHORT of_lu =
         security != nullptr && vga_compare_asc8(security->key.lu_alias, key.lu_alias) == 0;
     return of_lu ? security : nullptr;
@@ -103,21 +99,6 @@ NB_VOID VGA_RECORD_TYPE<VGA_LU03>::merged(VGA_LU03 &kept, VGA_LU03 &fresh) {
     }
 }
 
-/* Another LU of the name takes its place in the domain's index. */
-NB_VOID VGA_RECORD_TYPE<VGA_LU03>::delete_children(VGA_LU03 &lu) {
-    vga_delete_lu03_extra_data(&lu);
-    VGA_LU03 *other = lu.next_namesake;
-    if (other == &lu) {
-        return;
-    }
-    lu.previous_namesake->next_namesake = other;
-    other->previous_namesake = lu.previous_namesake;
-    if (AVL_IN_TREE(lu.domain_links)) {
-        ntl_avl_delete(&gvga_system->dependent_lus, &lu.domain_links);
-        ntl_avl_insert(&gvga_system->dependent_lus, &other->domain_links);
-    }
-}
-
 NB_VOID VGA_RECORD_TYPE<VGA_LU62>::delete_children(VGA_LU62 &lu) {
     vga_delete_all<VGA_MODE>(lu.modes);
     vga_delete_all<VGA_PLU>(lu.partners);
@@ -128,7 +109,11 @@ NB_VOID VGA_RECORD_TYPE<VGA_LU62>::unlinked(VGA_LU62 &lu) {
     if (lu.parent->cp_lu == &lu) {
         lu.parent->cp_lu = nullptr;
     }
-    for (VGA_SLSEC_DEF *security; (security = first_password(lu)) != nullptr;) {
+    vga_delete_lu62_passwords(lu.parent, lu.alias);
+}
+
+NB_VOID vga_delete_lu62_passwords(VGA_NODE *node, const NB_UCHAR *alias) {
+    for (VGA_SLSEC_DEF *security; (security = first_password(node, alias)) != nullptr;) {
         vga_delete_vga_slsec_def(security);
     }
 }
@@ -200,6 +185,11 @@ NB_VOID vga_delete_vga_primary_line_fake_port(VGA_NODE *node) {
 }
 
 NB_VOID vga_delete_node_contents(VGA_NODE *node) {
+    if (node->network_fake_rem_sys != nullptr) {
+        delete_rem_sys_whole(node->network_fake_rem_sys);
+    }
+    vga_for_each(node->remote_systems, &VGA_REM_SYS::links,
+                 [](VGA_REM_SYS &system) { delete_rem_sys_whole(&system); });
     vga_delete_all<VGA_CN>(node->connection_networks);
     vga_delete_all<VGA_DLC>(node->dlcs);
     vga_delete_all<VGA_LOCAL_PU>(node->local_pus);
@@ -214,11 +204,6 @@ NB_VOID vga_delete_node_contents(VGA_NODE *node) {
     vga_delete_all<VGA_LU62_TIMEOUT>(node->lu62_timeouts);
     vga_delete_all<VGA_COS>(node->classes_of_service);
     vga_delete_all<VGA_DIR>(node->directory);
-    if (node->network_fake_rem_sys != nullptr) {
-        delete_rem_sys_whole(node->network_fake_rem_sys);
-    }
-    vga_for_each(node->remote_systems, &VGA_REM_SYS::links,
-                 [](VGA_REM_SYS &system) { delete_rem_sys_whole(&system); });
     vga_delete_all<VGA_TP_DEF>(node->tp_defs);
     vga_delete_all<VGA_TP_LOAD_INFO>(node->tp_load_infos);
     vga_delete_all<VGA_SLSEC_DEF>(node->sl_security);

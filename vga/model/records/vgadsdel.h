@@ -26,6 +26,9 @@ NB_VOID vga_delete_sna_net_node(VGA_SNA_NET_NODE *record);
 NB_VOID vga_delete_lu03_extra_data(VGA_LU03 *deplu);
 NB_VOID vga_remove_pool_lu(VGA_LU03 *deplu);
 
+/* Deletes the passwords of the local LU of that alias (8 bytes, local). */
+NB_VOID vga_delete_lu62_passwords(VGA_NODE *node, const NB_UCHAR *alias);
+
 NB_VOID vga_delete_vga_dlur_fake_port(VGA_NODE *node);
 NB_VOID vga_delete_vga_primary_line_fake_port(VGA_NODE *node);
 

@@ -81,52 +81,25 @@ NB_VOID status_follows(VGA_LU03 *lu) {
     }
 }
 
-/* The sessions with the partner are those of the mode. */
+/* They name their partner anew, and tell of the sessions with it. */
 NB_VOID status_follows(VGA_MODE *mode) {
-    VGA_NODE *node = mode->parent->parent;
-    NAP_MODE_DATA data = *mode->vcb;
-    VGA_REM_PLU *plu = vga_add_vga_rem_sess(node, mode->vcb);
-    if (plu == nullptr || data.act_sess_count != 0) {
-        return;
-    }
-    VGA_REM_SESS_KEY key;
-    memcpy(key.lu_alias, data.lu_alias, sizeof(key.lu_alias));
-    memcpy(key.mode_name, data.mode_name, sizeof(key.mode_name));
-    auto *session = static_cast<VGA_REM_SESS *>(ntl_avl_find(&plu->sess_tree, &key));
-    if (session != nullptr) {
-        vga_delete_vga_rem_sess(session);
-    }
+    VGA_RECORD_TYPE<VGA_MODE>::settled(*mode);
 }
 
-/* The partner moves to the system that the sessions have shown it to be on. */
 NB_VOID status_follows(VGA_PLU *plu) {
-    NAP_PLU_DATA data = *plu->vcb;
-    vga_need_rem_plu(plu->parent->parent, data.fq_cp_name, data.fqplu_name, NAP_DIR_LU);
-}
-
-NB_USHORT is_control_point(NB_USHORT resource_type) {
-    return resource_type == NAP_DIR_END_NODE || resource_type == NAP_DIR_NETWORK_NODE;
+    VGA_RECORD_TYPE<VGA_PLU>::settled(*plu);
 }
 
 /* A remote system has the entry of its control point. */
 NB_VOID status_follows(VGA_DIR *dir) {
-    VGA_REM_SYS *system = vga_find_rem_sys(dir->parent, dir->key.fqcp_name);
-    if (is_control_point(dir->key.resource_type) && system != nullptr) {
-        *system->vcb = *dir->vcb;
-        vga_update_line(system);
-    }
+    VGA_RECORD_TYPE<VGA_DIR>::settled(*dir);
 }
 
 /* A session's number may have been given to another one. */
 NB_VOID status_follows(VGA_TAMRIX_APPCIP_SESS *session) {
-    VGA_TAMRIX_SESS_KEY key = session->key;
-    VGA_COPY_KEY(key.lu_name, session->vcb->lu_name);
-    VGA_COPY_KEY(key.fqplu_name, session->vcb->fqplu_name);
-    VGA_COPY_KEY(key.mode_name, session->vcb->mode_name);
-    if (vga_compare_tamrix_appcip_sess(&key, &session->key) != 0) {
-        vga_relink(session->parent->tamrix_sessions, session->links,
-                   [session, &key] { session->key = key; });
-    }
+    VGA_TAMRIX_APPCIP_SESS now = *session;
+    VGA_RECORD_TYPE<VGA_TAMRIX_APPCIP_SESS>::init(now);
+    vga_relink_as(*session, now);
 }
 
 /* What goes with a resource. */
@@ -148,45 +121,6 @@ NB_VOID take_out(VGA_LOCAL_PU *pu) {
 
 NB_VOID take_out(VGA_DOWN_PU *pu) {
     take_pu_out(pu);
-}
-
-NB_VOID take_out(VGA_MODE *mode) {
-    mode->vcb->act_sess_count = 0;
-    status_follows(mode);
-    vga_delete_vga_mode(mode);
-}
-
-/* Neither the directory nor a partner that is still there says that the system exists. */
-NB_VOID drop_unused_system(VGA_REM_SYS *system) {
-    if (!system->defined && AVL_FIRST(system->remote_plu_tree) == nullptr &&
-        system != system->parent->network_fake_rem_sys) {
-        vga_record_changed(system, VGA_RECORD_GONE);
-        vga_delete_vga_rem_sys(system);
-    }
-}
-
-NB_VOID take_out(VGA_DIR *dir) {
-    VGA_NODE *node = dir->parent;
-    VGA_DIR_KEY key = dir->key;
-    vga_delete_vga_dir(dir);
-    VGA_REM_SYS *system = vga_find_rem_sys(node, key.fqcp_name);
-    if (system == nullptr) {
-        return;
-    }
-    if (is_control_point(key.resource_type)) {
-        system->defined = 0;
-    } else {
-        VGA_REM_PLU *plu = vga_find_rem_plu(node, key.resource_name, key.resource_type);
-        if (plu == nullptr || plu->parent != system) {
-            return;
-        }
-        plu->in_directory = 0;
-        if (!plu->defined && AVL_FIRST(plu->sess_tree) == nullptr) {
-            vga_record_changed(plu, VGA_RECORD_GONE);
-            vga_delete_vga_rem_plu(plu);
-        }
-    }
-    drop_unused_system(system);
 }
 
 /* The row's functions, from those above. */
