@@ -202,7 +202,8 @@ TEST_P(LiveModel, ARebuildKeepsHandlesAndDialogs) {
     run(3);
     EXPECT_EQ(vga_dump_model(), whole);
     vga_walk_model([dialog](auto &record, const char *type, auto *) {
-        EXPECT_EQ(record.gui_data.dialog, record.gui_data.list != nullptr ? dialog : nullptr) << type;
+        EXPECT_EQ(record.gui_data.dialog, record.gui_data.list != nullptr ? dialog : nullptr)
+            << type;
     });
     const auto after = open_dialogs(nullptr);
     for (const auto &[record, handle] : before) {

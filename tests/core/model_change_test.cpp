@@ -3,9 +3,13 @@
 
 #include "checkedmodel.h"
 #include "modelrecords.h"
+#include "partners.h"
 #include "reports.h"
+#include "vgadsbld.h"
 #include <algorithm>
+#include <map>
 #include <random>
+#include <set>
 
 SCRIPTED_NOF_ENTRY
 
@@ -100,14 +104,287 @@ TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
     }
 }
 
-/* One that turns out to be attached in another way keeps its line. */
+/* What an entry lists under another owner goes there, and the old owner takes nothing with it. */
+TEST_F(ModelChange, ResourcesMoveToAnotherOwner) {
+    VGA_DLC *other_dlc = add_dlc(node, "LAN1");
+    VGA_PORT *other_port = add_port(other_dlc, "ETH1");
+    VGA_LS *ls = add_ls(port, "HOST", NAP_ADJ_HOST, "HOSTPU");
+    VGA_LU03 *lu = add_lu03(ls->local_pu, "LU1");
+    vga_expand_viewer(&node->connectivity_root, &ls->gui_data.viewer, 1);
+    vga_viewer_select(&ls->gui_data.viewer, &node->connectivity_root, 0, 0, 1, 1);
+
+    EXPECT_EQ(add_ls(other_port, "HOST", NAP_ADJ_HOST, "HOSTPU"), ls);
+    EXPECT_EQ(ls->gui_data.viewer.parent, &other_port->gui_data.viewer);
+    EXPECT_TRUE(ls->gui_data.viewer.expanded && ls->gui_data.viewer.selected);
+    check_model();
+    EXPECT_EQ(add_port(dlc, "ETH1"), other_port);
+    vga_delete_vga_dlc(other_dlc);
+    EXPECT_EQ(vga_find_ls(node, ls->name), ls);
+    EXPECT_EQ(lu->gui_data.viewer.parent, &ls->gui_data.viewer);
+    check_model();
+
+    VGA_PRIMARY_LINE *lines[2];
+    for (int at : {0, 1}) {
+        auto line = new_entry<NAP_PRIMARY_LINE_DATA>();
+        set_local(line.line_name, at == 0 ? "LINE0" : "LINE1");
+        lines[at] = vga_insert_vga_primary_line(vga_init_vga_primary_line(node, &line));
+    }
+    auto entry = new_entry<NAP_PRIMARY_LU0_DATA>();
+    set_ebcdic(entry.lu_name, "LU0");
+    VGA_PRIMARY_LU0 *lu0 = vga_insert_vga_primary_lu0(vga_init_vga_primary_lu0(lines[0], &entry));
+    EXPECT_EQ(vga_insert_vga_primary_lu0(vga_init_vga_primary_lu0(lines[1], &entry)), lu0);
+    vga_delete_vga_primary_line(lines[0]);
+    check_model();
+    EXPECT_EQ(AVL_FIRST(node->primary_lu0s), lu0);
+}
+
+/* Whoever was heard of last has the alias, and at the end everybody has the one of the list. */
+TEST_F(ModelChange, AliasesAreSwappedAndPassedOn) {
+    constexpr size_t count = 7;
+    REPORTS reports;
+    std::vector<std::string> aliases;
+    for (size_t at = 0; at < count; at++) {
+        aliases.push_back("ALIAS" + std::to_string(at));
+    }
+    for (unsigned seed = 1; seed <= 20; seed++) {
+        std::mt19937 random(seed);
+        std::shuffle(aliases.begin(), aliases.end(), random);
+        for (size_t at = 0; at < count; at++) {
+            VGA_LU62 *lu = add_lu62(node, "LU" + std::to_string(at), aliases[at]);
+            EXPECT_EQ(vga_find_lu62_by_alias(node, LOCAL<8>(aliases[at]).bytes), lu);
+            check_model();
+        }
+        EXPECT_EQ(ntl_avl_validate(&node->lu_aliases), NB_LONG{count});
+    }
+    EXPECT_EQ(reports.take(), "");
+}
+
+/* A line becomes that of another kind where it stands. */
+TEST_F(ModelChange, LinesFollowTheKindOfTheirLinkStation) {
+    std::vector<VGA_LS *> all;
+    for (const char *name : {"A", "B", "C"}) {
+        all.push_back(add_ls(port, name, NAP_ADJ_END_NODE, ""));
+    }
+    for (const NB_UCHAR partner : {NAP_ADJ_HOST, NAP_ADJ_END_NODE, NAP_ADJ_DOWNSTREAM}) {
+        EXPECT_EQ(add_ls(port, "B", partner, ""), all[1]);
+        EXPECT_EQ(all[1]->gui_data.viewer.type,
+                  partner == NAP_ADJ_END_NODE ? VGA_VIEWER_LS_LEAF : VGA_VIEWER_LS);
+        check_model();
+    }
+}
+
+/* A PU has a line of its own while it is served over the network. */
 TEST_F(ModelChange, APuServedByADependentLuServerMayChange) {
     vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
-    VGA_LOCAL_PU *pu = put_pu("SERVED", NAP_DLUR_ATTACHED);
-    EXPECT_NE(pu->gui_data.list, nullptr);
-    EXPECT_EQ(put_pu("SERVED"), pu);
+    VGA_LS *host = add_ls(port, "HOST", NAP_ADJ_HOST, "SERVED");
+    VGA_LOCAL_PU *pu = host->local_pu;
+    VGA_LU03 *lu = add_lu03(pu, "LU1");
+    for (int round = 0; round < 2; round++) {
+        EXPECT_EQ(put_pu("SERVED", NAP_DLUR_ATTACHED), pu);
+        EXPECT_EQ(lu->gui_data.viewer.parent, &pu->gui_data.viewer);
+        check_model();
+        EXPECT_EQ(put_pu("SERVED", NAP_DIRECT_ATTACHED, "HOST"), pu);
+        EXPECT_EQ(pu->gui_data.list, nullptr);
+        EXPECT_EQ(lu->gui_data.viewer.parent, &host->gui_data.viewer);
+        check_model();
+    }
+}
+
+/* Behind any number of PUs that have no line, a new line's place costs the logarithm. */
+TEST_F(ModelChange, ALinesPlaceIsNotWalkedTo) {
+    static size_t comparisons;
+    constexpr int direct = 5000;
+    vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
+    put_pu("A", NAP_DLUR_ATTACHED);
+    for (int number = 0; number < direct; number++) {
+        put_pu("M" + std::to_string(number));
+    }
+    node->local_pus.compare = [](const NB_VOID *one, const NB_VOID *other) {
+        comparisons++;
+        return vga_compare_ebc8(one, other);
+    };
+    for (int number = 0; number < 20; number++) {
+        put_pu("Z" + std::to_string(number), NAP_DLUR_ATTACHED);
+        put_pu("N" + std::to_string(number), NAP_DLUR_ATTACHED);
+    }
+    EXPECT_LT(comparisons, 40U * 60);
     check_model();
-    vga_delete_vga_local_pu(pu);
+}
+
+/* A partner stands where it was last heard to be, and as long as anything names it. */
+TEST_F(ModelChange, PartnersFollowWhatNamesThem) {
+    VGA_LU62 *lu = add_lu62(node, "LU", "LU");
+    const EBCDIC<17> partner("NETA.PARTNER");
+    const auto where = [&] {
+        const VGA_REM_PLU *plu = vga_find_rem_plu(node, partner.bytes, NAP_DIR_LU);
+        if (plu == nullptr) {
+            return std::string("gone");
+        }
+        NB_CHAR text[18] = {};
+        memcpy(text, plu->parent->name, sizeof(plu->parent->name));
+        nba_ebcdic_to_local(reinterpret_cast<NB_UCHAR *>(text), sizeof(plu->parent->name));
+        return std::string(text, strcspn(text, " "));
+    };
+    const auto put_dir = [&](const std::string &cp) {
+        auto entry = new_entry<NAP_DIR_DATA>();
+        set_ebcdic(entry.fqcp_name, cp);
+        memcpy(entry.resource_name, partner.bytes, sizeof(entry.resource_name));
+        entry.resource_type = NAP_DIR_LU;
+        return vga_insert_vga_dir(vga_init_vga_dir(node, &entry));
+    };
+    const auto put_mode = [&](const std::string &cp, NB_USHORT sessions) {
+        auto entry = new_entry<NAP_MODE_DATA>();
+        set_local(entry.lu_alias, "LU");
+        set_ebcdic(entry.mode_name, "#INTER");
+        memcpy(entry.fqplu_name, partner.bytes, sizeof(entry.fqplu_name));
+        set_ebcdic(entry.fq_cp_name, cp);
+        entry.act_sess_count = sessions;
+        return vga_insert_vga_mode(vga_init_vga_mode(lu, &entry));
+    };
+    VGA_MODE *mode = put_mode("", 0);
+    EXPECT_EQ(where(), "");
+    VGA_DIR *first = put_dir("NETA.CP1");
+    EXPECT_EQ(where(), "NETA.CP1");
+    VGA_DIR *second = put_dir("NETA.CP2");
+    EXPECT_EQ(where(), "NETA.CP2");
+    EXPECT_EQ(put_mode("NETA.CP3", 2), mode);
+    EXPECT_EQ(where(), "NETA.CP3");
+    EXPECT_EQ(AVL_IN_TREE(mode->partner.plu->links), true);
+    check_model();
+    vga_delete_vga_mode(mode);
+    EXPECT_EQ(where(), "NETA.CP2");
+    vga_delete_vga_dir(second);
+    EXPECT_EQ(where(), "NETA.CP1");
+    check_model();
+    mode = put_mode("", 1);
+    vga_delete_vga_dir(first);
+    EXPECT_EQ(where(), "") << "a session still names it, and nobody says where it is";
+    EXPECT_EQ(AVL_FIRST(node->remote_systems), nullptr);
+    check_model();
+    mode->partner.plu->defined = 1;
+    vga_delete_vga_lu62(lu);
+    EXPECT_EQ(where(), "");
+    vga_undefine_rem_plu(vga_find_rem_plu(node, partner.bytes, NAP_DIR_LU));
+    EXPECT_EQ(where(), "gone");
+    check_model();
+}
+
+/* Owners that come and go while their lists are read: one cursor goes by their names, and nobody
+ * behind it is left out or asked twice. */
+TEST_F(ModelChange, OwnersAreEachAskedForOnceWhateverMoves) {
+    for (int number = 10; number < 60; number++) {
+        add_lu62(node, "LU" + std::to_string(number), "A" + std::to_string(99 - number));
+    }
+    vga_build_next_action(VGA_PHASE_LOCAL_LUS, node);
+    std::map<NB_USHORT, std::multiset<std::string>> asked;
+    std::mt19937 random(11);
+    for (int round = 0; !scripted_nof.in_flight.empty(); round++) {
+        const auto query = issued_block();
+        asked[query.opcode].insert(std::string(reinterpret_cast<const char *>(query.key), 3));
+        answer_list({});
+        if (round == 4) {
+            vga_delete_vga_lu62(vga_find_lu62(node, EBCDIC<8>("LU11").bytes)); // behind the cursor
+            vga_delete_vga_lu62(vga_find_lu62(node, EBCDIC<8>("LU40").bytes)); // before it
+            add_lu62(node, "LU12X", "B00");
+            add_lu62(node, "LU50X", "B01");
+            add_lu62(node, "LU45", "A46"); // which was that of LU53
+            add_lu62(node, "LU53", "A54");
+        }
+    }
+    for (const NB_USHORT opcode :
+         {NAP_QUERY_PARTNER_LU, NAP_QUERY_MODE, NAP_QUERY_LU_LU_PASSWORD}) {
+        for (int number = 30; number < 60; number++) {
+            const std::string alias = "A" + std::to_string(99 - number);
+            EXPECT_EQ(asked[opcode].count(alias), number == 40 ? 0U : 1U) << alias;
+        }
+        EXPECT_EQ(asked[opcode].count("B01"), 1U);
+        EXPECT_EQ(asked[opcode].count("B00"), 0U) << "read by its own build";
+    }
+}
+
+/* What a build that was started again had under way clears none of the new one's flags, and what
+ * its late answers bring is closed. */
+TEST_F(ModelChange, AnOldBuildsAnswersClearNothing) {
+    vga_start_build_node(node);
+    EXPECT_EQ(node->connection, VGA_CONNECTING);
+    vga_start_build_node(node);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 2U);
+    const auto connect = [](NB_ULONG target) {
+        reinterpret_cast<NAP_CONNECT_NODE_VERB *>(scripted_nof.in_flight[0].vcb)->target_handle =
+            target;
+        scripted_nof.complete(0);
+    };
+    connect(8);
+    EXPECT_EQ(node->connection, VGA_CONNECTING);
+    EXPECT_EQ(issued_block(1).opcode, NAP_DISCONNECT_NODE);
+    EXPECT_EQ(scripted_nof.in_flight[1].target, 8U);
+    connect(9);
+    EXPECT_EQ(node->connection, VGA_CONNECTED);
+    EXPECT_EQ(node->target, 9U);
+    NB_CHAR before[VGA_NODE_CHAINS + 1];
+    vga_check_node_startup(node, &before);
+    const auto old = *std::find_if(scripted_nof.in_flight.begin(), scripted_nof.in_flight.end(),
+                                   [](const ISSUED_VERB &verb) { return verb.target == 9; });
+    vga_start_build_node(node);
+    while (scripted_nof.in_flight[0].vcb != old.vcb) {
+        scripted_nof.in_flight.erase(scripted_nof.in_flight.begin());
+    }
+    scripted_nof.complete(0, NAP_COMM_FAILURE, NAP_NODE_GONE);
+    NB_CHAR flags[VGA_NODE_CHAINS + 1];
+    vga_check_node_startup(node, &flags);
+    EXPECT_EQ(std::string(flags), std::string(VGA_NODE_CHAINS, '1'));
+    EXPECT_EQ(node->connection, VGA_CONNECTING);
+}
+
+/* A failed list ends the program in the name of the build, with the line of the list's step. */
+TEST_F(ModelChange, AFailedListNamesItsStep) {
+    std::set<NB_INT> lines;
+    for (const NB_USHORT kind : {VGA_PHASE_LOCAL_PUS, VGA_PHASE_CONNECTION_NETWORKS}) {
+        put_pu("HOSTPU");
+        auto cn = new_entry<NAP_CN_DATA>();
+        set_ebcdic(cn.fqcn_name, "NETA.CN");
+        vga_insert_vga_cn(vga_init_vga_cn(node, &cn));
+        vga_build_next_action(kind, node);
+        scripted_nof.complete(0, NAP_STATE_CHECK, NAP_NODE_BUSY);
+        EXPECT_EQ(gvga_exit_code, VGA_EXIT_VERB_FAILED);
+        EXPECT_STREQ(gvga_exit_file, "vgadsbld");
+        lines.insert(gvga_exit_line);
+        gvga_exit_code = 0;
+    }
+    EXPECT_EQ(lines.size(), 2U);
+}
+
+TEST_F(ModelChange, ALinkStationProposesThePuName) {
+    const auto proposed = [this](const std::string &ls) {
+        NB_UCHAR name[8];
+        vga_ls_to_pu_name(node, LOCAL<8>(ls).bytes, name);
+        nba_ebcdic_to_local(name, sizeof(name));
+        const std::string text(reinterpret_cast<const char *>(name), sizeof(name));
+        put_pu(text);
+        return text;
+    };
+    EXPECT_EQ(proposed("ls-01"), "LS01    ");
+    EXPECT_EQ(proposed("LS01"), "LS011   ");
+    EXPECT_EQ(proposed("abcdefgh"), "ABCDEFGH");
+    EXPECT_EQ(proposed("abcdefgh"), "ABCDEFG1");
+    EXPECT_EQ(proposed(""), "PU      ");
+}
+
+/* No indication tells of them: those that a list does not have any more are gone. */
+TEST_F(ModelChange, RtpConnectionsAreReadAnew) {
+    const auto entry = [](const std::string &name) {
+        auto data = new_entry<NAP_RTP_CONN_DATA>();
+        set_ebcdic(data.rtp_name, name);
+        const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&data);
+        return BYTES(bytes, bytes + sizeof(data));
+    };
+    vga_start_build_rtp_conns(node);
+    answer_list({entry("@R1"), entry("@R2")});
+    const NB_VOID *kept = ntl_avl_find(&node->rtp_conns, EBCDIC<8>("@R2").bytes);
+    vga_start_build_rtp_conns(node);
+    answer_list({entry("@R2"), entry("@R3")});
+    EXPECT_EQ(AVL_FIRST(node->rtp_conns), kept);
+    EXPECT_EQ(ntl_avl_validate(&node->rtp_conns), 2);
     check_model();
 }
 

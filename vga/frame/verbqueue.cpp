@@ -198,6 +198,17 @@ NB_VOID vga_drain_immediate_queue(NB_VOID) {
     }
 }
 
+NB_VOID vga_divert_verbs(NB_USHORT opcode, NB_ULONG user_data, VGA_COMPLETION from,
+                         VGA_COMPLETION to) {
+    for (NB_LQE *links = gvga_nof_queue.next; links != &gvga_nof_queue; links = links->next) {
+        VGA_QUEUE_ENTRY &entry = *entry_of(links);
+        if (entry.vcb->opcode == opcode && entry.user_data == user_data &&
+            entry.completion == from) {
+            entry.completion = to;
+        }
+    }
+}
+
 NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *vcb,
                              NB_ULONG user_data, VGA_COMPLETION completion) {
     for (NB_LQE *links = gvga_nof_queue.next; links != &gvga_nof_queue;) {

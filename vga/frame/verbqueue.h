@@ -58,6 +58,12 @@ NB_VOID vga_nof_verb_callback(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data)
 /* Handles the entries of the immediate queue until it is empty or an exit was requested. */
 NB_VOID vga_drain_immediate_queue(NB_VOID);
 
+/* Has the routine `to` called in place of `from` for the verbs with that opcode and user data: for
+ * answers that nobody wants any more and that bring what must be closed.  The immediate queue is
+ * left alone. */
+NB_VOID vga_divert_verbs(NB_USHORT opcode, NB_ULONG user_data, VGA_COMPLETION from,
+                         VGA_COMPLETION to);
+
 /* Forgets verbs.  Every argument that is not 0 is a filter; no filter means all.  A waiting verb is
  * freed; the answer of one in flight will be dropped.  The immediate queue is left alone. */
 NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *vcb,

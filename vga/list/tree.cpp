@@ -375,6 +375,9 @@ NB_VOID vga_move_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT 
     }
     item->up = item->left = item->right = nullptr;
     put_in(root, item, after);
+    if (parent != nullptr && (outlined || selected)) {
+        vga_expand_viewer(root, parent, 1);
+    }
     if (outlined && vga_viewer_is_visible(item)) {
         vga_viewer_set_outline(root, item, 1);
     }

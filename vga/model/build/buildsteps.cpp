@@ -12,7 +12,6 @@
 namespace {
 
 using enum VGA_STEP_KIND;
-using STEP = VGA_BUILD_STEP;
 
 /* Targets and conditions. */
 
@@ -129,231 +128,222 @@ NB_VOID keep_node_data(VGA_NODE *node, const NAP_VCB *vcb) {
 
 /* Owners of owned lists. */
 
-template <class Record> Record *owner_behind(const AVL_TREE &tree, const NB_UCHAR *name) {
-    return static_cast<Record *>(name == nullptr ? AVL_FIRST(tree)
-                                                 : ntl_avl_find_next(&tree, name));
+/* Owners are walked by their names, and asked for by what their lists have them under: an LU may
+ * give its alias to another while the lists are read. */
+template <class Record, AVL_TREE VGA_NODE::*Owners, auto AskedBy = &Record::name>
+VGA_LIST_OWNER next_owner(const VGA_NODE *node, const NB_UCHAR *name) {
+    auto *owner = static_cast<Record *>(
+        name == nullptr ? AVL_FIRST(node->*Owners) : ntl_avl_find_next(&(node->*Owners), name));
+    if (owner == nullptr) {
+        return {};
+    }
+    return {owner->name, sizeof(owner->name), owner->*AskedBy};
 }
 
-const NB_UCHAR *next_local_pu(const VGA_NODE *node, const NB_UCHAR *name) {
-    auto *pu = owner_behind<VGA_LOCAL_PU>(node->local_pus, name);
-    return pu != nullptr ? pu->name : nullptr;
-}
-
-const NB_UCHAR *next_lu62(const VGA_NODE *node, const NB_UCHAR *alias) {
-    auto *lu = owner_behind<VGA_LU62>(node->lu_aliases, alias);
-    return lu != nullptr ? lu->alias : nullptr;
-}
-
-const NB_UCHAR *next_cos(const VGA_NODE *node, const NB_UCHAR *name) {
-    auto *cos = owner_behind<VGA_COS>(node->classes_of_service, name);
-    return cos != nullptr ? cos->name : nullptr;
-}
-
-const NB_UCHAR *next_cn(const VGA_NODE *node, const NB_UCHAR *name) {
-    auto *cn = owner_behind<VGA_CN>(node->connection_networks, name);
-    return cn != nullptr ? cn->name : nullptr;
-}
-
-const NB_UCHAR *next_down_pu(const VGA_NODE *node, const NB_UCHAR *name) {
-    auto *pu = owner_behind<VGA_DOWN_PU>(node->down_pus, name);
-    return pu != nullptr ? pu->name : nullptr;
-}
+constexpr auto next_local_pu = next_owner<VGA_LOCAL_PU, &VGA_NODE::local_pus>;
+constexpr auto next_down_pu = next_owner<VGA_DOWN_PU, &VGA_NODE::down_pus>;
+constexpr auto next_cn = next_owner<VGA_CN, &VGA_NODE::connection_networks>;
+constexpr auto next_cos = next_owner<VGA_COS, &VGA_NODE::classes_of_service>;
+constexpr auto next_lu62 = next_owner<VGA_LU62, &VGA_NODE::lus, &VGA_LU62::alias>;
 
 /* The tables. */
 
+#define STEP(step) .id = step, .line = __LINE__
+
 /* clang-format off */
-constexpr STEP system_steps[] = {
-    {.id = S_OPEN_SYSTEM, .kind = OPEN, .opcode = NAP_OPEN_FILE, .detail = NAP_SYSTEM_FILE,
+constexpr VGA_BUILD_STEP system_steps[] = {
+    {STEP(S_OPEN_SYSTEM), .kind = OPEN, .opcode = NAP_OPEN_FILE, .detail = NAP_SYSTEM_FILE,
      .chain = VGA_SYSTEM_FILE, .next = {S_SYSTEM_MODE}, .target = no_target,
      .store = keep_domain_target},
-    {.id = S_SYSTEM_MODE, .kind = SET_MODE, .opcode = NAP_SET_PROCESSING_MODE,
+    {STEP(S_SYSTEM_MODE), .kind = SET_MODE, .opcode = NAP_SET_PROCESSING_MODE,
      .next = {S_REG_SERVER}, .wanted = with_domain, .target = domain_target},
-    {.id = S_REG_SERVER, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(S_REG_SERVER), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_SERVER_INDICATION, .next = {S_NODE_ALL}, .target = no_target},
-    {.id = S_NODE_ALL, .kind = LIST, .opcode = NAP_QUERY_NODE_ALL, .chain = VGA_NODE_LIST,
+    {STEP(S_NODE_ALL), .kind = LIST, .opcode = NAP_QUERY_NODE_ALL, .chain = VGA_NODE_LIST,
      .next = {S_REG_CONFIG, S_OPEN_NET, S_CENTRAL_LOGGING}, .target = no_target},
-    {.id = S_REG_CONFIG, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(S_REG_CONFIG), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_CONFIG_COPIES, .next = {S_USERS}, .wanted = with_domain,
      .target = domain_target},
-    {.id = S_USERS, .kind = LIST, .opcode = NAP_QUERY_EMULATOR_USER_DEF, .next = {S_CPIC},
+    {STEP(S_USERS), .kind = LIST, .opcode = NAP_QUERY_EMULATOR_USER_DEF, .next = {S_CPIC},
      .wanted = with_domain, .target = domain_target},
-    {.id = S_CPIC, .kind = LIST, .opcode = NAP_QUERY_CPIC_SIDE_INFO, .next = {S_RJE},
+    {STEP(S_CPIC), .kind = LIST, .opcode = NAP_QUERY_CPIC_SIDE_INFO, .next = {S_RJE},
      .wanted = with_domain, .target = domain_target},
-    {.id = S_RJE, .kind = LIST, .opcode = NAP_QUERY_RJE_WKSTN_DEF, .chain = VGA_USERS_LIST,
+    {STEP(S_RJE), .kind = LIST, .opcode = NAP_QUERY_RJE_WKSTN_DEF, .chain = VGA_USERS_LIST,
      .wanted = with_domain, .target = domain_target},
-    {.id = S_OPEN_NET, .kind = OPEN, .opcode = NAP_OPEN_FILE, .detail = NAP_NETWORK_FILE,
+    {STEP(S_OPEN_NET), .kind = OPEN, .opcode = NAP_OPEN_FILE, .detail = NAP_NETWORK_FILE,
      .chain = VGA_NETWORK_FILE, .next = {S_NET_MODE}, .wanted = with_domain, .target = no_target,
      .store = keep_net_target},
-    {.id = S_NET_MODE, .kind = SET_MODE, .opcode = NAP_SET_PROCESSING_MODE, .next = {S_REG_NET},
+    {STEP(S_NET_MODE), .kind = SET_MODE, .opcode = NAP_SET_PROCESSING_MODE, .next = {S_REG_NET},
      .wanted = with_network, .target = net_target},
-    {.id = S_REG_NET, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(S_REG_NET), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_SNA_NET_INDICATION, .next = {S_NET}, .wanted = with_network,
      .target = net_target},
-    {.id = S_NET, .kind = LIST, .opcode = NAP_QUERY_SNA_NET, .chain = VGA_NETWORK_LIST,
+    {STEP(S_NET), .kind = LIST, .opcode = NAP_QUERY_SNA_NET, .chain = VGA_NETWORK_LIST,
      .wanted = with_network, .target = net_target},
-    {.id = S_CENTRAL_LOGGING, .kind = RECORD, .opcode = NAP_QUERY_CENTRAL_LOGGING,
+    {STEP(S_CENTRAL_LOGGING), .kind = RECORD, .opcode = NAP_QUERY_CENTRAL_LOGGING,
      .next = {S_LOG_TYPE}, .wanted = with_domain, .target = domain_target,
      .store = keep_logging<&VGA_LOGGING_SETTINGS::central_logging>},
-    {.id = S_LOG_TYPE, .kind = RECORD, .opcode = NAP_QUERY_GLOBAL_LOG_TYPE,
+    {STEP(S_LOG_TYPE), .kind = RECORD, .opcode = NAP_QUERY_GLOBAL_LOG_TYPE,
      .next = {S_CENTRAL_LOGGER}, .wanted = with_domain, .target = domain_target,
      .store = keep_logging<&VGA_LOGGING_SETTINGS::global_log_type>},
-    {.id = S_CENTRAL_LOGGER, .kind = RECORD, .opcode = NAP_QUERY_CENTRAL_LOGGER,
+    {STEP(S_CENTRAL_LOGGER), .kind = RECORD, .opcode = NAP_QUERY_CENTRAL_LOGGER,
      .chain = VGA_LOGGING, .wanted = with_central_logging, .target = domain_target,
      .store = keep_logging<&VGA_LOGGING_SETTINGS::central_logger>},
 };
 
-constexpr STEP node_steps[] = {
-    {.id = N_CONNECT, .kind = CONNECT, .opcode = NAP_CONNECT_NODE, .chain = VGA_CONNECT,
+constexpr VGA_BUILD_STEP node_steps[] = {
+    {STEP(N_CONNECT), .kind = CONNECT, .opcode = NAP_CONNECT_NODE, .chain = VGA_CONNECT,
      .next = {N_REG_CONFIG, N_OPEN_TP}, .target = no_target, .store = vga_keep_node_target},
-    {.id = N_REG_CONFIG, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_CONFIG), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_CONFIG_COPIES, .next = {N_MODE}},
-    {.id = N_OPEN_TP, .kind = OPEN, .opcode = NAP_OPEN_FILE, .detail = NAP_TP_LOAD_FILE,
+    {STEP(N_OPEN_TP), .kind = OPEN, .opcode = NAP_OPEN_FILE, .detail = NAP_TP_LOAD_FILE,
      .next = {N_TP_LOAD}, .target = no_target, .store = keep_tp_target},
-    {.id = N_TP_LOAD, .kind = LIST, .opcode = NAP_QUERY_TP_LOAD_INFO, .chain = VGA_TP_LOAD_LIST,
+    {STEP(N_TP_LOAD), .kind = LIST, .opcode = NAP_QUERY_TP_LOAD_INFO, .chain = VGA_TP_LOAD_LIST,
      .wanted = with_tp_file, .target = tp_target},
-    {.id = N_MODE, .kind = SET_MODE, .opcode = NAP_SET_PROCESSING_MODE, .next = {N_LIMITS}},
-    {.id = N_LIMITS, .kind = RECORD, .opcode = NAP_QUERY_NODE_LIMITS, .chain = VGA_LIMITS,
+    {STEP(N_MODE), .kind = SET_MODE, .opcode = NAP_SET_PROCESSING_MODE, .next = {N_LIMITS}},
+    {STEP(N_LIMITS), .kind = RECORD, .opcode = NAP_QUERY_NODE_LIMITS, .chain = VGA_LIMITS,
      .next = {N_NODE}, .store = keep<&VGA_NODE::limits>},
-    {.id = N_NODE, .kind = RECORD, .opcode = NAP_QUERY_NODE, .chain = VGA_NODE_DATA,
+    {STEP(N_NODE), .kind = RECORD, .opcode = NAP_QUERY_NODE, .chain = VGA_NODE_DATA,
      .next = {N_DEFAULTS, N_REG_DLC, N_COS, N_DLC_TRACE}, .store = keep_node_data},
 
     /* settings and short lists, one behind the other */
-    {.id = N_DEFAULTS, .kind = RECORD, .opcode = NAP_QUERY_DEFAULTS, .chain = VGA_DEFAULTS,
+    {STEP(N_DEFAULTS), .kind = RECORD, .opcode = NAP_QUERY_DEFAULTS, .chain = VGA_DEFAULTS,
      .next = {N_TN_DEFAULTS, N_LU_POOL, N_TAMRIX_DEFAULTS}, .store = keep<&VGA_NODE::defaults>},
-    {.id = N_TN_DEFAULTS, .kind = RECORD, .opcode = NAP_QUERY_TN3270_DEFAULTS, .next = {N_TN_SSL},
+    {STEP(N_TN_DEFAULTS), .kind = RECORD, .opcode = NAP_QUERY_TN3270_DEFAULTS, .next = {N_TN_SSL},
      .store = keep_tn<&VGA_NODE_TN::defaults>},
-    {.id = N_TN_SSL, .kind = RECORD, .opcode = NAP_QUERY_TN3270_SSL_LDAP, .next = {N_TN_SLP},
+    {STEP(N_TN_SSL), .kind = RECORD, .opcode = NAP_QUERY_TN3270_SSL_LDAP, .next = {N_TN_SLP},
      .store = keep_tn<&VGA_NODE_TN::ssl>},
-    {.id = N_TN_SLP, .kind = RECORD, .opcode = NAP_QUERY_TN3270_SLP, .next = {N_TN_EXL},
+    {STEP(N_TN_SLP), .kind = RECORD, .opcode = NAP_QUERY_TN3270_SLP, .next = {N_TN_EXL},
      .store = keep_tn<&VGA_NODE_TN::slp>},
-    {.id = N_TN_EXL, .kind = RECORD, .opcode = NAP_QUERY_TN3270_EXPRESS_LOGON,
+    {STEP(N_TN_EXL), .kind = RECORD, .opcode = NAP_QUERY_TN3270_EXPRESS_LOGON,
      .chain = VGA_TN_SETTINGS, .next = {N_TN_ACCESS},
      .store = keep_tn<&VGA_NODE_TN::express_logon>},
-    {.id = N_TN_ACCESS, .kind = LIST, .opcode = NAP_QUERY_TN3270_ACCESS_DEF,
+    {STEP(N_TN_ACCESS), .kind = LIST, .opcode = NAP_QUERY_TN3270_ACCESS_DEF,
      .chain = VGA_TN_ACCESS_LIST, .next = {N_TN_ASSOC}},
-    {.id = N_TN_ASSOC, .kind = LIST, .opcode = NAP_QUERY_TN3270_ASSOCIATION,
+    {STEP(N_TN_ASSOC), .kind = LIST, .opcode = NAP_QUERY_TN3270_ASSOCIATION,
      .chain = VGA_TN_ASSOC_LIST, .next = {N_TN_REDIRECT}},
-    {.id = N_TN_REDIRECT, .kind = LIST, .opcode = NAP_QUERY_TN_REDIRECT_DEF,
+    {STEP(N_TN_REDIRECT), .kind = LIST, .opcode = NAP_QUERY_TN_REDIRECT_DEF,
      .chain = VGA_TN_REDIRECT_LIST, .next = {N_USERID_PASSWORD}},
-    {.id = N_USERID_PASSWORD, .kind = LIST, .opcode = NAP_QUERY_USERID_PASSWORD,
+    {STEP(N_USERID_PASSWORD), .kind = LIST, .opcode = NAP_QUERY_USERID_PASSWORD,
      .chain = VGA_USERID_PASSWORD_LIST, .next = {N_ACCESS_LIST}},
-    {.id = N_ACCESS_LIST, .kind = LIST, .opcode = NAP_QUERY_SECURITY_ACCESS_LIST,
+    {STEP(N_ACCESS_LIST), .kind = LIST, .opcode = NAP_QUERY_SECURITY_ACCESS_LIST,
      .chain = VGA_ACCESS_LIST_LIST},
-    {.id = N_LU_POOL, .kind = LIST, .opcode = NAP_QUERY_LU_POOL, .chain = VGA_LU_POOL_LIST,
+    {STEP(N_LU_POOL), .kind = LIST, .opcode = NAP_QUERY_LU_POOL, .chain = VGA_LU_POOL_LIST,
      .next = {N_PRIMARY_LINE}},
-    {.id = N_PRIMARY_LINE, .kind = LIST, .opcode = NAP_QUERY_PRIMARY_LINE,
+    {STEP(N_PRIMARY_LINE), .kind = LIST, .opcode = NAP_QUERY_PRIMARY_LINE,
      .chain = VGA_PRIMARY_LINE_LIST, .next = {N_PRIMARY_LU0}, .wanted = with_primary},
-    {.id = N_PRIMARY_LU0, .kind = LIST, .opcode = NAP_QUERY_PRIMARY_LU0,
+    {STEP(N_PRIMARY_LU0), .kind = LIST, .opcode = NAP_QUERY_PRIMARY_LU0,
      .chain = VGA_PRIMARY_LU0_LIST, .wanted = with_primary},
-    {.id = N_TAMRIX_DEFAULTS, .kind = RECORD, .opcode = NAP_QUERY_TAMRIX_APPCIP_DEFAULTS,
+    {STEP(N_TAMRIX_DEFAULTS), .kind = RECORD, .opcode = NAP_QUERY_TAMRIX_APPCIP_DEFAULTS,
      .chain = VGA_TAMRIX_DEFAULTS, .next = {N_REG_TAMRIX}, .store = keep<&VGA_NODE::tamrix>},
-    {.id = N_REG_TAMRIX, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_TAMRIX), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_TAMRIX_INDICATION, .next = {N_TAMRIX_SESS}},
-    {.id = N_TAMRIX_SESS, .kind = LIST, .opcode = NAP_QUERY_TAMRIX_APPCIP,
+    {STEP(N_TAMRIX_SESS), .kind = LIST, .opcode = NAP_QUERY_TAMRIX_APPCIP,
      .chain = VGA_TAMRIX_SESS_LIST},
 
     /* connectivity */
-    {.id = N_REG_DLC, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_DLC), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_DLC_INDICATION, .next = {N_DLC}},
-    {.id = N_DLC, .kind = LIST, .opcode = NAP_QUERY_DLC, .chain = VGA_DLC_LIST,
+    {STEP(N_DLC), .kind = LIST, .opcode = NAP_QUERY_DLC, .chain = VGA_DLC_LIST,
      .next = {N_DSPU_TEMPLATE}},
-    {.id = N_DSPU_TEMPLATE, .kind = LIST, .opcode = NAP_QUERY_DSPU_TEMPLATE,
+    {STEP(N_DSPU_TEMPLATE), .kind = LIST, .opcode = NAP_QUERY_DSPU_TEMPLATE,
      .chain = VGA_DSPU_TEMPLATE_LIST, .next = {N_REG_PORT}, .wanted = with_dspu},
-    {.id = N_REG_PORT, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_PORT), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_PORT_INDICATION, .next = {N_PORT}},
-    {.id = N_PORT, .kind = LIST, .opcode = NAP_QUERY_PORT, .chain = VGA_PORT_LIST,
+    {STEP(N_PORT), .kind = LIST, .opcode = NAP_QUERY_PORT, .chain = VGA_PORT_LIST,
      .next = {N_REG_LS, N_CN}},
-    {.id = N_CN, .kind = LIST, .opcode = NAP_QUERY_CN, .chain = VGA_CN_LIST, .next = {N_CN_PORT}},
-    {.id = N_CN_PORT, .kind = OWNED_LIST, .opcode = NAP_QUERY_CN_PORT, .chain = VGA_CN_PORT_LIST,
+    {STEP(N_CN), .kind = LIST, .opcode = NAP_QUERY_CN, .chain = VGA_CN_LIST, .next = {N_CN_PORT}},
+    {STEP(N_CN_PORT), .kind = OWNED_LIST, .opcode = NAP_QUERY_CN_PORT, .chain = VGA_CN_PORT_LIST,
      .next_owner = next_cn},
-    {.id = N_REG_LS, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_LS), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_LS_INDICATION, .next = {N_REG_PU}},
-    {.id = N_REG_PU, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_PU), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_PU_INDICATION, .next = {N_REG_DOWN_PU}},
-    {.id = N_REG_DOWN_PU, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_DOWN_PU), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_DOWNSTREAM_PU_INDICATION, .next = {N_LS}},
-    {.id = N_LS, .kind = LIST, .opcode = NAP_QUERY_LS, .chain = VGA_LS_LIST,
+    {STEP(N_LS), .kind = LIST, .opcode = NAP_QUERY_LS, .chain = VGA_LS_LIST,
      .next = {N_PU, N_DOWN_PU}},
-    {.id = N_DOWN_PU, .kind = LIST, .opcode = NAP_QUERY_DOWNSTREAM_PU, .chain = VGA_DOWN_PU_LIST,
+    {STEP(N_DOWN_PU), .kind = LIST, .opcode = NAP_QUERY_DOWNSTREAM_PU, .chain = VGA_DOWN_PU_LIST,
      .next = {N_REG_DOWN_LU}, .wanted = with_dspu},
-    {.id = N_REG_DOWN_LU, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_DOWN_LU), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_DOWNSTREAM_LU_INDICATION, .next = {N_DOWN_LU}, .wanted = with_dspu},
-    {.id = N_DOWN_LU, .kind = OWNED_LIST, .opcode = NAP_QUERY_DOWNSTREAM_LU,
+    {STEP(N_DOWN_LU), .kind = OWNED_LIST, .opcode = NAP_QUERY_DOWNSTREAM_LU,
      .chain = VGA_DOWN_LU_LIST, .wanted = with_dspu, .next_owner = next_down_pu},
-    {.id = N_PU, .kind = LIST, .opcode = NAP_QUERY_PU, .chain = VGA_PU_LIST,
+    {STEP(N_PU), .kind = LIST, .opcode = NAP_QUERY_PU, .chain = VGA_PU_LIST,
      .next = {N_REG_DLUR_PU}},
 
     /* Without DLUR support these two count as done, and the LUs follow the PU list directly. */
-    {.id = N_REG_DLUR_PU, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_DLUR_PU), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_DLUR_PU_INDICATION, .next = {N_DLUR_PU}, .wanted = with_dlur},
-    {.id = N_DLUR_PU, .kind = LIST, .opcode = NAP_QUERY_DLUR_PU, .chain = VGA_DLUR_PU_LIST,
+    {STEP(N_DLUR_PU), .kind = LIST, .opcode = NAP_QUERY_DLUR_PU, .chain = VGA_DLUR_PU_LIST,
      .next = {N_REG_LOCAL_LU, N_REG_LU03}, .wanted = with_dlur},
-    {.id = N_REG_LU03, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_LU03), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_LU_0_TO_3_INDICATION, .next = {N_LU03}},
-    {.id = N_LU03, .kind = OWNED_LIST, .opcode = NAP_QUERY_LU_0_TO_3, .chain = VGA_LU03_LIST,
+    {STEP(N_LU03), .kind = OWNED_LIST, .opcode = NAP_QUERY_LU_0_TO_3, .chain = VGA_LU03_LIST,
      .next = {N_EXTRA_DATA}, .next_owner = next_local_pu},
-    {.id = N_EXTRA_DATA, .kind = LIST, .opcode = NAP_QUERY_EXTRA_DATA,
+    {STEP(N_EXTRA_DATA), .kind = LIST, .opcode = NAP_QUERY_EXTRA_DATA,
      .chain = VGA_EXTRA_DATA_LIST},
 
     /* local LUs, modes, partners */
-    {.id = N_REG_LOCAL_LU, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_LOCAL_LU), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_LOCAL_LU_INDICATION, .next = {N_LU62}},
-    {.id = N_LU62, .kind = LIST, .opcode = NAP_QUERY_LOCAL_LU, .chain = VGA_LU62_LIST,
+    {STEP(N_LU62), .kind = LIST, .opcode = NAP_QUERY_LOCAL_LU, .chain = VGA_LU62_LIST,
      .next = {N_REG_PLU, N_MODE_DEF, N_LS_ROUTING}},
-    {.id = N_LS_ROUTING, .kind = LIST, .opcode = NAP_QUERY_LS_ROUTING,
+    {STEP(N_LS_ROUTING), .kind = LIST, .opcode = NAP_QUERY_LS_ROUTING,
      .chain = VGA_LS_ROUTING_LIST},
-    {.id = N_MODE_DEF, .kind = LIST, .opcode = NAP_QUERY_MODE_DEFINITION,
+    {STEP(N_MODE_DEF), .kind = LIST, .opcode = NAP_QUERY_MODE_DEFINITION,
      .chain = VGA_MODE_DEF_LIST, .next = {N_REG_DIR}},
-    {.id = N_REG_DIR, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_DIR), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_DIRECTORY_INDICATION, .next = {N_DIR}},
-    {.id = N_DIR, .kind = LIST, .opcode = NAP_QUERY_DIRECTORY_ENTRY, .chain = VGA_DIR_LIST,
+    {STEP(N_DIR), .kind = LIST, .opcode = NAP_QUERY_DIRECTORY_ENTRY, .chain = VGA_DIR_LIST,
      .next = {N_PLU_DEF}},
-    {.id = N_PLU_DEF, .kind = LIST, .opcode = NAP_QUERY_PARTNER_LU_DEFINITION,
+    {STEP(N_PLU_DEF), .kind = LIST, .opcode = NAP_QUERY_PARTNER_LU_DEFINITION,
      .chain = VGA_PLU_DEF_LIST, .next = {N_LU62_TIMEOUT}},
-    {.id = N_LU62_TIMEOUT, .kind = LIST, .opcode = NAP_QUERY_LU62_TIMEOUT,
+    {STEP(N_LU62_TIMEOUT), .kind = LIST, .opcode = NAP_QUERY_LU62_TIMEOUT,
      .chain = VGA_LU62_TIMEOUT_LIST},
-    {.id = N_REG_PLU, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_PLU), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_PLU_INDICATION, .next = {N_REG_MODE}},
-    {.id = N_REG_MODE, .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
+    {STEP(N_REG_MODE), .kind = REGISTER, .opcode = NAP_REGISTER_INDICATION_SINK,
      .detail = NAP_MODE_INDICATION, .next = {N_LU_PARTNERS, N_LU_MODES, N_LU_PASSWORDS}},
-    {.id = N_LU_PARTNERS, .kind = OWNED_LIST, .opcode = NAP_QUERY_PARTNER_LU,
+    {STEP(N_LU_PARTNERS), .kind = OWNED_LIST, .opcode = NAP_QUERY_PARTNER_LU,
      .chain = VGA_PLU_LIST, .next_owner = next_lu62},
-    {.id = N_LU_MODES, .kind = OWNED_LIST, .opcode = NAP_QUERY_MODE, .chain = VGA_MODE_LIST,
+    {STEP(N_LU_MODES), .kind = OWNED_LIST, .opcode = NAP_QUERY_MODE, .chain = VGA_MODE_LIST,
      .next_owner = next_lu62},
-    {.id = N_LU_PASSWORDS, .kind = OWNED_LIST, .opcode = NAP_QUERY_LU_LU_PASSWORD,
+    {STEP(N_LU_PASSWORDS), .kind = OWNED_LIST, .opcode = NAP_QUERY_LU_LU_PASSWORD,
      .chain = VGA_PASSWORD_LIST, .next_owner = next_lu62},
 
     /* classes of service and TPs */
-    {.id = N_COS, .kind = LIST, .opcode = NAP_QUERY_COS, .chain = VGA_COS_LIST,
+    {STEP(N_COS), .kind = LIST, .opcode = NAP_QUERY_COS, .chain = VGA_COS_LIST,
      .next = {N_COS_NODE_ROW, N_TP_DEF}},
-    {.id = N_COS_NODE_ROW, .kind = OWNED_LIST, .opcode = NAP_QUERY_COS_NODE_ROW,
+    {STEP(N_COS_NODE_ROW), .kind = OWNED_LIST, .opcode = NAP_QUERY_COS_NODE_ROW,
      .chain = VGA_COS_NODE_ROW_LIST, .next = {N_COS_TG_ROW}, .next_owner = next_cos},
-    {.id = N_COS_TG_ROW, .kind = OWNED_LIST, .opcode = NAP_QUERY_COS_TG_ROW,
+    {STEP(N_COS_TG_ROW), .kind = OWNED_LIST, .opcode = NAP_QUERY_COS_TG_ROW,
      .chain = VGA_COS_TG_ROW_LIST, .next_owner = next_cos},
-    {.id = N_TP_DEF, .kind = LIST, .opcode = NAP_QUERY_TP_DEFINITION, .chain = VGA_TP_DEF_LIST},
+    {STEP(N_TP_DEF), .kind = LIST, .opcode = NAP_QUERY_TP_DEFINITION, .chain = VGA_TP_DEF_LIST},
 
     /* tracing */
-    {.id = N_DLC_TRACE, .kind = RECORD, .opcode = NAP_QUERY_DLC_TRACE, .chain = VGA_DLC_TRACE,
+    {STEP(N_DLC_TRACE), .kind = RECORD, .opcode = NAP_QUERY_DLC_TRACE, .chain = VGA_DLC_TRACE,
      .next = {N_TRACE_TYPE}, .store = keep_trace<&VGA_NODE_TRACE::dlc>},
-    {.id = N_TRACE_TYPE, .kind = RECORD, .opcode = NAP_QUERY_TRACE_TYPE, .chain = VGA_TRACE_TYPE,
+    {STEP(N_TRACE_TYPE), .kind = RECORD, .opcode = NAP_QUERY_TRACE_TYPE, .chain = VGA_TRACE_TYPE,
      .next = {N_CS_TRACE}, .store = keep_trace<&VGA_NODE_TRACE::type>},
-    {.id = N_CS_TRACE, .kind = RECORD, .opcode = NAP_QUERY_CS_TRACE, .next = {N_BACK_CS_TRACE},
+    {STEP(N_CS_TRACE), .kind = RECORD, .opcode = NAP_QUERY_CS_TRACE, .next = {N_BACK_CS_TRACE},
      .store = keep_trace<&VGA_NODE_TRACE::cs>},
-    {.id = N_BACK_CS_TRACE, .kind = RECORD, .opcode = NAP_QUERY_BCK_CS_TRACE,
+    {STEP(N_BACK_CS_TRACE), .kind = RECORD, .opcode = NAP_QUERY_BCK_CS_TRACE,
      .chain = VGA_CS_TRACE, .next = {N_TN_TRACE}, .store = keep_trace<&VGA_NODE_TRACE::back_cs>},
-    {.id = N_TN_TRACE, .kind = RECORD, .opcode = NAP_QUERY_TN_SERVER_TRACE, .chain = VGA_TN_TRACE,
+    {STEP(N_TN_TRACE), .kind = RECORD, .opcode = NAP_QUERY_TN_SERVER_TRACE, .chain = VGA_TN_TRACE,
      .next = {N_SLP_TRACE}, .store = keep_trace<&VGA_NODE_TRACE::tn_server>},
-    {.id = N_SLP_TRACE, .kind = RECORD, .opcode = NAP_QUERY_TN3270_SLP_TRACE,
+    {STEP(N_SLP_TRACE), .kind = RECORD, .opcode = NAP_QUERY_TN3270_SLP_TRACE,
      .chain = VGA_SLP_TRACE, .store = keep_trace<&VGA_NODE_TRACE::slp>},
 };
 
 /* clang-format on */
+#undef STEP
 
 /* How many of the steps satisfy the condition. */
 template <size_t Count, class Condition>
-constexpr size_t count_steps(const STEP (&steps)[Count], Condition condition) {
+constexpr size_t count_steps(const VGA_BUILD_STEP (&steps)[Count], Condition condition) {
     size_t count = 0;
-    for (const STEP &step : steps) {
+    for (const VGA_BUILD_STEP &step : steps) {
         count += condition(step) ? 1 : 0;
     }
     return count;
@@ -362,16 +352,17 @@ constexpr size_t count_steps(const STEP (&steps)[Count], Condition condition) {
 /* Every number has one step, and every flag one step that clears it: else a build would never end.
  */
 template <size_t Count>
-constexpr bool complete(const STEP (&steps)[Count], NB_USHORT end, NB_USHORT chains,
+constexpr bool complete(const VGA_BUILD_STEP (&steps)[Count], NB_USHORT end, NB_USHORT chains,
                         NB_USHORT cleared_elsewhere) {
     for (NB_USHORT id = 1; id < end; id++) {
-        if (count_steps(steps, [id](const STEP &step) { return step.id == id; }) != 1) {
+        if (count_steps(steps, [id](const VGA_BUILD_STEP &step) { return step.id == id; }) != 1) {
             return false;
         }
     }
     for (NB_USHORT chain = 0; chain < chains; chain++) {
-        if (chain != cleared_elsewhere &&
-            count_steps(steps, [chain](const STEP &step) { return step.chain == chain; }) != 1) {
+        if (chain != cleared_elsewhere && count_steps(steps, [chain](const VGA_BUILD_STEP &step) {
+                                              return step.chain == chain;
+                                          }) != 1) {
             return false;
         }
     }

@@ -12,10 +12,11 @@
 #include <cstring>
 #include <span>
 
-/* Asks for the program's end from the build, which reports carry under one name whichever of its
- * files it is in. */
+/* Asks for the program's end from the build.  Reports carry one name for all its files, and of a
+ * step that failed the line of its row. */
 inline constexpr NB_CHAR gvga_build_module[] = "vgadsbld";
-#define VGA_BUILD_EXIT() vga_request_exit(VGA_EXIT_INTERNAL, 0, gvga_build_module, __LINE__)
+#define VGA_BUILD_EXIT()        VGA_BUILD_EXIT_AT(__LINE__)
+#define VGA_BUILD_EXIT_AT(line) vga_request_exit(VGA_EXIT_INTERNAL, 0, gvga_build_module, line)
 
 #define VGA_NO_CHAIN 0xFFFF
 #define VGA_NO_STEP  0
@@ -34,8 +35,17 @@ inline NB_ULONG vga_node_target(const VGA_NODE *node) {
     return node->target;
 }
 
+/* One whose list is read: by what the cursor of the step remembers it, which never changes, and by
+ * what its list is asked for.  Both null: none is left. */
+struct VGA_LIST_OWNER {
+    const NB_UCHAR *name;
+    size_t name_length;
+    const NB_UCHAR *asked_by;
+};
+
 struct VGA_BUILD_STEP {
     NB_USHORT id = VGA_NO_STEP;
+    NB_INT line = 0; /* of the row: what reports say */
     VGA_STEP_KIND kind = VGA_STEP_KIND::LIST;
     NB_USHORT opcode = 0;
     NB_USHORT detail = 0;
@@ -46,8 +56,8 @@ struct VGA_BUILD_STEP {
     NB_ULONG (*target)(const VGA_NODE *node) = vga_node_target;
     /* OPEN, CONNECT and RECORD: keeps the answer.  OPEN and CONNECT get failures, too. */
     NB_VOID (*store)(VGA_NODE *node, const NAP_VCB *vcb) = nullptr;
-    /* OWNED_LIST: the name of the owner behind the one of that name (null: of the first). */
-    const NB_UCHAR *(*next_owner)(const VGA_NODE *node, const NB_UCHAR *name) = nullptr;
+    /* OWNED_LIST: the owner behind the one of that name (null: the first). */
+    VGA_LIST_OWNER (*next_owner)(const VGA_NODE *node, const NB_UCHAR *name) = nullptr;
 };
 
 /* Numbers of the steps: the entry points of the two tables, and what follows what. */

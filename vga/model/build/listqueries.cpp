@@ -1,4 +1,5 @@
 #include "listqueries.h"
+#include "buildsteps.h"
 #include "globals.h"
 #include "hooks.h"
 #include "nbproblem.h"
@@ -319,12 +320,12 @@ NB_VOID vga_visit_entries(const VGA_LIST &list, const NAP_VCB *vcb,
     }
 }
 
-NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
+NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb, NB_INT line,
                            VGA_LIST_POSITION *last) {
     last->received = 0;
     check_answer(list, vcb);
     if (vcb->primary_rc != NAP_OK) {
-        vga_query_failed(vcb, __FILE__, __LINE__);
+        vga_query_failed(vcb, gvga_build_module, line);
         return 0;
     }
     ENTRY_WALK walk(list, vcb, 1);
@@ -332,7 +333,7 @@ NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *
         last->received = 1;
         memcpy(last->key, entry + 2, list.key_length());
         if (list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
-            VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+            VGA_BUILD_EXIT_AT(line);
             return 0;
         }
     }

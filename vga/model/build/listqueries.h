@@ -52,8 +52,9 @@ NB_USHORT vga_issue_list(const VGA_LIST &list, NB_ULONG target, const VGA_LIST_S
                          NB_ULONG user_data, VGA_COMPLETION completion);
 
 /* Turns a completed list query into records.  Returns 1 and the position of the last entry, or 0
- * with the exit request made (164 for a failed query, 1 without memory). */
-NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb,
+ * with the exit request made (164 for a failed query, 1 without memory), in the name of the build
+ * and of the line of its step. */
+NB_USHORT vga_process_list(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb, NB_INT line,
                            VGA_LIST_POSITION *last);
 
 /* Calls `visit` for every entry of a completed list query that can be right; the rest is reported.

@@ -79,12 +79,12 @@ constexpr NB_USHORT owners_at_once = 16;
 /* Asks for the list of the owner behind `asked` (null: of the first).  Returns -1 without one, 0
  * when nothing could be queued. */
 NB_SHORT issue_next_owner(const BUILD &build, const STEP &step, const NB_UCHAR *asked) {
-    const NB_UCHAR *owner = step.next_owner(build.node, asked);
-    if (owner == nullptr) {
+    const VGA_LIST_OWNER owner = step.next_owner(build.node, asked);
+    if (owner.name == nullptr) {
         return -1;
     }
-    memcpy(build.node->asked_owners[step.chain], owner, vga_find_list(step.opcode)->owner_length());
-    return issue_list_step(build, step, owner, nullptr) != 0 ? 1 : 0;
+    memcpy(build.node->asked_owners[step.chain], owner.name, owner.name_length);
+    return issue_list_step(build, step, owner.asked_by, nullptr) != 0 ? 1 : 0;
 }
 
 /* Returns -1 without an owner, 0 when nothing could be queued. */
@@ -131,7 +131,7 @@ NB_VOID start_step(const BUILD &build, NB_USHORT id) {
     if (issued < 0) {
         step_done(build, step);
     } else if (issued == 0) {
-        VGA_BUILD_EXIT();
+        VGA_BUILD_EXIT_AT(step.line);
     }
 }
 
@@ -174,7 +174,7 @@ NB_USHORT ask_for_more(const BUILD &build, const STEP &step, const VGA_LIST &lis
         issued = issue_next_owner(build, step, build.node->asked_owners[step.chain]);
     }
     if (issued == 0) {
-        VGA_BUILD_EXIT();
+        VGA_BUILD_EXIT_AT(step.line);
     }
     return issued < 0 && (owner == nullptr || owner_done(build, step));
 }
@@ -185,14 +185,14 @@ NB_USHORT list_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
     const VGA_LIST &list = *vga_find_list(step.opcode);
     NB_USHORT done = vcb->primary_rc != NAP_OK || ask_for_more(build, step, list, vcb);
     VGA_LIST_POSITION last;
-    return gvga_exit_code == 0 && vga_process_list(list, build.node, vcb, &last) && done;
+    return gvga_exit_code == 0 && vga_process_list(list, build.node, vcb, step.line, &last) && done;
 }
 
-NB_USHORT mode_answered(const NAP_VCB *vcb) {
+NB_USHORT mode_answered(const STEP &step, const NAP_VCB *vcb) {
     if (vcb->primary_rc == NAP_PARAMETER_CHECK && vcb->secondary_rc == NAP_NO_PERMISSION) {
         gvga_read_only = 1;
     } else if (vcb->primary_rc != NAP_OK) {
-        vga_query_failed(vcb, gvga_build_module, __LINE__);
+        vga_query_failed(vcb, gvga_build_module, step.line);
         return 0;
     }
     return 1;
@@ -205,7 +205,7 @@ NB_USHORT step_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
     case OWNED_LIST:
         return list_answered(build, step, vcb);
     case SET_MODE:
-        return mode_answered(vcb);
+        return mode_answered(step, vcb);
     case OPEN:
     case CONNECT:
         step.store(build.node, vcb);
@@ -213,7 +213,7 @@ NB_USHORT step_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
     case REGISTER:
     case RECORD:
         if (vcb->primary_rc != NAP_OK) {
-            vga_query_failed(vcb, gvga_build_module, __LINE__);
+            vga_query_failed(vcb, gvga_build_module, step.line);
         } else if (step.store != nullptr) {
             step.store(build.node, vcb);
         }
@@ -279,11 +279,31 @@ NB_VOID announce_if_complete(NB_VOID) {
 
 NB_VOID start_node_builds(NB_VOID) {
     vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
-        if (node.target == 0 && gvga_exit_code == 0) {
+        if (node.connection == VGA_NOT_CONNECTED && gvga_exit_code == 0) {
             vga_start_build_node(&node);
         }
     });
     gvga_system->startup_status[VGA_NODE_BUILDS] = 0;
+}
+
+/* What a verb has opened behind its build's back. */
+NB_VOID close_late(const VGA_PROCESS_STATE *work) {
+    if (work->vcb->primary_rc != NAP_OK) {
+        return;
+    }
+    const NB_USHORT opened_file = work->vcb->opcode == NAP_OPEN_FILE;
+    NB_ULONG target = opened_file ? nap_copy<NAP_OPEN_FILE_VERB>(work->vcb).target_handle
+                                  : nap_copy<NAP_CONNECT_NODE_VERB>(work->vcb).target_handle;
+    opened_file ? vga_issue_close_file(target, work->user_data, vga_no_completion)
+                : vga_issue_disconnect_node(target, work->user_data, vga_no_completion);
+}
+
+/* The answers to what a build has under way will clear none of the flags of the next one. */
+NB_VOID stop_build(const BUILD &build) {
+    for (NB_USHORT opcode : {NAP_CONNECT_NODE, NAP_OPEN_FILE}) {
+        vga_divert_verbs(opcode, build.user_data(), build.completion, close_late);
+    }
+    vga_purge_verb_queue(0, 0, nullptr, build.user_data(), build.completion);
 }
 
 NB_VOID restart_chain(std::initializer_list<VGA_SYSTEM_CHAIN> chains, NB_USHORT step) {
@@ -308,6 +328,7 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
         vga_start_build_unconfigured_node(this_node);
         return;
     }
+    vga_stop_build_node(this_node);
     for (NB_USHORT &flag : this_node->startup_status) {
         flag = 1;
     }
@@ -316,7 +337,13 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
     start_step(node_build(this_node), N_CONNECT);
 }
 
+NB_VOID vga_stop_build_node(VGA_NODE *node) {
+    stop_build(node_build(node));
+    vga_divert_verbs(NAP_CONNECT_NODE, node->handle, vga_build_unconfigured_node, close_late);
+}
+
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node) {
+    vga_stop_build_node(node);
     node->connection = VGA_CONNECTING;
     if (vga_issue_connect_node(node->name, node->handle, vga_build_unconfigured_node) == 0) {
         VGA_BUILD_EXIT();
@@ -324,16 +351,24 @@ NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node) {
 }
 
 NB_VOID vga_rebuild_system(NB_VOID) {
+    stop_build(system_build());
     restart_chain({VGA_SYSTEM_FILE, VGA_NODE_LIST, VGA_NODE_BUILDS, VGA_USERS_LIST,
                    VGA_NETWORK_FILE, VGA_NETWORK_LIST, VGA_LOGGING},
                   S_OPEN_SYSTEM);
 }
 
 NB_VOID vga_rebuild_sna_net(NB_VOID) {
+    if (gvga_system->net_target != 0) {
+        vga_purge_verb_queue(gvga_system->net_target, 0, nullptr, 0, vga_build_system);
+    }
     restart_chain({VGA_NETWORK_FILE, VGA_NETWORK_LIST}, S_OPEN_NET);
 }
 
 NB_VOID vga_rebuild_logging(NB_VOID) {
+    for (NB_USHORT opcode :
+         {NAP_QUERY_CENTRAL_LOGGING, NAP_QUERY_GLOBAL_LOG_TYPE, NAP_QUERY_CENTRAL_LOGGER}) {
+        vga_purge_verb_queue(0, opcode, nullptr, 0, vga_build_system);
+    }
     restart_chain({VGA_LOGGING}, S_CENTRAL_LOGGING);
 }
 
@@ -353,7 +388,10 @@ NB_VOID vga_build_system(const VGA_PROCESS_STATE *work) {
 
 NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
     auto *node = static_cast<VGA_NODE *>(nba_validate_handle(work->user_data));
-    if (node == nullptr) {
+    NB_USHORT of_this_connection =
+        node != nullptr &&
+        (work->target == 0 || work->target == node->target || work->target == node->tp_target);
+    if (!of_this_connection) {
         return;
     }
     NB_USHORT unreachable =

@@ -18,6 +18,10 @@ NB_VOID vga_start_build_system(NB_VOID);
  * REQUIRES: a node. */
 NB_VOID vga_start_build_node(VGA_NODE *node);
 
+/* Forgets what the build of a node has under way; what a late answer brings is closed.  Starting a
+ * build, and letting go of a node, begin with it. */
+NB_VOID vga_stop_build_node(VGA_NODE *node);
+
 /* A node without a configuration: connects to it and reads nothing more. */
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node);
 
@@ -31,6 +35,10 @@ NB_VOID vga_start_build_down_pu(VGA_DOWN_PU *this_pu);
 NB_VOID vga_start_build_cn(VGA_CN *this_cn);
 NB_VOID vga_start_build_extra_data(VGA_NODE *node);
 NB_VOID vga_start_build_tp_load_info(VGA_NODE *node);
+
+/* Reads the node's RTP connections, of which no indication tells, anew: for the windows that show
+ * them.  Those that the list does not have any more are deleted at its end. */
+NB_VOID vga_start_build_rtp_conns(VGA_NODE *node);
 
 /* Reads the domain's lists, its node list or its log settings again, merging what is known. */
 NB_VOID vga_rebuild_system(NB_VOID);
@@ -47,6 +55,7 @@ NB_VOID vga_build_down_pu(const VGA_PROCESS_STATE *work);
 NB_VOID vga_build_cn(const VGA_PROCESS_STATE *work);
 NB_VOID vga_build_extra_data(const VGA_PROCESS_STATE *work);
 NB_VOID vga_build_tp_load_info(const VGA_PROCESS_STATE *work);
+NB_VOID vga_build_rtp_conns(const VGA_PROCESS_STATE *work);
 
 /* 1 when every flag is clear.  `text` (null: not wanted) gets one character a flag, "1" for
  * outstanding, and a terminator. */

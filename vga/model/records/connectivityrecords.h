@@ -106,6 +106,7 @@ struct VGA_PRIMARY_LU0 : VGA_RECORD<VGA_PRIMARY_LINE, NAP_PRIMARY_LU0_DATA> {
 struct VGA_RTP_CONN : VGA_RECORD<VGA_NODE, NAP_RTP_CONN_DATA> {
     AVL_NODE links;
     NB_UCHAR name[8];
+    NB_USHORT listed; /* flag: the list that is being read has it */
 };
 
 #endif

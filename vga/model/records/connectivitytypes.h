@@ -236,6 +236,10 @@ struct VGA_RECORD_TYPE<VGA_RTP_CONN>
     : VGA_ONE_INDEX<VGA_RTP_CONN, &VGA_NODE::rtp_conns, &VGA_RTP_CONN::name> {
     static constexpr auto line =
         vga_top_line<VGA_RTP_CONN, &VGA_NODE::rtp_conn_root, VGA_VIEWER_RTP_CONN>;
+    static NB_USHORT settled(VGA_RTP_CONN &conn) {
+        conn.listed = 1;
+        return 1;
+    }
 };
 
 /* A PU and the link station that it is on know each other, and nobody else.  The lines of the PU's

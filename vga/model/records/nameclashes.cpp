@@ -1,10 +1,12 @@
 /* Name clashes and session marks (vgadsutl.h). */
 #include "globals.h"
 #include "recordtypes.h"
+#include "v0toebcd.h"
 #include "vgadsutl.h"
 #include "vgautil.h"
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -209,4 +211,27 @@ NB_VOID vga_unmark_sessions(NB_USHORT kind) {
             for_sessions(user, kind, [](VGA_USER_SESSION &session) { set_mark(session, 0); });
         }
     });
+}
+
+NB_VOID vga_ls_to_pu_name(const VGA_NODE *node, const NB_UCHAR *ls_name, NB_UCHAR *pu_name) {
+    constexpr NB_SHORT width = sizeof(VGA_LOCAL_PU::name);
+    const std::string text(reinterpret_cast<const NB_CHAR *>(ls_name), sizeof(VGA_LS::name));
+    v0_generate_ebcdic_a_name(text.c_str(), width, pu_name);
+    if (vga_blank_name(pu_name, width)) {
+        v0_generate_ebcdic_a_name("PU", width, pu_name);
+    }
+    NB_UCHAR stem[width];
+    memcpy(stem, pu_name, sizeof(stem));
+    const size_t length = ntl_name_length(stem, width);
+    for (NB_ULONG number = 1;
+         vga_find_local_pu(node, pu_name) != nullptr || vga_find_down_pu(node, pu_name) != nullptr;
+         number++) {
+        std::string digits = std::to_string(number);
+        const size_t place = std::min(length, width - digits.size());
+        nba_local_to_ebcdic(reinterpret_cast<NB_UCHAR *>(digits.data()),
+                            static_cast<NB_USHORT>(digits.size()));
+        memset(pu_name, ebcdic_blank, width);
+        memcpy(pu_name, stem, place);
+        memcpy(pu_name + place, digits.data(), digits.size());
+    }
 }

@@ -247,6 +247,7 @@ NB_USHORT vga_do_free_node_res(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION co
     if (gvga_system->config_target == node->target) {
         gvga_system->config_target = 0;
     }
+    vga_stop_build_node(node);
     close_target(node->tp_target, gone, nullptr);
     NB_ULONG target = node->target;
     node->target = 0;

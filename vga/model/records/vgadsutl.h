@@ -110,6 +110,11 @@ NB_VOID vga_mark_sessions(NB_USHORT kind, const VGA_NODE *node, const NB_UCHAR *
 /* Clears the marks and the counter of a kind for every user who has any.  Other kinds: nothing. */
 NB_VOID vga_unmark_sessions(NB_USHORT kind);
 
+/* Proposes a name for the PU of a link station: what its name (8 bytes, local) has of a type A
+ * name, with digits behind it if a PU or downstream PU of the node has that already.  `pu_name`
+ * gets 8 bytes, EBCDIC, padded with blanks; never a blank name. */
+NB_VOID vga_ls_to_pu_name(const VGA_NODE *node, const NB_UCHAR *ls_name, NB_UCHAR *pu_name);
+
 /* 1 when the field holds nothing but EBCDIC blanks or NULs. */
 NB_USHORT vga_blank_name(const NB_UCHAR *name, NB_USHORT width);
 

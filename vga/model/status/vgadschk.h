@@ -1,9 +1,11 @@
 /* Status checks: read one class of resources of one node again and take over what has changed.
  *
  * A check issues the class's list query as the build does, and touches the status of records that
- * exist, nothing else: it makes no record and deletes none.  A line is drawn again only when its
- * status changed.  One check of a class runs at a time in a node; a request during it repeats it
- * once at its end.  A check ends without a word when the node goes. */
+ * exist: entries without a record are passed over.  What follows from a status is made and deleted,
+ * though: modes, partners and directory entries name partner LUs and remote systems, which move,
+ * come and go with them (partners.h), and so do the sessions below a partner.  A line is drawn
+ * again only when its status changed.  One check of a class runs at a time in a node; a request
+ * during it repeats it once at its end.  A check ends without a word when the node goes. */
 #ifndef VGADSCHK_H
 #define VGADSCHK_H
 
