@@ -8,9 +8,10 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <linux/sockios.h>
 #include <map>
 #include <poll.h>
-#include <set>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -171,6 +172,15 @@ void NODE_RECORDER::pump() {
     }
 }
 
+void NODE_RECORDER::send_program(const std::string &frames) {
+    send_all(program_, frames);
+}
+
+bool NODE_RECORDER::program_reads() const {
+    int unread = 0;
+    return ioctl(program_, SIOCOUTQ, &unread) == 0 && unread > 0;
+}
+
 bool NODE_RECORDER::pass(int from, int to, std::string &left, bool verbs) {
     char piece[65536];
     const ssize_t count = recv(from, piece, sizeof piece, 0);
@@ -181,7 +191,7 @@ bool NODE_RECORDER::pass(int from, int to, std::string &left, bool verbs) {
     for (std::string frame = cut_frame(left); !frame.empty(); frame = cut_frame(left)) {
         const auto kind = record_at<NOF_FRAME>(frame, 0).kind;
         if (kind == NOF_FRAME_VERB || kind == NOF_FRAME_ANSWER) {
-            steps_.push_back({verbs, frame});
+            steps_.push_back({verbs, frame, std::chrono::steady_clock::now()});
         }
     }
     return true;

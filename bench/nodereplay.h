@@ -5,12 +5,14 @@
 #ifndef NODEREPLAY_H
 #define NODEREPLAY_H
 
+#include <chrono>
 #include <string>
 #include <vector>
 
 struct WIRE_STEP {
     bool verb;         /* else an answer */
     std::string frame; /* whole */
+    std::chrono::steady_clock::time_point when;
 };
 
 /* Stands between a program and the node software.  OWNS: its sockets. */
@@ -24,6 +26,14 @@ public:
 
     /* Passes on what there is without waiting. */
     void pump();
+
+    /* Whole frames to the program, as if the node software had sent them; waits while the program
+     * has as much to read as its socket holds. */
+    void send_program(const std::string &frames);
+
+    /* Whether the program has not read everything yet. */
+    bool program_reads() const;
+
     const std::vector<WIRE_STEP> &steps() const { return steps_; }
 
 private:

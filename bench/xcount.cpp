@@ -18,6 +18,7 @@ constexpr size_t message_size = 32; /* of events, errors, and replies without mo
 enum : uint8_t { error_message = 0, reply_message = 1, generic_event = 35 };
 
 /* The core requests that have a reply and that programs use at start. */
+enum : uint8_t { create_window = 1, copy_area = 62 };
 enum : uint8_t { intern_atom = 16, list_fonts = 49, alloc_color = 84, query_extension = 98 };
 
 struct NAMED_REQUEST {
@@ -198,6 +199,11 @@ size_t X_COUNTER::take_request(LINK &link, const std::string &bytes, size_t avai
         return 0;
     }
     tally_.requests++;
+    const auto opcode = number_at<uint8_t>(bytes, 0);
+    if (opcode == create_window) {
+        windows_.insert(number_at<uint32_t>(bytes, 4));
+    }
+    tally_.copies += opcode == copy_area ? windows_.count(number_at<uint32_t>(bytes, 8)) : 0;
     REQUEST request = describe(bytes.substr(0, size));
     request.sequence = ++link.sequence;
     request.batch = link.batch;

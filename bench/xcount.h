@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 struct X_TALLY {
     unsigned connections = 0;
     unsigned requests = 0;
+    unsigned copies = 0; /* of areas to windows: one for each line that a list draws */
     unsigned replies = 0;
     /* Times that the program had to wait: replies to requests that came in one piece are one. */
     unsigned round_trips = 0;
@@ -65,6 +67,7 @@ private:
     std::string display_, path_;
     std::deque<LINK> links_;
     std::map<uint8_t, std::string> extensions_;
+    std::set<uint32_t> windows_;
     X_TALLY tally_;
 };
 

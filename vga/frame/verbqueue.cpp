@@ -165,12 +165,12 @@ NB_USHORT vga_queue_verb(NB_ULONG target, NAP_VCB *vcb, NB_ULONG user_data,
 NB_VOID vga_no_completion(const VGA_PROCESS_STATE *) {}
 
 NB_VOID vga_nof_verb_callback(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data) {
-    vga_flush_display();
     VGA_PROCESS_STATE work = {target, static_cast<NAP_VCB *>(vcb), user_data};
     if (is_unsolicited(*work.vcb)) {
         handle_unsolicited(work);
         return;
     }
+    vga_flush_display();
     auto *queue_entry = static_cast<VGA_QUEUE_ENTRY *>(ntl_avl_find(&entries_by_vcb, vcb));
     if (queue_entry == nullptr) {
         v0_assert(__FILE__, __LINE__, "FALSE");
