@@ -2,6 +2,7 @@
 #include "busycursor.h"
 #include "globals.h"
 #include "messages.h"
+#include "modelfile.h"
 #include "nbproblem.h"
 #include "recordpattern.h"
 #include "toolkit.h"
@@ -176,6 +177,7 @@ NB_VOID vga_start_shutdown(NB_VOID) {
     }
     gvga_closing = 1;
     last_answer = CLOCK::now();
+    vga_write_model_file();
     vga_close_children(gvga_main_dialog, 1, 1);
     vga_purge_verb_queue(0, 0, nullptr, 0, nullptr);
     if (free_next_piece() == 0) {

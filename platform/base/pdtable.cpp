@@ -48,6 +48,7 @@ constexpr PdRow rows[] = {
     {NB_PD_X_ERROR, "X protocol error", {{"error_code"}, {"request_code"}, {"text"}}},
     {NB_PD_VERB_LOG, "the verb log cannot be written", {{"file"}, {"reason"}}},
     {NB_PD_COMMAND, "a command could not be started", {{"command"}, {"reason"}}},
+    {NB_PD_MODEL_FILE, "the file of the model cannot be written", {{"file"}, {"reason"}}},
     {NB_PD_UNREACHABLE, "node software cannot be reached", {{"socket"}, {"reason"}}},
     {NB_PD_LOST,
      "connection to the node software lost",

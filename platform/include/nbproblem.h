@@ -16,12 +16,13 @@ enum nb_problem {
     NB_PD_UNKNOWN_NAME = 0x40020004,  /* opcode, name */
     NB_PD_CATALOGUE = 0x40020005,
     NB_PD_UID_FILE = 0x40020006,
-    NB_PD_WINDOW = 0x40020007,    /* name */
-    NB_PD_BAD_LIST = 0x40020008,  /* opcode, entry_size, entries_read, entries */
-    NB_PD_NO_MEMORY = 0x40020009, /* opcode, name */
-    NB_PD_X_ERROR = 0x4002000B,   /* error_code, request_code, text */
-    NB_PD_VERB_LOG = 0x4002000C,  /* file, reason */
-    NB_PD_COMMAND = 0x4002000D,   /* command, reason */
+    NB_PD_WINDOW = 0x40020007,     /* name */
+    NB_PD_BAD_LIST = 0x40020008,   /* opcode, entry_size, entries_read, entries */
+    NB_PD_NO_MEMORY = 0x40020009,  /* opcode, name */
+    NB_PD_X_ERROR = 0x4002000B,    /* error_code, request_code, text */
+    NB_PD_VERB_LOG = 0x4002000C,   /* file, reason */
+    NB_PD_COMMAND = 0x4002000D,    /* command, reason */
+    NB_PD_MODEL_FILE = 0x4002000E, /* file, reason */
 
     /* The verb interface. */
     NB_PD_UNREACHABLE = 0x40030001, /* socket, reason */

@@ -1,6 +1,7 @@
 // The lines of every type: no record, whatever it holds, breaks the columns of its list.
 #include <gtest/gtest.h> // before the X headers, whose macros it cannot bear
 
+#include "checkedmodel.h"
 #include "graphics.h"
 #include "linetable.h"
 #include "messages.h"
@@ -95,6 +96,7 @@ protected:
             (*free_one)();
         }
         made.clear();
+        check_model();
         vga_destroy_data_structures();
     }
 

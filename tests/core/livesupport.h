@@ -166,6 +166,7 @@ protected:
         gvga_system = vga_init_vga_system();
     }
     static NB_VOID end() {
+        check_model();
         vga_empty_verb_queues();
         vga_destroy_data_structures();
     }

@@ -2,6 +2,7 @@
 #ifndef MODELRECORDS_H
 #define MODELRECORDS_H
 
+#include "checkedmodel.h"
 #include "globals.h"
 #include "hooks.h"
 #include "nofverbs.h"
@@ -130,6 +131,7 @@ protected:
         node = add_node("CORVID1", 7);
     }
     void TearDown() override {
+        check_model();
         vga_empty_verb_queues();
         vga_destroy_data_structures();
         gvga_exit_code = 0;

@@ -4,6 +4,7 @@
 
 #include "gui_windows.h"
 
+#include "checkedmodel.h"
 #include "linetable.h"
 #include "messagebox.h"
 #include "messages.h"
@@ -169,6 +170,7 @@ protected:
     }
 
     void TearDown() override {
+        check_model();
         vga_destroy_data_structures();
         vga_free_dialogs();
         XtDestroyWidget(gvga_toplevel);

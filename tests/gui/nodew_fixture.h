@@ -6,6 +6,7 @@
 #include "gui_windows.h"
 #include "testrecords.h"
 
+#include "checkedmodel.h"
 #include "globals.h"
 #include "graphics.h"
 #include "linetable.h"
@@ -54,6 +55,7 @@ protected:
 
     void TearDown() override {
         gui::move_to(gvga_toplevel, 1, 1);
+        check_model();
         vga_destroy_data_structures();
         vga_free_dialogs();
         XtDestroyWidget(gvga_toplevel);

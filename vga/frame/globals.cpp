@@ -13,6 +13,7 @@ NB_USHORT gvga_impl_sdlc, gvga_impl_qllc, gvga_impl_tr, gvga_impl_fddi, gvga_imp
 NB_ULONG gvga_querybuf_size = 65535;
 NB_CHAR gvga_web_browser[201];
 NB_CHAR gvga_verb_log_file[201];
+NB_CHAR gvga_model_file[201];
 NB_USHORT gvga_variant_x, gvga_variant_y;
 NB_USHORT gvga_display_names;
 NB_USHORT gvga_read_only;

@@ -32,6 +32,7 @@ extern NB_USHORT gvga_impl_sdlc, gvga_impl_qllc, gvga_impl_tr, gvga_impl_fddi, g
 extern NB_ULONG gvga_querybuf_size; /* bytes, 2048..65535 */
 extern NB_CHAR gvga_web_browser[201];
 extern NB_CHAR gvga_verb_log_file[201]; /* empty: verbs are not logged */
+extern NB_CHAR gvga_model_file[201];    /* as windows/modelfile.h says; empty: none */
 extern NB_USHORT gvga_variant_x, gvga_variant_y;
 extern NB_USHORT gvga_display_names; /* titles carry the dialog's UID name */
 extern NB_USHORT gvga_read_only;     /* the operator may look but not change */

@@ -156,6 +156,7 @@ NB_VOID vga_get_options(NB_VOID) {
     }
     vga_get_web_browser_path();
     vga_get_resource_string(".verbLog", "", gvga_verb_log_file, sizeof(gvga_verb_log_file) - 1);
+    vga_get_resource_string(".modelFile", "", gvga_model_file, sizeof(gvga_model_file) - 1);
     set_link_types();
 }
 

@@ -1,6 +1,5 @@
 #include "modelcheck.h"
 #include "modelwalk.h"
-#include <cstdio>
 #include <map>
 #include <set>
 
@@ -158,24 +157,4 @@ VGA_MODEL_FINDINGS vga_check_model(NB_VOID) {
     checker.check_indexes();
     checker.check_lists();
     return std::move(checker.findings);
-}
-
-std::string vga_dump_model(NB_VOID) {
-    std::string text;
-    vga_walk_model([&text](auto &record, const NB_CHAR *type, auto *) {
-        using RECORD = std::remove_reference_t<decltype(record)>;
-        NB_USHORT size = sizeof(*record.vcb);
-        if (!VGA_RECORD_TYPE<RECORD>::nested) {
-            memcpy(&size, record.vcb, sizeof(size));
-        }
-        text += type;
-        const auto *bytes = reinterpret_cast<const NB_UCHAR *>(record.vcb);
-        for (NB_USHORT at = 0; at < size; at++) {
-            NB_CHAR digits[3];
-            snprintf(digits, sizeof(digits), "%02x", bytes[at]);
-            text += digits;
-        }
-        text += '\n';
-    });
-    return text;
 }

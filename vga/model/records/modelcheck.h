@@ -20,8 +20,4 @@ struct VGA_MODEL_FINDINGS {
 /* REQUIRES: gvga_system. */
 VGA_MODEL_FINDINGS vga_check_model(NB_VOID);
 
-/* The model as text: a line a record, with its type and its entry in hexadecimal digits, in the
- * order of the indexes.  Two models of the same configuration and states have the same text. */
-std::string vga_dump_model(NB_VOID);
-
 #endif

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "modelcheck.h"
+#include "modeldump.h"
 #include "modelwalk.h"
 
 /* Fails the test for everything that is wrong with the model; returns how many records it has. */
