@@ -34,7 +34,7 @@ Installation::Installation() {
     }
     link_tree("lib/nls");
     link_tree("lib/X11");
-    write("home/.quilrc", user_resources);
+    write("home/.quilrc", user_resources + ("Quiladmin.modelFile: " + path("var/model") + "\n"));
 }
 
 Installation::~Installation() {

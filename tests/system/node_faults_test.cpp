@@ -1,5 +1,10 @@
 // The program while the node software fails it: what it says, and that it ends in order.
+#include "administrator.h"
 #include "system_test.h"
+
+#include "connectivity.h"
+#include "defineblock.h"
+#include "fieldtext.h"
 
 #include <csignal>
 #include <fstream>
@@ -67,34 +72,63 @@ TEST_F(NodeFaults, ProcessOfTheNodeKilled) {
     expect_report(program, information_title, message(300, {"corvid1"}));
 }
 
-TEST_F(NodeFaults, ConnectionLostAtAnyPointOfTheBuild) {
-    for (const char *fault : {"drop after 1", "drop after 2", "drop after 20", "drop after 60",
-                              "garbage after 1", "garbage after 40"}) {
-        SCOPED_TRACE(fault);
-        start_node("single", std::string(fault) + " verbs");
-        expect_report(start_program(), information_title, message(301));
+TEST_F(NodeFaults, EachFaultOfABuildHasItsReport) {
+    const std::string failed = message(226).substr(0, message(226).find("Request:"));
+    const struct {
+        std::string fault, title, text;
+        std::string log = {}; /* in its last line */
+    } rows[] = {
+        {"drop after 1 verbs", information_title, message(301)},
+        {"drop after 20 verbs", information_title, message(301)},
+        {"drop after 60 verbs", information_title, message(301)},
+        {"garbage after 1 verbs", information_title, message(301)},
+        {"garbage after 40 verbs", information_title, message(301)},
+        {"stop after 30 verbs", information_title, message(301)},
+        {"die corvid1 after 40 verbs", information_title, message(300, {"corvid1"})},
+        {"fail NAP_OPEN_FILE 0x0100 0x5518", error_title, message(608)},
+        {"fail NAP_QUERY_NODE_ALL 0x0100 0x5518", error_title, failed + "Request: 0xF009",
+         "0x40020002"},
+        {"fail NAP_QUERY_PORT 0x0100 0x5518", error_title, failed + "Request: 0x2113",
+         "0x40020002"},
+        {"fail NAP_QUERY_NODE_LIMITS 0x0100 0x5518", error_title, failed + "Request: 0x",
+         "0x40020002"},
+        {"fail NAP_REGISTER_INDICATION_SINK 0x0100 0x5518", error_title, failed + "Request: 0x4000",
+         "0x40020002"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.fault);
+        start_node("single", row.fault);
+        expect_report(start_program(), row.title, row.text);
+        const std::vector<std::string> log = place.log("quiladmin");
+        const std::string last = log.empty() ? "" : log.back();
+        EXPECT_NE(last.find(row.log), std::string::npos) << last;
+        place.write("var/log/sna.err", "");
         stop_node();
     }
 }
 
-TEST_F(NodeFaults, NodeSoftwareRefusesTheDomain) {
-    start_node("single", "fail NAP_OPEN_FILE 0x0100 0x5518");
-    expect_report(start_program(), error_title, message(608));
-}
-
-TEST_F(NodeFaults, AFailedQueryIsNamed) {
-    struct Row {
-        const char *verb, *request;
-    };
-    for (const Row row :
-         {Row{"NAP_QUERY_NODE_ALL", "Request: 0xF009"}, Row{"NAP_QUERY_PORT", "Request: 0x2113"},
-          Row{"NAP_QUERY_NODE_LIMITS", "Request: 0x"}}) {
-        SCOPED_TRACE(row.verb);
-        start_node("single", std::string("fail ") + row.verb + " 0x0100 0x5518");
-        Process &program = start_program();
-        const std::string beginning = message(226).substr(0, message(226).find("Request:"));
-        expect_report(program, error_title, beginning + row.request);
-        stop_node();
+TEST_F(NodeFaults, LostIndicationsAreMadeUpFor) {
+    Process &node = start_node("single", "# none yet\n");
+    start_program({"-size", "small", "-geometry", "1100x1700"});
+    const WindowId window = loaded_window();
+    const std::vector<std::string> stations = {"TELLER1", "TELLER2", "NORTH"};
+    for (const std::string &name : stations) {
+        ASSERT_TRUE(shows(window, name + " Active")) << screen().text(window);
+    }
+    place.write("faults", "lose indications 2");
+    node.send(SIGHUP);
+    Administrator admin(place.path("var/sna.sock"));
+    const NB_ULONG target = admin.connect("corvid1");
+    for (const Bytes &entry : admin.list(target, records::ls)) {
+        const std::string name = records::local_text(&entry[records::KEY_OFFSET], 8);
+        if (std::count(stations.begin(), stations.end(), name) != 0) {
+            auto stop = records::make_name_block(records::ls, records::ls.stop, entry.data());
+            stop.stop_type = NAP_IMMEDIATE_STOP;
+            EXPECT_TRUE(admin.issue(target, stop)) << name;
+        }
+    }
+    for (const std::string &name : stations) {
+        EXPECT_TRUE(shows(window, name + " Inactive")) << screen().text(window);
     }
 }
 

@@ -82,6 +82,9 @@ void SystemTest::expect_end(Process &process, int status) {
 
 /* The node software must survive whatever a test does to the program, and end in order. */
 void SystemTest::TearDown() {
+    for (const std::string &line : known()) {
+        EXPECT_NE(line.rfind("wrong: ", 0), 0u) << line;
+    }
     if (HasFailure()) {
         explain();
     }

@@ -50,6 +50,9 @@ protected:
     /* Fails the test unless the process ends in time with this status. */
     void expect_end(Process &process, int status);
 
+    /* What the last program that was closed knew and showed. */
+    std::vector<std::string> known() const { return split_lines(place.read("var/model")); }
+
     Installation place;
 
 private:
