@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <set>
+#include <vector>
 
 namespace node {
 
@@ -26,7 +27,25 @@ public:
         if (header.opcode != NAP_QUERY_NODE && wanted_.count(header.opcode) == 0) {
             return;
         }
-        peer_.out().answer(make_frame(NOF_FRAME_INDICATION, 0, 0, block, length));
+        std::vector<NB_UCHAR> frame = make_frame(NOF_FRAME_INDICATION, 0, 0, block, length);
+        if (holding_ && header.opcode != NAP_QUERY_NODE) {
+            held_.push_back(std::move(frame));
+        } else {
+            peer_.out().answer(std::move(frame));
+        }
+        flush_soon_ = true;
+    }
+
+    /* A verb is carried out: what becomes of resources is told behind its answer, so that who
+     * hears of a new one hears first what it is. */
+    void hold() { holding_ = true; }
+    void answer(std::vector<NB_UCHAR> frame) {
+        peer_.out().answer(std::move(frame));
+        for (std::vector<NB_UCHAR> &one : held_) {
+            peer_.out().answer(std::move(one));
+        }
+        held_.clear();
+        holding_ = false;
         flush_soon_ = true;
     }
 
@@ -44,11 +63,12 @@ public:
             peer_.flush();
         }
     }
-    void answered() { flush_soon_ = true; }
 
 private:
     Peer peer_;
     std::set<NB_USHORT> wanted_;
+    std::vector<std::vector<NB_UCHAR>> held_;
+    bool holding_ = false;
     bool flush_soon_ = false;
 };
 
@@ -148,11 +168,11 @@ void NodeProcess::handle_frame(const Frame &frame) {
         return;
     }
     Answer answer;
+    link_.hold();
     engine_.execute(frame.block.data(), frame.block.size(), answer);
-    link_.peer().out().answer(make_frame(
-        NOF_FRAME_ANSWER, frame.header.correlator, frame.header.target, answer.block.data(),
-        answer.block.size(), answer.data.data(), answer.data.size()));
-    link_.answered();
+    link_.answer(make_frame(NOF_FRAME_ANSWER, frame.header.correlator, frame.header.target,
+                            answer.block.data(), answer.block.size(), answer.data.data(),
+                            answer.data.size()));
 }
 
 void NodeProcess::handle() {

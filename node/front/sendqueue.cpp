@@ -56,6 +56,7 @@ void OutQueue::status(uint64_t registration, const std::string &key, std::vector
     if (known != waiting.by_key.end()) {
         frame[DATA_LOST_AT] |= known->second->frame[DATA_LOST_AT];
         known->second->frame = std::move(frame);
+        items_.splice(items_.end(), items_, known->second);
         return;
     }
     if (waiting.by_key.size() >= MAX_WAITING_STATUS) {

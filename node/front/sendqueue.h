@@ -1,8 +1,8 @@
 /* What waits to be sent to one peer.  Answers, copies and news go out in order and whole.  Status
- * indications are merged per resource while they wait, the last state wins in the first one's
- * place; when too many of one registration wait, they become a single one that says data was lost.
- * So a peer that reads slowly costs a bounded amount, and one that stops reading is told apart by
- * `overflown`. */
+ * indications are merged per resource while they wait: the last state wins and goes to the end,
+ * since an answer in between may hold the older one; when too many of one registration wait, they
+ * become a single one that says data was lost. So a peer that reads slowly costs a bounded amount,
+ * and one that stops reading is told apart by `overflown`. */
 #ifndef SENDQUEUE_H
 #define SENDQUEUE_H
 

@@ -125,17 +125,17 @@ std::vector<NAP_RESOURCE_INDICATION> flush(node::OutQueue &queue) {
 TEST(NodeQueue, MergesStatusPerResourceAndKeepsOrder) {
     node::OutQueue queue;
     queue.status(1, "A", indication(1));
-    queue.status(1, "B", indication(1));
+    queue.status(1, "B", indication(7));
     queue.answer(verb_frame(9, sizeof(NAP_RESOURCE_INDICATION)));
     queue.status(1, "A", indication(2));
     queue.status(2, "A", indication(3));
     queue.status(1, "A", indication(4, 0));
     const auto sent = flush(queue);
     ASSERT_EQ(sent.size(), 4U);
-    EXPECT_EQ(sent[0].state, 4) << "the last state, in the first place";
-    EXPECT_EQ(sent[1].state, 1);
-    EXPECT_EQ(sent[2].opcode, 0x1111);
-    EXPECT_EQ(sent[3].state, 3) << "another registration";
+    EXPECT_EQ(sent[0].state, 7);
+    EXPECT_EQ(sent[1].opcode, 0x1111);
+    EXPECT_EQ(sent[2].state, 3) << "another registration";
+    EXPECT_EQ(sent[3].state, 4) << "the last state, behind an answer that may hold the first";
     queue.status(1, "A", indication(5));
     EXPECT_EQ(flush(queue).size(), 1U) << "what was sent is not merged with";
     queue.status(1, "A", indication(1, 1));

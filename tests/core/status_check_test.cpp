@@ -257,13 +257,14 @@ TEST_F(Indication, NewResourcesAppearAtABoundedCost) {
     EXPECT_EQ(ls->state, NAP_ACTIVE);
     ASSERT_EQ(scripted_nof.in_flight.size(), 1u);
     EXPECT_EQ(issued_block().list_options & NAP_FIRST_IN_LIST, NAP_FIRST_IN_LIST);
-    answer_list({entry_bytes(ls_entry("DYN0")), entry_bytes(ls_entry("DYN1"))}, 3);
+    entry.det_data.ls_state = NAP_PENDING_INACTIVE;
+    answer_list({entry_bytes(entry), entry_bytes(ls_entry("DYN1"))}, 3);
     NAP_LS_DATA homeless = ls_entry("DYN4");
     set_local(homeless.def_data.port_name, "NOWHERE");
     answer_list({entry_bytes(ls_entry("DYN2")), entry_bytes(homeless)});
     EXPECT_TRUE(scripted_nof.in_flight.empty());
     EXPECT_EQ(ntl_avl_validate(&node->link_stations), 3);
-    EXPECT_EQ(ls->state, NAP_ACTIVE) << "what is known is left to the indications";
+    EXPECT_EQ(ls->state, NAP_PENDING_INACTIVE) << "no answer is older than what came before it";
     EXPECT_NE(reports.take().find("40020004"), std::string::npos) << "without an owner";
 }
 

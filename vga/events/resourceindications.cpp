@@ -34,7 +34,7 @@ NB_VOID record_missing(VGA_NODE *node, const VGA_STATUS_CLASS &row,
         report_unknown(node, row, indication);
     }
     if ((row.unknown & VGA_UNKNOWN_READ) != 0 && !indication.deactivated) {
-        vga_read_new_resource(node, row.id, indication.key);
+        vga_read_resource(node, row.query, indication.key);
     }
 }
 
@@ -50,13 +50,13 @@ NB_USHORT fits(const VGA_STATUS_CLASS &row, const NB_VOID *record) {
 
 NB_VOID apply(VGA_NODE *node, const VGA_STATUS_CLASS &row,
               const NAP_RESOURCE_INDICATION &indication) {
-    NB_VOID *record = row.find(node, indication.key);
+    NB_VOID *record = row.list().find(node, indication.key).record;
     if (record == nullptr) {
         record_missing(node, row, indication);
     } else if (!fits(row, record)) {
         return;
     } else if (indication.deactivated) {
-        row.remove(record);
+        row.list().remove(node, indication.key);
     } else if (indication.det_length >= row.status().width ||
                !vga_start_check_one(node, row.id, indication.key)) {
         NB_USHORT length = std::min({row.status().width, indication.det_length,

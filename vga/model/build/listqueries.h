@@ -1,7 +1,8 @@
 /* List queries: how each list of the node is asked for, continued and turned into records.
  *
- * Every list follows one pattern; a row declares what is its own: the schema of its entries and the
- * function that makes a record of one.  To add a list: add its row. */
+ * Every list follows one pattern; a row (lists.cpp) declares what is its own: the schema of its
+ * entries, and the functions that make a record of one, find it again and take it out.  To add a
+ * list: add its row. */
 #ifndef LISTQUERIES_H
 #define LISTQUERIES_H
 
@@ -13,15 +14,29 @@
 
 enum VGA_ENTRY_RESULT : NB_USHORT {
     VGA_ENTRY_ADDED,
-    VGA_ENTRY_SKIPPED, /* its owner is not in the model; logged */
+    VGA_ENTRY_SKIPPED, /* its owner is not in the model */
     VGA_ENTRY_NO_MEMORY
+};
+
+/* A record and the data that it was made of; both null: there is none. */
+struct VGA_KNOWN {
+    NB_VOID *record;
+    const NB_UCHAR *entry;
 };
 
 struct VGA_LIST {
     NB_USHORT opcode;
     const records::Schema *schema; /* what an entry is */
-    /* Makes a record of an entry or merges it; `node` is null for lists of the domain. */
-    VGA_ENTRY_RESULT (*add)(VGA_NODE *node, const NB_UCHAR *entry);
+    NB_USHORT of_domain = 0;       /* flag: of the domain; `node` is null below */
+    records::Place owner = {};     /* in an entry, of the owner's name; width 0: needs none */
+
+    /* Makes a record of an entry or merges it. */
+    VGA_ENTRY_RESULT (*add)(VGA_NODE *node, const NB_UCHAR *entry) = nullptr;
+    /* The record with that key, which has NAP_MAX_KEY bytes or is that of an entry. */
+    VGA_KNOWN (*find)(VGA_NODE *node, const NB_UCHAR *key) = nullptr;
+    /* Tells windows, deletes the record with what goes with it, and brings in line what stands for
+     * it elsewhere.  Returns 0 when there is none. */
+    NB_USHORT (*remove)(VGA_NODE *node, const NB_UCHAR *key) = nullptr;
 
     /* Bytes of an entry's key, behind its length; and of these the owner's, 0 when the list is not
      * kept under owners. */
@@ -29,8 +44,9 @@ struct VGA_LIST {
     size_t owner_length() const { return schema->owner_size(); }
 };
 
-/* The row of a list opcode, or null. */
+/* The row of a list opcode, or null; and that of a verb that defines or deletes. */
 const VGA_LIST *vga_find_list(NB_USHORT opcode);
+const VGA_LIST *vga_find_changed_list(NB_USHORT opcode);
 
 /* Where a list goes on: the key of the last entry received. */
 struct VGA_LIST_POSITION {
@@ -72,6 +88,11 @@ NB_USHORT vga_list_goes_on(const VGA_LIST &list, const NAP_VCB *vcb, const VGA_L
 
 /* 1 when the verb failed because the node behind its target died. */
 NB_USHORT vga_node_is_gone(const NAP_VCB *vcb);
+
+/* Reports an entry without an owner, or a name that no resource of the list has, unless such
+ * reports are suppressed. */
+NB_VOID vga_report_owner_missing(const VGA_LIST &list, const NB_UCHAR *entry);
+NB_VOID vga_report_unknown(NB_USHORT opcode, const VGA_LIST &list, const NB_UCHAR *key);
 
 /* Reports a verb that failed, unless such reports are suppressed. */
 NB_VOID vga_report_failed_verb(const NAP_VCB *vcb);

@@ -9,71 +9,106 @@ namespace {
 
 NB_VOID read_answered(const VGA_PROCESS_STATE *work);
 
-NB_VOID ask(VGA_NODE *node, VGA_STATUS_ID id, const VGA_LIST_START &start) {
-    const VGA_LIST &list = *vga_find_list(gvga_status_classes[id].query);
-    node->class_work[id].reading = static_cast<NB_UCHAR>(
-        vga_issue_list(list, node->target, start, node->handle, read_answered));
+NB_USHORT ask(VGA_NODE *node, const VGA_LIST &list, const VGA_LIST_START &start) {
+    return vga_issue_list(list, node->target, start, node->handle, read_answered);
 }
 
-/* Adds what is not there yet.  An entry without an owner, or without memory, stays out; the list
- * reports the former. */
-VGA_LIST_POSITION add_new(VGA_NODE *node, const VGA_STATUS_CLASS &row, const VGA_LIST &list,
-                          const NAP_VCB *vcb) {
+/* A merge leaves the status of some classes as it was. */
+NB_VOID bring_status(VGA_NODE *node, const VGA_LIST &list, const NB_UCHAR *entry) {
+    const VGA_STATUS_CLASS *row = vga_find_status_class(list.opcode);
+    if (row != nullptr && row->kept_by_merge) {
+        NB_VOID *record = list.find(node, entry + sizeof(NB_USHORT)).record;
+        row->change(record, entry + row->status().offset, row->status().width);
+    }
+}
+
+/* Adds or merges an entry that is not as its record has it.  One without an owner, or without
+ * memory, stays out. */
+NB_VOID take_entry(VGA_NODE *node, const VGA_LIST &list, const NB_UCHAR *entry) {
+    const NB_UCHAR *key = entry + sizeof(NB_USHORT);
+    const VGA_KNOWN before = list.find(node, key);
+    NB_USHORT length;
+    memcpy(&length, entry, sizeof(length));
+    if (before.record != nullptr && memcmp(before.entry, entry, length) == 0) {
+        return;
+    }
+    VGA_ENTRY_RESULT result = list.add(node, entry);
+    if (result == VGA_ENTRY_NO_MEMORY) {
+        nba_pd_print_exception(NB_PD_NO_MEMORY, 0, "x ca", list.opcode,
+                               static_cast<NB_INT>(list.key_length()), key);
+    } else if (result == VGA_ENTRY_SKIPPED) {
+        vga_report_owner_missing(list, entry);
+    } else if (NB_VOID *record = list.find(node, key).record) {
+        bring_status(node, list, entry);
+        vga_record_changed(record,
+                           before.record != nullptr ? VGA_RECORD_CHANGED : VGA_RECORD_ADDED);
+    }
+}
+
+VGA_LIST_POSITION take_entries(VGA_NODE *node, const VGA_LIST &list, const NAP_VCB *vcb) {
     VGA_LIST_POSITION last = {};
     vga_visit_entries(list, vcb, [&](const NB_UCHAR *entry) {
-        const NB_UCHAR *key = entry + sizeof(NB_USHORT);
         last.received = 1;
-        memcpy(last.key, key, list.key_length());
-        if (row.find(node, key) != nullptr) {
-            return;
-        }
-        if (list.add(node, entry) == VGA_ENTRY_NO_MEMORY) {
-            nba_pd_print_exception(NB_PD_NO_MEMORY, 0, "x ca", row.indication,
-                                   static_cast<NB_INT>(row.name_width), key + row.name_offset);
-        } else if (NB_VOID *record = row.find(node, key)) {
-            vga_record_changed(record, VGA_RECORD_ADDED);
-        }
+        memcpy(last.key, entry + sizeof(NB_USHORT), list.key_length());
+        take_entry(node, list, entry);
     });
     return last;
 }
 
-NB_VOID read_answered(const VGA_PROCESS_STATE *work) {
-    auto *node = static_cast<VGA_NODE *>(nba_validate_handle(work->user_data));
-    const VGA_STATUS_CLASS *row = vga_find_status_class(work->vcb->opcode);
-    if (node == nullptr || node->target != work->target || row == nullptr) {
+/* Of a class, what has come meanwhile is read with the whole list. */
+NB_VOID reading_done(VGA_NODE *node, const VGA_LIST &list, NB_USHORT gone) {
+    const VGA_STATUS_CLASS *row = vga_find_status_class(list.opcode);
+    if (row == nullptr) {
         return;
     }
-    const VGA_LIST &list = *vga_find_list(row->query);
     VGA_CLASS_WORK &state = node->class_work[row->id];
+    NB_USHORT again = state.read_again && !gone;
+    state = {state.checking, state.check_again, 0, 0};
+    if (again) {
+        state.reading =
+            static_cast<NB_UCHAR>(ask(node, list, {nullptr, nullptr, nullptr, NAP_DETAIL}));
+    }
+}
+
+NB_VOID read_answered(const VGA_PROCESS_STATE *work) {
+    auto *node = static_cast<VGA_NODE *>(nba_validate_handle(work->user_data));
+    if (node == nullptr || node->target != work->target) {
+        return;
+    }
+    const VGA_LIST &list = *vga_find_list(work->vcb->opcode);
     auto query = nap_copy<NAP_QUERY_LIST>(work->vcb);
     NB_USHORT one = (query.list_options & NAP_LIST_INCLUSIVE) != 0;
-    NB_USHORT gone = query.secondary_rc == NAP_UNKNOWN_RESOURCE || vga_node_is_gone(work->vcb);
+    NB_USHORT gone = vga_node_is_gone(work->vcb);
     if (query.primary_rc == NAP_OK) {
-        VGA_LIST_POSITION last = add_new(node, *row, list, work->vcb);
+        VGA_LIST_POSITION last = take_entries(node, list, work->vcb);
         if (!one && vga_list_goes_on(list, work->vcb, last)) {
-            ask(node, row->id, {nullptr, &last, nullptr, NAP_DETAIL});
+            ask(node, list, {nullptr, &last, nullptr, NAP_DETAIL});
             return;
         }
+    } else if (query.secondary_rc == NAP_UNKNOWN_RESOURCE && one) {
+        list.remove(node, query.key);
     } else if (!gone) {
         vga_report_failed_verb(work->vcb);
     }
-    state.reading = 0;
-    if (state.read_again && !vga_node_is_gone(work->vcb)) {
-        state.read_again = 0;
-        ask(node, row->id, {nullptr, nullptr, nullptr, NAP_DETAIL});
-    }
+    reading_done(node, list, gone);
 }
 
 } // namespace
 
-NB_VOID vga_read_new_resource(VGA_NODE *node, VGA_STATUS_ID id, const NB_UCHAR *key) {
-    VGA_CLASS_WORK &state = node->class_work[id];
+NB_VOID vga_read_resource(VGA_NODE *node, NB_USHORT opcode, const NB_UCHAR *key) {
+    const VGA_LIST &list = *vga_find_list(opcode);
+    const VGA_STATUS_CLASS *row = vga_find_status_class(opcode);
     if (node->target == 0) {
         return;
     }
-    if (state.reading) {
-        state.read_again = 1;
+    if (row == nullptr) {
+        ask(node, list, {nullptr, nullptr, key, NAP_DETAIL});
         return;
     }
-    ask(node, id, {nullptr, nullptr, key, NAP_DETAIL});
+    VGA_CLASS_WORK &state = node->class_work[row->id];
+    if (state.reading) {
+        state.read_again = 1;
+    } else {
+        state.reading = static_cast<NB_UCHAR>(ask(node, list, {nullptr, nullptr, key, NAP_DETAIL}));
+    }
 }

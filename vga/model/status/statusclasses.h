@@ -1,13 +1,13 @@
 /* Status classes: the resources whose status changes while the node runs.
  *
- * One row a class says what the status checks (vgadschk.h) and the indications must know alike: how
- * a record is found by the key of a list entry or an indication, the schema that says which bytes
- * of the entry are its status, and what follows from a change or from the end of the resource.  To
- * add a class: add its VGA_STATUS_ID and its row.  The rows own nothing. */
+ * One row a class says what the status checks (vgadschk.h) and the indications must know alike: the
+ * list that finds its records, the schema that says which bytes of the entry are its status, and
+ * what follows from a change.  To add a class: add its VGA_STATUS_ID and its row.
+ * The rows own nothing. */
 #ifndef STATUSCLASSES_H
 #define STATUSCLASSES_H
 
-#include "model.h"
+#include "listqueries.h"
 #include "schema.h"
 
 /* What an indication about a resource without a record leads to. */
@@ -29,14 +29,13 @@ struct VGA_STATUS_CLASS {
     /* The bytes of the list entry that are its status. */
     const records::Place &status() const { return schema->det; }
 
-    /* The record with that key (as an entry has it), or null. */
-    NB_VOID *(*find)(VGA_NODE *node, const NB_UCHAR *key);
+    /* How its records are found and taken out. */
+    const VGA_LIST &list() const { return *vga_find_list(query); }
+
     /* Takes over the first `length` bytes of the status (at most all of it).  Nothing
      * happens when they are as they were; else the lines that show them are redrawn, and windows
      * are told. */
     NB_VOID (*change)(NB_VOID *record, const NB_UCHAR *status, NB_USHORT length);
-    /* Deletes the record and what stands for the resource elsewhere, and tells windows before. */
-    NB_VOID (*remove)(NB_VOID *record);
 };
 
 extern const VGA_STATUS_CLASS gvga_status_classes[VGA_STATUS_CLASSES];

@@ -41,7 +41,7 @@ static_assert([] {
 }());
 
 const VGA_LIST &list_of(VGA_STATUS_ID id) {
-    return *vga_find_list(gvga_status_classes[id].query);
+    return gvga_status_classes[id].list();
 }
 
 /* The node that a check is about; null when it, or the connection that was asked, has gone. */
@@ -68,7 +68,7 @@ VGA_LIST_POSITION take_over(VGA_NODE *node, VGA_STATUS_ID id, const NAP_VCB *vcb
     VGA_LIST_POSITION last = {};
     vga_visit_entries(list, vcb, [&](const NB_UCHAR *entry) {
         const NB_UCHAR *key = entry + sizeof(NB_USHORT);
-        NB_VOID *record = row.find(node, key);
+        NB_VOID *record = list.find(node, key).record;
         if (record != nullptr) {
             last.received = 1;
             memcpy(last.key, key, list.key_length());
