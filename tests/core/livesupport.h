@@ -41,10 +41,7 @@ public:
         for (const node::TextNode &node : text_.nodes) {
             nodes_.push_back(std::make_unique<NODE>(*this, node));
         }
-        for (int step = 0; step < 5000; step++) {
-            clock_.advance(1);
-            timers_.run_due();
-        }
+        pass(5000);
         for (const auto &node : nodes_) {
             domain_->update(node->name, node->engine.node_record().info);
         }
@@ -77,6 +74,39 @@ public:
             execute(verb);
         }
     }
+
+    /* Carries out another administrator's verb; the block comes back completed. */
+    NB_VOID execute(NB_ULONG target, std::vector<NB_UCHAR> &block) {
+        node::Answer answer;
+        std::string changed;
+        if (target % next_targets < node_targets) {
+            domain_->execute(block.data(), block.size(), answer, changed);
+        } else {
+            nodes_.at(target % 100)->engine.execute(block.data(), block.size(), answer);
+        }
+        block = answer.block;
+    }
+
+    /* Calls visit(name of the node, indication) for what the nodes have said since the last call.
+     */
+    template <class Visit> NB_VOID take_indications(Visit visit) {
+        for (const auto &node : nodes_) {
+            for (const NAP_RESOURCE_INDICATION &one : std::exchange(node->heard.all, {})) {
+                visit(node->name, one);
+            }
+        }
+    }
+
+    NB_VOID pass(NB_ULONG ms) {
+        for (; ms > 0; ms--) {
+            clock_.advance(1);
+            timers_.run_due();
+        }
+    }
+
+    const std::string &name_of(size_t node) const { return nodes_.at(node)->name; }
+    size_t count_nodes() const { return nodes_.size(); }
+    node::Engine &engine_of(size_t node) { return nodes_.at(node)->engine; }
 
     /* Calls `visit` for every row that the stores of domain and nodes hold of a class. */
     template <class Visit> NB_VOID for_each_stored(Visit visit) {

@@ -1,6 +1,7 @@
 #include "nodestate.h"
 #include "hooks.h"
 #include "model.h"
+#include "newresources.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
 #include <cstring>
@@ -14,9 +15,10 @@ NB_VOID take_over(VGA_NODE *node, NB_ULONG state) {
         return;
     }
     node->node_state = state;
-    if (gvga_hooks.node_list_changed != nullptr) {
-        gvga_hooks.node_list_changed(node, VGA_NODE_CHANGED);
+    if (state == NAP_NODE_ACTIVE || state == NAP_NODE_STOPPED) {
+        vga_read_untold(node);
     }
+    vga_node_list_changed(node, VGA_NODE_CHANGED);
 }
 
 } // namespace

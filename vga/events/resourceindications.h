@@ -9,9 +9,28 @@
 
 #include "verbqueue.h"
 
-/* Takes the block when its opcode is one of those about resources; returns 0 otherwise.  The user
- * data is the handle of the node; a stale one drops the block.  One of these opcodes that has no
- * class is an assertion. */
-NB_USHORT vga_indication_handler(const VGA_PROCESS_STATE *work);
+/* 1 for the opcodes that always are indications about resources, whether a class has them or not.
+ */
+NB_USHORT vga_is_resource_indication(NB_USHORT opcode);
+
+/* Hands an indication to its class.  The user data is the handle of the node; a stale one drops the
+ * block without a word.  An opcode that has no class is an assertion. */
+NB_VOID vga_indication_handler(const VGA_PROCESS_STATE *state);
+
+/* The classes, each by its name, which is how they are found in the log: a block of another opcode
+ * is an assertion. */
+NB_VOID vga_process_dlc_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_port_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_ls_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_pu_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_dlur_pu_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_down_pu_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_down_lu_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_local_lu_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_lu03_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_mode_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_plu_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_dir_ind(const VGA_PROCESS_STATE *state);
+NB_VOID vga_process_tamrix_ind(const VGA_PROCESS_STATE *state);
 
 #endif

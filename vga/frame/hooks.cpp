@@ -2,6 +2,12 @@
 
 VGA_HOOKS gvga_hooks;
 
+NB_VOID vga_node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
+    if (gvga_hooks.node_list_changed != nullptr) {
+        gvga_hooks.node_list_changed(node, change);
+    }
+}
+
 NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what) {
     if (gvga_hooks.record_changed != nullptr) {
         gvga_hooks.record_changed(item, what);

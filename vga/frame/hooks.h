@@ -45,6 +45,9 @@ struct VGA_HOOKS {
 
 extern VGA_HOOKS gvga_hooks;
 
+/* Tells whoever shows nodes. */
+NB_VOID vga_node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change);
+
 /* Tells every open window and dialog that a record was added, changed or is about to go. */
 NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what);
 

@@ -62,6 +62,14 @@ NB_VOID vga_build_rtp_conns(const VGA_PROCESS_STATE *work);
 NB_USHORT vga_check_system_startup(NB_CHAR (*text)[VGA_SYSTEM_CHAINS + 1]);
 NB_USHORT vga_check_node_startup(const VGA_NODE *node, NB_CHAR (*text)[VGA_NODE_CHAINS + 1]);
 
+/* 1 while the build still has to read (the rest of) a list of a node, or of the domain (null),
+ * whose step has a flag of its own. */
+NB_USHORT vga_is_list_outstanding(const VGA_NODE *node, NB_USHORT opcode);
+
+/* Keeps a record that a query of kind NAP_KIND_RECORD has answered with, as the build does; `node`
+ * is null for the domain's.  Returns 0 when the build does not ask for it. */
+NB_USHORT vga_keep_record(VGA_NODE *node, const NAP_VCB *vcb);
+
 #define VGA_PHASE_COMPLETE            0
 #define VGA_PHASE_LOCAL_PUS           1
 #define VGA_PHASE_DOWN_PUS            2

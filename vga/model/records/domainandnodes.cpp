@@ -108,19 +108,10 @@ NB_VOID destroy_roots(Record &record, VGA_VIEWER_ROOT Record::*const (&roots)[Co
     }
 }
 
-VGA_SERVER_ROLE role_of(NB_ULONG server_flags) {
-    constexpr NB_ULONG master = NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
-    if ((server_flags & master) == master) {
-        return VGA_ROLE_MASTER;
-    }
-    NB_USHORT backup = (server_flags & (NAP_SERVER_BACKUP | NAP_SERVER_BACKUP_NEXT)) != 0;
-    return backup && (server_flags & NAP_SERVER_MASTER) != 0 ? VGA_ROLE_BACKUP : VGA_ROLE_NONE;
-}
-
 NB_VOID read_node_info(VGA_NODE &node) {
     NAP_NODE_INFO info = node.vcb->info;
     node.node_state = info.node_state;
-    node.role = role_of(info.server_flags);
+    node.role = vga_role_of(info.server_flags);
 }
 
 NB_VOID node_changed(VGA_NODE &node, VGA_NODE_CHANGE change) {
@@ -130,6 +121,15 @@ NB_VOID node_changed(VGA_NODE &node, VGA_NODE_CHANGE change) {
 }
 
 } // namespace
+
+VGA_SERVER_ROLE vga_role_of(NB_ULONG server_flags) {
+    constexpr NB_ULONG master = NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
+    if ((server_flags & master) == master) {
+        return VGA_ROLE_MASTER;
+    }
+    NB_USHORT backup = (server_flags & (NAP_SERVER_BACKUP | NAP_SERVER_BACKUP_NEXT)) != 0;
+    return backup && (server_flags & NAP_SERVER_MASTER) != 0 ? VGA_ROLE_BACKUP : VGA_ROLE_NONE;
+}
 
 VGA_SYSTEM *vga_init_vga_system(NB_VOID) {
     VGA_OWNED<VGA_SYSTEM> system(static_cast<VGA_SYSTEM *>(calloc(1, sizeof(VGA_SYSTEM))));

@@ -18,6 +18,9 @@ VGA_SYSTEM *vga_init_vga_system(NB_VOID);
 VGA_NODE *vga_init_vga_node(const NAP_NODE_ALL_DATA *entry);
 VGA_NODE *vga_insert_vga_node(VGA_NODE *record);
 
+/* The role that a node's server flags say. */
+VGA_SERVER_ROLE vga_role_of(NB_ULONG server_flags);
+
 /* Those of all the types of recordlist.h.  A link station to a host, or to a downstream PU, also
  * makes the PU; a pool of a node the domain's pool; a template, access list, client or user the
  * records of the items that its entry carries. */

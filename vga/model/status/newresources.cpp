@@ -112,3 +112,12 @@ NB_VOID vga_read_resource(VGA_NODE *node, NB_USHORT opcode, const NB_UCHAR *key)
         state.reading = static_cast<NB_UCHAR>(ask(node, list, {nullptr, nullptr, key, NAP_DETAIL}));
     }
 }
+
+NB_VOID vga_read_untold(VGA_NODE *node) {
+    if (node->target == 0 || !node->node_data.primary_support) {
+        return;
+    }
+    for (NB_USHORT opcode : {NAP_QUERY_PRIMARY_LINE, NAP_QUERY_PRIMARY_LU0}) {
+        ask(node, *vga_find_list(opcode), {nullptr, nullptr, nullptr, NAP_DETAIL});
+    }
+}

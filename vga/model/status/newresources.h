@@ -15,4 +15,7 @@
  * to date, or takes it out when there is no such entry.  Nothing happens without a connection. */
 NB_VOID vga_read_resource(VGA_NODE *node, NB_USHORT list, const NB_UCHAR *key);
 
+/* Reads the lists again that move with the node and that no indication tells of. */
+NB_VOID vga_read_untold(VGA_NODE *node);
+
 #endif

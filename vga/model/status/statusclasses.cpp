@@ -15,6 +15,17 @@ namespace {
 
 template <class Record> NB_VOID status_follows(Record *) {}
 
+/* Connection networks say which of their ports are active. */
+NB_VOID status_follows(VGA_PORT *port) {
+    NB_USHORT active = port->vcb->det_data.port_state == NAP_ACTIVE;
+    vga_for_each(port->node->connection_networks, &VGA_CN::links, [port, active](VGA_CN &cn) {
+        const auto *member = static_cast<VGA_CN_PORT *>(ntl_avl_find(&cn.ports, port->name));
+        if (member != nullptr && active != (member->vcb->tg_num != 0)) {
+            vga_cn_follows(&cn);
+        }
+    });
+}
+
 NB_VOID status_follows(VGA_LS *ls) {
     ls->state = ls->vcb->det_data.ls_state;
 }

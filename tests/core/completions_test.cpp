@@ -1,0 +1,279 @@
+/* What changes the model without the program having asked: every kind of definition, by copies and
+ * by completions of its own, against the node software itself. */
+#include "livesupport.h"
+
+#include "completions.h"
+#include "defineblock.h"
+#include "reports.h"
+#include "vgadschk.h"
+#include "vgaindct.h"
+#include <regex>
+#include <set>
+#include <sstream>
+
+SCRIPTED_NOF_ENTRY
+
+namespace {
+
+using records::FieldRow;
+using records::Schema;
+
+using BLOCK = std::vector<NB_UCHAR>;
+
+template <class Block> BLOCK bytes_of(const Block &block) {
+    const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&block);
+    return BLOCK(bytes, bytes + sizeof(block));
+}
+
+NAP_VCB *vcb_of(BLOCK &block) {
+    return reinterpret_cast<NAP_VCB *>(block.data());
+}
+
+/* The first line in which two texts differ, of each. */
+std::string difference(const std::string &one, const std::string &other) {
+    std::istringstream left(one);
+    std::istringstream right(other);
+    std::multiset<std::string> lines;
+    std::string line;
+    while (std::getline(left, line)) {
+        lines.insert(line);
+    }
+    std::string more;
+    while (std::getline(right, line)) {
+        const auto found = lines.find(line);
+        if (found != lines.end()) {
+            lines.erase(found);
+        } else {
+            more += "\n  fresh " + line;
+        }
+    }
+    for (const std::string &left_over : lines) {
+        more += "\n  model " + left_over;
+    }
+    return more;
+}
+
+struct SAMPLE {
+    const NB_CHAR *name;
+    bool own; /* the program's own completions, in place of copies */
+};
+
+class Completions : public LIVE_MODEL, public testing::TestWithParam<SAMPLE> {
+protected:
+    void SetUp() override {
+        open(GetParam().name);
+        gvga_hooks.indication = vga_dispatch_indication;
+        build();
+        domain->take_indications([](const std::string &, const NAP_RESOURCE_INDICATION &) {});
+    }
+    void TearDown() override { close(); }
+
+    static VGA_NODE *node_named(const std::string &name) {
+        NB_CHAR key[128] = {};
+        memcpy(key, name.data(), name.size());
+        return static_cast<VGA_NODE *>(ntl_avl_find(&gvga_system->nodes, key));
+    }
+    VGA_NODE *node_at(size_t at) const { return node_named(domain->name_of(at)); }
+
+    static NB_VOID dispatch(BLOCK block, NB_ULONG target, NB_ULONG handle) {
+        VGA_PROCESS_STATE work = {target, vcb_of(block), handle};
+        vga_dispatch_indication(&work);
+    }
+
+    /* Hands on what the nodes have indicated, and answers what the program asks then. */
+    NB_VOID heard() {
+        domain->take_indications([](const std::string &name, const NAP_RESOURCE_INDICATION &one) {
+            VGA_NODE *node = node_named(name);
+            dispatch(bytes_of(one), node->target, node->handle);
+        });
+        run(1);
+    }
+
+    /* Another administrator's verb, or the program's own.  Returns whether it succeeded. */
+    bool change(BLOCK block, size_t at) {
+        const NB_USHORT opcode = vcb_of(block)->opcode;
+        VGA_NODE *node = vga_is_verb_of_domain(opcode) ? nullptr : node_at(at);
+        const NB_ULONG target = node != nullptr ? node_targets + at : file_targets;
+        domain->execute(target, block);
+        if (vcb_of(block)->primary_rc != NAP_OK) {
+            return false;
+        }
+        const NB_ULONG open = node != nullptr ? node->target : gvga_system->domain_target;
+        const NB_ULONG handle = node != nullptr ? node->handle : gvga_system->handle;
+        if (GetParam().own) {
+            VGA_PROCESS_STATE work = {open, vcb_of(block), 12345};
+            vga_verb_completed(&work);
+        } else {
+            vcb_of(block)->primary_rc = NAP_INDICATION;
+            dispatch(block, open, handle);
+        }
+        heard();
+        return true;
+    }
+
+    /* The model, and what it keeps of settings. */
+    static std::string text() {
+        /* Nodes say how long they have been up. */
+        std::string all = std::regex_replace(vga_dump_model(), std::regex("NODE4402.*\n"), "");
+        const auto add = [&all](const auto &record) {
+            const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&record);
+            for (size_t at = 0; at < sizeof(record); at++) {
+                NB_CHAR digits[3];
+                snprintf(digits, sizeof(digits), "%02x", bytes[at]);
+                all += digits;
+            }
+            all += '\n';
+        };
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&add](VGA_NODE &node) {
+            add(node.defaults);
+            add(node.tamrix);
+            add(node.tracing.dlc);
+            add(node.tracing.slp);
+            add(node.tn.defaults);
+            add(node.tn.ssl);
+        });
+        add(gvga_system->logging);
+        return all;
+    }
+
+    /* The same of a model that is built now. */
+    std::string fresh_text() {
+        VGA_SYSTEM *const kept = gvga_system;
+        gvga_system = vga_init_vga_system();
+        build();
+        std::string fresh = text();
+        vga_destroy_data_structures();
+        gvga_system = kept;
+        return fresh;
+    }
+
+    /* Counts of what is active below are of the moment: the node tells of none, a check reads them.
+     */
+    NB_VOID read_counts() {
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
+            for (VGA_STATUS_ID id : {VGA_STATUS_PORT, VGA_STATUS_LS, VGA_STATUS_PU,
+                                     VGA_STATUS_DLUR_PU, VGA_STATUS_DOWN_PU}) {
+                vga_start_check(&node, id);
+            }
+        });
+        run(1);
+    }
+
+    NB_VOID compare(const std::string &what) {
+        read_counts();
+        check_model();
+        const std::string held = text();
+        const std::string fresh = fresh_text();
+        EXPECT_TRUE(held == fresh) << what << difference(held, fresh);
+    }
+
+    /* The entries of a list, from the node software. */
+    std::vector<std::string> entries(const Schema &schema, size_t list, size_t at, bool of_domain) {
+        ISSUED_VERB verb = {};
+        NAP_QUERY_LIST query = {};
+        std::vector<NB_UCHAR> buffer(65532);
+        query.opcode = schema.lists[list].list;
+        query.buf_size = static_cast<NB_ULONG>(buffer.size());
+        query.list_options = NAP_FIRST_IN_LIST | NAP_DETAIL;
+        verb.vcb = reinterpret_cast<NAP_VCB *>(&query);
+        verb.target = of_domain ? file_targets : node_targets + at;
+        vga_set_buf_ptr(verb.vcb, buffer.data());
+        domain->answer(verb);
+        std::vector<std::string> all;
+        size_t end = 0;
+        for (NB_USHORT count = 0; query.primary_rc == NAP_OK && count < query.num_entries;) {
+            NB_USHORT length;
+            memcpy(&length, buffer.data() + end, sizeof(length));
+            all.emplace_back(reinterpret_cast<NB_CHAR *>(buffer.data()) + end, length);
+            all.back().resize(schema.overlay_size());
+            end += length;
+            count++;
+        }
+        return all;
+    }
+
+    static const NB_UCHAR *raw(const std::string &entry) {
+        return reinterpret_cast<const NB_UCHAR *>(entry.data());
+    }
+    static BLOCK define_block(const Schema &schema, const std::string &entry) {
+        BLOCK block(schema.define_size);
+        records::make_define_block(schema, raw(entry), block.data());
+        return block;
+    }
+    static BLOCK delete_block(const Schema &schema, const std::string &entry) {
+        return bytes_of(records::make_name_block(schema, schema.remove, raw(entry)));
+    }
+
+    /* Changes one resource, deletes it and defines it again, as far as the node lets.  Returns how
+     * much was done. */
+    int walk(const Schema &schema, std::string entry, size_t at) {
+        int done = 0;
+        const std::string original = entry;
+        const FieldRow *text = find_field(schema.fields, "description");
+        if (text != nullptr) {
+            memcpy(entry.data() + text->offset, "changed", sizeof("changed"));
+        }
+        done += change(define_block(schema, entry), at);
+        compare(std::string("redefined ") + schema.name + (done != 0 ? "" : " (refused)"));
+        if (change(delete_block(schema, original), at)) {
+            compare(std::string("deleted ") + schema.name);
+            done++;
+            done += change(define_block(schema, original), at);
+            compare(std::string("defined ") + schema.name);
+        }
+        return done;
+    }
+};
+
+/* Of each kind the first, the last and one between. */
+TEST_P(Completions, LeaveTheModelAsAFreshBuildFindsIt) {
+    std::set<std::string> changed;
+    NAP_NAME_VERB stop = {};
+    stop.opcode = NAP_STOP_NODE;
+    for (const bool active : {true, false}) {
+        if (!active) {
+            for (size_t at = 0; at < domain->count_nodes(); at++) {
+                BLOCK block = bytes_of(stop);
+                domain->execute(node_targets + at, block);
+            }
+            domain->pass(5000);
+            for (size_t at = 0; at < domain->count_nodes(); at++) {
+                NAP_NODE_STATUS_INDICATION_VERB stopped = {};
+                stopped.opcode = NAP_STOP_NODE;
+                stopped.primary_rc = NAP_INDICATION;
+                dispatch(bytes_of(stopped), node_at(at)->target, node_at(at)->handle);
+            }
+            heard();
+        }
+        for (const Schema *schema : records::all_schemas) {
+            if (schema->define == 0) {
+                continue;
+            }
+            const bool of_domain = vga_is_verb_of_domain(schema->define);
+            const size_t list = schema->lists[1].list != 0 ? 1 : 0; // of PUs those that are defined
+            for (size_t at = 0; at < (of_domain ? 1 : domain->count_nodes()); at++) {
+                const auto all = entries(*schema, list, at, of_domain);
+                std::set<size_t> some = {0, all.size() / 2, all.size() - 1};
+                for (size_t one : all.empty() ? std::set<size_t>() : some) {
+                    if (walk(*schema, all[one], at) == 3) {
+                        changed.insert(schema->name);
+                    }
+                    if (HasFailure()) {
+                        return;
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(changed.size(), 25U) << "what nothing is done to proves nothing";
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, Completions,
+                         testing::Values(SAMPLE{"single", false}, SAMPLE{"branch", false},
+                                         SAMPLE{"single", true}),
+                         [](const auto &sample) {
+                             return std::string(sample.param.name) +
+                                    (sample.param.own ? "Own" : "Copied");
+                         });
+
+} // namespace
