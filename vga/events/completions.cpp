@@ -140,6 +140,7 @@ NB_VOID set(const Settings &settings, VGA_NODE *node, const NAP_VCB *vcb) {
         return;
     }
     if (settings.set == NAP_SET_CENTRAL_LOGGING) {
+        gvga_system->logging.central_logger = {}; /* without central logging there is none */
         vga_rebuild_logging();
     }
     vga_record_changed(node != nullptr ? static_cast<NB_VOID *>(node) : gvga_system,

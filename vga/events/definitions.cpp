@@ -142,16 +142,14 @@ NB_VOID local_lu_joined(NB_VOID *record, const NB_UCHAR *before) {
     }
 }
 
-/* The LU of that name on a node; those of one name in the domain form a ring. */
+/* Names of LUs are unique in a node. */
 VGA_LU03 *find_lu_of_node(const VGA_NODE *node, const NB_UCHAR *name) {
-    auto *first = static_cast<VGA_LU03 *>(ntl_avl_find(&gvga_system->dependent_lus, &name));
-    for (VGA_LU03 *lu = first; lu != nullptr;) {
-        if (lu->parent->parent == node) {
-            return lu;
-        }
-        lu = lu->next_namesake != first ? lu->next_namesake : nullptr;
-    }
-    return nullptr;
+    VGA_LU03 *found = nullptr;
+    vga_for_each(node->local_pus, &VGA_LOCAL_PU::links, [name, &found](VGA_LOCAL_PU &pu) {
+        NB_VOID *lu = ntl_avl_find(&pu.lus, name);
+        found = lu != nullptr ? static_cast<VGA_LU03 *>(lu) : found;
+    });
+    return found;
 }
 
 VGA_POOL *add_pool(VGA_NODE *node, const NB_UCHAR *entry) {

@@ -41,7 +41,6 @@ NB_VOID free_network(NB_VOID) {
 
 /* A domain that is being read is read from the start. */
 NB_VOID read_domain_again(NB_VOID) {
-    vga_purge_verb_queue(0, 0, nullptr, gvga_system->handle, vga_build_system);
     vga_rebuild_system();
 }
 
@@ -97,7 +96,8 @@ NB_VOID entry_read(const VGA_PROCESS_STATE *work) {
     auto *node = static_cast<VGA_NODE *>(nba_validate_handle(work->user_data));
     VGA_LIST_POSITION last;
     if (node == nullptr || gvga_closing || work->vcb->primary_rc != NAP_OK ||
-        vga_process_list(*vga_find_list(NAP_QUERY_NODE_ALL), nullptr, work->vcb, &last) == 0) {
+        vga_process_list(*vga_find_list(NAP_QUERY_NODE_ALL), nullptr, work->vcb, __LINE__, &last) ==
+            0) {
         return;
     }
     if (node->node_state != NAP_NODE_UNCONFIGURED) {

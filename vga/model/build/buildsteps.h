@@ -88,4 +88,8 @@ std::span<const VGA_BUILD_STEP> vga_node_steps(NB_VOID);
 /* Keeps the target that a completed connect has brought; none after a failed one. */
 NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb);
 
+/* A registration was answered.  One that failed is reported and requests the exit, 164 with the
+ * verb's opcode: without indications the model would not be true for long. */
+NB_VOID vga_process_register_sink(const NAP_VCB *vcb, NB_INT line);
+
 #endif

@@ -211,6 +211,8 @@ NB_USHORT step_answered(const BUILD &build, const STEP &step, const NAP_VCB *vcb
         step.store(build.node, vcb);
         break;
     case REGISTER:
+        vga_process_register_sink(vcb, step.line);
+        break;
     case RECORD:
         if (vcb->primary_rc != NAP_OK) {
             vga_query_failed(vcb, gvga_build_module, step.line);

@@ -67,7 +67,7 @@ NB_USHORT vga_check_node_startup(const VGA_NODE *node, NB_CHAR (*text)[VGA_NODE_
 NB_USHORT vga_is_list_outstanding(const VGA_NODE *node, NB_USHORT opcode);
 
 /* Keeps a record that a query of kind NAP_KIND_RECORD has answered with, as the build does; `node`
- * is null for the domain's.  Returns 0 when the build does not ask for it. */
+ * is null for the domain's.  Returns 0 when the build would not ask for it now. */
 NB_USHORT vga_keep_record(VGA_NODE *node, const NAP_VCB *vcb);
 
 #define VGA_PHASE_COMPLETE            0

@@ -1,8 +1,8 @@
 #include "vgamdsls.h"
+#include "completions.h"
 #include "dialogids.h"
 #include "messages.h"
 #include "nofverbs.h"
-#include "sessionlimits.h"
 #include "sessions.h"
 #include <cstring>
 
@@ -91,7 +91,7 @@ NB_USHORT question(const VGA_FORM *form) {
 }
 
 NB_VOID limits_set(const VGA_PROCESS_STATE *work) {
-    vga_process_session_limit(work);
+    vga_verb_completed(work);
     vga_form_verb_done(work);
 }
 
