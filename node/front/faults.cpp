@@ -69,8 +69,25 @@ bool parse_fail(const Words &words, FaultRule &rule) {
     return good && parse_times(words, 4, rule);
 }
 
+/* A list that succeeds has entries, which nobody would send. */
+bool parse_at_once(const Words &words, FaultRule &rule) {
+    return parse_fail(words, rule) &&
+           (rule.result.primary != NAP_OK || nap_find_verb(rule.opcode)->kind != NAP_KIND_LIST);
+}
+
+/* A verb, or else a node. */
 bool parse_hang(const Words &words, FaultRule &rule) {
-    return words.size() >= 2 && parse_verb(words[1], rule.opcode) && parse_times(words, 2, rule);
+    if (words.size() < 2) {
+        return false;
+    }
+    if (parse_verb(words[1], rule.opcode)) {
+        return parse_times(words, 2, rule);
+    }
+    rule.kind = FaultKind::HangNode;
+    rule.node = words[1];
+    rule.times = 1;
+    return words[1].compare(0, 4, "NAP_") != 0 &&
+           (words.size() == 2 || (words.size() == 3 && parse_number(words[2], rule.number)));
 }
 
 bool parse_whole_after(const Words &words, FaultRule &rule) {
@@ -79,10 +96,11 @@ bool parse_whole_after(const Words &words, FaultRule &rule) {
 
 bool parse_die(const Words &words, FaultRule &rule) {
     rule.node = words.size() > 1 ? words[1] : "";
-    return parse_after(words, 2, rule);
+    rule.times = 1;
+    return words.size() == 2 || (parse_after(words, 2, rule) && rule.number > 0);
 }
 
-bool parse_lose(const Words &words, FaultRule &rule) {
+bool parse_indications(const Words &words, FaultRule &rule) {
     return words.size() >= 2 && words[1] == "indications" && parse_times(words, 2, rule);
 }
 
@@ -100,11 +118,13 @@ constexpr LineRow line_rows[] = {
     {"delay", FaultKind::Delay, parse_delay},
     {"fail", FaultKind::Fail, parse_fail},
     {"hang", FaultKind::Hang, parse_hang},
+    {"at-once", FaultKind::AtOnce, parse_at_once},
     {"drop", FaultKind::Drop, parse_whole_after},
     {"garbage", FaultKind::Garbage, parse_whole_after},
     {"stop", FaultKind::Stop, parse_whole_after},
     {"die", FaultKind::Die, parse_die},
-    {"lose", FaultKind::Lose, parse_lose},
+    {"lose", FaultKind::Lose, parse_indications},
+    {"repeat", FaultKind::Repeat, parse_indications},
     {"no-restart", FaultKind::NoRestart, parse_bare},
 };
 
@@ -205,6 +225,9 @@ Faults::Fate Faults::judge_indication() {
         if (rule.kind == FaultKind::Lose && use(rule)) {
             lost_ = true;
             return Fate::Lose;
+        }
+        if (rule.kind == FaultKind::Repeat && !lost_ && use(rule)) {
+            return Fate::Repeat;
         }
     }
     const bool lost = lost_;

@@ -3,13 +3,16 @@
  *   delay MS [VERB]                    answer (that verb) MS milliseconds late
  *   fail VERB PRIMARY SECONDARY [N]    answer with these codes (N times), without doing anything
  *   hang VERB [N]                      never answer (N times)
- *   drop after N verbs                 end the connection that issues the Nth verb from now
- *   garbage after N verbs              answer the Nth verb from now with a malformed frame
- *   stop after N verbs                 end the node software orderly at the Nth verb from now
- *   die NODE after N verbs             kill the process of NODE at its Nth verb from now
- *   lose indications [N]               drop (the next N) status indications; the next one that gets
- *                                      through says that data was lost
- *   no-restart                         a node process that died stays dead
+ *   at-once VERB PRIMARY SECONDARY [N] the administrator's own library completes (the next N of)
+ * its verbs with these codes while they are issued drop after N verbs                 end the
+ * connection that issues the Nth verb from now garbage after N verbs              answer the Nth
+ * verb from now with a malformed frame stop after N verbs                 end the node software
+ * orderly at the Nth verb from now die NODE [after N verbs]           kill the process of NODE, now
+ * or at its Nth verb from now hang NODE [MS]                     stop the process of NODE, for MS
+ * milliseconds or for ever lose indications [N]               drop (the next N) status indications;
+ * the next one that gets through says that data was lost repeat indications [N]             send
+ * (the next N) status indications twice no-restart                         a node process that died
+ * stays dead
  *
  * VERB is a name as in NAP_QUERY_PORT; numbers are decimal, or hexadecimal behind 0x.  "From now"
  * counts from the reading of the script, over all connections. */
@@ -24,7 +27,20 @@
 
 namespace node {
 
-enum class FaultKind { Delay, Fail, Hang, Drop, Garbage, Stop, Die, Lose, NoRestart };
+enum class FaultKind {
+    Delay,
+    Fail,
+    Hang,
+    AtOnce,
+    Drop,
+    Garbage,
+    Stop,
+    Die,
+    HangNode,
+    Lose,
+    Repeat,
+    NoRestart
+};
 
 /* One line of the script. */
 struct FaultRule {
@@ -58,10 +74,29 @@ public:
     Verdict judge(NB_USHORT opcode, const std::string &node);
 
     /* What becomes of one status indication to one registration. */
-    enum class Fate { Deliver, Lose, DeliverWithLoss };
+    enum class Fate { Deliver, Lose, DeliverWithLoss, Repeat };
     Fate judge_indication();
 
     bool may_restart() const;
+
+    /* Calls action(rule) for what is to happen to nodes now, once: Die and HangNode. */
+    template <class Action> void for_now(Action action) {
+        for (FaultRule &rule : rules_) {
+            const bool to_node = (rule.kind == FaultKind::Die && rule.number == 0) ||
+                                 rule.kind == FaultKind::HangNode;
+            if (to_node && use(rule)) {
+                action(rule);
+            }
+        }
+    }
+    /* Calls action(rule) for what the administrators' libraries are told: AtOnce. */
+    template <class Action> void for_libraries(Action action) const {
+        for (const FaultRule &rule : rules_) {
+            if (rule.kind == FaultKind::AtOnce) {
+                action(rule);
+            }
+        }
+    }
 
 private:
     static bool use(FaultRule &rule);

@@ -220,14 +220,6 @@ bool Front::write_domain_facts(std::string &why) const {
     return true;
 }
 
-void Front::read_faults() {
-    std::string why;
-    if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
-        fprintf(stderr, "snanode: %s\n", why.c_str());
-        nba_pd_print_problem(NB_PD_FAULTS, 1, "s", why.c_str());
-    }
-}
-
 void Front::on_signal() {
     signalfd_siginfo info;
     while (read(signals_, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
@@ -315,6 +307,7 @@ void Front::accept_client() {
     client->peer = std::make_unique<Peer>(loop_, fd, [this, number] { client_ready(number); });
     client->targets[0] = Target{};
     send_hello(*client);
+    send_faults(*client);
     clients_[number] = std::move(client);
 }
 
@@ -351,48 +344,6 @@ void Front::client_ready(uint64_t number) {
     }
     if (client != nullptr && client->peer->gone()) {
         end_client(*client, nullptr);
-    }
-}
-
-void Front::handle_verb(Client &client, const Frame &frame) {
-    const auto found = client.targets.find(frame.header.target);
-    const NodeProcess *node = found == client.targets.end() ? nullptr : found->second.node;
-    const Faults::Verdict verdict =
-        faults_.judge(block_opcode(frame.block), node != nullptr ? node->name : "");
-    client.in_flight++;
-    if (verdict.delay_ms == 0) {
-        apply_verdict(client, frame, verdict);
-        return;
-    }
-    const uint64_t number = client.number;
-    timers_.after(verdict.delay_ms, [this, number, frame, verdict] {
-        Client *late = find_client(number);
-        if (late != nullptr) {
-            apply_verdict(*late, frame, verdict);
-        }
-    });
-}
-
-void Front::apply_verdict(Client &client, const Frame &frame, const Faults::Verdict &verdict) {
-    const auto found = client.targets.find(frame.header.target);
-    NodeProcess *node = found == client.targets.end() ? nullptr : found->second.node;
-    if (verdict.stop) {
-        shut_down();
-    } else if (verdict.drop) {
-        end_client(client, "the fault script says so");
-    } else if (verdict.garbage) {
-        std::vector<NB_UCHAR> bytes = make_frame(NOF_FRAME_ANSWER, frame.header.correlator, 0,
-                                                 frame.block.data(), frame.block.size());
-        put_number(bytes.data(), 4, 7);
-        client.peer->out().answer(std::move(bytes));
-    } else if (verdict.failure) {
-        refuse(client, frame, *verdict.failure);
-    } else if (!verdict.hang) {
-        carry_out(client, frame);
-        if (verdict.die && node != nullptr && node->peer != nullptr) {
-            node->peer->flush();
-            kill(node->process, SIGKILL);
-        }
     }
 }
 

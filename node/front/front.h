@@ -8,6 +8,7 @@
  *   front.cpp   the socket, clients, routing of verbs
  *   targets.cpp  the verbs of a session: open, connect, register, close
  *   processes.cpp    the nodes' processes
+ *   faulting.cpp    doing what the fault script says
  *   news.cpp    indications, copies and news to those who registered */
 #ifndef FRONT_H
 #define FRONT_H
@@ -109,15 +110,12 @@ private:
     bool listen_on_socket(std::string &why);
     bool watch_signals(std::string &why);
     bool write_domain_facts(std::string &why) const;
-    void read_faults();
     void on_signal();
     void accept_client();
     bool has_rights(int fd, pid_t &process) const;
     void send_hello(Client &client);
     void client_ready(uint64_t number);
-    void handle_verb(Client &client, const Frame &frame);
     void carry_out(Client &client, const Frame &frame);
-    void apply_verdict(Client &client, const Frame &frame, const Faults::Verdict &verdict);
     Result check_verb(const Client &client, const Frame &frame, const Target *target) const;
     void to_domain(Client &client, const Frame &frame);
     void to_node(Client &client, const Frame &frame, NodeProcess &node);
@@ -130,6 +128,14 @@ private:
     void balance(Client &client);
     Client *find_client(uint64_t number);
     void shut_down();
+
+    /* faulting.cpp */
+    void read_faults();
+    void begin_faults();
+    void hang_node(NodeProcess &node, NB_ULONG ms);
+    void send_faults(Client &client);
+    void handle_verb(Client &client, const Frame &frame);
+    void apply_verdict(Client &client, const Frame &frame, const Faults::Verdict &verdict);
 
     /* targets.cpp */
     Result session_verb(Client &client, const Frame &frame, Target &target, Answer &answer);

@@ -48,6 +48,9 @@ void Front::send_status(NodeProcess &node, const Frame &frame) {
                                       make_frame(NOF_FRAME_INDICATION, registration.correlator,
                                                  target.handle, &sent, sizeof sent));
         }
+        if (fate == Faults::Fate::Repeat) {
+            send_news(client, target, registration, &sent, sizeof sent);
+        }
     });
 }
 

@@ -188,6 +188,7 @@ void Front::all_ready() {
         ready_ = true;
         printf("snanode: domain %s ready\n", options_.domain_name.c_str());
         fflush(stdout);
+        begin_faults();
     }
 }
 

@@ -23,6 +23,7 @@
 #define NOF_FRAME_VERB       2 /* library to node */
 #define NOF_FRAME_ANSWER     3 /* node to library: the block, and the buffer of a list */
 #define NOF_FRAME_INDICATION 4 /* node to library: correlator of the registration */
+#define NOF_FRAME_FAULT      5 /* node to library: NOF_FAULT as control block; for tests only */
 
 typedef struct nof_frame {
     NB_ULONG length;
@@ -43,6 +44,13 @@ typedef struct nof_hello {
     NB_ULONG client_server;   /* flag: a domain of several nodes */
     NB_UCHAR domain_name[64]; /* text */
 } NOF_HELLO;
+
+/* The next `times` verbs with this opcode are complete, with these codes, when they are issued. One
+ * with opcode 0 takes back all that came before. */
+typedef struct nof_fault {
+    NAP_VCB_HEADER; /* the verb's opcode; its codes */
+    NB_ULONG times; /* 0xFFFFFFFF: all of them */
+} NOF_FAULT;
 
 #pragma pack(pop)
 

@@ -52,6 +52,8 @@ bool Interface::handle(const Frame &frame) {
         return handle_answer(frame);
     case NOF_FRAME_INDICATION:
         return handle_indication(frame);
+    case NOF_FRAME_FAULT:
+        return handle_fault(frame);
     default:
         return false;
     }
@@ -113,6 +115,25 @@ bool Interface::keep_account(const Verb &verb) {
         if (opened != 0) {
             targets_.insert(opened);
         }
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
+}
+
+// One without an opcode takes back those before it.
+bool Interface::handle_fault(const Frame &frame) {
+    NOF_FAULT fault;
+    if (frame.header.vcb_length != sizeof(fault) || frame.header.data_length > 0) {
+        return false;
+    }
+    std::memcpy(&fault, frame.vcb, sizeof(fault));
+    if (fault.opcode == 0) {
+        faults_.clear();
+        return true;
+    }
+    try {
+        faults_.push_back(fault);
     } catch (const std::bad_alloc &) {
         return false;
     }

@@ -35,13 +35,14 @@ void Interface::terminate() {
     flights_.clear();
     deferred_.clear();
     targets_.clear();
+    faults_.clear();
     last_callback_ = nullptr;
     state_ = State::idle;
 }
 
 // Fills what the record of a verb needs from its block.  Returns false, with return codes, for a
 // verb that is complete without having gone anywhere.
-bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc) const {
+bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc) {
     auto header = nap_copy<NAP_VCB>(verb.vcb);
     verb.row = header.format == 0 ? nap_find_verb(header.opcode) : nullptr;
     if (!verb.row || verb.row->kind == NAP_KIND_INDICATION) {
@@ -65,8 +66,24 @@ bool Interface::accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc
         secondary_rc = NAP_BAD_TARGET;
         return false;
     }
+    if (fails_at_once(verb, primary_rc, secondary_rc)) {
+        return false;
+    }
     secondary_rc = NAP_NO_PERMISSION;
     return !verb.row->changes || may_change_ || state_ != State::ready;
+}
+
+// What a test has asked the node software for.
+bool Interface::fails_at_once(const Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc) {
+    for (NOF_FAULT &fault : faults_) {
+        if (fault.opcode == verb.row->opcode && fault.times > 0) {
+            fault.times -= fault.times == 0xFFFFFFFF ? 0 : 1;
+            primary_rc = fault.primary_rc;
+            secondary_rc = fault.secondary_rc;
+            return true;
+        }
+    }
+    return false;
 }
 
 NB_USHORT Interface::issue(NB_ULONG target, NB_UCHAR *vcb, NOF_CALLBACK callback,

@@ -35,7 +35,8 @@ private:
     void work();
     bool step();
     void pump();
-    bool accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc) const;
+    bool accept(Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc);
+    bool fails_at_once(const Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc);
     void connect();
     void fail(const char *reason);
     void give_up(const char *reason);
@@ -46,6 +47,7 @@ private:
     bool handle_hello(const Frame &frame);
     bool handle_answer(const Frame &frame);
     bool handle_indication(const Frame &frame);
+    bool handle_fault(const Frame &frame);
     bool keep_account(const Verb &verb);
 
     const NB_ULONG hello_wait_ms_;
@@ -60,6 +62,7 @@ private:
     VerbList deferred_; /* completed by the library; a record without a block is the status */
     VerbList status_;   /* the record of the loss, made beforehand: telling it needs no memory */
     std::unordered_set<NB_ULONG> targets_;
+    std::list<NOF_FAULT> faults_; /* what tests want to fail at once */
 };
 
 } // namespace nof

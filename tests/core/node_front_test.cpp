@@ -414,6 +414,64 @@ TEST(NodeFront, ANodeDiesAloneAndComesBackWithWhatWasAcknowledged) {
     EXPECT_EQ(client.total, 2U) << "LAN0 and KEPT";
 }
 
+/* What follows from a verb comes behind its answer, and behind its copy. */
+TEST(NodeFront, IndicationsComeBehindTheirCause) {
+    Running node;
+    Client one(node.socket());
+    Client two(node.socket());
+    const NB_ULONG mine = one.join("one");
+    const NB_ULONG theirs = two.join("one");
+    EXPECT_EQ(one.listen_to(mine, NAP_DLC_INDICATION), OK_CODES);
+    EXPECT_EQ(two.listen_to(theirs, NAP_DLC_INDICATION), OK_CODES);
+    EXPECT_EQ(two.listen_to(theirs, NAP_CONFIG_COPIES), OK_CODES);
+    EXPECT_EQ(one.define_dlc(mine, "NEW"), OK_CODES);
+    const auto told = [](const Frame &frame) {
+        return node::block_opcode(frame.block) == NAP_DLC_INDICATION &&
+               memcmp(frame.block.data() + 13, "NEW     ", 8) == 0;
+    };
+    EXPECT_TRUE(std::none_of(one.heard.begin(), one.heard.end(), told));
+    NAP_DEFINE_DLC_VERB copy = {};
+    NAP_RESOURCE_INDICATION indication = {};
+    do {
+        ASSERT_TRUE(one.hear(NAP_DLC_INDICATION, indication));
+    } while (memcmp(indication.key, "NEW     ", 8) != 0);
+    for (Frame frame; two.receive(frame);) {
+        two.heard.push_back(frame);
+        ASSERT_FALSE(told(frame)) << "the copy comes first";
+        if (node::block_opcode(frame.block) == NAP_DEFINE_DLC) {
+            break;
+        }
+    }
+    ASSERT_TRUE(two.hear(NAP_DEFINE_DLC, copy));
+    ASSERT_TRUE(two.hear(NAP_DLC_INDICATION, indication));
+    EXPECT_EQ(memcmp(indication.key, "NEW     ", 8), 0);
+}
+
+/* A node that hangs holds nobody up but who asks it, and goes on; libraries hear what is to fail.
+ */
+TEST(NodeFront, TheScriptHangsNodesAndTellsLibraries) {
+    Running node;
+    Client client(node.socket());
+    const NB_ULONG one = client.join("one");
+    const NB_ULONG two = client.join("two");
+    node.write("faults", "hang one 600\nat-once NAP_START_LS 0x200 0x5545 2\n");
+    kill(node.pid, SIGHUP);
+    Frame frame;
+    std::vector<NB_USHORT> faults;
+    while (faults.size() < 2 && client.receive(frame)) {
+        if (frame.header.kind == NOF_FRAME_FAULT) {
+            faults.push_back(node::block_opcode(frame.block));
+        }
+    }
+    EXPECT_EQ(faults, (std::vector<NB_USHORT>{0, NAP_START_LS})) << "the old ones are taken back";
+    NAP_QUERY_NODE_VERB verb = {};
+    verb.opcode = NAP_QUERY_NODE;
+    const NB_ULONG flight = client.send_verb(one, verb);
+    EXPECT_EQ(client.query(two, NAP_QUERY_DLC), OK_CODES);
+    EXPECT_FALSE(client.receive(frame, 100)) << "nothing of the node that hangs";
+    EXPECT_EQ(client.answer(flight, verb), OK_CODES);
+}
+
 TEST(NodeFront, ABackupServerTakesOver) {
     std::string text = TWO_NODES;
     text.replace(text.find("[node two]"), 10, "[node two]\nserver = backup");

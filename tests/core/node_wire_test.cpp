@@ -224,23 +224,39 @@ TEST(NodeQueue, NewsOverflowsAndABrokenPeerIsTold) {
 TEST(NodeFaults, ScriptsAreReadOrRefusedWhole) {
     Faults faults;
     std::string why;
-    ASSERT_TRUE(faults.parse("f", "delay 50 NAP_QUERY_PORT # ms\ndie one after 2 verbs\n", why));
-    for (const char *bad : {"delay x", "delay 5 NAP_NO_SUCH", "fail NAP_QUERY_PORT 70000 1",
-                            "drop after 3", "die after 2 verbs", "lose", "explode"}) {
+    ASSERT_TRUE(faults.parse("f",
+                             "delay 50 NAP_QUERY_PORT # ms\ndie one after 2 verbs\n"
+                             "die two\nhang two 70\nhang NAP_QUERY_LS 1\n"
+                             "at-once NAP_START_LS 0 0 3\n",
+                             why));
+    for (const char *bad :
+         {"delay x", "delay 5 NAP_NO_SUCH", "fail NAP_QUERY_PORT 70000 1", "drop after 3",
+          "die after 2 verbs", "die one after 0 verbs", "lose", "repeat 2", "hang", "hang one x",
+          "hang NAP_NO_SUCH", "at-once NAP_QUERY_PORT 0 0", "explode"}) {
         EXPECT_FALSE(faults.parse("f", std::string("delay 1\n") + bad, why)) << bad;
         EXPECT_EQ(why.rfind("f:2: ", 0), 0U) << why;
     }
     EXPECT_EQ(faults.judge(NAP_QUERY_PORT, "one").delay_ms, 50U) << "the old script stands";
     EXPECT_TRUE(faults.judge(NAP_DEFINE_LS, "ONE").die) << "the second verb to that node";
+    EXPECT_TRUE(faults.judge(NAP_QUERY_LS, "").hang);
+    EXPECT_FALSE(faults.judge(NAP_QUERY_LS, "").hang) << "once";
+    std::vector<uint32_t> now, told;
+    const auto note = [&now](const node::FaultRule &rule) { now.push_back(rule.number); };
+    faults.for_now(note);
+    faults.for_now(note);
+    EXPECT_EQ(now, (std::vector<uint32_t>{0, 70})) << "dies and hangs, once";
+    faults.for_libraries([&told](const node::FaultRule &rule) { told.push_back(rule.opcode); });
+    EXPECT_EQ(told, std::vector<uint32_t>{NAP_START_LS});
 }
 
 TEST(NodeFaults, LostIndicationsAreOwnedUpTo) {
     Faults faults;
     std::string why;
-    ASSERT_TRUE(faults.parse("f", "lose indications 2\nno-restart\n", why));
+    ASSERT_TRUE(faults.parse("f", "lose indications 2\nrepeat indications 1\nno-restart\n", why));
     EXPECT_EQ(faults.judge_indication(), Faults::Fate::Lose);
     EXPECT_EQ(faults.judge_indication(), Faults::Fate::Lose);
     EXPECT_EQ(faults.judge_indication(), Faults::Fate::DeliverWithLoss);
+    EXPECT_EQ(faults.judge_indication(), Faults::Fate::Repeat);
     EXPECT_EQ(faults.judge_indication(), Faults::Fate::Deliver);
     EXPECT_FALSE(faults.may_restart());
 }

@@ -148,6 +148,25 @@ TEST_F(Link, RefusedAtOnce) {
     std::memset(list.block.buf_ptr, 0, sizeof(list.block.buf_ptr));
     refuse(&list.block, NAP_PARAMETER_CHECK, NAP_BAD_LENGTH);
 
+    // What a test has the node software ask for, as often as it says.
+    name = verb_block<NAP_NAME_VERB>(NAP_START_PORT);
+    NOF_FAULT fault = {};
+    fault.opcode = NAP_START_PORT;
+    fault.primary_rc = NAP_STATE_CHECK;
+    fault.secondary_rc = NAP_RESOURCE_INACTIVE;
+    fault.times = 1;
+    auto other = verb_block<NAP_NAME_VERB>(NAP_START_LS);
+    issue(&other);
+    node->send(frame_bytes(NOF_FRAME_FAULT, 0, to_bytes(fault)));
+    node->send(answer_bytes(node->verb()));
+    ASSERT_TRUE(until([] { return heard.size() == 1; }));
+    heard.clear();
+    refuse(&name, NAP_STATE_CHECK, NAP_RESOURCE_INACTIVE);
+    EXPECT_EQ(issue(&name), NOF_IN_PROGRESS);
+    node->send(answer_bytes(node->verb()));
+    ASSERT_TRUE(until([] { return heard.size() == 1; }));
+    heard.clear();
+
     // A target ends with its disconnect, unless the node was too busy for it.
     auto bye = verb_block<NAP_VCB>(NAP_DISCONNECT_NODE);
     issue(&bye, 0, 0x77);
