@@ -25,16 +25,17 @@ NB_VOID report_unknown(const VGA_NODE *node, const VGA_STATUS_CLASS &row,
                            static_cast<NB_INT>(row.name_width), indication.key + row.name_offset);
 }
 
-/* A list that is still being read brings the resource with its state. */
+/* A list that is still being read brings the resource with its state; one that is gone may have
+ * been taken out already, with the copy of the verb that deleted it. */
 NB_VOID record_missing(VGA_NODE *node, const VGA_STATUS_CLASS &row,
                        const NAP_RESOURCE_INDICATION &indication) {
-    if (node->startup_status[row.chain]) {
+    if (node->startup_status[row.chain] || indication.deactivated) {
         return;
     }
     if ((row.unknown & VGA_UNKNOWN_REPORT) != 0) {
         report_unknown(node, row, indication);
     }
-    if ((row.unknown & VGA_UNKNOWN_READ) != 0 && !indication.deactivated) {
+    if ((row.unknown & VGA_UNKNOWN_READ) != 0) {
         vga_read_resource(node, row.query, indication.key);
     }
 }
