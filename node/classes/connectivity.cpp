@@ -37,6 +37,9 @@ void show_port(const Engine &engine, Resource &resource) {
     auto entry = Engine::get<NAP_PORT_DATA>(resource);
     entry.det_data.port_state = resource.state;
     entry.det_data.started_at = started_at(engine, resource);
+    if (resource.state == NAP_ACTIVE) {
+        entry.det_data.in_bytes = entry.det_data.out_bytes = 0;
+    }
     Engine::put(resource, entry);
 }
 
@@ -183,23 +186,28 @@ void ls_defined(Engine &engine, Resource &resource, bool added) {
     }
 }
 
+/* Counters begin anew when the link comes up, and stay to be read when it goes.  Sessions of
+ * control points come and go with it, those of LUs are counted as they do. */
 void show_ls(const Engine &engine, Resource &resource) {
     auto entry = Engine::get<NAP_LS_DATA>(resource);
-    NAP_LS_DET det = {};
-    det.last_sense = entry.det_data.last_sense;
+    NAP_LS_DET &det = entry.det_data;
+    const NB_ULONG control = entry.def_data.cp_cp_sess_support != 0 ? 2 : 0;
+    const bool was_active = det.ls_state == NAP_ACTIVE;
     det.ls_state = resource.state;
+    det.adj_node_type = det.hpr_support = det.dynamic = 0;
+    det.started_at = started_at(engine, resource);
     memset(det.adj_cp_name, 0x40, sizeof det.adj_cp_name);
     if (resource.state == NAP_ACTIVE) {
         constexpr NB_UCHAR kinds[] = {0, NAP_LEN_NODE, NAP_NETWORK_NODE, NAP_END_NODE};
         const NB_UCHAR type = entry.def_data.adj_cp_type;
-        det.last_sense = 0;
-        det.started_at = started_at(engine, resource);
         det.adj_node_type = type < sizeof kinds ? kinds[type] : 0;
         det.hpr_support = entry.def_data.hpr_supported;
-        det.act_sess_count = entry.def_data.cp_cp_sess_support != 0 ? 2 : 0;
+        det.act_sess_count = control;
+        det.in_bytes = det.out_bytes = det.in_frames = det.out_frames = det.retransmissions = 0;
         memcpy(det.adj_cp_name, entry.def_data.adj_cp_name, sizeof det.adj_cp_name);
+    } else if (was_active) {
+        det.act_sess_count -= std::min(det.act_sess_count, control);
     }
-    entry.det_data = det;
     Engine::put(resource, entry);
 }
 

@@ -27,7 +27,7 @@ bool lu03_busy(const Engine &, const Resource &resource) {
 void show_lu03(const Engine &, Resource &resource) {
     auto entry = Engine::get<NAP_LU03_DATA>(resource);
     const bool up = resource.state == NAP_ACTIVE;
-    const bool used = up && resource.behaviour.user_name[0] != 0;
+    const bool used = up && resource.behaviour.user_name[0] != 0 && resource.extra >= 0;
     entry.det_data = {};
     entry.det_data.lu_sscp_sess_active = up ? 1 : 0;
     if (used) {
@@ -243,6 +243,8 @@ constexpr FieldRow lu03_behaviour[] = {
     records::rows::text(FIELD_AT(Behaviour, user_name)).named("user"),
     records::rows::word(FIELD_AT(Behaviour, app_type), records::application_words, "none")
         .named("application"),
+    records::rows::number(FIELD_AT(Behaviour, end_ms), 0, 3600000, "0")
+        .in(records::Unit::Milliseconds),
 };
 
 constexpr FieldRow down_lu_behaviour[] = {

@@ -79,6 +79,16 @@ Result check_tg_row(const Engine &, const NB_UCHAR *bytes, const Resource *) {
     return ordered(row.min, row.max) ? GOOD : bad_parameter(NAP_INVALID_VALUE);
 }
 
+bool is_control_mode(const NB_UCHAR *mode_name) {
+    return ebcdic_text(mode_name, 8) == "SNASVCMG";
+}
+
+/* The mode by which LUs agree on their sessions has one session that this end wins, two of which it
+ * wins one, or none. */
+bool fit_control(NB_USHORT limit, NB_USHORT winners) {
+    return limit <= 2 && winners == (limit == 0 ? 0 : 1);
+}
+
 Result check_mode_def(const Engine &, const NB_UCHAR *bytes, const Resource *) {
     const auto chars = nap_copy<NAP_MODE_DEF_DATA>(bytes).mode_chars;
     const NB_USHORT window_limit = chars.max_receive_pacing_win;
@@ -91,7 +101,11 @@ Result check_mode_def(const Engine &, const NB_UCHAR *bytes, const Resource *) {
         chars.min_conloser_src <= chars.plu_mode_session_limit - chars.min_conwin_src &&
         chars.auto_act <= chars.min_conwin_src;
     const bool window_good = window_limit == 0 || chars.receive_pacing_win <= window_limit;
-    return sizes_good && limits_good && window_good ? GOOD : bad_parameter(NAP_INVALID_VALUE);
+    const bool control_good = !is_control_mode(nap_copy<NAP_MODE_DEF_DATA>(bytes).mode_name) ||
+                              fit_control(chars.plu_mode_session_limit, chars.min_conwin_src);
+    return sizes_good && limits_good && window_good && control_good
+               ? GOOD
+               : bad_parameter(NAP_INVALID_VALUE);
 }
 
 void fill_mode_def(const Engine &, NB_UCHAR *bytes) {
@@ -127,7 +141,10 @@ void mode_defined(Engine &engine, Resource &resource, bool) {
 }
 
 NB_UCHAR report_mode(const Resource &resource) {
-    return Engine::get<NAP_MODE_DATA>(resource).act_sess_count != 0 ? NAP_ACTIVE : NAP_NOT_ACTIVE;
+    const auto mode = Engine::get<NAP_MODE_DATA>(resource);
+    return mode.draining != 0         ? NAP_PENDING_INACTIVE
+           : mode.act_sess_count != 0 ? NAP_ACTIVE
+                                      : NAP_NOT_ACTIVE;
 }
 
 NB_UCHAR report_plu(const Resource &resource) {
@@ -213,6 +230,8 @@ Result check_ls_routing(const Engine &, const NB_UCHAR *bytes, const Resource *)
 
 constexpr FieldRow mode_behaviour[] = {
     records::rows::number(FIELD_AT(Behaviour, sessions), 0, 32767, "0").in(records::Unit::Sessions),
+    records::rows::number(FIELD_AT(Behaviour, end_ms), 0, 3600000, "0")
+        .in(records::Unit::Milliseconds),
 };
 
 constexpr ClassRow classes[] = {

@@ -134,7 +134,7 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
         resource = &tables_[row.id]->insert(std::move(entry), behaviour);
     } else {
         if (owner_of(*old) != nullptr && old->state != NAP_NOT_ACTIVE) {
-            stop(*old, true);
+            stop(*old, Stop::Immediate);
         }
         count_in_owner(*old, -1, 0);
         if (row.hooks.leaving != nullptr) {
@@ -148,6 +148,9 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
     }
     if (row.hooks.defined != nullptr) {
         row.hooks.defined(*this, *resource, old == nullptr);
+    }
+    if (telling_) {
+        indicate(*resource, false);
     }
     if (row.life.has_states && row.life.initially == nullptr && owner_active(*resource)) {
         start(*resource);
@@ -187,6 +190,9 @@ Result Engine::define(const ClassRow &row, std::vector<NB_UCHAR> &block) {
     Result result = read_define(row, block.data(), change);
     if (result.ok() && change.old != nullptr && is_busy(*change.old)) {
         result = bad_state(NAP_RESOURCE_ACTIVE);
+    }
+    if (result.ok() && change.old == nullptr) {
+        result = check_limit(row);
     }
     if (!result.ok()) {
         return result;
@@ -240,13 +246,18 @@ Result Engine::apply(std::vector<Change> changes) {
     if (store_ != nullptr && !store_->write(rows)) {
         return bad_state(NAP_STORE_FAILED);
     }
+    telling_ = true;
     for (Change &change : changes) {
         if (change.entry == nullptr) {
+            log(NAP_LOG_AUDIT, NAP_LOG_DELETED, *change.old);
             remove_tree(*change.old);
         } else {
-            place(*change.row, std::move(change.entry), change.behaviour, change.old);
+            const Resource &made =
+                place(*change.row, std::move(change.entry), change.behaviour, change.old);
+            log(NAP_LOG_AUDIT, NAP_LOG_DEFINED, made);
         }
     }
+    telling_ = false;
     return GOOD;
 }
 
@@ -296,10 +307,17 @@ void Engine::remove_tree(Resource &resource) {
         remove_tree(*other);
     }
     timers_.cancel(resource.timer);
+    if (telling_) {
+        indicate(resource, true);
+    }
     if (row.hooks.leaving != nullptr) {
         row.hooks.leaving(*this, resource);
     }
     count_in_owner(resource, -1, resource.state == NAP_ACTIVE ? -1 : 0);
+    if (resource.state != NAP_NOT_ACTIVE) {
+        resource.state = NAP_NOT_ACTIVE;
+        count_below(resource, -1);
+    }
     const Entry entry = tables_[row.id]->erase(resource);
     if (row.hooks.left != nullptr) {
         row.hooks.left(*this, entry.get());

@@ -5,6 +5,7 @@
 #include "nofcopy.h"
 #include "nofverbs.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace node {
@@ -12,6 +13,16 @@ namespace node {
 namespace {
 
 constexpr char RELEASE[] = "1.0";
+
+/* A name of what the DLC trace is about. */
+bool is_traced(const Settings &row, const FieldRow &field) {
+    return row.reset == NAP_REMOVE_DLC_TRACE && field.kind == FieldKind::NameLocal;
+}
+
+/* What shows how much it carried. */
+bool shows_counters(ClassId id) {
+    return id == CLASS_SESSION || id == CLASS_LS || id == CLASS_PORT || id == CLASS_MODE;
+}
 
 } // namespace
 
@@ -71,12 +82,14 @@ Result Engine::dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &dat
                                      : Result{NAP_NOT_SUPPORTED, 0};
     case NAP_KIND_LIMIT:
         return set_session_limit(block.data());
+    case NAP_KIND_OPERATE:
+        return operate(block);
     case NAP_KIND_START:
         return header.opcode == NAP_INIT_NODE ? init_node()
                : row != nullptr               ? start_verb(*row, block.data())
                                               : Result{NAP_NOT_SUPPORTED, 0};
     case NAP_KIND_STOP:
-        return header.opcode == NAP_STOP_NODE ? stop_node()
+        return header.opcode == NAP_STOP_NODE ? stop_node(block.data())
                : row != nullptr               ? stop_verb(*row, block.data())
                                               : Result{NAP_NOT_SUPPORTED, 0};
     default:
@@ -88,6 +101,9 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
     auto query = nap_copy<NAP_QUERY_LIST>(block.data());
     const ListRow *list = nullptr;
     const ClassRow *row = class_by_list(query.opcode, &list);
+    if (row != nullptr && shows_counters(row->id)) {
+        settle_all();
+    }
     const Result result = row != nullptr && serves(*row)
                               ? tables_[row->id]->list(*list, query, data)
                               : list_nothing(query);
@@ -110,22 +126,29 @@ Result Engine::query_record(std::vector<NB_UCHAR> &block) {
                reinterpret_cast<const NB_UCHAR *>(&now) + sizeof header,
                sizeof now - sizeof header);
     } else if (header.opcode == NAP_QUERY_NODE_LIMITS) {
-        count_limits(block);
+        show_limits(block);
     }
     return GOOD;
 }
 
-void Engine::count_limits(std::vector<NB_UCHAR> &block) const {
+/* Everything is counted where it changes. */
+void Engine::show_limits(std::vector<NB_UCHAR> &block) const {
     auto limits = nap_copy<NAP_QUERY_NODE_LIMITS_VERB>(block.data());
     limits.lus = tables_[CLASS_LU03]->count() + tables_[CLASS_LOCAL_LU]->count();
     limits.links = tables_[CLASS_LS]->count();
     limits.sessions = active_sessions_;
-    limits.users = 0;
-    const ResourceTable &lus = *tables_[CLASS_LU03];
-    for (Resource *at = lus.first(); at != nullptr; at = ResourceTable::next(*at)) {
-        limits.users += get<NAP_LU03_DATA>(*at).det_data.appl_conn_active != 0 ? 1 : 0;
-    }
+    limits.users = users_;
     memcpy(block.data(), &limits, sizeof limits);
+}
+
+/* A definition that is new takes a place of the node. */
+Result Engine::check_limit(const ClassRow &row) const {
+    const auto limits = settings<NAP_QUERY_NODE_LIMITS_VERB>(NAP_QUERY_NODE_LIMITS);
+    const bool lu = row.id == CLASS_LU03 || row.id == CLASS_LOCAL_LU;
+    const NB_ULONG there = lu ? tables_[CLASS_LU03]->count() + tables_[CLASS_LOCAL_LU]->count()
+                              : tables_[CLASS_LS]->count();
+    const NB_ULONG most = lu ? limits.max_lus : row.id == CLASS_LS ? limits.max_links : 0;
+    return most == 0 || there < most ? GOOD : bad_state(NAP_LIMIT_REACHED);
 }
 
 NAP_QUERY_NODE_VERB Engine::node_record() const {
@@ -191,12 +214,20 @@ Result Engine::define_node(const NB_UCHAR *block) {
     return GOOD;
 }
 
-/* What one setting demands of others. */
+/* What settings demand of resources: the mode that the defaults name, those that are traced. */
 Result Engine::check_settings(const Settings &row, const NB_UCHAR *image) const {
-    constexpr const FieldRow &mode = field(records::setting("defaults"), "mode_name");
-    if (row.query == NAP_QUERY_DEFAULTS && !is_empty_field(mode, image) &&
-        find(CLASS_MODE_DEF, image + mode.offset) == nullptr) {
-        return bad_parameter(NAP_UNKNOWN_OWNER);
+    constexpr ClassId traced[] = {CLASS_DLC, CLASS_PORT, CLASS_LS};
+    for (const FieldRow &field : row.fields) {
+        const NB_UCHAR *name = image + field.offset;
+        const bool is_mode = row.query == NAP_QUERY_DEFAULTS && field.kind == FieldKind::NameA;
+        const bool known =
+            is_empty_field(field, image) || (is_mode && find(CLASS_MODE_DEF, name) != nullptr) ||
+            (is_traced(row, field) &&
+             std::any_of(std::begin(traced), std::end(traced),
+                         [this, name](ClassId id) { return find(id, name) != nullptr; }));
+        if (!known && (is_mode || is_traced(row, field))) {
+            return bad_parameter(NAP_UNKNOWN_OWNER);
+        }
     }
     return GOOD;
 }
@@ -224,21 +255,18 @@ Result Engine::define_record(const Settings &row, std::vector<NB_UCHAR> &block) 
  * they were the last. */
 Result Engine::reset_record(const Settings &row, std::vector<NB_UCHAR> &block) {
     std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
-    const auto is_name = [&row](const FieldRow &field) {
-        return row.reset == NAP_REMOVE_DLC_TRACE && field.kind == records::FieldKind::NameLocal;
-    };
     const std::vector<NB_UCHAR> asked = block;
     bool named = false;
     bool left = false;
     bool known = true;
     for (const FieldRow &name : row.fields) {
-        if (!is_name(name) || is_empty_field(name, asked.data())) {
+        if (!is_traced(row, name) || is_empty_field(name, asked.data())) {
             continue;
         }
         bool found = false;
         named = true;
         for (const FieldRow &field : row.fields) {
-            if (is_name(field) &&
+            if (is_traced(row, field) &&
                 memcmp(asked.data() + name.offset, image.data() + field.offset, field.width) == 0) {
                 memset(image.data() + field.offset, ' ', field.width);
                 found = true;
@@ -247,7 +275,7 @@ Result Engine::reset_record(const Settings &row, std::vector<NB_UCHAR> &block) {
         known = known && found;
     }
     for (const FieldRow &field : row.fields) {
-        left = left || (is_name(field) && !is_empty_field(field, image.data()));
+        left = left || (is_traced(row, field) && !is_empty_field(field, image.data()));
     }
     if (!known) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);

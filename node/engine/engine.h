@@ -105,6 +105,9 @@ public:
     Resource *find(ClassId id, const NB_UCHAR *key) const { return tables_[id]->find(key); }
     const Clock &clock() const { return clock_; }
     void indicate(const Resource &resource, bool deactivated);
+    /* Adds a line to the node's log: severity and message are NAP_LOG_ ones. */
+    void log(NB_UCHAR severity, NB_ULONG message, const std::string &text, NB_ULONG sense = 0);
+    void log(NB_UCHAR severity, NB_ULONG message, const Resource &about, NB_ULONG sense = 0);
     void remove_tree(Resource &resource);
     void traffic_changed();
 
@@ -144,7 +147,8 @@ private:
     Result dispatch(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data);
     Result query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &data);
     Result query_record(std::vector<NB_UCHAR> &block);
-    void count_limits(std::vector<NB_UCHAR> &block) const;
+    void show_limits(std::vector<NB_UCHAR> &block) const;
+    Result check_limit(const ClassRow &row) const;
     Result define_node(const NB_UCHAR *block);
     Result define_record(const Settings &row, std::vector<NB_UCHAR> &block);
     Result reset_record(const Settings &row, std::vector<NB_UCHAR> &block);
@@ -178,14 +182,19 @@ private:
     bool store_all();
     void add_sna_defined();
 
-    /* states (life.cpp) */
+    /* How sessions end when something stops. */
+    enum class Stop : NB_UCHAR { Orderly = NAP_ORDERLY_STOP, Immediate = NAP_IMMEDIATE_STOP };
+
+    /* states (life.cpp, stopping.cpp) */
     Resource *named_by(const ClassRow &row, const NB_UCHAR *block) const;
     Result start_verb(const ClassRow &row, const NB_UCHAR *block);
     Result stop_verb(const ClassRow &row, const NB_UCHAR *block);
     Result init_node();
-    Result stop_node();
+    Result stop_node(const NB_UCHAR *block);
     void node_up();
     void node_down();
+    template <class Record> void forget_failures(ClassId id);
+    void node_may_end();
     void set_node_state(NB_ULONG state);
     void start(Resource &resource);
     void finish_start(Resource &resource);
@@ -193,23 +202,55 @@ private:
     void finish_dependants(const Resource &owner);
     void start_failed(Resource &resource);
     void retry(Resource &resource);
-    void stop(Resource &resource, bool at_once);
+    void failed(Resource &resource, NB_ULONG sense);
+    void stop(Resource &resource, Stop how);
+    void go_on_stopping(Resource &resource);
     void finish_stop(Resource &resource);
+    void count_below(Resource &resource, int change);
     void set_state(Resource &resource, NB_UCHAR state);
     bool owner_active(const Resource &resource) const;
+    bool in_session(const Resource &resource) const;
     bool comes_with_owner(const Resource &resource) const;
     bool is_root(const Resource &resource) const;
     void wait(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource &));
     std::vector<Resource *> dependants(const Resource &owner) const;
     std::vector<Resource *> roots() const;
 
-    /* sessions (traffic.cpp, sessionlimit.cpp) */
+    /* sessions (traffic.cpp, sessionlimit.cpp, sessions.cpp, sessionverbs.cpp) */
     Result set_session_limit(const NB_UCHAR *block);
+    Result operate(std::vector<NB_UCHAR> &block);
+    Result activate_session(std::vector<NB_UCHAR> &block);
+    Result deactivate_session(const NB_UCHAR *block);
+    Result end_lu_session(const NB_UCHAR *block);
+    Result end_tn_client(const NB_UCHAR *block);
+    Result end_mode_sessions(Resource &mode, NB_USHORT number, Stop how);
+    NAP_MODE_DATA new_mode(const NAP_LU62_SESSION_VERB &verb, const NAP_MODE_CHARS &chars) const;
+    Result check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const;
+    void set_mode_sessions(Resource &mode, NB_USHORT sessions, const Resource *link);
+    void move_sessions(Resource &mode, const Resource &link);
+    void add_mode_session(Resource &mode, NB_USHORT number, const Resource &link);
+    Resource *mode_of(const NAP_SESSION_DATA &session) const;
+    std::vector<Resource *> sessions_of(const Resource &mode) const;
+    void show_lu_session(Resource &lu);
+    void log_off(Resource &lu);
+    void end_session(Resource &session);
+    void session_over(Resource &session);
+    void carry(const NAP_SESSION_DATA &session, int change);
+    void drain(Resource &mode);
+    void drained(Resource &mode);
+    void drain_link(const Resource &link);
+    void lose_sessions(Resource &mode, NB_ULONG count, NB_ULONG sense);
+    NB_ULONG end_ms(const Resource &resource) const;
+    void end_later(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource &));
+
+    /* what is counted while sessions last (counters.cpp) */
+    void settle(Resource &session);
+    void settle_all();
     using SessionCounts = std::map<std::string, NB_ULONG>;
     void count_traffic();
+    void count_mode(Resource &mode, const Resource *link);
     void show_partner_sessions(const SessionCounts &counts);
     void show_lu_sessions(const SessionCounts &counts);
-    bool partner_reachable(const NB_UCHAR *fq_cp_name) const;
     bool partner_absent(const Resource &resource) const;
     void tell_partner(const Resource &resource);
     template <class Action> void for_links_to(const NB_UCHAR *fq_cp_name, Action action);
@@ -238,6 +279,10 @@ private:
     NB_ULONG server_flags_ = 0;
     uint64_t up_since_ms_ = 0;
     NB_ULONG active_sessions_ = 0;
+    NB_ULONG users_ = 0;    /* sessions of LUs of type 0 to 3 */
+    NB_ULONG up_roots_ = 0; /* resources that depend on the node alone and are not inactive */
+    NB_ULONG log_lines_ = 0;
+    bool telling_ = false; /* what a definition makes and takes away is indicated */
     Brought routes_;
     Brought ip_sessions_;
     std::map<std::string, bool> partners_; /* other nodes of the domain: are they active */
@@ -247,8 +292,13 @@ private:
     TimerId traffic_timer_ = 0;
 };
 
-/* The sense code of a link that cannot be reached. */
-constexpr NB_ULONG SENSE_LINK_FAILED = 0x80020000;
+/* Sense codes of failures. */
+constexpr NB_ULONG SENSE_LINK_FAILED = 0x80020000;  /* nobody answers */
+constexpr NB_ULONG SENSE_PARTNER_LOST = 0x80030000; /* the node at the other end has gone */
+constexpr NB_ULONG SENSE_NOT_STARTED = 0x081C0000;  /* a port or PU that cannot be started */
+
+/* An orderly stop waits so long for a session to end; then it ends it. */
+constexpr NB_ULONG ORDERLY_WAIT_MS = 10000;
 
 } // namespace node
 

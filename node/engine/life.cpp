@@ -1,4 +1,4 @@
-/* States: starting and stopping, for every class that has them.
+/* States: starting, for every class that has them; stopping is in stopping.cpp.
  *
  *   NOT_ACTIVE --start--> PENDING_ACTIVE --time--> ACTIVE --stop--> PENDING_INACTIVE --time--+
  *       ^                      | owner lost, or the partner cannot be reached                |
@@ -19,26 +19,14 @@ namespace node {
 namespace {
 
 constexpr NB_ULONG NODE_UP_MS = 300;
-constexpr NB_ULONG NODE_DOWN_MS = 600; /* longer than any resource takes to go down */
 constexpr NB_USHORT RETRY_FOR_EVER = 65535;
 
 /* The same name takes the same time on every start. */
 NB_ULONG time_to_come_up(const Resource &resource) {
     const LifeRow &life = resource.row->life;
-    NB_ULONG hash = 2166136261U;
-    if (resource.behaviour.up_ms != 0) {
-        return resource.behaviour.up_ms;
-    }
-    for (size_t at = 0; at < resource.row->schema->key_size(); at++) {
-        hash = (hash ^ resource.entry[KEY_OFFSET + at]) * 16777619U;
-    }
-    return life.up_low_ms + hash % (life.up_high_ms - life.up_low_ms + 1);
-}
-
-/* What no indication tells of moves at once: whoever reads its state could not learn of the next.
- */
-bool is_heard_of(const Resource &resource) {
-    return resource.row->schema->lists[0].indication != 0;
+    return resource.behaviour.up_ms != 0
+               ? resource.behaviour.up_ms
+               : life.up_low_ms + name_hash(resource) % (life.up_high_ms - life.up_low_ms + 1);
 }
 
 bool is_up(const Resource &resource) {
@@ -99,12 +87,16 @@ std::vector<Resource *> Engine::roots() const {
 void Engine::set_state(Resource &resource, NB_UCHAR state) {
     const ClassRow &row = *resource.row;
     const bool was_active = resource.state == NAP_ACTIVE;
+    const bool was_up = resource.state != NAP_NOT_ACTIVE;
+    const bool up = state != NAP_NOT_ACTIVE;
     const bool pending = state == NAP_PENDING_ACTIVE || state == NAP_PENDING_INACTIVE;
     if (resource.state == state) {
         return;
     }
     resource.state = state;
+    resource.extra = up ? resource.extra : 0;
     row.hooks.show(*this, resource);
+    show_lu_session(resource);
     if (row.hooks.moved != nullptr) {
         row.hooks.moved(*this, resource);
     }
@@ -116,6 +108,12 @@ void Engine::set_state(Resource &resource, NB_UCHAR state) {
     if (row.life.shows_pending || !pending) {
         indicate(resource, false);
         tell_partner(resource);
+    }
+    if (row.life.shows_pending && !pending) {
+        log(NAP_LOG_AUDIT, up ? NAP_LOG_STARTED : NAP_LOG_STOPPED, resource);
+    }
+    if (up != was_up) {
+        count_below(resource, up ? 1 : -1);
     }
 }
 
@@ -189,18 +187,33 @@ void Engine::finish_dependants(const Resource &owner) {
     }
 }
 
+/* Ports and link stations say when they last failed, and why. */
+void Engine::failed(Resource &resource, NB_ULONG sense) {
+    const auto note = [this, &resource, sense](auto entry) {
+        entry.det_data.last_sense = sense;
+        entry.det_data.failed_at = clock_.wall_seconds();
+        entry.det_data.failures++;
+        put(resource, entry);
+    };
+    if (resource.row->id == CLASS_PORT) {
+        note(get<NAP_PORT_DATA>(resource));
+    } else if (resource.row->id == CLASS_LS) {
+        note(get<NAP_LS_DATA>(resource));
+    }
+    const bool lost = sense == SENSE_PARTNER_LOST;
+    log(NAP_LOG_EXCEPTION, lost ? NAP_LOG_LINK_LOST : NAP_LOG_START_FAILED, resource, sense);
+}
+
 /* A link station tries again as its definition says. */
 void Engine::start_failed(Resource &resource) {
+    failed(resource, resource.row->id == CLASS_LS ? SENSE_LINK_FAILED : SENSE_NOT_STARTED);
     if (resource.row->id == CLASS_LS) {
-        auto entry = get<NAP_LS_DATA>(resource);
-        entry.det_data.last_sense = SENSE_LINK_FAILED;
-        put(resource, entry);
-        const bool again =
-            entry.def_data.react_timer != 0 && (entry.def_data.react_retries == RETRY_FOR_EVER ||
-                                                resource.tries < entry.def_data.react_retries);
+        const auto link = get<NAP_LS_DATA>(resource).def_data;
+        const bool again = link.react_timer != 0 && (link.react_retries == RETRY_FOR_EVER ||
+                                                     resource.tries < link.react_retries);
         if (again) {
             resource.tries++;
-            wait(resource, entry.def_data.react_timer * 1000U, &Engine::retry);
+            wait(resource, link.react_timer * 1000U, &Engine::retry);
         }
     }
     set_state(resource, NAP_NOT_ACTIVE);
@@ -208,33 +221,11 @@ void Engine::start_failed(Resource &resource) {
 
 void Engine::retry(Resource &resource) {
     if (owner_active(resource)) {
+        auto entry = get<NAP_LS_DATA>(resource);
+        entry.det_data.retries++;
+        put(resource, entry);
         start(resource);
     }
-}
-
-void Engine::stop(Resource &resource, bool at_once) {
-    timers_.cancel(resource.timer);
-    resource.timer = 0;
-    for (Resource *below : dependants(resource)) {
-        stop(*below, at_once);
-    }
-    if (resource.state == NAP_NOT_ACTIVE) {
-        return;
-    }
-    if (at_once || !resource.row->life.shows_pending) {
-        set_state(resource, NAP_NOT_ACTIVE);
-        return;
-    }
-    if (!is_heard_of(resource)) {
-        finish_stop(resource);
-        return;
-    }
-    set_state(resource, NAP_PENDING_INACTIVE);
-    wait(resource, resource.row->life.down_ms, &Engine::finish_stop);
-}
-
-void Engine::finish_stop(Resource &resource) {
-    set_state(resource, NAP_NOT_ACTIVE);
 }
 
 /* PUs towards hosts and those that are served share their verbs and their names. */
@@ -257,19 +248,6 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
     }
     resource->tries = 0;
     start(*resource);
-    return GOOD;
-}
-
-Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
-    auto verb = nap_copy<NAP_NAME_VERB>(block);
-    Resource *resource = named_by(row, block);
-    if (verb.stop_type > NAP_IMMEDIATE_STOP) {
-        return bad_parameter(NAP_INVALID_VALUE);
-    }
-    if (resource == nullptr) {
-        return bad_parameter(NAP_UNKNOWN_RESOURCE);
-    }
-    stop(*resource, verb.stop_type == NAP_IMMEDIATE_STOP);
     return GOOD;
 }
 
@@ -309,8 +287,19 @@ void Engine::begin() {
     }
 }
 
+template <class Record> void Engine::forget_failures(ClassId id) {
+    for (Resource *at = tables_[id]->first(); at != nullptr; at = ResourceTable::next(*at)) {
+        auto entry = get<Record>(*at);
+        entry.det_data.failures = entry.det_data.failed_at = entry.det_data.last_sense = 0;
+        put(*at, entry);
+    }
+}
+
 void Engine::node_up() {
     up_since_ms_ = clock_.now_ms();
+    forget_failures<NAP_PORT_DATA>(CLASS_PORT);
+    forget_failures<NAP_LS_DATA>(CLASS_LS);
+    log(NAP_LOG_AUDIT, NAP_LOG_NODE_STARTED, "The node is active.");
     set_node_state(NAP_NODE_ACTIVE);
     traffic_changed();
     for (Resource *root : roots()) {
@@ -318,34 +307,6 @@ void Engine::node_up() {
             start(*root);
         }
     }
-}
-
-Result Engine::stop_node() {
-    if (node_state_ == NAP_NODE_STOPPED || node_state_ == NAP_NODE_STOPPING) {
-        return GOOD;
-    }
-    if (node_state_ != NAP_NODE_ACTIVE && node_state_ != NAP_NODE_STARTING) {
-        return bad_state(NAP_NODE_NOT_ACTIVE);
-    }
-    if (store_ != nullptr && !store_->set_fact(FACT_WANTED, "0")) {
-        return bad_state(NAP_STORE_FAILED);
-    }
-    wanted_ = false;
-    timers_.cancel(node_timer_);
-    set_node_state(NAP_NODE_STOPPING);
-    for (Resource *root : roots()) {
-        stop(*root, false);
-    }
-    node_timer_ = timers_.after(NODE_DOWN_MS, [this] { node_down(); });
-    return GOOD;
-}
-
-void Engine::node_down() {
-    for (Resource *root : roots()) {
-        stop(*root, true);
-    }
-    set_node_state(NAP_NODE_STOPPED);
-    traffic_changed();
 }
 
 } // namespace node

@@ -58,7 +58,7 @@ void Engine::partner_link(const NAP_RESOURCE_INDICATION &news) {
     }
     for_links_to(news.key, [this, &news](Resource &link) {
         if (news.state != NAP_ACTIVE) {
-            stop(link, false);
+            stop(link, Stop::Immediate);
         } else if (owner_active(link)) {
             start(link);
         }
@@ -71,7 +71,10 @@ void Engine::partner_node(const NB_UCHAR *fq_cp_name, bool active) {
     known = active;
     for_links_to(fq_cp_name, [this, active, changed](Resource &link) {
         if (!active) {
-            stop(link, true);
+            if (link.state == NAP_ACTIVE) {
+                failed(link, SENSE_PARTNER_LOST);
+            }
+            stop(link, Stop::Immediate);
         } else if (changed && owner_active(link) && comes_with_owner(link)) {
             start(link);
         }

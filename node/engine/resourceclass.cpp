@@ -65,6 +65,14 @@ const ClassRow *class_by_name(std::string_view name) {
     return found == table.end() ? nullptr : *found;
 }
 
+NB_ULONG name_hash(const Resource &resource) {
+    NB_ULONG hash = 2166136261U;
+    for (size_t at = 0; at < resource.row->schema->key_size(); at++) {
+        hash = (hash ^ resource.entry[KEY_OFFSET + at]) * 16777619U;
+    }
+    return hash;
+}
+
 const ListRow &shown_by(const ClassRow &row, const NB_UCHAR *entry) {
     for (const ListRow &list : row.schema->lists) {
         if (list.selector != 0 && entry[list.selector] == list.selects) {

@@ -30,6 +30,7 @@ using records::ebcdic_text;
 using records::FIELD_COUNTS;
 using records::FIELD_KEY;
 using records::FIELD_SECRET;
+using records::FieldKind;
 using records::FieldRow;
 using records::FieldTable;
 using records::get_number;
@@ -92,6 +93,8 @@ struct Resource {
     NB_UCHAR state = NAP_NOT_ACTIVE; /* to NAP_PENDING_INACTIVE */
     bool derived = false;            /* made by another resource, not kept in the store */
     NB_USHORT tries = 0;             /* failed starts in a row */
+    NB_ULONG below = 0;              /* dependants that are not inactive, LU 6.2 sessions carried */
+    int32_t extra = 0; /* sessions that administrators added to those of the behaviour, or ended */
 };
 
 constexpr size_t MAX_REFS = 2;
@@ -178,6 +181,15 @@ const ClassRow *class_by_name(std::string_view name);
 
 /* The list row that shows an entry. */
 const ListRow &shown_by(const ClassRow &row, const NB_UCHAR *entry);
+
+/* What no indication tells of moves at once: whoever reads its state could not learn of the next.
+ */
+inline bool is_heard_of(const Resource &resource) {
+    return resource.row->schema->lists[0].indication != 0;
+}
+
+/* A number that is the same for the same name. */
+NB_ULONG name_hash(const Resource &resource);
 
 /* The families of the table, each in its source. */
 std::span<const ClassRow> connectivity_classes();

@@ -244,7 +244,9 @@ Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
     Cursor *known = cursor_at(list, query, key);
     const bool counted =
         known != nullptr && (known->remaining.whole || known->remaining.count >= 2 * MAX_TOTAL);
-    const Total all = counted ? known->remaining : total_from(at, list, query, key);
+    const Total all = one       ? Total{1, false}
+                      : counted ? known->remaining
+                                : total_from(at, list, query, key);
     const uint64_t total = all.count;
     const size_t room = std::min<size_t>(query.buf_size, NOF_MAX_DATA);
     const uint64_t wanted =
@@ -255,7 +257,7 @@ Result ResourceTable::list(const ListRow &list, NAP_QUERY_LIST &query,
     if (wanted > 0 && count == 0) {
         return bad_parameter(NAP_BAD_LENGTH);
     }
-    if (last != nullptr) {
+    if (last != nullptr && !one) {
         remember(list, query, *last, {total - count, all.whole}, known);
     }
     query.num_entries = static_cast<NB_USHORT>(count);

@@ -39,8 +39,9 @@ void bind_key(sqlite3_stmt *statement, const StoreChange &change) {
 
 Behaviour read_behaviour(sqlite3_stmt *statement, int column) {
     Behaviour behaviour = DEFAULT_BEHAVIOUR;
-    if (sqlite3_column_bytes(statement, column) == static_cast<int>(sizeof behaviour)) {
-        memcpy(&behaviour, sqlite3_column_blob(statement, column), sizeof behaviour);
+    const auto length = static_cast<size_t>(sqlite3_column_bytes(statement, column));
+    if (length > 0 && length <= sizeof behaviour) {
+        memcpy(&behaviour, sqlite3_column_blob(statement, column), length);
     }
     return behaviour;
 }

@@ -37,49 +37,44 @@ void Engine::traffic_changed() {
     }
 }
 
-/* Over a link of its own, or through a network node with which control point sessions are up. */
-bool Engine::partner_reachable(const NB_UCHAR *fq_cp_name) const {
-    const ResourceTable &links = *tables_[CLASS_LS];
-    if (node_state_ != NAP_NODE_ACTIVE) {
-        return false;
+/* A mode in use has the sessions that its programs want and administrators added, as many as its
+ * limit allows, while a link leads to its partner. */
+void Engine::count_mode(Resource &resource, const Resource *link) {
+    const auto mode = get<NAP_MODE_DATA>(resource);
+    const int64_t wanted = int64_t{resource.behaviour.sessions} + resource.extra;
+    if (mode.draining != 0) {
+        return;
     }
-    bool through_network = false;
-    for (Resource *at = links.first(); at != nullptr; at = ResourceTable::next(*at)) {
-        if (at->state != NAP_ACTIVE) {
-            continue;
+    if (link == nullptr) {
+        resource.extra = 0;
+        if (mode.act_sess_count != 0) {
+            lose_sessions(resource, mode.act_sess_count, SENSE_LINK_FAILED);
         }
-        const auto link = get<NAP_LS_DATA>(*at);
-        if (memcmp(link.def_data.adj_cp_name, fq_cp_name, CP_WIDTH) == 0) {
-            return true;
-        }
-        through_network = through_network || (link.def_data.adj_cp_type == NAP_ADJ_NETWORK_NODE &&
-                                              link.def_data.cp_cp_sess_support != 0);
+        set_mode_sessions(resource, 0, nullptr);
+        return;
     }
-    return through_network;
+    const int64_t count = std::clamp<int64_t>(wanted, 0, mode.sess_limit);
+    set_mode_sessions(resource, static_cast<NB_USHORT>(count), link);
+    move_sessions(resource, *link);
 }
 
 void Engine::count_traffic() {
-    SessionCounts by_cp;
-    SessionCounts by_lu; /* by alias, and by alias and partner */
+    std::map<std::string, const Resource *> links; /* by control point */
+    SessionCounts by_lu;                           /* by alias, and by alias and partner */
     active_sessions_ = 0;
     const ResourceTable &modes = *tables_[CLASS_MODE];
     for (Resource *at = modes.first(); at != nullptr; at = ResourceTable::next(*at)) {
         auto mode = get<NAP_MODE_DATA>(*at);
-        const auto known = by_cp.emplace(bytes_of(mode.fq_cp_name, CP_WIDTH), 0);
-        if (known.second) {
-            known.first->second = partner_reachable(mode.fq_cp_name) ? 1 : 0;
+        const auto known = links.emplace(bytes_of(mode.fq_cp_name, CP_WIDTH), nullptr);
+        if (known.second && node_state_ == NAP_NODE_ACTIVE) {
+            known.first->second = link_to(mode.fq_cp_name);
         }
-        const auto sessions = static_cast<NB_USHORT>(
-            known.first->second * std::min<NB_ULONG>(at->behaviour.sessions, mode.sess_limit));
+        count_mode(*at, known.first->second);
+        mode = get<NAP_MODE_DATA>(*at);
         const std::string lu = bytes_of(mode.lu_alias, sizeof mode.lu_alias);
-        by_lu[lu] += sessions;
-        by_lu[lu + bytes_of(mode.fqplu_name, CP_WIDTH)] += sessions;
-        active_sessions_ += sessions;
-        if (mode.act_sess_count != sessions) {
-            mode.act_sess_count = sessions;
-            put(*at, mode);
-            indicate(*at, false);
-        }
+        by_lu[lu] += mode.act_sess_count;
+        by_lu[lu + bytes_of(mode.fqplu_name, CP_WIDTH)] += mode.act_sess_count;
+        active_sessions_ += mode.act_sess_count;
     }
     show_partner_sessions(by_lu);
     show_lu_sessions(by_lu);

@@ -196,6 +196,81 @@ TEST(NodeClassWalk, EveryClassThatCanBeDefined) {
     }
 }
 
+std::string key_of(const ClassRow &row, const NB_UCHAR *bytes) {
+    return std::string(reinterpret_cast<const char *>(bytes), row.schema->key_size());
+}
+
+/* The states that were told of a resource; 100 stands for gone. */
+std::vector<int> told(const Rig &rig, const ClassRow &row, const std::string &key) {
+    std::vector<int> states;
+    for (const NAP_RESOURCE_INDICATION &one : rig.heard.all) {
+        const bool meant = one.opcode == row.schema->lists[0].indication ||
+                           one.opcode == row.schema->lists[1].indication;
+        if (meant && key_of(row, one.key) == key) {
+            states.push_back(one.deactivated != 0 ? 100 : one.state);
+        }
+    }
+    return states;
+}
+
+/* A resource whose state others show: what is up, or else anything that can be deleted. */
+std::string key_to_watch(Sample &sample, const ClassRow &row) {
+    std::string key;
+    for (const Resource *at = sample.rig.engine.table(row.id).first(); at != nullptr;
+         at = node::ResourceTable::next(*at)) {
+        const NB_UCHAR state = row.hooks.report != nullptr ? row.hooks.report(*at) : at->state;
+        if (key.empty() || state == NAP_IN_SESSION || state == NAP_ACTIVE) {
+            key = key_of(row, at->entry.get() + node::KEY_OFFSET);
+        }
+    }
+    return key;
+}
+
+/* A stop, a start, a change and a deletion of every class that has indications. */
+TEST(NodeIndications, EveryClassTellsOfEveryChange) {
+    const auto has = [](const std::vector<int> &states, int state) {
+        return std::count(states.begin(), states.end(), state) > 0;
+    };
+    for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
+        const ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
+        SCOPED_TRACE(row.schema->name);
+        if (row.schema->lists[0].indication == 0 || id == node::CLASS_TAMRIX_SESSION) {
+            continue; /* the samples have no sessions over IP; the gateway below has */
+        }
+        Sample sample("branch.domain", false);
+        Rig &rig = sample.rig;
+        rig.engine.begin();
+        rig.pass(8000);
+        const std::string key = key_to_watch(sample, row);
+        ASSERT_NE(key, "");
+        const auto *bytes = reinterpret_cast<const NB_UCHAR *>(key.data());
+        const bool moves = id != node::CLASS_DIRECTORY;
+        rig.heard.all.clear();
+        ASSERT_EQ(rig.by_key(NAP_STOP_NODE, ""), OK_CODES);
+        rig.pass(16000);
+        const std::vector<int> down = told(rig, row, key);
+        EXPECT_TRUE(!moves || has(down, NAP_NOT_ACTIVE) || has(down, 100));
+        EXPECT_TRUE(!row.life.shows_pending || has(down, NAP_PENDING_INACTIVE));
+        rig.heard.all.clear();
+        ASSERT_EQ(rig.by_key(NAP_INIT_NODE, ""), OK_CODES);
+        rig.pass(8000);
+        EXPECT_EQ(moves, !told(rig, row, key).empty());
+        rig.by_key(NAP_STOP_NODE, "", NAP_IMMEDIATE_STOP);
+        rig.pass(1000);
+        const Resource *resource = rig.engine.find(row.id, bytes);
+        if (row.schema->define == 0 || resource == nullptr || resource->derived) {
+            continue;
+        }
+        std::vector<NB_UCHAR> block = Sample::block_of(row, resource->entry.get());
+        rig.heard.all.clear();
+        ASSERT_EQ(sample.issue(block), OK_CODES);
+        EXPECT_EQ(told(rig, row, key).size(), 1U) << "a change";
+        rig.heard.all.clear();
+        const bool deleted = rig.by_key(row.schema->remove, key) == OK_CODES;
+        EXPECT_EQ(told(rig, row, key), deleted ? std::vector<int>{100} : std::vector<int>{});
+    }
+}
+
 NAP_DEFINE_USER_VERB user(const std::string &name, NB_USHORT sessions) {
     NAP_DEFINE_USER_VERB verb = {};
     verb.opcode = NAP_DEFINE_EMULATOR_USER;
@@ -432,6 +507,14 @@ TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
     strcpy(reinterpret_cast<char *>(ldap.password), "hidden");
     EXPECT_EQ(rig.issue(ldap), OK_CODES);
     EXPECT_EQ(ldap.password[0], 0);
+    NAP_TAMRIX_DEFAULTS_VERB tamrix = {};
+    tamrix.opcode = NAP_DEFINE_TAMRIX_APPCIP_DEFAULTS;
+    tamrix.port = 999;
+    tamrix.connect_retry = tamrix.connect_timeout = 1;
+    EXPECT_EQ(rig.issue(tamrix), OK_CODES);
+    tamrix.opcode = NAP_DELETE_TAMRIX_APPCIP_DEFAULTS;
+    EXPECT_EQ(rig.issue(tamrix), OK_CODES);
+    EXPECT_EQ(tamrix.port, 397) << "the answer is what is set then";
     Rig again(&store);
     ASSERT_TRUE(again.engine.load_store(why)) << why;
     NAP_QUERY_DEFAULTS_VERB query = {};
@@ -441,6 +524,34 @@ TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
     EXPECT_EQ(
         again.engine.settings<NAP_TN3270_SSL_LDAP_VERB>(NAP_QUERY_TN3270_SSL_LDAP).password[0],
         'h');
+}
+
+/* Some resources, or all: with the last name goes the trace. */
+TEST(NodeSettings, TheDlcTraceEndsByName) {
+    Rig rig;
+    rig.load(SMALL_NODE);
+    const auto trace = [&rig](NB_USHORT opcode, std::initializer_list<const char *> names,
+                              NAP_QUERY_TRACE_VERB &verb) {
+        verb = {};
+        verb.opcode = opcode;
+        verb.trace_flags = 3;
+        for (size_t at = 0; at < names.size(); at++) {
+            memcpy(verb.names[at], local8(names.begin()[at]).data(), 8);
+        }
+        return rig.issue(verb);
+    };
+    NAP_QUERY_TRACE_VERB verb;
+    EXPECT_EQ(trace(NAP_SET_DLC_TRACE, {"ETH0", "NOSUCH"}, verb), parameter(NAP_UNKNOWN_OWNER));
+    EXPECT_EQ(trace(NAP_SET_DLC_TRACE, {"ETH0", "HOST"}, verb), OK_CODES);
+    EXPECT_EQ(trace(NAP_REMOVE_DLC_TRACE, {"HOST", "LAN0"}, verb), parameter(NAP_UNKNOWN_RESOURCE));
+    EXPECT_EQ(trace(NAP_REMOVE_DLC_TRACE, {"HOST"}, verb), OK_CODES);
+    EXPECT_EQ(verb.trace_flags, 3U);
+    EXPECT_EQ(node::local_text(verb.names[0], 8), "ETH0");
+    EXPECT_EQ(trace(NAP_REMOVE_DLC_TRACE, {"ETH0"}, verb), OK_CODES);
+    EXPECT_EQ(verb.trace_flags, 0U);
+    EXPECT_EQ(trace(NAP_SET_DLC_TRACE, {}, verb), OK_CODES) << "all";
+    EXPECT_EQ(trace(NAP_REMOVE_DLC_TRACE, {}, verb), OK_CODES);
+    EXPECT_EQ(verb.trace_flags, 0U);
 }
 
 TEST(NodeCosRows, TheClassOfServiceCountsThem) {

@@ -162,7 +162,7 @@ TEST_F(NodeStates, SessionsFollowTheirPartner) {
     rig.pass(1000);
     EXPECT_EQ(sessions(), 0U);
     EXPECT_EQ(rig.heard.states(NAP_MODE_INDICATION, "Payroll"),
-              (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
+              (States{NAP_ACTIVE, NAP_PENDING_INACTIVE, NAP_NOT_ACTIVE}));
     EXPECT_EQ(rig.heard.states(NAP_PLU_INDICATION, "Payroll"),
               (States{NAP_ACTIVE, NAP_NOT_ACTIVE}));
 }
