@@ -1,0 +1,47 @@
+/* What goes with a resource that the node does not have any more, and where else it showed.
+ *
+ * vga_take_out deletes a record as its destructor does, and brings in line what the destructor
+ * cannot know of: the link station without its PU, the pool that an LU was in, counts.  Windows are
+ * told by the caller before. */
+#ifndef TAKEOUT_H
+#define TAKEOUT_H
+
+#include "recordtypes.h"
+#include "vgadsdel.h"
+
+template <class Record> NB_VOID vga_take_out(Record *record) {
+    vga_delete_record(record);
+}
+NB_VOID vga_take_out(VGA_LOCAL_PU *pu);
+NB_VOID vga_take_out(VGA_DOWN_PU *pu);
+NB_VOID vga_take_out(VGA_LU03 *lu);
+NB_VOID vga_take_out(VGA_DOWN_LU *lu);
+NB_VOID vga_take_out(VGA_EXTRA_DATA *extra);
+NB_VOID vga_take_out(VGA_REM_PLU *plu);
+NB_VOID vga_take_out(VGA_CN_PORT *port);
+NB_VOID vga_take_out(VGA_COS_NODE_ROW *row);
+NB_VOID vga_take_out(VGA_COS_TG_ROW *row);
+NB_VOID vga_take_out(VGA_POOL *pool);
+NB_VOID vga_take_out(VGA_POOL_LU *member);
+NB_VOID vga_take_out(VGA_ACCESS_LIST *list);
+NB_VOID vga_take_out(VGA_USER *user);
+
+/* The line of a link station (null: none) stands for the PU that is on it, and so do its buttons:
+ * draws it anew and tells windows. */
+NB_VOID vga_link_station_follows(VGA_LS *ls);
+
+/* Reads anew what a class of service, and a connection network, say of what they consist of. */
+NB_VOID vga_cos_follows(VGA_COS *cos);
+NB_VOID vga_cn_follows(VGA_CN *cn);
+
+/* Asks the node for a pool without LUs, which may be gone. */
+NB_VOID vga_ask_for_empty_pool(VGA_NODE *node, const NB_UCHAR *name);
+
+/* Puts an LU that names a pool into it. Returns 0 without memory. */
+NB_USHORT vga_join_pool(VGA_LU03 *lu);
+
+/* As many LUs as the PU has in the model. */
+NB_VOID vga_pu_follows(VGA_LOCAL_PU *pu, NB_INT more);
+NB_VOID vga_pu_follows(VGA_DOWN_PU *pu, NB_INT more);
+
+#endif
