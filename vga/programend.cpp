@@ -8,6 +8,7 @@
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgadsdel.h"
+#include "vganodew.h"
 #include "vganofbd.h"
 #include <chrono>
 #include <cstdio>
@@ -127,17 +128,20 @@ VGA_NODE *next_connected_node(NB_VOID) {
     return found;
 }
 
-/* Lets go of the next piece.  Returns 0 when nothing is left. */
+/* Lets go of the next piece, and shows what is waited for.  Returns 0 when nothing is left. */
 NB_USHORT free_next_piece(NB_VOID) {
     if (gvga_system->domain_target != 0 &&
         vga_free_system_resources(0, vga_process_shutdown) != 0) {
+        vga_show_closing(nullptr);
         return 1;
     }
     if (gvga_system->net_target != 0 && vga_free_sna_net_resources(vga_process_shutdown) != 0) {
+        vga_show_closing(nullptr);
         return 1;
     }
     while (VGA_NODE *node = next_connected_node()) {
         if (vga_do_free_node_res(node, 0, vga_process_shutdown) != 0) {
+            vga_show_closing(node);
             return 1;
         }
     }
@@ -198,6 +202,20 @@ NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
     }
     if (free_next_piece() == 0) {
         VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
+    }
+}
+
+NB_VOID vga_node_dead_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
+    if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
+        vga_start_shutdown();
+    }
+}
+
+NB_VOID vga_shutdown_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
+    const NB_USHORT under_way = gvga_closing;
+    vga_start_shutdown();
+    if (under_way != 0 && gvga_exit_code == 0) {
+        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed);
     }
 }
 

@@ -8,12 +8,14 @@
 #include "nbproblem.h"
 #include "nofverbs.h"
 #include "programend.h"
-#include "recordpattern.h"
+#include "recordtypes.h"
+#include "rememberedlines.h"
 #include "startup.h"
 #include "toolkit.h"
 #include "verberror.h"
 #include "verbqueue.h"
 #include "vgadgutl.h"
+#include "vgadsadd.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
 #include "vgaindct.h"
@@ -57,24 +59,9 @@ NB_VOID tell_of_refusal(VGA_DIALOG *window, const VGA_NODE &first) {
     }
 }
 
-NB_VOID build_progress(VGA_NODE *node, NB_ULONG resources) {
-    if (gvga_first_dialog == nullptr) {
-        return;
-    }
-    NB_CHAR what[256];
-    NB_CHAR line[512];
-    if (node == nullptr) {
-        vga_print_msg(what, sizeof(what), VGA_MSG_THE_DOMAIN, "");
-    } else {
-        vga_print_msg(what, sizeof(what), VGA_MSG_THE_NODE, "cs",
-                      static_cast<NB_INT>(sizeof(node->name)), node->name);
-    }
-    vga_print_msg(line, sizeof(line), VGA_MSG_READING, "s l", what, resources);
-    vga_message_node_window_text(gvga_first_dialog, line);
-}
-
 NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     if (change != VGA_NODE_REMOVED) {
+        vga_update_line(node);
         vga_update_node_window(node);
     } else if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_system->built && !gvga_closing &&
                AVL_FIRST(gvga_system->nodes) == nullptr) {
@@ -82,25 +69,20 @@ NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     }
 }
 
-/* A single node ends the program with it; in a domain the others go on. */
-NB_VOID node_dead_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
-    if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
-        vga_start_shutdown();
-    }
-}
-
 NB_VOID node_died(VGA_NODE *node) {
-    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, nullptr, node_dead_info_cb, 0,
+    vga_lose_connection(node);
+    vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, nullptr, vga_node_dead_info_cb, 0,
                             "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
 }
 
 NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.indication = vga_dispatch_indication;
     gvga_hooks.model_built = vga_system_built;
-    gvga_hooks.build_progress = build_progress;
+    gvga_hooks.build_progress = vga_show_build_progress;
     gvga_hooks.stop = vga_start_shutdown;
     gvga_hooks.node_list_changed = node_list_changed;
     gvga_hooks.node_died = node_died;
+    gvga_hooks.line_added = vga_nodew_line_added;
     gvga_hooks.wake = vga_add_null_timeout;
     gvga_hooks.flush = vga_update_display;
     v0_set_fatal_handler(vga_request_exit_fatal);

@@ -160,7 +160,9 @@ protected:
         data.info.node_state = NAP_NODE_ACTIVE;
         ASSERT_EQ(vga_display_node_window(nullptr, 1), 1);
         gvga_main_dialog = gvga_first_dialog;
-        ASSERT_EQ(vga_display_node_window(vga_insert_vga_node(vga_init_vga_node(&data)), 1), 1);
+        VGA_NODE *node = vga_insert_vga_node(vga_init_vga_node(&data));
+        node->connection = VGA_CONNECTED;
+        ASSERT_EQ(vga_display_node_window(node, 1), 1);
         gui::show(gvga_toplevel);
         vga_display_confirm_each_dialog(gvga_main_dialog, VGA_MSG_CONFIRM_EXIT, "confirmexit",
                                         nullptr, 0, 1, "");

@@ -13,6 +13,7 @@
 #include "messages.h"
 #include "nodeselection.h"
 #include "panes.h"
+#include "rememberedlines.h"
 #include "toolkit.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
@@ -45,6 +46,12 @@ protected:
                                            gvga_display, nullptr);
         vga_init_dialogs();
         gvga_read_only = 0;
+        gvga_hooks.line_added = vga_nodew_line_added;
+        gvga_hooks.node_list_changed = [](VGA_NODE *changed, VGA_NODE_CHANGE change) {
+            if (change == VGA_NODE_CHANGED) {
+                vga_update_node_window(changed);
+            }
+        };
         gvga_system = vga_init_vga_system();
         ASSERT_EQ(vga_display_node_window(nullptr, 1), 1);
         gvga_main_dialog = gvga_first_dialog;
@@ -108,6 +115,12 @@ protected:
         set_ebcdic(data.info.fq_cp_name, "NETA.BERLIN");
         node = vga_insert_vga_node(vga_init_vga_node(&data));
         ASSERT_NE(node, nullptr);
+        node->connection = VGA_CONNECTED;
+        fill_node();
+    }
+
+    void fill_node() {
+        ports.clear();
         vga_insert_vga_dlur_fake_port(vga_init_vga_dlur_fake_port(node));
         auto dlc = new_entry<NAP_DLC_DATA>();
         set_local(dlc.dlc_name, "ETH0");

@@ -3,8 +3,10 @@
 #include "nodew_fixture.h"
 
 #include "lowscreen.h"
+#include "vgadsutl.h"
 #include "widgets.h"
 
+#include <functional>
 #include <random>
 
 namespace {
@@ -86,6 +88,168 @@ TEST_F(NodeWindow, AnotherNodeHasAWindowOfItsOwnThatCanComeBack) {
     vga_record_changed(node, VGA_RECORD_GONE);
     EXPECT_FALSE(second->in_use) << "a window other than the first goes with its node";
     gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] = 0;
+}
+
+// A node that goes and comes.
+
+TEST_F(NodeWindow, NothingLooksAliveWithoutAConnection) {
+    show_node();
+    tm when = {};
+    strptime("2026-03-03 14:03:07", "%Y-%m-%d %H:%M:%S", &when);
+    when.tm_isdst = -1;
+    const struct {
+        VGA_CONNECTION connection;
+        time_t lost_at;
+        NB_USHORT primary;
+        NB_ULONG secondary;
+        const char *state, *message;
+    } rows[] = {
+        {VGA_NOT_CONNECTED, mktime(&when), NAP_OK, 0, "not connected since 14:03:07",
+         "The connection to the node is lost."},
+        {VGA_CONNECTING, mktime(&when), NAP_OK, 0, "connecting",
+         "The connection to the node is lost."},
+        {VGA_NOT_CONNECTED, 0, NAP_COMM_FAILURE, NAP_NODE_GONE,
+         "not connected: its node software is not running",
+         "The node berlin cannot be connected, so its resources are not shown."},
+        {VGA_NOT_CONNECTED, 0, NAP_PARAMETER_CHECK, 0x5518,
+         "not connected: refused with 0x0100, 0x00005518",
+         "The node berlin cannot be connected, so its resources are not shown."},
+    };
+    for (const auto &row : rows) {
+        click_line(VGA_NODEW_TOP_PANE, 1);
+        ASSERT_EQ(marked(), VGA_NODEW_TOP_PANE);
+        node->lost_at = row.lost_at;
+        node->refusal = {row.primary, row.secondary};
+        vga_set_connection(node, row.connection);
+        EXPECT_EQ(gui::label_text(desc->server_text),
+                  std::string("berlin (NETA.BERLIN): ") + row.state);
+        NB_CHAR line[VGA_VIEWER_TEXT_BUFFER];
+        const NB_USHORT length = vga_viewer_type(VGA_VIEWER_NODE)->create_text(node, line);
+        const std::string text(line, length);
+        EXPECT_NE(text.find("Active"), std::string::npos) << "the state as the node left it";
+        EXPECT_EQ(text.substr(text.rfind('%') + 1), row.state);
+        EXPECT_EQ(message(), row.message);
+        gui::move_to(desc->tools[VGA_NODEW_ZOOM].icon, 8, 8);
+        gui::move_to(desc->panes[0].draw_area, 200, 60);
+        EXPECT_EQ(message(), row.message) << "behind the help under the pointer";
+        click_line(VGA_NODEW_TOP_PANE, 1);
+        gui::key("Down");
+        EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+        for (NB_USHORT command = 0; command < VGA_NODEW_COMMAND_COUNT; command++) {
+            EXPECT_EQ(desc->allowed[command], 0) << command;
+        }
+        vga_nodew_run(desc, VGA_NODEW_STOP);
+        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_NODE_NOT_CONNECTED));
+        node->lost_at = 0;
+        vga_set_connection(node, VGA_CONNECTED);
+        EXPECT_EQ(gui::label_text(desc->server_text), "berlin (NETA.BERLIN): active");
+    }
+}
+
+// What a list shows, line by line: open (-) or not, selected (*) or not, and the first word.
+std::string lines_of(const VGA_VIEWER_ROOT &root) {
+    std::string lines;
+    NB_CHAR text[VGA_VIEWER_TEXT_BUFFER] = {};
+    for (VGA_VIEWER_ITEM *item = vga_viewer_find_line(&root, 0); item != nullptr;
+         item = vga_viewer_get_next_item(&root, item)) {
+        text[vga_viewer_type(item->type)->create_text(item->data, text)] = '\0';
+        const std::string word(text, strcspn(text, "% "));
+        lines += std::string(item->expanded != 0 ? "-" : "") + (item->selected != 0 ? "*" : "") +
+                 word + " ";
+    }
+    return lines;
+}
+
+class ReturningNode : public NodeWindow {
+protected:
+    // Below the ports a peer, and a host with two LUs; more local LUs than the window has room for.
+    void fill_lists() {
+        for (const char *name : {"PEER", "HOST"}) {
+            const bool host = *name == 'H';
+            auto link = new_entry<NAP_LS_DATA>();
+            set_local(link.ls_name, name);
+            set_local(link.def_data.port_name, host ? "ETHP1" : "ETHP0");
+            set_ebcdic(link.def_data.pu_name, host ? "HOSTPU" : "");
+            link.def_data.adj_cp_type = host ? NAP_ADJ_HOST : NAP_ADJ_END_NODE;
+            vga_insert_vga_ls(vga_init_vga_ls(ports[host ? 1 : 0], &link));
+        }
+        auto *pu = static_cast<VGA_LOCAL_PU *>(AVL_FIRST(node->local_pus));
+        for (const char *name : {"LU2", "LU3"}) {
+            auto lu = new_entry<NAP_LU03_DATA>();
+            set_ebcdic(lu.lu_name, name);
+            vga_insert_vga_lu03(vga_init_vga_lu03(pu, &lu));
+        }
+        for (int number = 100; number < 200; number++) {
+            auto lu = new_entry<NAP_LOCAL_LU_DATA>();
+            set_ebcdic(lu.lu_name, "M" + std::to_string(number));
+            set_local(lu.def_data.lu_alias, "M" + std::to_string(number));
+            vga_insert_vga_lu62(vga_init_vga_lu62(node, &lu));
+        }
+    }
+    // The line in the middle of the long list on top of its window, the ports as `as_left` says.
+    void arrange() {
+        VGA_VIEWER_ROOT *root = &node->connectivity_root;
+        VGA_LS *host = vga_find_ls(node, local8("HOST"));
+        vga_nodew_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
+        vga_viewer_contract(root, &ports[0]->gui_data.viewer, 1);
+        vga_expand_viewer(root, &host->gui_data.viewer, 1);
+        VGA_VIEWER_ITEM *lu = host->gui_data.viewer.children.first;
+        vga_viewer_select(lu, root, 0, 0, 1, 1);
+        vga_viewer_select(host->gui_data.viewer.children.last, root, 0, 1, 1, 1);
+        vga_viewer_scroll_view(&node->local_lu_root, 50 * NB_LONG(gvga_viewer_item_height));
+    }
+    static const NB_UCHAR *local8(const char *name) {
+        static NB_UCHAR field[8];
+        set_local(field, name);
+        return field;
+    }
+    const std::string as_left = "DLUR ETHP0 -ETHP1 -HOST *LU2 *LU3 ";
+};
+
+TEST_F(ReturningNode, LooksAsBeforeButForWhatTheOperatorDid) {
+    show_node();
+    fill_lists();
+    const std::function<void()> nothing = [] {};
+    const std::function<void()> close_host = [&] {
+        gui::click(desc->panes[VGA_NODEW_TOP_PANE].draw_area,
+                   static_cast<int>(gvga_viewer_indent_width + gvga_viewer_expand_icon_width / 2),
+                   static_cast<int>(3 * gvga_viewer_item_height + gvga_viewer_item_height / 2));
+    };
+    const struct {
+        std::function<void()> early, late; // before and behind the lines that were selected
+        std::string lines;
+        NB_USHORT pane;
+    } rows[] = {
+        {nothing, nothing, as_left, VGA_NODEW_TOP_PANE},
+        {[&] { gui::give_focus(gvga_toplevel); }, nothing, as_left, VGA_NODEW_TOP_PANE},
+        {[&] { click_line(VGA_NODEW_TOP_PANE, 1); }, nothing, "DLUR *ETHP0 -ETHP1 -HOST LU2 LU3 ",
+         VGA_NODEW_TOP_PANE},
+        {[&] { click_line(VGA_NODEW_MIDDLE_PANE, 0); }, nothing, "DLUR ETHP0 -ETHP1 -HOST LU2 LU3 ",
+         VGA_NODEW_MIDDLE_PANE},
+        {nothing, close_host, "DLUR ETHP0 -ETHP1 *HOST ", VGA_NODEW_TOP_PANE},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(&row - rows);
+        arrange();
+        ASSERT_EQ(lines_of(node->connectivity_root), as_left);
+        const NB_ULONG place = node->local_lu_root.view->y_offset;
+        ASSERT_NE(place, 0U);
+        vga_lose_connection(node);
+        vga_delete_node_contents(node);
+        std::fill(std::begin(node->startup_status), std::end(node->startup_status), NB_USHORT{1});
+        vga_set_connection(node, VGA_CONNECTED);
+        EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
+        fill_node();
+        row.early();
+        fill_lists();
+        row.late();
+        std::fill(std::begin(node->startup_status), std::end(node->startup_status), NB_USHORT{0});
+        vga_update_node_window(node);
+        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_READY));
+        EXPECT_EQ(lines_of(node->connectivity_root), row.lines);
+        EXPECT_EQ(marked(), row.pane);
+        EXPECT_EQ(node->local_lu_root.view->y_offset, place);
+    }
 }
 
 // Panes and lines.
@@ -272,6 +436,7 @@ const STATE_CASE state_cases[] = {
 
 TEST(NodeWindowStates, FollowTypeStatusNodeAndAccess) {
     VGA_NODE node = {};
+    node.connection = VGA_CONNECTED;
     static const std::pair<char, VGA_NODEW_COMMAND> letters[] = {
         {'S', VGA_NODEW_START}, {'T', VGA_NODEW_STOP},   {'D', VGA_NODEW_DELETE},
         {'Z', VGA_NODEW_ZOOM},  {'U', VGA_NODEW_STATUS}, {'C', VGA_NODEW_COPY}};

@@ -176,6 +176,7 @@ TEST(NodeWindowReasons, FitTheSituation) {
     const NB_USHORT rje = gvga_supported[VGA_SUPPORTED_RJE];
     gvga_supported[VGA_SUPPORTED_RJE] = 0;
     VGA_NODE node = {};
+    node.connection = VGA_CONNECTED;
     for (const REASON_CASE &row : cases) {
         node.node_state = row.node_state;
         const VGA_NODEW_SITUATION situation = {&node,     row.read_only, 0,          row.type,

@@ -152,6 +152,8 @@ NB_USHORT answer_with_nothing(const ISSUED_VERB &verb) {
     if (verb.vcb->opcode == NAP_OPEN_FILE) {
         auto *open = reinterpret_cast<NAP_OPEN_FILE_VERB *>(verb.vcb);
         open->target_handle = 100U + open->file;
+    } else if (verb.vcb->opcode == NAP_CONNECT_NODE) {
+        reinterpret_cast<NAP_CONNECT_NODE_VERB *>(verb.vcb)->target_handle = 1;
     }
     return 1;
 }

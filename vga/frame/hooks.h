@@ -8,6 +8,8 @@
 struct VGA_PROCESS_STATE;
 struct VGA_NODE;
 struct VGA_DIALOG;
+struct VGA_VIEWER_ROOT;
+struct VGA_VIEWER_ITEM;
 
 enum VGA_NODE_CHANGE : NB_USHORT { VGA_NODE_ADDED, VGA_NODE_CHANGED, VGA_NODE_REMOVED };
 
@@ -24,13 +26,16 @@ struct VGA_HOOKS {
     /* The first complete model exists; called again after each later build of a node or chain. */
     NB_VOID (*model_built)(NB_VOID);
     /* A build goes on: `node` is null for the domain; `resources` were read so far. */
-    NB_VOID (*build_progress)(VGA_NODE *node, NB_ULONG resources);
+    NB_VOID (*build_progress)(const VGA_NODE *node, NB_ULONG resources);
     /* Start the orderly close. */
     NB_VOID (*stop)(NB_VOID);
-    /* A node joined or left the model, or its state, role or name changed. */
+    /* A node joined or left the model, its state, role, name or connection changed, or its build is
+     * complete. */
     NB_VOID (*node_list_changed)(VGA_NODE *node, VGA_NODE_CHANGE change);
     /* The connection to a node that was in use is gone; its records are freed on return. */
     NB_VOID (*node_died)(VGA_NODE *node);
+    /* A record's line joined a list.  The line above it is open already if it opens by itself. */
+    NB_VOID (*line_added)(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
     /* As vga_record_changed. */
     NB_VOID (*record_changed)(NB_VOID *item, VGA_RECORD_CHANGE what);
     /* The record that a dialog shows is about to be freed: the dialog stays, without its record and

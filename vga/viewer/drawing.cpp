@@ -302,6 +302,15 @@ VGA_VIEWER_VIEW *vga_viewer_view_of_timer(XtPointer client_data) {
     return root != nullptr ? root->view : nullptr;
 }
 
+NB_VOID vga_viewer_clear(const VGA_VIEWER_VIEW *view) {
+    for (Widget bar : {view->hscroll, view->vscroll}) {
+        vga_viewer_remove_scroll_bar(bar);
+    }
+    if (XtIsRealized(view->draw_widget)) {
+        XClearArea(XtDisplay(view->draw_widget), XtWindow(view->draw_widget), 0, 0, 0, 0, True);
+    }
+}
+
 NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
     VGA_VIEWER_VIEW *view = root->view;
     if (view == nullptr) {

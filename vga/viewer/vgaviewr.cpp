@@ -154,6 +154,7 @@ NB_VOID vga_viewer_undisplay(VGA_VIEWER_ROOT *root) {
     for (const HANDLER &handler : handlers) {
         XtRemoveEventHandler(view->draw_widget, handler.mask, False, handler.proc, view);
     }
+    vga_viewer_clear(view);
     detach(view);
 }
 

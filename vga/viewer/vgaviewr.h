@@ -89,7 +89,7 @@ VGA_VIEWER_VIEW *vga_viewer_view(VGA_VIEWER_ROOT *root);
 NB_VOID vga_viewer_display_root(VGA_VIEWER_ROOT *root, Widget draw_widget, Widget hscroll,
                                 Widget vscroll);
 
-/* Detaches; expansion and selection stay. */
+/* Detaches and leaves the widgets blank; expansion and selection stay. */
 NB_VOID vga_viewer_undisplay(VGA_VIEWER_ROOT *root);
 
 /* Lines. */

@@ -26,6 +26,9 @@ NB_VOID vga_viewer_set_offsets(VGA_VIEWER_VIEW *view, int64_t x, int64_t y, Widg
 /* Reads the size of the window; 1 when it changed. */
 NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view);
 
+/* Leaves nothing of the list in the window, and no scroll bars. */
+NB_VOID vga_viewer_clear(const VGA_VIEWER_VIEW *view);
+
 /* Notes the whole window for drawing. */
 NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view);
 

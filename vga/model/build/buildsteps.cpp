@@ -387,8 +387,8 @@ NB_VOID vga_keep_node_target(VGA_NODE *node, const NAP_VCB *vcb) {
     NB_ULONG fresh = answer.primary_rc == NAP_OK ? answer.target_handle : 0;
     vga_replace_target(node->target, fresh, node->handle, vga_issue_disconnect_node);
     node->refusal = {answer.primary_rc, answer.secondary_rc};
-    node->connection = fresh != 0 ? VGA_CONNECTED : VGA_NOT_CONNECTED;
     node->lost_at = fresh != 0 ? 0 : node->lost_at;
+    vga_set_connection(node, fresh != 0 ? VGA_CONNECTED : VGA_NOT_CONNECTED);
     /* What was under way on another connection will not be answered on this one. */
     std::fill(std::begin(node->class_work), std::end(node->class_work), VGA_CLASS_WORK{});
     if (node->target != 0 &&

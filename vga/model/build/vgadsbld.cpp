@@ -279,6 +279,13 @@ NB_VOID announce_if_complete(NB_VOID) {
     }
 }
 
+/* Its window puts back what it kept of the node's lists. */
+NB_VOID tell_of_node(VGA_NODE *node) {
+    if (node != nullptr && gvga_hooks.node_list_changed != nullptr) {
+        gvga_hooks.node_list_changed(node, VGA_NODE_CHANGED);
+    }
+}
+
 NB_VOID start_node_builds(NB_VOID) {
     vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
         if (node.connection == VGA_NOT_CONNECTED && gvga_exit_code == 0) {
@@ -335,7 +342,7 @@ NB_VOID vga_start_build_node(VGA_NODE *this_node) {
         flag = 1;
     }
     this_node->rebuilt = AVL_FIRST(this_node->ports) != nullptr;
-    this_node->connection = VGA_CONNECTING;
+    vga_set_connection(this_node, VGA_CONNECTING);
     start_step(node_build(this_node), N_CONNECT);
 }
 
@@ -346,7 +353,7 @@ NB_VOID vga_stop_build_node(VGA_NODE *node) {
 
 NB_VOID vga_start_build_unconfigured_node(VGA_NODE *node) {
     vga_stop_build_node(node);
-    node->connection = VGA_CONNECTING;
+    vga_set_connection(node, VGA_CONNECTING);
     if (vga_issue_connect_node(node->name, node->handle, vga_build_unconfigured_node) == 0) {
         VGA_BUILD_EXIT();
     }
@@ -400,7 +407,7 @@ NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
         work->vcb->opcode == NAP_CONNECT_NODE && work->vcb->primary_rc != NAP_OK;
     if (unreachable || vga_node_is_gone(work->vcb)) {
         node->refusal = {work->vcb->primary_rc, work->vcb->secondary_rc};
-        node->connection = VGA_NOT_CONNECTED;
+        vga_lose_connection(node);
         vga_drop_node_from_build(node);
         return;
     }
@@ -442,6 +449,7 @@ NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node) {
     };
     NB_ASSERT(node != NULL);
     if (kind == VGA_PHASE_COMPLETE) {
+        tell_of_node(node);
         announce_if_complete();
         return;
     }

@@ -149,6 +149,20 @@ VGA_SYSTEM *vga_init_vga_system(NB_VOID) {
     return system.release();
 }
 
+NB_VOID vga_set_connection(VGA_NODE *node, VGA_CONNECTION connection) {
+    if (node->connection != connection) {
+        node->connection = connection;
+        node_changed(*node, VGA_NODE_CHANGED);
+    }
+}
+
+NB_VOID vga_lose_connection(VGA_NODE *node) {
+    if (node->connection == VGA_CONNECTED) {
+        node->lost_at = time(nullptr);
+    }
+    vga_set_connection(node, VGA_NOT_CONNECTED);
+}
+
 VGA_NODE *vga_init_vga_node(const NAP_NODE_ALL_DATA *entry) {
     return vga_init_record<VGA_NODE>(gvga_system, entry);
 }

@@ -223,6 +223,13 @@ inline NB_VOID vga_open_with_first_child(const VGA_LINE_PLACE &place) {
     }
 }
 
+inline NB_VOID vga_line_came(const VGA_LINE_PLACE &place, VGA_VIEWER_ITEM *line) {
+    vga_open_with_first_child(place);
+    if (gvga_hooks.line_added != nullptr) {
+        gvga_hooks.line_added(place.root, line);
+    }
+}
+
 /* The line that the record's line goes behind, so that the lists on the screen follow the index
  * whatever the order of arrival.  Usually that of its predecessor in the index; where that is not
  * on this list (a PU without a line of its own, say) the siblings are searched. */
@@ -268,11 +275,11 @@ template <class Record> NB_VOID vga_place_line(Record *record) {
         gui.list = place.root;
         vga_create_viewer(place.root, line, place.type, record, place.parent,
                           vga_line_before(*record, place));
-        vga_open_with_first_child(place);
+        vga_line_came(place, line);
     } else if (line->parent != place.parent || line->type != place.type) {
         vga_move_viewer(place.root, line, place.type, place.parent,
                         vga_line_before(*record, place));
-        vga_open_with_first_child(place);
+        vga_line_came(place, line);
     } else {
         vga_update_viewer(place.root, line);
     }

@@ -21,6 +21,11 @@ VGA_NODE *vga_insert_vga_node(VGA_NODE *record);
 /* The role that a node's server flags say. */
 VGA_SERVER_ROLE vga_role_of(NB_ULONG server_flags);
 
+/* The connection to a node changed: whoever shows the node is told.  The second: it ended by
+ * itself, or could not be made; one that was in use is lost as of now. */
+NB_VOID vga_set_connection(VGA_NODE *node, VGA_CONNECTION connection);
+NB_VOID vga_lose_connection(VGA_NODE *node);
+
 /* Those of all the types of recordlist.h.  A link station to a host, or to a downstream PU, also
  * makes the PU; a pool of a node the domain's pool; a template, access list, client or user the
  * records of the items that its entry carries. */

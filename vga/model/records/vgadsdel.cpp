@@ -1,6 +1,7 @@
 #include "vgadsdel.h"
 #include "hooks.h"
 #include "recordtypes.h"
+#include "vgadsadd.h"
 #include "vgadsbld.h"
 #include "vganofbd.h"
 
@@ -251,8 +252,10 @@ NB_USHORT vga_do_free_node_res(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION co
     close_target(node->tp_target, gone, nullptr);
     NB_ULONG target = node->target;
     node->target = 0;
-    node->connection = VGA_NOT_CONNECTED;
-    node->lost_at = gone ? time(nullptr) : node->lost_at;
+    if (gone) {
+        vga_lose_connection(node);
+    }
+    vga_set_connection(node, VGA_NOT_CONNECTED);
     if (target == 0) {
         return 0;
     }

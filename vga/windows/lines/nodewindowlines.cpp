@@ -1,6 +1,7 @@
 #include "nodewindowlines.h"
 #include "globals.h"
 #include "linecolumns.h"
+#include "nodeconnection.h"
 #include "vgadsutl.h"
 #include <cstdio>
 #include <cstring>
@@ -230,6 +231,21 @@ constexpr VGA_LINE_COLUMN rem_plu_columns[] = {
     {.stop = session_stop, .field = &field(records::plu_def, "description")},
 };
 
+/* Its connection, when there is something to say of it; what to do next; its description. */
+NB_VOID node_remark(const VGA_NODE &node, NB_CHAR *text) {
+    NB_CHAR description[VGA_CELL_SIZE] = {};
+    vga_write_connection(node, text);
+    if (text[0] != '\0') {
+        return;
+    }
+    if (node.node_state == NAP_NODE_UNCONFIGURED) {
+        vga_write_word(VGA_MSG_DEFINE_NODE_FIRST, text);
+        return;
+    }
+    vga_write_field({.field = &field(records::domain_node, "description")}, node.vcb, description);
+    vga_write_harmless(description, text);
+}
+
 } // namespace
 
 NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
@@ -240,13 +256,7 @@ NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     NB_CHAR name[VGA_CELL_SIZE] = {};
     NB_CHAR description[VGA_CELL_SIZE] = {};
     NB_CHAR third[VGA_CELL_SIZE] = {};
-    if (node.node_state == NAP_NODE_UNCONFIGURED) {
-        vga_write_word(VGA_MSG_DEFINE_NODE_FIRST, third);
-    } else {
-        vga_write_field({.field = &field(records::domain_node, "description")}, node.vcb,
-                        description);
-        vga_write_harmless(description, third);
-    }
+    node_remark(node, third);
     vga_write_field({.field = &field(records::domain_node, "name")}, node.vcb, description);
     vga_write_harmless(description, name);
     return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, node_message(node.node_state), "s ca s",
@@ -254,8 +264,9 @@ NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
 }
 
 NB_USHORT vga_choose_node_viewer_icon(NB_VOID *data) {
-    return static_cast<VGA_NODE *>(data)->node_state == NAP_NODE_BACK_LEVEL ? VGA_ICON_BACKNODE
-                                                                            : VGA_ICON_NODE;
+    const VGA_NODE &node = *static_cast<const VGA_NODE *>(data);
+    const bool works = node.connection == VGA_CONNECTED && node.node_state != NAP_NODE_BACK_LEVEL;
+    return works ? VGA_ICON_NODE : VGA_ICON_BACKNODE;
 }
 
 NB_USHORT vga_create_port_viewer_text(NB_VOID *data, NB_CHAR *buffer) {

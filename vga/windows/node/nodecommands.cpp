@@ -164,7 +164,7 @@ static NB_VOID vga_nodew_leave_button(Widget widget, XEvent *, String *, Cardina
     if (desc == nullptr) {
         return;
     }
-    vga_message_node_window(&desc->common, 0);
+    vga_nodew_message_at_rest(desc);
     gvga_current_button = nullptr;
     show_edge(desc, widget, 0);
 }
@@ -174,7 +174,7 @@ NB_VOID vga_nodew_forget_button(VGA_NODEW_DESC *desc) {
         tool_of(desc, gvga_current_button) < VGA_NODEW_TOOL_COUNT) {
         show_edge(desc, gvga_current_button, 0);
         gvga_current_button = nullptr;
-        vga_message_node_window(&desc->common, 0);
+        vga_nodew_message_at_rest(desc);
     }
 }
 

@@ -143,7 +143,8 @@ static NB_USHORT selection_allows(const VGA_NODEW_SITUATION &situation, VGA_NODE
 NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {
     const VGA_NODEW_COMMAND_ROW &row = gvga_nodew_commands[command];
     const VGA_NODE *node = situation.node;
-    if (node == nullptr || (situation.read_only && row.changes)) {
+    const bool there = node != nullptr && node->connection == VGA_CONNECTED;
+    if (!there || (situation.read_only && row.changes)) {
         return 0;
     }
     switch (row.scope) {
@@ -243,6 +244,9 @@ NB_USHORT vga_nodew_reason(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
     }
     if (situation.node == nullptr) {
         return VGA_MSG_NODEW_NO_NODE;
+    }
+    if (situation.node->connection != VGA_CONNECTED) {
+        return VGA_MSG_NODEW_NODE_NOT_CONNECTED;
     }
     if (situation.read_only != 0 && gvga_nodew_commands[command].changes != 0) {
         return VGA_MSG_NODEW_LOOK_ONLY;

@@ -1,5 +1,6 @@
 #include "panes.h"
 #include "nodeselection.h"
+#include "rememberedlines.h"
 #include <Xm/PanedW.h>
 #include <algorithm>
 
@@ -8,7 +9,8 @@ static VGA_VIEWER_ROOT VGA_NODE::*const roots[VGA_NODEW_PANE_COUNT] = {
 
 VGA_VIEWER_ROOT *vga_nodew_pane_root(const VGA_NODEW_DESC *desc, NB_USHORT pane) {
     VGA_NODE *node = vga_nodew_node(desc);
-    return node != nullptr && pane < VGA_NODEW_PANE_COUNT ? &(node->*roots[pane]) : nullptr;
+    const bool shown = node != nullptr && desc->lists_shown != 0 && pane < VGA_NODEW_PANE_COUNT;
+    return shown ? &(node->*roots[pane]) : nullptr;
 }
 
 /* The current pane. */
@@ -42,6 +44,11 @@ NB_VOID vga_nodew_select_pane(VGA_NODEW_DESC *desc, NB_USHORT pane, NB_USHORT ta
     if (root == nullptr || desc->current_pane == pane) {
         return;
     }
+    /* The keyboard comes back before the lines that were selected. */
+    const bool selected_lines_come = vga_nodew_remembered_pane(desc) == pane;
+    if (!selected_lines_come) {
+        vga_nodew_forget_selection(desc);
+    }
     vga_nodew_forget_pane(desc);
     desc->current_pane = pane;
     set_border(desc, pane, desc->current_border);
@@ -54,13 +61,14 @@ NB_VOID vga_nodew_select_pane(VGA_NODEW_DESC *desc, NB_USHORT pane, NB_USHORT ta
         }
     }
     VGA_VIEWER_ITEM *item = first_selectable(root);
-    if (item != nullptr && root->select_count == 0) {
+    if (item != nullptr && root->select_count == 0 && !selected_lines_come) {
         vga_viewer_select(item, root, 0, 0, 1, 0);
     }
     vga_nodew_set_button_states(desc);
 }
 
 NB_VOID vga_nodew_select_node(VGA_NODEW_DESC *desc, NB_USHORT take_focus) {
+    vga_nodew_forget_selection(desc);
     vga_nodew_forget_pane(desc);
     if (take_focus) {
         XmProcessTraversal(desc->server_text, XmTRAVERSE_CURRENT);

@@ -4,7 +4,7 @@
 
 #include "vganodew.h"
 
-/* The list that a pane shows; null while the window is empty. */
+/* The list that a pane shows; null while the window is empty or its node not connected. */
 VGA_VIEWER_ROOT *vga_nodew_pane_root(const VGA_NODEW_DESC *desc, NB_USHORT pane);
 
 /* Makes a pane current: its border is marked, the other lists lose their selection, its first

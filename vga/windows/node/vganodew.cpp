@@ -4,12 +4,17 @@
 #include "helpwindows.h"
 #include "hints.h"
 #include "holders.h"
+#include "linecolumns.h"
 #include "lowscreen.h"
 #include "messages.h"
+#include "nodeconnection.h"
 #include "nodeselection.h"
+#include "nodewindowlines.h"
 #include "openwindows.h"
 #include "panes.h"
 #include "popupmenu.h"
+#include "rememberedlines.h"
+#include "vgadsbld.h"
 #include "widgets.h"
 #include <Xm/TextF.h>
 #include <algorithm>
@@ -45,6 +50,21 @@ NB_VOID vga_message_node_window(VGA_DIALOG *dialog, NB_USHORT message) {
     vga_message_node_window_text(dialog, message != 0 ? vga_message(message) : "");
 }
 
+/* Why there is nothing to see; a node that can be worked with needs no more words. */
+NB_VOID vga_nodew_message_at_rest(VGA_NODEW_DESC *desc) {
+    const VGA_NODE *node = vga_nodew_node(desc);
+    if (node == nullptr || node->connection == VGA_CONNECTED) {
+        vga_message_node_window(&desc->common, 0);
+    } else if (node->lost_at != 0) {
+        vga_message_node_window(&desc->common, VGA_MSG_NODEW_NODE_LOST);
+    } else if (node->connection == VGA_NOT_CONNECTED) {
+        NB_CHAR line[512];
+        vga_print_msg(line, sizeof(line), VGA_MSG_NODEW_NOT_CONNECTED, "cs",
+                      static_cast<NB_INT>(sizeof(node->name)), node->name);
+        vga_message_node_window_text(&desc->common, line);
+    }
+}
+
 /* The control point's name in the locale's characters; "-" while the node has none. */
 static NB_VOID control_point(const VGA_NODE *node, NB_CHAR (&text)[18]) {
     NAP_NODE_ALL_DATA data = *node->vcb;
@@ -61,6 +81,11 @@ static NB_VOID control_point(const VGA_NODE *node, NB_CHAR (&text)[18]) {
     }
 }
 
+static const NB_CHAR *state_word(const VGA_NODE &node) {
+    const NB_ULONG state = std::min<NB_ULONG>(node.node_state, NAP_NODE_BACK_LEVEL);
+    return vga_message(static_cast<NB_USHORT>(VGA_MSG_NODEW_STOPPED + state));
+}
+
 static NB_VOID show_node(VGA_NODEW_DESC *desc) {
     const VGA_NODE *node = vga_nodew_node(desc);
     if (node == nullptr) {
@@ -72,17 +97,17 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
     memcpy(name, node->name, sizeof(node->name));
     NB_CHAR cp_name[18];
     control_point(node, cp_name);
-    NB_ULONG state = std::min<NB_ULONG>(node->node_state, NAP_NODE_BACK_LEVEL);
-    NB_CHAR text[512];
+    NB_CHAR text[1024];
+    NB_CHAR connection[VGA_CELL_SIZE];
+    vga_write_connection(*node, connection);
     vga_add_node_window_widget(&desc->common, name);
     vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_TITLE, "s", name);
     vga_set_title(&desc->common, text);
     vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_NODE_LINE, "s s s", name, cp_name,
-                  vga_message(static_cast<NB_USHORT>(VGA_MSG_NODEW_STOPPED + state)));
+                  connection[0] != '\0' ? connection : state_word(*node));
     set_label(desc->server_text, text);
-    vga_put_widget_pixmap(
-        desc->server_icon,
-        gvga_pixmaps[vga_nodew_icon(state == NAP_NODE_BACK_LEVEL ? "backnode" : "node")]);
+    vga_put_widget_pixmap(desc->server_icon,
+                          gvga_pixmaps[vga_choose_node_viewer_icon(vga_nodew_node(desc))]);
 }
 
 /* Widgets. */
@@ -156,18 +181,42 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
 
 /* Life. */
 
-static NB_VOID detach(VGA_NODEW_DESC *desc) {
-    vga_remove_node_window_widget(&desc->common);
-    vga_nodew_forget_button(desc);
-    vga_nodew_forget_pane(desc);
+/* The lists are those of a node that is connected; without one the panes are blank. */
+static NB_VOID show_lists(VGA_NODEW_DESC *desc) {
+    desc->lists_shown = 1;
+    desc->read_before = gvga_system->resources;
+    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
+        const VGA_NODEW_PANE &place = desc->panes[pane];
+        vga_viewer_display_root(vga_nodew_pane_root(desc, pane), place.draw_area, place.hscroll,
+                                place.vscroll);
+    }
+}
+
+static NB_VOID hide_lists(VGA_NODEW_DESC *desc) {
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
         if (VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane)) {
             vga_viewer_undisplay(root);
-            root->window = nullptr;
         }
     }
+    vga_nodew_forget_pane(desc);
+    desc->lists_shown = 0;
+}
+
+static NB_VOID set_window_of_lists(VGA_NODE *node, VGA_NODEW_DESC *desc) {
+    for (VGA_VIEWER_ROOT *root :
+         {&node->connectivity_root, &node->local_lu_root, &node->rem_sys_root}) {
+        root->window = desc;
+    }
+    node->window = desc != nullptr ? &desc->common : nullptr;
+}
+
+static NB_VOID detach(VGA_NODEW_DESC *desc) {
+    vga_remove_node_window_widget(&desc->common);
+    vga_nodew_forget_button(desc);
+    vga_nodew_forget_lines(desc);
+    hide_lists(desc);
     if (VGA_NODE *node = vga_nodew_node(desc)) {
-        node->window = nullptr;
+        set_window_of_lists(node, nullptr);
     }
     desc->common.parent_item = nullptr;
 }
@@ -183,30 +232,38 @@ static NB_USHORT pane_to_begin_with(const VGA_NODEW_DESC *desc) {
     return vga_nodew_focus_pane(desc);
 }
 
-static NB_VOID show_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
-    if (node.target != 0 || node.refusal.primary_rc == NAP_OK) {
-        vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+/* The lists go with the connection and come back with it.  Their lines come one by one then, and
+ * what was remembered of them is complete when the build is. */
+static NB_VOID follow_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
+    if (node.connection != VGA_CONNECTED) {
+        if (desc->lists_shown != 0) {
+            vga_nodew_remember_lines(desc);
+            hide_lists(desc);
+        }
+        vga_nodew_message_at_rest(desc);
         return;
     }
-    NB_CHAR line[512];
-    vga_print_msg(line, sizeof(line), VGA_MSG_NODEW_NOT_CONNECTED, "cs",
-                  static_cast<NB_INT>(sizeof(node.name)), node.name);
-    vga_message_node_window_text(&desc->common, line);
+    if (desc->lists_shown == 0) {
+        show_lists(desc);
+        desc->reading = 1;
+    }
+    if (desc->reading != 0 && vga_check_node_startup(&node, nullptr) != 0) {
+        desc->reading = 0;
+        vga_nodew_recall_lines(desc);
+        vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+    }
 }
 
 /* Also for a window that was fetched before its node was known. */
 static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
     desc->common.parent_item = node;
-    node->window = &desc->common;
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane);
-        const VGA_NODEW_PANE &place = desc->panes[pane];
-        root->window = desc;
-        vga_viewer_display_root(root, place.draw_area, place.hscroll, place.vscroll);
-    }
+    set_window_of_lists(node, desc);
     show_node(desc);
-    show_connection(desc, *node);
-    vga_nodew_select_pane(desc, pane_to_begin_with(desc), 1);
+    vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+    follow_connection(desc, *node);
+    if (desc->lists_shown != 0) {
+        vga_nodew_select_pane(desc, pane_to_begin_with(desc), 1);
+    }
     vga_nodew_set_button_states(desc);
 }
 
@@ -255,8 +312,43 @@ NB_VOID vga_update_node_window(VGA_NODE *node) {
     VGA_NODEW_DESC *desc = node != nullptr ? open_window(node->window) : nullptr;
     if (desc != nullptr) {
         show_node(desc);
+        follow_connection(desc, *node);
         vga_nodew_set_button_states(desc);
     }
+}
+
+constexpr NB_USHORT name_size = 256;
+
+/* The node, or the domain for null, as it is called in the middle of a sentence. */
+static NB_VOID write_name(const VGA_NODE *node, NB_CHAR (&text)[name_size]) {
+    if (node == nullptr) {
+        vga_print_msg(text, name_size, VGA_MSG_THE_DOMAIN, "");
+    } else {
+        vga_print_msg(text, name_size, VGA_MSG_THE_NODE, "cs",
+                      static_cast<NB_INT>(sizeof(node->name)), node->name);
+    }
+}
+
+NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources) {
+    VGA_NODEW_DESC *desc = node != nullptr ? open_window(node->window) : nullptr;
+    if (desc != nullptr && desc->reading == 0) {
+        return; /* a single resource is read again */
+    }
+    const NB_ULONG before = desc != nullptr ? desc->read_before : 0;
+    VGA_DIALOG *window = desc != nullptr ? &desc->common : gvga_first_dialog;
+    NB_CHAR what[name_size];
+    NB_CHAR line[512];
+    write_name(node, what);
+    vga_print_msg(line, sizeof(line), VGA_MSG_READING, "s l", what, resources - before);
+    vga_message_node_window_text(window, line);
+}
+
+NB_VOID vga_show_closing(const VGA_NODE *node) {
+    NB_CHAR what[name_size];
+    NB_CHAR line[512];
+    write_name(node, what);
+    vga_print_msg(line, sizeof(line), VGA_MSG_CLOSING, "s", what);
+    vga_message_node_window_text(gvga_main_dialog, line);
 }
 
 /* A node has gone: so does its window, but for the program's first one, which must stay. */

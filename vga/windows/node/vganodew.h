@@ -42,6 +42,9 @@ struct VGA_NODEW_DESC {
     Widget message_bar;
     VGA_NODEW_PANE panes[VGA_NODEW_PANE_COUNT];
     NB_USHORT current_pane; /* VGA_NODEW_NO_PANE: none */
+    NB_USHORT lists_shown;  /* flag: the node is connected, so the panes show its lists */
+    NB_USHORT reading;      /* flag: the node's lines are on their way */
+    NB_ULONG read_before;   /* resources that were read before those of the build that runs */
     Dimension panes_height; /* of all panes when their shares were last looked at */
     Dimension least_pane;   /* height of a pane that shows two lines */
     Pixel normal_border, current_border;
@@ -62,9 +65,21 @@ NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_C
  * Returns 0 when there is no window to be had; the reason was shown or logged. */
 NB_USHORT vga_display_node_window(VGA_NODE *node, NB_USHORT flag);
 
-/* The node's name, state or control point changed: title, the node's own line and buttons follow.
- * Nothing when no window shows the node. */
+/* The node's name, state, control point or connection changed, or its build is complete: title, the
+ * node's own line, lists and buttons follow.  Nothing when no window shows the node. */
 NB_VOID vga_update_node_window(VGA_NODE *node);
+
+/* Says in the message line of the node's window, or of the program's first one while that is still
+ * empty, what is being read (null: the domain) and how many resources so far. */
+NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources);
+
+/* The same in the program's own window, which stays to the end: whose answer (null: the domain's)
+ * the program waits for before it ends. */
+NB_VOID vga_show_closing(const VGA_NODE *node);
+
+/* Puts into the message line what stands there while nothing else is to be said: nothing, or why
+ * the lists of a node that is not connected are blank. */
+NB_VOID vga_nodew_message_at_rest(VGA_NODEW_DESC *desc);
 
 /* Puts a message, or a text in the locale's character set, into the message line; message 0 clears
  * it.  The arguments may be those of any window; nothing happens without one. */
