@@ -191,6 +191,13 @@ TEST_F(NodeFaults, ASecondCloseEndsAProgramThatANodeHolds) {
     ASSERT_NE(window, 0u);
     const auto start = Clock::now();
     close_window(window);
+    EXPECT_TRUE(shows(window, message(1424, {message(1242)})));
+    screen().canvas().forget();
+    screen().expose(window);
+    for (const int number : {1302, 1303, 1425}) {
+        EXPECT_TRUE(shows(window, message(number))) << "it is not drawn again";
+    }
+    EXPECT_EQ(screen().text(window).find("ETH0"), std::string::npos);
     while (program.running() && Clock::now() - start < std::chrono::seconds(20)) {
         if (program.wait_end(500)) {
             break;

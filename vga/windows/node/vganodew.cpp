@@ -349,6 +349,11 @@ NB_VOID vga_show_closing(const VGA_NODE *node) {
     write_name(node, what);
     vga_print_msg(line, sizeof(line), VGA_MSG_CLOSING, "s", what);
     vga_message_node_window_text(gvga_main_dialog, line);
+    if (VGA_NODEW_DESC *desc = open_window(gvga_main_dialog)) {
+        set_label(desc->server_text, vga_message(VGA_MSG_NODEW_CLOSING));
+        vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[VGA_ICON_BACKNODE]);
+        vga_nodew_set_button_states(desc);
+    }
 }
 
 /* A node has gone: so does its window, but for the program's first one, which must stay. */

@@ -73,8 +73,8 @@ NB_VOID vga_update_node_window(VGA_NODE *node);
  * empty, what is being read (null: the domain) and how many resources so far. */
 NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources);
 
-/* The same in the program's own window, which stays to the end: whose answer (null: the domain's)
- * the program waits for before it ends. */
+/* The program's own window, which stays to the end, says that the program closes, and whose answer
+ * (null: the domain's) it waits for. */
 NB_VOID vga_show_closing(const VGA_NODE *node);
 
 /* Puts into the message line what stands there while nothing else is to be said: nothing, or why
