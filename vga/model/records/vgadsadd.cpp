@@ -173,7 +173,7 @@ VGA_LS_ROUTING *vga_insert_vga_ls_routing(VGA_LS_ROUTING *record) {
         VGA_VIEWER_ROOT *root = &lu.parent->local_lu_root;
         vga_create_viewer(root, &lu.routing_title, VGA_VIEWER_LS_R_TITLE, &lu, &lu.gui_data.viewer,
                           VGA_VIEWER_LAST);
-        vga_open_with_first_child({root, &lu.gui_data.viewer, 0, nullptr, 0});
+        vga_line_came({root, &lu.gui_data.viewer, 0, nullptr, 0}, &lu.routing_title);
     }
     return vga_insert_record(record);
 }

@@ -5,7 +5,7 @@
  * window: they are attached to its widgets while it shows the node.  A pane is current when it has
  * the keyboard; at most one list has a selection, that of the current pane.
  * Parts: popupmenu the lists' menu, panes panes, nodeselection selection and what it allows,
- * nodecommands commands and tool bar. */
+ * nodecommands commands and tool bar, rememberedlines what comes back with a node. */
 #ifndef VGANODEW_H
 #define VGANODEW_H
 
