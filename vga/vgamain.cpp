@@ -15,7 +15,6 @@
 #include "verberror.h"
 #include "verbqueue.h"
 #include "vgadgutl.h"
-#include "vgadsadd.h"
 #include "vgadsbld.h"
 #include "vgadsdel.h"
 #include "vgaindct.h"
@@ -70,7 +69,6 @@ NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
 }
 
 NB_VOID node_died(VGA_NODE *node) {
-    vga_lose_connection(node);
     vga_display_info_dialog(gvga_main_dialog, VGA_MSG_NODE_DEAD, nullptr, vga_node_dead_info_cb, 0,
                             "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
 }

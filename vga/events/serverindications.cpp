@@ -10,7 +10,6 @@
 #include "vgadsdel.h"
 #include "vgadsutl.h"
 #include <algorithm>
-#include <ctime>
 
 namespace {
 
@@ -63,15 +62,13 @@ NB_VOID node_died(VGA_NODE *node) {
         gvga_system->config_target = 0;
         std::fill(std::begin(gvga_system->config_name), std::end(gvga_system->config_name), '\0');
     }
-    node->connection = VGA_NOT_CONNECTED;
-    node->lost_at = time(nullptr);
+    vga_lose_connection(node);
     if (gvga_hooks.node_died != nullptr) {
         gvga_hooks.node_died(node);
     }
     if (!single) {
         vga_free_node_resources(node, 1, nullptr);
     }
-    vga_node_list_changed(node, VGA_NODE_CHANGED);
 }
 
 VGA_NODE *find_node(const NAP_SERVER_INDICATION_VERB &indication) {

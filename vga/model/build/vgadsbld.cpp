@@ -279,13 +279,6 @@ NB_VOID announce_if_complete(NB_VOID) {
     }
 }
 
-/* Its window puts back what it kept of the node's lists. */
-NB_VOID tell_of_node(VGA_NODE *node) {
-    if (node != nullptr && gvga_hooks.node_list_changed != nullptr) {
-        gvga_hooks.node_list_changed(node, VGA_NODE_CHANGED);
-    }
-}
-
 NB_VOID start_node_builds(NB_VOID) {
     vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
         if (node.connection == VGA_NOT_CONNECTED && gvga_exit_code == 0) {
@@ -407,7 +400,7 @@ NB_VOID vga_build_node(const VGA_PROCESS_STATE *work) {
         work->vcb->opcode == NAP_CONNECT_NODE && work->vcb->primary_rc != NAP_OK;
     if (unreachable || vga_node_is_gone(work->vcb)) {
         node->refusal = {work->vcb->primary_rc, work->vcb->secondary_rc};
-        vga_lose_connection(node);
+        vga_set_connection(node, VGA_NOT_CONNECTED);
         vga_drop_node_from_build(node);
         return;
     }
@@ -449,7 +442,9 @@ NB_VOID vga_build_next_action(NB_USHORT kind, VGA_NODE *node) {
     };
     NB_ASSERT(node != NULL);
     if (kind == VGA_PHASE_COMPLETE) {
-        tell_of_node(node);
+        if (node != nullptr) {
+            vga_node_list_changed(node, VGA_NODE_CHANGED);
+        }
         announce_if_complete();
         return;
     }

@@ -114,12 +114,6 @@ NB_VOID read_node_info(VGA_NODE &node) {
     node.role = vga_role_of(info.server_flags);
 }
 
-NB_VOID node_changed(VGA_NODE &node, VGA_NODE_CHANGE change) {
-    if (gvga_hooks.node_list_changed != nullptr) {
-        gvga_hooks.node_list_changed(&node, change);
-    }
-}
-
 } // namespace
 
 VGA_SERVER_ROLE vga_role_of(NB_ULONG server_flags) {
@@ -152,15 +146,14 @@ VGA_SYSTEM *vga_init_vga_system(NB_VOID) {
 NB_VOID vga_set_connection(VGA_NODE *node, VGA_CONNECTION connection) {
     if (node->connection != connection) {
         node->connection = connection;
-        node_changed(*node, VGA_NODE_CHANGED);
+        vga_node_list_changed(node, VGA_NODE_CHANGED);
     }
 }
 
 NB_VOID vga_lose_connection(VGA_NODE *node) {
-    if (node->connection == VGA_CONNECTED) {
-        node->lost_at = time(nullptr);
-    }
-    vga_set_connection(node, VGA_NOT_CONNECTED);
+    node->lost_at = time(nullptr);
+    node->connection = VGA_NOT_CONNECTED;
+    vga_node_list_changed(node, VGA_NODE_CHANGED);
 }
 
 VGA_NODE *vga_init_vga_node(const NAP_NODE_ALL_DATA *entry) {
@@ -191,13 +184,13 @@ NB_VOID VGA_RECORD_TYPE<VGA_NODE>::linked(VGA_NODE &node) {
         vga_create_viewer(root, line, title.type, &node, nullptr, VGA_VIEWER_FIRST);
         vga_viewer_set_fixed(root, line, 1);
     }
-    node_changed(node, VGA_NODE_ADDED);
+    vga_node_list_changed(&node, VGA_NODE_ADDED);
 }
 
 NB_VOID VGA_RECORD_TYPE<VGA_NODE>::merged(VGA_NODE &kept, VGA_NODE &fresh) {
     destroy_roots(fresh, node_roots);
     read_node_info(kept);
-    node_changed(kept, VGA_NODE_CHANGED);
+    vga_node_list_changed(&kept, VGA_NODE_CHANGED);
 }
 
 NB_VOID VGA_RECORD_TYPE<VGA_NODE>::delete_children(VGA_NODE &node) {
@@ -205,7 +198,7 @@ NB_VOID VGA_RECORD_TYPE<VGA_NODE>::delete_children(VGA_NODE &node) {
 }
 
 NB_VOID VGA_RECORD_TYPE<VGA_NODE>::unlinked(VGA_NODE &node) {
-    node_changed(node, VGA_NODE_REMOVED);
+    vga_node_list_changed(&node, VGA_NODE_REMOVED);
     for (const TITLE &title : titles) {
         vga_delete_viewer(&(node.*title.root), &(node.*title.line));
     }

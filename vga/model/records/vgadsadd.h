@@ -21,8 +21,8 @@ VGA_NODE *vga_insert_vga_node(VGA_NODE *record);
 /* The role that a node's server flags say. */
 VGA_SERVER_ROLE vga_role_of(NB_ULONG server_flags);
 
-/* The connection to a node changed: whoever shows the node is told.  The second: it ended by
- * itself, or could not be made; one that was in use is lost as of now. */
+/* The connection to a node changed, or, the second, one that was in use ended by itself just now:
+ * whoever shows the node is told. */
 NB_VOID vga_set_connection(VGA_NODE *node, VGA_CONNECTION connection);
 NB_VOID vga_lose_connection(VGA_NODE *node);
 

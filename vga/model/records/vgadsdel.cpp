@@ -252,9 +252,6 @@ NB_USHORT vga_do_free_node_res(VGA_NODE *node, NB_USHORT gone, VGA_COMPLETION co
     close_target(node->tp_target, gone, nullptr);
     NB_ULONG target = node->target;
     node->target = 0;
-    if (gone) {
-        vga_lose_connection(node);
-    }
     vga_set_connection(node, VGA_NOT_CONNECTED);
     if (target == 0) {
         return 0;
