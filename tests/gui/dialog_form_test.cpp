@@ -198,6 +198,7 @@ protected:
         gvga_messages[VGA_MSG_NODE_NOT_ACTIVE] = "not active";
         gvga_messages[VGA_MSG_FORM_RECORD_GONE] = "gone";
         gvga_messages[VGA_MSG_FORM_RECORD_GONE_DEFINE] = "gone: define?";
+        gvga_messages[VGA_MSG_FORM_TITLE_GONE] = "%1 - gone";
         VGA_UID_DESC &row = gvga_uid_desc[VGA_UID_MODE_DIALOG];
         row.desc_size = sizeof(FORM_DESC);
         row.get_widgets = get_form;
@@ -322,7 +323,13 @@ TEST_F(Form, WaitsForTheAnswer) {
     EXPECT_FALSE(XtIsSensitive(XtNameToWidget(form->common.widget, "OK")));
     EXPECT_FALSE(XtIsSensitive(field("*modedLimit")));
     gui::key("Return");
+    // Whatever presses it in spite of that.
+    for (XtCallbackProc press : {vga_form_ok_cb, vga_form_apply_cb, vga_form_reset_cb}) {
+        press(field("*modedApplyButton"), nullptr, nullptr);
+    }
     EXPECT_EQ(state.issued.size(), 1U);
+    EXPECT_EQ(form->leaving, 1) << "as when OK was pressed";
+    EXPECT_EQ(text("*modedLimit"), "30");
 
     done(NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE);
     EXPECT_EQ(complaint(), "failed: not active");
@@ -376,6 +383,29 @@ TEST_F(Form, AsksFirst) {
     EXPECT_EQ(shown(&form->common), "") << "it asks once";
 }
 
+TEST_F(Form, AnAnswerToAQuestionCountsOnlyWhereItWasAsked) {
+    enum { OF_A_FORMER_LIFE, AFTER_A_CHANGE, TWICE };
+    for (const int comes : {OF_A_FORMER_LIFE, AFTER_A_CHANGE, TWICE}) {
+        open_form();
+        state.ask = 1;
+        enter("*modedLimit", "30");
+        push("OK");
+        const VGA_MODAL_DLG box = form->common.modal_dlg;
+        if (comes == OF_A_FORMER_LIFE) {
+            vga_close_children(&form->common, 1, 0);
+            open_form();
+            enter("*modedLimit", "31");
+        } else if (comes == AFTER_A_CHANGE) {
+            enter("*modedLimit", "101"); // what can no longer be issued
+        } else {
+            answer(&form->common);
+        }
+        box.callback(&form->common, VGA_ANSWER_OK, box.client_data);
+        EXPECT_EQ(state.issued.size(), comes == TWICE ? 1U : 0U) << comes;
+        vga_close_children(&form->common, 1, 0);
+    }
+}
+
 TEST_F(Form, OneAfterTheOther) {
     open_form(VGA_FORM_REPEAT);
     handle = form->common.handle;
@@ -425,10 +455,25 @@ TEST_F(Form, OutlivesItsRecord) {
     vga_record_changed(&record, VGA_RECORD_GONE);
     EXPECT_EQ(slot, nullptr);
     EXPECT_EQ(complaint(), "gone");
+    EXPECT_EQ(gui::label_text(form->common.widget, "dialogTitle"), "Mode - gone");
     EXPECT_FALSE(XtIsManaged(XtNameToWidget(form->common.widget, "Cancel")));
     push("OK");
     EXPECT_TRUE(state.issued.empty());
     EXPECT_EQ(form->common.in_use, 0);
+
+    open_form();
+    EXPECT_EQ(gui::label_text(form->common.widget, "dialogTitle"), "Mode");
+    handle = form->common.handle;
+    enter("*modedLimit", "30");
+    push("OK");
+    vga_record_changed(&record, VGA_RECORD_GONE);
+    complaint();
+    EXPECT_TRUE(XtIsSensitive(XtNameToWidget(form->common.widget, "OK"))) << "nothing to wait for";
+    done(NAP_COMM_FAILURE, NAP_NODE_GONE);
+    EXPECT_EQ(complaint(), "");
+    push("OK");
+    EXPECT_EQ(form->common.in_use, 0);
+    state.issued.clear();
 
     plan.defines = 1;
     open_form();

@@ -150,6 +150,17 @@ TEST_F(SessionLimits, OfControlPointsAreOnlyShown) {
     XtVaGetValues(field("*mdslsLimit"), XmNeditable, &editable, nullptr);
     EXPECT_FALSE(editable);
     EXPECT_FALSE(XtIsManaged(form->apply));
+
+    // Until another administrator changes the mode's definition.
+    auto *definition =
+        static_cast<VGA_MODE_DEF *>(ntl_avl_find(&node->mode_defs, control_points->key.mode_name));
+    definition->vcb->mode_chars.mode_flags = 0;
+    definition->vcb->mode_chars.max_neg_sess_lim = 18;
+    vga_record_changed(definition, VGA_RECORD_CHANGED);
+    XtVaGetValues(field("*mdslsLimit"), XmNeditable, &editable, nullptr);
+    EXPECT_TRUE(editable);
+    EXPECT_TRUE(XtIsManaged(form->apply));
+    EXPECT_EQ(gui::label_text(field("*mdslsMaxLimit")), "18");
 }
 
 TEST_F(SessionLimits, DialogOutlivesTheMode) {

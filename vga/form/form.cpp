@@ -3,6 +3,7 @@
 #include "fieldwidgets.h"
 #include "globals.h"
 #include "hints.h"
+#include "holders.h"
 #include "messages.h"
 #include "widgets.h"
 #include <Xm/MessageB.h>
@@ -63,12 +64,16 @@ NB_VOID fill(VGA_FORM *form) {
     arrange(form);
 }
 
+NB_USHORT may_only_look(const VGA_FORM *form) {
+    const VGA_FORM_PLAN &plan = *form->plan;
+    const bool lost = form->common.parent_item == nullptr && form->adding == 0;
+    return gvga_read_only != 0 || plan.issue == nullptr || lost ||
+           (plan.may_edit != nullptr && plan.may_edit(form) == 0);
+}
+
 /* Between editing and looking. */
 NB_VOID set_rights(VGA_FORM *form) {
-    const VGA_FORM_PLAN &plan = *form->plan;
-    NB_USHORT lost = form->common.parent_item == nullptr && form->adding == 0;
-    form->read_only = gvga_read_only != 0 || plan.issue == nullptr || lost != 0 ||
-                      (plan.may_edit != nullptr && plan.may_edit(form) == 0);
+    form->read_only = may_only_look(form);
     auto set = form->read_only != 0 ? vga_dialog_disallow_edit : vga_dialog_allow_edit;
     set(&form->common, vga_form_ok_cb, form->apply);
     if (form->reset != nullptr) {
@@ -228,7 +233,31 @@ NB_VOID follow_record(VGA_FORM *form) {
         vga_form_put_field(form, field, fresh.data());
     }
     form->filling = 0;
+    if (form->read_only != may_only_look(form)) {
+        set_rights(form);
+    }
     arrange(form);
+}
+
+/* The title says that the record is gone for as long as the dialog is open: the box is soon read.
+ */
+NB_VOID mark_title(VGA_FORM *form) {
+    XmString title = nullptr;
+    XtVaGetValues(form->common.widget, XmNdialogTitle, &title, nullptr);
+    const VGA_STRING owned(title);
+    const VGA_TEXT text(static_cast<NB_CHAR *>(XmStringUnparse(
+        title, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL)));
+    v0_mb_strncpy(form->title, text.get() != nullptr ? text.get() : "", sizeof(form->title));
+    NB_CHAR marked[sizeof(form->title) + 64];
+    vga_print_msg(marked, sizeof(marked), VGA_MSG_FORM_TITLE_GONE, "s", form->title);
+    vga_set_title(&form->common, marked);
+}
+
+NB_VOID unmark_title(VGA_FORM *form) {
+    if (form->title[0] != '\0') {
+        vga_set_title(&form->common, form->title);
+        form->title[0] = '\0';
+    }
 }
 
 NB_VOID lose_record(VGA_FORM *form) {
@@ -239,7 +268,11 @@ NB_VOID lose_record(VGA_FORM *form) {
     form->common.parent_item = nullptr;
     form->adding = form->plan->defines;
     set_rights(form);
+    if (form->read_only != 0) {
+        set_pending(form, 0); /* no answer changes anything any more */
+    }
     arrange(form);
+    mark_title(form);
     NB_USHORT message = form->plan->gone;
     if (message == 0) {
         message =
@@ -270,16 +303,19 @@ NB_VOID vga_form_close_proc(VGA_DIALOG *desc) {
         *form->slot = nullptr;
     }
     form->slot = nullptr;
+    unmark_title(form);
 }
 
 NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what) {
     VGA_FORM *form = form_of(desc);
-    if (item == nullptr || item != desc->parent_item) {
+    if (item == nullptr || desc->parent_item == nullptr) {
         return;
     }
-    if (what == VGA_RECORD_GONE) {
+    const bool own = item == desc->parent_item;
+    if (what == VGA_RECORD_GONE && own) {
         lose_record(form);
-    } else {
+    } else if (what != VGA_RECORD_GONE &&
+               (own || (form->plan->shows_too != nullptr && form->plan->shows_too(form, item)))) {
         follow_record(form);
     }
 }
@@ -331,6 +367,9 @@ NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
         return;
     }
     VGA_FORM *form = form_of(desc);
+    if (form->pending == 0) {
+        return; /* the record went meanwhile */
+    }
     if (vga_verb_succeeded(work->vcb) == 0) {
         form->leaving = 0;
         set_pending(form, 0);

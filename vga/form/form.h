@@ -50,6 +50,10 @@ struct VGA_FORM_PLAN {
      * message without arguments, or 0. */
     NB_USHORT (*question)(const VGA_FORM *form) = nullptr;
 
+    /* 1 for another record, `item`, of which the dialog shows something: it is loaded again when
+     * that one changes, too. */
+    NB_USHORT (*shows_too)(const VGA_FORM *form, const NB_VOID *item) = nullptr;
+
     /* Required where anything can be edited.  Issues the first verb, with vga_form_handle(form) as
      * user data; returns 0 when it could not be queued. */
     NB_USHORT (*issue)(VGA_FORM *form) = nullptr;
@@ -78,6 +82,7 @@ struct VGA_FORM {
     NB_USHORT leaving;   /* OK was pressed: close when all is done */
     NB_USHORT confirmed; /* the question was answered with OK */
     NB_USHORT filling;   /* the program is writing the fields */
+    NB_CHAR title[128];  /* what the title says while the record is there; empty: it is */
     Widget apply, reset; /* null: the dialog has no such button */
     Widget widgets[VGA_FORM_MAX_FIELDS];
 };

@@ -70,6 +70,11 @@ NB_VOID load(const VGA_FORM *form, NB_VOID *out) {
     }
 }
 
+/* Limit and rights are those of the mode's definition. */
+NB_USHORT shows_too(const VGA_FORM *form, const NB_VOID *item) {
+    return item == definition_of(mode_of(form));
+}
+
 NB_USHORT may_edit(const VGA_FORM *form) {
     const VGA_MODE_DEF *definition = definition_of(mode_of(form));
     return definition != nullptr &&
@@ -120,6 +125,7 @@ constexpr VGA_FORM_PLAN plan = {
     .may_edit = may_edit,
     .check = check,
     .question = question,
+    .shows_too = shows_too,
     .issue = issue,
 };
 
