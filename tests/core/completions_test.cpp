@@ -80,17 +80,21 @@ protected:
         vga_dispatch_indication(&work);
     }
 
-    /* Hands on what the nodes have indicated, and answers what the program asks then. */
-    NB_VOID heard() {
+    /* Hands on what the nodes have indicated. */
+    NB_VOID hand_on() {
         domain->take_indications([](const std::string &name, const NAP_RESOURCE_INDICATION &one) {
             VGA_NODE *node = node_named(name);
             dispatch(bytes_of(one), node->target, node->handle);
         });
+    }
+    NB_VOID heard() {
+        hand_on();
         run(1);
     }
 
-    /* Another administrator's verb, or the program's own.  Returns whether it succeeded. */
-    bool change(BLOCK block, size_t at) {
+    /* Another administrator's verb, or the program's own, and what it changed.  Returns whether it
+     * succeeded. */
+    bool change_within(BLOCK block, size_t at) {
         const NB_USHORT opcode = vcb_of(block)->opcode;
         VGA_NODE *node = vga_is_verb_of_domain(opcode) ? nullptr : node_at(at);
         const NB_ULONG target = node != nullptr ? node_targets + at : file_targets;
@@ -107,8 +111,15 @@ protected:
             vcb_of(block)->primary_rc = NAP_INDICATION;
             dispatch(block, open, handle);
         }
-        heard();
+        hand_on();
         return true;
+    }
+
+    /* The same, and all that follows. */
+    bool change(const BLOCK &block, size_t at) {
+        const bool done = change_within(block, at);
+        run(1);
+        return done;
     }
 
     /* The model, and what it keeps of settings. */
@@ -340,6 +351,40 @@ TEST_P(Completions, LeaveTheModelAsAFreshBuildFindsIt) {
         }
     }
     EXPECT_EQ(untouched, GetParam().untouched) << "what nothing is done to proves nothing";
+}
+
+/* Whoever defines and deletes while the lists are read. */
+TEST_P(Completions, InsideABuildAreNeitherLostNorUndone) {
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    int done = 0;
+    stop_nodes();
+    for (int round = 0; round < 12 && !HasFailure(); round++) {
+        if (round % 2 == 0) {
+            vga_free_node_resources(node_at(0), 1, nullptr);
+        }
+        vga_start_build_node(node_at(0));
+        while (!scripted_nof.in_flight.empty()) {
+            answer(random() % scripted_nof.in_flight.size());
+            /* What is registered for copies hears of them. */
+            const bool listens = node_at(0)->connection == VGA_CONNECTED;
+            const Schema &schema =
+                *records::all_schemas[random() % std::size(records::all_schemas)];
+            if (!listens || schema.define == 0 || vga_is_verb_of_domain(schema.define)) {
+                continue;
+            }
+            const auto all = entries(schema, schema.lists[1].list != 0 ? 1 : 0, 0, false);
+            if (!all.empty()) {
+                const std::string &entry = all[random() % all.size()];
+                done += change_within(random() % 2 != 0 ? delete_block(schema, entry)
+                                                        : define_block(schema, entry),
+                                      0);
+            }
+        }
+        compare("round " + std::to_string(round));
+    }
+    EXPECT_GT(done, 100);
 }
 
 /* Every setting, and back to what it was before anybody set it. */

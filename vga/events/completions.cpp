@@ -83,10 +83,15 @@ NB_VOID *put_in(const VGA_LIST &list, const VGA_DEFINITION &own, VGA_NODE *node,
     return list.find(node, entry + records::KEY_OFFSET).record;
 }
 
+NB_VOID unread(const VGA_DEFINITION &own, VGA_NODE *node, const ENTRY &entry) {
+    if (own.unread != nullptr) {
+        own.unread(node, entry.data());
+    }
+}
+
 NB_VOID define(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb) {
     const Schema &schema = *list.schema;
-    const VGA_DEFINITION *peculiar = vga_find_definition(&schema);
-    const VGA_DEFINITION own = peculiar != nullptr ? *peculiar : VGA_DEFINITION();
+    const VGA_DEFINITION &own = vga_find_definition(&schema);
     ENTRY old;
     ENTRY entry;
     if (comes_with_list(list, node)) {
@@ -104,6 +109,7 @@ NB_VOID define(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb) {
     }
     NB_VOID *record = put_in(list, own, node, entry.data());
     if (record == nullptr) {
+        unread(own, node, entry);
         return;
     }
     if (own.joined != nullptr) {
@@ -116,10 +122,13 @@ NB_VOID remove(const VGA_LIST &list, VGA_NODE *node, const NAP_VCB *vcb) {
     ENTRY entry;
     entry.fill(0);
     records::take_key(*list.schema, bytes_of(vcb), entry.data());
-    if (list.remove(node, entry.data() + records::KEY_OFFSET) == 0 &&
-        !vga_is_list_outstanding(node, list.opcode)) {
+    if (list.remove(node, entry.data() + records::KEY_OFFSET) != 0) {
+        return;
+    }
+    if (!vga_is_list_outstanding(node, list.opcode)) {
         vga_report_unknown(vcb->opcode, list, entry.data() + records::KEY_OFFSET);
     }
+    unread(vga_find_definition(list.schema), node, entry);
 }
 
 /* Settings are kept as the answer to their query would be. */

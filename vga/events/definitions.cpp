@@ -103,6 +103,12 @@ NB_VOID cn_port_joined(NB_VOID *record, const NB_UCHAR *) {
     vga_cn_follows(static_cast<VGA_CN_PORT *>(record)->parent);
 }
 
+NB_VOID cn_port_unread(VGA_NODE *node, const NB_UCHAR *entry) {
+    if (VGA_CN *cn = vga_find_cn(node, nap_copy<NAP_CN_PORT_DATA>(entry).fqcn_name)) {
+        vga_cn_follows(cn);
+    }
+}
+
 /* No indication tells what they are in now. */
 
 NB_VOID primary_line_joined(NB_VOID *record, const NB_UCHAR *) {
@@ -126,6 +132,41 @@ NB_VOID lu03_joined(NB_VOID *record, const NB_UCHAR *before) {
     vga_join_pool(lu);
     if (before != nullptr && vga_compare_ebc8(old.pool_name, lu->vcb->def_data.pool_name) != 0) {
         vga_ask_for_empty_pool(lu->parent->parent, old.pool_name);
+    }
+}
+
+/* The entries of a pool, and of an LU in it: there or not, the node says. */
+NB_VOID read_pool(VGA_NODE *node, const NB_UCHAR *pool_name, const NB_UCHAR *lu_name) {
+    NAP_LU_POOL_DATA entry = {};
+    const auto *key = reinterpret_cast<const NB_UCHAR *>(&entry) + records::KEY_OFFSET;
+    memcpy(entry.pool_name, pool_name, sizeof(entry.pool_name));
+    memset(entry.lu_name, 0x40, sizeof(entry.lu_name));
+    vga_read_resource(node, NAP_QUERY_LU_POOL, key);
+    if (!vga_blank_name(lu_name, sizeof(entry.lu_name))) {
+        memcpy(entry.lu_name, lu_name, sizeof(entry.lu_name));
+        vga_read_resource(node, NAP_QUERY_LU_POOL, key);
+    }
+}
+
+/* Pools and the PU may have been read before. */
+NB_VOID lu03_unread(VGA_NODE *node, const NB_UCHAR *entry) {
+    auto data = nap_copy<NAP_LU03_DATA>(entry);
+    vga_for_each(node->pools, &VGA_POOL::links, [node, &data](VGA_POOL &pool) {
+        if (ntl_avl_find(&pool.lu_tree, data.lu_name) != nullptr) {
+            read_pool(node, pool.name, data.lu_name);
+        }
+    });
+    if (!vga_blank_name(data.def_data.pool_name, sizeof(data.def_data.pool_name))) {
+        read_pool(node, data.def_data.pool_name, data.lu_name);
+    }
+    if (VGA_LOCAL_PU *pu = vga_find_local_pu(node, data.pu_name)) {
+        vga_read_pu(pu);
+    }
+}
+
+NB_VOID down_lu_unread(VGA_NODE *node, const NB_UCHAR *entry) {
+    if (VGA_DOWN_PU *pu = vga_find_down_pu(node, nap_copy<NAP_DOWN_LU_DATA>(entry).dspu_name)) {
+        vga_read_pu(pu);
     }
 }
 
@@ -199,7 +240,28 @@ NB_VOID *define_lu_pool(VGA_NODE *node, const NB_UCHAR *entry) {
     return vga_find_pool_lu(node, data.pool_name, data.lu_name);
 }
 
+/* LUs may have been read before, with the pool that they were in. */
+NB_VOID lu_pool_unread(VGA_NODE *node, const NB_UCHAR *entry) {
+    auto data = nap_copy<NAP_LU_POOL_DATA>(entry);
+    const bool whole = vga_blank_name(data.lu_name, sizeof(data.lu_name));
+    vga_for_each(node->local_pus, &VGA_LOCAL_PU::links, [&](VGA_LOCAL_PU &pu) {
+        vga_for_each(pu.lus, &VGA_LU03::links, [&](VGA_LU03 &lu) {
+            if (whole ? vga_compare_ebc8(lu.vcb->def_data.pool_name, data.pool_name) == 0
+                      : vga_compare_ebc8(lu.name, data.lu_name) == 0) {
+                vga_read_resource(node, NAP_QUERY_LU_0_TO_3, lu.vcb->pu_name);
+            }
+        });
+    });
+    read_pool(node, data.pool_name, data.lu_name);
+}
+
 /* Sessions. */
+
+template <class Data> NB_VOID cos_row_unread(VGA_NODE *node, const NB_UCHAR *entry) {
+    if (VGA_COS *cos = vga_find_cos(node, nap_copy<Data>(entry).cos_name)) {
+        vga_cos_follows(cos);
+    }
+}
 
 NB_VOID fill_directory(NB_UCHAR *entry) {
     auto data = nap_copy<NAP_DIR_DATA>(entry);
@@ -217,23 +279,28 @@ constexpr VGA_DEFINITION definitions[] = {
     {.schema = &records::ls, .joined = ls_joined},
     {.schema = &records::pu, .fill = fill_pu, .joined = pu_joined},
     {.schema = &records::cn, .joined = cn_joined},
-    {.schema = &records::cn_port, .joined = cn_port_joined},
+    {.schema = &records::cn_port, .joined = cn_port_joined, .unread = cn_port_unread},
     {.schema = &records::primary_line, .joined = primary_line_joined},
     {.schema = &records::primary_lu0, .joined = primary_lu0_joined},
-    {.schema = &records::lu03, .joined = lu03_joined},
-    {.schema = &records::down_lu, .joined = down_lu_joined},
+    {.schema = &records::lu03, .joined = lu03_joined, .unread = lu03_unread},
+    {.schema = &records::down_lu, .joined = down_lu_joined, .unread = down_lu_unread},
     {.schema = &records::local_lu, .joined = local_lu_joined},
-    {.schema = &records::lu_pool, .define = define_lu_pool},
+    {.schema = &records::lu_pool, .unread = lu_pool_unread, .define = define_lu_pool},
     {.schema = &records::directory, .fill = fill_directory},
-    {.schema = &records::cos_node_row, .joined = cos_row_joined<VGA_COS_NODE_ROW>},
-    {.schema = &records::cos_tg_row, .joined = cos_row_joined<VGA_COS_TG_ROW>},
+    {.schema = &records::cos_node_row,
+     .joined = cos_row_joined<VGA_COS_NODE_ROW>,
+     .unread = cos_row_unread<NAP_COS_NODE_ROW_DATA>},
+    {.schema = &records::cos_tg_row,
+     .joined = cos_row_joined<VGA_COS_TG_ROW>,
+     .unread = cos_row_unread<NAP_COS_TG_ROW_DATA>},
 };
 
 } // namespace
 
-const VGA_DEFINITION *vga_find_definition(const records::Schema *schema) {
+const VGA_DEFINITION &vga_find_definition(const records::Schema *schema) {
+    static constexpr VGA_DEFINITION nothing_peculiar;
     const auto *found =
         std::find_if(std::begin(definitions), std::end(definitions),
                      [schema](const VGA_DEFINITION &row) { return row.schema == schema; });
-    return found != std::end(definitions) ? found : nullptr;
+    return found != std::end(definitions) ? *found : nothing_peculiar;
 }

@@ -12,11 +12,15 @@ struct VGA_DEFINITION {
     /* Brings in line what the definition changed elsewhere.  `before` is the entry that the record
      * had; null: it is new. */
     NB_VOID (*joined)(NB_VOID *record, const NB_UCHAR *before) = nullptr;
+    /* The verb was about a resource that the model does not have, perhaps because it still reads
+     * its list: brings in line what that list does not bring.  Of a deletion the entry holds the
+     * key only. */
+    NB_VOID (*unread)(VGA_NODE *node, const NB_UCHAR *entry) = nullptr;
     /* Puts the entry in, in place of the list.  Returns the record, null without one. */
     NB_VOID *(*define)(VGA_NODE *node, const NB_UCHAR *entry) = nullptr;
 };
 
-/* The row of a schema, or null: nothing peculiar. */
-const VGA_DEFINITION *vga_find_definition(const records::Schema *schema);
+/* The row of a schema; one with nothing peculiar for those that have none. */
+const VGA_DEFINITION &vga_find_definition(const records::Schema *schema);
 
 #endif

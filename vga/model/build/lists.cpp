@@ -211,6 +211,14 @@ VGA_ENTRY_RESULT add_plu(VGA_NODE *node, const NB_UCHAR *entry) {
     return insert(vga_init_vga_plu(lu, as_entry<NAP_PLU_DATA>(entry)), vga_insert_vga_plu);
 }
 
+/* A password belongs to a local LU, though the node has one index of all. */
+VGA_ENTRY_RESULT add_password(VGA_NODE *node, const NB_UCHAR *entry) {
+    auto data = nap_copy<NAP_LU_LU_PASSWORD_DATA>(entry);
+    return vga_find_lu62_by_alias(node, data.lu_alias) == nullptr
+               ? VGA_ENTRY_SKIPPED
+               : add_to_node<vga_init_vga_slsec_def, vga_insert_vga_slsec_def>(node, entry);
+}
+
 /* A definition goes to the partner wherever the directory or the sessions have put it, else under
  * the placeholder. */
 VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
@@ -256,6 +264,7 @@ VGA_ENTRY_RESULT add_plu_def(VGA_NODE *node, const NB_UCHAR *entry) {
 
 constexpr auto mode_of_lu = in_owner<vga_init_vga_mode, vga_find_lu62_by_alias, &VGA_LU62::modes, name8>;
 constexpr auto partner_of_lu = in_owner<vga_init_vga_plu, vga_find_lu62_by_alias, &VGA_LU62::partners, name8>;
+constexpr auto password_of_lu = in_node<vga_init_vga_slsec_def, &VGA_NODE::sl_security>;
 constexpr auto add_tamrix_sess = add_to_node<vga_init_vga_tamrix_appcip_sess, vga_insert_vga_tamrix_appcip_sess>;
 
 constexpr VGA_LIST lists[] = {
@@ -287,7 +296,7 @@ constexpr VGA_LIST lists[] = {
     {.opcode = NAP_QUERY_LS_ROUTING, .schema = &records::ls_routing, BELOW_OWNER(ls_routing, "lu_name", vga_find_lu62, vga_ls_routing, VGA_LU62::routings)},
     {.opcode = NAP_QUERY_DSPU_TEMPLATE, .schema = &records::dspu_template, OF_NODE(vga_dspu_template, dspu_templates)},
     {.opcode = NAP_QUERY_RTP_CONNECTION, .schema = &records::rtp_conn, OF_NODE(vga_rtp_conn, rtp_conns)},
-    {.opcode = NAP_QUERY_LU_LU_PASSWORD, .schema = &records::lu_lu_password, OF_NODE(vga_slsec_def, sl_security)},
+    {.opcode = NAP_QUERY_LU_LU_PASSWORD, .schema = &records::lu_lu_password, BY_OWNER(lu_lu_password, "lu_alias", add_password, password_of_lu)},
     {.opcode = NAP_QUERY_USERID_PASSWORD, .schema = &records::userid_password, OF_NODE(vga_clsec_def, cl_security)},
     {.opcode = NAP_QUERY_SECURITY_ACCESS_LIST, .schema = &records::access_list, OF_NODE(vga_access_list, access_lists)},
     {.opcode = NAP_QUERY_CPIC_SIDE_INFO, .schema = &records::cpic, OF_SYSTEM(vga_cpic, cpics)},

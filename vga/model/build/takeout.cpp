@@ -40,9 +40,15 @@ template <class Row> NB_VOID take_row_out(Row *row) {
     vga_cos_follows(cos);
 }
 
-template <class Pu> NB_VOID count_lus(Pu *pu, NB_INT more) {
+/* While the list of its LUs is read, only the node knows how many there are. */
+template <class Pu> NB_VOID lus_follow(Pu *pu, NB_INT more, NB_USHORT list) {
+    if (vga_is_list_outstanding(pu->parent, list)) {
+        vga_read_pu(pu);
+        return;
+    }
     NB_ULONG before = pu->vcb->lu_count;
     pu->vcb->lu_count = more < 0 && before == 0 ? 0 : before + static_cast<NB_ULONG>(more);
+    vga_link_station_follows(pu->ls_entry);
 }
 
 template <class Lu> NB_VOID take_lu_out(Lu *lu) {
@@ -93,6 +99,12 @@ NB_VOID vga_link_station_follows(VGA_LS *ls) {
 }
 
 NB_VOID vga_cos_follows(VGA_COS *cos) {
+    VGA_NODE *node = cos->parent;
+    if (vga_is_list_outstanding(node, NAP_QUERY_COS_NODE_ROW) ||
+        vga_is_list_outstanding(node, NAP_QUERY_COS_TG_ROW)) {
+        vga_read_resource(node, NAP_QUERY_COS, cos->name);
+        return;
+    }
     cos->vcb->def_data.num_of_node_rows = count_of(cos->node_rows, &VGA_COS_NODE_ROW::links);
     cos->vcb->def_data.num_of_tg_rows = count_of(cos->tg_rows, &VGA_COS_TG_ROW::links);
     vga_record_changed(cos, VGA_RECORD_CHANGED);
@@ -106,15 +118,22 @@ NB_VOID vga_cn_follows(VGA_CN *cn) {
     }
 }
 
+NB_VOID vga_read_pu(VGA_LOCAL_PU *pu) {
+    NB_USHORT over_dlur = pu->vcb->host_attachment == NAP_DLUR_ATTACHED;
+    vga_read_resource(pu->parent, over_dlur ? NAP_QUERY_DLUR_PU : NAP_QUERY_PU, pu->name);
+}
+
+NB_VOID vga_read_pu(VGA_DOWN_PU *pu) {
+    vga_read_resource(pu->parent, NAP_QUERY_DOWNSTREAM_PU, pu->name);
+}
+
 NB_VOID vga_pu_follows(VGA_LOCAL_PU *pu, NB_INT more) {
-    count_lus(pu, more);
+    lus_follow(pu, more, NAP_QUERY_LU_0_TO_3);
     vga_update_line(pu);
-    vga_link_station_follows(pu->ls_entry);
 }
 
 NB_VOID vga_pu_follows(VGA_DOWN_PU *pu, NB_INT more) {
-    count_lus(pu, more);
-    vga_link_station_follows(pu->ls_entry);
+    lus_follow(pu, more, NAP_QUERY_DOWNSTREAM_LU);
 }
 
 NB_VOID vga_take_out(VGA_LOCAL_PU *pu) {

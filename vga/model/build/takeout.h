@@ -30,7 +30,7 @@ NB_VOID vga_take_out(VGA_USER *user);
  * draws it anew and tells windows. */
 NB_VOID vga_link_station_follows(VGA_LS *ls);
 
-/* Reads anew what a class of service, and a connection network, say of what they consist of. */
+/* Brings what a class of service, and a connection network, say of what they consist of in line. */
 NB_VOID vga_cos_follows(VGA_COS *cos);
 NB_VOID vga_cn_follows(VGA_CN *cn);
 
@@ -40,7 +40,11 @@ NB_VOID vga_ask_for_empty_pool(VGA_NODE *node, const NB_UCHAR *name);
 /* Puts an LU that names a pool into it. Returns 0 without memory. */
 NB_USHORT vga_join_pool(VGA_LU03 *lu);
 
-/* As many LUs as the PU has in the model. */
+/* Reads the entry of a PU again. */
+NB_VOID vga_read_pu(VGA_LOCAL_PU *pu);
+NB_VOID vga_read_pu(VGA_DOWN_PU *pu);
+
+/* So many more LUs belong to the PU. */
 NB_VOID vga_pu_follows(VGA_LOCAL_PU *pu, NB_INT more);
 NB_VOID vga_pu_follows(VGA_DOWN_PU *pu, NB_INT more);
 

@@ -80,6 +80,15 @@ VGA_REM_SYS *network_placeholder(VGA_NODE *node) {
     return node->network_fake_rem_sys;
 }
 
+/* Of a remote system that the directory does not have. */
+NAP_DIR_DATA system_entry(const NB_UCHAR *fqcp_name) {
+    NAP_DIR_DATA entry = {};
+    entry.overlay_size = sizeof(entry);
+    memcpy(entry.fqcp_name, fqcp_name, sizeof(entry.fqcp_name));
+    memcpy(entry.resource_name, fqcp_name, sizeof(entry.resource_name));
+    return entry;
+}
+
 NB_USHORT is_control_point(NB_USHORT resource_type) {
     return resource_type == NAP_DIR_END_NODE || resource_type == NAP_DIR_NETWORK_NODE;
 }
@@ -148,10 +157,7 @@ VGA_REM_SYS *vga_need_rem_sys(VGA_NODE *node, const NB_UCHAR *fqcp_name) {
     }
     VGA_REM_SYS *system = vga_find_rem_sys(node, fqcp_name);
     if (system == nullptr) {
-        NAP_DIR_DATA entry = {};
-        entry.overlay_size = sizeof(entry);
-        memcpy(entry.fqcp_name, fqcp_name, sizeof(entry.fqcp_name));
-        memcpy(entry.resource_name, fqcp_name, sizeof(entry.resource_name));
+        const NAP_DIR_DATA entry = system_entry(fqcp_name);
         system = vga_init_vga_rem_sys(node, &entry);
         if (system != nullptr) {
             system = vga_insert_vga_rem_sys(system);
@@ -226,6 +232,9 @@ NB_VOID VGA_RECORD_TYPE<VGA_DIR>::unlinked(VGA_DIR &dir) {
     VGA_REM_SYS *system = dir.of_system ? vga_find_rem_sys(dir.parent, dir.key.fqcp_name) : nullptr;
     if (system != nullptr) {
         system->defined--;
+        if (system->defined == 0) {
+            *system->vcb = system_entry(system->name);
+        }
         vga_update_line(system);
         vga_drop_unused_system(system);
     }

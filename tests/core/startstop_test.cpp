@@ -1,0 +1,201 @@
+/* Starting and stopping: which verb goes out, which does not, and what the node makes of it. */
+#include "livesupport.h"
+
+#include "completions.h"
+#include "messages.h"
+#include "startstop.h"
+#include "vgadsutl.h"
+#include "vgaindct.h"
+
+SCRIPTED_NOF_ENTRY
+
+namespace {
+
+std::vector<NB_USHORT> completed; /* primary codes */
+
+NB_VOID done(const VGA_PROCESS_STATE *work) {
+    completed.push_back(work->vcb->primary_rc);
+    vga_verb_completed(work);
+}
+
+class StartStop : public LIVE_MODEL, public testing::Test {
+protected:
+    void SetUp() override {
+        open("single");
+        build();
+        domain->take_indications([](const std::string &, const NAP_RESOURCE_INDICATION &) {});
+        node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+        completed.clear();
+    }
+    void TearDown() override { close(); }
+
+    /* Issues the operation and lets all follow that follows. */
+    NB_USHORT operate(const VGA_RESOURCE &resource, VGA_OPERATION operation) {
+        const NB_USHORT reason = vga_operate(resource, operation, 0, done);
+        run(1);
+        for (int round = 0; round < 20; round++) {
+            domain->pass(1000);
+            domain->take_indications([this](const std::string &, NAP_RESOURCE_INDICATION one) {
+                VGA_PROCESS_STATE work = {node->target, reinterpret_cast<NAP_VCB *>(&one),
+                                          node->handle};
+                vga_dispatch_indication(&work);
+            });
+            run(1);
+        }
+        return reason;
+    }
+
+    template <class Record>
+    static Record *first_active(AVL_TREE &tree, bool (*active)(Record &), AVL_NODE Record::*links) {
+        Record *found = nullptr;
+        vga_for_each(tree, links, [&found, active](Record &record) {
+            found = found == nullptr && active(record) ? &record : found;
+        });
+        return found;
+    }
+
+    VGA_NODE *node;
+};
+
+TEST_F(StartStop, WhatStandsOnALineGoesDownAndUp) {
+    auto *ls = first_active<VGA_LS>(
+        node->link_stations,
+        [](VGA_LS &one) { return one.state == NAP_ACTIVE && one.local_pu != nullptr; },
+        &VGA_LS::node_links);
+    auto *dlur = first_active<VGA_LOCAL_PU>(
+        node->local_pus,
+        [](VGA_LOCAL_PU &one) {
+            return one.vcb->host_attachment == NAP_DLUR_ATTACHED &&
+                   one.vcb->pu_sscp_sess_active == NAP_ACTIVE;
+        },
+        &VGA_LOCAL_PU::links);
+    ASSERT_NE(ls, nullptr);
+    ASSERT_NE(dlur, nullptr);
+    VGA_PORT *port = ls->parent;
+    VGA_DLC *dlc = port->parent;
+    const struct {
+        VGA_RESOURCE resource;
+        std::function<NB_ULONG()> state;
+    } rows[] = {
+        {{VGA_OPERABLE_LOCAL_PU, dlur}, [&] { return dlur->vcb->pu_sscp_sess_active; }},
+        {{VGA_OPERABLE_LOCAL_PU, ls->local_pu},
+         [&] { return ls->local_pu->vcb->pu_sscp_sess_active; }},
+        {{VGA_OPERABLE_LS, ls}, [&] { return ls->state; }},
+        {{VGA_OPERABLE_PORT, port}, [&] { return port->vcb->det_data.port_state; }},
+        {{VGA_OPERABLE_DLC, dlc}, [&] { return dlc->vcb->dlc_sts; }},
+    };
+    for (const auto &row : rows) {
+        for (const VGA_OPERATION stop : {VGA_STOP_ORDERLY, VGA_STOP_IMMEDIATE}) {
+            SCOPED_TRACE(row.resource.kind);
+            EXPECT_EQ(operate(row.resource, VGA_START), VGA_MSG_NODEW_ACTIVE_ALREADY);
+            EXPECT_EQ(operate(row.resource, stop), 0);
+            EXPECT_EQ(row.state(), NB_ULONG{NAP_NOT_ACTIVE});
+            EXPECT_EQ(operate(row.resource, stop), VGA_MSG_NODEW_NOT_ACTIVE);
+            EXPECT_EQ(operate(row.resource, VGA_START), 0);
+            EXPECT_EQ(row.state(), NB_ULONG{NAP_ACTIVE});
+        }
+    }
+    EXPECT_EQ(completed, std::vector<NB_USHORT>(20, NAP_OK));
+}
+
+TEST_F(StartStop, AnActiveLinkStandsForItsPu) {
+    auto *ls = first_active<VGA_LS>(
+        node->link_stations,
+        [](VGA_LS &one) { return one.state == NAP_ACTIVE && one.local_pu != nullptr; },
+        &VGA_LS::node_links);
+    ASSERT_NE(ls, nullptr);
+    EXPECT_EQ(operate({VGA_OPERABLE_LOCAL_PU, ls->local_pu}, VGA_STOP_IMMEDIATE), 0);
+    EXPECT_EQ(ls->state, NAP_ACTIVE);
+    EXPECT_EQ(operate({VGA_OPERABLE_LS, ls}, VGA_START), 0);
+    EXPECT_EQ(ls->local_pu->vcb->pu_sscp_sess_active, NAP_ACTIVE);
+}
+
+TEST_F(StartStop, OfTheNode) {
+    const VGA_RESOURCE itself = {VGA_OPERABLE_NODE, node};
+    const VGA_RESOURCE port = {VGA_OPERABLE_PORT, AVL_FIRST(node->ports)};
+    EXPECT_EQ(vga_refuses_operation(itself, VGA_START), VGA_MSG_NODEW_ACTIVE_ALREADY);
+    EXPECT_EQ(operate(itself, VGA_STOP_ORDERLY), 0);
+    EXPECT_EQ(node->node_state, NB_ULONG{NAP_NODE_STOPPING}) << "the answer stands for it";
+    EXPECT_EQ(vga_refuses_operation(itself, VGA_STOP_ORDERLY), VGA_MSG_NODEW_WRONG_STATE);
+    EXPECT_EQ(vga_refuses_operation(itself, VGA_STOP_IMMEDIATE), 0) << "hurries it";
+    EXPECT_EQ(vga_refuses_operation(port, VGA_START), VGA_MSG_NODEW_NODE_NOT_ACTIVE);
+    node->node_state = NAP_NODE_STOPPED;
+    EXPECT_EQ(operate(itself, VGA_START), 0);
+    EXPECT_EQ(node->node_state, NB_ULONG{NAP_NODE_STARTING});
+}
+
+TEST_F(StartStop, WhatIsRefusedIsNotIssued) {
+    const VGA_RESOURCE port = {VGA_OPERABLE_PORT, AVL_FIRST(node->ports)};
+    const NB_ULONG before = scripted_nof.issued;
+    gvga_read_only = 1;
+    EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_UNAVAILABLE);
+    gvga_read_only = 0;
+    const NB_ULONG target = std::exchange(node->target, 0);
+    EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_NODEW_NODE_LOST);
+    node->target = target;
+    EXPECT_EQ(vga_operate({VGA_OPERABLE_NONE, nullptr}, VGA_START, 0, done),
+              VGA_MSG_NODEW_NOT_STARTABLE);
+    EXPECT_EQ(vga_operate({VGA_OPERABLE_LU62, AVL_FIRST(node->lus)}, VGA_START, 0, done),
+              VGA_MSG_NODEW_NOT_STARTABLE);
+    if (node->dlur_fake_port != nullptr) {
+        EXPECT_EQ(vga_operate({VGA_OPERABLE_PORT, node->dlur_fake_port}, VGA_START, 0, done),
+                  VGA_MSG_NODEW_NOT_STARTABLE);
+    }
+    EXPECT_EQ(vga_operate_all({}, VGA_START, 0, done), VGA_MSG_NODEW_SELECT_FIRST);
+    EXPECT_EQ(scripted_nof.issued, before);
+}
+
+TEST_F(StartStop, OfASelectionWhatCanBe) {
+    VGA_VIEWER_ROOT &list = node->connectivity_root;
+    NB_ULONG active = 0;
+    vga_for_each(node->ports, &VGA_PORT::node_links, [&](VGA_PORT &port) {
+        vga_viewer_set_select(&list, &port.gui_data.viewer, 1);
+        active += port.vcb->det_data.port_state == NAP_ACTIVE;
+    });
+    ASSERT_GT(active, 1U);
+    EXPECT_EQ(vga_selected_resources(&list).size(), static_cast<size_t>(list.select_count));
+    EXPECT_EQ(vga_operate_all(vga_selected_resources(&list), VGA_STOP_IMMEDIATE, 0, done), 0);
+    EXPECT_EQ(scripted_nof.in_flight.size(), active);
+    for (const ISSUED_VERB &verb : scripted_nof.in_flight) {
+        NAP_NAME_VERB stop;
+        memcpy(&stop, verb.vcb, sizeof(stop));
+        EXPECT_EQ(stop.opcode, NAP_STOP_PORT);
+        EXPECT_EQ(stop.stop_type, NAP_IMMEDIATE_STOP);
+        EXPECT_EQ(verb.target, node->target);
+        EXPECT_NE(vga_find_port(node, stop.key), nullptr);
+    }
+    run(1);
+    EXPECT_EQ(completed.size(), active);
+}
+
+TEST_F(StartStop, SessionsHaveVerbsOfTheirOwn) {
+    auto *lu = first_active<VGA_LU62>(
+        node->lus, [](VGA_LU62 &one) { return AVL_FIRST(one.modes) != nullptr; },
+        &VGA_LU62::name_links);
+    ASSERT_NE(lu, nullptr);
+    auto *mode = static_cast<VGA_MODE *>(AVL_FIRST(lu->modes));
+    mode->vcb->act_sess_count = 2;
+    lu->vcb->active_sessions = 2;
+    EXPECT_EQ(vga_operate({VGA_OPERABLE_MODE, mode}, VGA_START, 0, done), 0);
+    EXPECT_EQ(vga_operate({VGA_OPERABLE_MODE, mode}, VGA_STOP_IMMEDIATE, 0, done), 0);
+    EXPECT_EQ(vga_operate({VGA_OPERABLE_LU62, lu}, VGA_STOP_IMMEDIATE, 0, done), 0);
+    ASSERT_EQ(scripted_nof.in_flight.size(), 3u);
+    NAP_LU62_SESSION_VERB session;
+    memcpy(&session, scripted_nof.in_flight[0].vcb, sizeof(session));
+    EXPECT_EQ(session.opcode, NAP_ACTIVATE_SESSION);
+    EXPECT_EQ(session.sessions, 1);
+    EXPECT_EQ(session.stop_type, 0);
+    EXPECT_EQ(memcmp(session.lu_alias, lu->alias, sizeof(session.lu_alias)), 0);
+    EXPECT_EQ(memcmp(session.fqplu_name, mode->key.fqplu_name, sizeof(session.fqplu_name)), 0);
+    memcpy(&session, scripted_nof.in_flight[1].vcb, sizeof(session));
+    EXPECT_EQ(session.opcode, NAP_DEACTIVATE_SESSION);
+    EXPECT_EQ(session.stop_type, NAP_IMMEDIATE_STOP);
+    EXPECT_EQ(session.sessions, 0);
+    NAP_END_LU_SESSION_VERB end;
+    memcpy(&end, scripted_nof.in_flight[2].vcb, sizeof(end));
+    EXPECT_EQ(end.opcode, NAP_END_LU_SESSION);
+    EXPECT_EQ(end.session_number, 0);
+    EXPECT_EQ(end.stop_type, NAP_IMMEDIATE_STOP);
+}
+
+} // namespace

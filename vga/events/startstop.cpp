@@ -1,0 +1,261 @@
+#include "startstop.h"
+#include "globals.h"
+#include "messages.h"
+#include "nofverbs.h"
+#include "schemas.h"
+#include <cstring>
+
+namespace {
+
+/* What an operation needs to know of a record. */
+struct SUBJECT {
+    VGA_NODE *node;
+    const NB_UCHAR *key; /* of the verbs */
+    size_t key_length;
+    NB_ULONG state;
+};
+
+/* A set of states. */
+template <class... State> constexpr NB_USHORT in(State... states) {
+    return static_cast<NB_USHORT>(((1U << states) | ... | 0U));
+}
+
+constexpr NB_USHORT any = 0xFFFF;
+constexpr NB_USHORT down = in(NAP_NOT_ACTIVE, NAP_RESETTING);
+constexpr NB_USHORT up = in(NAP_PENDING_ACTIVE, NAP_ACTIVE);
+constexpr NB_USHORT going_down = in(NAP_PENDING_INACTIVE);
+
+struct OPERABLE {
+    VGA_OPERABLE kind;
+    NB_USHORT start, stop;               /* opcodes, 0: none */
+    NB_USHORT startable, stoppable;      /* sets of states; an orderly stop can be followed */
+    NB_USHORT interruptible;             /* by an immediate one in these */
+    SUBJECT (*subject)(NB_VOID *record); /* no key: cannot be operated */
+};
+
+template <class Record> const Record &as(const NB_VOID *record) {
+    return *static_cast<const Record *>(record);
+}
+
+SUBJECT node_subject(NB_VOID *record) {
+    auto *node = static_cast<VGA_NODE *>(record);
+    return {node, reinterpret_cast<const NB_UCHAR *>(node->name), sizeof(node->name),
+            node->node_state};
+}
+
+SUBJECT dlc_subject(NB_VOID *record) {
+    const auto &dlc = as<VGA_DLC>(record);
+    return {dlc.parent, dlc.name, sizeof(dlc.name), dlc.vcb->dlc_sts};
+}
+
+/* Placeholders have no entry. */
+SUBJECT port_subject(NB_VOID *record) {
+    const auto &port = as<VGA_PORT>(record);
+    return port.vcb == nullptr
+               ? SUBJECT{port.node, nullptr, 0, NAP_NOT_ACTIVE}
+               : SUBJECT{port.node, port.name, sizeof(port.name), port.vcb->det_data.port_state};
+}
+
+SUBJECT ls_subject(NB_VOID *record) {
+    const auto &ls = as<VGA_LS>(record);
+    return {ls.parent->node, ls.name, sizeof(ls.name), ls.state};
+}
+
+template <class Pu> SUBJECT pu_subject(NB_VOID *record) {
+    const auto &pu = as<Pu>(record);
+    return {pu.parent, pu.name, sizeof(pu.name), pu.vcb->pu_sscp_sess_active};
+}
+
+/* The key of its entry is that of the verbs. */
+SUBJECT mode_subject(NB_VOID *record) {
+    const auto &mode = as<VGA_MODE>(record);
+    const auto *entry = reinterpret_cast<const NB_UCHAR *>(mode.vcb);
+    return {mode.parent->parent, entry + records::KEY_OFFSET, records::mode.key_size(),
+            NB_ULONG{mode.vcb->act_sess_count != 0 ? NB_ULONG{NAP_ACTIVE} : NAP_NOT_ACTIVE}};
+}
+
+SUBJECT lu62_subject(NB_VOID *record) {
+    const auto &lu = as<VGA_LU62>(record);
+    return {lu.parent, lu.name, sizeof(lu.name),
+            NB_ULONG{lu.vcb->active_sessions != 0 ? NB_ULONG{NAP_ACTIVE} : NAP_NOT_ACTIVE}};
+}
+
+SUBJECT lu03_subject(NB_VOID *record) {
+    const auto &lu = as<VGA_LU03>(record);
+    return {lu.parent->parent, lu.name, sizeof(lu.name),
+            NB_ULONG{lu.vcb->det_data.plu_sess_active ? NB_ULONG{NAP_ACTIVE} : NAP_NOT_ACTIVE}};
+}
+
+constexpr NB_USHORT node_up = in(NAP_NODE_STARTING, NAP_NODE_ACTIVE);
+
+/* clang-format off */
+constexpr OPERABLE operables[] = {
+    {VGA_OPERABLE_NODE, NAP_INIT_NODE, NAP_STOP_NODE, in(NAP_NODE_STOPPED), node_up, in(NAP_NODE_STOPPING), node_subject},
+    {VGA_OPERABLE_DLC, NAP_START_DLC, NAP_STOP_DLC, down, up, going_down, dlc_subject},
+    {VGA_OPERABLE_PORT, NAP_START_PORT, NAP_STOP_PORT, down, up, going_down, port_subject},
+    {VGA_OPERABLE_LS, NAP_START_LS, NAP_STOP_LS, down, up, going_down, ls_subject},
+    {VGA_OPERABLE_LOCAL_PU, NAP_START_PU, NAP_STOP_PU, down, up, going_down, pu_subject<VGA_LOCAL_PU>},
+    {VGA_OPERABLE_DOWN_PU, NAP_START_PU, NAP_STOP_PU, down, up, going_down, pu_subject<VGA_DOWN_PU>},
+    {VGA_OPERABLE_MODE, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, any, up, 0, mode_subject},
+    {VGA_OPERABLE_LU62, 0, NAP_END_LU_SESSION, 0, up, 0, lu62_subject},
+    {VGA_OPERABLE_LU03, 0, NAP_END_LU_SESSION, 0, up, 0, lu03_subject},
+};
+/* clang-format on */
+
+const OPERABLE *find_operable(VGA_OPERABLE kind) {
+    for (const OPERABLE &row : operables) {
+        if (row.kind == kind) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+/* A start of an active link is meant for the PU that is on it. */
+VGA_RESOURCE meant(const VGA_RESOURCE &resource, VGA_OPERATION operation) {
+    if (resource.kind != VGA_OPERABLE_LS || operation != VGA_START) {
+        return resource;
+    }
+    const auto &ls = as<VGA_LS>(resource.record);
+    if (ls.state != NAP_ACTIVE) {
+        return resource;
+    }
+    return ls.local_pu != nullptr  ? VGA_RESOURCE{VGA_OPERABLE_LOCAL_PU, ls.local_pu}
+           : ls.down_pu != nullptr ? VGA_RESOURCE{VGA_OPERABLE_DOWN_PU, ls.down_pu}
+                                   : resource;
+}
+
+NB_USHORT refuses_state(const OPERABLE &row, VGA_OPERATION operation, NB_ULONG state) {
+    const NB_USHORT now = state < 16 ? in(state) : NB_USHORT{0};
+    NB_USHORT allowed = operation == VGA_START ? row.startable : row.stoppable;
+    allowed |= operation == VGA_STOP_IMMEDIATE ? row.interruptible : 0;
+    if ((now & allowed) != 0) {
+        return 0;
+    }
+    if (operation == VGA_START) {
+        return (now & row.stoppable) != 0 ? VGA_MSG_NODEW_ACTIVE_ALREADY
+                                          : VGA_MSG_NODEW_WRONG_STATE;
+    }
+    return (now & row.interruptible) != 0 ? VGA_MSG_NODEW_WRONG_STATE : VGA_MSG_NODEW_NOT_ACTIVE;
+}
+
+NB_USHORT refuses_node(const OPERABLE &row, const VGA_NODE &node) {
+    if (node.target == 0 || node.connection != VGA_CONNECTED) {
+        return VGA_MSG_NODEW_NODE_LOST;
+    }
+    if (gvga_read_only) {
+        return VGA_MSG_UNAVAILABLE;
+    }
+    return row.kind != VGA_OPERABLE_NODE && node.node_state != NAP_NODE_ACTIVE
+               ? VGA_MSG_NODEW_NODE_NOT_ACTIVE
+               : 0;
+}
+
+/* The key stands in the same place of all of these verbs; what else they say does not. */
+VGA_OWNED<NAP_VCB> make_verb(NB_USHORT opcode, const SUBJECT &subject, VGA_OPERATION operation) {
+    const NB_UCHAR stop_type =
+        operation == VGA_STOP_IMMEDIATE ? NAP_IMMEDIATE_STOP : NAP_ORDERLY_STOP;
+    VGA_OWNED<NAP_VCB> verb(static_cast<NAP_VCB *>(calloc(1, nap_find_verb(opcode)->block_size)));
+    if (!verb) {
+        return verb;
+    }
+    verb->opcode = opcode;
+    memcpy(reinterpret_cast<NB_UCHAR *>(verb.get()) + sizeof(NAP_VCB), subject.key,
+           subject.key_length);
+    switch (opcode) {
+    case NAP_ACTIVATE_SESSION:
+        reinterpret_cast<NAP_LU62_SESSION_VERB *>(verb.get())->sessions = 1;
+        break;
+    case NAP_DEACTIVATE_SESSION:
+        reinterpret_cast<NAP_LU62_SESSION_VERB *>(verb.get())->stop_type = stop_type;
+        break;
+    case NAP_END_LU_SESSION:
+        reinterpret_cast<NAP_END_LU_SESSION_VERB *>(verb.get())->stop_type = stop_type;
+        break;
+    default:
+        reinterpret_cast<NAP_NAME_VERB *>(verb.get())->stop_type = stop_type;
+    }
+    return verb;
+}
+
+} // namespace
+
+VGA_RESOURCE vga_resource_of_line(const VGA_VIEWER_ITEM *item) {
+    static constexpr struct {
+        VGA_VIEWER_TYPE type;
+        VGA_OPERABLE kind;
+    } kinds[] = {
+        {VGA_VIEWER_NODE, VGA_OPERABLE_NODE},
+        {VGA_VIEWER_PORT, VGA_OPERABLE_PORT},
+        {VGA_VIEWER_LS, VGA_OPERABLE_LS},
+        {VGA_VIEWER_LS_LEAF, VGA_OPERABLE_LS},
+        {VGA_VIEWER_LOCAL_PU, VGA_OPERABLE_LOCAL_PU},
+        {VGA_VIEWER_MODE, VGA_OPERABLE_MODE},
+        {VGA_VIEWER_LU62, VGA_OPERABLE_LU62},
+        {VGA_VIEWER_DEPLU, VGA_OPERABLE_LU03},
+    };
+    for (const auto &row : kinds) {
+        if (item != nullptr && item->type == row.type) {
+            return {row.kind, item->data};
+        }
+    }
+    return {VGA_OPERABLE_NONE, nullptr};
+}
+
+std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root) {
+    std::vector<VGA_RESOURCE> resources;
+    if (root->select_count == 0) {
+        return resources;
+    }
+    const VGA_VIEWER_LIST &lines =
+        root->select_parent != nullptr ? root->select_parent->children : root->top_items;
+    for (NB_LONG at = 0; at < root->select_count; at++) {
+        resources.push_back(
+            vga_resource_of_line(vga_viewer_find_selected(&lines, static_cast<NB_ULONG>(at))));
+    }
+    return resources;
+}
+
+NB_USHORT vga_refuses_operation(const VGA_RESOURCE &resource, VGA_OPERATION operation) {
+    const VGA_RESOURCE subject_of = meant(resource, operation);
+    const OPERABLE *row = find_operable(subject_of.kind);
+    if (row == nullptr || (operation == VGA_START ? row->start : row->stop) == 0) {
+        return VGA_MSG_NODEW_NOT_STARTABLE;
+    }
+    const SUBJECT subject = row->subject(subject_of.record);
+    if (subject.key == nullptr) {
+        return VGA_MSG_NODEW_NOT_STARTABLE;
+    }
+    const NB_USHORT reason = refuses_node(*row, *subject.node);
+    return reason != 0 ? reason : refuses_state(*row, operation, subject.state);
+}
+
+NB_USHORT vga_operate(const VGA_RESOURCE &resource, VGA_OPERATION operation, NB_ULONG user_data,
+                      VGA_COMPLETION completion) {
+    const NB_USHORT reason = vga_refuses_operation(resource, operation);
+    if (reason != 0) {
+        return reason;
+    }
+    const VGA_RESOURCE subject_of = meant(resource, operation);
+    const OPERABLE &row = *find_operable(subject_of.kind);
+    const SUBJECT subject = row.subject(subject_of.record);
+    const NB_USHORT opcode = operation == VGA_START ? row.start : row.stop;
+    if (vga_issue_verb(subject.node->target, make_verb(opcode, subject, operation), user_data,
+                       completion) == 0) {
+        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+    }
+    return 0;
+}
+
+NB_USHORT vga_operate_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERATION operation,
+                          NB_ULONG user_data, VGA_COMPLETION completion) {
+    NB_USHORT issued = 0;
+    NB_USHORT first_reason = 0;
+    for (const VGA_RESOURCE &resource : resources) {
+        const NB_USHORT reason = vga_operate(resource, operation, user_data, completion);
+        issued |= reason == 0;
+        first_reason = first_reason == 0 ? reason : first_reason;
+    }
+    return issued ? NB_USHORT{0}
+                  : (resources.empty() ? NB_USHORT{VGA_MSG_NODEW_SELECT_FIRST} : first_reason);
+}
