@@ -176,10 +176,14 @@ NB_VOID down_lu_joined(NB_VOID *record, const NB_UCHAR *before) {
     }
 }
 
+/* What hangs under an LU is kept under its alias. */
 NB_VOID local_lu_joined(NB_VOID *record, const NB_UCHAR *before) {
     auto *lu = static_cast<VGA_LU62 *>(record);
+    NAP_LOCAL_LU_DEF old = copy_of<NAP_LOCAL_LU_DATA>(before).def_data;
     if (before == nullptr) {
         read_below(lu->parent, lu, NAP_QUERY_MODE, vga_start_build_lu62);
+    } else if (vga_compare_asc8(old.lu_alias, lu->alias) != 0) {
+        vga_start_build_lu62(lu);
     }
 }
 
