@@ -10,6 +10,7 @@
 #include "vgadsdel.h"
 #include "vgadsutl.h"
 #include <algorithm>
+#include <ctime>
 
 namespace {
 
@@ -63,6 +64,8 @@ NB_VOID node_died(VGA_NODE *node) {
         std::fill(std::begin(gvga_system->config_name), std::end(gvga_system->config_name), '\0');
     }
     vga_lose_connection(node);
+    node->lost_at =
+        node->lost_at != 0 ? node->lost_at : time(nullptr); /* while it was being read */
     if (gvga_hooks.node_died != nullptr) {
         gvga_hooks.node_died(node);
     }

@@ -43,8 +43,7 @@ NB_VOID add_entry(std::string &text, const Record &record, const Owner *) {
     if constexpr (VGA_RECORD_TYPE<Record>::nested) {
         add_fields(text, schema_of<DATA_OF<Owner>>->nested.fields, data);
     } else if (data != nullptr) {
-        constexpr const records::Schema *schema = schema_of<DATA_OF<Record>>;
-        static_assert(schema != nullptr);
+        const records::Schema *schema = schema_of<DATA_OF<Record>>;
         add_fields(text, schema->fields, data);
         add_fields(text, schema->status, data);
     }

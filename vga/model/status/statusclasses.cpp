@@ -30,7 +30,13 @@ NB_VOID status_follows(VGA_LS *ls) {
     ls->state = ls->vcb->det_data.ls_state;
 }
 
+/* How a PU is attached decides where its line and those of its LUs are. */
 NB_VOID status_follows(VGA_LOCAL_PU *pu) {
+    NB_USHORT has_line = VGA_RECORD_TYPE<VGA_LOCAL_PU>::line(*pu).root != nullptr;
+    if (has_line != (pu->gui_data.list != nullptr)) {
+        vga_place_line(pu);
+        VGA_RECORD_TYPE<VGA_LOCAL_PU>::settled(*pu);
+    }
     vga_link_station_follows(pu->ls_entry);
 }
 
