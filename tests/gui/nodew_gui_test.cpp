@@ -3,6 +3,9 @@
 #include "nodew_fixture.h"
 
 #include "lowscreen.h"
+#include "nofverbs.h"
+#include "resourceindications.h"
+#include "schemas.h"
 #include "vgadsutl.h"
 #include "widgets.h"
 
@@ -452,6 +455,45 @@ TEST(NodeWindowStates, FollowTypeStatusNodeAndAccess) {
         }
         EXPECT_EQ(allowed, row.allowed) << row.name;
     }
+}
+
+// What an indication changes shows at once in the buttons of what is selected: a port that stops,
+// and the downstream PU for which its link station stands.
+TEST_F(NodeWindow, ButtonsFollowIndications) {
+    show_node();
+    const auto tell = [this](NB_USHORT opcode, const void *key, const void *status, size_t width) {
+        NAP_RESOURCE_INDICATION news = {};
+        news.opcode = opcode;
+        memcpy(news.key, key, 8);
+        memcpy(news.det_data, status, width);
+        news.det_length = static_cast<NB_USHORT>(width);
+        VGA_PROCESS_STATE work = {7, reinterpret_cast<NAP_VCB *>(&news), node->handle};
+        vga_indication_handler(&work);
+    };
+    const auto reason = [this](VGA_NODEW_COMMAND command) { return desc->reasons[command]; };
+    VGA_PORT *port = ports[0];
+    click_line(VGA_NODEW_TOP_PANE, 1);
+    ASSERT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), port);
+    EXPECT_EQ(reason(VGA_NODEW_STOP), VGA_MSG_NODEW_LATER);
+    NAP_PORT_DET stopped = port->vcb->det_data;
+    stopped.port_state = NAP_NOT_ACTIVE;
+    tell(NAP_PORT_INDICATION, port->name, &stopped, sizeof(stopped));
+    EXPECT_EQ(reason(VGA_NODEW_STOP), VGA_MSG_NODEW_NOT_ACTIVE);
+    EXPECT_EQ(reason(VGA_NODEW_START), VGA_MSG_NODEW_LATER);
+
+    auto entry = new_entry<NAP_LS_DATA>();
+    set_local(entry.ls_name, "BRANCH");
+    set_ebcdic(entry.def_data.pu_name, "BRANCHPU");
+    entry.def_data.adj_cp_type = NAP_ADJ_DOWNSTREAM;
+    VGA_LS *ls = vga_insert_vga_ls(vga_init_vga_ls(port, &entry));
+    vga_viewer_select(&ls->gui_data.viewer, &node->connectivity_root, 0, 0, 1, 1);
+    gui::settle();
+    EXPECT_EQ(reason(VGA_NODEW_START), VGA_MSG_NODEW_LATER);
+    ls->state = NAP_ACTIVE; // not told yet
+    const NB_UCHAR active[sizeof(NAP_DOWN_PU_DATA)] = {NAP_ACTIVE};
+    tell(NAP_DOWNSTREAM_PU_INDICATION, ls->down_pu->name, active, records::down_pu.det.width);
+    EXPECT_EQ(reason(VGA_NODEW_START), VGA_MSG_NODEW_ACTIVE_ALREADY);
+    EXPECT_EQ(reason(VGA_NODEW_STOP), VGA_MSG_NODEW_LATER);
 }
 
 } // namespace
