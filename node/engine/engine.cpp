@@ -24,11 +24,33 @@ bool shows_counters(ClassId id) {
     return id == CLASS_SESSION || id == CLASS_LS || id == CLASS_PORT || id == CLASS_MODE;
 }
 
+void take_definition(const NAP_DEFINE_NODE_VERB &verb, NAP_QUERY_NODE_VERB &record,
+                     NAP_QUERY_NODE_LIMITS_VERB &limits) {
+    memcpy(record.info.description, verb.description, sizeof verb.description);
+    memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
+    memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);
+    record.info.node_type = verb.node_type;
+    record.cp_nau_addr = verb.cp_nau_addr;
+    record.dlur_support = verb.dlur_support;
+    record.dspu_support = verb.dspu_support;
+    record.hpr_support = verb.hpr_support;
+    record.node_id = verb.node_id;
+    record.tn3270_support = verb.tn3270_support;
+    record.primary_support = verb.primary_support;
+    record.tamrix_support = verb.tamrix_support;
+    record.directory_register = verb.directory_register;
+    limits.max_lus = verb.max_lus;
+    limits.max_links = verb.max_links;
+    limits.max_sessions = verb.max_sessions;
+    limits.max_users = verb.max_users;
+}
+
 } // namespace
 
 Engine::Engine(Store *store, TimerQueue &timers, const Clock &clock, EngineListener &listener,
                Scope scope)
-    : store_(store), timers_(timers), clock_(clock), listener_(listener), scope_(scope) {
+    : store_(store), timers_(timers), clock_(clock), listener_(listener), scope_(scope),
+      traces_(clock) {
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
         tables_[id] = std::make_unique<ResourceTable>(class_row(static_cast<ClassId>(id)));
     }
@@ -53,6 +75,7 @@ void Engine::execute(const NB_VOID *block, size_t length, Answer &answer) {
         result = dispatch(answer.block, answer.data);
     }
     set_result(answer.block, result);
+    trace_verb(answer.block);
     if (!result.ok()) {
         answer.data.clear();
     }
@@ -103,6 +126,8 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
     const ClassRow *row = class_by_list(query.opcode, &list);
     if (row != nullptr && shows_counters(row->id)) {
         settle_all();
+    } else if (row != nullptr && row->id == CLASS_TRACE_FILE) {
+        show_trace_files();
     }
     const Result result = row != nullptr && serves(*row)
                               ? tables_[row->id]->list(*list, query, data)
@@ -173,23 +198,7 @@ Result Engine::define_node(const NB_UCHAR *block) {
     const Settings &limits_row = records::setting("limits");
     auto record = nap_copy<NAP_QUERY_NODE_VERB>(records_.image(row));
     auto limits = nap_copy<NAP_QUERY_NODE_LIMITS_VERB>(records_.image(limits_row));
-    memcpy(record.info.description, verb.description, sizeof verb.description);
-    memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
-    memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);
-    record.info.node_type = verb.node_type;
-    record.cp_nau_addr = verb.cp_nau_addr;
-    record.dlur_support = verb.dlur_support;
-    record.dspu_support = verb.dspu_support;
-    record.hpr_support = verb.hpr_support;
-    record.node_id = verb.node_id;
-    record.tn3270_support = verb.tn3270_support;
-    record.primary_support = verb.primary_support;
-    record.tamrix_support = verb.tamrix_support;
-    record.directory_register = verb.directory_register;
-    limits.max_lus = verb.max_lus;
-    limits.max_links = verb.max_links;
-    limits.max_sessions = verb.max_sessions;
-    limits.max_users = verb.max_users;
+    take_definition(verb, record, limits);
     auto *image = reinterpret_cast<NB_UCHAR *>(&record);
     for (const FieldRow &field : row.fields) {
         const NB_ULONG wrong = check_field(field, image);
@@ -219,6 +228,10 @@ Result Engine::check_settings(const Settings &row, const NB_UCHAR *image) const 
     constexpr ClassId traced[] = {CLASS_DLC, CLASS_PORT, CLASS_LS};
     for (const FieldRow &field : row.fields) {
         const NB_UCHAR *name = image + field.offset;
+        if (strcmp(field.name, "trace_file") == 0 &&
+            !Traces::is_name(local_text(name, field.width))) {
+            return bad_parameter(NAP_INVALID_VALUE);
+        }
         const bool is_mode = row.query == NAP_QUERY_DEFAULTS && field.kind == FieldKind::NameA;
         const bool known =
             is_empty_field(field, image) || (is_mode && find(CLASS_MODE_DEF, name) != nullptr) ||
@@ -294,6 +307,7 @@ Result Engine::take_record(const Settings &row, std::vector<NB_UCHAR> &image,
         return bad_state(NAP_STORE_FAILED);
     }
     memcpy(records_.image(row), image.data(), image.size());
+    set_trace(row);
     hide_secrets(row.fields, image.data());
     memcpy(block.data() + sizeof(NAP_VCB), image.data() + sizeof(NAP_VCB),
            image.size() - sizeof(NAP_VCB));

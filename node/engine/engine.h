@@ -15,6 +15,7 @@
 #include "nodesettings.h"
 #include "resourcetable.h"
 #include "store.h"
+#include "traces.h"
 
 #include <array>
 #include <map>
@@ -76,6 +77,10 @@ public:
     /* Makes the node with this index of a generated domain.  Nothing of it is stored; what the
      * store holds are the changes since, which are applied. */
     bool load_generated(const Generated &domain, NB_ULONG index, std::string &why);
+
+    /* From now on traces are written to files in this folder, those that are switched on already
+     * among them.  Without one there are none. */
+    void keep_traces_in(const std::string &folder);
 
     /* Reports the node itself to the listener. */
     void announce();
@@ -228,7 +233,8 @@ private:
     Result check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const;
     void set_mode_sessions(Resource &mode, NB_USHORT sessions, const Resource *link);
     void move_sessions(Resource &mode, const Resource &link);
-    void add_mode_session(Resource &mode, NB_USHORT number, const Resource &link);
+    void add_mode_session(const Resource &mode, NB_USHORT number, bool winner,
+                          const Resource &link);
     Resource *mode_of(const NAP_SESSION_DATA &session) const;
     std::vector<Resource *> sessions_of(const Resource &mode) const;
     void show_lu_session(Resource &lu);
@@ -238,10 +244,17 @@ private:
     void carry(const NAP_SESSION_DATA &session, int change);
     void drain(Resource &mode);
     void drained(Resource &mode);
-    void drain_link(const Resource &link);
+    void end_carried(const Resource &link, Stop how);
     void lose_sessions(Resource &mode, NB_ULONG count, NB_ULONG sense);
     NB_ULONG end_ms(const Resource &resource) const;
     void end_later(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource &));
+
+    /* what is written down (nodelog.cpp) */
+    void set_trace(const Settings &row);
+    void trace_state(const Resource &resource);
+    void trace_client(const NAP_SESSION_DATA &session, const char *what);
+    void trace_verb(const std::vector<NB_UCHAR> &block);
+    void show_trace_files();
 
     /* what is counted while sessions last (counters.cpp) */
     void settle(Resource &session);
@@ -275,6 +288,7 @@ private:
     Scope scope_;
     std::array<std::unique_ptr<ResourceTable>, CLASS_COUNT> tables_;
     RecordSet records_;
+    Traces traces_;
     NB_ULONG node_state_ = NAP_NODE_UNCONFIGURED;
     NB_ULONG server_flags_ = 0;
     uint64_t up_since_ms_ = 0;

@@ -112,6 +112,7 @@ void Engine::set_state(Resource &resource, NB_UCHAR state) {
     if (row.life.shows_pending && !pending) {
         log(NAP_LOG_AUDIT, up ? NAP_LOG_STARTED : NAP_LOG_STOPPED, resource);
     }
+    trace_state(resource);
     if (up != was_up) {
         count_below(resource, up ? 1 : -1);
     }

@@ -65,6 +65,7 @@ void Engine::end_session(Resource &resource) {
     settle(resource);
     const auto session = get<NAP_SESSION_DATA>(resource);
     users_ -= session.session_type == NAP_SESSION_LU_0_TO_3 ? 1 : 0;
+    trace_client(session, "ended");
     remove_tree(resource);
     carry(session, -1);
 }
@@ -101,18 +102,24 @@ void Engine::show_lu_session(Resource &lu) {
     }
     session.started_at = clock_.wall_seconds();
     users_++;
+    trace_client(session, "began");
     add_derived(CLASS_SESSION, &session, sizeof session);
     carry(session, 1);
 }
 
-/* Until the LU comes up anew. */
+/* Until the LU comes up anew; one that was to stop does so. */
 void Engine::log_off(Resource &lu) {
+    timers_.cancel(lu.timer);
+    lu.timer = 0;
     lu.extra = -1;
     lu.row->hooks.show(*this, lu);
     show_lu_session(lu);
     lu.row->hooks.moved(*this, lu);
     indicate(lu, false);
     log(NAP_LOG_AUDIT, NAP_LOG_SESSION_ENDED, lu);
+    if (!owner_active(lu)) {
+        finish_stop(lu);
+    }
 }
 
 std::vector<Resource *> Engine::sessions_of(const Resource &mode) const {
@@ -132,7 +139,8 @@ std::vector<Resource *> Engine::sessions_of(const Resource &mode) const {
     return found;
 }
 
-void Engine::add_mode_session(Resource &mode, NB_USHORT number, const Resource &link) {
+void Engine::add_mode_session(const Resource &mode, NB_USHORT number, bool winner,
+                              const Resource &link) {
     const auto entry = get<NAP_MODE_DATA>(mode);
     const Resource *lu = tables_[CLASS_LOCAL_LU]->find_alias(entry.lu_alias);
     NAP_SESSION_DATA session = {};
@@ -144,7 +152,7 @@ void Engine::add_mode_session(Resource &mode, NB_USHORT number, const Resource &
     session.session_number = number;
     session.session_type = NAP_SESSION_LU62;
     session.session_state = NAP_ACTIVE;
-    session.winner = sessions_of(mode).size() < entry.min_conwinners ? 1 : 0;
+    session.winner = winner ? 1 : 0;
     session.started_at = clock_.wall_seconds();
     add_derived(CLASS_SESSION, &session, sizeof session);
     carry(session, 1);
@@ -154,10 +162,11 @@ void Engine::add_mode_session(Resource &mode, NB_USHORT number, const Resource &
  * or, at the end of the numbers, the first that are free. */
 void Engine::set_mode_sessions(Resource &mode, NB_USHORT count, const Resource *link) {
     std::vector<Resource *> there = sessions_of(mode);
+    auto entry = get<NAP_MODE_DATA>(mode);
     for (; there.size() > count; there.pop_back()) {
         end_session(*there.back());
     }
-    const Resource *lu = tables_[CLASS_LOCAL_LU]->find_alias(get<NAP_MODE_DATA>(mode).lu_alias);
+    const Resource *lu = tables_[CLASS_LOCAL_LU]->find_alias(entry.lu_alias);
     std::set<NB_USHORT> used;
     if (there.size() < count && lu != nullptr && link != nullptr) {
         const ResourceTable &all = *tables_[CLASS_SESSION];
@@ -166,15 +175,15 @@ void Engine::set_mode_sessions(Resource &mode, NB_USHORT count, const Resource *
             used.insert(get<NAP_SESSION_DATA>(*at).session_number);
         }
         NB_USHORT last = used.empty() ? 0 : *used.rbegin();
-        for (size_t left = count - there.size(); left > 0 && used.size() < MAX_NUMBER; left--) {
+        for (size_t made = there.size(); made < count && used.size() < MAX_NUMBER; made++) {
             do {
                 last = last == MAX_NUMBER ? 1 : static_cast<NB_USHORT>(last + 1);
             } while (used.count(last) != 0);
             used.insert(last);
-            add_mode_session(mode, last, *link);
+            add_mode_session(mode, last, made < entry.min_conwinners, *link);
         }
     }
-    auto entry = get<NAP_MODE_DATA>(mode);
+    entry = get<NAP_MODE_DATA>(mode);
     if (entry.act_sess_count != count) {
         entry.act_sess_count = count;
         put(mode, entry);
@@ -225,6 +234,8 @@ void Engine::drain(Resource &mode) {
 }
 
 void Engine::drained(Resource &mode) {
+    timers_.cancel(mode.timer);
+    mode.timer = 0;
     auto entry = get<NAP_MODE_DATA>(mode);
     entry.draining = 0;
     put(mode, entry);
@@ -232,7 +243,9 @@ void Engine::drained(Resource &mode) {
     traffic_changed();
 }
 
-void Engine::drain_link(const Resource &link) {
+/* What a link carries ends: orderly, or, what was to end orderly, now.  The rest of what an
+ * immediate stop ends is found to be gone with the next count. */
+void Engine::end_carried(const Resource &link, Stop how) {
     std::set<Resource *> modes;
     const ResourceTable &all = *tables_[CLASS_SESSION];
     for (Resource *at = all.first(); link.below > 0 && at != nullptr;
@@ -245,7 +258,11 @@ void Engine::drain_link(const Resource &link) {
         }
     }
     for (Resource *mode : modes) {
-        drain(*mode);
+        if (how == Stop::Orderly) {
+            drain(*mode);
+        } else if (get<NAP_MODE_DATA>(*mode).draining != 0) {
+            drained(*mode);
+        }
     }
 }
 

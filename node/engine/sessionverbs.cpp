@@ -133,7 +133,6 @@ Result Engine::end_mode_sessions(Resource &mode, NB_USHORT number, Stop how) {
     if (how == Stop::Orderly) {
         drain(mode);
     } else {
-        timers_.cancel(mode.timer);
         drained(mode);
     }
     return GOOD;
@@ -184,7 +183,6 @@ Result Engine::end_lu_session(const NB_UCHAR *block) {
             end_later(*owner, end_ms(*owner), &Engine::log_off);
             result = GOOD;
         } else {
-            timers_.cancel(owner->timer);
             log_off(*owner);
             result = GOOD;
         }
@@ -209,7 +207,6 @@ Result Engine::end_tn_client(const NB_UCHAR *block) {
         }
     }
     for (Resource *lu : ended) {
-        timers_.cancel(lu->timer);
         log_off(*lu);
     }
     return ended.empty() ? bad_parameter(NAP_UNKNOWN_RESOURCE) : GOOD;

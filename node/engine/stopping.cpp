@@ -40,13 +40,10 @@ void Engine::stop(Resource &resource, Stop how) {
         end_later(resource, end_ms(resource), &Engine::finish_stop);
         return;
     }
-    if (!orderly || !resource.row->life.shows_pending || !is_heard_of(resource)) {
-        set_state(resource, NAP_NOT_ACTIVE);
-        return;
-    }
-    set_state(resource, NAP_PENDING_INACTIVE);
+    const bool at_once = !orderly || !resource.row->life.shows_pending || !is_heard_of(resource);
+    set_state(resource, at_once ? NAP_NOT_ACTIVE : NAP_PENDING_INACTIVE);
     if (resource.row->id == CLASS_LS) {
-        drain_link(resource);
+        end_carried(resource, how);
     }
     go_on_stopping(resource);
 }

@@ -136,6 +136,7 @@ bool NodeProcess::generate() {
 }
 
 int NodeProcess::run() {
+    engine_.keep_traces_in(options_.state_folder + "/traces-" + options_.node);
     engine_.announce();
     engine_.begin();
     loop_.each_round([this] { link_.flush(); });

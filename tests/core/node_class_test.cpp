@@ -554,6 +554,47 @@ TEST(NodeSettings, TheDlcTraceEndsByName) {
     EXPECT_EQ(verb.trace_flags, 0U);
 }
 
+TEST(NodeTraces, AreFilesThatAreListed) {
+    Folder folder;
+    Rig rig;
+    rig.engine.keep_traces_in(folder.file("traces"));
+    rig.load(SMALL_NODE);
+    EXPECT_EQ(rig.list(NAP_QUERY_TRACE_FILE).count, 0U);
+    const auto set = [&rig](NB_USHORT opcode, const char *file, NB_ULONG flags) {
+        NAP_QUERY_TRACE_VERB verb = {};
+        verb.opcode = opcode;
+        verb.trace_flags = flags;
+        verb.truncation = 30;
+        strcpy(reinterpret_cast<char *>(verb.trace_file), file);
+        return rig.issue(verb);
+    };
+    for (const char *bad : {"../mine", ".hidden", "a/b"}) {
+        EXPECT_EQ(set(NAP_SET_DLC_TRACE, bad, 1), parameter(NAP_INVALID_VALUE)) << bad;
+    }
+    EXPECT_EQ(set(NAP_SET_DLC_TRACE, "", 1), OK_CODES);
+    EXPECT_EQ(set(NAP_SET_TRACE_TYPE, "verbs", 1), OK_CODES);
+    rig.pass(8000);
+    const auto file = [&rig](size_t at) {
+        NAP_TRACE_FILE_DATA entry;
+        const List files = rig.list(NAP_QUERY_TRACE_FILE);
+        EXPECT_EQ(files.entries.size(), 2U);
+        memcpy(&entry, files.entries.at(at).data(), sizeof entry);
+        return entry;
+    };
+    const NAP_TRACE_FILE_DATA dlc = file(0);
+    EXPECT_EQ(dlc.trace_kind, NAP_TRACE_DLC);
+    EXPECT_EQ(dlc.active, 1);
+    EXPECT_EQ(dlc.size, std::filesystem::file_size(folder.file("traces/dlc.trc")));
+    EXPECT_GT(dlc.size, 100U) << "links came up";
+    EXPECT_STREQ(reinterpret_cast<const char *>(file(1).file_name), "verbs");
+    EXPECT_EQ(set(NAP_SET_DLC_TRACE, "", 0), OK_CODES);
+    EXPECT_EQ(file(0).active, 0) << "it is still to be had";
+    for (int times = 0; times < 40000; times++) {
+        rig.list(NAP_QUERY_DLC);
+    }
+    EXPECT_LE(file(1).size, node::MAX_TRACE_SIZE);
+}
+
 TEST(NodeCosRows, TheClassOfServiceCountsThem) {
     Rig rig;
     rig.load("[domain]\n[node one]\nfq_cp_name = NETA.ONE\n[cos MINE]\n[cos_tg_row MINE 1..3]\n");

@@ -123,6 +123,21 @@ TEST_F(Operating, AnImmediateStopOvertakesAnOrderlyOne) {
     EXPECT_EQ(rig.engine.node_record().active_sessions, 0U);
 }
 
+/* A session that is ended while its link waits for it, one way or the other, holds nobody up. */
+TEST_F(Operating, WhatEndsDuringAStopLetsItGoOn) {
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("HOST")), OK_CODES);
+    EXPECT_EQ(end("LU07", 0, ORDERLY), OK_CODES);
+    EXPECT_EQ(end("LU08"), OK_CODES);
+    rig.pass(4000);
+    EXPECT_EQ(link(), NAP_NOT_ACTIVE);
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("NORTH")), OK_CODES);
+    EXPECT_EQ(mode().draining, 1);
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("NORTH"), AT_ONCE), OK_CODES);
+    EXPECT_EQ(mode().draining, 0);
+    EXPECT_EQ(sessions("PAYLU"), Numbers{});
+    EXPECT_EQ(link("NORTH"), NAP_NOT_ACTIVE);
+}
+
 TEST_F(Operating, AStopThatIsTakenBackLeavesTheSessions) {
     EXPECT_EQ(rig.by_key(NAP_STOP_PU, ebcdic("HOSTPU")), OK_CODES);
     rig.pass(1000);
