@@ -172,9 +172,7 @@ void Front::node_indication(NodeProcess &node, const Frame &frame) {
     if (!node.up) {
         node.up = node.was_up = true;
         node.restart_ms = 0;
-        if (ready_) {
-            send_server_news(node.name, 1);
-        }
+        send_server_news(node.name, 1); /* administrators may have come before it */
         all_ready();
     } else if (record.info.node_state != state_before) {
         send_node_state(node, record.info.node_state);

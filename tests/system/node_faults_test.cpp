@@ -6,6 +6,7 @@
 #include "defineblock.h"
 #include "fieldtext.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <pwd.h>
@@ -37,6 +38,22 @@ protected:
         return found;
     }
 
+    /* Kills the process of a node, which is one of the node software's. */
+    static void kill_node(const Process &front, const std::string &name) {
+        const std::string pid = std::to_string(front.pid());
+        std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
+        for (pid_t process = 0; children >> process;) {
+            std::ifstream command("/proc/" + std::to_string(process) + "/cmdline");
+            std::string words;
+            std::getline(command, words);
+            if (words.find(std::string("--serve\0", 8) + name + '\0') != std::string::npos) {
+                kill(process, SIGKILL);
+                return;
+            }
+        }
+        ADD_FAILURE() << "no process of the node " << name;
+    }
+
     bool shows(WindowId window, const std::string &text) {
         return wait_for([&] { return screen().text(window).find(text) != std::string::npos; });
     }
@@ -60,16 +77,71 @@ TEST_F(NodeFaults, ConnectionLostWhileTheWindowIsOpen) {
     }
 }
 
+// Until the box is read, nothing behind it looks alive.
 TEST_F(NodeFaults, ProcessOfTheNodeKilled) {
-    Process &node = start_node();
+    Process &front = start_node();
     Process &program = start_program();
-    ASSERT_NE(loaded_window(), 0u);
-    pid_t process = 0;
-    const std::string of_front = std::to_string(node.pid());
-    std::ifstream("/proc/" + of_front + "/task/" + of_front + "/children") >> process;
-    ASSERT_GT(process, 0);
-    kill(process, SIGKILL);
+    const WindowId window = loaded_window();
+    ASSERT_NE(window, 0u);
+    ASSERT_TRUE(shows(window, "ETH0"));
+    kill_node(front, "corvid1");
+    ASSERT_NE(box(information_title, message(300, {"corvid1"})), 0u);
+    EXPECT_TRUE(shows(window, "corvid1 (NETA.CORVID1): not connected since "));
+    EXPECT_TRUE(shows(window, message(1323)));
+    EXPECT_EQ(screen().text(window).find("ETH0"), std::string::npos);
     expect_report(program, information_title, message(300, {"corvid1"}));
+}
+
+// In a domain of three nodes, of which the window shows the first one.
+TEST_F(NodeFaults, ANodeThatReturnsFindsItsWindowAsItWas) {
+    Process &front = start_node("branch");
+    Process &program = start_program({"-size", "small", "-geometry", "1100x1700"});
+    const WindowId window = loaded_window("harbour");
+    ASSERT_NE(window, 0u);
+    const std::string mode = "LEDGMODE NETA.SHOPLU ";
+    const auto dialog_shown = [&] {
+        const std::vector<WindowId> all = screen().windows();
+        return std::any_of(all.begin(), all.end(), [&](WindowId each) {
+            return screen().text(each).find("Minimum contention winners:") != std::string::npos;
+        });
+    };
+    ASSERT_TRUE(shows(window, mode + "12 of 32 sessions"));
+    const WindowId links = screen().window_with(window, "CHPORT");
+    const WindowId lus = screen().window_with(window, "LEDGER");
+    screen().focus(window);
+    ASSERT_TRUE(screen().click(links, "KIOSK1"));
+    screen().key("plus"); // its LUs
+    ASSERT_TRUE(screen().click(links, "CHPORT"));
+    screen().key("minus");
+    ASSERT_TRUE(screen().click(lus, "LEDGMODE"));
+    const std::vector<std::string> names = {"CHPORT", "ETH0", "HOSTETH", "KIOSK1", "KSK001"};
+    const auto is_as_left = [&] {
+        const std::vector<std::string> all = first_words(screen().canvas().lines(links));
+        return std::search(all.begin(), all.end(), names.begin(), names.end()) != all.end();
+    };
+    EXPECT_TRUE(wait_for(is_as_left)) << screen().text(links);
+    screen().key("Return"); // the dialog of the selected mode
+    ASSERT_TRUE(wait_for(dialog_shown));
+
+    kill_node(front, "market");
+    ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(300, {"market"})));
+    EXPECT_TRUE(shows(window, mode + "0 of 32 sessions")) << "what depends on the other node";
+    EXPECT_TRUE(is_as_left());
+    EXPECT_TRUE(dialog_shown());
+
+    kill_node(front, "harbour");
+    EXPECT_TRUE(shows(window, "harbour (NETA.HARBOUR): not connected since "));
+    ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(770)));
+    ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(300, {"harbour"})));
+    screen().ask_to_close(screen().find(message(752, {"Session limits"})));
+    EXPECT_TRUE(wait_for([&] { return !dialog_shown(); }));
+    EXPECT_TRUE(shows(window, "harbour (NETA.HARBOUR): active"));
+    EXPECT_TRUE(wait_for(is_as_left)) << screen().text(links);
+    screen().focus(window);
+    screen().key("Return");
+    EXPECT_TRUE(wait_for(dialog_shown)) << "it is selected again";
+    close_window(window);
+    expect_end(program, 0);
 }
 
 TEST_F(NodeFaults, EachFaultOfABuildHasItsReport) {

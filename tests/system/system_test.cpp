@@ -51,23 +51,31 @@ WindowId SystemTest::loaded_window(const std::string &node) {
 
 WindowId SystemTest::box(const std::string &title, const std::string &text) {
     WindowId found = 0;
-    const bool shown = wait_for([&] {
-        found = screen().find(title);
-        return found != 0 && screen().text(found).find(text) != std::string::npos;
+    wait_for([&] {
+        for (const WindowId window : screen().windows()) {
+            const bool shown = screen().title(window) == title &&
+                               screen().text(window).find(text) != std::string::npos;
+            found = shown ? window : found;
+        }
+        return found != 0;
     });
-    return shown ? found : 0;
+    return found;
 }
 
 void SystemTest::press(const std::string &box_title, const std::string &button) {
-    const WindowId box = screen().find(box_title);
+    press(screen().find(box_title), button);
+}
+
+void SystemTest::press(WindowId box, const std::string &button) {
     screen().raise(box);
     EXPECT_TRUE(box != 0 && wait_for([&] { return screen().click(box, button); }))
-        << "no button \"" << button << "\" in the box \"" << box_title << "\"";
+        << "no button \"" << button << "\" in the box \"" << screen().title(box) << "\"";
 }
 
 void SystemTest::read_box(const std::string &title, const std::string &text) {
-    ASSERT_NE(box(title, text), 0u) << "no box \"" << title << "\" with the text: " << text;
-    press(title, "OK");
+    const WindowId found = box(title, text);
+    ASSERT_NE(found, 0u) << "no box \"" << title << "\" with the text: " << text;
+    press(found, "OK");
 }
 
 void SystemTest::close_window(WindowId window) {

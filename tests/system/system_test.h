@@ -40,6 +40,7 @@ protected:
 
     /* Presses a button of the box that is shown; the test fails if it does not have it. */
     void press(const std::string &box_title, const std::string &button);
+    void press(WindowId box, const std::string &button);
 
     /* As `press` with OK, for a box that must come with this text. */
     void read_box(const std::string &title, const std::string &text);

@@ -141,6 +141,14 @@ NB_VOID server_came(const NAP_SERVER_INDICATION_VERB &indication) {
     take_role(node, vga_role_of(indication.server_flags));
 }
 
+/* The only node of its domain was not there yet when the program came. */
+NB_VOID only_node_came(const NAP_SERVER_INDICATION_VERB &indication) {
+    VGA_NODE *node = find_node(indication);
+    if (node != nullptr && node->connection == VGA_NOT_CONNECTED && node->lost_at == 0) {
+        vga_start_build_node(node);
+    }
+}
+
 /* Its role went with it: another server may have it already when it comes back. */
 NB_VOID server_gone(const NAP_SERVER_INDICATION_VERB &indication) {
     VGA_NODE *node = find_node(indication);
@@ -192,14 +200,13 @@ NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work) {
 
 NB_VOID vga_process_server_ind(const VGA_PROCESS_STATE *work) {
     auto indication = nap_copy<NAP_SERVER_INDICATION_VERB>(work->vcb);
-    if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] || gvga_closing) {
+    const bool single = gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] == 0;
+    const bool came = indication.state == server_active;
+    if (gvga_closing || (single && !came)) {
         return;
     }
-    if (indication.state == server_active) {
-        server_came(indication);
-    } else {
-        server_gone(indication);
-    }
+    auto follow = single ? only_node_came : came ? server_came : server_gone;
+    follow(indication);
 }
 
 NB_VOID vga_process_sna_net_ind(const VGA_PROCESS_STATE *work) {

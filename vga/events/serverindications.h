@@ -14,7 +14,7 @@
 NB_VOID vga_process_nof_status_ind(const VGA_PROCESS_STATE *work);
 
 /* A node came (an unknown one joins the model, one without a connection is connected to), changed
- * its role, or went.  Nothing in a domain of a single node. */
+ * its role, or went.  In a domain of a single node only its first coming counts. */
 NB_VOID vga_process_server_ind(const VGA_PROCESS_STATE *work);
 
 /* The list of servers changed: it is read again. */

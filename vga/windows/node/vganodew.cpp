@@ -65,18 +65,21 @@ NB_VOID vga_nodew_message_at_rest(VGA_NODEW_DESC *desc) {
     }
 }
 
-/* The control point's name in the locale's characters; "-" while the node has none. */
+/* A name in the locale's characters.  Returns its length. */
+static size_t local_name(const NAP_NODE_INFO &info, NB_CHAR (&text)[18]) {
+    NB_UCHAR name[sizeof(info.fq_cp_name)];
+    memcpy(name, info.fq_cp_name, sizeof(name));
+    nba_ebcdic_to_local(name, sizeof(name));
+    const auto *end = std::find_if(std::begin(name), std::end(name),
+                                   [](NB_UCHAR letter) { return letter == ' ' || letter == 0; });
+    *std::copy(std::cbegin(name), end, text) = '\0';
+    return static_cast<size_t>(end - name);
+}
+
+/* The control point as the node says, or as the domain did before the node could be asked; "-" for
+ * none. */
 static NB_VOID control_point(const VGA_NODE *node, NB_CHAR (&text)[18]) {
-    NAP_NODE_ALL_DATA data = *node->vcb;
-    NB_UCHAR *name = data.info.fq_cp_name;
-    nba_ebcdic_to_local(name, sizeof(data.info.fq_cp_name));
-    NB_USHORT length = 0;
-    while (length < sizeof(data.info.fq_cp_name) && name[length] != ' ' && name[length] != 0) {
-        length++;
-    }
-    memcpy(text, name, length);
-    text[length] = 0;
-    if (length == 0) {
+    if (local_name(node->node_data.info, text) == 0 && local_name(node->vcb->info, text) == 0) {
         strcpy(text, "-");
     }
 }
