@@ -4,7 +4,8 @@
  *
  * For every size, a domain of dependent LUs and what they hang under is generated and served by a
  * running node software; build and floor take turns in processes of their own, and medians are
- * printed, also of the processor time that the node software takes meanwhile.  NUMBERS name one
+ * printed, also of the processor time that the node software takes meanwhile, and of the time until
+ * a node that died and returns is whole again.  NUMBERS name one
  * domain instead, as `snanode --generate` takes them: nodes=1,local_lus=200000 reads many short
  * lists.  Run it from any folder; it finds the node software beside itself. */
 #include "buildrun.h"
@@ -24,6 +25,8 @@
 #include <vector>
 
 namespace {
+
+constexpr double return_goal = 2;
 
 struct OPTIONS {
     std::vector<long> resources = {1000, 10000, 100000, 1000000};
@@ -193,10 +196,11 @@ template <class Value> Value median(std::vector<Value> values) {
 }
 
 struct MEDIANS {
-    std::vector<double> seconds, cpu, deletes, node_cpu;
+    std::vector<double> seconds, cpu, returns, deletes, node_cpu;
     void add(const BUILD_RESULT &result, double node_cpu_seconds) {
         seconds.push_back(result.seconds);
         cpu.push_back(result.cpu_seconds);
+        returns.push_back(result.return_seconds);
         deletes.push_back(result.delete_seconds);
         node_cpu.push_back(node_cpu_seconds);
     }
@@ -233,6 +237,11 @@ void measure(const OPTIONS &options, const std::string &programs, long nodes, lo
         median(model.cpu) / median(floor.cpu), median(model.deletes),
         median(model.deletes) / median(model.seconds), static_cast<double>(built.memory) / entries,
         static_cast<double>(least.memory) / entries, built.longest_hold * 1000);
+    if (nodes <= 1) {
+        const double back = median(model.returns), ratio = back / median(model.seconds);
+        printf("%25s a node that returns: %.3f s, %.2f times a first build, goal at most %.0f\n",
+               "", back, ratio, return_goal);
+    }
     printf("%25s node software meanwhile: %.3f s of processor time, %.3f under the floor\n", "",
            median(model.node_cpu), median(floor.node_cpu));
     printf("%25s rounds of the main loop under 1, 2, 4 ... ms:", "");

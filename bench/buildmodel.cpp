@@ -147,6 +147,27 @@ uint64_t heap_in_use() {
     return info.uordblks + info.hblkhd;
 }
 
+/* The first node dies and is back at once. */
+static double lose_and_read_again() {
+    auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+    const BUILD_RESULT first = result;
+    const CLOCK::time_point start = CLOCK::now();
+    recording = nullptr;
+    vga_free_node_resources(node, 1, nullptr);
+    complete = false;
+    vga_start_build_node(node);
+    while (!complete && gvga_exit_code == 0) {
+        one_round();
+    }
+    const double seconds = since(start);
+    if (result.entries - first.entries < first.entries / 2) {
+        fprintf(stderr, "bench_build: the node that returned was not read again\n");
+        exit(1);
+    }
+    result = first;
+    return seconds;
+}
+
 BUILD_RESULT build_model(std::vector<RECORDED_VERB> *verbs) {
     result = {};
     recording = verbs;
@@ -170,6 +191,7 @@ BUILD_RESULT build_model(std::vector<RECORDED_VERB> *verbs) {
                 static_cast<unsigned long>(gvga_exit_subcode));
         exit(1);
     }
+    result.return_seconds = lose_and_read_again();
     start = CLOCK::now();
     vga_destroy_data_structures();
     result.delete_seconds = since(start);

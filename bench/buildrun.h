@@ -15,6 +15,7 @@ constexpr size_t hold_buckets = 8;
 struct BUILD_RESULT {
     double seconds;        /* wall clock, from the first verb to the complete model */
     double cpu_seconds;    /* of this process, meanwhile */
+    double return_seconds; /* model only: freeing and reading the first node when it returns */
     double delete_seconds; /* model only: deleting everything again */
     uint64_t entries;      /* of all lists */
     uint64_t bytes;        /* of these */

@@ -2,13 +2,12 @@
  * shows the node's window, and a recorder that stands between it and the node software sends it
  * status indications as if the node had.
  *
- *   bench_events [--long N] [--lus N]
+ *   bench_events [--long N]
  *
  * A storm of 10^5 indications over 10^4 link stations and LUs in the window's lists; the same over
  * those at the top of a list, which are on the screen; N indications (10^7) that must not make the
- * program grow.  Then the process of a node with N LUs (10^5) in a domain of two is killed, and the
- * node read again when it is back, beside the first reading.  Processor time is the program's own,
- * without the X server's.  Status 1 when a goal is missed. */
+ * program grow.  What a node that returns costs, bench_build says.  Processor time is the
+ * program's, without the X server's.  Status 1 when a goal is missed. */
 #include "nodereplay.h"
 #include "surroundings.h"
 #include "xcount.h"
@@ -31,7 +30,6 @@ namespace {
 
 constexpr double rate_goal = 100000; /* indications a second of processor time */
 constexpr double growth_goal = 1.02; /* of the resident set, over the long storm */
-constexpr double return_goal = 2;    /* times a first reading */
 constexpr size_t storm = 100000;
 constexpr size_t shown_lines = 12; /* of a list: fewer than the window shows */
 
@@ -265,64 +263,12 @@ void measure_storms(size_t long_storm) {
     fflush(stdout);
 }
 
-/* A node that returns. */
-
-/* Where the program begins to read the node, at or behind a step; the end if it does not. */
-size_t find_connect(const std::vector<WIRE_STEP> &steps, size_t from, const char *name) {
-    const auto connects = [name](const WIRE_STEP &step) {
-        if (!step.verb || nap_copy<NAP_VCB>(block_of(step)).opcode != NAP_CONNECT_NODE) {
-            return false;
-        }
-        const auto verb = nap_copy<NAP_CONNECT_NODE_VERB>(block_of(step));
-        return strcmp(reinterpret_cast<const char *>(verb.node_name), name) == 0;
-    };
-    return static_cast<size_t>(
-        std::find_if(steps.begin() + static_cast<long>(from), steps.end(), connects) -
-        steps.begin());
-}
-
-double seconds_from(const WIRE_STEP &first, const std::vector<WIRE_STEP> &steps) {
-    return std::chrono::duration<double>(steps.back().when - first.when).count();
-}
-
-void measure_return(size_t lus) {
-    constexpr char name[] = "node0001"; /* the one that the window shows */
-    constexpr double patience_ms = 60000;
-    SHOWN_NODE node("nodes=2,lus=" + std::to_string(lus));
-    const std::vector<WIRE_STEP> &steps = node.recorder().steps();
-    const double first = seconds_from(steps.at(find_connect(steps, 0, name)), steps);
-    const size_t known = steps.size();
-    kill(node.around().first_node(), SIGKILL);
-    const auto start = CLOCK::now();
-    size_t again = known;
-    while ((again = find_connect(steps, known, name)) == steps.size() &&
-           ms_since(start) < patience_ms) {
-        node.recorder().pump();
-        usleep(500);
-    }
-    if (again == steps.size()) {
-        printf("a node that returns is not read again: MISSED\n");
-        missed = true;
-        return;
-    }
-    node.settle();
-    // At first both nodes were read, at once.
-    const double back = seconds_from(steps.at(again), steps), ratio = back / (first / 2);
-    printf("%-44s %8zu  %7.3f s, first %.3f s for two, %.2f times that of one, goal %.0f %s\n",
-           "reading a node that returns", lus, back, first, ratio, return_goal,
-           met(ratio <= return_goal) ? "met" : "MISSED");
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
-    size_t long_storm = 10000000, lus = 100000;
-    for (int at = 1; at + 1 < argc; at += 2) {
-        const std::string name = argv[at];
-        (name == "--lus" ? lus : long_storm) = strtoul(argv[at + 1], nullptr, 10);
-    }
+    const size_t long_storm =
+        argc > 2 && strcmp(argv[1], "--long") == 0 ? strtoul(argv[2], nullptr, 10) : 10000000;
     signal(SIGPIPE, SIG_IGN);
     measure_storms(long_storm);
-    measure_return(lus);
     return missed ? 1 : 0;
 }

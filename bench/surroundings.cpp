@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -123,13 +122,6 @@ SURROUNDINGS::~SURROUNDINGS() {
     display_process_->end(SIGTERM);
     std::error_code ignored;
     fs::remove_all(prefix_, ignored);
-}
-
-pid_t SURROUNDINGS::first_node() const {
-    const std::string front = std::to_string(node_process_->pid());
-    pid_t first = 0;
-    std::ifstream("/proc/" + front + "/task/" + front + "/children") >> first;
-    return first;
 }
 
 VARIABLES SURROUNDINGS::variables(const VARIABLES &more) const {

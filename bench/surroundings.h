@@ -54,9 +54,6 @@ public:
     std::string socket(const char *name) const { return prefix_ / "var" / name; }
     const std::string &display() const { return display_; }
 
-    /* The process of the domain's first node. */
-    pid_t first_node() const;
-
     /* Of a program in these surroundings, and more of them. */
     VARIABLES variables(const VARIABLES &more = {}) const;
 
