@@ -98,8 +98,10 @@ NB_VOID add_facts(std::string &text, const VGA_REM_PLU &plu) {
 std::string vga_dump_model(NB_VOID) {
     const VGA_LOGGING_SETTINGS &logging = gvga_system->logging;
     std::string text = "DOMAIN";
-    add_all_settings(text, logging.central_logging, logging.global_log_type,
-                     logging.central_logger);
+    add_all_settings(text, logging.central_logging, logging.global_log_type);
+    if (logging.central_logging.enabled) {
+        add_settings(text, logging.central_logger);
+    }
     text += '\n';
     vga_walk_model([&text](auto &record, const NB_CHAR *type, auto *owner) {
         text.append(2 * depth(owner), ' ');
