@@ -123,18 +123,6 @@ NB_VOID primary_lu0_joined(NB_VOID *record, const NB_UCHAR *) {
 
 /* LUs and pools. */
 
-NB_VOID lu03_joined(NB_VOID *record, const NB_UCHAR *before) {
-    auto *lu = static_cast<VGA_LU03 *>(record);
-    NAP_LU03_DEF old = copy_of<NAP_LU03_DATA>(before).def_data;
-    if (before == nullptr) {
-        vga_pu_follows(lu->parent, 1);
-    }
-    vga_join_pool(lu);
-    if (before != nullptr && vga_compare_ebc8(old.pool_name, lu->vcb->def_data.pool_name) != 0) {
-        vga_ask_for_empty_pool(lu->parent->parent, old.pool_name);
-    }
-}
-
 /* The entries of a pool, and of an LU in it: there or not, the node says. */
 NB_VOID read_pool(VGA_NODE *node, const NB_UCHAR *pool_name, const NB_UCHAR *lu_name) {
     NAP_LU_POOL_DATA entry = {};
@@ -148,14 +136,32 @@ NB_VOID read_pool(VGA_NODE *node, const NB_UCHAR *pool_name, const NB_UCHAR *lu_
     }
 }
 
+/* Pools that were read before may have the LU as it was. */
+NB_VOID read_pools_with(VGA_NODE *node, const NB_UCHAR *lu_name) {
+    vga_for_each(node->pools, &VGA_POOL::links, [node, lu_name](VGA_POOL &pool) {
+        if (ntl_avl_find(&pool.lu_tree, lu_name) != nullptr) {
+            read_pool(node, pool.name, lu_name);
+        }
+    });
+}
+
+NB_VOID lu03_joined(NB_VOID *record, const NB_UCHAR *before) {
+    auto *lu = static_cast<VGA_LU03 *>(record);
+    NAP_LU03_DEF old = copy_of<NAP_LU03_DATA>(before).def_data;
+    if (before == nullptr) {
+        vga_pu_follows(lu->parent, 1);
+        read_pools_with(lu->parent->parent, lu->name);
+    }
+    vga_join_pool(lu);
+    if (before != nullptr && vga_compare_ebc8(old.pool_name, lu->vcb->def_data.pool_name) != 0) {
+        vga_ask_for_empty_pool(lu->parent->parent, old.pool_name);
+    }
+}
+
 /* Pools and the PU may have been read before. */
 NB_VOID lu03_unread(VGA_NODE *node, const NB_UCHAR *entry) {
     auto data = nap_copy<NAP_LU03_DATA>(entry);
-    vga_for_each(node->pools, &VGA_POOL::links, [node, &data](VGA_POOL &pool) {
-        if (ntl_avl_find(&pool.lu_tree, data.lu_name) != nullptr) {
-            read_pool(node, pool.name, data.lu_name);
-        }
-    });
+    read_pools_with(node, data.lu_name);
     if (!vga_blank_name(data.def_data.pool_name, sizeof(data.def_data.pool_name))) {
         read_pool(node, data.def_data.pool_name, data.lu_name);
     }
