@@ -159,7 +159,7 @@ void Engine::start_dependants(Resource &owner) {
         if (!comes_with_owner(*below) || is_up(*below)) {
             continue;
         }
-        if (below->row->life.shows_pending) {
+        if (below->row->life.shows_pending || !is_heard_of(*below)) {
             start(*below);
             continue;
         }
