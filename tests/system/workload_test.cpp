@@ -81,6 +81,20 @@ public:
         done[action.name] += (this->*action.act)() ? 1 : 0;
     }
 
+    /* Stops a node and starts it again. */
+    void restart_node() {
+        NAP_NAME_VERB block = {};
+        block.opcode = NAP_STOP_NODE;
+        block.stop_type = NAP_IMMEDIATE_STOP;
+        const NB_ULONG target = connect(nodes_[below(nodes_.size())]);
+        admin_.issue(target, block);
+        wait_for([&] {
+            block = {};
+            block.opcode = NAP_INIT_NODE;
+            return admin_.issue(target, block);
+        });
+    }
+
     /* A node has gone, and its targets with it. */
     void forget_targets() { targets_.clear(); }
 
@@ -93,7 +107,7 @@ private:
         const char *name;
         bool (Workload::*act)();
     };
-    static const Action actions[12];
+    static const Action actions[11];
 
     /* Of a node, once it is there. */
     NB_ULONG connect(const std::string &name) {
@@ -265,16 +279,6 @@ private:
         return admin_.issue(target_, block);
     }
 
-    bool restart_node() {
-        NAP_NAME_VERB block = {};
-        block.opcode = NAP_STOP_NODE;
-        block.stop_type = NAP_IMMEDIATE_STOP;
-        admin_.issue(target_, block);
-        block = {};
-        block.opcode = NAP_INIT_NODE;
-        return admin_.issue(target_, block);
-    }
-
     Administrator admin_;
     std::mt19937 random_;
     std::vector<std::string> nodes_;
@@ -296,43 +300,42 @@ const Workload::Action Workload::actions[] = {
     {"swap", &Workload::swap_aliases},
     {"settings", &Workload::change_settings},
     {"limits", &Workload::change_session_limit},
-    {"restart", &Workload::restart_node},
 };
 
 class TwoPrograms : public SystemTest {
 protected:
-    Process &start() {
-        Process &program = start_program();
-        EXPECT_NE(loaded_window("harbour"), 0u);
-        return program;
-    }
+    void start() { programs.push_back(&start_program()); }
 
-    /* Until the program does no more. */
-    static void settle(const Process &program) {
-        const std::string file = "/proc/" + std::to_string(program.pid()) + "/schedstat";
+    /* Until the program that was started last does no more. */
+    void settle() const {
+        const std::string pid = std::to_string(programs.back()->pid());
         std::string before, now;
         for (int still = 0; still < 15;) {
             wait_for([] { return false; }, 100);
-            std::getline(std::ifstream(file), now);
+            std::getline(std::ifstream("/proc/" + pid + "/schedstat"), now);
             still = now == before ? still + 1 : 0;
             before = now;
         }
     }
 
-    /* Closes the program, whatever it has to say, and returns what it knew but for what the nodes
-     * count. */
-    std::vector<std::string> close_down(Process &program) {
-        screen().ask_to_close(screen().find(message(1300, {"harbour"})));
-        wait_for([&] {
+    /* Closes one of the programs that show the node, whatever it has to say, and returns what it
+     * knew but for what the nodes count. */
+    std::vector<std::string> close_down(const std::string &node) {
+        const auto running = [this] {
+            return std::count_if(programs.begin(), programs.end(),
+                                 [](const Process *program) { return program->running(); });
+        };
+        const auto before = running();
+        screen().ask_to_close(screen().find(message(1300, {node})));
+        EXPECT_TRUE(wait_for([&] {
             for (const int title : {213, 185}) {
                 if (const WindowId box = screen().find(message(title))) {
                     screen().raise(box);
                     screen().click(box, "OK");
                 }
             }
-            return !program.running();
-        });
-        expect_end(program, 0);
+            return running() < before;
+        }));
         std::vector<std::string> lines = known();
         for (std::string &line : lines) {
             line = std::regex_replace(line, counted, "");
@@ -341,7 +344,15 @@ protected:
         return lines;
     }
 
-    /* A few of the lines that are in one and not in the other. */
+    static void expect_same(const std::vector<std::string> &one,
+                            const std::vector<std::string> &other) {
+        EXPECT_GT(one.size(), 300u);
+        EXPECT_TRUE(one == other) << "only one has\n"
+                                  << only_in(one, other) << "only the other has\n"
+                                  << only_in(other, one);
+    }
+
+    /* A few of the lines that are in the first and not in the second. */
     static std::string only_in(const std::vector<std::string> &one,
                                const std::vector<std::string> &other) {
         std::multiset<std::string> there(other.begin(), other.end());
@@ -357,23 +368,43 @@ protected:
         }
         return text + std::to_string(count) + " lines\n";
     }
+
+    std::vector<Process *> programs;
 };
+
+TEST_F(TwoPrograms, AgreeWheneverTheyWereStarted) {
+    start_node();
+    const auto begin = Clock::now();
+    for (const int after : {0, 100, 300, 1000, 3000, 5000}) {
+        wait_for([&] { return Clock::now() - begin >= std::chrono::milliseconds(after); });
+        if (after < 5000) {
+            start();
+        }
+    }
+    const std::vector<std::string> one = close_down("corvid1");
+    for (size_t other = 1; other < programs.size(); other++) {
+        expect_same(one, close_down("corvid1"));
+    }
+}
 
 TEST_F(TwoPrograms, AWatcherKnowsWhatAFreshStartKnows) {
     const int seed = from_environment("WORKLOAD_SEED", 1);
     const int steps = from_environment("WORKLOAD_STEPS", 400);
-    const int kills = from_environment("WORKLOAD_KILLS", 2);
+    const int pause = from_environment("WORKLOAD_PAUSE", 150); /* steps between two deaths */
     SCOPED_TRACE("WORKLOAD_SEED=" + std::to_string(seed));
     Process &front = start_node("branch");
-    Process &watcher = start();
+    start();
+    ASSERT_NE(loaded_window("harbour"), 0u);
     Workload workload(place.path("var/sna.sock"), static_cast<unsigned>(seed),
                       {"harbour", "market", "station"});
     for (int step = 1; step <= steps; step++) {
         workload.step();
-        if (kills > 0 && step % (steps / (kills + 1) + 1) == 0) {
+        if (step % pause == pause - 1) {
             const std::vector<pid_t> nodes = node_processes(front);
             kill(nodes[workload.below(nodes.size())], SIGKILL);
             workload.forget_targets();
+        } else if (step % pause == pause / 2) {
+            workload.restart_node();
         }
     }
     std::cout << "WORKLOAD_SEED=" << seed << ":";
@@ -382,15 +413,12 @@ TEST_F(TwoPrograms, AWatcherKnowsWhatAFreshStartKnows) {
         EXPECT_GT(count, 0u) << name;
     }
     std::cout << "\n";
-    settle(watcher);
-    const std::vector<std::string> watched = close_down(watcher);
-    Process &newcomer = start();
-    settle(newcomer);
-    const std::vector<std::string> fresh = close_down(newcomer);
-    EXPECT_GT(fresh.size(), 300u);
-    EXPECT_TRUE(watched == fresh) << "only the watcher has\n"
-                                  << only_in(watched, fresh) << "only the newcomer has\n"
-                                  << only_in(fresh, watched);
+    settle();
+    const std::vector<std::string> watched = close_down("harbour");
+    start();
+    ASSERT_NE(loaded_window("harbour"), 0u);
+    settle();
+    expect_same(watched, close_down("harbour"));
 }
 
 } // namespace sys
