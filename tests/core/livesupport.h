@@ -42,9 +42,6 @@ public:
             nodes_.push_back(std::make_unique<NODE>(*this, node));
         }
         pass(5000);
-        for (const auto &node : nodes_) {
-            domain_->update(node->name, node->engine.node_record().info);
-        }
     }
 
     /* Completes a verb's block as its target would. */
@@ -102,6 +99,7 @@ public:
             clock_.advance(1);
             timers_.run_due();
         }
+        tell_domain();
     }
 
     const std::string &name_of(size_t node) const { return nodes_.at(node)->name; }
@@ -124,6 +122,13 @@ public:
     }
 
 private:
+    /* What the nodes are in, as they say whenever it changes. */
+    NB_VOID tell_domain() {
+        for (const auto &node : nodes_) {
+            domain_->update(node->name, node->engine.node_record().info);
+        }
+    }
+
     struct NODE {
         NODE(LIVE_DOMAIN &domain, const node::TextNode &text)
             : name(text.name), engine(&store, domain.timers_, domain.clock_, heard) {
@@ -154,6 +159,7 @@ private:
             domain_->execute(verb.vcb, row.block_size, answer, changed);
         } else {
             nodes_.at(verb.target % 100)->engine.execute(verb.vcb, row.block_size, answer);
+            tell_domain();
         }
         NB_VOID *buffer = row.kind == NAP_KIND_LIST ? vga_buf_ptr(verb.vcb) : nullptr;
         memcpy(verb.vcb, answer.block.data(), answer.block.size());

@@ -23,9 +23,10 @@ template <class Record> size_t depth(const Record *record) {
     return depth(record->parent) + 1;
 }
 
+/* Neither does a time that has gone on since it was read. */
 NB_USHORT says_nothing(const records::FieldRow &row, const NB_UCHAR *data) {
     const NB_UCHAR *at = data + row.offset;
-    return records::is_empty_field(row, data) ||
+    return row.unit == records::Unit::Hundredths || records::is_empty_field(row, data) ||
            std::all_of(at, at + row.width, [](NB_UCHAR byte) { return byte == 0; });
 }
 
