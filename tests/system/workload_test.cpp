@@ -46,8 +46,7 @@ bool of_domain(const Schema &schema) {
 }
 
 /* What the node counts and tells only to who asks. */
-const std::regex
-    counted(" (active_links|active_lus|retransmissions|(in|out)_[a-z]+)=[0-9]+");
+const std::regex counted(" (active_links|active_lus|retransmissions|(in|out)_[a-z]+)=[0-9]+");
 const std::regex counted_of_links("( LS .*) act_sess_count=[0-9]+");
 
 int from_environment(const char *name, int otherwise) {
