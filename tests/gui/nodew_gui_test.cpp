@@ -149,7 +149,8 @@ TEST_F(NodeWindow, NothingLooksAliveWithoutAConnection) {
     }
 }
 
-// What a list shows, line by line: open (-) or not, selected (*) or not, and the first word.
+// What a list shows, line by line: open (-), selected (*), with the keyboard (>), and the first
+// word.
 std::string lines_of(const VGA_VIEWER_ROOT &root) {
     std::string lines;
     NB_CHAR text[VGA_VIEWER_TEXT_BUFFER] = {};
@@ -158,7 +159,7 @@ std::string lines_of(const VGA_VIEWER_ROOT &root) {
         text[vga_viewer_type(item->type)->create_text(item->data, text)] = '\0';
         const std::string word(text, strcspn(text, "% "));
         lines += std::string(item->expanded != 0 ? "-" : "") + (item->selected != 0 ? "*" : "") +
-                 word + " ";
+                 (item == root.outline_viewer ? ">" : "") + word + " ";
     }
     return lines;
 }
@@ -206,13 +207,17 @@ protected:
         set_local(field, name);
         return field;
     }
-    const std::string as_left = "DLUR ETHP0 -ETHP1 -HOST *LU2 *LU3 ";
+    const std::string as_left = "DLUR ETHP0 -ETHP1 -HOST *LU2 *>LU3 ";
 };
 
 TEST_F(ReturningNode, LooksAsBeforeButForWhatTheOperatorDid) {
     show_node();
     fill_lists();
     const std::function<void()> nothing = [] {};
+    const std::function<void()> focus_comes_back = [&] {
+        XmAnyCallbackStruct focus = {XmCR_FOCUS, nullptr};
+        vga_nodew_select_top_pane(desc->panes[VGA_NODEW_TOP_PANE].draw_area, nullptr, &focus);
+    };
     const std::function<void()> close_host = [&] {
         gui::click(desc->panes[VGA_NODEW_TOP_PANE].draw_area,
                    static_cast<int>(gvga_viewer_indent_width + gvga_viewer_expand_icon_width / 2),
@@ -224,12 +229,12 @@ TEST_F(ReturningNode, LooksAsBeforeButForWhatTheOperatorDid) {
         NB_USHORT pane;
     } rows[] = {
         {nothing, nothing, as_left, VGA_NODEW_TOP_PANE},
-        {[&] { gui::give_focus(gvga_toplevel); }, nothing, as_left, VGA_NODEW_TOP_PANE},
-        {[&] { click_line(VGA_NODEW_TOP_PANE, 1); }, nothing, "DLUR *ETHP0 -ETHP1 -HOST LU2 LU3 ",
+        {focus_comes_back, nothing, as_left, VGA_NODEW_TOP_PANE},
+        {[&] { click_line(VGA_NODEW_TOP_PANE, 1); }, nothing, "DLUR *>ETHP0 -ETHP1 -HOST LU2 LU3 ",
          VGA_NODEW_TOP_PANE},
         {[&] { click_line(VGA_NODEW_MIDDLE_PANE, 0); }, nothing, "DLUR ETHP0 -ETHP1 -HOST LU2 LU3 ",
          VGA_NODEW_MIDDLE_PANE},
-        {nothing, close_host, "DLUR ETHP0 -ETHP1 *HOST ", VGA_NODEW_TOP_PANE},
+        {nothing, close_host, "DLUR ETHP0 -ETHP1 *>HOST ", VGA_NODEW_TOP_PANE},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(&row - rows);

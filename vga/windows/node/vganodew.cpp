@@ -165,6 +165,7 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
         return 0;
     }
     desc->current_pane = VGA_NODEW_NO_PANE;
+    vga_nodew_forget_lines(desc); /* of one that lay in the same memory */
     XtVaGetValues(top.form, XmNborderColor, &desc->normal_border, nullptr);
     XtVaGetValues(top.draw_area, XmNhighlightColor, &desc->current_border, nullptr);
     static const NB_USHORT titles[VGA_NODEW_PANE_COUNT] = {
