@@ -40,6 +40,17 @@ NB_VOID exit_without_node(NB_VOID) {
     VGA_EXIT_AT(VGA_EXIT_NO_NODE, 0, gvga_exit_no_node);
 }
 
+/* Nothing follows; it marks the box, which is out of date when a node comes after all. */
+NB_VOID refusal_read(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {}
+
+NB_VOID forget_refusal(NB_VOID) {
+    const bool shown = gvga_main_dialog != nullptr && gvga_main_dialog->modal_dlg.showing != 0 &&
+                       gvga_main_dialog->modal_dlg.callback == refusal_read;
+    if (shown) {
+        vga_close_modal_dialog(gvga_main_dialog);
+    }
+}
+
 /* A node that cannot be connected stays in its window and may come back, so that alone is no
  * reason to end.  When none can be, there is nothing to see, and the operator is told why. */
 NB_VOID tell_of_refusal(VGA_DIALOG *window, const VGA_NODE &first) {
@@ -53,7 +64,7 @@ NB_VOID tell_of_refusal(VGA_DIALOG *window, const VGA_NODE &first) {
     const VGA_OWNED<NB_CHAR> reason(vga_get_verb_error_message(
         NAP_CONNECT_NODE, first.refusal.primary_rc, first.refusal.secondary_rc, &help_key));
     if (reason) {
-        vga_display_error_dialog(window, VGA_MSG_NODE_REFUSES, help_key, nullptr, 0, "cs s",
+        vga_display_error_dialog(window, VGA_MSG_NODE_REFUSES, help_key, refusal_read, 0, "cs s",
                                  static_cast<NB_INT>(sizeof(first.name)), first.name, reason.get());
     }
 }
@@ -62,6 +73,9 @@ NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     if (change != VGA_NODE_REMOVED) {
         vga_update_line(node);
         vga_update_node_window(node);
+        if (node->connection == VGA_CONNECTED) {
+            forget_refusal();
+        }
     } else if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && gvga_system->built && !gvga_closing &&
                AVL_FIRST(gvga_system->nodes) == nullptr) {
         exit_without_node();
