@@ -208,6 +208,9 @@ void show_ls(const Engine &engine, Resource &resource) {
     } else if (was_active) {
         det.act_sess_count -= std::min(det.act_sess_count, control);
     }
+    if (resource.state == NAP_NOT_ACTIVE) {
+        det.act_sess_count = 0;
+    }
     Engine::put(resource, entry);
 }
 

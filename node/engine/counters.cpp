@@ -72,7 +72,12 @@ void Engine::settle(Resource &resource) {
     }
 }
 
+/* Within one second nothing goes on. */
 void Engine::settle_all() {
+    if (settled_at_ == clock_.wall_seconds()) {
+        return;
+    }
+    settled_at_ = clock_.wall_seconds();
     const ResourceTable &sessions = *tables_[CLASS_SESSION];
     for (Resource *at = sessions.first(); at != nullptr; at = ResourceTable::next(*at)) {
         settle(*at);

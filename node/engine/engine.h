@@ -296,7 +296,8 @@ private:
     NB_ULONG users_ = 0;    /* sessions of LUs of type 0 to 3 */
     NB_ULONG up_roots_ = 0; /* resources that depend on the node alone and are not inactive */
     NB_ULONG log_lines_ = 0;
-    bool telling_ = false; /* what a definition makes and takes away is indicated */
+    NB_ULONG settled_at_ = 0; /* seconds since 1970 of the last count of what sessions carried */
+    bool telling_ = false;    /* what a definition makes and takes away is indicated */
     Brought routes_;
     Brought ip_sessions_;
     std::map<std::string, bool> partners_; /* other nodes of the domain: are they active */

@@ -420,6 +420,41 @@ TEST(NodeStore, KeepsWhatWasAcknowledged) {
     EXPECT_EQ(all_lists(rig), lists);
 }
 
+/* Status that an older layout did not have is missing at the end of its records. */
+TEST(NodeStore, ReadsWhatAnOlderLayoutKept) {
+    Folder folder;
+    std::string why;
+    Lists lists;
+    {
+        node::Store store;
+        ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+        Rig rig(&store);
+        rig.load(SMALL_NODE);
+        lists = all_lists(rig);
+    }
+    sqlite3 *file = nullptr;
+    ASSERT_EQ(sqlite3_open(folder.file("node.db").c_str(), &file), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(file,
+                           "UPDATE resource SET record = substr(record, 1, 72),"
+                           " behaviour = substr(behaviour, 1, 40) WHERE section = 'mode_in_use';"
+                           "UPDATE resource SET record = substr(record, 1, 100)"
+                           " WHERE section = 'dlc_trace';"
+                           "UPDATE resource SET record = substr(record, 1, 20)"
+                           " WHERE section = 'directory';",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(file);
+    node::Store store;
+    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+    Rig rig(&store);
+    ASSERT_TRUE(rig.engine.load_store(why)) << why;
+    EXPECT_EQ(lists.erase(NAP_QUERY_DIRECTORY_ENTRY), 1U) << "what lost its definition is left out";
+    EXPECT_EQ(all_lists(rig), lists);
+    rig.engine.begin();
+    rig.pass(8000);
+    EXPECT_EQ(rig.engine.node_record().active_sessions, 3U) << "the network behaves as before";
+}
+
 TEST(NodeStore, NothingIsDoneWhenItCannotBeWritten) {
     Folder folder;
     std::string why;

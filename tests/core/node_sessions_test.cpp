@@ -104,6 +104,7 @@ TEST_F(Operating, AnOrderlyStopWaitsButNotForEver) {
     EXPECT_EQ(link(), NAP_PENDING_INACTIVE);
     rig.pass(1000);
     EXPECT_EQ(link(), NAP_NOT_ACTIVE);
+    EXPECT_EQ(rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8("HOST")).det_data.act_sess_count, 0U);
     EXPECT_EQ(sessions("LU08"), Numbers{});
     EXPECT_EQ(rig.heard.states(NAP_LS_INDICATION, "HOST"),
               (Numbers{NAP_PENDING_INACTIVE, NAP_NOT_ACTIVE}));
