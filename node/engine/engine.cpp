@@ -5,7 +5,6 @@
 #include "nofcopy.h"
 #include "nofverbs.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace node {
@@ -223,24 +222,34 @@ Result Engine::define_node(const NB_UCHAR *block) {
     return GOOD;
 }
 
-/* What settings demand of resources: the mode that the defaults name, those that are traced. */
-Result Engine::check_settings(const Settings &row, const NB_UCHAR *image) const {
-    constexpr ClassId traced[] = {CLASS_DLC, CLASS_PORT, CLASS_LS};
+/* A resource that the DLC trace may name, or null. */
+const Resource *Engine::find_traced(const NB_UCHAR *name) const {
+    for (const ClassId id : {CLASS_DLC, CLASS_PORT, CLASS_LS}) {
+        if (const Resource *found = find(id, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+/* What settings demand of resources: the mode that the defaults name, and those that are traced,
+ * which are kept as the resources spell them. */
+Result Engine::check_settings(const Settings &row, NB_UCHAR *image) const {
     for (const FieldRow &field : row.fields) {
-        const NB_UCHAR *name = image + field.offset;
+        NB_UCHAR *name = image + field.offset;
+        const bool is_mode = row.query == NAP_QUERY_DEFAULTS && field.kind == FieldKind::NameA;
         if (strcmp(field.name, "trace_file") == 0 &&
             !Traces::is_name(local_text(name, field.width))) {
             return bad_parameter(NAP_INVALID_VALUE);
         }
-        const bool is_mode = row.query == NAP_QUERY_DEFAULTS && field.kind == FieldKind::NameA;
-        const bool known =
-            is_empty_field(field, image) || (is_mode && find(CLASS_MODE_DEF, name) != nullptr) ||
-            (is_traced(row, field) &&
-             std::any_of(std::begin(traced), std::end(traced),
-                         [this, name](ClassId id) { return find(id, name) != nullptr; }));
-        if (!known && (is_mode || is_traced(row, field))) {
+        if ((!is_mode && !is_traced(row, field)) || is_empty_field(field, image)) {
+            continue;
+        }
+        const Resource *found = is_mode ? find(CLASS_MODE_DEF, name) : find_traced(name);
+        if (found == nullptr) {
             return bad_parameter(NAP_UNKNOWN_OWNER);
         }
+        memcpy(name, found->entry.get() + KEY_OFFSET, field.width);
     }
     return GOOD;
 }
@@ -264,34 +273,39 @@ Result Engine::define_record(const Settings &row, std::vector<NB_UCHAR> &block) 
     return checked.ok() ? take_record(row, image, block) : checked;
 }
 
+/* Takes a name out of those that are traced; false when it is not there. */
+bool Engine::forget_traced(const Settings &row, const NB_UCHAR *name, NB_UCHAR *image) const {
+    const Resource *known = find_traced(name);
+    const NB_UCHAR *spelled = known != nullptr ? known->entry.get() + KEY_OFFSET : name;
+    bool found = false;
+    for (const FieldRow &field : row.fields) {
+        if (is_traced(row, field) && memcmp(spelled, image + field.offset, field.width) == 0) {
+            memset(image + field.offset, ' ', field.width);
+            found = true;
+        }
+    }
+    return found;
+}
+
 /* Without names, the initial values; with some, these are traced no longer, and nothing is when
  * they were the last. */
 Result Engine::reset_record(const Settings &row, std::vector<NB_UCHAR> &block) {
     std::vector<NB_UCHAR> image(records_.image(row), records_.image(row) + row.block_size);
-    const std::vector<NB_UCHAR> asked = block;
     bool named = false;
     bool left = false;
-    bool known = true;
-    for (const FieldRow &name : row.fields) {
-        if (!is_traced(row, name) || is_empty_field(name, asked.data())) {
-            continue;
-        }
-        bool found = false;
-        named = true;
-        for (const FieldRow &field : row.fields) {
-            if (is_traced(row, field) &&
-                memcmp(asked.data() + name.offset, image.data() + field.offset, field.width) == 0) {
-                memset(image.data() + field.offset, ' ', field.width);
-                found = true;
+    if (row.of_domain != (scope_ == Scope::Domain)) {
+        return {NAP_NOT_SUPPORTED, 0};
+    }
+    for (const FieldRow &field : row.fields) {
+        if (is_traced(row, field) && !is_empty_field(field, block.data())) {
+            named = true;
+            if (!forget_traced(row, block.data() + field.offset, image.data())) {
+                return bad_parameter(NAP_UNKNOWN_RESOURCE);
             }
         }
-        known = known && found;
     }
     for (const FieldRow &field : row.fields) {
         left = left || (is_traced(row, field) && !is_empty_field(field, image.data()));
-    }
-    if (!known) {
-        return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
     if (!named || !left) {
         set_initial_fields(row.fields, image.data());

@@ -157,7 +157,9 @@ private:
     Result define_node(const NB_UCHAR *block);
     Result define_record(const Settings &row, std::vector<NB_UCHAR> &block);
     Result reset_record(const Settings &row, std::vector<NB_UCHAR> &block);
-    Result check_settings(const Settings &row, const NB_UCHAR *image) const;
+    Result check_settings(const Settings &row, NB_UCHAR *image) const;
+    const Resource *find_traced(const NB_UCHAR *name) const;
+    bool forget_traced(const Settings &row, const NB_UCHAR *name, NB_UCHAR *image) const;
     Result take_record(const Settings &row, std::vector<NB_UCHAR> &image,
                        std::vector<NB_UCHAR> &block);
     bool serves(const ClassRow &row) const {

@@ -542,7 +542,8 @@ TEST(NodeSettings, TheDlcTraceEndsByName) {
     };
     NAP_QUERY_TRACE_VERB verb;
     EXPECT_EQ(trace(NAP_SET_DLC_TRACE, {"ETH0", "NOSUCH"}, verb), parameter(NAP_UNKNOWN_OWNER));
-    EXPECT_EQ(trace(NAP_SET_DLC_TRACE, {"ETH0", "HOST"}, verb), OK_CODES);
+    EXPECT_EQ(trace(NAP_SET_DLC_TRACE, {"eth0", "HOST"}, verb), OK_CODES);
+    EXPECT_EQ(node::local_text(verb.names[0], 8), "ETH0") << "as it is spelled";
     EXPECT_EQ(trace(NAP_REMOVE_DLC_TRACE, {"HOST", "LAN0"}, verb), parameter(NAP_UNKNOWN_RESOURCE));
     EXPECT_EQ(trace(NAP_REMOVE_DLC_TRACE, {"HOST"}, verb), OK_CODES);
     EXPECT_EQ(verb.trace_flags, 3U);
