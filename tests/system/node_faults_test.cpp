@@ -74,6 +74,7 @@ TEST_F(NodeFaults, ConnectionLostWhileTheWindowIsOpen) {
         node.send(signal);
         expect_report(program, information_title, message(301));
         expect_end(node, signal == SIGKILL ? -SIGKILL : 0);
+        EXPECT_TRUE(wait_for([&] { return !node.group_lives(); })) << "a node is left over";
     }
 }
 
@@ -165,7 +166,7 @@ TEST_F(NodeFaults, EachFaultOfABuildHasItsReport) {
         {"fail NAP_QUERY_NODE_LIMITS 0x0100 0x5518", error_title, failed + "Request: 0x",
          "0x40020002"},
         {"fail NAP_REGISTER_INDICATION_SINK 0x0100 0x5518", error_title, failed + "Request: 0x4000",
-         "0x40020002"},
+         "0x40020002 detail 2"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.fault);

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <set>
 
 namespace sys {
 
@@ -73,61 +72,6 @@ TEST_F(NodeWindow, HeadLineFollowsTheNode) {
     const std::string active = "corvid1 (NETA.CORVID1): active";
     EXPECT_TRUE(wait_for([&] { return screen().text(window).find(active) != std::string::npos; }))
         << screen().text(window);
-}
-
-// Who comes before the node software can be reached at all is told so, and has nothing to compare.
-TEST_F(NodeWindow, WhoeverComesWhileTheNodesStartSeesTheSame) {
-    for (const std::string domain : {"single", "branch"}) {
-        SCOPED_TRACE(domain);
-        Process front({{place.path("bin/snanode"), "--domain", domain}, place.environment()});
-        std::vector<Process *> programs;
-        for (const int later : {0, 100, 200, 700, 2000}) {
-            wait_for([] { return false; }, later);
-            programs.push_back(&start_program({"-size", "small", "-geometry", "1100x1700"}));
-        }
-        const std::string node = domain == "single" ? "corvid1" : "harbour";
-        std::vector<WindowId> windows;
-        size_t refused = 0;
-        const auto find_windows = [&] {
-            windows.clear();
-            refused = 0;
-            for (const WindowId each : screen().windows()) {
-                const std::string title = screen().title(each);
-                const bool without =
-                    title == message(210) &&
-                    screen().text(each).find(message(605, {"sna"})) != std::string::npos;
-                refused += without ? 1 : 0;
-                if (title == message(1300, {node})) {
-                    windows.push_back(each);
-                }
-            }
-            return windows.size() + refused;
-        };
-        EXPECT_TRUE(wait_for([&] { return find_windows() == programs.size(); }));
-        EXPECT_GE(windows.size(), 3u);
-        std::set<std::string> shown;
-        for (int round = 0; round < 5 && shown.size() != 1; round++) { // states still change
-            shown.clear();
-            for (const WindowId each : windows) {
-                screen().raise(each); // what another one covers is not drawn
-                screen().canvas().forget();
-                screen().expose(each);
-                for (const std::string &part : {std::string("): active"), message(1244)}) {
-                    EXPECT_TRUE(wait_for(
-                        [&] { return screen().text(each).find(part) != std::string::npos; }, 5000))
-                        << screen().text(each);
-                }
-                shown.insert(screen().text(each));
-            }
-        }
-        EXPECT_EQ(screen().find(message(210)) != 0, refused != 0) << "a box that is out of date";
-        ASSERT_EQ(shown.size(), 1u) << *shown.begin() << "\n" << *shown.rbegin();
-        EXPECT_NE(shown.begin()->find("ETH0"), std::string::npos);
-        for (Process *program : programs) {
-            program->kill_all();
-        }
-        EXPECT_TRUE(wait_for([&] { return find_windows() == 0; }));
-    }
 }
 
 TEST_F(NodeWindow, ShowsWhatTheNodeSaysOfALine) {

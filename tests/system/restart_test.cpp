@@ -1,8 +1,6 @@
 // What is defined outlives the node software.
 #include "system_test.h"
 
-#include <csignal>
-
 namespace sys {
 
 class Restart : public SystemTest {
@@ -51,19 +49,6 @@ TEST_F(Restart, WhatIsStoredOutlivesAKill) {
     stop_node();
     start_node(text, "", {"--fresh"});
     EXPECT_EQ(shown(), (std::vector<std::string>{"ETH0", "ETH5", "LONELY"}));
-}
-
-TEST_F(Restart, AKilledFrontLeavesNothingInTheWayOfTheNext) {
-    for (int round = 0; round < 3; round++) {
-        Process &node = start_node();
-        Process &program = start_program();
-        ASSERT_NE(loaded_window(), 0u);
-        node.send(SIGKILL); // its nodes must notice by themselves
-        ASSERT_NO_FATAL_FAILURE(read_box(message(213), message(301)));
-        expect_end(program, 0);
-        EXPECT_TRUE(wait_for([&] { return !node.running() && !node.group_lives(); }))
-            << "a node is left over";
-    }
 }
 
 } // namespace sys

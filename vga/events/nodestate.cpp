@@ -4,6 +4,7 @@
 #include "newresources.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
+#include "vgadsutl.h"
 #include <cstring>
 
 namespace {
@@ -11,11 +12,7 @@ namespace {
 NB_VOID take_over(VGA_NODE *node, NB_ULONG state) {
     node->node_data.info.node_state = state;
     node->vcb->info.node_state = state;
-    auto *server =
-        static_cast<VGA_SNA_NET_NODE *>(ntl_avl_find(&gvga_system->net_nodes, node->name));
-    if (server != nullptr) {
-        server->vcb->info.node_state = state;
-    }
+    vga_server_follows(node);
     if (node->node_state == state) {
         return;
     }

@@ -5,6 +5,7 @@
 #include "nofverbs.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
+#include "vgadsutl.h"
 #include "vganofbd.h"
 #include <algorithm>
 #include <iterator>
@@ -110,6 +111,7 @@ NB_VOID need_fake_port(Port *(*init)(VGA_NODE *), Port *(*insert)(Port *), VGA_N
 NB_VOID keep_node_data(VGA_NODE *node, const NAP_VCB *vcb) {
     memcpy(&node->node_data, vcb, sizeof(node->node_data));
     node->vcb->info = node->node_data.info;
+    vga_server_follows(node);
     node->node_state = node->node_data.info.node_state;
     vga_create_fake_cp_lu(node);
     if (vga_init_sna_modes(node) == 0 || vga_init_sna_cos(node) == 0) {

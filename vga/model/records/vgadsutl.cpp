@@ -242,6 +242,16 @@ VGA_COMPOSITE(vga_compare_ip_address, {offsetof(NB_IP_ADDRESS, family), vga_comp
 
 #undef VGA_COMPOSITE
 
+NB_VOID vga_server_follows(const VGA_NODE *node) {
+    auto *server =
+        static_cast<VGA_SNA_NET_NODE *>(ntl_avl_find(&gvga_system->net_nodes, node->name));
+    if (server != nullptr) {
+        NB_ULONG flags = server->vcb->info.server_flags;
+        server->vcb->info = node->vcb->info;
+        server->vcb->info.server_flags = flags;
+    }
+}
+
 VGA_NODE *vga_find_node_of_target(NB_ULONG target) {
     VGA_NODE *found = nullptr;
     vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found, target](VGA_NODE &node) {

@@ -50,6 +50,10 @@ NB_INT vga_compare_dslu_template(const NB_VOID *a, const NB_VOID *b); /* VGA_DSL
 NB_INT vga_compare_user_status(const NB_VOID *a, const NB_VOID *b);   /* VGA_USER_STATUS_KEY */
 NB_INT vga_compare_ip_address(const NB_VOID *a, const NB_VOID *b);    /* NB_IP_ADDRESS */
 
+/* The domain's list of servers says of a node what the node's own record says, but for its flags.
+ */
+NB_VOID vga_server_follows(const VGA_NODE *node);
+
 /* Look-ups by exact key; null when there is none.  Names as the model holds them. */
 VGA_NODE *vga_find_node_of_target(NB_ULONG target); /* its own or that of its TP load file */
 VGA_DLC *vga_find_dlc(const VGA_NODE *node, const NB_UCHAR *name);
