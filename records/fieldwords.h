@@ -208,7 +208,7 @@ inline constexpr FieldWord cpic_words[] = {
 inline constexpr FieldWord server_words[] = {
     {"none", 0},
     {"master", NAP_SERVER_MASTER | NAP_SERVER_CONFIG},
-    {"backup", NAP_SERVER_BACKUP},
+    {"backup", NAP_SERVER_MASTER | NAP_SERVER_BACKUP},
 };
 
 inline constexpr FieldWord node_words[] = {

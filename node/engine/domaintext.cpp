@@ -390,7 +390,7 @@ void Parser::end() {
         error("the text has no node; add a [node NAME]");
     }
     const auto is_master = [](const TextNode &node) {
-        return (node.facts.server_flags & NAP_SERVER_MASTER) != 0;
+        return (node.facts.server_flags & NAP_SERVER_CONFIG) != 0;
     };
     const auto masters = std::count_if(text_.nodes.begin(), text_.nodes.end(), is_master);
     if (text_.facts.client_server != 0 && masters != 1) {

@@ -341,8 +341,8 @@ DomainText generated_domain(const Generated &domain) {
         TextNode node;
         node.name = node_name(index);
         if (text.facts.client_server != 0 && index < 2) {
-            node.facts.server_flags =
-                index == 0 ? NAP_SERVER_MASTER | NAP_SERVER_CONFIG : NAP_SERVER_BACKUP;
+            node.facts.server_flags = index == 0 ? NAP_SERVER_MASTER | NAP_SERVER_CONFIG
+                                                 : NAP_SERVER_MASTER | NAP_SERVER_BACKUP;
         }
         text.nodes.push_back(std::move(node));
     }

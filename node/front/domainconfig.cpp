@@ -82,7 +82,7 @@ NB_ULONG Domain::server_flags(const std::string &node) const {
 std::string Domain::master() const {
     for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
         const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
-        if ((record.info.server_flags & NAP_SERVER_MASTER) != 0) {
+        if ((record.info.server_flags & NAP_SERVER_CONFIG) != 0) {
             return name_of(record);
         }
     }
@@ -159,10 +159,10 @@ Result Domain::change_backup(const Answer &answer, bool add, std::string &change
     if (!add && servers_->count() == 1) {
         return bad_state(NAP_LAST_BACKUP);
     }
-    if (!add && (flags & NAP_SERVER_MASTER) != 0) {
+    if (!add && (flags & NAP_SERVER_CONFIG) != 0) {
         return bad_state(NAP_IN_USE);
     }
-    if (!set_flags(*resource, add ? NAP_SERVER_BACKUP : 0)) {
+    if (!set_flags(*resource, add ? NAP_SERVER_MASTER | NAP_SERVER_BACKUP : 0)) {
         return bad_state(NAP_STORE_FAILED);
     }
     changed = name_of(record);
@@ -183,7 +183,7 @@ bool Domain::set_flags(Resource &node, NB_ULONG flags) {
 std::string Domain::take_over(const std::string &gone,
                               const std::function<bool(const std::string &)> &runs) {
     Resource *old = find(gone);
-    if (old == nullptr || (server_flags(gone) & NAP_SERVER_MASTER) == 0) {
+    if (old == nullptr || (server_flags(gone) & NAP_SERVER_CONFIG) == 0) {
         return "";
     }
     for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
@@ -191,7 +191,7 @@ std::string Domain::take_over(const std::string &gone,
         const bool backup = (record.info.server_flags & NAP_SERVER_BACKUP) != 0;
         if (at != old && backup && runs(name_of(record))) {
             const bool done = set_flags(*at, NAP_SERVER_MASTER | NAP_SERVER_CONFIG) &&
-                              set_flags(*old, NAP_SERVER_BACKUP);
+                              set_flags(*old, NAP_SERVER_MASTER | NAP_SERVER_BACKUP);
             return done ? name_of(record) : "";
         }
     }

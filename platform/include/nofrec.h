@@ -161,9 +161,9 @@ typedef struct nap_set_processing_mode {
 #define NAP_NODE_BACK_LEVEL   5
 
 /* server flags of a node */
-#define NAP_SERVER_MASTER      0x0004 /* with SERVER_CONFIG: holds the domain configuration */
+#define NAP_SERVER_MASTER      0x0004 /* a server; with SERVER_CONFIG: holds the configuration */
 #define NAP_SERVER_CONFIG      0x0008
-#define NAP_SERVER_BACKUP      0x2000 /* may take the configuration over */
+#define NAP_SERVER_BACKUP      0x2000 /* with SERVER_MASTER: may take the configuration over */
 #define NAP_SERVER_BACKUP_NEXT 0x4000
 
 #define NAP_LEN_NODE            1

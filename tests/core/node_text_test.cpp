@@ -204,7 +204,7 @@ TEST(NodeDomain, KeepsTheListOfServers) {
         EXPECT_STREQ(reinterpret_cast<const char *>(logging.node_name), "harbour");
     }
     DomainRig rig(folder.file("domain.db"));
-    EXPECT_EQ(rig.domain->server_flags("station"), NB_ULONG{NAP_SERVER_BACKUP});
+    EXPECT_EQ(rig.domain->server_flags("station"), NB_ULONG{NAP_SERVER_MASTER | NAP_SERVER_BACKUP});
     EXPECT_EQ(rig.backup(NAP_DELETE_BACKUP, "station"), OK_CODES);
     EXPECT_EQ(rig.backup(NAP_DELETE_BACKUP, "harbour"), state(NAP_LAST_BACKUP));
 }
