@@ -33,6 +33,9 @@ namespace {
 class NodeWindow : public testing::Test {
 protected:
     static void SetUpTestSuite() {
+        if (gvga_uil_hierarchy != nullptr) {
+            return; // of another suite
+        }
         static gui::PREFIX prefix;
         nba_pd_set_log("/dev/null", NB_PD_ALL);
         ASSERT_EQ(vga_load_messages(), 1);

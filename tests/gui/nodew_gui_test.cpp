@@ -193,7 +193,7 @@ protected:
     // The line in the middle of the long list on top of its window, the ports as `as_left` says.
     void arrange() {
         VGA_VIEWER_ROOT *root = &node->connectivity_root;
-        VGA_LS *host = vga_find_ls(node, local8("HOST"));
+        VGA_LS *host = vga_find_ls(node, reinterpret_cast<const NB_UCHAR *>("HOST    "));
         vga_nodew_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
         vga_viewer_contract(root, &ports[0]->gui_data.viewer, 1);
         vga_expand_viewer(root, &host->gui_data.viewer, 1);
@@ -201,11 +201,6 @@ protected:
         vga_viewer_select(lu, root, 0, 0, 1, 1);
         vga_viewer_select(host->gui_data.viewer.children.last, root, 0, 1, 1, 1);
         vga_viewer_scroll_view(&node->local_lu_root, 50 * NB_LONG(gvga_viewer_item_height));
-    }
-    static const NB_UCHAR *local8(const char *name) {
-        static NB_UCHAR field[8];
-        set_local(field, name);
-        return field;
     }
     const std::string as_left = "DLUR ETHP0 -ETHP1 -HOST *LU2 *>LU3 ";
 };
