@@ -292,11 +292,15 @@ void Engine::begin() {
 template <class Record> void Engine::forget_failures(ClassId id) {
     for (Resource *at = tables_[id]->first(); at != nullptr; at = ResourceTable::next(*at)) {
         auto entry = get<Record>(*at);
+        const bool told = entry.det_data.failures != 0;
         entry.det_data.failures = entry.det_data.failed_at = entry.det_data.last_sense = 0;
         if constexpr (std::is_same_v<Record, NAP_LS_DATA>) {
             entry.det_data.retries = 0;
         }
         put(*at, entry);
+        if (told) {
+            indicate(*at, false);
+        }
     }
 }
 
