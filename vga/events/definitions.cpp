@@ -32,12 +32,11 @@ NB_VOID set_type(NB_UCHAR type, VGA_PORT &port) {
     vga_for_each(port.link_stations, &VGA_LS::port_links, [type](VGA_LS &ls) {
         if (ls.vcb->def_data.dlc_type != type) {
             ls.vcb->def_data.dlc_type = type;
-            vga_link_station_follows(&ls);
+            vga_update_ls_viewer(&ls);
         }
     });
     if (changed) {
-        vga_update_line(&port);
-        vga_record_changed(&port, VGA_RECORD_CHANGED);
+        vga_update_port_viewer(&port);
     }
 }
 

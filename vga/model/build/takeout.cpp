@@ -14,7 +14,7 @@ namespace {
 template <class Pu> NB_VOID take_pu_out(Pu *pu) {
     VGA_LS *ls = pu->ls_entry;
     vga_delete_record(pu);
-    vga_link_station_follows(ls);
+    vga_update_ls_viewer(ls);
 }
 
 /* An LU that is in no pool any more says so itself. */
@@ -48,7 +48,7 @@ template <class Pu> NB_VOID lus_follow(Pu *pu, NB_INT more, NB_USHORT list) {
     }
     NB_ULONG before = pu->vcb->lu_count;
     pu->vcb->lu_count = more < 0 && before == 0 ? 0 : before + static_cast<NB_ULONG>(more);
-    vga_link_station_follows(pu->ls_entry);
+    vga_update_ls_viewer(pu->ls_entry);
 }
 
 template <class Lu> NB_VOID take_lu_out(Lu *lu) {
@@ -91,11 +91,21 @@ NB_USHORT vga_join_pool(VGA_LU03 *lu) {
     return vga_find_list(NAP_QUERY_LU_POOL)->add(node, entry) == VGA_ENTRY_ADDED;
 }
 
-NB_VOID vga_link_station_follows(VGA_LS *ls) {
+NB_VOID vga_update_port_viewer(VGA_PORT *port) {
+    vga_update_line(port);
+    vga_record_changed(port, VGA_RECORD_CHANGED);
+}
+
+NB_VOID vga_update_ls_viewer(VGA_LS *ls) {
     if (ls != nullptr) {
         vga_update_line(ls);
         vga_record_changed(ls, VGA_RECORD_CHANGED);
     }
+}
+
+NB_VOID vga_update_local_pu_viewer(VGA_LOCAL_PU *pu) {
+    vga_update_line(pu);
+    vga_update_ls_viewer(pu->ls_entry);
 }
 
 NB_VOID vga_cos_follows(VGA_COS *cos) {

@@ -26,9 +26,11 @@ NB_VOID vga_take_out(VGA_POOL_LU *member);
 NB_VOID vga_take_out(VGA_ACCESS_LIST *list);
 NB_VOID vga_take_out(VGA_USER *user);
 
-/* The line of a link station (null: none) stands for the PU that is on it, and so do its buttons:
- * draws it anew and tells windows. */
-NB_VOID vga_link_station_follows(VGA_LS *ls);
+/* Draw a line anew and tell windows, whose buttons may follow.  A link station's (null: none)
+ * stands for the PU that is on it, too. */
+NB_VOID vga_update_port_viewer(VGA_PORT *port);
+NB_VOID vga_update_ls_viewer(VGA_LS *ls);
+NB_VOID vga_update_local_pu_viewer(VGA_LOCAL_PU *pu);
 
 /* Brings what a class of service, and a connection network, say of what they consist of in line. */
 NB_VOID vga_cos_follows(VGA_COS *cos);

@@ -37,11 +37,11 @@ NB_VOID status_follows(VGA_LOCAL_PU *pu) {
         vga_place_line(pu);
         VGA_RECORD_TYPE<VGA_LOCAL_PU>::settled(*pu);
     }
-    vga_link_station_follows(pu->ls_entry);
+    vga_update_local_pu_viewer(pu);
 }
 
 NB_VOID status_follows(VGA_DOWN_PU *pu) {
-    vga_link_station_follows(pu->ls_entry);
+    vga_update_ls_viewer(pu->ls_entry);
 }
 
 /* The pool that has the LU shows whether it is active and in use. */
