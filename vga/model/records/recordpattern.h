@@ -311,7 +311,7 @@ template <class Record> NB_VOID vga_delete_line(Record *record) {
 /* Records. */
 
 /* Merges a new record into the one that is already there, which keeps its identity: handle,
- * children, line and open dialog.  Owner and keys are those of the new one. */
+ * children, line and open dialog, which is told.  Owner and keys are those of the new one. */
 template <class Record> Record *vga_merge_record(Record *fresh, Record *kept) {
     vga_relink_as(*kept, *fresh);
     VGA_RECORD_TYPE<Record>::carry_over(*kept, fresh->vcb);
@@ -319,7 +319,11 @@ template <class Record> Record *vga_merge_record(Record *fresh, Record *kept) {
     VGA_RECORD_TYPE<Record>::merged(*kept, *fresh);
     vga_free_record(fresh);
     vga_place_line(kept);
-    return VGA_RECORD_TYPE<Record>::settled(*kept) ? kept : nullptr;
+    const NB_USHORT settled = VGA_RECORD_TYPE<Record>::settled(*kept);
+    if (kept->gui_data.dialog != nullptr) {
+        vga_record_changed(kept, VGA_RECORD_CHANGED);
+    }
+    return settled ? kept : nullptr;
 }
 
 /* Links a record into its indexes and creates its line, or merges it.  Returns the record that
