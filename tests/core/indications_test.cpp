@@ -146,8 +146,15 @@ TEST_F(Servers, ANewHolderOfTheConfigurationHasItReadAnew) {
     EXPECT_EQ(take_issued(), OPCODES{}) << "the same again";
     gvga_system->domain_target = 50;
     send(1, 0x2004);
-    EXPECT_EQ(take_issued(), OPCODES{NAP_CLOSE_FILE}) << "let go of, and nobody has it";
+    EXPECT_EQ(take_issued(), (OPCODES{NAP_CLOSE_FILE, NAP_OPEN_FILE})) << "a build must end";
     EXPECT_EQ(gvga_system->domain_target, 0U);
+    for (NB_USHORT &flag : gvga_system->startup_status) {
+        flag = 0;
+    }
+    node->role = VGA_ROLE_MASTER;
+    gvga_system->domain_target = 60;
+    send(1, 0x2004);
+    EXPECT_EQ(take_issued(), OPCODES{NAP_CLOSE_FILE}) << "let go of, and nobody has it";
 }
 
 TEST_F(Servers, AnUnknownNodeJoinsAndOneWithoutConnectionIsConnectedTo) {

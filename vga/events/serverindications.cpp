@@ -44,6 +44,17 @@ NB_VOID read_domain_again(NB_VOID) {
     vga_rebuild_system();
 }
 
+/* Lets go of what the holder of the configuration has.  A build that this stops half-way would
+ * never end: it begins again. */
+NB_VOID leave_holder(NB_USHORT gone, NB_USHORT read_again) {
+    const NB_USHORT unfinished = !vga_check_system_startup(nullptr);
+    free_domain(gone);
+    free_network();
+    if (read_again || unfinished) {
+        read_domain_again();
+    }
+}
+
 /* Reading the domain's list opens the network file, too. */
 NB_VOID read_network_again(NB_VOID) {
     if (gvga_system->domain_target != 0 && gvga_system->startup_status[VGA_NETWORK_FILE] == 0) {
@@ -118,11 +129,7 @@ NB_VOID take_role(VGA_NODE *node, VGA_SERVER_ROLE role) {
     const NB_USHORT old = node->role;
     node->role = role;
     if (old == VGA_ROLE_MASTER || role == VGA_ROLE_MASTER) {
-        free_domain(0);
-        free_network();
-    }
-    if (role == VGA_ROLE_MASTER) {
-        read_domain_again();
+        leave_holder(0, role == VGA_ROLE_MASTER);
     }
     vga_node_list_changed(node, VGA_NODE_CHANGED);
 }
@@ -156,8 +163,7 @@ NB_VOID server_gone(const NAP_SERVER_INDICATION_VERB &indication) {
         return;
     }
     if (node->role == VGA_ROLE_MASTER) {
-        free_domain(1);
-        free_network();
+        leave_holder(1, 0);
     }
     node->role = VGA_ROLE_NONE;
     if (node->target != 0 || node->connection != VGA_NOT_CONNECTED) {

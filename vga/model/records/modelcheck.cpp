@@ -129,6 +129,33 @@ private:
                "its downstream PU is on another link station");
     }
 
+    /* A mode in use and a partner in use have their partner's record, which has them in its ring.
+     */
+    template <class Record> NB_VOID check_partner(const Record &record, const NB_CHAR *type) {
+        const VGA_PARTNER_REF &ref = record.partner;
+        auto entry = *record.vcb;
+        const VGA_REM_PLU *plu =
+            vga_find_rem_plu(record.parent->parent, entry.fqplu_name, NAP_DIR_LU);
+        expect(plu != nullptr && ref.plu == plu, type, "its partner is another");
+        expect(ref.plu == nullptr || (ref.next->previous == &ref && ref.previous->next == &ref),
+               type, "its partner does not know it");
+    }
+    NB_VOID references(VGA_MODE &mode) { check_partner(mode, "MODE"); }
+    NB_VOID references(VGA_PLU &plu) { check_partner(plu, "PLU"); }
+
+    NB_VOID references(VGA_REM_PLU &plu) {
+        NB_ULONG namers = 0;
+        if (const VGA_PARTNER_REF *ref = plu.named_by) {
+            do {
+                expect(ref->plu == &plu, "REM_PLU", "one that names it names another");
+                namers++;
+            } while ((ref = ref->next) != plu.named_by);
+        }
+        expect(plu.in_directory <= namers, "REM_PLU", "more entries name it than there are");
+        expect(namers != 0 || plu.defined != 0 || AVL_FIRST(plu.sess_tree) != nullptr, "REM_PLU",
+               "nothing names it");
+    }
+
     NB_VOID references(VGA_LU62 &lu) {
         if (AVL_FIRST(lu.routings) != nullptr) {
             lines.insert(&lu.routing_title);

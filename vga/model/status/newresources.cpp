@@ -29,7 +29,10 @@ NB_VOID take_entry(VGA_NODE *node, const VGA_LIST &list, const NB_UCHAR *entry) 
     const VGA_KNOWN before = list.find(node, key);
     NB_USHORT length;
     memcpy(&length, entry, sizeof(length));
-    if (before.record != nullptr && memcmp(before.entry, entry, length) == 0) {
+    const NB_USHORT same = before.record != nullptr &&
+                           memcmp(before.entry, entry, sizeof(length)) == 0 &&
+                           memcmp(before.entry, entry, length) == 0;
+    if (same) {
         return;
     }
     VGA_ENTRY_RESULT result = list.add(node, entry);
