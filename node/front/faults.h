@@ -4,15 +4,16 @@
  *   fail VERB PRIMARY SECONDARY [N]    answer with these codes (N times), without doing anything
  *   hang VERB [N]                      never answer (N times)
  *   at-once VERB PRIMARY SECONDARY [N] the administrator's own library completes (the next N of)
- * its verbs with these codes while they are issued drop after N verbs                 end the
- * connection that issues the Nth verb from now garbage after N verbs              answer the Nth
- * verb from now with a malformed frame stop after N verbs                 end the node software
- * orderly at the Nth verb from now die NODE [after N verbs]           kill the process of NODE, now
- * or at its Nth verb from now hang NODE [MS]                     stop the process of NODE, for MS
- * milliseconds or for ever lose indications [N]               drop (the next N) status indications;
- * the next one that gets through says that data was lost repeat indications [N]             send
- * (the next N) status indications twice no-restart                         a node process that died
- * stays dead
+ *                                      its verbs with these codes while they are issued
+ *   drop after N verbs                 end the connection that issues the Nth verb from now
+ *   garbage after N verbs              answer the Nth verb from now with a malformed frame
+ *   stop after N verbs                 end the node software orderly at the Nth verb from now
+ *   die NODE [after N verbs]           kill the process of NODE, now or at its Nth verb from now
+ *   hang NODE [MS]                     stop the process of NODE, for MS milliseconds or for ever
+ *   lose indications [N]               drop (the next N) status indications; the next one that gets
+ *                                      through says that data was lost
+ *   repeat indications [N]             send (the next N) status indications twice
+ *   no-restart                         a node process that died stays dead
  *
  * VERB is a name as in NAP_QUERY_PORT; numbers are decimal, or hexadecimal behind 0x.  "From now"
  * counts from the reading of the script, over all connections. */
