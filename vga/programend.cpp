@@ -191,15 +191,15 @@ NB_VOID vga_start_shutdown(NB_VOID) {
 
 NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
     const NAP_VCB &vcb = *work->vcb;
-    last_answer = CLOCK::now();
     if (vcb.primary_rc == NAP_COMM_FAILURE && vcb.secondary_rc == NAP_CONNECTION_GONE) {
         VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
         return;
     }
     if (vcb.primary_rc == NAP_STATE_CHECK && vcb.secondary_rc == NAP_NODE_BUSY &&
         vga_issue_disconnect_node(work->target, work->user_data, vga_process_shutdown) != 0) {
-        return;
+        return; /* for the operator, no answer yet */
     }
+    last_answer = CLOCK::now();
     if (free_next_piece() == 0) {
         VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
     }
