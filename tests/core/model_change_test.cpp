@@ -316,7 +316,7 @@ TEST_F(ModelChange, AnOldBuildsAnswersClearNothing) {
     };
     connect(8);
     EXPECT_EQ(node->connection, VGA_CONNECTING);
-    EXPECT_EQ(issued_block(1).opcode, NAP_DISCONNECT_NODE);
+    EXPECT_EQ(issued_block<NAP_VCB>(1).opcode, NAP_DISCONNECT_NODE);
     EXPECT_EQ(scripted_nof.in_flight[1].target, 8U);
     connect(9);
     EXPECT_EQ(node->connection, VGA_CONNECTED);

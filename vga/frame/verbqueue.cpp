@@ -200,11 +200,13 @@ NB_VOID vga_drain_immediate_queue(NB_VOID) {
 
 NB_VOID vga_divert_verbs(NB_USHORT opcode, NB_ULONG user_data, VGA_COMPLETION from,
                          VGA_COMPLETION to) {
-    for (NB_LQE *links = gvga_nof_queue.next; links != &gvga_nof_queue; links = links->next) {
-        VGA_QUEUE_ENTRY &entry = *entry_of(links);
-        if (entry.vcb->opcode == opcode && entry.user_data == user_data &&
-            entry.completion == from) {
-            entry.completion = to;
+    for (NB_LQE *queue : {&gvga_nof_queue, &gvga_immediate_nof_queue}) {
+        for (NB_LQE *links = queue->next; links != queue; links = links->next) {
+            VGA_QUEUE_ENTRY &entry = *entry_of(links);
+            if ((opcode == 0 || entry.vcb->opcode == opcode) && entry.user_data == user_data &&
+                entry.completion == from) {
+                entry.completion = to;
+            }
         }
     }
 }

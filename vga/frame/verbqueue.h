@@ -58,9 +58,9 @@ NB_VOID vga_nof_verb_callback(NB_ULONG target, NB_VOID *vcb, NB_ULONG user_data)
 /* Handles the entries of the immediate queue until it is empty or an exit was requested. */
 NB_VOID vga_drain_immediate_queue(NB_VOID);
 
-/* Has the routine `to` called in place of `from` for the verbs with that opcode and user data: for
- * answers that nobody wants any more and that bring what must be closed.  The immediate queue is
- * left alone. */
+/* Has the routine `to` called in place of `from` for the verbs with that opcode (0: any) and user
+ * data, in both queues: for answers that nobody wants any more and that bring what must be closed.
+ */
 NB_VOID vga_divert_verbs(NB_USHORT opcode, NB_ULONG user_data, VGA_COMPLETION from,
                          VGA_COMPLETION to);
 

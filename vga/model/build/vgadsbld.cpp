@@ -306,6 +306,7 @@ NB_VOID stop_build(const BUILD &build) {
         vga_divert_verbs(opcode, build.user_data(), build.completion, close_late);
     }
     vga_purge_verb_queue(0, 0, nullptr, build.user_data(), build.completion);
+    vga_divert_verbs(0, build.user_data(), build.completion, vga_no_completion);
 }
 
 NB_VOID restart_chain(std::initializer_list<VGA_SYSTEM_CHAIN> chains, NB_USHORT step) {

@@ -7,12 +7,19 @@
 namespace {
 
 /* The schema of an entry, and of the items within one; null for a record without an entry. */
-template <class Data> constexpr const records::Schema *schema_of = nullptr;
-template <> constexpr auto schema_of<NAP_NODE_ALL_DATA> = &records::domain_node;
-#define SCHEMA_OF(name, schema)                                                                    \
-    template <> constexpr auto schema_of<records::rows::schema::Entry> = &records::schema;
-SCHEMAS(SCHEMA_OF)
-#undef SCHEMA_OF
+template <class Data> const records::Schema *schema_of(NB_VOID) {
+    if constexpr (std::is_same_v<Data, NAP_NODE_ALL_DATA>) {
+        return &records::domain_node;
+    }
+    const records::Schema *found = nullptr;
+#define ROW(name, row)                                                                             \
+    if constexpr (std::is_same_v<Data, records::rows::row::Entry>) {                               \
+        found = &records::row;                                                                     \
+    }
+    SCHEMAS(ROW)
+#undef ROW
+    return found;
+}
 
 template <class Record> using DATA_OF = std::remove_pointer_t<decltype(Record::vcb)>;
 
@@ -42,9 +49,9 @@ template <class Record, class Owner>
 NB_VOID add_entry(std::string &text, const Record &record, const Owner *) {
     const auto *data = reinterpret_cast<const NB_UCHAR *>(record.vcb);
     if constexpr (VGA_RECORD_TYPE<Record>::nested) {
-        add_fields(text, schema_of<DATA_OF<Owner>>->nested.fields, data);
+        add_fields(text, schema_of<DATA_OF<Owner>>()->nested.fields, data);
     } else if (data != nullptr) {
-        const records::Schema *schema = schema_of<DATA_OF<Record>>;
+        const records::Schema *schema = schema_of<DATA_OF<Record>>();
         add_fields(text, schema->fields, data);
         add_fields(text, schema->status, data);
     }
