@@ -116,7 +116,12 @@ void fill_mode_def(const Engine &, NB_UCHAR *bytes) {
     memcpy(bytes, &entry, sizeof entry);
 }
 
-/* A mode in use makes its partner LU an LU in use. */
+Resource *partner_in_use(const Engine &engine, const NAP_PLU_DATA &partner) {
+    return engine.find(CLASS_PLU, reinterpret_cast<const NB_UCHAR *>(&partner) + KEY_OFFSET);
+}
+
+/* A mode in use makes its partner LU an LU in use, unless it names one that is; its definition may
+ * have changed since. */
 void mode_defined(Engine &engine, Resource &resource, bool) {
     const auto mode = Engine::get<NAP_MODE_DATA>(resource);
     const Resource *known = engine.find(CLASS_PLU_DEF, mode.fqplu_name);
@@ -124,6 +129,10 @@ void mode_defined(Engine &engine, Resource &resource, bool) {
     memcpy(partner.lu_alias, mode.lu_alias, sizeof partner.lu_alias);
     memcpy(partner.fqplu_name, mode.fqplu_name, sizeof partner.fqplu_name);
     memcpy(partner.fq_cp_name, mode.fq_cp_name, sizeof partner.fq_cp_name);
+    memcpy(partner.plu_alias, mode.plu_alias, sizeof partner.plu_alias);
+    if (partner_in_use(engine, partner) != nullptr) {
+        return;
+    }
     memset(partner.plu_alias, ' ', sizeof partner.plu_alias);
     partner.parallel_sess = 1;
     if (known != nullptr) {
@@ -131,8 +140,7 @@ void mode_defined(Engine &engine, Resource &resource, bool) {
         memcpy(partner.plu_alias, definition.plu_alias, sizeof partner.plu_alias);
         partner.parallel_sess = definition.parallel_sess_supp;
     }
-    if (engine.find(CLASS_PLU, reinterpret_cast<const NB_UCHAR *>(&partner) + KEY_OFFSET) ==
-        nullptr) {
+    if (partner_in_use(engine, partner) == nullptr) {
         engine.add_derived(CLASS_PLU, &partner, sizeof partner);
     }
     auto named = mode;

@@ -159,7 +159,7 @@ void Engine::add_mode_session(const Resource &mode, NB_USHORT number, bool winne
 }
 
 /* Sessions that go, go from the youngest on; new ones have the numbers behind the last of the LU,
- * or, at the end of the numbers, the first that are free. */
+ * or, at the end of the numbers, the first that are free.  When none is, there are fewer. */
 void Engine::set_mode_sessions(Resource &mode, NB_USHORT count, const Resource *link) {
     std::vector<Resource *> there = sessions_of(mode);
     auto entry = get<NAP_MODE_DATA>(mode);
@@ -175,13 +175,15 @@ void Engine::set_mode_sessions(Resource &mode, NB_USHORT count, const Resource *
             used.insert(get<NAP_SESSION_DATA>(*at).session_number);
         }
         NB_USHORT last = used.empty() ? 0 : *used.rbegin();
-        for (size_t made = there.size(); made < count && used.size() < MAX_NUMBER; made++) {
+        size_t made = there.size();
+        for (; made < count && used.size() < MAX_NUMBER; made++) {
             do {
                 last = last == MAX_NUMBER ? 1 : static_cast<NB_USHORT>(last + 1);
             } while (used.count(last) != 0);
             used.insert(last);
             add_mode_session(mode, last, made < entry.min_conwinners, *link);
         }
+        count = static_cast<NB_USHORT>(made);
     }
     entry = get<NAP_MODE_DATA>(mode);
     if (entry.act_sess_count != count) {

@@ -4,6 +4,7 @@
 #include "nofcopy.h"
 #include "nofverbs.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace node {
@@ -11,6 +12,7 @@ namespace node {
 namespace {
 
 constexpr NB_USHORT MOST_SESSIONS = 32767;
+constexpr NB_ULONG MOST_NUMBERS = 65535; /* of the sessions of an LU */
 
 bool is_stop_type(NB_UCHAR type) {
     return type <= NAP_IMMEDIATE_STOP;
@@ -34,7 +36,8 @@ Result Engine::operate(std::vector<NB_UCHAR> &block) {
     }
 }
 
-/* What a mode is in use with when nobody said so: the partner is where the directory knows it. */
+/* What a mode is in use with when nobody said so: the partner is where the directory knows it, and
+ * has the alias that it is in use with. */
 NAP_MODE_DATA Engine::new_mode(const NAP_LU62_SESSION_VERB &verb,
                                const NAP_MODE_CHARS &chars) const {
     NAP_MODE_DATA mode = {};
@@ -46,6 +49,14 @@ NAP_MODE_DATA Engine::new_mode(const NAP_LU62_SESSION_VERB &verb,
     mode.sess_limit = chars.plu_mode_session_limit;
     mode.min_conwinners = chars.min_conwin_src;
     mode.min_conlosers = chars.min_conloser_src;
+    const ResourceTable &partners = *tables_[CLASS_PLU];
+    for (Resource *at = partners.first_with(verb.lu_alias, sizeof verb.lu_alias); at != nullptr;
+         at = ResourceTable::next_with(*at, sizeof verb.lu_alias)) {
+        const auto partner = get<NAP_PLU_DATA>(*at);
+        if (memcmp(partner.fqplu_name, verb.fqplu_name, sizeof verb.fqplu_name) == 0) {
+            memcpy(mode.plu_alias, partner.plu_alias, sizeof mode.plu_alias);
+        }
+    }
     const ResourceTable &entries = *tables_[CLASS_DIRECTORY];
     for (Resource *at = entries.first(); at != nullptr; at = ResourceTable::next(*at)) {
         const auto known = get<NAP_DIR_DATA>(*at);
@@ -65,6 +76,7 @@ Result Engine::check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const {
     const bool fits = mode.draining == 0 && lu.def_data.disable == 0 &&
                       mode.act_sess_count + more <= mode.sess_limit &&
                       (lu_limit == 0 || lu.active_sessions + more <= lu_limit) &&
+                      lu.active_sessions + more <= MOST_NUMBERS &&
                       (limits.max_sessions == 0 || active_sessions_ + more <= limits.max_sessions);
     return fits ? GOOD : bad_state(NAP_LIMIT_REACHED);
 }
@@ -95,6 +107,8 @@ Result Engine::activate_session(std::vector<NB_UCHAR> &block) {
         }
         return bad_state(NAP_PARTNER_UNREACHABLE);
     }
+    count_traffic(); /* others have first what they were to have */
+    entry = mode != nullptr ? get<NAP_MODE_DATA>(*mode) : entry;
     const Result allowed = check_more(entry, verb.sessions);
     if (!allowed.ok()) {
         return allowed;
@@ -102,10 +116,16 @@ Result Engine::activate_session(std::vector<NB_UCHAR> &block) {
     mode = mode != nullptr ? mode : &add_derived(CLASS_MODE, &entry, sizeof entry);
     const auto wanted = static_cast<NB_USHORT>(entry.act_sess_count + verb.sessions);
     mode->extra = int32_t{wanted} - mode->behaviour.sessions;
+    const std::vector<Resource *> before = sessions_of(*mode);
     count_traffic();
     const std::vector<Resource *> there = sessions_of(*mode);
-    const Resource &first = *there[there.size() - verb.sessions];
-    verb.session_number = get<NAP_SESSION_DATA>(first).session_number;
+    const auto first =
+        std::mismatch(there.begin(), there.end(), before.begin(), before.end()).first;
+    if (first == there.end()) {
+        mode->extra = int32_t{entry.act_sess_count} - mode->behaviour.sessions;
+        return bad_state(NAP_LIMIT_REACHED);
+    }
+    verb.session_number = get<NAP_SESSION_DATA>(**first).session_number;
     memcpy(block.data(), &verb, sizeof verb);
     return GOOD;
 }
@@ -206,6 +226,7 @@ Result Engine::end_tn_client(const NB_UCHAR *block) {
             ended.push_back(tables_[CLASS_LU03]->find_alias(session.lu_name));
         }
     }
+    ended.erase(std::remove(ended.begin(), ended.end(), nullptr), ended.end());
     for (Resource *lu : ended) {
         log_off(*lu);
     }

@@ -59,7 +59,7 @@ struct Operating : testing::Test {
         verb.stop_type = static_cast<NB_UCHAR>(how);
         return rig.issue(verb);
     }
-    Codes end_client(const char *address, const char *lu = "") {
+    Codes end_client(const std::string &address, const char *lu = "") {
         NAP_END_TN_CLIENT_VERB verb = {};
         verb.opcode = NAP_END_TN3270_CLIENT;
         put(verb.client_address, address);
@@ -158,6 +158,9 @@ TEST_F(Operating, SessionsOfDependentLusEnd) {
     EXPECT_EQ(sessions("LU07"), Numbers{1});
     rig.pass(3000);
     EXPECT_EQ(sessions("LU07"), Numbers{});
+    EXPECT_EQ(end_client(std::string(sizeof NAP_END_TN_CLIENT_VERB::client_address, '1')),
+              parameter(NAP_UNKNOWN_RESOURCE))
+        << "has no end";
     EXPECT_EQ(end_client("10.1.2.4", "LU06"), parameter(NAP_UNKNOWN_RESOURCE));
     EXPECT_EQ(end_client("10.1.2.4"), OK_CODES);
     EXPECT_EQ(end_client("10.1.2.4"), parameter(NAP_UNKNOWN_RESOURCE));
@@ -168,6 +171,7 @@ TEST_F(Operating, SessionsOfDependentLusEnd) {
     } bad[] = {{"LU01", 0, AT_ONCE, parameter(NAP_UNKNOWN_RESOURCE)},
                {"NOSUCH", 0, AT_ONCE, parameter(NAP_UNKNOWN_RESOURCE)},
                {"PAYLU", 9, AT_ONCE, parameter(NAP_UNKNOWN_RESOURCE)},
+               {"PAYLU", 65535, ORDERLY, parameter(NAP_UNKNOWN_RESOURCE)},
                {"PAYLU", 1, 2, parameter(NAP_INVALID_VALUE)}};
     for (const auto &one : bad) {
         EXPECT_EQ(end(one.lu, one.number, one.how), one.codes) << one.lu;
@@ -196,7 +200,10 @@ TEST_F(Operating, Lu62SessionsComeAndGo) {
     EXPECT_EQ(mode().act_sess_count, 0);
     EXPECT_EQ(mode().draining, 0);
     EXPECT_EQ(deactivate(0, AT_ONCE), parameter(NAP_UNKNOWN_RESOURCE)) << "there is none";
+    EXPECT_EQ(rig.by_key(NAP_DELETE_PARTNER_LU, ebcdic("NETA.LEDGER", 17)), OK_CODES);
     EXPECT_EQ(activate(1, "#INTER"), OK_CODES) << "in use from now on";
+    EXPECT_EQ(memcmp(mode("#INTER").plu_alias, mode().plu_alias, sizeof mode().plu_alias), 0);
+    EXPECT_EQ(rig.list(NAP_QUERY_PARTNER_LU).entries.size(), 1U) << "it was in use by its alias";
     EXPECT_EQ(mode("#INTER").sess_limit, 8);
     EXPECT_EQ(mode("#INTER").act_sess_count, 1);
     const Codes value = parameter(NAP_INVALID_VALUE);
@@ -207,6 +214,31 @@ TEST_F(Operating, Lu62SessionsComeAndGo) {
     EXPECT_EQ(deactivate(0, 2), value);
     EXPECT_EQ(deactivate(77, AT_ONCE), parameter(NAP_UNKNOWN_RESOURCE));
     EXPECT_EQ(deactivate(0, AT_ONCE, "NIGHTLY"), parameter(NAP_UNKNOWN_RESOURCE));
+}
+
+/* The modes of one LU together want more sessions than an LU has numbers. */
+TEST_F(Operating, TheNumbersOfAnLuAreUsedUp) {
+    NAP_DEFINE_MODE_VERB wide = {};
+    wide.opcode = NAP_DEFINE_MODE;
+    wide.mode_chars =
+        rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic("#INTER")).mode_chars;
+    wide.mode_chars.plu_mode_session_limit = wide.mode_chars.max_neg_sess_lim = 32767;
+    const char *names[] = {"WIDE1", "WIDE2"};
+    for (const char *name : names) {
+        put(wide.mode_name, ebcdic(name));
+        ASSERT_EQ(rig.issue(wide), OK_CODES);
+    }
+    EXPECT_EQ(activate(32767, "WIDE1"), OK_CODES);
+    EXPECT_EQ(activate(32767, "WIDE2"), state(NAP_LIMIT_REACHED)) << "three are PAYMODE's";
+    EXPECT_EQ(activate(32765, "WIDE2"), OK_CODES);
+    EXPECT_EQ(mode("WIDE2").act_sess_count, 32765);
+    EXPECT_EQ(activate(1), state(NAP_LIMIT_REACHED));
+    EXPECT_EQ(deactivate(65535, AT_ONCE, "WIDE2"), OK_CODES);
+    EXPECT_EQ(deactivate(2, AT_ONCE), OK_CODES);
+    EXPECT_EQ(activate(3), state(NAP_LIMIT_REACHED));
+    EXPECT_EQ(activate(2), OK_CODES);
+    EXPECT_EQ(mode().act_sess_count, 4);
+    EXPECT_EQ(deactivate(65535, AT_ONCE), OK_CODES) << "a number is free when its session ended";
 }
 
 TEST_F(Operating, FailuresSayWhenAndWhy) {

@@ -29,12 +29,12 @@ protected:
     }
     void TearDown() override { close(); }
 
-    /* Issues the operation and lets all follow that follows. */
-    NB_USHORT operate(const VGA_RESOURCE &resource, VGA_OPERATION operation) {
+    /* Issues the operation and lets all follow that follows, or what does at once. */
+    NB_USHORT operate(const VGA_RESOURCE &resource, VGA_OPERATION operation, NB_ULONG ms = 1000) {
         const NB_USHORT reason = vga_operate(resource, operation, 0, done);
         run(1);
         for (int round = 0; round < 20; round++) {
-            domain->pass(1000);
+            domain->pass(ms);
             domain->take_indications([this](const std::string &, NAP_RESOURCE_INDICATION one) {
                 VGA_PROCESS_STATE work = {node->target, reinterpret_cast<NAP_VCB *>(&one),
                                           node->handle};
@@ -94,8 +94,14 @@ TEST_F(StartStop, WhatStandsOnALineGoesDownAndUp) {
             EXPECT_EQ(operate(row.resource, VGA_START), 0);
             EXPECT_EQ(row.state(), NB_ULONG{NAP_ACTIVE});
         }
+        EXPECT_EQ(operate(row.resource, VGA_STOP_ORDERLY, 0), 0);
+        EXPECT_EQ(row.state(), NB_ULONG{NAP_PENDING_INACTIVE});
+        EXPECT_EQ(vga_refuses_operation(row.resource, VGA_STOP_ORDERLY), VGA_MSG_NODEW_WRONG_STATE);
+        EXPECT_EQ(vga_refuses_operation(row.resource, VGA_STOP_IMMEDIATE), 0);
+        EXPECT_EQ(operate(row.resource, VGA_START), 0) << "takes it back";
+        EXPECT_EQ(row.state(), NB_ULONG{NAP_ACTIVE});
     }
-    EXPECT_EQ(completed, std::vector<NB_USHORT>(20, NAP_OK));
+    EXPECT_EQ(completed, std::vector<NB_USHORT>(30, NAP_OK));
 }
 
 TEST_F(StartStop, AnActiveLinkStandsForItsPu) {
@@ -179,6 +185,10 @@ TEST_F(StartStop, SessionsHaveVerbsOfTheirOwn) {
     EXPECT_EQ(vga_operate({VGA_OPERABLE_MODE, mode}, VGA_START, 0, done), 0);
     EXPECT_EQ(vga_operate({VGA_OPERABLE_MODE, mode}, VGA_STOP_IMMEDIATE, 0, done), 0);
     EXPECT_EQ(vga_operate({VGA_OPERABLE_LU62, lu}, VGA_STOP_IMMEDIATE, 0, done), 0);
+    mode->vcb->draining = 1;
+    EXPECT_EQ(vga_refuses_operation({VGA_OPERABLE_MODE, mode}, VGA_START),
+              VGA_MSG_NODEW_WRONG_STATE);
+    EXPECT_EQ(vga_refuses_operation({VGA_OPERABLE_MODE, mode}, VGA_STOP_IMMEDIATE), 0);
     ASSERT_EQ(scripted_nof.in_flight.size(), 3u);
     NAP_LU62_SESSION_VERB session;
     memcpy(&session, scripted_nof.in_flight[0].vcb, sizeof(session));

@@ -20,10 +20,10 @@ template <class... State> constexpr NB_USHORT in(State... states) {
     return static_cast<NB_USHORT>(((1U << states) | ... | 0U));
 }
 
-constexpr NB_USHORT any = 0xFFFF;
 constexpr NB_USHORT down = in(NAP_NOT_ACTIVE, NAP_RESETTING);
 constexpr NB_USHORT up = in(NAP_PENDING_ACTIVE, NAP_ACTIVE);
 constexpr NB_USHORT going_down = in(NAP_PENDING_INACTIVE);
+constexpr NB_USHORT not_up = down | going_down; /* a start takes an orderly stop back */
 
 struct OPERABLE {
     VGA_OPERABLE kind;
@@ -66,12 +66,14 @@ template <class Pu> SUBJECT pu_subject(NB_VOID *record) {
     return {pu.parent, pu.name, sizeof(pu.name), pu.vcb->pu_sscp_sess_active};
 }
 
-/* The key of its entry is that of the verbs. */
+/* The key of its entry is that of the verbs.  While it drains it takes no new sessions. */
 SUBJECT mode_subject(NB_VOID *record) {
     const auto &mode = as<VGA_MODE>(record);
     const auto *entry = reinterpret_cast<const NB_UCHAR *>(mode.vcb);
-    return {mode.parent->parent, entry + records::KEY_OFFSET, records::mode.key_size(),
-            NB_ULONG{mode.vcb->act_sess_count != 0 ? NB_ULONG{NAP_ACTIVE} : NAP_NOT_ACTIVE}};
+    const NB_ULONG state = mode.vcb->draining != 0         ? NAP_PENDING_INACTIVE
+                           : mode.vcb->act_sess_count != 0 ? NAP_ACTIVE
+                                                           : NAP_NOT_ACTIVE;
+    return {mode.parent->parent, entry + records::KEY_OFFSET, records::mode.key_size(), state};
 }
 
 SUBJECT lu62_subject(NB_VOID *record) {
@@ -91,12 +93,12 @@ constexpr NB_USHORT node_up = in(NAP_NODE_STARTING, NAP_NODE_ACTIVE);
 /* clang-format off */
 constexpr OPERABLE operables[] = {
     {VGA_OPERABLE_NODE, NAP_INIT_NODE, NAP_STOP_NODE, in(NAP_NODE_STOPPED), node_up, in(NAP_NODE_STOPPING), node_subject},
-    {VGA_OPERABLE_DLC, NAP_START_DLC, NAP_STOP_DLC, down, up, going_down, dlc_subject},
-    {VGA_OPERABLE_PORT, NAP_START_PORT, NAP_STOP_PORT, down, up, going_down, port_subject},
-    {VGA_OPERABLE_LS, NAP_START_LS, NAP_STOP_LS, down, up, going_down, ls_subject},
-    {VGA_OPERABLE_LOCAL_PU, NAP_START_PU, NAP_STOP_PU, down, up, going_down, pu_subject<VGA_LOCAL_PU>},
-    {VGA_OPERABLE_DOWN_PU, NAP_START_PU, NAP_STOP_PU, down, up, going_down, pu_subject<VGA_DOWN_PU>},
-    {VGA_OPERABLE_MODE, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, any, up, 0, mode_subject},
+    {VGA_OPERABLE_DLC, NAP_START_DLC, NAP_STOP_DLC, not_up, up, going_down, dlc_subject},
+    {VGA_OPERABLE_PORT, NAP_START_PORT, NAP_STOP_PORT, not_up, up, going_down, port_subject},
+    {VGA_OPERABLE_LS, NAP_START_LS, NAP_STOP_LS, not_up, up, going_down, ls_subject},
+    {VGA_OPERABLE_LOCAL_PU, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_LOCAL_PU>},
+    {VGA_OPERABLE_DOWN_PU, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_DOWN_PU>},
+    {VGA_OPERABLE_MODE, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, down | up, up, going_down, mode_subject},
     {VGA_OPERABLE_LU62, 0, NAP_END_LU_SESSION, 0, up, 0, lu62_subject},
     {VGA_OPERABLE_LU03, 0, NAP_END_LU_SESSION, 0, up, 0, lu03_subject},
 };
