@@ -231,55 +231,44 @@ TEST_F(Fields, WhatIsWrongIsRefusedWithItsMessage) {
     for (Widget field : {block, puid}) {
         XtRemoveAllCallbacks(field, XmNmodifyVerifyCallback);
     }
-    const auto refused = [&](const char *message, Widget field) {
-        gui::settle();
-        EXPECT_EQ(gui::box_text(window), message);
-        vga_close_modal_dialog(window);
-        gui::give_focus(window->shell);
-        EXPECT_EQ(XmGetFocusWidget(window->shell), field);
-    };
     NB_ULONG value = 77;
     NB_LONG signed_value = 77;
-    const auto number = [&](const char *text, bool with_sign) {
-        vga_fill_field(puid, text);
-        return with_sign
-                   ? vga_check_signed_field(window, puid, -5, 10, 1, "key", 2, "key", &signed_value)
-                   : vga_check_field(window, puid, 0, 4000000000U, 1, "key", 2, "key", &value);
+    NB_UCHAR out[100] = {};
+    const struct {
+        char check;
+        const char *block, *puid, *message;
+        Widget at_fault; // null: all is well
+    } rows[] = {
+        {'u', "", "", "empty", puid},      {'u', "", "-1", "0 to 4000000000", puid},
+        {'s', "", "-6", "-5 to 10", puid}, {'u', "", "4000000000", "", nullptr},
+        {'s', "", "-5", "", nullptr},      {'h', "", "0A1b2", "bad", puid},
+        {'i', "", "", "empty", block},     {'i', "05D", "", "bad", puid},
+        {'i', "5", "12345", "bad", block},
     };
-    EXPECT_EQ(number("", false), 0);
-    refused("empty", puid);
-    EXPECT_EQ(number("-1", false), 0);
-    refused("0 to 4000000000", puid);
-    EXPECT_EQ(number("-6", true), 0);
-    refused("-5 to 10", puid);
-    EXPECT_EQ(number("4000000000", false) + number("-5", true), 2);
+    for (const auto &row : rows) {
+        vga_fill_field(block, row.block);
+        vga_fill_field(puid, row.puid);
+        const bool good =
+            row.check == 'u'
+                ? vga_check_field(window, puid, 0, 4000000000U, 1, "key", 2, "key", &value) != 0
+            : row.check == 's' ? vga_check_signed_field(window, puid, -5, 10, 1, "key", 2, "key",
+                                                        &signed_value) != 0
+            : row.check == 'h' ? vga_get_hex_field(puid, out, 4, 3, "key", window) != -1
+                               : vga_get_node_id(block, puid, out, 1, "key", 3, "key", window) != 0;
+        gui::settle();
+        EXPECT_EQ(good, row.at_fault == nullptr) << &row - rows;
+        EXPECT_EQ(gui::box_text(window), row.message);
+        vga_close_modal_dialog(window);
+        gui::give_focus(window->shell);
+        EXPECT_TRUE(good || XmGetFocusWidget(window->shell) == row.at_fault) << &row - rows;
+    }
     EXPECT_EQ(value, 4000000000U);
     EXPECT_EQ(signed_value, -5);
-
-    NB_UCHAR out[100] = {};
-    vga_fill_field(puid, "0A1b2");
-    EXPECT_EQ(vga_get_hex_field(puid, out, 4, 3, "key", window), -1);
-    refused("bad", puid);
     vga_fill_field(puid, "0A1b2c3d4e"); // more than the field takes
     EXPECT_EQ(vga_get_hex_field(puid, out, 4, 3, "key", window), 4);
     EXPECT_EQ(memcmp(out, "\x0a\x1b\x2c\x3d", 5), 0);
-
-    const struct {
-        const char *block, *puid, *message;
-        Widget at_fault;
-    } identifiers[] = {
-        {"", "", "empty", block}, {"05D", "", "bad", puid}, {"5", "12345", "bad", block}};
-    for (const auto &row : identifiers) {
-        vga_fill_field(block, row.block);
-        vga_fill_field(puid, row.puid);
-        EXPECT_EQ(vga_get_node_id(block, puid, out, 1, "key", 3, "key", window), 0);
-        refused(row.message, row.at_fault);
-    }
-    NB_UCHAR fq_name[17];
-    vga_fill_field(block, "NET");
-    EXPECT_EQ(vga_build_fq_name(block, puid, fq_name), 1);
-    EXPECT_EQ(vga_build_fq_name(block, nullptr, fq_name), 0);
-    EXPECT_EQ(vga_buildw_fq_name(block, nullptr, fq_name), 1);
+    EXPECT_EQ(vga_build_fq_name(block, nullptr, out), 0);
+    EXPECT_EQ(vga_buildw_fq_name(block, nullptr, out), 1);
 }
 
 } // namespace

@@ -10,23 +10,6 @@ namespace {
 
 // Fetching and closing.
 
-TEST_F(Dialogs, FetchFillsTheHeader) {
-    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog, &record);
-    ASSERT_NE(moded, nullptr);
-    EXPECT_EQ(moded->dialog_id, VGA_UID_MODE_DIALOG);
-    EXPECT_EQ(moded->parent, main_dialog);
-    EXPECT_EQ(moded->parent_item, &record);
-    EXPECT_EQ(nba_validate_handle(moded->handle), moded);
-    Widget field = reinterpret_cast<MODED_DESC *>(moded)->mode_name;
-    EXPECT_EQ(vga_get_dialog_from_widget(field), moded);
-    EXPECT_EQ(vga_get_dialog_from_widget(moded->shell), moded);
-    EXPECT_EQ(vga_get_dialog_from_widget(part("*nodewItem")), main_dialog);
-    EXPECT_EQ(vga_get_dialog_from_widget(gvga_toplevel), main_dialog);
-    // A field with a context of its own does not hide the dialog.
-    vga_put_widget_context(field, &other_record);
-    EXPECT_EQ(vga_get_dialog_from_widget(field), moded);
-}
-
 TEST_F(Dialogs, ClosedDialogIsReusedUnderTheSameParentOnly) {
     VGA_DIALOG *window = open(VGA_UID_TP_WINDOW, main_dialog);
     VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog, &record);
@@ -120,16 +103,6 @@ TEST_F(Dialogs, FailuresLeaveNothingBehind) {
     vga_release_dialog(window);
     EXPECT_EQ(events.fatal, "NB_EMPTY_LIST(dialog_ptr->children_root_lqe)");
     EXPECT_EQ(window->in_use, 1);
-}
-
-TEST_F(Dialogs, EveryOpenDialogHearsOfRecords) {
-    VGA_DIALOG *moded = open(VGA_UID_MODE_DIALOG, main_dialog, &other_record);
-    VGA_DIALOG *closed = open(VGA_UID_MODE_DIALOG, main_dialog);
-    vga_close_children(closed, 1, 0);
-    vga_record_changed(&other_record, VGA_RECORD_CHANGED);
-    EXPECT_EQ(events.changed, (std::vector<NB_VOID *>{&other_record, &other_record}));
-    vga_record_changed(&other_record, VGA_RECORD_GONE);
-    EXPECT_EQ(moded->in_use, 0) << "it closes itself while it is told";
 }
 
 } // namespace

@@ -333,10 +333,6 @@ TEST_F(NodeWindow, PanesShareTheHeight) {
     for (size_t pane = 0; pane < before.size(); pane++) {
         EXPECT_GT(grown[pane], before[pane] + 20) << pane;
     }
-    resize(900, first_height);
-    for (size_t pane = 0; pane < before.size(); pane++) {
-        EXPECT_NEAR(heights()[pane], before[pane], 3) << pane;
-    }
     resize(700, 480);
     for (const VGA_NODEW_PANE &pane : desc->panes) {
         Position top, window_top;
@@ -365,42 +361,7 @@ TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
     }
 }
 
-TEST(NodeWindowHeights, GiveWayInTheirOrder) {
-    const struct {
-        NB_ULONG screen;
-        VGA_NODEW_STEP step;
-    } rows[] = {
-        {1024, VGA_NODEW_STEP_NONE},       {472, VGA_NODEW_STEP_NONE},
-        {471, VGA_NODEW_STEP_NO_PANEL},    {428, VGA_NODEW_STEP_NO_PANEL},
-        {427, VGA_NODEW_STEP_NO_KEYS},     {418, VGA_NODEW_STEP_NO_KEYS},
-        {417, VGA_NODEW_STEP_NO_TOOL_BAR}, {10, VGA_NODEW_STEP_NO_TOOL_BAR},
-    };
-    for (const auto &row : rows) {
-        EXPECT_EQ(vga_nodew_choose_step({row.screen, 100, 40, 10, 250}), row.step) << row.screen;
-    }
-    EXPECT_GT(vga_nodew_height_limit(10, VGA_NODEW_STEP_NONE), 0U);
-}
-
 // Help under the pointer.
-
-TEST_F(NodeWindow, PointerHelpComesAndGoes) {
-    show_node();
-    for (Widget button : {desc->tools[VGA_NODEW_STOP].icon, desc->tools[VGA_NODEW_STOP].text}) {
-        vga_set_sensitive(button, 1);
-        gui::move_to(button, 8, 8);
-        EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_HELP_STOP));
-        EXPECT_EQ(gvga_current_button, button);
-        gui::move_to(desc->panes[0].draw_area, 200, 60);
-        EXPECT_EQ(message(), "");
-        EXPECT_EQ(gvga_current_button, nullptr);
-    }
-    Widget button = desc->tools[VGA_NODEW_STOP].text;
-    gui::move_to(button, 8, 8);
-    ASSERT_EQ(gvga_current_button, button);
-    vga_nodew_set_button_states(desc); // the button is off now
-    EXPECT_EQ(message(), "");
-    EXPECT_EQ(gvga_current_button, nullptr);
-}
 
 // What a selection allows.
 

@@ -7,6 +7,7 @@
 
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
+#include <utility>
 
 namespace {
 
@@ -139,48 +140,33 @@ TEST_F(NodePopup, WhatIsOffSaysWhyUnderThePointer) {
                  vga_message(VGA_MSG_NODEW_NOT_STARTABLE));
 }
 
-struct REASON_CASE {
-    VGA_NODEW_COMMAND command;
-    NB_SHORT type;
-    NB_LONG count;
-    NB_ULONG node_state;
-    NB_UCHAR status;
-    NB_USHORT defined, read_only, message;
-};
-
+// Those that no other test meets.
 TEST(NodeWindowReasons, FitTheSituation) {
-    constexpr NB_SHORT none = VGA_VIEWER_SELECT_NONE;
-    constexpr NB_ULONG up = NAP_NODE_ACTIVE, down = NAP_NODE_STOPPED;
-    static const REASON_CASE cases[] = {
-        {VGA_NODEW_ZOOM, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_SELECT_FIRST},
-        {VGA_NODEW_START, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_ACTIVE_ALREADY},
-        {VGA_NODEW_STOP, none, 0, down, 0, 1, 0, VGA_MSG_NODEW_NOT_ACTIVE},
-        {VGA_NODEW_STOP, none, 0, NAP_NODE_BACK_LEVEL, 0, 1, 0, VGA_MSG_NODEW_WRONG_STATE},
-        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, up, NAP_ACTIVE, 1, 0, VGA_MSG_NODEW_ACTIVE_ALREADY},
-        {VGA_NODEW_STOP, VGA_VIEWER_PORT, 1, up, NAP_NOT_ACTIVE, 1, 0, VGA_MSG_NODEW_NOT_ACTIVE},
-        {VGA_NODEW_STOP, VGA_VIEWER_PORT, 1, up, 200, 1, 0, VGA_MSG_NODEW_WRONG_STATE},
-        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, down, 0, 1, 0, VGA_MSG_NODEW_NODE_NOT_ACTIVE},
-        {VGA_NODEW_START, VGA_VIEWER_LU62, 1, up, 0, 1, 0, VGA_MSG_NODEW_NOT_STARTABLE},
-        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, up, NAP_NOT_ACTIVE, 1, 1, VGA_MSG_NODEW_LOOK_ONLY},
-        {VGA_NODEW_ZOOM, VGA_VIEWER_PORT, 2, up, 0, 1, 0, VGA_MSG_NODEW_ONE_ONLY},
-        {VGA_NODEW_COPY, VGA_VIEWER_LS, 1, up, 0, 0, 0, VGA_MSG_NODEW_NOT_DEFINED},
-        {VGA_NODEW_DELETE, VGA_VIEWER_MODE, 1, up, 0, 1, 0, VGA_MSG_NODEW_NOT_FOR_THIS},
-        {VGA_NODEW_STATUS, VGA_VIEWER_USER, 1, up, 0, 1, 0, VGA_MSG_NODEW_NOT_FOR_THIS},
-        {VGA_NODEW_DELETE, VGA_VIEWER_PORT, 1, up, 0, 1, 0, VGA_MSG_NODEW_LATER},
-        {VGA_NODEW_ZOOM, VGA_VIEWER_MODE, 1, up, 0, 1, 0, 0},
-        {VGA_NODEW_ADD, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_MARK_FIRST},
-        {VGA_NODEW_TN_SERVER, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_NOT_SUPPORTED},
-        {VGA_NODEW_TRACING, none, 0, NAP_NODE_UNCONFIGURED, 0, 1, 0, VGA_MSG_NODEW_WRONG_STATE},
-        {VGA_NODEW_RJE_WKSTN, none, 0, up, 0, 1, 0, VGA_MSG_NODEW_NOT_INSTALLED},
+    constexpr NB_ULONG up = NAP_NODE_ACTIVE, unknown = NAP_NODE_UNCONFIGURED;
+    static const struct {
+        VGA_NODEW_COMMAND command;
+        NB_SHORT type;
+        NB_LONG count;
+        NB_ULONG node_state;
+        NB_USHORT defined, message;
+    } cases[] = {
+        {VGA_NODEW_ZOOM, VGA_VIEWER_SELECT_NONE, 0, up, 1, VGA_MSG_NODEW_SELECT_FIRST},
+        {VGA_NODEW_STOP, VGA_VIEWER_SELECT_NONE, 0, unknown, 1, VGA_MSG_NODEW_WRONG_STATE},
+        {VGA_NODEW_START, VGA_VIEWER_PORT, 1, unknown, 1, VGA_MSG_NODEW_NODE_NOT_ACTIVE},
+        {VGA_NODEW_ZOOM, VGA_VIEWER_PORT, 2, up, 1, VGA_MSG_NODEW_ONE_ONLY},
+        {VGA_NODEW_COPY, VGA_VIEWER_LS, 1, up, 0, VGA_MSG_NODEW_NOT_DEFINED},
+        {VGA_NODEW_DELETE, VGA_VIEWER_MODE, 1, up, 1, VGA_MSG_NODEW_NOT_FOR_THIS},
+        {VGA_NODEW_ZOOM, VGA_VIEWER_MODE, 1, up, 1, 0},
+        {VGA_NODEW_ADD, VGA_VIEWER_SELECT_NONE, 0, up, 1, VGA_MSG_NODEW_MARK_FIRST},
+        {VGA_NODEW_TN_SERVER, VGA_VIEWER_SELECT_NONE, 0, up, 1, VGA_MSG_NODEW_NOT_SUPPORTED},
+        {VGA_NODEW_RJE_WKSTN, VGA_VIEWER_SELECT_NONE, 0, up, 1, VGA_MSG_NODEW_NOT_INSTALLED},
     };
-    const NB_USHORT rje = gvga_supported[VGA_SUPPORTED_RJE];
-    gvga_supported[VGA_SUPPORTED_RJE] = 0;
+    const NB_USHORT rje = std::exchange(gvga_supported[VGA_SUPPORTED_RJE], NB_USHORT{0});
     VGA_NODE node = {};
     node.connection = VGA_CONNECTED;
-    for (const REASON_CASE &row : cases) {
+    for (const auto &row : cases) {
         node.node_state = row.node_state;
-        const VGA_NODEW_SITUATION situation = {&node,     row.read_only, 0,          row.type,
-                                               row.count, row.status,    row.defined};
+        const VGA_NODEW_SITUATION situation = {&node, 0, 0, row.type, row.count, 0, row.defined};
         EXPECT_EQ(vga_nodew_reason(situation, row.command), row.message) << &row - cases;
     }
     gvga_supported[VGA_SUPPORTED_RJE] = rje;

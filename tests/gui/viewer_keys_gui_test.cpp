@@ -80,6 +80,7 @@ TEST_F(ViewerKeys, Movement) {
         {next, ctrl, 13, 15, "13 15 "},
         {home, ctrl, 15, 13, "13 15 "},
         {end, shift, 13, 15, "13 14 15 "},
+        {{"space", "KP_Space"}, ctrl, 3, 3, ""},
     };
     for (const MOVE &move : moves) {
         for (const char *name : move.keys) {
@@ -89,23 +90,13 @@ TEST_F(ViewerKeys, Movement) {
             key(name, move.held);
             EXPECT_EQ(root.outline_viewer, &records[move.to]->item);
             EXPECT_EQ(selected(), move.selected);
-            const bool moved = move.to != move.from;
-            EXPECT_EQ(events.disarmed, moved);
-            EXPECT_EQ(events.buttons, moved);
+            const bool changed = move.to != move.from || *move.selected == '\0';
+            EXPECT_EQ(events.disarmed, changed);
+            EXPECT_EQ(events.buttons, changed);
             const int row = row_of(root.outline_viewer);
             EXPECT_TRUE(row >= 0 && row * line() <= height - line()) << row;
-            EXPECT_TRUE(inverted(row));
+            EXPECT_EQ(inverted(row), *move.selected != '\0');
         }
-    }
-}
-
-TEST_F(ViewerKeys, WithoutOutlineMovementBeginsAtTheTop) {
-    for (const char *name : {"space", "plus", "Down"}) {
-        start_from(5);
-        vga_viewer_clear_selection(&root);
-        vga_clear_outline_selection(&root);
-        key(name);
-        EXPECT_EQ(selected(), strcmp(name, "Down") == 0 ? "1 " : "") << name;
     }
 }
 
@@ -131,21 +122,6 @@ TEST_F(ViewerKeys, LeftRightAndHomeScrollSideways) {
         EXPECT_EQ(view()->x_offset, view()->content_width - view()->window_width);
         key("Home");
         EXPECT_EQ(row_image(6), unmoved);
-    }
-}
-
-TEST_F(ViewerKeys, SpaceSelectsTheOutlinedLine) {
-    for (const char *name : {"space", "KP_Space"}) {
-        SCOPED_TRACE(name);
-        start_from(3);
-        vga_viewer_clear_selection(&root);
-        vga_viewer_scroll_view(&root, 1000); // away from it
-        key(name);
-        EXPECT_EQ(selected(), "3 ");
-        EXPECT_EQ(events.buttons, 1);
-        EXPECT_TRUE(inverted(row_of(&records[3]->item)));
-        key(name, ctrl);
-        EXPECT_EQ(selected(), "");
     }
 }
 

@@ -77,26 +77,6 @@ TEST_F(Viewer, OnlyTwoClicksOnOneLineOpenIt) {
     EXPECT_EQ(selected(), "0 1 2 ") << "a drag";
 }
 
-TEST_F(Viewer, DraggingBackGivesLinesUp) {
-    fill(6);
-    add(MEMBER, "MEMBER", records[2].get());
-    vga_expand_viewer(&root, &records[2]->item, 1);
-    display();
-    gui::move_to(draw_widget, 100, middle_of(1));
-    gui::press();
-    gui::move_to(draw_widget, 100, middle_of(5));
-    EXPECT_EQ(selected(), "1 2 3 4 ") << "the member has another parent";
-    gui::move_to(draw_widget, 100, middle_of(2));
-    EXPECT_EQ(selected(), "1 2 ");
-    gui::move_to(draw_widget, 100, middle_of(0));
-    EXPECT_EQ(selected(), "0 1 ");
-    vga_delete_viewer(&root, &records[0]->item); // under the pointer
-    gui::move_to(draw_widget, 100, middle_of(3));
-    gui::release();
-    EXPECT_EQ(view()->dragging, 0);
-    EXPECT_EQ(selected(), "1 ");
-}
-
 TEST_F(Viewer, DraggingAboveTheWindowScrollsAndStopsAtTheAnchorsSiblings) {
     fill(30);
     for (int i = 0; i < 2; ++i) {

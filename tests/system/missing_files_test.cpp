@@ -43,26 +43,35 @@ protected:
     }
 };
 
-TEST_F(MissingFiles, NoCatalogue) {
-    place.remove(catalogue);
-    expect_no_start({}, without_catalogue, "0x40020005 detail 3");
-    expect_no_start({"-h"}, without_catalogue, "0x40020005 detail 0");
-    place.write(catalogue, "this is no catalogue\n");
-    expect_no_start({}, without_catalogue, "0x40020005 detail 3");
-}
-
-TEST_F(MissingFiles, NoWindowDescriptions) {
-    place.remove(dialogs);
-    expect_no_start({}, message(603), "0x40020006 detail 0");
-    place.write(dialogs, "this is no UID file\n");
-    expect_no_start({}, message(603), "0x40020006 detail 0");
-}
-
-TEST_F(MissingFiles, NoIcons) {
-    place.remove(icons);
-    place.remove(big_icons);
-    expect_no_start({}, message(603), "0x40020006 detail 1");
-    expect_no_start({"-size", "small"}, message(603), "0x40020006 detail 1");
+TEST_F(MissingFiles, ItSaysWhichAndDoesNotStart) {
+    const struct {
+        std::vector<std::string> files, arguments;
+        std::string words, problem;
+    } rows[] = {
+        {{catalogue}, {}, without_catalogue, "0x40020005 detail 3"},
+        {{catalogue}, {"-h"}, without_catalogue, "0x40020005 detail 0"},
+        {{dialogs}, {}, message(603), "0x40020006 detail 0"},
+        {{icons, big_icons}, {}, message(603), "0x40020006 detail 1"},
+        {{icons, big_icons}, {"-size", "small"}, message(603), "0x40020006 detail 1"},
+    };
+    for (const auto &row : rows) {
+        std::vector<std::string> kept;
+        for (const std::string &file : row.files) {
+            kept.push_back(place.read(file));
+            place.remove(file);
+        }
+        expect_no_start(row.arguments, row.words, row.problem);
+        for (const std::string &file : row.files) {
+            place.write(file, "this is no such file\n");
+        }
+        if (row.arguments.empty()) {
+            expect_no_start({}, row.words, row.problem);
+        }
+        for (size_t at = 0; at < kept.size(); at++) {
+            place.remove(row.files[at]);
+            place.write(row.files[at], kept[at]);
+        }
+    }
 }
 
 TEST_F(MissingFiles, WithoutBigIconsTheSmallOnesServe) {

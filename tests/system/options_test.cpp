@@ -49,11 +49,6 @@ TEST_F(Options, AnUnknownArgumentIsNamed) {
     EXPECT_EQ(split_lines(out).front(), message(599, {"first"}));
 }
 
-TEST_F(Options, HelpNeedsNoDisplay) {
-    Process &program = start_program({"-h"}, {{"DISPLAY", ":none"}});
-    expect_end(program, 0);
-}
-
 TEST_F(Options, SizeChoosesIconsAndFont) {
     start_node();
     std::string err;

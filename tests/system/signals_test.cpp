@@ -195,29 +195,8 @@ protected:
         return command;
     }
 
-    std::string run(const std::vector<std::string> &words, int status,
-                    const std::vector<std::string> &settings = {}) {
-        Process process(installed(words, settings));
-        expect_end(process, status);
-        EXPECT_EQ(process.err(), "");
-        return process.out();
-    }
-
     const std::string prefix_ = "/opt/corvid/sna";
 };
-
-TEST_F(Installed, AnswersWithoutAnyEnvironment) {
-    const std::string display = "DISPLAY=" + screen().name();
-    EXPECT_EQ(flat(run({"quiladmin", "-h"}, 0)), message(609));
-    EXPECT_EQ(flat(run({"quiladmin", "-help"}, 33, {display})), message(609));
-    EXPECT_EQ(flat(run({"quiladmin", "-x"}, 33, {display})),
-              message(599, {"-x"}) + " " + message(609));
-    fs::remove(place.path("dest" + prefix_ + "/lib/nls/msg/C/sna.cat"));
-    Process without(installed({"quiladmin", "-h"}));
-    expect_end(without, 165);
-    EXPECT_EQ(without.out(), "");
-    EXPECT_EQ(flat(without.err()), "Unable to start the SNA admin tool - please check error log");
-}
 
 TEST_F(Installed, ShowsTheDomainWithoutAnyEnvironment) {
     Process front(installed({"snanode", "--domain", "single"}));

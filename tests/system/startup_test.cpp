@@ -2,6 +2,7 @@
 #include "system_test.h"
 
 #include <X11/Xlib.h>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -38,6 +39,10 @@ protected:
         if (window == 0) {
             return program.err();
         }
+        return run_to_end(program, window);
+    }
+
+    std::string run_to_end(Process &program, WindowId window) {
         EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "DLUR") != 0; }));
         close_window(window);
         expect_end(program, 0);
@@ -107,23 +112,31 @@ TEST_F(StartUp, AHomeFolderIsUsedUpToItsLimit) {
     }
 }
 
-TEST_F(StartUp, SizesAndFontsThatDoNotExistAreTold) {
+/* The user's file counts before the application defaults, whose size does not exist. */
+TEST_F(StartUp, WhatIsWrongIsToldOfTheSourceThatCounts) {
     start_node();
+    replace(application_defaults, "Quiladmin*size: medium\n" + place.read(application_defaults));
+    const std::string small = "Quiladmin*size: small\n";
     const struct {
-        std::string lines, warning;
+        std::string lines;
+        int warning; // 0: none
     } rows[] = {
-        {"Quiladmin*size: enormous", message(611)},
-        {"Quiladmin*size: Small", message(611)},
-        {"Quiladmin.iconSize: huge", message(610)},
-        {"Quiladmin.iconSize: ../../../..", message(610)},
-        {"Quiladmin*fontName: -nobody-nothing-*", message(1439)},
+        {"", 611},
+        {small, 0},
+        {"Quiladmin*size: Small", 611},
+        {small + "Quiladmin.iconSize: huge", 610},
+        {small + "Quiladmin.iconSize: ../../../..", 610},
+        {small + "Quiladmin*fontName: -nobody-nothing-*", 1439},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.lines);
         resources(row.lines);
         const std::string err = run();
-        EXPECT_NE(flat(err).find(row.warning), std::string::npos) << err;
+        EXPECT_TRUE(row.warning == 0 ? err.empty() : warns(err, row.warning)) << err;
     }
+    replace(application_defaults, "");
+    resources("");
+    EXPECT_EQ(run(), "") << "it needs the application defaults";
 }
 
 TEST_F(StartUp, ColoursThatDoNotExistAreTold) {
@@ -140,16 +153,6 @@ TEST_F(StartUp, ColoursThatDoNotExistAreTold) {
     resources("");
     EXPECT_NE(run({"-xrm", "*background: no such colour"}).find("\"no such colour\""),
               std::string::npos);
-}
-
-TEST_F(StartUp, TheUserFileWinsOverTheApplicationDefaults) {
-    start_node();
-    replace(application_defaults, "Quiladmin*size: medium\n" + place.read(application_defaults));
-    EXPECT_TRUE(warns(run(), 611));
-    resources("Quiladmin*size: small");
-    EXPECT_EQ(run(), "");
-    replace(application_defaults, "");
-    EXPECT_EQ(run(), "") << "it needs the application defaults";
 }
 
 /* A look is a file of application defaults: this one asks for a size that does not exist. */
@@ -181,28 +184,20 @@ TEST_F(StartUp, LocalesThatDoNotExistLeaveEnglishTexts) {
     }
 }
 
-class Browser : public StartUp {
-protected:
-    bool choose_page(WindowId window) {
-        return wait_for([&] { return screen().click(window, "Help"); }) && wait_for([&] {
-                   for (const WindowId menu : screen().windows()) {
-                       if (menu != window && screen().click(menu, "On the web")) {
-                           return true;
-                       }
-                   }
-                   return false;
-               });
-    }
-};
-
 /* The page that the menu entry names is one of the installation that runs. */
-TEST_F(Browser, ItIsGivenAPageThatIsThere) {
+TEST_F(StartUp, TheBrowserIsGivenAPageThatIsThere) {
     start_node();
     const std::string mark = place.path("home/mark");
     resources("Quiladmin*webBrowser: echo >" + mark);
     Process &program = start_program({}, {{"PATH", "/usr/bin:/bin"}});
     const WindowId window = loaded_window();
-    ASSERT_TRUE(window != 0 && choose_page(window));
+    ASSERT_TRUE(window != 0 && wait_for([&] { return screen().click(window, "Help"); }));
+    ASSERT_TRUE(wait_for([&] {
+        const std::vector<WindowId> all = screen().windows();
+        return std::any_of(all.begin(), all.end(), [&](WindowId menu) {
+            return menu != window && screen().click(menu, "On the web");
+        });
+    }));
     EXPECT_TRUE(wait_for([&] { return place.read("home/mark").ends_with("\n"); }));
     const std::string page = "share/doc/quiladmin/index.html";
     EXPECT_EQ(flat(place.read("home/mark")), "file://" + place.path(page));
@@ -226,26 +221,6 @@ protected:
         setenv("PATH", path_.c_str(), 1);
     }
 
-    /* It comes up with its lists, on the screen and not beyond. */
-    void expect_fit(const std::string &geometry) {
-        use_screen_of(geometry);
-        start_node();
-        Process &program = start_program();
-        const WindowId window = loaded_window();
-        ASSERT_NE(window, 0u);
-        EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "DLUR") != 0; }));
-        Display *display = XOpenDisplay(screen().name().c_str());
-        ASSERT_NE(display, nullptr);
-        XWindowAttributes place_of = {};
-        XGetWindowAttributes(display, window, &place_of);
-        EXPECT_LE(place_of.width, DisplayWidth(display, 0));
-        EXPECT_LE(place_of.height, DisplayHeight(display, 0));
-        XCloseDisplay(display);
-        close_window(window);
-        expect_end(program, 0);
-        EXPECT_EQ(program.err(), "");
-    }
-
 private:
     const std::string path_ = getenv("PATH") != nullptr ? getenv("PATH") : "/usr/bin:/bin";
 };
@@ -263,8 +238,21 @@ TEST_F(SmallScreen, EveryListHasTwoLines) {
     }
 }
 
+/* It comes up with its lists, on the screen and not beyond. */
 TEST_F(SmallScreen, LowAndWithFewColours) {
-    expect_fit("800x480x8");
+    use_screen_of("800x480x8");
+    start_node();
+    Process &program = start_program();
+    const WindowId window = loaded_window();
+    ASSERT_NE(window, 0u);
+    Display *display = XOpenDisplay(screen().name().c_str());
+    ASSERT_NE(display, nullptr);
+    XWindowAttributes place_of = {};
+    XGetWindowAttributes(display, window, &place_of);
+    EXPECT_LE(place_of.width, DisplayWidth(display, 0));
+    EXPECT_LE(place_of.height, DisplayHeight(display, 0));
+    XCloseDisplay(display);
+    EXPECT_EQ(run_to_end(program, window), "");
 }
 
 } // namespace sys
