@@ -46,13 +46,6 @@ TEST(CodePage, EveryByteComesBackAndOnlyNulIsNul) {
     EXPECT_EQ(local, bytes);
 }
 
-TEST(CodePage, ConvertsOnlyTheLengthGiven) {
-    NB_UCHAR text[] = "AAA";
-    nba_local_to_ebcdic(text, 2);
-    EXPECT_EQ(text[1], 0xC1);
-    EXPECT_EQ(text[2], 'A');
-}
-
 TEST(NameCheck, CharacterSets) {
     struct Case {
         const char *text;

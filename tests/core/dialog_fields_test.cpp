@@ -5,6 +5,7 @@
 #include "formfields.h"
 
 #include "fieldrows.h"
+#include "messages.h"
 #include "nbbase.h"
 #include "nofrec.h"
 
@@ -62,7 +63,6 @@ const VGA_FIELD hex = {.row = &hex_row, .bad = BAD};
 const VGA_FIELD ip = {.row = &ip_row, .bad = BAD};
 
 struct CASE {
-    const VGA_FIELD *field;
     const char *entered;
     NB_USHORT message;
     const char *reads; // afterwards; null: as before
@@ -71,85 +71,77 @@ struct CASE {
 class Fields : public testing::Test {
 protected:
     void SetUp() override {
-        gvga_messages_were();
+        gvga_messages[VGA_MSG_IP_ADDRESS] = "%1.%2.%3.%4";
         memset(&data, 0, sizeof(data));
         data.word = 100;
         memset(data.name, ' ', sizeof(data.name));
         memset(data.fq, 0x40, sizeof(data.fq));
     }
-    static void gvga_messages_were();
     std::string reads(const VGA_FIELD &field) const {
         char out[VGA_FIELD_TEXT_SIZE];
         vga_field_to_text(field, &data, out);
         return out;
     }
+    void enter(const VGA_FIELD &field, const std::vector<CASE> &cases) {
+        for (const CASE &one : cases) {
+            SCOPED_TRACE(std::string(one.entered) + " kind " +
+                         std::to_string(static_cast<int>(field.row->kind)));
+            SetUp();
+            const DATA before = data;
+            EXPECT_EQ(vga_field_from_text(field, one.entered, nullptr, &data), one.message);
+            if (one.reads == nullptr) {
+                EXPECT_EQ(memcmp(&before, &data, sizeof(data)), 0)
+                    << "refused, but something changed";
+            } else {
+                EXPECT_EQ(reads(field), one.reads);
+            }
+        }
+    }
     DATA data;
 };
 
-} // namespace
-
-#include "messages.h"
-
-namespace {
-
-void Fields::gvga_messages_were() {
-    gvga_messages[VGA_MSG_IP_ADDRESS] = "%1.%2.%3.%4";
-}
-
 TEST_F(Fields, TextsAndTheirMessages) {
-    const CASE cases[] = {
-        {&number, "200", 0, "200"},
-        {&number, " 12 ", 0, "12"},
-        {&number, "201", BAD, nullptr},
-        {&number, "-1", BAD, nullptr},
-        {&number, "1x", BAD, nullptr},
-        {&number, "", EMPTY, nullptr},
-        {&number, "   ", EMPTY, nullptr},
-        {&number, "7", OWN, nullptr},
-        {&optional, "", 0, "0"}, // below the lowest: nothing was entered
-        {&optional, "40000", 0, "40000"},
-        {&optional, "0", BAD, nullptr},
-        {&limited, "100", 0, "100"}, // as another field says
-        {&limited, "101", BAD, nullptr},
-        {&high, "4294967295", 0, "4294967295"},
-        {&high, "4294967296", BAD, nullptr},
-        {&text, "eleven char", 0, "eleven char"}, // with the terminator it fits
-        {&text, "twelve chars", BAD, nullptr},
-        {&text, "", 0, ""},
-        {&local, "alias", 0, "alias"},
-        {&local, "12345678", 0, "12345678"},
-        {&local, "123456789", BAD, nullptr},
-        {&local, "", EMPTY, nullptr},
-        {&ebcdic, "#INTER", 0, "#INTER"},
-        {&ebcdic, "", 0, ""},
-        {&ebcdic, "1LU", BAD, nullptr},
-        {&ebcdic, "lu", BAD, nullptr}, // the filter has made it upper case, or it was not typed
-        {&ebcdic, "A B", BAD, nullptr},
-        {&fq, "NETA.LU1", 0, "NETA.LU1"},
-        {&fq, "LU1", 0, "LU1"},
-        {&fq, "NETA.", BAD, nullptr},
-        {&fq, "NETWORKID.LU1", BAD, nullptr},
-        {&hex, "0aF1", 0, "0AF10000"},
-        {&hex, "0aF10200", 0, "0AF10200"},
-        {&hex, "", 0, ""},
-        {&hex, "0aF1020", BAD, nullptr},
-        {&hex, "0aF102000", BAD, nullptr},
-        {&ip, "10.1.2.3", 0, "10.1.2.3"},
-        {&ip, "10.1.2", BAD, nullptr},
-        {&ip, "", 0, ""},
-    };
-    for (const CASE &one : cases) {
-        SCOPED_TRACE(std::string(one.entered) + " kind " +
-                     std::to_string(static_cast<int>(one.field->row->kind)));
-        SetUp();
-        const DATA before = data;
-        EXPECT_EQ(vga_field_from_text(*one.field, one.entered, nullptr, &data), one.message);
-        if (one.reads == nullptr) {
-            EXPECT_EQ(memcmp(&before, &data, sizeof(data)), 0) << "refused, but something changed";
-        } else {
-            EXPECT_EQ(reads(*one.field), one.reads);
-        }
-    }
+    enter(number, {{"200", 0, "200"},
+                   {" 12 ", 0, "12"},
+                   {"010", 0, "10"},
+                   {"0x5", BAD, nullptr},
+                   {"201", BAD, nullptr},
+                   {"-1", BAD, nullptr},
+                   {"1x", BAD, nullptr},
+                   {"", EMPTY, nullptr},
+                   {"   ", EMPTY, nullptr},
+                   {"7", OWN, nullptr}});
+    enter(optional, {{"", 0, "0"}, /* below the lowest: nothing was entered */
+                     {"40000", 0, "40000"},
+                     {"0", BAD, nullptr}});
+    enter(limited, {{"100", 0, "100"}, /* as another field says */
+                    {"101", BAD, nullptr}});
+    enter(high, {{"4294967295", 0, "4294967295"},
+                 {"4294967296", BAD, nullptr},
+                 {"18446744073709551617", BAD, nullptr}});
+    enter(text, {{"eleven char", 0, "eleven char"}, /* with the terminator it fits */
+                 {"twelve chars", BAD, nullptr},
+                 {"", 0, ""}});
+    enter(local, {{"alias", 0, "alias"},
+                  {"12345678", 0, "12345678"},
+                  {"123456789", BAD, nullptr},
+                  {"", EMPTY, nullptr}});
+    enter(ebcdic,
+          {{"#INTER", 0, "#INTER"},
+           {"", 0, ""},
+           {"1LU", BAD, nullptr},
+           {"lu", BAD, nullptr}, /* the filter has made it upper case, or it was not typed */
+           {"A B", BAD, nullptr}});
+    enter(fq, {{"NETA.LU1", 0, "NETA.LU1"},
+               {"LU1", 0, "LU1"},
+               {"NETA.", BAD, nullptr},
+               {"NETWORKID.LU1", BAD, nullptr}});
+    enter(hex, {{"0aF1", 0, "0AF10000"},
+                {"0aF10200", 0, "0AF10200"},
+                {"", 0, ""},
+                {"0aF1020", BAD, nullptr},
+                {"0aF102000", BAD, nullptr}});
+    enter(ip, {{"10.1.2.3", 0, "10.1.2.3"}, {"10.1.2", BAD, nullptr}, {"", 0, ""}});
 }
 
 TEST_F(Fields, HalvesMakeOneName) {

@@ -282,24 +282,22 @@ TEST(DialString, ShortOutputOfTheWritersIsFatal) {
 TEST(DialString, NullPointersAreFatal) {
     FatalNote note;
     NB_UCHAR bytes[] = {'a', '#', '#', '#', '#', '#'};
-    NB_USHORT length = 0;
-    const Parser parsers[] = {hex, ascii, either};
-    const Writer writers[] = {v0_dialstring_binary_to_hex, v0_dialstring_binary_to_ascii,
-                              text_in_hex, text_in_ascii};
-    const auto expect = [&](const auto &call, const char *text) {
-        length = 5;
-        call();
-        EXPECT_EQ(length, text != nullptr ? 0 : 5);
-        const Notes notes = FatalNote::take();
-        EXPECT_EQ(notes.size(), 1U);
-        EXPECT_TRUE(text == nullptr || notes == Notes{text});
+    const auto expect_all = [&bytes](auto function) {
+        NB_USHORT length = 5;
+        function(bytes + 1, &length, nullptr, 0);
+        EXPECT_EQ(std::exchange(length, 5), 0);
+        function(nullptr, &length, bytes, 1);
+        EXPECT_EQ(length, 0);
+        EXPECT_EQ(FatalNote::take(), (Notes{"input != NULL", "output != NULL"}));
+        function(bytes + 1, nullptr, bytes, 1);
+        EXPECT_EQ(FatalNote::take().size(), 1U);
     };
-    const auto expect_all = [&](auto function) {
-        expect([&] { function(bytes + 1, &length, nullptr, 0); }, "input != NULL");
-        expect([&] { function(nullptr, &length, bytes, 1); }, "output != NULL");
-        expect([&] { function(bytes + 1, nullptr, bytes, 1); }, nullptr);
-    };
-    std::for_each(std::begin(parsers), std::end(parsers), expect_all);
-    std::for_each(std::begin(writers), std::end(writers), expect_all);
+    for (const Parser parser : {hex, ascii, either}) {
+        expect_all(parser);
+    }
+    for (const Writer writer : {Writer{v0_dialstring_binary_to_hex},
+                                Writer{v0_dialstring_binary_to_ascii}, Writer{text_in_hex}}) {
+        expect_all(writer);
+    }
     EXPECT_EQ(bytes[1], '#');
 }

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "nbbase.h"
-#include "reports.h"
 #include "v0toebcd.h"
 
 namespace {
@@ -55,15 +54,6 @@ TEST(EbcdicName, FromText) {
          }) {
         EXPECT_EQ(name_of(row.text, row.length), row.name) << row.text << " in " << row.length;
     }
-}
-
-TEST(EbcdicName, NullPointersAreReported) {
-    REPORTS reports;
-    NB_UCHAR out[8];
-    EXPECT_EQ(v0_generate_ebcdic_a_name(nullptr, 8, out), 0);
-    EXPECT_NE(reports.take().find("text != NULL"), std::string::npos);
-    EXPECT_EQ(v0_generate_ebcdic_a_name("a", 8, nullptr), 0);
-    EXPECT_NE(reports.take().find("out != NULL"), std::string::npos);
 }
 
 TEST(Signals, Ignore) {

@@ -12,49 +12,10 @@
 #include "serverindications.h"
 #include "vgadsbld.h"
 #include "vgaindct.h"
-#include <map>
-#include <set>
 
 SCRIPTED_NOF_ENTRY
 
 namespace {
-
-/* The numbers by which programs of administrators route, whatever the verb table says. */
-const std::map<VGA_PROCESSOR, std::vector<NB_USHORT>> routes = {
-    {vga_indication_handler,
-     {16386, 16390, 16391, 16394, 16396, 16397, 16398, 16400, 16401, 16402, 16403, 16405, 16406,
-      16410, 64530}},
-    {vga_process_node_status_ind, {61448, 8281}},
-    {vga_process_nof_status_ind, {61465}},
-    {vga_process_server_ind, {61466}},
-    {vga_process_sna_net_ind, {61559}},
-    {vga_process_node_manage_ind, {8241, 8243, 8244, 8245, 8246, 8247, 24578, 24579}},
-    {vga_process_node_config_ind,
-     {21,    33,    48,    49,    55,    57,    62,    63,    68,    88,    89,    96,    97,
-      100,   101,   8248,  8249,  8256,  8257,  8258,  8259,  8260,  8261,  8262,  8263,  8272,
-      8273,  8275,  8276,  8292,  8293,  8305,  8306,  20480, 20481, 20482, 20483, 20484, 20485,
-      20486, 20487, 20488, 20489, 20490, 20491, 24576, 24580, 32768, 32769, 61478, 61541, 61542,
-      61552, 61582, 61584, 61585, 61587, 61589, 61590, 61592, 61594, 61596, 61597, 61600, 61632,
-      61633, 61636, 61637, 61650, 61651, 61653, 61654, 61664, 61666, 64512, 64513}},
-    {vga_process_system_config_ind,
-     {8290, 8291, 61446, 61473, 61476, 61505, 61506, 61537, 61538, 61554, 61555}},
-};
-
-TEST(Dispatch, RoutesEveryNumberAndNoOther) {
-    std::set<NB_ULONG> routed;
-    for (const auto &[processor, opcodes] : routes) {
-        for (NB_USHORT opcode : opcodes) {
-            EXPECT_EQ(vga_find_processor(opcode), processor) << opcode;
-            routed.insert(opcode);
-        }
-    }
-    for (NB_ULONG opcode = 0; opcode <= 0xFFFF; opcode++) {
-        const bool resource = opcode >= 16386 && opcode <= 16411;
-        EXPECT_TRUE(vga_find_processor(static_cast<NB_USHORT>(opcode)) == nullptr || resource ||
-                    routed.contains(opcode))
-            << opcode;
-    }
-}
 
 /* What happened, in its order. */
 std::vector<std::string> events;
@@ -280,27 +241,6 @@ TEST_F(Servers, NothingIsReadWhileTheProgramCloses) {
     EXPECT_EQ(ntl_avl_validate(&gvga_system->nodes), 1);
     send_status(NAP_CONNECTION_GONE, 0, 0);
     EXPECT_EQ(gvga_exit_code, VGA_EXIT_NORMAL);
-}
-
-TEST_F(Servers, TheEndOfTheNodeSoftwareIsTheEnd) {
-    send_status(NAP_CONNECTION_GONE, 0, 0);
-    EXPECT_EQ(gvga_exit_code, VGA_EXIT_SHUTTING_DOWN);
-    EXPECT_EQ(gvga_system->domain_target + gvga_system->net_target + node->target + node->tp_target,
-              0U);
-}
-
-TEST_F(Servers, ARegistrationThatFailsIsFatal) {
-    REPORTS reports;
-    NAP_VCB vcb = {};
-    vcb.opcode = NAP_REGISTER_INDICATION_SINK;
-    vga_process_register_sink(&vcb, 5);
-    EXPECT_EQ(gvga_exit_code, 0);
-    vcb.primary_rc = NAP_PARAMETER_CHECK;
-    vcb.secondary_rc = NAP_BAD_TARGET;
-    vga_process_register_sink(&vcb, 5);
-    EXPECT_EQ(gvga_exit_code, VGA_EXIT_VERB_FAILED);
-    EXPECT_EQ(gvga_exit_subcode, NB_ULONG{NAP_REGISTER_INDICATION_SINK});
-    EXPECT_NE(reports.take().find("40020002"), std::string::npos);
 }
 
 /* Copies that cannot be: the others are in completions_test.cpp, against the node software. */

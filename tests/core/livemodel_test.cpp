@@ -246,29 +246,19 @@ NB_VOID read_owners(VGA_NODE &node) {
     vga_start_build_tp_load_info(&node);
 }
 
-NB_VOID read_phases(VGA_NODE &node) {
-    for (NB_USHORT phase : {VGA_PHASE_LOCAL_PUS, VGA_PHASE_DOWN_PUS, VGA_PHASE_CONNECTION_NETWORKS,
-                            VGA_PHASE_LOCAL_LUS}) {
-        vga_build_next_action(phase, &node);
-    }
-    vga_start_build_tp_load_info(&node);
-}
-
-/* What hangs under records comes back alone, in either way. */
+/* What hangs under records comes back alone. */
 TEST_P(LiveModel, WhatHangsUnderRecordsIsReadAlone) {
     build();
     const std::string whole = dump_without_pool_lus();
-    for (const auto read : {read_owners, read_phases}) {
-        vga_for_each(gvga_system->nodes, &VGA_NODE::links, empty_owners);
-        EXPECT_NE(dump_without_pool_lus(), whole);
-        vga_for_each(gvga_system->nodes, &VGA_NODE::links, read);
-        run(2);
-        vga_for_each(gvga_system->nodes, &VGA_NODE::links,
-                     [](VGA_NODE &node) { vga_start_build_extra_data(&node); });
-        run(3);
-        EXPECT_EQ(dump_without_pool_lus(), whole);
-        check_model();
-    }
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, empty_owners);
+    EXPECT_NE(dump_without_pool_lus(), whole);
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, read_owners);
+    run(2);
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links,
+                 [](VGA_NODE &node) { vga_start_build_extra_data(&node); });
+    run(3);
+    EXPECT_EQ(dump_without_pool_lus(), whole);
+    check_model();
 }
 
 /* Wherever the build is when a node is taken out: its answers come for nobody. */
@@ -291,20 +281,6 @@ TEST_P(LiveModel, ANodeGoesWhileItsVerbsAreInFlight) {
         scripted_nof.reset();
         begin();
     }
-}
-
-TEST_P(LiveModel, IsWholeAgainAfterItsNodesWereFreed) {
-    build();
-    const std::string whole = vga_dump_model();
-    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [](VGA_NODE &node) {
-        vga_free_node_resources(&node, 0, nullptr);
-        check_model();
-    });
-    run(1);
-    vga_for_each(gvga_system->nodes, &VGA_NODE::links,
-                 [](VGA_NODE &node) { vga_start_build_node(&node); });
-    run(2);
-    EXPECT_EQ(vga_dump_model(), whole);
 }
 
 /* Wherever memory ends: the exit is requested, and what was made can be walked and freed. */

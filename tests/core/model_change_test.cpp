@@ -36,13 +36,6 @@ protected:
     VGA_PORT *port;
 };
 
-TEST_F(ModelChange, ADlcWithoutPortsGoesAlone) {
-    const size_t records = check_model();
-    vga_delete_vga_dlc(add_dlc(node, "EMPTY"));
-    EXPECT_EQ(check_model(), records);
-    EXPECT_EQ(vga_find_port(node, port->name), port);
-}
-
 /* The dialog hears of it first, and must have shown that record. */
 TEST_F(ModelChange, ADeletedPortLetsGoOfItsDialog) {
     static const NB_VOID *shown, *told;
@@ -104,40 +97,6 @@ TEST_F(ModelChange, APuAndItsLinkStationChangePartners) {
     }
 }
 
-/* What an entry lists under another owner goes there, and the old owner takes nothing with it. */
-TEST_F(ModelChange, ResourcesMoveToAnotherOwner) {
-    VGA_DLC *other_dlc = add_dlc(node, "LAN1");
-    VGA_PORT *other_port = add_port(other_dlc, "ETH1");
-    VGA_LS *ls = add_ls(port, "HOST", NAP_ADJ_HOST, "HOSTPU");
-    VGA_LU03 *lu = add_lu03(ls->local_pu, "LU1");
-    vga_expand_viewer(&node->connectivity_root, &ls->gui_data.viewer, 1);
-    vga_viewer_select(&ls->gui_data.viewer, &node->connectivity_root, 0, 0, 1, 1);
-
-    EXPECT_EQ(add_ls(other_port, "HOST", NAP_ADJ_HOST, "HOSTPU"), ls);
-    EXPECT_EQ(ls->gui_data.viewer.parent, &other_port->gui_data.viewer);
-    EXPECT_TRUE(ls->gui_data.viewer.expanded && ls->gui_data.viewer.selected);
-    check_model();
-    EXPECT_EQ(add_port(dlc, "ETH1"), other_port);
-    vga_delete_vga_dlc(other_dlc);
-    EXPECT_EQ(vga_find_ls(node, ls->name), ls);
-    EXPECT_EQ(lu->gui_data.viewer.parent, &ls->gui_data.viewer);
-    check_model();
-
-    VGA_PRIMARY_LINE *lines[2];
-    for (int at : {0, 1}) {
-        auto line = new_entry<NAP_PRIMARY_LINE_DATA>();
-        set_local(line.line_name, at == 0 ? "LINE0" : "LINE1");
-        lines[at] = vga_insert_vga_primary_line(vga_init_vga_primary_line(node, &line));
-    }
-    auto entry = new_entry<NAP_PRIMARY_LU0_DATA>();
-    set_ebcdic(entry.lu_name, "LU0");
-    VGA_PRIMARY_LU0 *lu0 = vga_insert_vga_primary_lu0(vga_init_vga_primary_lu0(lines[0], &entry));
-    EXPECT_EQ(vga_insert_vga_primary_lu0(vga_init_vga_primary_lu0(lines[1], &entry)), lu0);
-    vga_delete_vga_primary_line(lines[0]);
-    check_model();
-    EXPECT_EQ(AVL_FIRST(node->primary_lu0s), lu0);
-}
-
 /* Whoever was heard of last has the alias, and at the end everybody has the one of the list. */
 TEST_F(ModelChange, AliasesAreSwappedAndPassedOn) {
     constexpr size_t count = 7;
@@ -157,20 +116,6 @@ TEST_F(ModelChange, AliasesAreSwappedAndPassedOn) {
         EXPECT_EQ(ntl_avl_validate(&node->lu_aliases), NB_LONG{count});
     }
     EXPECT_EQ(reports.take(), "");
-}
-
-/* A line becomes that of another kind where it stands. */
-TEST_F(ModelChange, LinesFollowTheKindOfTheirLinkStation) {
-    std::vector<VGA_LS *> all;
-    for (const char *name : {"A", "B", "C"}) {
-        all.push_back(add_ls(port, name, NAP_ADJ_END_NODE, ""));
-    }
-    for (const NB_UCHAR partner : {NAP_ADJ_HOST, NAP_ADJ_END_NODE, NAP_ADJ_DOWNSTREAM}) {
-        EXPECT_EQ(add_ls(port, "B", partner, ""), all[1]);
-        EXPECT_EQ(all[1]->gui_data.viewer.type,
-                  partner == NAP_ADJ_END_NODE ? VGA_VIEWER_LS_LEAF : VGA_VIEWER_LS);
-        check_model();
-    }
 }
 
 /* A PU has a line of its own while it is served over the network. */
@@ -336,24 +281,6 @@ TEST_F(ModelChange, AnOldBuildsAnswersClearNothing) {
     EXPECT_EQ(node->connection, VGA_CONNECTING);
 }
 
-/* A failed list ends the program in the name of the build, with the line of the list's step. */
-TEST_F(ModelChange, AFailedListNamesItsStep) {
-    std::set<NB_INT> lines;
-    for (const NB_USHORT kind : {VGA_PHASE_LOCAL_PUS, VGA_PHASE_CONNECTION_NETWORKS}) {
-        put_pu("HOSTPU");
-        auto cn = new_entry<NAP_CN_DATA>();
-        set_ebcdic(cn.fqcn_name, "NETA.CN");
-        vga_insert_vga_cn(vga_init_vga_cn(node, &cn));
-        vga_build_next_action(kind, node);
-        scripted_nof.complete(0, NAP_STATE_CHECK, NAP_NODE_BUSY);
-        EXPECT_EQ(gvga_exit_code, VGA_EXIT_VERB_FAILED);
-        EXPECT_STREQ(gvga_exit_file, "vgadsbld");
-        lines.insert(gvga_exit_line);
-        gvga_exit_code = 0;
-    }
-    EXPECT_EQ(lines.size(), 2U);
-}
-
 TEST_F(ModelChange, ALinkStationProposesThePuName) {
     const auto proposed = [this](const std::string &ls) {
         NB_UCHAR name[8];
@@ -386,31 +313,6 @@ TEST_F(ModelChange, RtpConnectionsAreReadAnew) {
     EXPECT_EQ(AVL_FIRST(node->rtp_conns), kept);
     EXPECT_EQ(ntl_avl_validate(&node->rtp_conns), 2);
     check_model();
-}
-
-TEST_F(ModelChange, AnotherLuOfTheNameStandsInTheDomain) {
-    constexpr int holders = 6;
-    for (unsigned seed = 1; seed <= 8; seed++) {
-        std::vector<VGA_LU03 *> lus;
-        for (int number = 0; number < holders; number++) {
-            VGA_LOCAL_PU *pu = put_pu("PU" + std::to_string(number));
-            lus.push_back(add_lu03(pu, "SAME"));
-            lus.push_back(add_lu03(pu, "ALSO"));
-        }
-        std::shuffle(lus.begin(), lus.end(), std::mt19937(seed));
-        while (!lus.empty()) {
-            vga_delete_vga_lu03(lus.back());
-            lus.pop_back();
-            for (const VGA_LU03 *lu : lus) {
-                auto *found = static_cast<VGA_LU03 *>(
-                    ntl_avl_find(&gvga_system->dependent_lus, &lu->domain_key));
-                ASSERT_NE(found, nullptr) << lus.size();
-                EXPECT_NE(std::find(lus.begin(), lus.end(), found), lus.end());
-            }
-            check_model();
-        }
-        EXPECT_EQ(ntl_avl_validate(&gvga_system->dependent_lus), 0);
-    }
 }
 
 TEST_F(ModelChange, ARedefinedLuLeavesItsOldPool) {
@@ -450,18 +352,6 @@ TEST_F(ModelChange, ItemsThatAnEntryDoesNotHaveAreNotMade) {
     EXPECT_EQ(vga_insert_vga_user(vga_init_vga_user(gvga_system, &entry)), user);
     EXPECT_EQ(ntl_avl_validate(&user->session_tree), 1);
     EXPECT_EQ(nba_validate_handle(handle), kept);
-}
-
-TEST_F(ModelChange, AKnownPortKeepsItsIdentityAndStatus) {
-    port->vcb->det_data.port_state = NAP_ACTIVE;
-    const NB_ULONG handle = port->handle;
-    auto entry = port_entry("eth0");
-    entry.def_data.port_number = 9;
-    EXPECT_EQ(vga_insert_vga_port(vga_init_vga_port(dlc, &entry)), port);
-    const NAP_PORT_DATA merged = *port->vcb;
-    EXPECT_EQ(merged.det_data.port_state, NB_ULONG{NAP_ACTIVE});
-    EXPECT_EQ(merged.def_data.port_number, 9);
-    EXPECT_EQ(nba_validate_handle(handle), port);
 }
 
 TEST_F(ModelChange, UserModesStayAndClassesOfServiceAreReset) {

@@ -107,14 +107,6 @@ TEST_F(Model, ANodeWithoutDependentLuSupportIsNotAskedForIt) {
               only_node()->cp_lu);
 }
 
-TEST_F(Model, AQueryThatFailsEndsTheBuildWithItsOpcode) {
-    fail(NAP_QUERY_COS, NAP_STATE_CHECK, NAP_NODE_BUSY);
-    run_build();
-    EXPECT_EQ(gvga_exit_code, VGA_EXIT_VERB_FAILED);
-    EXPECT_EQ(gvga_exit_subcode, NB_ULONG{NAP_QUERY_COS});
-    EXPECT_EQ(built, 0);
-}
-
 TEST_F(Model, WhatCannotBeOpenedIsDoneWithout) {
     fail(NAP_OPEN_FILE, NAP_STATE_CHECK, NAP_NO_DOMAIN_CONFIG);
     fail(NAP_SET_PROCESSING_MODE, NAP_PARAMETER_CHECK, NAP_NO_PERMISSION);
@@ -181,46 +173,6 @@ TEST_F(Model, ANodeThatDiesDropsOutAndTheOthersFinish) {
     EXPECT_EQ(gvga_exit_code, 0);
     EXPECT_GE(built, 1);
     EXPECT_EQ(ntl_avl_validate(&gvga_system->nodes), 3);
-}
-
-TEST_F(Model, CloseFreesEachPieceThroughTheNodeSoftware) {
-    run_build();
-    NB_ULONG target = only_node()->target;
-    EXPECT_TRUE(vga_free_system_resources(0, vga_no_completion));
-    EXPECT_FALSE(vga_free_system_resources(0, vga_no_completion)) << "only once";
-    EXPECT_TRUE(vga_do_free_node_res(only_node(), 0, vga_no_completion));
-    ASSERT_EQ(scripted_nof.in_flight.size(), 3u) << "system file, TP load file, node";
-    EXPECT_EQ(scripted_nof.in_flight.back().vcb->opcode, NAP_DISCONNECT_NODE);
-    EXPECT_EQ(scripted_nof.in_flight.back().target, target);
-    EXPECT_TRUE(vga_free_sna_net_resources(vga_no_completion));
-    while (!scripted_nof.in_flight.empty()) {
-        scripted_nof.complete();
-    }
-    EXPECT_FALSE(vga_do_free_node_res(only_node(), 0, vga_no_completion));
-}
-
-/* Comparators. */
-
-TEST(Comparators, OrderNamesAsTheListsShowThem) {
-    auto name = [](const char *text) {
-        std::vector<NB_UCHAR> bytes(8, 0);
-        std::string padded(text);
-        padded.resize(8, ' ');
-        memcpy(bytes.data(), padded.data(), 8);
-        return bytes;
-    };
-    auto ebcdic = [&name](const char *text) {
-        std::vector<NB_UCHAR> bytes = name(text);
-        nba_local_to_ebcdic(bytes.data(), 8);
-        return bytes;
-    };
-    EXPECT_EQ(vga_compare_asc8(name("eth0").data(), name("ETH0").data()), 0);
-    EXPECT_LT(vga_compare_asc8(name("eth0").data(), name("ETH1").data()), 0);
-    EXPECT_LT(vga_compare_ebc8(ebcdic("A1").data(), ebcdic("AA").data()), 0)
-        << "digits before letters, as in the local code page";
-    EXPECT_LT(vga_compare_ebc8(ebcdic("LU").data(), ebcdic("LU1").data()), 0);
-    NB_USHORT small = 2, large = 300;
-    EXPECT_LT(vga_compare_ushort(&small, &large), 0);
 }
 
 } // namespace

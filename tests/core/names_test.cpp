@@ -1,8 +1,6 @@
 /* Comparators, checks and builders of SNA names. */
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -37,24 +35,7 @@ const std::string zeros(size_t count) {
     return std::string(count, '0');
 }
 
-NB_INT sign(NB_INT value) {
-    return (value > 0) - (value < 0);
-}
-
 } // namespace
-
-TEST(Comparators, Numbers) {
-    const NB_UCHAR low = 3, high = 250;
-    EXPECT_EQ(ntl_compare_byte(&high, &low), 247);
-    EXPECT_EQ(ntl_compare_byte(&low, &high), -247);
-    EXPECT_EQ(ntl_compare_byte(&low, &low), 0);
-
-    const NB_USHORT a[] = {9, 1}, b[] = {2, 60001}, c[] = {65535, 1};
-    EXPECT_EQ(ntl_compare_lfsid(a, b), -60000);
-    EXPECT_EQ(ntl_compare_lfsid(b, a), 60000);
-    EXPECT_EQ(ntl_compare_lfsid(a, c), 9 - 65535);
-    EXPECT_EQ(ntl_compare_lfsid(c, c), 0);
-}
 
 TEST(Comparators, IdentityOrderLooksAtEveryByteUnsigned) {
     struct Case {
@@ -107,45 +88,6 @@ TEST(Comparators, DisplayOrder) {
     }
 }
 
-/* The same order spelled out: lengths, then converted copies. */
-static NB_INT plain_display_order(Bytes a, Bytes b) {
-    auto length = [](const Bytes &name) {
-        auto first = std::find(name.begin(), name.end(), NTL_BLANK) - name.begin();
-        return static_cast<NB_INT>(name.size() == 8 && first == 0 ? 8 : first);
-    };
-    if (length(a) != length(b)) {
-        return length(a) - length(b);
-    }
-    nba_ebcdic_to_local(a.data(), static_cast<NB_USHORT>(a.size()));
-    nba_ebcdic_to_local(b.data(), static_cast<NB_USHORT>(b.size()));
-    return sign(std::memcmp(a.data(), b.data(), a.size()));
-}
-
-TEST(Comparators, DisplayOrderOfAnyBytes) {
-    std::mt19937 random(std::random_device{}());
-    unsigned seed = random();
-    random.seed(seed);
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    /* Few values, so that names are alike; 0x04 and 0x06 have no counterpart in the local set. */
-    const NB_UCHAR alphabet[] = {0x40, 0x41, 0xC0, 0x3F, 0x04, 0x06, 0xC1, 0xC1, 0xF1, 0x81};
-    for (int round = 0; round < 20000; round++) {
-        size_t width = std::array<size_t, 3>{8, 17, 64}[static_cast<size_t>(round % 3)];
-        Compare compare =
-            std::array<Compare, 3>{ntl_compare_mib_sna_name, ntl_compare_mib_fq_name,
-                                   ntl_compare_mib_tp_name}[static_cast<size_t>(round % 3)];
-        Bytes a(width);
-        for (NB_UCHAR &code : a) {
-            code = round % 5 == 0 ? static_cast<NB_UCHAR>(random())
-                                  : alphabet[random() % std::size(alphabet)];
-        }
-        Bytes b = a;
-        for (unsigned changes = random() % 4; changes > 0; changes--) {
-            b[random() % width] = alphabet[random() % std::size(alphabet)];
-        }
-        ASSERT_EQ(compare(a.data(), b.data()), plain_display_order(a, b)) << "width " << width;
-    }
-}
-
 TEST(Comparators, LocalNames) {
     const auto compare = ntl_compare_mib_ascii_sna_name;
     EXPECT_EQ(compare("B       ", "AA      "), -1);
@@ -153,19 +95,6 @@ TEST(Comparators, LocalNames) {
     EXPECT_EQ(compare("ABCDEFGH", "ABCDEFG\xE9"), -1);
     EXPECT_EQ(compare("        ", "ABCDEFGH"), -8);
     EXPECT_EQ(compare("ETH0    ", "ETH0    "), 0);
-}
-
-TEST(Comparators, FullyQualifiedCorrelator) {
-    auto key = [](const char *pcid, const char *cp_name) {
-        Bytes bytes(pcid, pcid + 8);
-        Bytes name = field(cp_name, 17);
-        bytes.insert(bytes.end(), name.begin(), name.end());
-        return bytes;
-    };
-    EXPECT_LT(ntl_compare_fqpcid(key("zzzzzzzz", "N.B").data(), key("aaaaaaaa", "N.AA").data()), 0);
-    EXPECT_EQ(
-        ntl_compare_fqpcid(key("aaaaaaa\x80", "N.A").data(), key("aaaaaaa\x7f", "N.A").data()), 1);
-    EXPECT_EQ(ntl_compare_fqpcid(key("aaaaaaaa", "N.A").data(), key("aaaaaaaa", "N.A").data()), 0);
 }
 
 TEST(Names, LengthAndCharacters) {

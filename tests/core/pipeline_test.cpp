@@ -55,17 +55,6 @@ protected:
 
 using LIST = std::vector<NB_ULONG>;
 
-TEST_F(Pipeline, AnswersInAnyOrderReachTheirOwnCompletion) {
-    queue(1, NAP_DELETE_PORT, 10);
-    queue_list(1, 11);
-    queue(2, NAP_DELETE_LS, 12, note_other);
-    scripted_nof.complete(2);
-    scripted_nof.complete(0);
-    scripted_nof.complete(0);
-    EXPECT_EQ(completed, (LIST{1012, 10, 11}));
-    EXPECT_TRUE(NB_EMPTY_LIST(gvga_nof_queue));
-}
-
 TEST_F(Pipeline, ASynchronousCompletionWaitsForTheMainLoop) {
     scripted_nof.completes_at_once = [](const ISSUED_VERB &) { return NB_USHORT{1}; };
     queue(1, NAP_DELETE_PORT, 10);
@@ -104,18 +93,6 @@ TEST_F(Pipeline, APurgedVerbInFlightHoldsLaterVerbsOfItsTargetBack) {
     EXPECT_EQ(completed, (LIST{13, 14, 12}));
 }
 
-TEST_F(Pipeline, HeldVerbsThatCompleteAtOnceAreHandledInOrder) {
-    queue(1, NAP_DELETE_PORT, 10);
-    vga_purge_verb_queue(1, 0, nullptr, 0, nullptr);
-    for (NB_ULONG data : {11, 12, 13}) {
-        queue(1, NAP_DELETE_LS, data);
-    }
-    scripted_nof.completes_at_once = [](const ISSUED_VERB &) { return NB_USHORT{1}; };
-    scripted_nof.complete(0);
-    EXPECT_EQ(completed, (LIST{11, 12, 13}));
-    EXPECT_TRUE(NB_EMPTY_LIST(gvga_nof_queue));
-}
-
 TEST_F(Pipeline, PurgeFiltersByEachArgument) {
     queue(1, NAP_DELETE_PORT, 10);
     vga_purge_verb_queue(1, 0, nullptr, 0, nullptr); /* holds what follows */
@@ -141,13 +118,6 @@ TEST_F(Pipeline, AGoneConnectionSkipsTheCompletion) {
     EXPECT_EQ(completed, (LIST{11}));
 }
 
-TEST_F(Pipeline, NoNodeSoftwareRequestsItsExit) {
-    queue(1, NAP_DELETE_PORT, 10);
-    scripted_nof.complete(0, NAP_UNAVAILABLE, 0);
-    EXPECT_TRUE(completed.empty());
-    EXPECT_EQ(gvga_exit_code, VGA_EXIT_UNAVAILABLE);
-}
-
 TEST_F(Pipeline, UnsolicitedBlocksGoToTheDispatchAndStayTheInterfaces) {
     queue(1, NAP_DELETE_PORT, 10);
     NAP_RESOURCE_INDICATION indication = {};
@@ -165,15 +135,6 @@ TEST_F(Pipeline, UnsolicitedBlocksGoToTheDispatchAndStayTheInterfaces) {
     EXPECT_EQ(gvga_exit_code, VGA_EXIT_INTERNAL);
     EXPECT_STREQ(gvga_exit_file, "../../p/vga/vgautil");
     EXPECT_EQ(gvga_exit_line, 385);
-}
-
-TEST_F(Pipeline, UnknownBlocksAndMissingRoutinesAreRefused) {
-    NAP_VCB stray = {};
-    stray.opcode = NAP_DISCONNECT_NODE;
-    vga_nof_verb_callback(1, &stray, 5);
-    EXPECT_TRUE(completed.empty());
-    EXPECT_EQ(queue(1, NAP_DELETE_PORT, 10, nullptr), 0);
-    EXPECT_EQ(scripted_nof.issued, 0u);
 }
 
 } // namespace

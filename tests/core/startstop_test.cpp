@@ -53,15 +53,19 @@ protected:
         });
         return found;
     }
+    /* An active link station with a PU of the host. */
+    VGA_LS *host_link() {
+        return first_active<VGA_LS>(
+            node->link_stations,
+            [](VGA_LS &one) { return one.state == NAP_ACTIVE && one.local_pu != nullptr; },
+            &VGA_LS::node_links);
+    }
 
     VGA_NODE *node;
 };
 
 TEST_F(StartStop, WhatStandsOnALineGoesDownAndUp) {
-    auto *ls = first_active<VGA_LS>(
-        node->link_stations,
-        [](VGA_LS &one) { return one.state == NAP_ACTIVE && one.local_pu != nullptr; },
-        &VGA_LS::node_links);
+    VGA_LS *ls = host_link();
     auto *dlur = first_active<VGA_LOCAL_PU>(
         node->local_pus,
         [](VGA_LOCAL_PU &one) {
@@ -105,10 +109,7 @@ TEST_F(StartStop, WhatStandsOnALineGoesDownAndUp) {
 }
 
 TEST_F(StartStop, AnActiveLinkStandsForItsPu) {
-    auto *ls = first_active<VGA_LS>(
-        node->link_stations,
-        [](VGA_LS &one) { return one.state == NAP_ACTIVE && one.local_pu != nullptr; },
-        &VGA_LS::node_links);
+    VGA_LS *ls = host_link();
     ASSERT_NE(ls, nullptr);
     EXPECT_EQ(operate({VGA_OPERABLE_LOCAL_PU, ls->local_pu}, VGA_STOP_IMMEDIATE), 0);
     EXPECT_EQ(ls->state, NAP_ACTIVE);
@@ -190,22 +191,19 @@ TEST_F(StartStop, SessionsHaveVerbsOfTheirOwn) {
               VGA_MSG_NODEW_WRONG_STATE);
     EXPECT_EQ(vga_refuses_operation({VGA_OPERABLE_MODE, mode}, VGA_STOP_IMMEDIATE), 0);
     ASSERT_EQ(scripted_nof.in_flight.size(), 3u);
-    NAP_LU62_SESSION_VERB session;
-    memcpy(&session, scripted_nof.in_flight[0].vcb, sizeof(session));
-    EXPECT_EQ(session.opcode, NAP_ACTIVATE_SESSION);
-    EXPECT_EQ(session.sessions, 1);
-    EXPECT_EQ(session.stop_type, 0);
-    EXPECT_EQ(memcmp(session.lu_alias, lu->alias, sizeof(session.lu_alias)), 0);
-    EXPECT_EQ(memcmp(session.fqplu_name, mode->key.fqplu_name, sizeof(session.fqplu_name)), 0);
-    memcpy(&session, scripted_nof.in_flight[1].vcb, sizeof(session));
-    EXPECT_EQ(session.opcode, NAP_DEACTIVATE_SESSION);
-    EXPECT_EQ(session.stop_type, NAP_IMMEDIATE_STOP);
-    EXPECT_EQ(session.sessions, 0);
-    NAP_END_LU_SESSION_VERB end;
-    memcpy(&end, scripted_nof.in_flight[2].vcb, sizeof(end));
-    EXPECT_EQ(end.opcode, NAP_END_LU_SESSION);
-    EXPECT_EQ(end.session_number, 0);
-    EXPECT_EQ(end.stop_type, NAP_IMMEDIATE_STOP);
+    const auto *start = reinterpret_cast<NAP_LU62_SESSION_VERB *>(scripted_nof.in_flight[0].vcb);
+    const auto *stop = reinterpret_cast<NAP_LU62_SESSION_VERB *>(scripted_nof.in_flight[1].vcb);
+    const auto *end = reinterpret_cast<NAP_END_LU_SESSION_VERB *>(scripted_nof.in_flight[2].vcb);
+    EXPECT_EQ(NB_USHORT{start->opcode}, NAP_ACTIVATE_SESSION);
+    EXPECT_EQ(start->sessions, 1);
+    EXPECT_EQ(start->stop_type, 0);
+    EXPECT_EQ(memcmp(start->lu_alias, lu->alias, sizeof(start->lu_alias)), 0);
+    EXPECT_EQ(memcmp(start->fqplu_name, mode->key.fqplu_name, sizeof(start->fqplu_name)), 0);
+    EXPECT_EQ(NB_USHORT{stop->opcode}, NAP_DEACTIVATE_SESSION);
+    EXPECT_EQ(stop->sessions, 0);
+    EXPECT_EQ(NB_USHORT{end->opcode}, NAP_END_LU_SESSION);
+    EXPECT_EQ(end->session_number, 0);
+    EXPECT_EQ(stop->stop_type + end->stop_type, 2 * NAP_IMMEDIATE_STOP);
 }
 
 } // namespace

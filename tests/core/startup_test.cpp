@@ -1,17 +1,11 @@
-/* Start-up without memory: the messages, and the verbs that the build begins with.  The linker
- * sends requests for memory here, where they fail when they are told to. */
+/* Start-up without memory or without a message.  The linker sends requests for memory here, where
+ * they fail when they are told to. */
 #include <gtest/gtest.h>
 
 #include "globals.h"
-#include "hooks.h"
 #include "messages.h"
 #include "nbbase.h"
-#include "nofverbs.h"
-#include "scriptednof.h"
-#include "verblog.h"
-#include "verbqueue.h"
 #include <Xm/Xm.h>
-#include <array>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -46,8 +40,6 @@ void *__wrap_realloc(void *block, size_t size) {
 }
 }
 
-SCRIPTED_NOF_ENTRY
-
 namespace {
 
 fs::path prefix;
@@ -70,14 +62,11 @@ const auto *const folder = testing::AddGlobalTestEnvironment(new Folder);
 class NoMemory : public testing::Test {
 protected:
     void SetUp() override {
-        scripted_nof.reset();
         gvga_exit_code = 0;
-        vga_init_verb_queues();
         nba_pd_set_log((prefix / "log").c_str(), NB_PD_ALL);
     }
     void TearDown() override {
         allocations_left = never;
-        vga_empty_verb_queues();
         vga_unload_messages();
         gvga_exit_code = 0;
         fs::remove(prefix / "log");
@@ -115,12 +104,6 @@ protected:
     }
 };
 
-NB_ULONG completed;
-
-NB_VOID count_completion(const VGA_PROCESS_STATE *) {
-    completed++;
-}
-
 TEST_F(NoMemory, MessagesNeedAllTheirBlocks) {
     make_catalogue();
     EXPECT_EQ(vga_load_messages(), 1);
@@ -141,31 +124,6 @@ TEST_F(NoMemory, NoMessageMayBeMissing) {
         make_catalogue(missing);
         expect_no_start();
     }
-}
-
-/* The block stays its issuer's; a query is freed with its buffer; what is queued goes on. */
-TEST_F(NoMemory, ARefusedVerbLeavesTheQueueWorking) {
-    completed = 0;
-    const auto issue = [] {
-        return vga_issue_verb(1, vga_new_verb<NAP_NAME_VERB>(NAP_DELETE_PORT), 10,
-                              count_completion);
-    };
-    EXPECT_EQ(issue(), 1);
-    auto verb = vga_new_verb<NAP_NAME_VERB>(NAP_DELETE_LS);
-    auto query = vga_new_verb<NAP_QUERY_LIST>(NAP_QUERY_PORT);
-    vga_set_buf_ptr(reinterpret_cast<NAP_VCB *>(query.get()), vga_get_querybuf(4096));
-    allocations_left = 0;
-    EXPECT_EQ(vga_queue_verb(1, reinterpret_cast<NAP_VCB *>(verb.get()), 11, count_completion), 0);
-    EXPECT_EQ(verb->opcode, NAP_DELETE_LS);
-    EXPECT_EQ(vga_issue_verb(1, std::move(query), 12, count_completion), 0);
-    EXPECT_EQ(scripted_nof.issued, 1u);
-    EXPECT_EQ(gvga_exit_code, 0) << "the issuer decides";
-    allocations_left = never;
-    EXPECT_EQ(issue(), 1);
-    scripted_nof.complete();
-    scripted_nof.complete();
-    EXPECT_EQ(completed, 2u);
-    EXPECT_TRUE(NB_EMPTY_LIST(gvga_nof_queue));
 }
 
 } // namespace

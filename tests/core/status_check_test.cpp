@@ -7,20 +7,6 @@
 #include "resourceindications.h"
 #include "vgadsbld.h"
 #include "vgadschk.h"
-#include <functional>
-
-namespace {
-
-bool memory_is_out;
-
-} // namespace
-
-extern "C" {
-void *__real_calloc(size_t count, size_t size);
-void *__wrap_calloc(size_t count, size_t size) {
-    return memory_is_out ? nullptr : __real_calloc(count, size);
-}
-}
 
 SCRIPTED_NOF_ENTRY
 
@@ -37,7 +23,6 @@ class StatusCheck : public MODEL_RECORDS {
 protected:
     void SetUp() override {
         MODEL_RECORDS::SetUp();
-        memory_is_out = false;
         dlc = add_dlc(node, "LAN0");
         for (const char *name : {"ETH0", "ETH1", "ETH2"}) {
             ports.push_back(add_port(dlc, name));
@@ -104,21 +89,6 @@ TEST_F(StatusCheck, EndsWithoutAWordWhenTheNodeGoes) {
     EXPECT_TRUE(scripted_nof.in_flight.empty());
     EXPECT_EQ(reports.take(), "");
     EXPECT_EQ(gvga_exit_code, 0);
-}
-
-TEST_F(StatusCheck, AQueryThatCannotBeQueuedIsFatal) {
-    for (bool continued : {false, true}) {
-        gvga_exit_code = 0;
-        if (continued) {
-            vga_start_check_port(node);
-        }
-        memory_is_out = true;
-        continued ? answer_list({port("ETH0")}, 9) : vga_start_check_dlc(node);
-        memory_is_out = false;
-        EXPECT_EQ(gvga_exit_code, VGA_EXIT_INTERNAL) << continued;
-        EXPECT_EQ(gvga_exit_subcode, 0u);
-        EXPECT_STREQ(gvga_exit_file, "vgadschk");
-    }
 }
 
 TEST_F(StatusCheck, RunsOnceAtATimeAndOnceMore) {

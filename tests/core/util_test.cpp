@@ -294,27 +294,13 @@ TEST(Util, FormatAddresses) {
 
 TEST(Util, MisuseIsReported) {
     REPORTS reports;
-    const auto reported = [&](const char *text) {
-        return reports.take().find(text) != std::string::npos;
-    };
     NB_IP_ADDRESS other = address_of({10, 1, 2, 3}), mask = other;
     other.family = 3;
     vga_get_default_ip_addr_mask(&other, &mask);
     EXPECT_EQ(mask.octets[0], 0);
-    EXPECT_TRUE(reported("ip_addr->family == NAP_IPV4_ADDRESS"));
+    EXPECT_NE(reports.take().find("ip_addr->family == NAP_IPV4_ADDRESS"), std::string::npos);
     Output<18> net;
     vga_getw_fq_net_name(net, ebcdic("ALLSEVENTEENCHARS", 17).data());
     EXPECT_EQ(net.str(), "ALLSEVENTEENCHARS");
-    EXPECT_TRUE(reported("NB_STRLEN(text) <= 8"));
-    vga_strip_spaces(nullptr);
-    vga_pad_buffer(nullptr, 2, ' ');
-    EXPECT_EQ(vga_valid_ip_name(nullptr), 0);
-    EXPECT_EQ(vga_parse_ip_addr(nullptr, &mask), 0);
-    vga_get_fq_name(nullptr, nullptr);
-    vga_getw_fq_net_name(nullptr, nullptr);
-    EXPECT_EQ(vga_valid_tp_name(tp("A").data(), 0, nullptr), 0);
-    EXPECT_EQ(vga_hex_tp_name(nullptr), 0);
-    vga_format_tp_name(nullptr, nullptr, 0, 0);
-    EXPECT_EQ(vga_parse_hex_tp_name(nullptr, nullptr), 0);
-    EXPECT_TRUE(reported("tp_name != NULL"));
+    EXPECT_NE(reports.take().find("NB_STRLEN(text) <= 8"), std::string::npos);
 }

@@ -70,14 +70,4 @@ TEST_F(VerbError, TextAndHelpKey) {
     }
 }
 
-// The memory is always of the promised size: a long translation is cut, never run over.
-TEST_F(VerbError, LongTextIsCut) {
-    const std::string longer(2 * VGA_VERB_ERROR_SIZE, 'x');
-    gvga_messages[211] = longer.c_str();
-    const NB_CHAR *help_key = nullptr;
-    std::unique_ptr<NB_CHAR, decltype(&free)> text(
-        vga_get_verb_error_message(57, 0x0200, 0x554C, &help_key), free);
-    EXPECT_EQ(strlen(text.get()), VGA_VERB_ERROR_SIZE - 1U);
-}
-
 } // namespace

@@ -6,9 +6,7 @@
 #include "viewerparts.h"
 #include <algorithm>
 #include <clocale>
-#include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -44,21 +42,6 @@ protected:
     std::vector<VGA_VIEWER_ITEM> items;
 };
 std::string VIEWER::broken;
-
-TEST_F(VIEWER, ManyLinesInTheWorstOrderStayShallow) {
-    items.resize(200000);
-    for (VGA_VIEWER_ITEM &item : items) {
-        vga_create_viewer(&root, &item, 0, &item, nullptr, VGA_VIEWER_FIRST);
-    }
-    EXPECT_LE(root.top_items.root->height, 1.45 * std::log2(items.size()) + 1);
-    EXPECT_EQ(vga_viewer_get_content_height(&root), 2000000U);
-    EXPECT_EQ(vga_viewer_get_line_in_list(&items[0]), 199999U);
-    EXPECT_EQ(vga_find_viewer(&root, 999995), &items[100000]);
-    for (VGA_VIEWER_ITEM &item : items) {
-        vga_delete_viewer(&root, &item);
-    }
-    EXPECT_EQ(vga_viewer_get_content_height(&root), 0U);
-}
 
 TEST_F(VIEWER, AForeignPredecessorIsFatalAndLeavesTheListAlone) {
     fill(2);
@@ -111,23 +94,6 @@ TEST(VIEWER_LAYOUT, CutsKeepCharactersWhole) {
     EXPECT_EQ(vga_viewer_cut("\xC3\xA4x", 3, 2), 2);
 }
 
-TEST(VIEWER_LAYOUT, ScrollBarsComeOnlyWhenNeeded) {
-    struct CASE {
-        NB_ULONG content_width, lines_height;
-        NB_USHORT hbar, vbar;
-    } const cases[] = {
-        {100, 100, 0, 0}, // fits exactly, although one bar would make the other necessary
-        {101, 80, 1, 0},  {101, 91, 1, 1}, {80, 101, 0, 1},
-        {91, 101, 1, 1},  {0, 0, 0, 0},    {500, 500, 1, 1},
-    };
-    for (const CASE &example : cases) {
-        VGA_VIEWER_FIT fit = {100, 100, 10, 10, example.content_width, example.lines_height, 9, 9};
-        vga_viewer_fit(&fit);
-        EXPECT_EQ(fit.hbar, example.hbar) << &example - cases;
-        EXPECT_EQ(fit.vbar, example.vbar) << &example - cases;
-    }
-}
-
 TEST(VIEWER_LAYOUT, TheLastLineCanBeScrolledToWhereItIsWhole) {
     for (NB_ULONG window = 21; window < 60; ++window) {
         const NB_ULONG lines = 200, height = 20;
@@ -139,30 +105,6 @@ TEST(VIEWER_LAYOUT, TheLastLineCanBeScrolledToWhereItIsWhole) {
     }
     EXPECT_EQ(vga_viewer_clamp(-5, 100, 50, 0), 0U);
     EXPECT_EQ(vga_viewer_clamp(70, 40, 50, 0), 0U);
-}
-
-TEST(VIEWER_LAYOUT, MetricsFollowTheLargerOfFontAndIcon) {
-    struct CASE {
-        VGA_VIEWER_FONT_SIZE font;
-        VGA_VIEWER_ICON_SIZE icon, expand;
-        NB_ULONG item, icon_y, expand_y, text_y;
-    } const cases[] = {
-        {{6, 11, 2}, {20, 20}, {13, 13}, 20, 0, 3, 14},
-        {{9, 14, 6}, {20, 20}, {13, 13}, 20, 0, 3, 14}, // equal: the font decides
-        {{9, 20, 5}, {20, 20}, {13, 14}, 25, 2, 5, 20},
-        {{6, 11, 2}, {16, 12}, {17, 17}, 17, 2, 0, 13},
-    };
-    for (const CASE &example : cases) {
-        vga_set_viewer_metrics(&example.font, &example.icon, &example.expand);
-        EXPECT_EQ(gvga_viewer_item_height, example.item);
-        EXPECT_EQ(gvga_viewer_icon_y, example.icon_y);
-        EXPECT_EQ(gvga_viewer_expand_icon_y, example.expand_y);
-        EXPECT_EQ(gvga_viewer_text_y, example.text_y);
-        EXPECT_EQ(gvga_viewer_indent_width, 8 * example.font.width);
-    }
-    const VGA_VIEWER_FONT_SIZE no_font = {};
-    const VGA_VIEWER_ICON_SIZE no_icon = {};
-    vga_set_viewer_metrics(&no_font, &no_icon, &no_icon);
 }
 
 } // namespace
