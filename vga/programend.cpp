@@ -18,6 +18,7 @@ namespace {
 using CLOCK = std::chrono::steady_clock;
 
 constexpr auto hung_after = std::chrono::seconds(5);
+constexpr unsigned long ask_again_after = 500; /* milliseconds */
 
 /* Fatal reports. */
 
@@ -116,6 +117,9 @@ NB_VOID wait_until_read(NB_VOID) {
 
 CLOCK::time_point last_answer;
 
+/* A node that was too busy to be left, and the handle it was left with. */
+NB_ULONG busy_target, busy_handle;
+
 VGA_NODE *next_connected_node(NB_VOID) {
     VGA_NODE *found = nullptr;
     vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found](VGA_NODE &node) {
@@ -126,6 +130,10 @@ VGA_NODE *next_connected_node(NB_VOID) {
         }
     });
     return found;
+}
+
+NB_VOID end_later(NB_VOID) {
+    VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
 }
 
 /* Lets go of the next piece, and shows what is waited for.  Returns 0 when nothing is left. */
@@ -146,6 +154,19 @@ NB_USHORT free_next_piece(NB_VOID) {
         }
     }
     return 0;
+}
+
+NB_VOID go_on(NB_VOID) {
+    last_answer = CLOCK::now();
+    if (free_next_piece() == 0) {
+        end_later();
+    }
+}
+
+NB_VOID ask_again(XtPointer, XtIntervalId *) {
+    if (vga_issue_disconnect_node(busy_target, busy_handle, vga_process_shutdown) == 0) {
+        go_on();
+    }
 }
 
 } // namespace
@@ -184,6 +205,7 @@ NB_VOID vga_start_shutdown(NB_VOID) {
     vga_write_model_file();
     vga_close_children(gvga_main_dialog, 1, 1);
     vga_purge_verb_queue(0, 0, nullptr, 0, nullptr);
+    vga_empty_immediate_queue();
     if (free_next_piece() == 0) {
         VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed);
     }
@@ -192,16 +214,14 @@ NB_VOID vga_start_shutdown(NB_VOID) {
 NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
     const NAP_VCB &vcb = *work->vcb;
     if (vcb.primary_rc == NAP_COMM_FAILURE && vcb.secondary_rc == NAP_CONNECTION_GONE) {
-        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
-        return;
-    }
-    if (vcb.primary_rc == NAP_STATE_CHECK && vcb.secondary_rc == NAP_NODE_BUSY &&
-        vga_issue_disconnect_node(work->target, work->user_data, vga_process_shutdown) != 0) {
-        return; /* for the operator, no answer yet */
-    }
-    last_answer = CLOCK::now();
-    if (free_next_piece() == 0) {
-        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed_later);
+        end_later();
+    } else if (vcb.primary_rc == NAP_STATE_CHECK && vcb.secondary_rc == NAP_NODE_BUSY) {
+        /* For the operator, no answer yet. */
+        busy_target = work->target;
+        busy_handle = work->user_data;
+        XtAppAddTimeOut(gvga_appcontext, ask_again_after, ask_again, nullptr);
+    } else {
+        go_on();
     }
 }
 

@@ -1,6 +1,7 @@
 /* The program: start-up in its order, the main loop, the exit. */
 #include "busycursor.h"
 #include "childprocess.h"
+#include "form.h"
 #include "globals.h"
 #include "hooks.h"
 #include "messagebox.h"
@@ -94,6 +95,7 @@ NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.stop = vga_start_shutdown;
     gvga_hooks.node_list_changed = node_list_changed;
     gvga_hooks.node_died = node_died;
+    gvga_hooks.verb_purged = vga_form_verb_purged;
     gvga_hooks.line_added = vga_nodew_line_added;
     gvga_hooks.wake = vga_add_null_timeout;
     gvga_hooks.flush = vga_update_display;

@@ -236,6 +236,17 @@ TEST_F(Servers, NothingIsReadWhileTheProgramCloses) {
     send(1, 0, "HARBOUR");
     send(0, 0);
     send_status(NAP_NODE_GONE, 7, node->handle);
+    NAP_NODE_STATUS_INDICATION_VERB stops = {};
+    stops.opcode = NAP_STOP_NODE;
+    stops.node_state = NAP_NODE_STOPPING;
+    NAP_VCB defined = {};
+    defined.opcode = NAP_DEFINE_NODE;
+    for (NAP_VCB *vcb : {reinterpret_cast<NAP_VCB *>(&stops), &defined}) {
+        VGA_PROCESS_STATE work = {node->target, vcb, node->handle};
+        vga_dispatch_indication(&work);
+    }
+    vga_start_build_node(node);
+    EXPECT_NE(node->node_state, NAP_NODE_STOPPING);
     EXPECT_TRUE(events.empty());
     EXPECT_EQ(take_issued(), OPCODES{});
     EXPECT_EQ(ntl_avl_validate(&gvga_system->nodes), 1);

@@ -76,9 +76,14 @@ TEST_F(Pipeline, AnExitRequestLeavesTheImmediateQueueForTheCleanUp) {
 }
 
 TEST_F(Pipeline, APurgedVerbInFlightHoldsLaterVerbsOfItsTargetBack) {
+    static LIST purged;
+    purged.clear();
+    gvga_hooks.verb_purged = [](NB_USHORT, NB_ULONG data) { purged.push_back(data); };
     queue(1, NAP_DELETE_PORT, 10);
     queue(1, NAP_DELETE_LS, 11);
     vga_purge_verb_queue(1, 0, nullptr, 0, nullptr);
+    vga_purge_verb_queue(1, 0, nullptr, 0, nullptr);
+    EXPECT_EQ(purged, (LIST{10, 11})) << "each is told of once";
     queue(1, NAP_DELETE_MODE, 12);
     queue(1, NAP_DISCONNECT_NODE, 13);
     queue(2, NAP_DELETE_MODE, 14);

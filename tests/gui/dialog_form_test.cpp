@@ -349,6 +349,18 @@ TEST_F(Form, WaitsForTheAnswer) {
     push("OK");
     done();
     EXPECT_EQ(form->common.in_use, 0);
+
+    open_form(VGA_FORM_ADD); // there is no record whose end it could hear of
+    handle = form->common.handle;
+    enter("*modedName", "NEW");
+    push("OK");
+    ASSERT_EQ(form->pending, 1);
+    vga_form_verb_purged(57, main_dialog->handle);
+    EXPECT_EQ(form->pending, 1) << "another's verb";
+    vga_form_verb_purged(57, handle);
+    EXPECT_EQ(complaint().substr(0, 8), "failed: ");
+    EXPECT_TRUE(XtIsSensitive(XtNameToWidget(form->common.widget, "OK")));
+    EXPECT_EQ(text("*modedName"), "NEW");
 }
 
 TEST_F(Form, LateAnswerFindsNothing) {

@@ -258,30 +258,36 @@ TEST_F(NodeFaults, ASlowNodeDoesNotHoldTheOperator) {
 }
 
 TEST_F(NodeFaults, ASecondCloseEndsAProgramThatANodeHolds) {
-    start_node("single", "hang NAP_CLOSE_FILE\nhang NAP_DISCONNECT_NODE");
-    Process &program = start_program();
-    const WindowId window = loaded_window();
-    ASSERT_NE(window, 0u);
-    const auto start = Clock::now();
-    close_window(window);
-    EXPECT_TRUE(shows(window, message(1424, {message(1242)})));
-    screen().canvas().forget();
-    screen().expose(window);
-    for (const int number : {1302, 1303, 1425}) {
-        EXPECT_TRUE(shows(window, message(number))) << "it is not drawn again";
-    }
-    EXPECT_EQ(screen().text(window).find("ETH0"), std::string::npos);
-    while (program.running() && Clock::now() - start < std::chrono::seconds(20)) {
-        if (program.wait_end(500)) {
-            break;
+    for (const auto &[faults, held_by] :
+         {std::pair{"hang NAP_CLOSE_FILE", message(1242)},
+          std::pair{"fail NAP_DISCONNECT_NODE 0x200 0x5544", message(1243, {"corvid1"})}}) {
+        SCOPED_TRACE(faults);
+        start_node("single", faults);
+        Process &program = start_program();
+        const WindowId window = loaded_window();
+        ASSERT_NE(window, 0u);
+        const auto start = Clock::now();
+        close_window(window);
+        EXPECT_TRUE(shows(window, message(1424, {held_by})));
+        screen().canvas().forget();
+        screen().expose(window);
+        for (const int number : {1302, 1303, 1425}) {
+            EXPECT_TRUE(shows(window, message(number))) << "it is not drawn again";
         }
-        screen().ask_to_close(window);
-        if (box(message(185), message(205)) != 0) {
-            press(message(185), "OK");
+        EXPECT_EQ(screen().text(window).find("ETH0"), std::string::npos);
+        while (program.running() && Clock::now() - start < std::chrono::seconds(20)) {
+            if (program.wait_end(500)) {
+                break;
+            }
+            screen().ask_to_close(window);
+            if (box(message(185), message(205)) != 0) {
+                press(message(185), "OK");
+            }
         }
+        expect_end(program, 0);
+        EXPECT_GE(Clock::now() - start, std::chrono::seconds(5))
+            << "it has not waited for the node";
     }
-    expect_end(program, 0);
-    EXPECT_GE(Clock::now() - start, std::chrono::seconds(5)) << "it has not waited for the node";
 }
 
 TEST_F(NodeFaults, ConnectionLostUnderAQuestion) {

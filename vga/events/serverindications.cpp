@@ -208,7 +208,7 @@ NB_VOID vga_process_server_ind(const VGA_PROCESS_STATE *work) {
     auto indication = nap_copy<NAP_SERVER_INDICATION_VERB>(work->vcb);
     const bool single = gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] == 0;
     const bool came = indication.state == server_active;
-    if (gvga_closing || (single && !came)) {
+    if (single && !came) {
         return;
     }
     auto follow = single ? only_node_came : came ? server_came : server_gone;
@@ -216,7 +216,7 @@ NB_VOID vga_process_server_ind(const VGA_PROCESS_STATE *work) {
 }
 
 NB_VOID vga_process_sna_net_ind(const VGA_PROCESS_STATE *work) {
-    if (nba_validate_handle(work->user_data) != nullptr && !gvga_closing) {
+    if (nba_validate_handle(work->user_data) != nullptr) {
         free_network();
         read_network_again();
     }

@@ -1,5 +1,6 @@
 #include "vgaindct.h"
 #include "completions.h"
+#include "globals.h"
 #include "model.h"
 #include "nodestate.h"
 #include "nofverbs.h"
@@ -43,6 +44,10 @@ VGA_PROCESSOR vga_find_processor(NB_USHORT opcode) {
 }
 
 NB_VOID vga_dispatch_indication(const VGA_PROCESS_STATE *work) {
+    /* A program that closes wants to know only who is gone that it waits for. */
+    if (gvga_closing && work->vcb->opcode != NAP_NOF_STATUS_INDICATION) {
+        return;
+    }
     VGA_PROCESSOR process =
         gvga_system != nullptr ? vga_find_processor(work->vcb->opcode) : nullptr;
     if (process != nullptr) {

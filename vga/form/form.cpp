@@ -159,6 +159,12 @@ NB_VOID set_pending(VGA_FORM *form, NB_USHORT on) {
     }
 }
 
+NB_VOID fail(VGA_FORM *form, const NAP_VCB &vcb) {
+    form->leaving = 0;
+    set_pending(form, 0);
+    vga_display_verb_error(&form->common, &vcb);
+}
+
 NB_VOID submit(VGA_FORM *form);
 
 /* Everything is checked again: the question may have stood there for an hour. */
@@ -371,9 +377,7 @@ NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
         return; /* the record went meanwhile */
     }
     if (vga_verb_succeeded(work->vcb) == 0) {
-        form->leaving = 0;
-        set_pending(form, 0);
-        vga_display_verb_error(desc, work->vcb);
+        fail(form, *work->vcb);
         return;
     }
     if (form->plan->next != nullptr && form->plan->next(form, work) != 0) {
@@ -382,6 +386,22 @@ NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
     memcpy(vga_form_shown(form), vga_form_edited(form), form->plan->data_size);
     set_pending(form, 0);
     finish(form);
+}
+
+/* Others purge verbs, too: their user data is the handle of something else. */
+NB_VOID vga_form_verb_purged(NB_USHORT opcode, NB_ULONG user_data) {
+    for (const VGA_UID_DESC &row : gvga_uid_desc) {
+        VGA_DIALOG *desc = row.record_changed == vga_form_record_changed ? row.first_desc : nullptr;
+        for (; desc != nullptr; desc = desc->next_desc) {
+            if (desc->in_use != 0 && desc->handle == user_data && form_of(desc)->pending != 0) {
+                NAP_VCB vcb = {};
+                vcb.opcode = opcode;
+                vcb.primary_rc = NAP_COMM_FAILURE;
+                vcb.secondary_rc = NAP_NODE_GONE;
+                fail(form_of(desc), vcb);
+            }
+        }
+    }
 }
 
 /* Buttons. */

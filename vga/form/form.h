@@ -121,6 +121,10 @@ inline NB_ULONG vga_form_handle(const VGA_FORM *form) {
  * try again. */
 NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work);
 
+/* The hook of that name: the form that waits for the verb, if any does, says that the node is gone,
+ * and the operator can try again. */
+NB_VOID vga_form_verb_purged(NB_USHORT opcode, NB_ULONG user_data);
+
 /* The dialog's data. */
 inline NB_VOID *vga_form_shown(const VGA_FORM *form) {
     return const_cast<NB_UCHAR *>(reinterpret_cast<const NB_UCHAR *>(form)) + form->plan->shown;

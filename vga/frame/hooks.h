@@ -38,6 +38,8 @@ struct VGA_HOOKS {
     NB_VOID (*line_added)(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
     /* As vga_record_changed. */
     NB_VOID (*record_changed)(NB_VOID *item, VGA_RECORD_CHANGE what);
+    /* A verb was purged, so that its completion will not be called. */
+    NB_VOID (*verb_purged)(NB_USHORT opcode, NB_ULONG user_data);
     /* The record that a dialog shows is about to be freed: the dialog stays, without its record and
      * its children.  0: it showed another one. */
     NB_USHORT (*record_leaves_dialog)(VGA_DIALOG *dialog, const NB_VOID *record);

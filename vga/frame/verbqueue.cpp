@@ -61,6 +61,15 @@ NB_VOID free_entry(VGA_QUEUE_ENTRY *entry) {
     free(entry);
 }
 
+NB_VOID empty(NB_LQE &queue) {
+    while (NB_LQE *first = nba_get_q_head(&queue)) {
+        VGA_QUEUE_ENTRY *entry = entry_of(first);
+        vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
+        remove_entry(entry);
+        free_entry(entry);
+    }
+}
+
 NB_USHORT issue(VGA_QUEUE_ENTRY &entry) {
     entry.issued = 1;
     vga_log_verb(VGA_VERB_ISSUED, entry.target, entry.vcb);
@@ -225,6 +234,9 @@ NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *v
             continue;
         }
         vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
+        if (entry->completion != nullptr && gvga_hooks.verb_purged != nullptr) {
+            gvga_hooks.verb_purged(entry->vcb->opcode, entry->user_data);
+        }
         if (entry->issued) {
             purged_in_flight += entry->completion != nullptr ? 1 : 0;
             entry->completion = nullptr;
@@ -235,15 +247,13 @@ NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *v
     }
 }
 
+NB_VOID vga_empty_immediate_queue(NB_VOID) {
+    empty(gvga_immediate_nof_queue);
+}
+
 NB_VOID vga_empty_verb_queues(NB_VOID) {
-    for (NB_LQE *queue : {&gvga_nof_queue, &gvga_immediate_nof_queue}) {
-        while (NB_LQE *first = nba_get_q_head(queue)) {
-            VGA_QUEUE_ENTRY *entry = entry_of(first);
-            vga_log_verb(VGA_VERB_PURGED, entry->target, entry->vcb);
-            remove_entry(entry);
-            free_entry(entry);
-        }
-    }
+    empty(gvga_nof_queue);
+    empty(gvga_immediate_nof_queue);
     vga_close_verb_log();
 }
 

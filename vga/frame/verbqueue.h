@@ -69,6 +69,9 @@ NB_VOID vga_divert_verbs(NB_USHORT opcode, NB_ULONG user_data, VGA_COMPLETION fr
 NB_VOID vga_purge_verb_queue(NB_ULONG target, NB_USHORT opcode, const NAP_VCB *vcb,
                              NB_ULONG user_data, VGA_COMPLETION completion);
 
+/* Drops the answers that wait for the main loop. */
+NB_VOID vga_empty_immediate_queue(NB_VOID);
+
 /* Frees every entry of both queues with its blocks, calling nobody, and closes the verb log.  For
  * the end of the process. */
 NB_VOID vga_empty_verb_queues(NB_VOID);

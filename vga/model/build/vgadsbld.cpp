@@ -324,7 +324,7 @@ NB_VOID vga_start_build_system(NB_VOID) {
 
 NB_VOID vga_start_build_node(VGA_NODE *this_node) {
     NB_ASSERT(this_node != NULL);
-    if (this_node == nullptr) {
+    if (this_node == nullptr || gvga_closing) {
         return;
     }
     if (this_node->node_state == NAP_NODE_UNCONFIGURED) {

@@ -14,7 +14,8 @@
  * queued. */
 NB_VOID vga_start_build_system(NB_VOID);
 
-/* Starts (or starts again) the build of one node, with all its flags set.
+/* Starts (or starts again) the build of one node, with all its flags set; nothing while the program
+ * closes.
  * REQUIRES: a node. */
 NB_VOID vga_start_build_node(VGA_NODE *node);
 

@@ -1,5 +1,6 @@
 #include "vganodew.h"
 #include "dialogids.h"
+#include "globals.h"
 #include "graphics.h"
 #include "helpwindows.h"
 #include "hints.h"
@@ -313,7 +314,7 @@ NB_VOID vga_nodew_close_proc(VGA_DIALOG *dialog) {
 }
 
 NB_VOID vga_update_node_window(VGA_NODE *node) {
-    VGA_NODEW_DESC *desc = node != nullptr ? open_window(node->window) : nullptr;
+    VGA_NODEW_DESC *desc = node != nullptr && !gvga_closing ? open_window(node->window) : nullptr;
     if (desc != nullptr) {
         show_node(desc);
         follow_connection(desc, *node);
