@@ -138,6 +138,7 @@ TEST_F(NodeFaults, ANodeThatReturnsFindsItsWindowAsItWas) {
     EXPECT_TRUE(wait_for([&] { return !dialog_shown(); }));
     EXPECT_TRUE(shows(window, "harbour (NETA.HARBOUR): active"));
     EXPECT_TRUE(wait_for(is_as_left)) << screen().text(links);
+    EXPECT_TRUE(shows(window, message(1244))) << "the pane is current again when all is read";
     screen().focus(window);
     screen().key("Return");
     EXPECT_TRUE(wait_for(dialog_shown)) << "it is selected again";
