@@ -110,7 +110,6 @@ private:
 struct EVENTS {
     std::vector<std::string> closed;
     std::vector<std::pair<VGA_ANSWER, NB_ULONG>> answers;
-    std::vector<NB_VOID *> changed;
     std::function<NB_VOID()> on_activate;
     std::function<NB_VOID(VGA_DIALOG *)> on_answer;
     std::string fatal;
@@ -146,7 +145,6 @@ inline NB_VOID note_answer(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG client_
     }
 }
 inline NB_VOID note_change(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what) {
-    events.changed.push_back(item);
     if (what == VGA_RECORD_GONE && desc->parent_item == item) {
         vga_close_children(desc, 1, 1);
     }
