@@ -403,8 +403,11 @@ TEST_F(TwoPrograms, AgreeWheneverTheyWereStarted) {
             shown++;
         }
         EXPECT_GE(shown, 3u);
-        while (screen().find(message(210)) != 0) {
-            read_box(message(210), message(605, {"sna"}));
+        while (const WindowId box = screen().find(message(210))) {
+            EXPECT_NE(screen().text(box).find(message(605, {"sna"})), std::string::npos);
+            press(box, "OK");
+            /* It is still there for a moment, while its program ends. */
+            EXPECT_TRUE(wait_for([&] { return screen().find(message(210)) != box; }));
         }
         front.send(SIGTERM);
         expect_end(front, 0);
