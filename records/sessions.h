@@ -3,6 +3,7 @@
 #define SESSIONS_H
 
 #include "fieldrows.h"
+#include "moderules.h"
 
 #define AT(member) FIELD_AT(Entry, member)
 
@@ -104,8 +105,8 @@ using Entry = NAP_MODE_DEF_DATA;
 inline constexpr FieldRow fields[] = {
     sna(AT(mode_name)).key("name"),
     text(AT(mode_chars.description)),
-    number(AT(mode_chars.max_ru_size_upp), 0, 61440, "4096").in(Unit::Bytes),
-    number(AT(mode_chars.max_ru_size_low), 0, 61440, "256").in(Unit::Bytes),
+    number(AT(mode_chars.max_ru_size_upp), 0, MOST_RU_SIZE, "4096").in(Unit::Bytes),
+    number(AT(mode_chars.max_ru_size_low), 0, MOST_RU_SIZE, "256").in(Unit::Bytes),
     flag(AT(mode_chars.default_ru_size), "yes"),
     number(AT(mode_chars.receive_pacing_win), 1, 63, "7"),
     number(AT(mode_chars.max_receive_pacing_win), 0, 32767, "0"),

@@ -28,6 +28,7 @@ inline constexpr FieldRow fields[] = {
     fq(AT(info.fq_cp_name)),
     local(AT(info.cp_alias)),
     word(AT(info.node_type), node_words, "network_node"),
+    flag(AT(info.cos_mapping), "no"),
     text(AT(info.description)),
     number(AT(cp_nau_addr), 0, 254, "0"),
     flag(AT(dlur_support), "yes"),

@@ -206,4 +206,8 @@ bool is_control_point_mode(const NB_UCHAR *name) {
     return row != nullptr && row->control_point;
 }
 
+bool is_session_control_mode(const NB_UCHAR *name) {
+    return ebcdic_text(name, 8) == "SNASVCMG";
+}
+
 } // namespace records

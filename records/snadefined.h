@@ -24,8 +24,10 @@ std::array<NAP_MODE_DEF_DATA, SNA_MODES> sna_modes();
 bool is_sna_cos(const NB_UCHAR *name);
 bool is_sna_mode(const NB_UCHAR *name);
 
-/* True for the modes between control points. */
+/* True for the modes between control points, and for the one by which LUs agree on their sessions
+ * (SNASVCMG). */
 bool is_control_point_mode(const NB_UCHAR *name);
+bool is_session_control_mode(const NB_UCHAR *name);
 
 } // namespace records
 

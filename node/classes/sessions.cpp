@@ -2,6 +2,7 @@
 #include "classhooks.h"
 #include "engine.h"
 #include "fieldrows.h"
+#include "moderules.h"
 
 #include "nbbase.h"
 #include "nofcopy.h"
@@ -79,40 +80,45 @@ Result check_tg_row(const Engine &, const NB_UCHAR *bytes, const Resource *) {
     return ordered(row.min, row.max) ? GOOD : bad_parameter(NAP_INVALID_VALUE);
 }
 
-bool is_control_mode(const NB_UCHAR *mode_name) {
-    return ebcdic_text(mode_name, 8) == "SNASVCMG";
+/* Given sizes are in the range of their fields already, or below it. */
+bool sizes_fit(const NAP_MODE_CHARS &chars) {
+    return chars.default_ru_size != 0 || (chars.max_ru_size_low >= records::LEAST_RU_SIZE &&
+                                          chars.max_ru_size_low <= chars.max_ru_size_upp);
 }
 
-/* The mode by which LUs agree on their sessions has one session that this end wins, two of which it
- * wins one, or none. */
-bool fit_control(NB_USHORT limit, NB_USHORT winners) {
-    return limit <= 2 && winners == (limit == 0 ? 0 : 1);
+bool limits_fit(const NAP_MODE_CHARS &chars) {
+    return chars.plu_mode_session_limit <= chars.max_neg_sess_lim &&
+           chars.min_conwin_src <= chars.plu_mode_session_limit &&
+           chars.min_conloser_src <= chars.plu_mode_session_limit - chars.min_conwin_src &&
+           chars.auto_act <= chars.min_conwin_src;
 }
 
-Result check_mode_def(const Engine &, const NB_UCHAR *bytes, const Resource *) {
-    const auto chars = nap_copy<NAP_MODE_DEF_DATA>(bytes).mode_chars;
-    const NB_USHORT window_limit = chars.max_receive_pacing_win;
-    const bool sizes_good = chars.default_ru_size != 0 ||
-                            (chars.max_ru_size_upp >= 256 && chars.max_ru_size_low >= 256 &&
-                             chars.max_ru_size_low <= chars.max_ru_size_upp);
-    const bool limits_good =
-        chars.plu_mode_session_limit <= chars.max_neg_sess_lim &&
-        chars.min_conwin_src <= chars.plu_mode_session_limit &&
-        chars.min_conloser_src <= chars.plu_mode_session_limit - chars.min_conwin_src &&
-        chars.auto_act <= chars.min_conwin_src;
-    const bool window_good = window_limit == 0 || chars.receive_pacing_win <= window_limit;
-    const bool control_good = !is_control_mode(nap_copy<NAP_MODE_DEF_DATA>(bytes).mode_name) ||
-                              fit_control(chars.plu_mode_session_limit, chars.min_conwin_src);
-    return sizes_good && limits_good && window_good && control_good
+Result check_mode_def(const Engine &engine, const NB_UCHAR *bytes, const Resource *) {
+    const auto mode = nap_copy<NAP_MODE_DEF_DATA>(bytes);
+    const NAP_MODE_CHARS chars = mode.mode_chars;
+    if (is_blank(KeyKind::Ebcdic, chars.cos_name, sizeof chars.cos_name) &&
+        records::modes_need_cos(engine.node_record().info)) {
+        return bad_parameter(NAP_INVALID_NAME);
+    }
+    const bool window_fits =
+        chars.receive_pacing_win <= records::most_initial_window(chars.max_receive_pacing_win);
+    const bool control_fits =
+        !records::is_session_control_mode(mode.mode_name) ||
+        records::fits_session_control(chars.plu_mode_session_limit, chars.min_conwin_src);
+    return sizes_fit(chars) && limits_fit(chars) && window_fits && control_fits
                ? GOOD
                : bad_parameter(NAP_INVALID_VALUE);
 }
 
+/* Without compression there are no levels of it. */
 void fill_mode_def(const Engine &, NB_UCHAR *bytes) {
     auto entry = nap_copy<NAP_MODE_DEF_DATA>(bytes);
-    entry.mode_chars.sna_defined = records::is_sna_mode(entry.mode_name) ? 1 : 0;
-    entry.mode_chars.mode_flags =
-        records::is_control_point_mode(entry.mode_name) ? NAP_MODE_CONTROL_POINT : 0;
+    NAP_MODE_CHARS &chars = entry.mode_chars;
+    chars.sna_defined = records::is_sna_mode(entry.mode_name) ? 1 : 0;
+    chars.mode_flags = records::is_control_point_mode(entry.mode_name) ? NAP_MODE_CONTROL_POINT : 0;
+    if (chars.compression == 0) {
+        chars.max_compress_lvl = chars.max_decompress_lvl = NAP_COMPRESSION_NONE;
+    }
     memcpy(bytes, &entry, sizeof entry);
 }
 

@@ -29,6 +29,7 @@ void take_definition(const NAP_DEFINE_NODE_VERB &verb, NAP_QUERY_NODE_VERB &reco
     memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
     memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);
     record.info.node_type = verb.node_type;
+    record.info.cos_mapping = verb.cos_mapping;
     record.cp_nau_addr = verb.cp_nau_addr;
     record.dlur_support = verb.dlur_support;
     record.dspu_support = verb.dspu_support;

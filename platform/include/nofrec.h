@@ -177,7 +177,8 @@ typedef struct nap_node_info {
     NB_UCHAR fq_cp_name[17]; /* A17 */
     NB_UCHAR cp_alias[8];    /* L8 */
     NB_UCHAR node_type;      /* NAP_NETWORK_NODE and the like */
-    NB_UCHAR reserved1[2];
+    NB_UCHAR cos_mapping;    /* flag: an end node that knows the classes of service of its modes */
+    NB_UCHAR reserved1;
     NB_UCHAR description[32]; /* text */
     NB_UCHAR release[16];     /* text: release of the node's software */
     NB_ULONG up_time;         /* hundredths of a second, 0 unless active */
@@ -250,7 +251,8 @@ typedef struct nap_define_node {
     NB_UCHAR dlur_support;    /* flag */
     NB_UCHAR dspu_support;    /* flag */
     NB_UCHAR hpr_support;     /* flag */
-    NB_UCHAR reserved[2];
+    NB_UCHAR cos_mapping;     /* flag */
+    NB_UCHAR reserved;
     NB_ULONG node_id;
     NB_UCHAR tn3270_support;     /* flag */
     NB_UCHAR primary_support;    /* flag */

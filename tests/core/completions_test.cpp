@@ -454,6 +454,34 @@ TEST_P(Completions, SettingsAreThoseOfTheNode) {
     }
 }
 
+/* What shows a mode shows its time-out, too, which is another record. */
+TEST_P(Completions, OfATimeOutAreToldWithItsMode) {
+    static const VGA_MODE_DEF *mode;
+    static std::vector<int> told; // what the mode had then
+    NAP_LU62_TIMEOUT_DATA data = {};
+    data.resource_type = NAP_TIMEOUT_MODE;
+    node::put_ebcdic(data.resource_name, sizeof data.resource_name, "#INTER");
+    mode = vga_find_mode_def(node_at(0), data.resource_name);
+    ASSERT_NE(mode, nullptr);
+    EXPECT_EQ(vga_count_mode_uses(mode), GetParam().name == std::string("single") ? 2U : 0U);
+    gvga_hooks.record_changed = [](NB_VOID *item, VGA_RECORD_CHANGE) {
+        if (item == mode) {
+            const VGA_LU62_TIMEOUT *found = vga_find_mode_timeout(mode->parent, mode->name);
+            told.push_back(found != nullptr ? found->vcb->def_data.timeout : -1);
+        }
+    };
+    told.clear();
+    for (const NB_USHORT seconds : {5, 65535, 0}) {
+        data.def_data.timeout = seconds;
+        const std::string entry(reinterpret_cast<const NB_CHAR *>(&data), sizeof data);
+        const Schema &schema = records::lu62_timeout;
+        EXPECT_TRUE(
+            change(seconds != 0 ? define_block(schema, entry) : delete_block(schema, entry), 0));
+    }
+    EXPECT_EQ(told, (std::vector<int>{5, 65535, -1}));
+    gvga_hooks.record_changed = nullptr;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Samples, Completions,
     testing::Values(SAMPLE{"single", false, " dspu_template downstream_lu"},

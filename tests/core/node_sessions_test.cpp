@@ -37,6 +37,23 @@ struct Operating : testing::Test {
         return rig.entry<NAP_MODE_DATA>(node::CLASS_MODE, local8("Payroll") + ebcdic(name) +
                                                               ebcdic("NETA.LEDGER", 17));
     }
+    NAP_MODE_DEF_DATA definition(const char *name) {
+        return rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic(name));
+    }
+    /* Defines a mode with the characteristics of #INTER, of which something is changed. */
+    template <class Edit> Codes define_mode(const char *name, Edit edit) {
+        NAP_DEFINE_MODE_VERB verb = {};
+        verb.opcode = NAP_DEFINE_MODE;
+        put(verb.mode_name, ebcdic(name));
+        NAP_MODE_CHARS chars = definition("#INTER").mode_chars;
+        edit(chars);
+        verb.mode_chars = chars;
+        return rig.issue(verb);
+    }
+    static void limits(NAP_MODE_CHARS &chars, unsigned limit, unsigned winners) {
+        chars.plu_mode_session_limit = static_cast<NB_USHORT>(limit);
+        chars.min_conwin_src = static_cast<NB_USHORT>(winners);
+    }
     /* The session numbers of an LU. */
     std::vector<int> sessions(const char *lu) {
         std::vector<int> numbers;
@@ -218,15 +235,11 @@ TEST_F(Operating, Lu62SessionsComeAndGo) {
 
 /* The modes of one LU together want more sessions than an LU has numbers. */
 TEST_F(Operating, TheNumbersOfAnLuAreUsedUp) {
-    NAP_DEFINE_MODE_VERB wide = {};
-    wide.opcode = NAP_DEFINE_MODE;
-    wide.mode_chars =
-        rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic("#INTER")).mode_chars;
-    wide.mode_chars.plu_mode_session_limit = wide.mode_chars.max_neg_sess_lim = 32767;
-    const char *names[] = {"WIDE1", "WIDE2"};
-    for (const char *name : names) {
-        put(wide.mode_name, ebcdic(name));
-        ASSERT_EQ(rig.issue(wide), OK_CODES);
+    for (const char *name : {"WIDE1", "WIDE2"}) {
+        const auto widen = [](NAP_MODE_CHARS &chars) {
+            chars.plu_mode_session_limit = chars.max_neg_sess_lim = 32767;
+        };
+        ASSERT_EQ(define_mode(name, widen), OK_CODES);
     }
     EXPECT_EQ(activate(32767, "WIDE1"), OK_CODES);
     EXPECT_EQ(activate(32767, "WIDE2"), state(NAP_LIMIT_REACHED)) << "three are PAYMODE's";
@@ -322,20 +335,94 @@ TEST_F(Operating, LimitsAreKept) {
     EXPECT_EQ(limits.users, 0U);
 }
 
-TEST_F(Operating, TheModeOfSessionControlHasItsRule) {
-    const auto sna = rig.entry<NAP_MODE_DEF_DATA>(node::CLASS_MODE_DEF, ebcdic("SNASVCMG"));
-    NAP_DEFINE_MODE_VERB verb = {};
-    verb.opcode = NAP_DEFINE_MODE;
-    put(verb.mode_name, ebcdic("SNASVCMG"));
-    verb.mode_chars = sna.mode_chars;
-    for (unsigned limit = 0; limit <= 2; limit++) {
-        for (unsigned winners = 0; winners <= limit; winners++) {
-            verb.mode_chars.plu_mode_session_limit = static_cast<NB_USHORT>(limit);
-            verb.mode_chars.min_conwin_src = static_cast<NB_USHORT>(winners);
-            const bool good = winners == (limit == 0 ? 0 : 1);
-            EXPECT_EQ(rig.issue(verb), good ? OK_CODES : parameter(NAP_INVALID_VALUE))
-                << limit << " " << winners;
+/* The rules of a mode beyond the ranges of its fields. */
+TEST_F(Operating, ModesKeepTheirRules) {
+    using Chars = NAP_MODE_CHARS;
+    const Codes value = parameter(NAP_INVALID_VALUE);
+    const struct {
+        const char *what, *mode;
+        Codes codes;
+        void (*edit)(Chars &chars);
+    } cases[] = {
+        {"limit above the maximum", "NEW", value, [](Chars &c) { c.max_neg_sess_lim = 7; }},
+        {"winners above the limit", "NEW", value, [](Chars &c) { c.min_conwin_src = 9; }},
+        {"losers that are left", "NEW", OK_CODES, [](Chars &c) { c.min_conloser_src = 4; }},
+        {"one more", "NEW", value, [](Chars &c) { c.min_conloser_src = 5; }},
+        {"all winners", "NEW", OK_CODES, [](Chars &c) { c.auto_act = 4; }},
+        {"started by itself: no winner", "NEW", value, [](Chars &c) { c.auto_act = 5; }},
+        {"sizes", "NEW", OK_CODES,
+         [](Chars &c) { c.default_ru_size = 0, c.max_ru_size_upp = c.max_ru_size_low = 256; }},
+        {"size too low", "NEW", value,
+         [](Chars &c) { c.default_ru_size = 0, c.max_ru_size_upp = 256, c.max_ru_size_low = 255; }},
+        {"bounds crossed", "NEW", value,
+         [](Chars &c) { c.default_ru_size = 0, c.max_ru_size_upp = 300, c.max_ru_size_low = 301; }},
+        {"size too high", "NEW", value, [](Chars &c) { c.max_ru_size_upp = 61441; }},
+        {"window of the maximum", "NEW", OK_CODES, [](Chars &c) { c.max_receive_pacing_win = 7; }},
+        {"window above it", "NEW", value, [](Chars &c) { c.max_receive_pacing_win = 6; }},
+        {"window above any", "NEW", value,
+         [](Chars &c) { c.max_receive_pacing_win = 32767, c.receive_pacing_win = 64; }},
+        {"no window", "NEW", value, [](Chars &c) { c.receive_pacing_win = 0; }},
+        {"maximum above any", "NEW", value, [](Chars &c) { c.max_receive_pacing_win = 32768; }},
+        {"no class of service", "NEW", parameter(NAP_INVALID_NAME),
+         [](Chars &c) { memset(c.cos_name, 0x40, sizeof c.cos_name); }},
+        {"0 0", "SNASVCMG", OK_CODES, [](Chars &c) { limits(c, 0, 0); }},
+        {"1 0", "SNASVCMG", OK_CODES, [](Chars &c) { limits(c, 1, 0); }},
+        {"1 1", "SNASVCMG", value, [](Chars &c) { limits(c, 1, 1); }},
+        {"2 0", "SNASVCMG", value, [](Chars &c) { limits(c, 2, 0); }},
+        {"2 1", "SNASVCMG", OK_CODES, [](Chars &c) { limits(c, 2, 1); }},
+        {"3 1", "SNASVCMG", value, [](Chars &c) { limits(c, 3, 1); }},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(std::string(one.mode) + " " + one.what);
+        const List before = rig.list(NAP_QUERY_MODE_DEFINITION);
+        EXPECT_EQ(define_mode(one.mode, one.edit), one.codes);
+        if (one.codes != OK_CODES) {
+            EXPECT_EQ(rig.list(NAP_QUERY_MODE_DEFINITION).entries, before.entries);
         }
+    }
+}
+
+TEST_F(Operating, CompressionHasLevelsOnlyWhileItIsOn) {
+    for (const NB_UCHAR on : {1, 0}) {
+        const auto edit = [on](NAP_MODE_CHARS &chars) {
+            chars.compression = on;
+            chars.max_compress_lvl = NAP_COMPRESSION_LZ10;
+            chars.max_decompress_lvl = NAP_COMPRESSION_RLE;
+        };
+        EXPECT_EQ(define_mode("NEW", edit), OK_CODES);
+        const NAP_MODE_CHARS kept = definition("NEW").mode_chars;
+        EXPECT_EQ(kept.max_compress_lvl, on * NAP_COMPRESSION_LZ10);
+        EXPECT_EQ(kept.max_decompress_lvl, on * NAP_COMPRESSION_RLE);
+    }
+}
+
+/* Which nodes need one is said in their text; who needs none may still not name one that is not
+ * there. */
+TEST(NodeModes, NeedAClassOfServiceWhereTheNodeRoutes) {
+    const struct {
+        const char *type;
+        bool needed;
+    } cases[] = {
+        {"network_node", true},
+        {"branch_network_node", true},
+        {"end_node", false},
+        {"end_node\ncos_mapping = yes", true},
+        {"len_node\ncos_mapping = yes", false},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.type);
+        Rig rig;
+        rig.load(std::string("[domain]\n[node one]\nfq_cp_name = NETA.ONE\nnode_type = ") +
+                 one.type + "\n");
+        NAP_DEFINE_MODE_VERB verb = {};
+        verb.opcode = NAP_DEFINE_MODE;
+        put(verb.mode_name, ebcdic("NEW"));
+        verb.mode_chars.receive_pacing_win = verb.mode_chars.default_ru_size = 1;
+        EXPECT_EQ(rig.issue(verb), one.needed ? parameter(NAP_INVALID_NAME) : OK_CODES);
+        put(verb.mode_chars.cos_name, ebcdic("#INTER"));
+        EXPECT_EQ(rig.issue(verb), OK_CODES);
+        put(verb.mode_chars.cos_name, ebcdic("NOCOS"));
+        EXPECT_EQ(rig.issue(verb), parameter(NAP_UNKNOWN_OWNER));
     }
 }
 

@@ -48,7 +48,8 @@ constexpr BadText bad_texts[] = {
     {"[local_lu lower]\n", 4, "A-Z, 0-9"},
     {"[directory NETA.X NETA.Y car]\n", 4, "the title is [directory"},
     {"[partner_in_use A B C]\n", 4, "unknown section"},
-    {"[mode M]\nmin_conwin_src = 9\n", 4, "do not fit together"},
+    {"[mode M]\n", 4, "a name that it needs is missing"},
+    {"[mode M]\ncos_name = #INTER\nmin_conwin_src = 9\n", 4, "do not fit together"},
 };
 
 /* The errors of a text whose nodes are also loaded. */

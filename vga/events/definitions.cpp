@@ -282,6 +282,11 @@ template <class Row> NB_VOID cos_row_joined(NB_VOID *record, const NB_UCHAR *) {
     vga_cos_follows(static_cast<Row *>(record)->parent);
 }
 
+NB_VOID timeout_joined(NB_VOID *record, const NB_UCHAR *) {
+    const auto *timeout = static_cast<const VGA_LU62_TIMEOUT *>(record);
+    vga_timed_mode_changed(timeout->parent, timeout->key);
+}
+
 constexpr VGA_DEFINITION definitions[] = {
     {.schema = &records::dlc, .joined = dlc_joined},
     {.schema = &records::port, .joined = port_joined},
@@ -296,6 +301,7 @@ constexpr VGA_DEFINITION definitions[] = {
     {.schema = &records::local_lu, .joined = local_lu_joined},
     {.schema = &records::lu_pool, .unread = lu_pool_unread, .define = define_lu_pool},
     {.schema = &records::directory, .fill = fill_directory},
+    {.schema = &records::lu62_timeout, .joined = timeout_joined},
     {.schema = &records::cos_node_row,
      .joined = cos_row_joined<VGA_COS_NODE_ROW>,
      .unread = cos_row_unread<NAP_COS_NODE_ROW_DATA>},

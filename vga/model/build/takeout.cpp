@@ -108,6 +108,15 @@ NB_VOID vga_update_local_pu_viewer(VGA_LOCAL_PU *pu) {
     vga_update_ls_viewer(pu->ls_entry);
 }
 
+NB_VOID vga_timed_mode_changed(const VGA_NODE *node, const VGA_LU62_TIMEOUT_KEY &key) {
+    VGA_MODE_DEF *mode = key.resource_type == NAP_TIMEOUT_MODE
+                             ? vga_find_mode_def(node, key.resource_name)
+                             : nullptr;
+    if (mode != nullptr) {
+        vga_record_changed(mode, VGA_RECORD_CHANGED);
+    }
+}
+
 NB_VOID vga_cos_follows(VGA_COS *cos) {
     VGA_NODE *node = cos->parent;
     if (vga_is_list_outstanding(node, NAP_QUERY_COS_NODE_ROW) ||
@@ -186,6 +195,13 @@ NB_VOID vga_take_out(VGA_COS_NODE_ROW *row) {
 
 NB_VOID vga_take_out(VGA_COS_TG_ROW *row) {
     take_row_out(row);
+}
+
+NB_VOID vga_take_out(VGA_LU62_TIMEOUT *timeout) {
+    VGA_NODE *node = timeout->parent;
+    const VGA_LU62_TIMEOUT_KEY key = timeout->key;
+    vga_delete_vga_lu62_timeout(timeout);
+    vga_timed_mode_changed(node, key);
 }
 
 NB_VOID vga_take_out(VGA_POOL *pool) {

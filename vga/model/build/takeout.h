@@ -21,6 +21,7 @@ NB_VOID vga_take_out(VGA_REM_PLU *plu);
 NB_VOID vga_take_out(VGA_CN_PORT *port);
 NB_VOID vga_take_out(VGA_COS_NODE_ROW *row);
 NB_VOID vga_take_out(VGA_COS_TG_ROW *row);
+NB_VOID vga_take_out(VGA_LU62_TIMEOUT *timeout);
 NB_VOID vga_take_out(VGA_POOL *pool);
 NB_VOID vga_take_out(VGA_POOL_LU *member);
 NB_VOID vga_take_out(VGA_ACCESS_LIST *list);
@@ -35,6 +36,9 @@ NB_VOID vga_update_local_pu_viewer(VGA_LOCAL_PU *pu);
 /* Brings what a class of service, and a connection network, say of what they consist of in line. */
 NB_VOID vga_cos_follows(VGA_COS *cos);
 NB_VOID vga_cn_follows(VGA_CN *cn);
+
+/* Tells what shows the mode that a time-out is of; nothing when it is another resource's. */
+NB_VOID vga_timed_mode_changed(const VGA_NODE *node, const VGA_LU62_TIMEOUT_KEY &key);
 
 /* Asks the node for a pool without LUs, which may be gone. */
 NB_VOID vga_ask_for_empty_pool(VGA_NODE *node, const NB_UCHAR *name);

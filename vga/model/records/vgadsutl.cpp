@@ -299,6 +299,28 @@ VGA_COS *vga_find_cos(const VGA_NODE *node, const NB_UCHAR *name) {
     return find<VGA_COS>(node->classes_of_service, name);
 }
 
+VGA_MODE_DEF *vga_find_mode_def(const VGA_NODE *node, const NB_UCHAR *name) {
+    return find<VGA_MODE_DEF>(node->mode_defs, name);
+}
+
+VGA_LU62_TIMEOUT *vga_find_mode_timeout(const VGA_NODE *node, const NB_UCHAR *mode_name) {
+    VGA_LU62_TIMEOUT_KEY key = {};
+    key.resource_type = NAP_TIMEOUT_MODE;
+    memset(key.resource_name, 0x40, sizeof(key.resource_name));
+    memcpy(key.resource_name, mode_name, sizeof(VGA_MODE_DEF::name));
+    return find<VGA_LU62_TIMEOUT>(node->lu62_timeouts, &key);
+}
+
+NB_ULONG vga_count_mode_uses(const VGA_MODE_DEF *mode) {
+    NB_ULONG uses = 0;
+    vga_for_each(mode->parent->lus, &VGA_LU62::name_links, [mode, &uses](VGA_LU62 &lu) {
+        vga_for_each(lu.modes, &VGA_MODE::links, [mode, &uses](VGA_MODE &one) {
+            uses += vga_compare_ebc8(one.key.mode_name, mode->name) == 0 ? 1 : 0;
+        });
+    });
+    return uses;
+}
+
 VGA_POOL *vga_find_pool(const VGA_NODE *node, const NB_UCHAR *name) {
     return find<VGA_POOL>(node->pools, name);
 }

@@ -65,6 +65,9 @@ VGA_LU03 *vga_find_lu03(const VGA_NODE *node, const NB_UCHAR *pu_name, const NB_
 VGA_PRIMARY_LINE *vga_find_primary_line(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_CN *vga_find_cn(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_COS *vga_find_cos(const VGA_NODE *node, const NB_UCHAR *name);
+VGA_MODE_DEF *vga_find_mode_def(const VGA_NODE *node, const NB_UCHAR *name);
+/* Null: the sessions of the mode have no time-out of their own. */
+VGA_LU62_TIMEOUT *vga_find_mode_timeout(const VGA_NODE *node, const NB_UCHAR *mode_name);
 VGA_POOL *vga_find_pool(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_POOL_LU *vga_find_pool_lu(const VGA_NODE *node, const NB_UCHAR *pool_name,
                               const NB_UCHAR *lu_name);
@@ -73,6 +76,10 @@ VGA_LU62 *vga_find_lu62(const VGA_NODE *node, const NB_UCHAR *name);
 VGA_LU62 *vga_find_lu62_by_alias(const VGA_NODE *node, const NB_UCHAR *alias);
 VGA_REM_SYS *vga_find_rem_sys(const VGA_NODE *node, const NB_UCHAR *fqcp_name);
 VGA_REM_PLU *vga_find_rem_plu(const VGA_NODE *node, const NB_UCHAR *fqplu_name, NB_USHORT type);
+
+/* With how many partners, of all local LUs, the mode is in use.  It cannot be deleted while it is.
+ */
+NB_ULONG vga_count_mode_uses(const VGA_MODE_DEF *mode);
 
 /* What already has an LU name; the dialogs choose their message by the code. */
 enum VGA_NAME_CLASH : NB_USHORT {
