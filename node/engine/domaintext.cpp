@@ -1,6 +1,7 @@
 #include "domaintext.h"
 
 #include "fieldrows.h"
+#include "nesteditems.h"
 
 #include <algorithm>
 #include <cctype>
@@ -335,16 +336,12 @@ void Parser::open_item(std::string_view line) {
               nested.fields[0].name + "]");
         return;
     }
-    NB_UCHAR *entry = pending_.entry.data();
-    const NB_ULONG count = get_number(entry + nested.count.offset, nested.count.width);
-    if (count == nested.most) {
-        error("there are " + std::to_string(count) + " of " + nested.name +
+    NB_UCHAR *item = append_item(nested, pending_.entry.data(), nullptr);
+    if (item == nullptr) {
+        error("there are " + std::to_string(nested.most) + " of " + nested.name +
               " already, which is all there may be");
         return;
     }
-    NB_UCHAR *item = entry + nested.offset + count * nested.size;
-    set_initial_fields(nested.fields, item);
-    put_number(entry + nested.count.offset, nested.count.width, count + 1);
     places_ = {{nested.fields, item}};
     seen_.clear();
     if (words.size() == 2) {

@@ -1,6 +1,7 @@
 /* Every schema by one walk: what it says of its verbs, and from an entry to its blocks and back. */
 #include "defineblock.h"
 #include "entry.h"
+#include "nesteditems.h"
 #include "schemas.h"
 
 #include <cstring>
@@ -83,6 +84,32 @@ void goes_there_and_back(const Schema &schema, NB_ULONG items, std::mt19937 &ran
     EXPECT_EQ(memcmp(key.data() + KEY_OFFSET, entry.data() + KEY_OFFSET, schema.key_size()), 0);
 }
 
+/* Random changes of the items of an entry against a plain list of them. */
+void change_items(const Schema &schema, std::mt19937 &random) {
+    const Nested &nested = schema.nested;
+    Bytes entry = any_entry(schema, 0, random), fresh(nested.size);
+    set_initial_fields(nested.fields, fresh.data());
+    std::vector<Bytes> wanted;
+    for (NB_ULONG step = 0; step < 3 * nested.most; step++) {
+        const NB_ULONG number = static_cast<NB_ULONG>(random() % (wanted.size() + 1));
+        const Bytes item(nested.size, static_cast<NB_UCHAR>(random()));
+        if (random() % 4 == 0) {
+            EXPECT_EQ(remove_item(nested, entry.data(), number), number < wanted.size());
+            wanted.erase(wanted.begin() + number,
+                         wanted.begin() + number + (number < wanted.size()));
+        } else if (append_item(nested, entry.data(), step % 3 == 0 ? nullptr : item.data())) {
+            wanted.push_back(step % 3 == 0 ? fresh : item);
+            ASSERT_LE(wanted.size(), nested.most);
+        } else {
+            EXPECT_EQ(wanted.size(), nested.most);
+        }
+        ASSERT_EQ(item_count(nested, entry.data()), wanted.size());
+        for (NB_ULONG at = 0; at < wanted.size(); at++) {
+            ASSERT_EQ(memcmp(item_at(nested, entry.data(), at), wanted[at].data(), nested.size), 0);
+        }
+    }
+}
+
 TEST(Schemas, AnEntryIsTheSameBehindItsDefineBlock) {
     std::mt19937 random(11);
     for (const Schema *schema : all_schemas) {
@@ -99,6 +126,7 @@ TEST(Schemas, AnEntryIsTheSameBehindItsDefineBlock) {
             put_number(block.data() + schema->def_in_define + count.offset - schema->def.offset,
                        count.width, schema->nested.most + 1);
             EXPECT_FALSE(make(*schema, block, nullptr, made)) << "too many items";
+            change_items(*schema, random);
         }
     }
 }
