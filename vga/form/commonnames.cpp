@@ -1,9 +1,11 @@
 #include "commonnames.h"
 #include "buttonletters.h"
+#include "chooser.h"
 #include "filtercallbacks.h"
 #include "firewall.h"
 #include "form.h"
 #include "helpwindows.h"
+#include "rowlist.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include "webhelp.h"
@@ -34,7 +36,9 @@ NB_VOID vga_register_common_names(NB_VOID) {
     };
     static XtActionsRec actions[] = {
         {const_cast<NB_CHAR *>("vga_activate_action"), vga_activate_action},
+        {const_cast<NB_CHAR *>("vga_chooser_action"), vga_chooser_action},
         {const_cast<NB_CHAR *>("vga_letter_action"), vga_letter_action},
+        {const_cast<NB_CHAR *>("vga_row_list_action"), vga_row_list_action},
     };
     for (const COMMON_NAME &row : names) {
         MRMRegisterArg argument = {const_cast<NB_CHAR *>(row.name),
