@@ -86,17 +86,16 @@ NB_VOID press_remove(Widget, XtPointer list, XtPointer) {
 /* The columns begin where their widths say, and the title line above them in the same places. */
 NB_VOID size_columns(VGA_ROW_LIST &list) {
     const std::string capitals = "ABCDEFGHIJKLMNOPQRSTUVWXYZ"; /* what most names are made of */
-    const int of_all = vga_text_width(list.rows, capitals);
-    const int gap = of_all / 13;
+    const int letter = vga_text_width(list.rows, capitals) / static_cast<int>(capitals.size());
     std::vector<NB_USHORT> stops;
     std::vector<std::string> titles;
     int end = 0;
     for (const VGA_ROW_COLUMN &column : list.plan->columns) {
-        const int letters = column.width * of_all / static_cast<int>(capitals.size());
+        const int letters = (column.width + 1) * letter; /* some names are wider than others */
         const int width = std::max<int>(letters, vga_text_width(list.rows, column.title));
         list.widths.push_back(static_cast<NB_USHORT>(width));
         titles.emplace_back(column.title);
-        end += width + gap;
+        end += width + letter;
         stops.push_back(static_cast<NB_USHORT>(end));
     }
     Dimension shadow = 0, highlight = 0, margin = 0;
@@ -113,11 +112,18 @@ NB_VOID size_columns(VGA_ROW_LIST &list) {
     const VGA_STRING title = vga_column_text(titles);
     XtVaSetValues(list.title, XmNlabelString, title.get(), XmNmarginWidth, 0, XmNmarginLeft,
                   static_cast<Dimension>(edge), XmNwidth,
-                  static_cast<Dimension>(end - gap + 2 * edge + spacing + bar_width), nullptr);
+                  static_cast<Dimension>(end - letter + 2 * edge + spacing + bar_width), nullptr);
     XtVaSetValues(list.rows, XmNvisibleItemCount, static_cast<int>(list.plan->in_view), nullptr);
     Dimension title_height = 0;
     XtVaGetValues(list.title, XmNheight, &title_height, nullptr);
     XtVaSetValues(XtParent(list.add), XmNtopOffset, static_cast<int>(title_height), nullptr);
+}
+
+/* At least those of the plan: the buttons may take more room. */
+int rows_in_view(const VGA_ROW_LIST &list) {
+    int rows = 0;
+    XtVaGetValues(list.rows, XmNvisibleItemCount, &rows, nullptr);
+    return rows;
 }
 
 NB_VOID put_rows(VGA_ROW_LIST &list) {
@@ -142,7 +148,7 @@ NB_VOID put_rows(VGA_ROW_LIST &list) {
     XmListDeselectAllItems(list.rows);
     XmListDeleteAllItems(list.rows);
     XmListAddItemsUnselected(list.rows, items.data(), static_cast<int>(items.size()), 0);
-    const int last_top = static_cast<int>(items.size()) - list.plan->in_view + 1;
+    const int last_top = static_cast<int>(items.size()) - rows_in_view(list) + 1;
     XmListSetPos(list.rows, std::max(1, std::min(top, last_top)));
 }
 
@@ -227,7 +233,7 @@ NB_VOID vga_row_list_select(VGA_ROW_LIST *list, NB_ULONG row) {
     XmListSetKbdItemPos(list->rows, position);
     if (position < top) {
         XmListSetPos(list->rows, position);
-    } else if (position >= top + list->plan->in_view) {
+    } else if (position >= top + rows_in_view(*list)) {
         XmListSetBottomPos(list->rows, position);
     }
 }

@@ -26,7 +26,7 @@ struct VGA_ROW_COLUMN {
 /* A dialog's constant table.  Null functions: there is no such button. */
 struct VGA_ROW_LIST_PLAN {
     std::span<const VGA_ROW_COLUMN> columns; /* the texts of the first tell rows from each other */
-    NB_USHORT in_view = 6;                   /* rows */
+    NB_USHORT in_view = 6;                   /* rows, at least */
     NB_USHORT most = 0;                      /* rows that there may be; 0: any number */
 
     NB_ULONG (*count)(NB_VOID *context) = nullptr;
