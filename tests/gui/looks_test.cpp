@@ -4,7 +4,10 @@
 
 #include "gui_windows.h"
 
+#include "buttonletters.h"
 #include "checkedmodel.h"
+#include "holders.h"
+#include "letters.h"
 #include "linetable.h"
 #include "messagebox.h"
 #include "messages.h"
@@ -18,14 +21,18 @@
 #include <X11/RectObjP.h>
 #include <X11/Xatom.h>
 #include <Xm/CascadeB.h>
+#include <Xm/Column.h>
 #include <Xm/DrawnB.h>
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
 #include <Xm/List.h>
 #include <Xm/MenuShell.h>
+#include <Xm/MessageB.h>
 #include <Xm/PushB.h>
 #include <Xm/PushBG.h>
+#include <Xm/RowColumn.h>
 #include <Xm/Screen.h>
+#include <Xm/TabStack.h>
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
@@ -253,6 +260,104 @@ TEST_F(Looks, LabelsAreWhole) {
         }
     }
     EXPECT_GT(seen, 25);
+}
+
+/* What the letter of a label that is on the screen adds to it, in pixels. */
+int pixels_of_letter(Widget label) {
+    Widget window = XtIsWidget(label) ? label : XtParent(label);
+    const auto picture = [&] {
+        XClearArea(gvga_display, XtWindow(window), 0, 0, 0, 0, True);
+        gui::settle();
+        const auto &at = label->core;
+        const bool gadget = window != label;
+        return gui::IMAGE(window, gadget ? at.x : 0, gadget ? at.y : 0, at.width, at.height);
+    };
+    const gui::IMAGE with = picture();
+    KeySym letter = NoSymbol;
+    XtVaGetValues(label, XmNmnemonic, &letter, nullptr);
+    XtVaSetValues(label, XmNmnemonic, NoSymbol, nullptr);
+    const gui::IMAGE without = picture();
+    XtVaSetValues(label, XmNmnemonic, letter, nullptr);
+    int different = 0;
+    for (int x = 0; x < with.width; x++) {
+        for (int y = 0; y < with.height; y++) {
+            different += with.pixel(x, y) != without.pixel(x, y);
+        }
+    }
+    return different;
+}
+
+TEST_F(Looks, LettersAreUnderlined) {
+    int seen = 0;
+    const auto look_at = [&seen](Widget top) {
+        std::vector<Widget> labels;
+        collect(top, labels);
+        for (Widget label : labels) {
+            const bool in_view =
+                is_label(label) && XtIsManaged(label) && !XmIsMenuShell(XtParent(XtParent(label)));
+            if (in_view && vga_letter_of(label) != 0) {
+                seen++;
+                EXPECT_GE(pixels_of_letter(label), 3) << gui::label_text(label);
+            }
+        }
+    };
+    look_at(gvga_main_dialog->modal_dlg.dialog);
+    vga_close_modal_dialog(gvga_main_dialog);
+    gui::settle();
+    look_at(XtNameToWidget(gvga_main_dialog->widget, "*nodewMenuBar"));
+    EXPECT_GE(seen, 10);
+}
+
+/* Two pages, and a field below them: unique where they can be seen together, and each key moves the
+ * keyboard to its field. */
+TEST_F(Looks, LettersMoveToFields) {
+    vga_close_modal_dialog(gvga_main_dialog);
+    Widget box = XmCreateTemplateDialog(gvga_toplevel, const_cast<char *>("letters"), nullptr, 0);
+    const auto make = [](const char *name, WidgetClass type, Widget parent, const char *resource,
+                         const char *text) {
+        const VGA_STRING string(text);
+        return XtVaCreateManagedWidget(name, type, parent, resource, string.get(), nullptr);
+    };
+    make("apply", xmPushButtonWidgetClass, box, XmNlabelString, "Apply");
+    Widget stack = XtVaCreateManagedWidget("stack", xmTabStackWidgetClass, box, nullptr);
+    Widget page[2], name[2], flag[2], menu[2];
+    for (int at : {0, 1}) {
+        page[at] = make("page", xmColumnWidgetClass, stack, XmNtabLabelString, at ? "Two" : "One");
+        name[at] = make("name", xmTextFieldWidgetClass, page[at], XmNentryLabelString, "Name:");
+        flag[at] = make("flag", xmToggleButtonWidgetClass, page[at], XmNlabelString, "Name too");
+        menu[at] = XmCreateSimpleOptionMenu(page[at], const_cast<char *>("menu"), nullptr, 0);
+        const VGA_STRING entry("Adapter of it:");
+        XtVaSetValues(menu[at], XmNentryLabelString, entry.get(), nullptr);
+        XtManageChild(menu[at]);
+        make("value", xmLabelWidgetClass, page[at], XmNentryLabelString, "State:");
+    }
+    vga_give_letters(box);
+    EXPECT_EQ(vga_label_text(page[0], XmNtabLabelString), "One");
+    XtManageChild(box);
+    gui::settle();
+    gui::give_focus(XtParent(box));
+    for (int at : {0, 1}) {
+        if (at == 1) {
+            gui::key("t", {"Alt_L"});
+        }
+        EXPECT_EQ(XmTabStackGetSelectedTab(stack), page[at]);
+        EXPECT_EQ(XmGetFocusWidget(box), at == 1 ? name[at] : XmGetFocusWidget(box));
+        gui::key("i", {"Alt_L"}); // a and o are taken
+        EXPECT_EQ(XmGetFocusWidget(box), XmOptionButtonGadget(menu[at]));
+        gui::key("m", {"Alt_L"});
+        EXPECT_EQ(XmGetFocusWidget(box), flag[at]);
+        EXPECT_TRUE(XmToggleButtonGetState(flag[at]));
+        gui::key("n", {"Alt_L"});
+        EXPECT_EQ(XmGetFocusWidget(box), name[at]);
+        gui::key("s", {"Alt_L"}); // only shown
+        EXPECT_EQ(XmGetFocusWidget(box), name[at]);
+    }
+    gui::key("Next", {"Control_L"});
+    EXPECT_EQ(XmTabStackGetSelectedTab(stack), page[0]);
+    EXPECT_EQ(XmGetFocusWidget(box), name[0]);
+    gui::key("Prior", {"Control_L"});
+    EXPECT_EQ(XmTabStackGetSelectedTab(stack), page[1]);
+    XtDestroyWidget(XtParent(box));
 }
 
 /* Every text that is words comes from the catalogue or the description, whole. */

@@ -1,6 +1,7 @@
 #include "widgets.h"
 #include "firewall.h"
 #include "globals.h"
+#include "holders.h"
 #include "nbbase.h"
 #include "resourcereader.h"
 #include "toolkit.h"
@@ -108,6 +109,43 @@ NB_VOID set_frame(Widget button, unsigned char shadow) {
     }
 }
 
+struct LABEL_FONTS {
+    explicit LABEL_FONTS(Widget like) {
+        XtVaGetValues(like, XmNrenderTable, &field, nullptr);
+        const VGA_NO_WARNINGS quiet;    /* where there are no scalable fonts */
+        NB_CHAR tag[] = "groupHeading"; /* its resources have this name */
+        XmRendition bold = XmRenditionCreate(like, tag, nullptr, 0);
+        heading = XmRenderTableAddRenditions(nullptr, &bold, 1, XmMERGE_NEW);
+        XmRenditionFree(bold);
+        const VGA_STRING sample("Mg");
+        drawn = XmStringHeight(heading, sample.get()) > 0;
+    }
+    LABEL_FONTS(const LABEL_FONTS &) = delete;
+    LABEL_FONTS &operator=(const LABEL_FONTS &) = delete;
+    ~LABEL_FONTS() { XmRenderTableFree(heading); }
+    XmRenderTable of(const std::string &entry) const {
+        const size_t digits = entry.find_last_not_of("0123456789") + 1;
+        const bool group = digits < entry.size() && entry.substr(0, digits).ends_with("Group");
+        return group && drawn ? heading : field;
+    }
+    XmRenderTable field = nullptr; /* the widget's */
+    XmRenderTable heading;
+    bool drawn;
+};
+
+NB_VOID set_label_fonts(Widget widget, const LABEL_FONTS &fonts) {
+    static const std::string ending = "_label";
+    for (Widget child : CHILDREN(widget)) {
+        const std::string name = XtName(child);
+        const bool made = XmIsColumn(widget) && name.ends_with(ending);
+        if (made && (XmIsLabel(child) || XmIsLabelGadget(child))) {
+            XtVaSetValues(child, XmNrenderTable,
+                          fonts.of(name.substr(0, name.size() - ending.size())), nullptr);
+        }
+        set_label_fonts(child, fonts);
+    }
+}
+
 } // namespace
 
 /* Whole dialogs. */
@@ -171,16 +209,8 @@ NB_VOID vga_set_label_fonts(Widget widget, Widget message_box) {
     if (widget == nullptr || like == nullptr) {
         return;
     }
-    XmRenderTable fonts = nullptr;
-    XtVaGetValues(like, XmNrenderTable, &fonts, nullptr);
-    for (Widget child : CHILDREN(widget)) {
-        std::string name = XtName(child);
-        bool made = XmIsColumn(widget) && name.size() > 6 && name.ends_with("_label");
-        if (made && (XmIsLabel(child) || XmIsLabelGadget(child))) {
-            XtVaSetValues(child, XmNrenderTable, fonts, nullptr);
-        }
-        vga_set_label_fonts(child, message_box);
-    }
+    LABEL_FONTS fonts(like);
+    set_label_fonts(widget, fonts);
 }
 
 /* State and look. */

@@ -30,7 +30,8 @@ NB_VOID vga_define_tabbing_order(Widget message_box, Widget widget);
 NB_VOID vga_define_tab_groups(const Widget *widgets, NB_USHORT count);
 
 /* Gives the labels that a column makes of its entries (XmNentryLabelString) the font of the buttons
- * of the box, in `widget` and all below it. */
+ * of the box, in `widget` and all below it.  Entries whose name ends with "Group" and a number are
+ * headings: theirs has the font of the resources "groupHeading", where it can be had. */
 NB_VOID vga_set_label_fonts(Widget widget, Widget message_box);
 
 /* The part of a message box that is not its own: the work area, or null. */

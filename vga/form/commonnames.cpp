@@ -38,6 +38,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
         {const_cast<NB_CHAR *>("vga_activate_action"), vga_activate_action},
         {const_cast<NB_CHAR *>("vga_chooser_action"), vga_chooser_action},
         {const_cast<NB_CHAR *>("vga_letter_action"), vga_letter_action},
+        {const_cast<NB_CHAR *>("vga_page_action"), vga_page_action},
         {const_cast<NB_CHAR *>("vga_row_list_action"), vga_row_list_action},
     };
     for (const COMMON_NAME &row : names) {
