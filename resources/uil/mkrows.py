@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Makes the descriptions of the dialogs that are not written yet.
 
-    mkrows.py later.txt windowtable.cpp OUT.uih
+    mkrows.py later.txt windowtable.cpp OUT.uih DIALOG.dlg...
 
 Each row of later.txt (name, kind, title) becomes a message box with its title, Close and Help.  The
-rows of the program's table that are marked as coming later must be the same ones, of the same
-kinds; a difference is printed and nothing is written.
+rows of the program's table that have no description must be the same ones, of the same kinds; a
+difference is printed and nothing is written.
 """
 
 import re
@@ -13,7 +13,7 @@ import sys
 from pathlib import Path
 
 KINDS = {'main': 'VGA_KIND_MAIN', 'dialog': 'VGA_KIND_DIALOG', 'modal': 'VGA_KIND_MODAL'}
-TABLE_ROW = re.compile(r'\blater\(\s*VGA_UID_\w+,\s*"(\w+)",\s*(VGA_KIND_\w+)\s*\)')
+TABLE_ROW = re.compile(r'\bdialog\(\s*VGA_UID_\w+,\s*"(\w+)",\s*(VGA_KIND_\w+)\s*\)')
 
 HEAD = '''! Made from later.txt by mkrows.py.
 
@@ -56,9 +56,12 @@ def read_list(path):
 
 
 def main():
-    listed, table, out = map(Path, sys.argv[1:])
+    listed, table, out, *described = map(Path, sys.argv[1:])
     rows, faults = read_list(listed)
     wanted = dict(TABLE_ROW.findall(table.read_text(encoding='utf-8')))
+    for path in described:
+        if wanted.pop(path.stem, None) is None:
+            faults.append(f'{path.name}: {table.name} has no such row')
     given = {name: KINDS[kind] for name, kind, _ in rows}
     if len(given) != len(rows):
         faults.append(f'{listed.name}: a name stands twice')

@@ -17,7 +17,7 @@
 
 namespace {
 
-enum { EMPTY = 1, BAD = 2, OWN = 3 };
+enum { EMPTY = 1, BAD = 2 };
 
 struct DATA {
     NB_UCHAR byte;
@@ -27,15 +27,12 @@ struct DATA {
     NB_UCHAR name[8];
     NB_UCHAR fq[17];
     NB_UCHAR hex[4];
+    NB_UCHAR mac[6];
     NB_IP_ADDRESS ip;
 };
 
-int64_t word_limit(const NB_VOID *data) {
-    return static_cast<const DATA *>(data)->word;
-}
-
-NB_USHORT no_seven(const NB_VOID *, const NB_VOID *data) {
-    return static_cast<const DATA *>(data)->byte == 7 ? OWN : 0;
+VGA_BOUND word_limit(const NB_VOID *data) {
+    return {static_cast<const DATA *>(data)->word};
 }
 
 #define AT(member) FIELD_AT(DATA, member)
@@ -48,11 +45,29 @@ const records::FieldRow byte_row = records::rows::number(AT(byte), 0, 200),
                         ebcdic_row = records::rows::sna(AT(name)),
                         fq_row = records::rows::any_name(AT(fq)),
                         hex_row = records::rows::bytes(AT(hex)),
+                        hex_value_row = records::rows::hex(AT(longer)),
+                        mac_row = records::rows::bytes(AT(mac)),
+                        flag_row = records::rows::flag(AT(byte)),
+                        secret_row = records::rows::local(AT(name)).secret(),
                         ip_row = records::rows::address(AT(ip));
-const VGA_FIELD number = {.row = &byte_row, .empty = EMPTY, .bad = BAD, .check = no_seven};
-const VGA_FIELD optional = {.row = &word_row, .bad = BAD};
-const VGA_FIELD limited = {.row = &longer_row, .at_most = word_limit, .empty = EMPTY, .bad = BAD};
-const VGA_FIELD high = {.row = &high_row, .bad = BAD};
+const VGA_FIELD number = {.row = &byte_row, .high = 200, .empty = EMPTY, .bad = BAD};
+const VGA_FIELD optional = {.row = &word_row, .low = 1, .high = 40000, .bad = BAD};
+const VGA_FIELD zero = {
+    .row = &longer_row, .uses = VGA_FIELD_ZERO_EMPTY, .low = 5, .high = 1000, .bad = BAD};
+const VGA_FIELD given = {.row = &longer_row,
+                         .uses = VGA_FIELD_ZERO_EMPTY,
+                         .low = 5,
+                         .high = 1000,
+                         .empty = EMPTY,
+                         .bad = BAD};
+const VGA_FIELD limited = {
+    .row = &longer_row, .high = 1000, .at_most = word_limit, .empty = EMPTY, .bad = BAD};
+const VGA_FIELD high = {.row = &high_row, .high = 0xFFFFFFFF, .bad = BAD};
+const VGA_FIELD node_id = {.row = &hex_value_row, .style = VGA_STYLE_NODE_ID, .bad = BAD};
+const VGA_FIELD mac = {.row = &mac_row, .style = VGA_STYLE_MAC, .bad = BAD};
+const VGA_FIELD mask = {.row = &ip_row, .style = VGA_STYLE_MASK, .bad = BAD};
+const VGA_FIELD inverted = {.row = &flag_row, .uses = VGA_FIELD_INVERTED, .bad = BAD};
+const VGA_FIELD password = {.row = &secret_row, .bad = BAD};
 const VGA_FIELD text = {.row = &text_row, .bad = BAD};
 const VGA_FIELD local = {.row = &local_row, .empty = EMPTY, .bad = BAD};
 const VGA_FIELD ebcdic = {.row = &ebcdic_row, .bad = BAD};
@@ -88,7 +103,8 @@ protected:
                          std::to_string(static_cast<int>(field.row->kind)));
             SetUp();
             const DATA before = data;
-            EXPECT_EQ(vga_field_from_text(field, one.entered, nullptr, &data), one.message);
+            EXPECT_EQ(vga_field_from_text(field, "Field", one.entered, 0, &data).message,
+                      one.message);
             if (one.reads == nullptr) {
                 EXPECT_EQ(memcmp(&before, &data, sizeof(data)), 0)
                     << "refused, but something changed";
@@ -109,11 +125,23 @@ TEST_F(Fields, TextsAndTheirMessages) {
                    {"-1", BAD, nullptr},
                    {"1x", BAD, nullptr},
                    {"", EMPTY, nullptr},
-                   {"   ", EMPTY, nullptr},
-                   {"7", OWN, nullptr}});
+                   {"   ", EMPTY, nullptr}});
     enter(optional, {{"", 0, "0"}, /* below the lowest: nothing was entered */
                      {"40000", 0, "40000"},
                      {"0", BAD, nullptr}});
+    enter(zero, {{"", 0, ""}, {"0", BAD, nullptr}, {"4", BAD, nullptr}, {"5", 0, "5"}});
+    enter(given,
+          {{"", EMPTY, nullptr}, {"00", EMPTY, nullptr}, {"4", BAD, nullptr}, {"5", 0, "5"}});
+    enter(inverted, {{"yes", 0, "yes"}, {"no", 0, "no"}});
+    EXPECT_EQ(data.byte, 1) << "the toggle is not set, so the flag is";
+    enter(node_id,
+          {{"07100003", 0, "071 00003"}, {"071 00003", 0, "071 00003"}, {"071X", BAD, nullptr}});
+    enter(mac, {{"400000000001", 0, "40:00:00:00:00:01"},
+                {"40:00", 0, "40:00:00:00:00:00"},
+                {"4", BAD, nullptr}});
+    enter(mask, {{"255.255.254.0", 0, "255.255.254.0"}, {"255.0.255.0", BAD, nullptr}});
+    enter(password, {{"", 0, ""}, {"SECRET", 0, ""}});
+    EXPECT_EQ(memcmp(data.name, "SECRET  ", 8), 0) << "kept, but never shown";
     enter(limited, {{"100", 0, "100"}, /* as another field says */
                     {"101", BAD, nullptr}});
     enter(high, {{"4294967295", 0, "4294967295"},
@@ -145,18 +173,18 @@ TEST_F(Fields, TextsAndTheirMessages) {
 }
 
 TEST_F(Fields, HalvesMakeOneName) {
-    EXPECT_EQ(vga_field_from_text(network, "NETA", nullptr, &data), 0);
+    EXPECT_EQ(vga_field_from_text(network, "Field", "NETA", 0, &data).message, 0);
     EXPECT_EQ(reads(fq), "NETA");
-    EXPECT_EQ(vga_field_from_text(partner, "LEDGER", nullptr, &data), 0);
+    EXPECT_EQ(vga_field_from_text(partner, "Field", "LEDGER", 0, &data).message, 0);
     EXPECT_EQ(reads(fq), "NETA.LEDGER");
-    EXPECT_EQ(vga_field_from_text(network, "NETWORKB", nullptr, &data), 0);
+    EXPECT_EQ(vga_field_from_text(network, "Field", "NETWORKB", 0, &data).message, 0);
     EXPECT_EQ(reads(fq), "NETWORKB.LEDGER");
     EXPECT_EQ(reads(network), "NETWORKB");
     EXPECT_EQ(reads(partner), "LEDGER");
-    EXPECT_EQ(vga_field_from_text(partner, "9BAD", nullptr, &data), BAD);
-    EXPECT_EQ(vga_field_from_text(network, "", nullptr, &data), 0);
-    EXPECT_EQ(vga_field_from_text(partner, "ALONE", nullptr, &data), BAD);
-    EXPECT_EQ(vga_field_from_text(partner, "", nullptr, &data), 0);
+    EXPECT_EQ(vga_field_from_text(partner, "Field", "9BAD", 0, &data).message, BAD);
+    EXPECT_EQ(vga_field_from_text(network, "Field", "", 0, &data).message, 0);
+    EXPECT_EQ(vga_field_from_text(partner, "Field", "ALONE", 0, &data).message, BAD);
+    EXPECT_EQ(vga_field_from_text(partner, "Field", "", 0, &data).message, 0);
     EXPECT_EQ(reads(fq), "");
 }
 
@@ -178,12 +206,13 @@ TEST_F(Fields, RoundTrips) {
             const DATA before = data;
             data.word = std::max<NB_USHORT>(1, data.word % 40000);
             const std::string shown = reads(*field);
-            EXPECT_EQ(vga_field_from_text(*field, shown.c_str(), nullptr, &data), 0) << shown;
+            EXPECT_EQ(vga_field_from_text(*field, "Field", shown.c_str(), 0, &data).message, 0)
+                << shown;
             EXPECT_EQ(reads(*field), shown);
             data = before;
         }
         const std::string name = "A" + std::to_string(random() % 1000000);
-        EXPECT_EQ(vga_field_from_text(ebcdic, name.c_str(), nullptr, &data), 0);
+        EXPECT_EQ(vga_field_from_text(ebcdic, "Field", name.c_str(), 0, &data).message, 0);
         EXPECT_EQ(reads(ebcdic), name);
         EXPECT_EQ(data.name[0], 0xC1) << "EBCDIC";
     }

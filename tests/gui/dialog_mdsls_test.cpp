@@ -4,8 +4,9 @@
 #include "nodew_fixture.h"
 
 #include "../core/scriptednof.h"
+#include "dialogids.h"
+#include "forms.h"
 #include "nofverbs.h"
-#include "vgamdsls.h"
 
 SCRIPTED_NOF_ENTRY
 
@@ -73,6 +74,10 @@ protected:
         gui::give_focus(form->common.modal_dlg.shell);
         gui::key("Return");
     }
+    static void push(Widget button) {
+        XtCallCallbacks(button, XmNactivateCallback, nullptr);
+        gui::settle();
+    }
     static NAP_SESSION_LIMIT_VERB issued() {
         NAP_SESSION_LIMIT_VERB verb = {};
         EXPECT_EQ(scripted_nof.in_flight.size(), 1U);
@@ -122,7 +127,7 @@ TEST_F(SessionLimits, AreChangedByKeyboard) {
 TEST_F(SessionLimits, ResetIsAskedFor) {
     ASSERT_NE(open_by_mouse(), nullptr);
     enter("*mdslsLimit", "0");
-    vga_form_apply_cb(form->apply, nullptr, nullptr);
+    push(form->apply_button);
     EXPECT_NE(gui::box_text(&form->common), "");
     EXPECT_TRUE(scripted_nof.in_flight.empty());
     answer_box();
@@ -136,7 +141,7 @@ TEST_F(SessionLimits, ResetIsAskedFor) {
         << gui::box_text(&form->common);
     EXPECT_EQ(mode->vcb->sess_limit, 16);
     answer_box();
-    vga_form_apply_cb(form->apply, nullptr, nullptr);
+    push(form->apply_button);
     answer_box(); // the question again
     scripted_nof.complete();
     gui::settle();
@@ -145,11 +150,14 @@ TEST_F(SessionLimits, ResetIsAskedFor) {
 }
 
 TEST_F(SessionLimits, OfControlPointsAreOnlyShown) {
-    ASSERT_NE(adopt(&vga_display_session_limits(&desc->common, control_points)->common), nullptr);
+    ASSERT_NE(adopt(&vga_form_open(VGA_UID_SESS_LIMIT_DIALOG, &desc->common, control_points,
+                                   nullptr, VGA_FORM_CHANGE)
+                         ->common),
+              nullptr);
     Boolean editable = True;
     XtVaGetValues(field("*mdslsLimit"), XmNeditable, &editable, nullptr);
     EXPECT_FALSE(editable);
-    EXPECT_FALSE(XtIsManaged(form->apply));
+    EXPECT_FALSE(XtIsManaged(form->apply_button));
 
     // Until another administrator changes the mode's definition.
     auto *definition =
@@ -159,14 +167,14 @@ TEST_F(SessionLimits, OfControlPointsAreOnlyShown) {
     vga_record_changed(definition, VGA_RECORD_CHANGED);
     XtVaGetValues(field("*mdslsLimit"), XmNeditable, &editable, nullptr);
     EXPECT_TRUE(editable);
-    EXPECT_TRUE(XtIsManaged(form->apply));
+    EXPECT_TRUE(XtIsManaged(form->apply_button));
     EXPECT_EQ(gui::label_text(field("*mdslsMaxLimit")), "18");
 }
 
 TEST_F(SessionLimits, DialogOutlivesTheMode) {
     ASSERT_NE(open_by_mouse(), nullptr);
     enter("*mdslsLimit", "15");
-    vga_form_ok_cb(form->common.widget, nullptr, nullptr);
+    push(XtNameToWidget(form->common.widget, "OK"));
     vga_delete_vga_mode(mode); // an indication was quicker than the answer
     EXPECT_NE(gui::box_text(&form->common), "");
     scripted_nof.complete(0, NAP_PARAMETER_CHECK, NAP_UNKNOWN_RESOURCE);
@@ -175,7 +183,10 @@ TEST_F(SessionLimits, DialogOutlivesTheMode) {
     EXPECT_EQ(form->common.parent_item, nullptr);
 
     // A whole node goes, with everything in it.
-    ASSERT_NE(adopt(&vga_display_session_limits(&desc->common, control_points)->common), nullptr);
+    ASSERT_NE(adopt(&vga_form_open(VGA_UID_SESS_LIMIT_DIALOG, &desc->common, control_points,
+                                   nullptr, VGA_FORM_CHANGE)
+                         ->common),
+              nullptr);
     vga_delete_vga_lu62(lu);
     EXPECT_EQ(form->common.parent_item, nullptr);
 }

@@ -134,7 +134,8 @@ TEST_F(NodeFaults, ANodeThatReturnsFindsItsWindowAsItWas) {
     EXPECT_TRUE(shows(window, "harbour (NETA.HARBOUR): not connected since "));
     ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(770)));
     ASSERT_NO_FATAL_FAILURE(read_box(information_title, message(300, {"harbour"})));
-    screen().ask_to_close(screen().find(message(752, {"Session limits"})));
+    screen().ask_to_close(
+        screen().find(message(752, {message(800, {"Session limits", "LEDGMODE", "harbour"})})));
     EXPECT_TRUE(wait_for([&] { return !dialog_shown(); }));
     EXPECT_TRUE(shows(window, "harbour (NETA.HARBOUR): active"));
     EXPECT_TRUE(wait_for(is_as_left)) << screen().text(links);

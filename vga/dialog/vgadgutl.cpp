@@ -311,11 +311,11 @@ NB_VOID tell_dialogs(NB_VOID *item, VGA_RECORD_CHANGE what) {
 }
 
 NB_USHORT dialog_shows(const VGA_DIALOG *dialog, const NB_VOID *record) {
-    return dialog->in_use != 0 && dialog->parent_item == record;
+    return dialog->in_use != 0 && (dialog->parent_item == record || dialog->owner_item == record);
 }
 
 NB_USHORT record_leaves_dialog(VGA_DIALOG *dialog, const NB_VOID *record) {
-    const NB_USHORT was_shown = dialog->parent_item == record;
+    const NB_USHORT was_shown = dialog_shows(dialog, record);
     dialog->parent_item = nullptr;
     vga_close_children(dialog, 0, 1);
     return was_shown;
@@ -406,6 +406,25 @@ NB_VOID vga_raise_dialog(VGA_DIALOG *desc) {
     }
 }
 
+std::string vga_get_title(const VGA_DIALOG *desc) {
+    const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
+    std::string title;
+    if (row.kind != VGA_KIND_MAIN && XmIsBulletinBoard(desc->widget)) {
+        XmString string = nullptr;
+        XtVaGetValues(desc->widget, XmNdialogTitle, &string, nullptr);
+        const VGA_STRING owned(string);
+        const VGA_TEXT text(static_cast<NB_CHAR *>(XmStringUnparse(
+            string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL)));
+        title = text.get() != nullptr ? text.get() : "";
+    } else {
+        NB_CHAR *text = nullptr;
+        XtVaGetValues(desc->shell, XmNtitle, &text, nullptr);
+        title = text != nullptr ? text : "";
+    }
+    const std::string name = std::string(row.name) + ": ";
+    return gvga_display_names != 0 && title.starts_with(name) ? title.substr(name.size()) : title;
+}
+
 NB_VOID vga_set_title(VGA_DIALOG *desc, const NB_CHAR *title) {
     const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
     std::string text = gvga_display_names != 0 ? std::string(row.name) + ": " + title : title;
@@ -461,7 +480,10 @@ NB_VOID vga_close_cb(Widget widget, XtPointer, XtPointer) {
     }
     if (desc == gvga_main_dialog) {
         ask_exit(desc);
-    } else {
+        return;
+    }
+    const auto may_close = gvga_uid_desc[desc->dialog_id].may_close;
+    if (may_close == nullptr || may_close(desc) != 0) {
         vga_close_children(desc, 1, 0);
     }
 }

@@ -16,6 +16,7 @@
 #include <X11/Intrinsic.h>
 #include <Xm/Xm.h>
 #include <array>
+#include <string>
 
 struct VGA_DIALOG;
 
@@ -70,6 +71,9 @@ struct VGA_UID_DESC {
      * are none of its business.  It may close dialogs, itself too. */
     NB_VOID (*record_changed)(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what) = nullptr;
 
+    /* 0: the operator wants to close the dialog, and is asked first.  Null: it just closes. */
+    NB_USHORT (*may_close)(VGA_DIALOG *desc) = nullptr;
+
     /* Flag: not in this release.  The row can be fetched, but its description has no more than a
      * title, Close and Help, and nothing offers it. */
     NB_USHORT later = 0;
@@ -102,6 +106,7 @@ struct VGA_DIALOG {
     NB_USHORT dialog_id;
     NB_USHORT in_use;   /* the dialog is open */
     NB_USHORT closing;  /* being closed: a nested close returns at once */
+    NB_VOID *owner_item; /* the record that the one shown belongs to, or a new one will; or null */
     VGA_DIALOG *parent; /* kept by a closed dialog: it is used again only under the same parent */
     union {
         NB_VOID *context;     /* the caller's pointer */
@@ -147,6 +152,9 @@ NB_VOID vga_raise_dialog(VGA_DIALOG *desc);
  * `title` is in the locale's character set. */
 NB_VOID vga_set_title(VGA_DIALOG *desc, const NB_CHAR *title);
 
+/* The title that was given last, or that of the description; without the name. */
+std::string vga_get_title(const VGA_DIALOG *desc);
+
 /* Marks a descriptor free and takes it out of its parent's children.  For the framework's own use;
  * a dialog is closed with vga_close_children.
  * REQUIRES: no children (a fatal assertion). */
@@ -162,7 +170,7 @@ NB_VOID vga_release_dialog(VGA_DIALOG *desc);
 NB_VOID vga_close_children(VGA_DIALOG *desc, NB_USHORT include_self, NB_USHORT force);
 
 /* The close handler of every dialog, for the window manager's request and for Cancel and Close
- * buttons: closes the dialog of `widget`; for the main dialog asks whether to end the program. */
+ * buttons: closes the dialog of `widget`, if it may; for the main dialog asks whether to end the program. */
 NB_VOID vga_close_cb(Widget widget, XtPointer client_data, XtPointer call_data);
 
 /* Runs the command of the widget's window that the integer at `client_data` numbers. */

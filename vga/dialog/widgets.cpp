@@ -248,6 +248,26 @@ NB_VOID vga_set_configured_colours(Widget widget) {
     }
 }
 
+/* A colour alone would not be seen by everybody. */
+NB_VOID vga_mark_label(Widget label, NB_USHORT on) {
+    constexpr NB_CHAR mark[] = " *";
+    XmString string = nullptr;
+    if (label == nullptr) {
+        return;
+    }
+    XtVaGetValues(label, XmNlabelString, &string, nullptr);
+    const VGA_STRING owned(string);
+    const VGA_TEXT old(static_cast<NB_CHAR *>(XmStringUnparse(
+        string, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL)));
+    std::string text = old.get() != nullptr ? old.get() : "";
+    if (text.ends_with(mark) == (on != 0)) {
+        return;
+    }
+    text = on != 0 ? text + mark : text.substr(0, text.size() - strlen(mark));
+    const VGA_STRING marked(text.c_str());
+    XtVaSetValues(label, XmNlabelString, marked.get(), nullptr);
+}
+
 NB_VOID vga_put_widget_context(Widget widget, NB_VOID *context) {
     if (widget != nullptr) {
         XtVaSetValues(widget, XmNuserData, context, nullptr);

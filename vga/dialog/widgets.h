@@ -50,6 +50,10 @@ NB_VOID vga_set_colours(Widget widget, Pixel background, Pixel foreground);
  * names); nothing changes for the one that is not set. */
 NB_VOID vga_set_configured_colours(Widget widget);
 
+/* Draws a field's label as one that the operator has to look at, with a mark behind its text, or as
+ * it was. */
+NB_VOID vga_mark_label(Widget label, NB_USHORT on);
+
 /* Any pointer that a callback is to find at its widget (XmNuserData). */
 NB_VOID vga_put_widget_context(Widget widget, NB_VOID *context);
 NB_VOID *vga_get_widget_context(Widget widget);

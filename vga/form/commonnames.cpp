@@ -20,8 +20,6 @@ NB_VOID vga_register_common_names(NB_VOID) {
         {"vga_close_cb", vga_close_cb},
         {"vga_command_cb", vga_command_cb},
         {"vga_exit_cb", vga_exit_cb},
-        {"vga_form_apply_cb", vga_form_apply_cb},
-        {"vga_form_reset_cb", vga_form_reset_cb},
         {"vga_help_cb", vga_help_cb},
         {"vga_menu_help_about", vga_menu_help_about},
         {"vga_menu_help_contents", vga_menu_help_contents},

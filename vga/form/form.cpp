@@ -1,425 +1,321 @@
 #include "form.h"
+#include "chooser.h"
+#include "entry.h"
 #include "fieldchecks.h"
 #include "fieldwidgets.h"
+#include "filtercallbacks.h"
+#include "formparts.h"
 #include "globals.h"
 #include "hints.h"
-#include "holders.h"
 #include "messages.h"
 #include "widgets.h"
 #include <Xm/MessageB.h>
 #include <cstring>
-#include <string>
-#include <vector>
 
-namespace {
-
-VGA_FORM *form_of(VGA_DIALOG *desc) {
-    return reinterpret_cast<VGA_FORM *>(desc);
-}
-
-VGA_FORM *form_from_widget(Widget widget) {
+VGA_FORM *vga_form_of_widget(Widget widget) {
     VGA_DIALOG *desc = vga_get_dialog_from_widget(widget);
-    return desc != nullptr && desc->in_use != 0 ? form_of(desc) : nullptr;
+    return desc != nullptr && desc->in_use != 0 ? vga_form_of(desc) : nullptr;
 }
 
-const NB_CHAR *name_of(const VGA_FORM *form) {
+const NB_CHAR *vga_form_name(const VGA_FORM *form) {
     return gvga_uid_desc[form->common.dialog_id].name;
 }
 
-Widget named_part(const VGA_FORM *form, const NB_CHAR *part) {
-    return XtNameToWidget(form->common.widget, (std::string("*") + name_of(form) + part).c_str());
+Widget vga_form_part(const VGA_FORM *form, const NB_CHAR *part) {
+    return XtNameToWidget(form->common.widget,
+                          (std::string("*") + vga_form_name(form) + part).c_str());
 }
 
 /* What is on the screen. */
 
-/* What can be done now: after every change of the fields, of the record or of the rights. */
-NB_VOID arrange(VGA_FORM *form) {
-    for (NB_USHORT field = 0; field < form->plan->field_count; field++) {
+NB_VOID vga_form_arrange(VGA_FORM *form) {
+    const NB_USHORT idle = form->pending == 0;
+    if (idle) { /* bounds in hints follow what stands in the fields before */
+        memcpy(vga_form_wanted(form), vga_form_working(form), form->plan->data_size);
+    }
+    for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
+        if (idle && !form->plan->fields[field].has(VGA_FIELD_SHOWN)) {
+            (NB_VOID) vga_form_get_field(form, field, vga_form_wanted(form));
+        }
         vga_form_enable_field(form, field);
     }
-    NB_USHORT waiting = form->pending;
-    NB_USHORT dirty = vga_form_dirty(form);
-    vga_dialog_sensitive(&form->common, form->apply, waiting == 0);
-    vga_set_sensitive(form->apply, waiting == 0 && (dirty != 0 || form->adding != 0));
-    vga_set_sensitive(form->reset, waiting == 0 && dirty != 0);
-    vga_set_sensitive(vga_get_work_area(form->common.widget), waiting == 0);
+    const NB_USHORT changed = vga_form_changes(form) != 0;
+    vga_dialog_sensitive(&form->common, form->apply_button, idle);
+    vga_set_sensitive(form->apply_button, idle && (changed || form->adding != 0));
+    vga_set_sensitive(form->reset_button, idle && changed);
+    vga_set_sensitive(form->refresh_button, idle);
+    vga_set_sensitive(form->back_button, idle && form->page > 0);
+    vga_set_sensitive(vga_get_work_area(form->common.widget),
+                      idle || form->plan->kind == VGA_FORM_STATUS);
+    vga_check_choosers(&form->common);
     if (form->plan->arranged != nullptr) {
         form->plan->arranged(form);
     }
 }
 
-NB_VOID changed_cb(Widget, XtPointer data, XtPointer) {
-    auto *form = static_cast<VGA_FORM *>(data);
-    if (form->filling == 0 && form->common.in_use != 0) {
-        arrange(form);
-    }
-}
-
-NB_VOID fill(VGA_FORM *form) {
+NB_VOID vga_form_fill(VGA_FORM *form) {
     form->filling = 1;
-    for (NB_USHORT field = 0; field < form->plan->field_count; field++) {
+    for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
         vga_form_put_field(form, field, vga_form_shown(form));
+        vga_form_mark_field(form, field, VGA_MARK_NONE, "");
     }
     form->filling = 0;
-    arrange(form);
+    form->overwrite = 0;
+    vga_form_arrange(form);
 }
 
-NB_USHORT may_only_look(const VGA_FORM *form) {
+/* A child accepts without a verb; whether it may edit is its parent's affair. */
+static NB_USHORT may_only_look(const VGA_FORM *form) {
     const VGA_FORM_PLAN &plan = *form->plan;
-    const bool lost = form->common.parent_item == nullptr && form->adding == 0;
+    if (plan.kind == VGA_FORM_CHILD) {
+        return vga_form_of(form->common.parent)->read_only;
+    }
+    const bool lost = form->adding != 0 ? vga_form_owner(form) == nullptr && plan.type != nullptr
+                                        : vga_form_record(form) == nullptr;
     return gvga_read_only != 0 || plan.issue == nullptr || lost ||
            (plan.may_edit != nullptr && plan.may_edit(form) == 0);
 }
 
-/* Between editing and looking. */
-NB_VOID set_rights(VGA_FORM *form) {
+NB_VOID vga_form_ok_cb(Widget widget, XtPointer, XtPointer) {
+    if (VGA_FORM *form = vga_form_of_widget(widget)) {
+        vga_form_submit(form, 1);
+    }
+}
+
+NB_VOID vga_form_set_rights(VGA_FORM *form) {
     form->read_only = may_only_look(form);
     auto set = form->read_only != 0 ? vga_dialog_disallow_edit : vga_dialog_allow_edit;
-    set(&form->common, vga_form_ok_cb, form->apply);
-    if (form->reset != nullptr) {
-        (form->read_only != 0 ? XtUnmanageChild : XtManageChild)(form->reset);
+    set(&form->common, vga_form_ok_cb, form->apply_button);
+    if (form->reset_button != nullptr) {
+        (form->read_only != 0 ? XtUnmanageChild : XtManageChild)(form->reset_button);
     }
     vga_define_tabbing_order(form->common.widget, vga_get_work_area(form->common.widget));
 }
 
-NB_VOID load(VGA_FORM *form) {
-    NB_USHORT size = form->plan->data_size;
-    memset(vga_form_shown(form), 0, size);
-    form->plan->load(form, vga_form_shown(form));
-    memcpy(vga_form_edited(form), vga_form_shown(form), size);
-}
+/* Data. */
 
-/* Checking. */
-
-NB_USHORT refuse(VGA_FORM *form, NB_USHORT field, NB_USHORT message) {
-    const VGA_FIELD &row = form->plan->fields[field];
-    return vga_refuse_range(&form->common, vga_form_focus_of(form, field), message, name_of(form),
-                            row.row->low, vga_field_high(row, vga_form_edited(form)));
-}
-
-/* Checks the fields in order and takes their values over; 0 after the message of the first that is
- * wrong. */
-NB_USHORT collect(VGA_FORM *form) {
+NB_VOID vga_form_load(VGA_FORM *form, NB_VOID *data) {
     const VGA_FORM_PLAN &plan = *form->plan;
-    NB_VOID *edited = vga_form_edited(form);
-    memcpy(edited, vga_form_shown(form), plan.data_size);
-    for (NB_USHORT field = 0; field < plan.field_count; field++) {
-        if ((plan.fields[field].uses & VGA_FIELD_SHOWN) != 0 ||
-            vga_form_field_of_use(form, field) == 0) {
-            continue;
-        }
-        if (NB_USHORT message = vga_form_get_field(form, field, edited)) {
-            return refuse(form, field, message);
-        }
+    auto *bytes = static_cast<NB_UCHAR *>(data);
+    memset(bytes, 0, plan.data_size);
+    if (plan.kind == VGA_FORM_CHILD) {
+        memcpy(bytes, vga_form_wanted(vga_form_of(form->common.parent)), plan.data_size);
+    } else if (plan.type != nullptr && vga_form_record(form) != nullptr) {
+        memcpy(bytes, plan.type->entry(vga_form_record(form)), plan.type->entry_size);
+    } else if (plan.schema != nullptr) {
+        records::set_initial_fields(plan.schema->fields, bytes);
     }
-    VGA_FORM_FAULT fault = plan.check != nullptr ? plan.check(form, edited) : VGA_FORM_FAULT();
-    return fault.message == 0 || refuse(form, fault.field, fault.message) != 0;
-}
-
-/* Verbs. */
-
-/* The verb succeeded: the fields now show what is so. */
-NB_VOID finish(VGA_FORM *form) {
-    NB_USHORT leaving = form->leaving;
-    form->leaving = 0;
-    if (form->repeat == 0) {
-        form->adding = 0;
-        if (leaving != 0) {
-            vga_close_children(&form->common, 1, 0);
-            return;
-        }
-        arrange(form);
-        return;
-    }
-    std::vector<NB_UCHAR> nothing(form->plan->data_size);
-    form->filling = 1;
-    for (NB_USHORT field = form->plan->field_count; field-- > 0;) {
-        if ((form->plan->fields[field].uses & VGA_FIELD_KEY) != 0) {
-            vga_form_put_field(form, field, nothing.data());
-            vga_focus_field(vga_form_focus_of(form, field));
-        }
-    }
-    form->filling = 0;
-    arrange(form);
-}
-
-/* Meanwhile the keyboard rests: on Cancel, a second press of Return would close the dialog.  The
- * mouse and Escape can. */
-NB_VOID set_pending(VGA_FORM *form, NB_USHORT on) {
-    Widget focus = on == 0 ? vga_form_first_field(form) : nullptr;
-    form->pending = on;
-    for (const NB_CHAR *button : {"Cancel", "Help"}) {
-        if (Widget widget = XtNameToWidget(form->common.widget, button)) {
-            XtVaSetValues(widget, XmNtraversalOn, on == 0, nullptr);
-        }
-    }
-    arrange(form);
-    if (focus != nullptr) {
-        vga_focus_field(focus);
+    if (plan.load != nullptr) {
+        plan.load(form, data);
     }
 }
 
-NB_VOID fail(VGA_FORM *form, const NAP_VCB &vcb) {
-    form->leaving = 0;
-    set_pending(form, 0);
-    vga_display_verb_error(&form->common, &vcb);
+NB_VOID vga_form_reload(VGA_FORM *form) {
+    vga_form_load(form, vga_form_shown(form));
+    memcpy(vga_form_working(form), vga_form_shown(form), form->plan->data_size);
+    vga_form_fill(form);
+    vga_form_show_title(form);
 }
 
-NB_VOID submit(VGA_FORM *form);
-
-/* Everything is checked again: the question may have stood there for an hour. */
-NB_VOID question_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle) {
-    if (answer == VGA_ANSWER_OK && handle == desc->handle) {
-        form_of(desc)->confirmed = 1;
-        submit(form_of(desc));
-    }
-}
-
-/* Returns 1 when the answer to a question has to be waited for. */
-NB_USHORT ask(VGA_FORM *form) {
+NB_USHORT vga_form_changes(const VGA_FORM *form) {
     const VGA_FORM_PLAN &plan = *form->plan;
-    NB_USHORT confirmed = form->confirmed;
-    form->confirmed = 0;
-    if (confirmed != 0 || plan.question == nullptr) {
-        return 0;
+    NB_USHORT changes =
+        memcmp(vga_form_working(form), vga_form_shown(form), plan.data_size) != 0 ? 1 : 0;
+    for (NB_USHORT field = 0; field < plan.fields.size(); field++) {
+        changes += vga_form_field_is(form, field, vga_form_shown(form)) == 0 ? 1 : 0;
     }
-    const NB_USHORT message = plan.question(form);
-    if (message != 0) {
-        vga_display_confirm_dialog(&form->common, message, nullptr, question_cb,
-                                   vga_form_handle(form), "");
-    }
-    return message != 0;
+    return changes;
 }
 
-NB_VOID submit(VGA_FORM *form) {
-    const VGA_FORM_PLAN &plan = *form->plan;
-    if (form->pending != 0 || form->read_only != 0 || collect(form) == 0) {
-        form->confirmed = 0;
-        return;
-    }
-    if (form->adding == 0 &&
-        memcmp(vga_form_shown(form), vga_form_edited(form), plan.data_size) == 0) {
-        finish(form);
-        return;
-    }
-    if (ask(form) != 0) {
-        return;
-    }
-    set_pending(form, 1);
-    if (plan.issue(form) == 0) {
-        set_pending(form, 0);
-        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
-    }
+NB_VOID vga_form_working_changed(VGA_FORM *form) {
+    vga_form_arrange(form);
 }
-
-NB_VOID submit_for(Widget widget, NB_USHORT leaving) {
-    VGA_FORM *form = form_from_widget(widget);
-    if (form != nullptr && form->pending == 0) {
-        form->leaving = leaving;
-        submit(form);
-    }
-}
-
-/* The record. */
-
-/* Fields that the operator has touched stay as they are. */
-NB_VOID follow_record(VGA_FORM *form) {
-    const VGA_FORM_PLAN &plan = *form->plan;
-    std::vector<NB_UCHAR> fresh(plan.data_size);
-    plan.load(form, fresh.data());
-    std::vector<NB_USHORT> untouched;
-    for (NB_USHORT field = 0; field < plan.field_count; field++) {
-        if (vga_form_field_is(form, field, vga_form_shown(form)) != 0) {
-            untouched.push_back(field);
-        }
-    }
-    memcpy(vga_form_shown(form), fresh.data(), plan.data_size);
-    form->filling = 1;
-    for (NB_USHORT field : untouched) {
-        vga_form_put_field(form, field, fresh.data());
-    }
-    form->filling = 0;
-    if (form->read_only != may_only_look(form)) {
-        set_rights(form);
-    }
-    arrange(form);
-}
-
-/* The title says that the record is gone for as long as the dialog is open: the box is soon read.
- */
-NB_VOID mark_title(VGA_FORM *form) {
-    XmString title = nullptr;
-    XtVaGetValues(form->common.widget, XmNdialogTitle, &title, nullptr);
-    const VGA_STRING owned(title);
-    const VGA_TEXT text(static_cast<NB_CHAR *>(XmStringUnparse(
-        title, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT, nullptr, 0, XmOUTPUT_ALL)));
-    v0_mb_strncpy(form->title, text.get() != nullptr ? text.get() : "", sizeof(form->title));
-    NB_CHAR marked[sizeof(form->title) + 64];
-    vga_print_msg(marked, sizeof(marked), VGA_MSG_FORM_TITLE_GONE, "s", form->title);
-    vga_set_title(&form->common, marked);
-}
-
-NB_VOID unmark_title(VGA_FORM *form) {
-    if (form->title[0] != '\0') {
-        vga_set_title(&form->common, form->title);
-        form->title[0] = '\0';
-    }
-}
-
-NB_VOID lose_record(VGA_FORM *form) {
-    if (form->slot != nullptr) {
-        *form->slot = nullptr;
-        form->slot = nullptr;
-    }
-    form->common.parent_item = nullptr;
-    form->adding = form->plan->defines;
-    set_rights(form);
-    if (form->read_only != 0) {
-        set_pending(form, 0); /* no answer changes anything any more */
-    }
-    arrange(form);
-    mark_title(form);
-    NB_USHORT message = form->plan->gone;
-    if (message == 0) {
-        message =
-            form->plan->defines != 0 ? VGA_MSG_FORM_RECORD_GONE_DEFINE : VGA_MSG_FORM_RECORD_GONE;
-    }
-    vga_display_info_dialog(&form->common, message, nullptr, nullptr, 0, "");
-}
-
-} // namespace
 
 /* Slots of the row. */
 
-NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan) {
-    VGA_FORM *form = form_of(desc);
-    form->plan = plan;
-    form->apply = named_part(form, "ApplyButton");
-    form->reset = named_part(form, "ResetButton");
-    if (vga_form_find_fields(form, changed_cb) == 0) {
-        return 0;
-    }
-    vga_set_hint_line(desc->widget, named_part(form, "MessageLine"));
-    return 1;
-}
+namespace {
 
-NB_VOID vga_form_close_proc(VGA_DIALOG *desc) {
-    VGA_FORM *form = form_of(desc);
-    if (form->slot != nullptr && desc->parent_item != nullptr) {
-        *form->slot = nullptr;
-    }
-    form->slot = nullptr;
-    unmark_title(form);
-}
-
-NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what) {
-    VGA_FORM *form = form_of(desc);
-    if (item == nullptr || desc->parent_item == nullptr) {
+NB_VOID changed_cb(Widget, XtPointer data, XtPointer) {
+    auto *form = static_cast<VGA_FORM *>(data);
+    if (form->filling != 0 || form->common.in_use == 0) {
         return;
     }
-    const bool own = item == desc->parent_item;
-    if (what == VGA_RECORD_GONE && own) {
-        lose_record(form);
-    } else if (what != VGA_RECORD_GONE &&
-               (own || (form->plan->shows_too != nullptr && form->plan->shows_too(form, item)))) {
-        follow_record(form);
+    for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
+        if (form->marks[field] == VGA_MARK_WRONG) {
+            vga_form_mark_field(form, field, VGA_MARK_NONE, "");
+        }
+    }
+    vga_form_arrange(form);
+}
+
+NB_VOID apply_cb(Widget widget, XtPointer, XtPointer) {
+    if (VGA_FORM *form = vga_form_of_widget(widget)) {
+        vga_form_submit(form, 0);
     }
 }
 
-/* Opening. */
-
-VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, VGA_DIALOG **slot,
-                        VGA_FORM_MODE mode) {
-    if (slot != nullptr && *slot != nullptr && (*slot)->in_use != 0) {
-        vga_raise_dialog(*slot);
-        return form_of(*slot);
+NB_VOID reset_cb(Widget widget, XtPointer, XtPointer) {
+    VGA_FORM *form = vga_form_of_widget(widget);
+    if (form != nullptr && form->pending == 0) {
+        memcpy(vga_form_working(form), vga_form_shown(form), form->plan->data_size);
+        vga_form_fill(form);
     }
+}
+
+NB_VOID child_cb(Widget widget, XtPointer data, XtPointer) {
+    VGA_FORM *form = vga_form_of_widget(widget);
+    const auto *opener = static_cast<const VGA_FORM_OPENER *>(data);
+    for (const VGA_UID_DESC &row : gvga_uid_desc) {
+        if (form != nullptr && strcmp(row.name, opener->dialog) == 0) {
+            vga_form_open_child(form, row.dialog_id);
+        }
+    }
+}
+
+NB_VOID add_callback(Widget button, XtCallbackProc proc, const VGA_FORM_OPENER *opener = nullptr) {
+    if (button != nullptr) {
+        XtAddCallback(button, XmNactivateCallback, proc, const_cast<VGA_FORM_OPENER *>(opener));
+    }
+}
+
+NB_VOID attach_choosers(VGA_FORM *form) {
+    for (NB_USHORT number = 0; number < form->plan->fields.size(); number++) {
+        const VGA_FIELD &field = form->plan->fields[number];
+        if (field.choices == nullptr || field.has(VGA_FIELD_SHOWN)) {
+            continue;
+        }
+        const auto *button = static_cast<const Widget *>(vga_form_data(form, field.button));
+        vga_attach_chooser(&form->common, vga_form_widget(form, number), *button,
+                           {.title = vga_form_label(form, number),
+                            .none = "",
+                            .choices = [form, &field] { return field.choices(form); }});
+    }
+}
+
+/* The open form of that row on the record, or on a new one of that owner. */
+VGA_FORM *find_open(NB_USHORT dialog_id, const NB_VOID *record, const NB_VOID *owner) {
+    for (VGA_DIALOG *desc = gvga_uid_desc[dialog_id].first_desc; desc != nullptr;
+         desc = desc->next_desc) {
+        const bool same = record != nullptr
+                              ? desc->parent_item == record
+                              : vga_form_of(desc)->adding != 0 && desc->owner_item == owner;
+        if (desc->in_use != 0 && same) {
+            return vga_form_of(desc);
+        }
+    }
+    return nullptr;
+}
+
+VGA_FORM *open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
+               VGA_FORM_MODE mode) {
     VGA_DIALOG *desc = nullptr;
     if (vga_get_dialog(dialog_id, parent, record, &desc) == 0) {
         return nullptr;
     }
-    VGA_FORM *form = form_of(desc);
-    form->slot = slot;
-    if (slot != nullptr) {
-        *slot = desc;
-    }
+    VGA_FORM *form = vga_form_of(desc);
     form->adding = mode != VGA_FORM_CHANGE;
     form->repeat = mode == VGA_FORM_REPEAT;
-    form->pending = form->leaving = form->confirmed = 0;
-    load(form);
-    set_rights(form);
-    fill(form);
+    form->pending = form->leaving = form->confirmed = form->overwrite = form->page = form->gone = 0;
+    form->renaming = 0;
+    vga_form_attach(form, record, owner);
+    vga_form_load(form, vga_form_shown(form));
+    memcpy(vga_form_working(form), vga_form_shown(form), form->plan->data_size);
+    vga_form_set_rights(form);
+    vga_form_fill(form);
+    vga_form_show_title(form);
+    vga_form_fit_pages(form);
     vga_display_dialog(desc);
     if (Widget first = vga_form_first_field(form)) {
         vga_focus_field(first);
     }
+    if (form->plan->kind == VGA_FORM_STATUS) {
+        vga_form_refreshed(form);
+    }
     return form;
 }
 
-NB_USHORT vga_form_dirty(const VGA_FORM *form) {
-    for (NB_USHORT field = 0; field < form->plan->field_count; field++) {
-        if (vga_form_field_is(form, field, vga_form_shown(form)) == 0) {
-            return 1;
+} // namespace
+
+NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan) {
+    VGA_FORM *form = vga_form_of(desc);
+    form->plan = plan;
+    form->read_only = 1; /* until it is opened */
+    form->apply_button = vga_form_part(form, "ApplyButton");
+    form->reset_button = vga_form_part(form, "ResetButton");
+    form->message_line = vga_form_part(form, "MessageLine");
+    v0_mb_strncpy(form->title, vga_get_title(desc).c_str(), sizeof(form->title));
+    if (vga_form_find_fields(form, changed_cb) == 0) {
+        return 0;
+    }
+    add_callback(form->apply_button, apply_cb);
+    add_callback(form->reset_button, reset_cb);
+    for (const VGA_FORM_OPENER &opener : plan->children) {
+        add_callback(*static_cast<const Widget *>(vga_form_data(form, opener.member)), child_cb,
+                     &opener);
+    }
+    vga_form_find_pages(form);
+    attach_choosers(form);
+    XtAddCallback(desc->widget, XmNcancelCallback, vga_close_cb, nullptr);
+    vga_set_hint_line(desc->widget, form->message_line);
+    return 1;
+}
+
+NB_VOID vga_form_close_proc(VGA_DIALOG *desc) {
+    VGA_FORM *form = vga_form_of(desc);
+    vga_form_detach(form);
+    form->read_only = 1; /* there is nothing that could be changed */
+    if (form->timer != 0) {
+        XtRemoveTimeOut(form->timer);
+        form->timer = 0;
+    }
+    /* Neither a password nor what a child form left is for the next one who opens it. */
+    form->filling = 1;
+    for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
+        if (form->plan->fields[field].is_secret()) {
+            vga_fill_field(vga_form_widget(form, field), "");
         }
     }
+    vga_close_chooser(desc);
+    for (const NB_USHORT data : {form->plan->shown, form->plan->working, form->plan->wanted}) {
+        explicit_bzero(vga_form_data(form, data), form->plan->data_size);
+    }
+    form->filling = 0;
+}
+
+static NB_VOID discard_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle) {
+    if (answer == VGA_ANSWER_OK && handle == desc->handle) {
+        vga_close_children(desc, 1, 0);
+    }
+}
+
+NB_USHORT vga_form_may_close(VGA_DIALOG *desc) {
+    constexpr NB_USHORT few = 3;
+    VGA_FORM *form = vga_form_of(desc);
+    const NB_USHORT changes = vga_form_changes(form);
+    if (form->read_only != 0 || form->pending != 0 || changes <= few) {
+        return 1;
+    }
+    vga_form_ask(form, {.message = VGA_MSG_FORM_DISCARD, .arguments = {std::to_string(changes)}},
+                 discard_cb);
     return 0;
 }
 
-/* Answers. */
+/* Opening. */
 
-NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
-    auto *desc = static_cast<VGA_DIALOG *>(nba_validate_handle(work->user_data));
-    if (desc == nullptr || desc->in_use == 0) {
-        return;
+VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
+                        VGA_FORM_MODE mode) {
+    if (VGA_FORM *form = find_open(dialog_id, record, owner)) {
+        vga_raise_dialog(&form->common);
+        return form;
     }
-    VGA_FORM *form = form_of(desc);
-    if (form->pending == 0) {
-        return; /* the record went meanwhile */
-    }
-    if (vga_verb_succeeded(work->vcb) == 0) {
-        fail(form, *work->vcb);
-        return;
-    }
-    if (form->plan->next != nullptr && form->plan->next(form, work) != 0) {
-        return;
-    }
-    memcpy(vga_form_shown(form), vga_form_edited(form), form->plan->data_size);
-    set_pending(form, 0);
-    finish(form);
+    return open(dialog_id, parent, record, owner, mode);
 }
 
-/* Others purge verbs, too: their user data is the handle of something else. */
-NB_VOID vga_form_verb_purged(NB_USHORT opcode, NB_ULONG user_data) {
-    for (const VGA_UID_DESC &row : gvga_uid_desc) {
-        VGA_DIALOG *desc = row.record_changed == vga_form_record_changed ? row.first_desc : nullptr;
-        for (; desc != nullptr; desc = desc->next_desc) {
-            if (desc->in_use != 0 && desc->handle == user_data && form_of(desc)->pending != 0) {
-                NAP_VCB vcb = {};
-                vcb.opcode = opcode;
-                vcb.primary_rc = NAP_COMM_FAILURE;
-                vcb.secondary_rc = NAP_NODE_GONE;
-                fail(form_of(desc), vcb);
-            }
-        }
+VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id) {
+    if (VGA_FORM *form = find_open(dialog_id, parent, nullptr)) {
+        vga_raise_dialog(&form->common);
+        return form;
     }
-}
-
-/* Buttons. */
-
-NB_VOID vga_form_ok_cb(Widget widget, XtPointer, XtPointer) {
-    submit_for(widget, 1);
-}
-
-NB_VOID vga_form_apply_cb(Widget widget, XtPointer, XtPointer) {
-    submit_for(widget, 0);
-}
-
-NB_VOID vga_form_reset_cb(Widget widget, XtPointer, XtPointer) {
-    VGA_FORM *form = form_from_widget(widget);
-    if (form != nullptr && form->pending == 0) {
-        fill(form);
-        if (Widget first = vga_form_first_field(form)) {
-            vga_focus_field(first);
-        }
-    }
+    vga_form_arrange(parent); /* what its fields have now is what the child begins with */
+    return open(dialog_id, &parent->common, parent, nullptr, VGA_FORM_CHANGE);
 }

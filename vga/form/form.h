@@ -1,16 +1,18 @@
-/* Forms: the one pattern of dialogs that show a record in fields and change it by verbs.
+/* Forms: the one pattern of dialogs that show records in fields and change them by verbs.
  *
- * A dialog declares its fields (formfields.h) and a plan; what is here fills them, switches between
- * editing and looking, checks in order, collects, asks, waits for the answer, shows what went
- * wrong, and follows the record while the dialog is open.  docs/how-to-add-a-dialog.md walks
- * through one.
+ * A dialog is described in resources/dialogs; the build makes its window description, its table of
+ * fields and its plan.  What is here fills the fields, switches between editing and looking, checks
+ * in order, collects, asks, waits for the answer, shows what went wrong, and follows the record
+ * while the dialog is open.  docs/how-to-add-a-dialog.md walks through one.
  *
- * The descriptor begins with VGA_FORM and holds the dialog's data twice: `shown` is what the fields
- * were filled with, `edited` what was collected last.  A field that still reads as in `shown` is
- * untouched, and follows the record.  REQUIRES: the top widget is an XmMessageBox. */
+ * The descriptor holds the dialog's data three times: `shown` is what the fields were filled with,
+ * `working` the same with what child forms and lists have changed, `wanted` what was collected for
+ * the verb.  A field that still reads as in `shown` is untouched and follows the record.
+ * REQUIRES: the top widget is an XmMessageBox. */
 #ifndef FORM_H
 #define FORM_H
 
+#include "chooser.h"
 #include "formfields.h"
 #include "verbqueue.h"
 #include "vgadgutl.h"
@@ -19,96 +21,176 @@
 
 struct VGA_FORM;
 
-/* What a dialog's own check found: a message without arguments, and the field to go to. */
-struct VGA_FORM_FAULT {
-    NB_USHORT message = 0; /* 0: all is well */
-    NB_USHORT field = 0;   /* its place in the table */
+/* What a form is for. */
+enum VGA_FORM_KIND : NB_UCHAR {
+    VGA_FORM_EDIT,
+    VGA_FORM_STATUS, /* only shows; asks the node anew, also by itself */
+    VGA_FORM_CHILD,  /* edits a part of its parent's working data, and accepts without a verb */
+    VGA_FORM_GUIDED, /* leads through its pages one after the other */
 };
 
-/* What a dialog declares.  Functions may be null unless said otherwise. */
+/* A widget that the descriptor keeps. */
+struct VGA_FORM_WIDGET {
+    NB_USHORT member; /* where in the descriptor */
+    const NB_CHAR *name;
+};
+
+/* A button that opens a child form. */
+struct VGA_FORM_OPENER {
+    NB_USHORT member;
+    const NB_CHAR *dialog; /* the name of its row */
+};
+
+/* What a form has to know of the type of the records that it edits (formrecords.h). */
+struct VGA_FORM_TYPE {
+    NB_USHORT entry_size;
+    NB_USHORT of_domain; /* flag: not of a node */
+    const NB_VOID *(*entry)(const NB_VOID *record);
+    NB_VOID *(*owner)(const NB_VOID *record);
+    /* The record of that owner with the key that the entry has; null: none. */
+    NB_VOID *(*find)(NB_VOID *owner, const NB_VOID *entry);
+    /* The record's pointer to its dialog, and that of its owner, null where it has none. */
+    VGA_DIALOG **(*slot)(NB_VOID *record);
+    VGA_DIALOG **(*owner_slot)(NB_VOID *owner);
+    /* Where verbs about the owner's records go, and the name of the node that answers there. */
+    NB_ULONG (*target)(const NB_VOID *owner);
+    std::string (*answerer)(const NB_VOID *owner);
+};
+
+/* What comes behind the answer to a form's verb. */
+enum VGA_FORM_STEP : NB_USHORT {
+    VGA_FORM_DONE,
+    VGA_FORM_MORE, /* another verb is under way */
+    VGA_FORM_TOLD, /* it failed, the operator was told, and what was entered stays */
+};
+
+/* What a dialog declares.  All but the tables and sizes may be null. */
 struct VGA_FORM_PLAN {
-    const VGA_FIELD *fields = nullptr;
-    NB_USHORT field_count = 0;
-    NB_USHORT shown = 0, edited = 0, data_size = 0; /* VGA_FORM_DATA() gives all three */
+    VGA_FORM_KIND kind = VGA_FORM_EDIT;
+    std::span<const VGA_FIELD> fields = {};
+    std::span<const VGA_FORM_WIDGET> widgets = {};
+    std::span<const VGA_FORM_OPENER> children = {};
+    NB_USHORT pages = 1;
+    NB_USHORT shown = 0, working = 0, wanted = 0, data_size = 0; /* in the descriptor */
+    const VGA_FORM_TYPE *type = nullptr;     /* null: the dialog loads and issues by itself */
+    const records::Schema *schema = nullptr; /* of the first record of the data */
 
     /* The record's last breath makes the dialog one that defines it anew; without the flag nothing
      * can be changed any more then. */
     NB_UCHAR defines = 0;
-    NB_USHORT gone = 0; /* message: what has happened to the record; 0: the common one */
+    NB_USHORT gone = 0;            /* message: what happened to the record; 0: the common one */
+    const NB_CHAR *help = nullptr; /* key of messages about fields; null: the dialog's name */
 
-    /* Required.  Sets the zeroed data from the record (form->common.parent_item), or to what a new
-     * one begins with when that is null. */
+    /* Sets what the data have besides the first record, which is there already: the record's entry,
+     * or what a new one begins with. */
     NB_VOID (*load)(const VGA_FORM *form, NB_VOID *data) = nullptr;
 
     /* 0: the record can be looked at only.  An operator without rights never can do more. */
     NB_USHORT (*may_edit)(const VGA_FORM *form) = nullptr;
 
     /* What the fields one by one cannot know; may put the data in order, too. */
-    VGA_FORM_FAULT (*check)(const VGA_FORM *form, NB_VOID *edited) = nullptr;
+    VGA_FAULT (*check)(const VGA_FORM *form, NB_VOID *wanted) = nullptr;
 
-    /* What to ask before the verb goes out, when all is checked and something was changed: a
-     * message without arguments, or 0. */
-    NB_USHORT (*question)(const VGA_FORM *form) = nullptr;
+    /* What to ask before the verb goes out, when all is checked and something was changed. */
+    VGA_FAULT (*question)(const VGA_FORM *form) = nullptr;
 
     /* 1 for another record, `item`, of which the dialog shows something: it is loaded again when
      * that one changes, too. */
     NB_USHORT (*shows_too)(const VGA_FORM *form, const NB_VOID *item) = nullptr;
 
-    /* Required where anything can be edited.  Issues the first verb, with vga_form_handle(form) as
-     * user data; returns 0 when it could not be queued. */
+    /* What the title calls the record; without it, the first field's text. */
+    std::string (*subject)(const VGA_FORM *form) = nullptr;
+
+    /* Issues the first verb about vga_form_wanted, with vga_form_handle as user data; 0 when it
+     * could not be queued.  Without it nothing can be changed. */
     NB_USHORT (*issue)(VGA_FORM *form) = nullptr;
 
-    /* A verb succeeded: returns 1 when it issued another one, 0 when all is done. */
-    NB_USHORT (*next)(VGA_FORM *form, const VGA_PROCESS_STATE *work) = nullptr;
+    /* Who gets the answer to the question; null: vga_form_answered. */
+    VGA_MODAL_CB answered = nullptr;
+
+    /* A verb succeeded: what comes next.  Without it, nothing. */
+    VGA_FORM_STEP (*next)(VGA_FORM *form, const VGA_PROCESS_STATE *work) = nullptr;
+
+    /* A verb failed.  After VGA_FORM_DONE, and without it, the operator is told why. */
+    VGA_FORM_STEP (*failed)(VGA_FORM *form, const VGA_PROCESS_STATE *work) = nullptr;
+
+    /* Of a status form: asks the node anew, as `issue` does; vga_form_verb_done ends it. */
+    NB_USHORT (*refresh)(VGA_FORM *form) = nullptr;
 
     /* The fields were filled, or what is of use changed: for the dialog's peculiar widgets. */
     NB_VOID (*arranged)(VGA_FORM *form) = nullptr;
 };
 
-/* Members of VGA_FORM_PLAN: `desc` is the descriptor's type, with the members `shown` and `edited`
- * of one type behind its VGA_FORM. */
-#define VGA_FORM_DATA(desc)                                                                        \
-    .shown = offsetof(desc, shown), .edited = offsetof(desc, edited),                              \
-    .data_size = sizeof((static_cast<desc *>(nullptr))->shown)
+/* What is marked at a field. */
+enum VGA_FORM_MARK : NB_UCHAR {
+    VGA_MARK_NONE,
+    VGA_MARK_WRONG, /* it was refused */
+    VGA_MARK_OTHER, /* another administrator changed it meanwhile */
+};
 
 struct VGA_FORM {
     VGA_DIALOG common;
     const VGA_FORM_PLAN *plan;
-    VGA_DIALOG **slot;   /* the record's pointer to its dialog; only good while parent_item is */
     NB_USHORT read_only; /* nothing can be edited now */
     NB_USHORT adding;    /* a new record; more of them follow when `repeat` is set */
     NB_USHORT repeat;
     NB_USHORT pending;   /* a verb is under way */
     NB_USHORT leaving;   /* OK was pressed: close when all is done */
     NB_USHORT confirmed; /* the question was answered with OK */
+    NB_USHORT overwrite; /* so was the one about another administrator's changes */
     NB_USHORT filling;   /* the program is writing the fields */
-    NB_CHAR title[128];  /* what the title says while the record is there; empty: it is */
-    Widget apply, reset; /* null: the dialog has no such button */
-    Widget widgets[VGA_FORM_MAX_FIELDS];
+    NB_USHORT page;      /* of a guided form, from 0; the summary is behind the last one */
+    NB_USHORT gone;      /* the record went; the title says so */
+    NB_USHORT renaming;  /* the form's own verbs take the record away, and bring it back renamed */
+    Widget apply_button, reset_button, back_button, refresh_button, period;
+    Widget message_line;
+    XtIntervalId timer; /* of a status form that asks by itself */
+    Widget before;      /* had the keyboard when the verb went out */
+    NB_CHAR title[64];  /* as the description has it */
+    NB_UCHAR marks[VGA_FORM_MAX_FIELDS];
+};
+
+/* For the table of windows: what is made of a dialog's description. */
+struct VGA_FORM_ROW {
+    const NB_CHAR *name;
+    NB_USHORT desc_size;
+    decltype(VGA_UID_DESC::get_widgets) get_widgets;
+    decltype(VGA_UID_DESC::close_proc) close_proc;
 };
 
 /* How a form is opened. */
 enum VGA_FORM_MODE : NB_USHORT {
-    VGA_FORM_CHANGE, /* the record's properties */
+    VGA_FORM_CHANGE, /* the record's properties or status */
     VGA_FORM_ADD,    /* one new record */
     VGA_FORM_REPEAT, /* new records, one after the other, until the operator has enough */
 };
 
-/* For the row in gvga_uid_desc: get_widgets is a function of the dialog's own that calls the first;
- * the other two stand in the row as they are.
- *
- * Looks up every field, and the optional "*<name>ApplyButton", "*<name>ResetButton" and
- * "*<name>MessageLine", by the name of the row.  0 when a field is missing. */
+/* Slots of a row of gvga_uid_desc.  The build makes a get_widgets and a close_proc of each dialog's
+ * own that call the first two. */
 NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan);
 NB_VOID vga_form_close_proc(VGA_DIALOG *desc);
 NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHANGE what);
+/* Asks before more than three changes go. */
+NB_USHORT vga_form_may_close(VGA_DIALOG *desc);
 
-/* Opens a form over `parent` and shows it; raises the one that is open on the record already.
- * `record` is what it shows, null with the other two modes; `slot` is the record's pointer to its
- * dialog (gui_data.dialog), which the form keeps; null where there is none.
+/* Opens a form over `parent` and shows it; raises the one of that row that is open on the record
+ * already, or on another new one of the same owner.  `record` is what it shows, null for a new one;
+ * `owner` is what a new one will belong to (a node, a port, a PU, the domain), null with a record.
  * Returns the form; null when there is none to be had (the reason was shown). */
-VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, VGA_DIALOG **slot,
+VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
                         VGA_FORM_MODE mode);
+
+/* Opens a child form over the form whose working data it edits. */
+VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id);
+
+/* The record, or null for a new one or when it is gone; what it belongs to, or null when that is
+ * gone. */
+inline NB_VOID *vga_form_record(const VGA_FORM *form) {
+    return form->common.parent_item;
+}
+inline NB_VOID *vga_form_owner(const VGA_FORM *form) {
+    return form->common.owner_item;
+}
 
 /* The user data of a form's verbs. */
 inline NB_ULONG vga_form_handle(const VGA_FORM *form) {
@@ -117,29 +199,45 @@ inline NB_ULONG vga_form_handle(const VGA_FORM *form) {
 
 /* The dialog half of a completion: the completion routine calls it behind the model half.  Nothing
  * when the form was closed meanwhile.  After success issues the next verb, or closes, clears for
- * the next entry, or stays; after a failure shows message 167 with the reason, and the operator can
- * try again. */
+ * the next entry, or shows what is so now; after a failure shows message 167 with the reason, and
+ * the operator can try again. */
 NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work);
+
+/* The answer to a form's question: the callback of the box, or what a plan's `answered` calls. */
+NB_VOID vga_form_answered(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle);
 
 /* The hook of that name: the form that waits for the verb, if any does, says that the node is gone,
  * and the operator can try again. */
 NB_VOID vga_form_verb_purged(NB_USHORT opcode, NB_ULONG user_data);
 
 /* The dialog's data. */
+inline NB_VOID *vga_form_data(const VGA_FORM *form, NB_USHORT member) {
+    return const_cast<NB_UCHAR *>(reinterpret_cast<const NB_UCHAR *>(form)) + member;
+}
 inline NB_VOID *vga_form_shown(const VGA_FORM *form) {
-    return const_cast<NB_UCHAR *>(reinterpret_cast<const NB_UCHAR *>(form)) + form->plan->shown;
+    return vga_form_data(form, form->plan->shown);
 }
-inline NB_VOID *vga_form_edited(const VGA_FORM *form) {
-    return const_cast<NB_UCHAR *>(reinterpret_cast<const NB_UCHAR *>(form)) + form->plan->edited;
+inline NB_VOID *vga_form_working(const VGA_FORM *form) {
+    return vga_form_data(form, form->plan->working);
+}
+inline NB_VOID *vga_form_wanted(const VGA_FORM *form) {
+    return vga_form_data(form, form->plan->wanted);
 }
 
-/* 1 when a field no longer reads as it was filled. */
-NB_USHORT vga_form_dirty(const VGA_FORM *form);
+/* How many fields no longer read as they were filled, and parts that child forms and lists changed.
+ */
+NB_USHORT vga_form_changes(const VGA_FORM *form);
 
-/* The buttons, for UID files: OK and Apply check, collect and issue; Reset fills the fields with
- * what the record says.  The form attaches OK by itself. */
-NB_VOID vga_form_ok_cb(Widget widget, XtPointer client_data, XtPointer call_data);
-NB_VOID vga_form_apply_cb(Widget widget, XtPointer client_data, XtPointer call_data);
-NB_VOID vga_form_reset_cb(Widget widget, XtPointer client_data, XtPointer call_data);
+/* The label of a field, without its colon. */
+std::string vga_form_label(const VGA_FORM *form, NB_USHORT field);
+
+/* What a field would show of the data, as the operator reads it. */
+std::string vga_form_text_of(const VGA_FORM *form, NB_USHORT field, const NB_VOID *data);
+
+/* Shows a fault over the form, goes to its field and marks it.  Always 0. */
+NB_USHORT vga_form_refuse(VGA_FORM *form, const VGA_FAULT &fault);
+
+/* For what changes the working data by itself (a list of rows): shows what follows. */
+NB_VOID vga_form_working_changed(VGA_FORM *form);
 
 #endif

@@ -1,9 +1,12 @@
 #include "windowtable.h"
+#include "forms.h"
 #include "nodecommands.h"
-#include "vgamdsls.h"
 #include "vganodew.h"
+#include <string_view>
 
 namespace {
+
+#include "formrows.h"
 
 NB_USHORT no_widgets(VGA_DIALOG *) {
     return 1;
@@ -20,122 +23,127 @@ constexpr VGA_UID_DESC row(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size],
     return row;
 }
 
-/* A window that is not in this release: its description is made from resources/uil/later.txt. */
+/* What the build makes of a description in resources/dialogs; null where there is none. */
+constexpr const VGA_FORM_ROW *find_form(std::string_view name) {
+    for (const VGA_FORM_ROW &form : form_rows) {
+        if (name == form.name) {
+            return &form;
+        }
+    }
+    return nullptr;
+}
+
+/* A dialog of fields (form.h), or a window that is not in this release: its description is made
+ * from resources/uil/later.txt. */
 template <size_t size>
-constexpr VGA_UID_DESC later(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size],
-                             VGA_DIALOG_KIND kind) {
+constexpr VGA_UID_DESC dialog(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size],
+                              VGA_DIALOG_KIND kind) {
     VGA_UID_DESC made = row(dialog_id, name, kind);
+    if (const VGA_FORM_ROW *form = find_form(name)) {
+        made.desc_size = form->desc_size;
+        made.get_widgets = form->get_widgets;
+        made.close_proc = form->close_proc;
+        made.record_changed = vga_form_record_changed;
+        made.may_close = vga_form_may_close;
+        return made;
+    }
     made.later = 1;
     made.desc_size = sizeof(VGA_DIALOG);
     made.get_widgets = no_widgets;
     return made;
 }
 
-/* A dialog of fields (form.h). */
-template <size_t size>
-constexpr VGA_UID_DESC form(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size],
-                            VGA_DIALOG_KIND kind, NB_USHORT desc_size,
-                            decltype(VGA_UID_DESC::get_widgets) get_widgets) {
-    VGA_UID_DESC made = row(dialog_id, name, kind);
-    made.desc_size = desc_size;
-    made.get_widgets = get_widgets;
-    made.close_proc = vga_form_close_proc;
-    made.record_changed = vga_form_record_changed;
-    return made;
-}
-
 constexpr VGA_UID_TABLE rows = {{
-    later(VGA_UID_SYSTEM_WINDOW, "sysw", VGA_KIND_MAIN),
+    dialog(VGA_UID_SYSTEM_WINDOW, "sysw", VGA_KIND_MAIN),
     {VGA_UID_NODE_WINDOW, "nodew", VGA_KIND_MAIN, sizeof(VGA_NODEW_DESC),
      vga_get_widgets_node_window, vga_nodew_close_proc, vga_nodew_command_proc, vga_nodew_delete,
      vga_nodew_zoom, vga_nodew_add_items, gvga_nodew_callbacks, VGA_NODEW_CALLBACK_COUNT,
      gvga_nodew_actions, VGA_NODEW_ACTION_COUNT, vga_nodew_record_changed},
-    later(VGA_UID_LU62_DIALOG, "lu62d", VGA_KIND_DIALOG),
-    later(VGA_UID_NODE_DIALOG, "noded", VGA_KIND_DIALOG),
-    later(VGA_UID_LLC2_PORT_DIALOG, "llc2p", VGA_KIND_DIALOG),
-    later(VGA_UID_LLC2_LS_DIALOG, "llc2l", VGA_KIND_DIALOG),
-    later(VGA_UID_LU03_DIALOG, "lu32d", VGA_KIND_DIALOG),
-    later(VGA_UID_USER_DIALOG, "userd", VGA_KIND_DIALOG),
-    later(VGA_UID_PLU_DEF_DIALOG, "plud", VGA_KIND_DIALOG),
-    later(VGA_UID_REMOTE_NODE_DIALOG, "remnd", VGA_KIND_DIALOG),
-    later(VGA_UID_USER_WINDOW, "userw", VGA_KIND_MAIN),
-    later(VGA_UID_SDLC_PORT_DIALOG, "sdlcp", VGA_KIND_DIALOG),
-    later(VGA_UID_SDLC_LS_DIALOG, "sdlcl", VGA_KIND_DIALOG),
-    later(VGA_UID_POOL_WINDOW, "poolw", VGA_KIND_MAIN),
-    later(VGA_UID_POOL_DIALOG, "poold", VGA_KIND_DIALOG),
-    later(VGA_UID_DSLU_DIALOG, "dslud", VGA_KIND_DIALOG),
-    later(VGA_UID_CPIC_WINDOW, "cpicw", VGA_KIND_MAIN),
-    later(VGA_UID_CPIC_DIALOG, "cpicd", VGA_KIND_DIALOG),
-    later(VGA_UID_MODE_WINDOW, "modew", VGA_KIND_DIALOG),
-    later(VGA_UID_MODE_DIALOG, "moded", VGA_KIND_DIALOG),
-    later(VGA_UID_RJEW_WINDOW, "rjeww", VGA_KIND_MAIN),
-    later(VGA_UID_RJEW_DIALOG, "rjewd", VGA_KIND_DIALOG),
-    later(VGA_UID_PU_DIALOG, "inpud", VGA_KIND_DIALOG),
-    later(VGA_UID_LOG_DIALOG, "logd", VGA_KIND_DIALOG),
-    later(VGA_UID_TRACE_DIALOG, "trcd", VGA_KIND_DIALOG),
-    later(VGA_UID_QLLC_PORT_DIALOG, "qllcp", VGA_KIND_DIALOG),
-    later(VGA_UID_QLLC_LS_DIALOG, "qllcl", VGA_KIND_DIALOG),
-    later(VGA_UID_NODE_CONTEXT_ADD_DIALOG, "nctxd", VGA_KIND_DIALOG),
-    later(VGA_UID_REM_SYS_CTX_ADD_DIALOG, "rctxd", VGA_KIND_DIALOG),
-    later(VGA_UID_3270_SESS_DIALOG, "ss32d", VGA_KIND_DIALOG),
-    later(VGA_UID_5250_SESS_DIALOG, "ss52d", VGA_KIND_DIALOG),
-    later(VGA_UID_USERS_CTX_ADD_DIALOG, "uctxd", VGA_KIND_DIALOG),
-    later(VGA_UID_QLLC_PORT_ADV_DIALOG, "qadvp", VGA_KIND_MODAL),
-    later(VGA_UID_LLC2_PORT_ADV_DIALOG, "ladvp", VGA_KIND_MODAL),
-    later(VGA_UID_SDLC_PORT_ADV_DIALOG, "sadvp", VGA_KIND_MODAL),
-    later(VGA_UID_SDLC_LS_ADV_DIALOG, "sadvl", VGA_KIND_MODAL),
-    later(VGA_UID_LLC2_LS_ADV_DIALOG, "ladvl", VGA_KIND_MODAL),
-    later(VGA_UID_QLLC_LS_ADV_DIALOG, "qadvl", VGA_KIND_MODAL),
-    later(VGA_UID_START_HELP_DIALOG, "shlpd", VGA_KIND_MODAL),
-    later(VGA_UID_USER_STATUS_DIALOG, "ustad", VGA_KIND_DIALOG),
-    later(VGA_UID_TN_WINDOW, "tnw", VGA_KIND_MAIN),
-    later(VGA_UID_TN_DIALOG, "tnd", VGA_KIND_DIALOG),
-    form(VGA_UID_SESS_LIMIT_DIALOG, "mdsls", VGA_KIND_DIALOG, sizeof(VGA_MDSLS_DESC),
-         vga_get_widgets_sess_limit),
-    later(VGA_UID_CL_SECURITY_WINDOW, "clscw", VGA_KIND_MAIN),
-    later(VGA_UID_CL_SECURITY_DIALOG, "clscd", VGA_KIND_DIALOG),
-    later(VGA_UID_SL_SECURITY_WINDOW, "slscw", VGA_KIND_DIALOG),
-    later(VGA_UID_SL_SECURITY_DIALOG, "slscd", VGA_KIND_DIALOG),
-    later(VGA_UID_ABOUT_BOX, "about", VGA_KIND_MODAL),
-    later(VGA_UID_POOL_CTX_ADD_DIALOG, "pctxd", VGA_KIND_DIALOG),
-    later(VGA_UID_STOP_LS_DIALOG, "stopl", VGA_KIND_MODAL),
-    later(VGA_UID_START_LS_DIALOG, "strtl", VGA_KIND_MODAL),
-    later(VGA_UID_LEAD_DIALOG, "leadd", VGA_KIND_MODAL),
-    later(VGA_UID_PORT_DET_DIALOG, "ports", VGA_KIND_DIALOG),
-    later(VGA_UID_LINK_DET_DIALOG, "links", VGA_KIND_DIALOG),
-    later(VGA_UID_LU62_ADV_DIALOG, "lu62a", VGA_KIND_MODAL),
-    later(VGA_UID_LU32_ADV_DIALOG, "lu32a", VGA_KIND_MODAL),
-    later(VGA_UID_CHNL_PORT_DIALOG, "chnlp", VGA_KIND_DIALOG),
-    later(VGA_UID_CHNL_LS_DIALOG, "chnll", VGA_KIND_DIALOG),
-    later(VGA_UID_CHNL_PORT_ADV_DIALOG, "cadvp", VGA_KIND_MODAL),
-    later(VGA_UID_CHNL_LS_ADV_DIALOG, "cadvl", VGA_KIND_MODAL),
-    later(VGA_UID_TN_ASSOC_DIALOG, "tnasd", VGA_KIND_DIALOG),
-    later(VGA_UID_TN_DEFAULTS_DIALOG, "tndfd", VGA_KIND_DIALOG),
-    later(VGA_UID_NODE_ADV_DIALOG, "nodea", VGA_KIND_MODAL),
-    later(VGA_UID_HPR_WINDOW, "hprw", VGA_KIND_MAIN),
-    later(VGA_UID_RTP_CONN_STATUS_DIALOG, "rtpd", VGA_KIND_DIALOG),
-    later(VGA_UID_LS_ROUTING_DIALOG, "lsrd", VGA_KIND_DIALOG),
-    later(VGA_UID_TAMRIX_WINDOW, "anyw", VGA_KIND_MAIN),
-    later(VGA_UID_TAMRIX_APPCIP_DIALOG, "apdfd", VGA_KIND_DIALOG),
-    later(VGA_UID_DSLUP_DIALOG, "dslup", VGA_KIND_DIALOG),
-    later(VGA_UID_LULI_DIALOG, "lulid", VGA_KIND_DIALOG),
-    later(VGA_UID_LULI_ADV_DIALOG, "lulia", VGA_KIND_MODAL),
-    later(VGA_UID_LULU_DIALOG, "lulud", VGA_KIND_DIALOG),
-    later(VGA_UID_LULU_ADV_DIALOG, "lulua", VGA_KIND_MODAL),
-    later(VGA_UID_SALD_DIALOG, "sald", VGA_KIND_DIALOG),
-    later(VGA_UID_TP_WINDOW, "tpw", VGA_KIND_MAIN),
-    later(VGA_UID_TP_DIALOG, "tpd", VGA_KIND_DIALOG),
-    later(VGA_UID_TP_LOAD_DIALOG, "tpld", VGA_KIND_DIALOG),
-    later(VGA_UID_ACTIVATE_SESS_DIALOG, "actsd", VGA_KIND_DIALOG),
-    later(VGA_UID_TN_REDIRECT_DIALOG, "tnrdd", VGA_KIND_DIALOG),
-    later(VGA_UID_IP_PORT_DIALOG, "ipp", VGA_KIND_DIALOG),
-    later(VGA_UID_IP_PORT_ADV_DIALOG, "iadvp", VGA_KIND_MODAL),
-    later(VGA_UID_IP_LS_DIALOG, "ipl", VGA_KIND_DIALOG),
-    later(VGA_UID_IP_LS_ADV_DIALOG, "iadvl", VGA_KIND_MODAL),
-    later(VGA_UID_TN_SLP_DIALOG, "tnslp", VGA_KIND_DIALOG),
-    later(VGA_UID_TN_SSL_DIALOG, "tnssl", VGA_KIND_DIALOG),
-    later(VGA_UID_TN_SLS_DIALOG, "tnsls", VGA_KIND_MAIN),
-    later(VGA_UID_TN_EXL_DIALOG, "tnexl", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LU62_DIALOG, "lu62d", VGA_KIND_DIALOG),
+    dialog(VGA_UID_NODE_DIALOG, "noded", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LLC2_PORT_DIALOG, "llc2p", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LLC2_LS_DIALOG, "llc2l", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LU03_DIALOG, "lu32d", VGA_KIND_DIALOG),
+    dialog(VGA_UID_USER_DIALOG, "userd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_PLU_DEF_DIALOG, "plud", VGA_KIND_DIALOG),
+    dialog(VGA_UID_REMOTE_NODE_DIALOG, "remnd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_USER_WINDOW, "userw", VGA_KIND_MAIN),
+    dialog(VGA_UID_SDLC_PORT_DIALOG, "sdlcp", VGA_KIND_DIALOG),
+    dialog(VGA_UID_SDLC_LS_DIALOG, "sdlcl", VGA_KIND_DIALOG),
+    dialog(VGA_UID_POOL_WINDOW, "poolw", VGA_KIND_MAIN),
+    dialog(VGA_UID_POOL_DIALOG, "poold", VGA_KIND_DIALOG),
+    dialog(VGA_UID_DSLU_DIALOG, "dslud", VGA_KIND_DIALOG),
+    dialog(VGA_UID_CPIC_WINDOW, "cpicw", VGA_KIND_MAIN),
+    dialog(VGA_UID_CPIC_DIALOG, "cpicd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_MODE_WINDOW, "modew", VGA_KIND_DIALOG),
+    dialog(VGA_UID_MODE_DIALOG, "moded", VGA_KIND_DIALOG),
+    dialog(VGA_UID_RJEW_WINDOW, "rjeww", VGA_KIND_MAIN),
+    dialog(VGA_UID_RJEW_DIALOG, "rjewd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_PU_DIALOG, "inpud", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LOG_DIALOG, "logd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TRACE_DIALOG, "trcd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_QLLC_PORT_DIALOG, "qllcp", VGA_KIND_DIALOG),
+    dialog(VGA_UID_QLLC_LS_DIALOG, "qllcl", VGA_KIND_DIALOG),
+    dialog(VGA_UID_NODE_CONTEXT_ADD_DIALOG, "nctxd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_REM_SYS_CTX_ADD_DIALOG, "rctxd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_3270_SESS_DIALOG, "ss32d", VGA_KIND_DIALOG),
+    dialog(VGA_UID_5250_SESS_DIALOG, "ss52d", VGA_KIND_DIALOG),
+    dialog(VGA_UID_USERS_CTX_ADD_DIALOG, "uctxd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_QLLC_PORT_ADV_DIALOG, "qadvp", VGA_KIND_MODAL),
+    dialog(VGA_UID_LLC2_PORT_ADV_DIALOG, "ladvp", VGA_KIND_MODAL),
+    dialog(VGA_UID_SDLC_PORT_ADV_DIALOG, "sadvp", VGA_KIND_MODAL),
+    dialog(VGA_UID_SDLC_LS_ADV_DIALOG, "sadvl", VGA_KIND_MODAL),
+    dialog(VGA_UID_LLC2_LS_ADV_DIALOG, "ladvl", VGA_KIND_MODAL),
+    dialog(VGA_UID_QLLC_LS_ADV_DIALOG, "qadvl", VGA_KIND_MODAL),
+    dialog(VGA_UID_START_HELP_DIALOG, "shlpd", VGA_KIND_MODAL),
+    dialog(VGA_UID_USER_STATUS_DIALOG, "ustad", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TN_WINDOW, "tnw", VGA_KIND_MAIN),
+    dialog(VGA_UID_TN_DIALOG, "tnd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_SESS_LIMIT_DIALOG, "mdsls", VGA_KIND_DIALOG),
+    dialog(VGA_UID_CL_SECURITY_WINDOW, "clscw", VGA_KIND_MAIN),
+    dialog(VGA_UID_CL_SECURITY_DIALOG, "clscd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_SL_SECURITY_WINDOW, "slscw", VGA_KIND_DIALOG),
+    dialog(VGA_UID_SL_SECURITY_DIALOG, "slscd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_ABOUT_BOX, "about", VGA_KIND_MODAL),
+    dialog(VGA_UID_POOL_CTX_ADD_DIALOG, "pctxd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_STOP_LS_DIALOG, "stopl", VGA_KIND_MODAL),
+    dialog(VGA_UID_START_LS_DIALOG, "strtl", VGA_KIND_MODAL),
+    dialog(VGA_UID_LEAD_DIALOG, "leadd", VGA_KIND_MODAL),
+    dialog(VGA_UID_PORT_DET_DIALOG, "ports", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LINK_DET_DIALOG, "links", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LU62_ADV_DIALOG, "lu62a", VGA_KIND_MODAL),
+    dialog(VGA_UID_LU32_ADV_DIALOG, "lu32a", VGA_KIND_MODAL),
+    dialog(VGA_UID_CHNL_PORT_DIALOG, "chnlp", VGA_KIND_DIALOG),
+    dialog(VGA_UID_CHNL_LS_DIALOG, "chnll", VGA_KIND_DIALOG),
+    dialog(VGA_UID_CHNL_PORT_ADV_DIALOG, "cadvp", VGA_KIND_MODAL),
+    dialog(VGA_UID_CHNL_LS_ADV_DIALOG, "cadvl", VGA_KIND_MODAL),
+    dialog(VGA_UID_TN_ASSOC_DIALOG, "tnasd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TN_DEFAULTS_DIALOG, "tndfd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_NODE_ADV_DIALOG, "nodea", VGA_KIND_MODAL),
+    dialog(VGA_UID_HPR_WINDOW, "hprw", VGA_KIND_MAIN),
+    dialog(VGA_UID_RTP_CONN_STATUS_DIALOG, "rtpd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LS_ROUTING_DIALOG, "lsrd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TAMRIX_WINDOW, "anyw", VGA_KIND_MAIN),
+    dialog(VGA_UID_TAMRIX_APPCIP_DIALOG, "apdfd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_DSLUP_DIALOG, "dslup", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LULI_DIALOG, "lulid", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LULI_ADV_DIALOG, "lulia", VGA_KIND_MODAL),
+    dialog(VGA_UID_LULU_DIALOG, "lulud", VGA_KIND_DIALOG),
+    dialog(VGA_UID_LULU_ADV_DIALOG, "lulua", VGA_KIND_MODAL),
+    dialog(VGA_UID_SALD_DIALOG, "sald", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TP_WINDOW, "tpw", VGA_KIND_MAIN),
+    dialog(VGA_UID_TP_DIALOG, "tpd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TP_LOAD_DIALOG, "tpld", VGA_KIND_DIALOG),
+    dialog(VGA_UID_ACTIVATE_SESS_DIALOG, "actsd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TN_REDIRECT_DIALOG, "tnrdd", VGA_KIND_DIALOG),
+    dialog(VGA_UID_IP_PORT_DIALOG, "ipp", VGA_KIND_DIALOG),
+    dialog(VGA_UID_IP_PORT_ADV_DIALOG, "iadvp", VGA_KIND_MODAL),
+    dialog(VGA_UID_IP_LS_DIALOG, "ipl", VGA_KIND_DIALOG),
+    dialog(VGA_UID_IP_LS_ADV_DIALOG, "iadvl", VGA_KIND_MODAL),
+    dialog(VGA_UID_TN_SLP_DIALOG, "tnslp", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TN_SSL_DIALOG, "tnssl", VGA_KIND_DIALOG),
+    dialog(VGA_UID_TN_SLS_DIALOG, "tnsls", VGA_KIND_MAIN),
+    dialog(VGA_UID_TN_EXL_DIALOG, "tnexl", VGA_KIND_DIALOG),
 }};
 
 /* A row that is missing would leave the last ones zero; one in the wrong place shows here too. */

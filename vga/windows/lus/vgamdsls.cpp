@@ -1,6 +1,7 @@
-#include "vgamdsls.h"
-#include "completions.h"
-#include "dialogids.h"
+/* The dialog of session limits: how many sessions a local LU may have with a partner in one mode,
+ * and for how many of them each side is the contention winner.  The limits of the modes that
+ * control points use among themselves can be looked at only. */
+#include "forms.h"
 #include "messages.h"
 #include "nofverbs.h"
 #include "sessions.h"
@@ -8,51 +9,10 @@
 
 namespace {
 
-using records::field;
-
-constexpr int64_t most_sessions = field(records::mode, "sess_limit").high;
-
-const VGA_MDSLS_DATA &as_data(const NB_VOID *data) {
-    return *static_cast<const VGA_MDSLS_DATA *>(data);
-}
-
-/* Bounds.  Without sessions the minima are of no account. */
-
-int64_t limit_at_most(const NB_VOID *data) {
-    return as_data(data).max_limit;
-}
-
-int64_t winners_at_most(const NB_VOID *data) {
-    NB_USHORT limit = as_data(data).mode.sess_limit;
-    return limit != 0 ? limit : most_sessions;
-}
-
-int64_t losers_at_most(const NB_VOID *data) {
-    NB_USHORT limit = as_data(data).mode.sess_limit;
-    return limit != 0 ? limit - as_data(data).mode.min_conwinners : most_sessions;
-}
-
-constexpr records::FieldRow max_limit = records::rows::count(FIELD_AT(VGA_MDSLS_DATA, max_limit));
-
-/* clang-format off */
-constexpr VGA_FIELD fields[] = {
-    {.widget = "*mdslsLocalLU", .row = &field(records::mode, "lu_alias"), .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsPartner", .row = &field(records::mode, "name"), .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsMode", .row = &field(records::mode, "mode_name"), .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsSessions", .row = &field(records::mode, "act_sess_count"), .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsMaxLimit", .row = &max_limit, .uses = VGA_FIELD_SHOWN},
-    {.widget = "*mdslsLimit", .row = &field(records::mode, "sess_limit"), .at_most = limit_at_most,
-     .empty = VGA_MSG_MDSLS_LIMIT_EMPTY, .bad = VGA_MSG_MDSLS_LIMIT_BAD, .hint = VGA_MSG_MDSLS_LIMIT_HINT},
-    {.widget = "*mdslsWinners", .row = &field(records::mode, "min_conwinners"), .at_most = winners_at_most,
-     .empty = VGA_MSG_MDSLS_WINNERS_EMPTY, .bad = VGA_MSG_MDSLS_WINNERS_BAD, .hint = VGA_MSG_MDSLS_WINNERS_HINT},
-    {.widget = "*mdslsLosers", .row = &field(records::mode, "min_conlosers"), .at_most = losers_at_most,
-     .empty = VGA_MSG_MDSLS_LOSERS_EMPTY, .bad = VGA_MSG_MDSLS_LOSERS_BAD, .hint = VGA_MSG_MDSLS_LOSERS_HINT},
-};
-/* clang-format on */
-static_assert(offsetof(VGA_MDSLS_DATA, mode) == 0, "where the fields' rows count from");
+constexpr int64_t most_sessions = records::field(records::mode, "sess_limit").high;
 
 const VGA_MODE *mode_of(const VGA_FORM *form) {
-    return static_cast<const VGA_MODE *>(form->common.parent_item);
+    return static_cast<const VGA_MODE *>(vga_form_record(form));
 }
 
 const VGA_MODE_DEF *definition_of(const VGA_MODE *mode) {
@@ -60,48 +20,70 @@ const VGA_MODE_DEF *definition_of(const VGA_MODE *mode) {
         ntl_avl_find(&mode->parent->parent->mode_defs, mode->key.mode_name));
 }
 
-NB_VOID load(const VGA_FORM *form, NB_VOID *out) {
-    auto *data = static_cast<VGA_MDSLS_DATA *>(out);
-    const VGA_MODE *mode = mode_of(form);
-    const VGA_MODE_DEF *definition = definition_of(mode);
-    data->mode = *mode->vcb;
-    if (definition != nullptr) {
-        data->max_limit = definition->vcb->mode_chars.max_neg_sess_lim;
+} // namespace
+
+/* Bounds.  Without sessions the minima are of no account. */
+
+VGA_BOUND vga_mdsls_limit_most(const NB_VOID *data) {
+    return {vga_mdsls_data(data).mode_def.mode_chars.max_neg_sess_lim};
+}
+
+VGA_BOUND vga_mdsls_winners_most(const NB_VOID *data) {
+    const NB_USHORT limit = vga_mdsls_data(data).mode.sess_limit;
+    return {limit != 0 ? limit : most_sessions};
+}
+
+VGA_BOUND vga_mdsls_losers_most(const NB_VOID *data) {
+    const NAP_MODE_DATA &mode = vga_mdsls_data(data).mode;
+    return {mode.sess_limit != 0 ? mode.sess_limit - mode.min_conwinners : most_sessions};
+}
+
+/* The limit above all is that of the mode's definition, and so are the rights. */
+NB_VOID vga_mdsls_load(const VGA_FORM *form, NB_VOID *data) {
+    if (const VGA_MODE_DEF *definition = definition_of(mode_of(form))) {
+        static_cast<VGA_MDSLS_DATA *>(data)->mode_def = *definition->vcb;
     }
 }
 
-/* Limit and rights are those of the mode's definition. */
-NB_USHORT shows_too(const VGA_FORM *form, const NB_VOID *item) {
+NB_USHORT vga_mdsls_shows_too(const VGA_FORM *form, const NB_VOID *item) {
     return item == definition_of(mode_of(form));
 }
 
-NB_USHORT may_edit(const VGA_FORM *form) {
+NB_USHORT vga_mdsls_may_edit(const VGA_FORM *form) {
     const VGA_MODE_DEF *definition = definition_of(mode_of(form));
     return definition != nullptr &&
            (definition->vcb->mode_chars.mode_flags & NAP_MODE_CONTROL_POINT) == 0;
 }
 
-VGA_FORM_FAULT check(const VGA_FORM *, NB_VOID *edited) {
-    auto *data = static_cast<VGA_MDSLS_DATA *>(edited);
-    if (data->mode.sess_limit == 0) {
-        data->mode.min_conwinners = data->mode.min_conlosers = 0;
+std::string vga_mdsls_subject(const VGA_FORM *form) {
+    return vga_form_text_of(form, VGA_MDSLS_MODE_NAME, vga_form_shown(form));
+}
+
+VGA_FAULT vga_mdsls_check(const VGA_FORM *, NB_VOID *wanted) {
+    NAP_MODE_DATA &mode = static_cast<VGA_MDSLS_DATA *>(wanted)->mode;
+    if (mode.sess_limit == 0) {
+        mode.min_conwinners = mode.min_conlosers = 0;
     }
     return {};
 }
 
-NB_USHORT question(const VGA_FORM *form) {
-    const bool resets = as_data(vga_form_edited(form)).mode.sess_limit == 0 &&
-                        as_data(vga_form_shown(form)).mode.sess_limit != 0;
-    return resets ? NB_USHORT{VGA_MSG_MDSLS_RESET} : NB_USHORT{0};
+VGA_FAULT vga_mdsls_question(const VGA_FORM *form) {
+    const NB_VOID *shown = vga_form_shown(form);
+    const bool resets = vga_mdsls_data(vga_form_wanted(form)).mode.sess_limit == 0 &&
+                        vga_mdsls_data(shown).mode.sess_limit != 0;
+    if (!resets) {
+        return {};
+    }
+    VGA_FAULT question = {.message = VGA_MSG_MDSLS_RESET, .loses = 1};
+    for (const NB_USHORT field :
+         {VGA_MDSLS_ACT_SESS_COUNT, VGA_MDSLS_MODE_NAME, VGA_MDSLS_LU_ALIAS, VGA_MDSLS_NAME}) {
+        question.arguments.push_back(vga_form_text_of(form, field, shown));
+    }
+    return question;
 }
 
-NB_VOID limits_set(const VGA_PROCESS_STATE *work) {
-    vga_verb_completed(work);
-    vga_form_verb_done(work);
-}
-
-NB_USHORT issue(VGA_FORM *form) {
-    NAP_MODE_DATA wanted = as_data(vga_form_edited(form)).mode;
+NB_USHORT vga_mdsls_issue(VGA_FORM *form) {
+    const NAP_MODE_DATA wanted = vga_mdsls_data(vga_form_wanted(form)).mode;
     auto verb = vga_new_verb<NAP_SESSION_LIMIT_VERB>(NAP_CHANGE_SESSION_LIMIT);
     if (!verb) {
         return 0;
@@ -112,30 +94,6 @@ NB_USHORT issue(VGA_FORM *form) {
     verb->sess_limit = wanted.sess_limit;
     verb->min_conwinners = wanted.min_conwinners;
     verb->min_conlosers = wanted.min_conlosers;
-    NB_ULONG target = mode_of(form)->parent->parent->target;
-    return vga_issue_verb(target, std::move(verb), vga_form_handle(form), limits_set);
-}
-
-constexpr VGA_FORM_PLAN plan = {
-    .fields = fields,
-    .field_count = std::size(fields),
-    VGA_FORM_DATA(VGA_MDSLS_DESC),
-    .gone = VGA_MSG_MDSLS_GONE,
-    .load = load,
-    .may_edit = may_edit,
-    .check = check,
-    .question = question,
-    .shows_too = shows_too,
-    .issue = issue,
-};
-
-} // namespace
-
-NB_USHORT vga_get_widgets_sess_limit(VGA_DIALOG *desc) {
-    return vga_form_get_widgets(desc, &plan);
-}
-
-VGA_FORM *vga_display_session_limits(VGA_DIALOG *parent, VGA_MODE *mode) {
-    return vga_form_open(VGA_UID_SESS_LIMIT_DIALOG, parent, mode, &mode->gui_data.dialog,
-                         VGA_FORM_CHANGE);
+    return vga_issue_verb(vga_form_target_of(form), std::move(verb), vga_form_handle(form),
+                          vga_form_completed);
 }

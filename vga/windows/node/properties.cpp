@@ -1,31 +1,25 @@
 #include "properties.h"
+#include "dialogids.h"
+#include "form.h"
 #include "nodeselection.h"
-#include "vgamdsls.h"
+#include <algorithm>
 
 namespace {
 
+/* The dialog that a line of this type opens with; it gets the line's record. */
 struct PROPERTIES {
     VGA_VIEWER_TYPE type;
-    NB_VOID (*open)(VGA_DIALOG *parent, NB_VOID *record);
+    VGA_DIALOG_ID dialog;
 };
 
-/* A template, so that a row names the dialog's own function and the record's type. */
-template <class Record, VGA_FORM *(*Display)(VGA_DIALOG *parent, Record *record)>
-NB_VOID open(VGA_DIALOG *parent, NB_VOID *record) {
-    Display(parent, static_cast<Record *>(record));
-}
-
 constexpr PROPERTIES properties[] = {
-    {VGA_VIEWER_MODE, open<VGA_MODE, vga_display_session_limits>},
+    {VGA_VIEWER_MODE, VGA_UID_SESS_LIMIT_DIALOG},
 };
 
 const PROPERTIES *find(NB_SHORT type) {
-    for (const PROPERTIES &row : properties) {
-        if (row.type == type) {
-            return &row;
-        }
-    }
-    return nullptr;
+    const auto *found = std::find_if(std::begin(properties), std::end(properties),
+                                     [type](const PROPERTIES &row) { return row.type == type; });
+    return found != std::end(properties) ? found : nullptr;
 }
 
 } // namespace
@@ -39,6 +33,6 @@ NB_VOID vga_nodew_show_properties(VGA_NODEW_DESC *desc) {
     NB_VOID *record = vga_nodew_get_selection(desc, &type, nullptr);
     const PROPERTIES *row = find(type);
     if (record != nullptr && row != nullptr) {
-        row->open(&desc->common, record);
+        vga_form_open(row->dialog, &desc->common, record, nullptr, VGA_FORM_CHANGE);
     }
 }

@@ -1,0 +1,650 @@
+#!/usr/bin/env python3
+"""Makes what dialogs of fields need of their descriptions, one file a dialog.
+
+    mkforms.py FIELDS OUT_FOLDER DIALOG.dlg...
+
+forms.uih   the dialogs as window descriptions, with all their texts
+forms.h     for each its data, its descriptor, its fields as an enum, and the functions that its own
+            code has to define
+forms.inc   for each its table of fields, its plan, vga_get_widgets_<name> and vga_<prefix>_close_proc
+
+FIELDS is what listfields prints: kind, width, bounds, unit and words of a field are those of its
+schema and are not said again.  A description is a line a thing, lines that begin with # are comments:
+
+    dialog NAME "Title" of SCHEMA TYPE [with SCHEMA TYPE]...   what it shows: records and their types
+    widgets NAME        vga_get_widgets_NAME looks its widgets up
+    include FILE        header with constants and types that the lines below name
+    status              shows only: Close, Refresh, when it was asked, how often to ask again
+    child               edits a part of the data of the form that opens it, and accepts without a verb
+    guided              one page after the other, with Back and a summary
+    state TYPE          the descriptor has a member `state` of that type, for the dialog's own code
+    plan MEMBER=VALUE.. members of VGA_FORM_PLAN; a function is declared in forms.h
+
+    page "Tab"          the fields below stand on a page of their own
+    group "Heading"     the fields below stand under a heading
+    show FIELD "Label"  a value that is only looked at
+    edit FIELD "Label"  one that can be changed
+    key FIELD "Label"   one that only a new record can be given (`renames`: an old one, too)
+    switch NAME "Label" a flag of the dialog's own, no record's
+    choice WORD "Text" [called]  below a field of words: one that is offered; without, all are.  Its
+                        item is a member of the descriptor, called after the word unless said
+    list NAME "Label"   a list of rows (rowlist.h)
+    child FORM "Label"  a button that opens a child form
+    order FIELD...      in which fields are checked, where that is not the order of the lines
+
+FIELD is a field of the first schema, SCHEMA.FIELD of another.  What may follow a label:
+
+    as=Name             the widget is <dialog>Name; otherwise the field's name in one word
+    member=name         of the descriptor; otherwise the field's name
+    box=Name[:member] button=Name[:member]  the manager around the field and its unit or "..."; the
+                        "..."; and what the descriptor calls them
+    not                 the flag is shown the other way round
+    part=network|name   of a qualified name
+    style=STYLE         as VGA_STYLE_...
+    required[=FUNCTION] must not be empty (when FUNCTION says so)
+    zero                0 reads as nothing, and nothing means 0
+    low=N high=N        narrower than the schema's
+    most=FUNCTION       the highest number by the fields before it
+    check=FUNCTION      one more check
+    from=FUNCTION       choices for "..."; `free`: what is not among them will do, too
+    when=A[&B...]       of use only while: FLAG, !FLAG, FIELD=WORD, FIELD!=WORD, FIELD>N, new
+    empty=MESSAGE bad=MESSAGE unknown=MESSAGE   messages of its own
+    hint="Text"         what there is to say besides range and unit
+    filter=PROCEDURE columns=N   otherwise by kind and width
+
+A fault is printed as file:line, nothing is written, and the exit status is 1.
+"""
+
+import re
+import sys
+from pathlib import Path
+
+WORD = re.compile(r'(?:"[^"]*"|[^\s"])+')
+PLAN_FUNCTIONS = {'load', 'may_edit', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
+                  'subject', 'failed', 'refresh', 'answered'}
+FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
+FLAGS = {'not', 'renames', 'zero', 'free'}
+VALUES = {'as', 'member', 'box', 'button', 'part', 'style', 'required', 'low', 'high', 'most', 'check',
+          'from', 'when', 'empty', 'bad', 'unknown', 'hint', 'filter', 'columns'}
+UNITS = ['', 'seconds', 'milliseconds', 'hundredths of a second', '', 'bytes', 'frames', 'messages',
+         'bits per second', 'kilobits per second', '', '', '', '', '']
+NAMES = {'NameA': 8, 'NameFq': 17, 'NameAny': 17, 'NamePartner': 17}
+FILTERS = {'NameA': 'vga_check_ebcdic_cb', 'Number': 'vga_check_num_cb', 'Bytes': 'vga_check_hex_cb',
+           'Hex': 'vga_check_hex_cb', 'Address': 'vga_check_ip_addr_cb'}
+STYLE_FILTERS = {'TP_NAME': 'vga_check_tp_name_cb', 'NODE_ID': 'vga_check_hex_cb'}
+
+
+class Fault(Exception):
+    pass
+
+
+def one_word(name):
+    """max_ru_size_upp: MaxRuSizeUpp."""
+    return ''.join(part[:1].upper() + part[1:] for part in re.split(r'[._]', name))
+
+
+class Row:
+    """A field as its schema has it."""
+
+    def __init__(self, columns):
+        (self.schema, self.name, self.kind, width, low, high, unit, secret, words) = columns
+        self.width, self.low, self.high = int(width), int(low), int(high)
+        self.unit, self.secret = UNITS[int(unit)], secret == '1'
+        self.time = int(unit) == 4
+        self.words = [word.split(':')[0] for word in words.split(',') if word]
+        self.messages = dict(word.split(':') for word in words.split(',') if word)
+
+
+def read_rows(path):
+    rows = {}
+    for line in Path(path).read_text(encoding='utf-8').splitlines():
+        row = Row(line.split('\t'))
+        rows.setdefault(row.schema, {})[row.name] = row
+    return rows
+
+
+class Item:
+    """A line of the description."""
+
+    def __init__(self, dialog, what, words, place):
+        self.dialog, self.what, self.place = dialog, what, place
+        self.name = words[0]
+        if len(words) < 2 or not words[1].startswith('"'):
+            raise Fault(f'{what} {self.name} has no label')
+        self.label = words[1][1:-1]
+        self.facts, self.choices, self.called = {}, [], {}
+        self.row = self.field = None
+        for word in words[2:]:
+            key, given, value = word.partition('=')
+            if given and key not in VALUES or not given and key not in FLAGS | {'required'}:
+                raise Fault(f'"{word}" is not known')
+            self.facts[key] = value.strip('"') if given else ''
+            if key in ('box', 'button') and ':' in value:
+                self.facts[key], self.facts[key + '_member'] = value.split(':')
+        self.widget = dialog.name + self.facts.get('as', one_word(self.name.split('.')[-1]))
+        self.member = self.facts.get('member', self.name.split('.')[-1])
+
+    def has(self, fact):
+        return fact in self.facts
+
+    # What the field looks like.
+
+    @property
+    def is_shown(self):
+        return self.what == 'show' or self.dialog.status
+
+    @property
+    def is_flag(self):
+        return self.what == 'switch' or self.row.kind == 'Flag'
+
+    @property
+    def is_menu(self):
+        return self.what in ('edit', 'key') and self.row.kind == 'Word' and not self.is_shown
+
+    @property
+    def unit(self):
+        return '' if self.row is None else self.row.unit
+
+    @property
+    def button(self):
+        return self.dialog.name + self.facts['button'] if self.has('button') else (
+            self.widget + 'Button' if self.has('from') and not self.is_shown else None)
+
+    @property
+    def box(self):
+        if self.has('box'):
+            return self.dialog.name + self.facts['box']
+        return self.widget + 'Form' if (self.unit or self.button) and not self.is_menu else None
+
+    def outer(self):
+        return self.box or self.widget
+
+    def columns(self):
+        row = self.row
+        if self.has('columns'):
+            return int(self.facts['columns'])
+        if row.kind == 'Number':
+            return len(self.facts.get('high', str(row.high))) + 1
+        if self.has('part'):
+            return 9
+        width = 2 * row.width if row.kind == 'Bytes' else {'Address': 15, 'Hex': 8}.get(
+            row.kind, NAMES.get(row.kind, row.width))
+        return max(9, min(width + 1, 36))
+
+    def filter(self):
+        kind = self.row.kind
+        style = self.facts.get('style', '').upper()
+        if self.has('part'):
+            kind = 'NameA'
+        return self.facts.get('filter', STYLE_FILTERS.get(style, FILTERS.get(kind)))
+
+
+class Dialog:
+    """A description."""
+
+    def __init__(self, path, rows):
+        self.path, self.rows = path, rows
+        self.name = None
+        self.widgets = self.state = None
+        self.status = self.child = self.guided = False
+        self.includes, self.plan, self.records = [], {}, []
+        self.pages, self.items, self.order = [], [], []
+        for number, line in enumerate(path.read_text(encoding='utf-8').splitlines(), 1):
+            words = WORD.findall(line)
+            if not words or words[0].startswith('#'):
+                continue
+            try:
+                self.read_line(words, f'{path.name}:{number}')
+            except Fault as fault:
+                raise Fault(f'{path.name}:{number}: {fault}') from None
+        if self.name is None:
+            raise Fault(f'{path.name}:1: no dialog')
+        self.check()
+
+    def read_line(self, words, place):
+        what, words = words[0], words[1:]
+        if what == 'dialog':
+            self.read_head(words)
+        elif self.name is None:
+            raise Fault('the first line says: dialog NAME "Title" of SCHEMA TYPE')
+        elif what in ('status', 'guided') or what == 'child' and not words:
+            setattr(self, what, True)
+        elif what in ('widgets', 'state'):
+            setattr(self, what, words[0])
+        elif what == 'include':
+            self.includes += words
+        elif what == 'plan':
+            for word in words:
+                key, _, value = word.partition('=')
+                self.plan[key] = value
+        elif what == 'order':
+            self.order += words
+        elif what == 'page':
+            self.pages.append((words[0].strip('"'), []))
+        elif what == 'group':
+            self.add(('group', words[0].strip('"')))
+        elif what == 'choice':
+            self.items[-1].choices.append((words[0], words[1].strip('"')))
+            self.items[-1].called[words[0]] = words[2] if len(words) > 2 else words[0]
+        elif what in ('show', 'edit', 'key', 'switch', 'list', 'child'):
+            self.add_item(Item(self, what, words, place))
+        else:
+            raise Fault(f'"{what}" is not known')
+
+    def read_head(self, words):
+        self.name, self.title = words[0], words[1].strip('"')
+        rest = words[2:]
+        while rest:
+            if rest[0] not in ('of', 'with') or len(rest) < 3 or rest[1] not in self.rows:
+                raise Fault(f'"{" ".join(rest)}" does not say which schema and type')
+            self.records.append((rest[1], rest[2]))
+            rest = rest[3:]
+
+    def add(self, thing):
+        if not self.pages:
+            self.pages.append((None, []))
+        self.pages[-1][1].append(thing)
+
+    def add_item(self, item):
+        item.page = max(len(self.pages) - 1, 0)
+        if item.what in ('show', 'edit', 'key'):
+            schema, _, field = item.name.rpartition('.')
+            schema = schema or self.records[0][0]
+            item.schema, item.field = schema, field
+            if field not in self.rows.get(schema, {}):
+                raise Fault(f'{schema} has no field {field}')
+            if schema not in [name for name, _ in self.records]:
+                raise Fault(f'the dialog is not of {schema}')
+            item.row = self.rows[schema][field]
+        self.items.append(item)
+        self.add(('item', item))
+
+    def fields(self):
+        """In the order in which they are checked."""
+        found = [item for item in self.items if item.what not in ('list', 'child')]
+        if self.order:
+            by_name = {item.name: item for item in found}
+            missing = [name for name in self.order if name not in by_name]
+            if missing or len(self.order) != len(set(self.order)):
+                raise Fault(f'{self.path.name}: the order names what is no field: {missing}')
+            found = ([by_name[name] for name in self.order] +
+                     [item for item in found if item.name not in self.order])
+        return found
+
+    def number(self, name):
+        for at, item in enumerate(self.fields()):
+            if name in (item.name, item.member):
+                return at
+        raise Fault(f'{self.path.name}: {name} is no field')
+
+    def check(self):
+        seen = {}
+        for item in self.items:
+            for widget in {item.widget, item.box, item.button} - {None}:
+                if widget in seen:
+                    raise Fault(f'{item.place}: {widget} is there already')
+                seen[widget] = item
+            if item.row is not None:
+                for word, _ in item.choices:
+                    if word not in item.row.words:
+                        raise Fault(f'{item.place}: {item.name} has no word {word}')
+
+
+# Window descriptions.
+
+def text(value):
+    return f'compound_string("{value}")'
+
+
+def widget_object(kind, name, arguments, controls=(), callbacks=()):
+    """One object; lines stay below the 132 characters that the compiler reads."""
+    lines = [f'object {name} : {kind} {{']
+    if arguments:
+        lines += ['    arguments {'] + [f'        {line};' for line in arguments] + ['    };']
+    if controls:
+        lines += ['    controls {'] + [f'        {line};' for line in controls] + ['    };']
+    if callbacks:
+        lines += ['    callbacks {'] + [f'        {line};' for line in callbacks] + ['    };']
+    return '\n'.join(lines + ['};', ''])
+
+
+class Describer:
+    """Makes the window description of one dialog.  Its callbacks, but for filters, the form itself
+    adds; its widgets are found by name."""
+
+    def __init__(self, dialog):
+        self.dialog, self.out = dialog, []
+
+    def put(self, kind, name, arguments, controls=(), callbacks=()):
+        self.out.append(widget_object(kind, name, arguments, controls, callbacks))
+
+    def run(self):
+        dialog, name = self.dialog, self.dialog.name
+        self.out.append(f'! {dialog.title}.\n')
+        buttons = [('Refresh', 'form_refresh')] if dialog.status else [('Back', 'form_back')] if (
+            dialog.guided) else [] if dialog.child else [('Apply', 'form_apply'), ('Reset', 'form_reset')]
+        self.put('XmMessageBox', name,
+                 [f'arguments {"form_status_box" if dialog.status else "form_box"}',
+                  f'XmNdialogTitle = {text(dialog.title)}'],
+                 [f'XmForm {name}Form'] + [f'XmPushButton {name}{part}Button' for part, _ in buttons])
+        for part, look in buttons:
+            self.put('XmPushButton', f'{name}{part}Button', [f'arguments {look}'])
+        self.area()
+        for item in dialog.items:
+            if item.has('hint'):
+                self.out.append(f'value {item.widget}Hint : exported {text(item.facts["hint"])};\n')
+        return self.out
+
+    def area(self):
+        """The work area: pages of fields above the message line."""
+        name, pages = self.dialog.name, self.dialog.pages
+        above = f'XmScrolledWindow {name}Page1'
+        controls = [f'XmScrolledWindow {name}Page{at + 1}' for at in range(len(pages))]
+        if self.dialog.guided:
+            controls.append(f'XmScrolledWindow {name}SummaryPage')
+        elif len(pages) > 1:
+            above = f'XmTabStack {name}Pages'
+            self.put('XmTabStack', f'{name}Pages', ['arguments form_pages'], controls)
+            controls = [above]
+        if self.dialog.status:
+            controls.append(f'XmOptionMenu {name}Period')
+            self.period()
+        self.put('XmForm', f'{name}Form', ['arguments form_area'],
+                 controls + [f'XmLabel {name}MessageLine'])
+        self.put('XmLabel', f'{name}MessageLine', ['arguments form_message', f'XmNtopWidget = {above}'])
+        for at, (title, things) in enumerate(pages):
+            self.page(f'{name}Page{at + 1}', title, things)
+        if self.dialog.guided:
+            self.put('XmScrolledWindow', f'{name}SummaryPage', ['arguments form_page', 'arguments form_top'],
+                     [f'XmLabel {name}Summary'])
+            self.put('XmLabel', f'{name}Summary', ['arguments form_value'])
+
+    def page(self, name, title, things):
+        alone = len(self.dialog.pages) == 1 or self.dialog.guided
+        place = 'arguments form_top' if alone else f'XmNtabLabelString = {text(title)}'
+        self.put('XmScrolledWindow', name, ['arguments form_page', place], [f'XmColumn {name}Fields'])
+        controls = []
+        for number, (what, thing) in enumerate(things):
+            if what == 'group':
+                controls.append(f'XmLabel {name}Group{number}')
+                self.put('XmLabel', f'{name}Group{number}',
+                         ['arguments form_heading', f'XmNentryLabelString = {text(thing)}'])
+            else:
+                controls.append(self.item(thing))
+        self.put('XmColumn', f'{name}Fields', ['arguments form_fields'], controls)
+
+    def item(self, item):
+        """The objects of one field; returns what stands in the column."""
+        entry = f'XmNentryLabelString = {text(item.label)}'
+        if item.what == 'child':
+            self.put('XmPushButton', item.widget, ['arguments form_child', f'XmNlabelString = {text(item.label)}'])
+            return f'XmPushButton {item.widget}'
+        if item.what == 'list':
+            self.put('XmForm', item.widget, ['arguments form_list', entry])
+            return f'XmForm {item.widget}'
+        if item.is_flag and not item.is_shown:
+            self.put('XmToggleButton', item.widget,
+                     ['arguments form_toggle', f'XmNlabelString = {text(item.label)}'])
+            return f'XmToggleButton {item.widget}'
+        if item.is_menu:
+            self.menu(item, entry)
+            return f'XmOptionMenu {item.widget}'
+        return self.text_field(item, entry)
+
+    def text_field(self, item, entry):
+        boxed = item.box is not None
+        if item.is_shown:
+            kind, arguments, callbacks = 'XmLabel', ['arguments form_value'], []
+        else:
+            kind = 'XmTextField'
+            arguments = ['arguments form_field', f'XmNcolumns = {item.columns()}']
+            callbacks = [f'XmNmodifyVerifyCallback = procedure {item.filter()}()'] if item.filter() else []
+        self.put(kind, item.widget, arguments + ([] if boxed else [entry]), (), callbacks)
+        if not boxed:
+            return f'{kind} {item.widget}'
+        controls = [f'{kind} {item.widget}']
+        if item.button:
+            self.put('XmPushButton', item.button, ['arguments form_more'])
+            controls.append(f'XmPushButton {item.button}')
+        if item.unit:
+            self.put('XmLabel', f'{item.widget}Unit',
+                     ['arguments form_unit', f'XmNlabelString = {text(item.unit)}'])
+            controls.append(f'XmLabel {item.widget}Unit')
+        self.put('XmRowColumn', item.box, ['arguments form_with_unit', entry], controls)
+        return f'XmRowColumn {item.box}'
+
+    def menu(self, item, entry):
+        words = item.choices or [(word, word[:1].upper() + word[1:].replace('_', ' '))
+                                 for word in item.row.words]
+        self.put('XmOptionMenu', item.widget, ['arguments form_menu', entry],
+                 [f'XmPulldownMenu {item.widget}Menu'])
+        self.put('XmPulldownMenu', f'{item.widget}Menu', [],
+                 [f'XmPushButton {item.widget}{one_word(word)}' for word, _ in words])
+        for word, label in words:
+            self.put('XmPushButton', f'{item.widget}{one_word(word)}', [f'XmNlabelString = {text(label)}'])
+
+    def period(self):
+        name = self.dialog.name
+        self.put('XmOptionMenu', f'{name}Period', ['arguments form_period'],
+                 [f'XmPulldownMenu {name}PeriodMenu'])
+        periods = [('Never', 'only when asked'), ('5', 'every 5 seconds'), ('15', 'every 15 seconds'),
+                   ('60', 'every minute')]
+        self.put('XmPulldownMenu', f'{name}PeriodMenu', [],
+                 [f'XmPushButton {name}Period{period}' for period, _ in periods])
+        for period, label in periods:
+            self.put('XmPushButton', f'{name}Period{period}', [f'XmNlabelString = {text(label)}'])
+
+
+# Code.
+
+class Coder:
+    """Makes the tables of one dialog."""
+
+    def __init__(self, dialog):
+        self.dialog = dialog
+        self.upper = dialog.name.upper()
+        self.data, self.desc = f'VGA_{self.upper}_DATA', f'VGA_{self.upper}_DESC'
+
+    def record(self, schema):
+        return schema.replace('.', '_')
+
+    def functions(self):
+        """Every function that the dialog's own code defines: (member of what, its name)."""
+        found = [(f'VGA_FORM_PLAN::{member}', value) for member, value in self.dialog.plan.items()
+                 if member in PLAN_FUNCTIONS]
+        for item in self.dialog.items:
+            found += [(f'VGA_FIELD::{FIELD_FUNCTIONS[fact]}', item.facts[fact])
+                      for fact in FIELD_FUNCTIONS if item.facts.get(fact)]
+            if item.facts.get('required'):
+                found.append(('VGA_FIELD::is_required', item.facts['required']))
+        return sorted({value: (member, value) for member, value in found}.values())
+
+    def members(self):
+        """The descriptor's widgets: (member, widget, must be there)."""
+        found = []
+        for item in self.dialog.items:
+            found.append((item.member, item.widget))
+            for part, name in (('box', item.box), ('button', item.button)):
+                if name is not None:
+                    usual = {'box': '_form', 'button': '_button'}[part]
+                    found.append((item.facts.get(part + '_member', item.member + usual), name))
+            if item.row is not None and item.is_menu:
+                stem = item.member.removesuffix('_menu')
+                words = item.choices or [(word, '') for word in item.row.words]
+                found += [(f'{stem}_{item.called.get(word, word)}', item.widget + one_word(word))
+                          for word, _ in words]
+                found.append((f'{stem}_label', item.widget + '_label'))
+        return found
+
+    def header(self):
+        dialog = self.dialog
+        out = [f'/* {dialog.title}. */', '']
+        out.append(f'struct {self.data} {{')
+        for schema, kind in dialog.records:
+            data = f'std::remove_pointer_t<decltype({kind}::vcb)>' if kind.startswith('VGA_') else kind
+            out.append(f'    {data} {self.record(schema)};')
+        out += [f'    NB_UCHAR {item.name}; /* flag */' for item in dialog.items if item.what == 'switch']
+        out += ['};', '', f'struct {self.desc} {{', '    VGA_FORM form;']
+        out += [f'    Widget {member};' for member, _ in self.members()]
+        out += [f'    {dialog.state} state;'] if dialog.state else []
+        out += [f'    {self.data} shown, working, wanted;', '};', '', f'enum VGA_{self.upper}_FIELD : NB_SHORT {{']
+        out += [f'    VGA_{self.upper}_{item.member.upper()},' for item in dialog.fields()]
+        out += ['};', '']
+        out += [f'extern std::remove_pointer_t<decltype({member})> {name};'
+                for member, name in self.functions()]
+        if dialog.widgets:
+            out.append(f'NB_USHORT vga_get_widgets_{dialog.widgets}(VGA_DIALOG *desc);')
+        out += [f'NB_VOID vga_{dialog.name}_close_proc(VGA_DIALOG *desc);',
+                f'extern const VGA_FORM_PLAN gvga_{dialog.name}_plan;', '',
+                f'inline {self.desc} *vga_{dialog.name}_desc(VGA_FORM *form) {{',
+                f'    return reinterpret_cast<{self.desc} *>(form);', '}',
+                f'inline const {self.data} &vga_{dialog.name}_data(const NB_VOID *data) {{',
+                f'    return *static_cast<const {self.data} *>(data);', '}', '']
+        return out
+
+    def place(self, member):
+        return f'offsetof({self.desc}, {member})'
+
+    def conditions(self, item):
+        """The rows of VGA_CONDITION of one field."""
+        rows = []
+        for part in item.facts.get('when', '').split('&'):
+            match = re.fullmatch(r'(!?)([\w.]+)(?:(!?=|>)(\w+))?', part)
+            if not match:
+                raise Fault(f'{item.place}: "{part}" is no condition')
+            no, name, operator, value = match.groups()
+            if name == 'new':
+                rows.append('{.test = VGA_WHEN_NEW}')
+                continue
+            test = {None: 'VGA_WHEN_IS', '=': 'VGA_WHEN_IS', '!=': 'VGA_WHEN_IS_NOT',
+                    '>': 'VGA_WHEN_ABOVE'}[operator]
+            value = value or ('no' if no else 'yes')
+            rows.append(f'{{.field = {self.dialog.number(name)}, .test = {test}, .value = "{value}"}}')
+        return rows
+
+    def field(self, item):
+        """One row of VGA_FIELD."""
+        facts, row = item.facts, item.row
+        out = [f'.widget = "*{item.widget}"', f'.member = {self.place(item.member)}']
+        if item.button is not None:
+            out.append(f'.button = {self.place(item.facts.get("button_member", item.member + "_button"))}')
+        if item.what == 'switch':
+            out.append(f'.row = &{self.dialog.name}_{item.name}')
+        else:
+            schema, _, inner = item.schema.partition('.')
+            whole = (f'records::setting("{inner}", "{item.field}")' if schema == 'settings' else
+                     f'records::field(records::{item.schema}, "{item.field}")')
+            out.append(f'.row = &{whole}')
+            out.append(f'.base = offsetof({self.data}, {self.record(item.schema)})')
+        if item.has('part'):
+            out.append('.part = ' + {'network': 'VGA_FIELD_NETWORK', 'name': 'VGA_FIELD_NAME'}[facts['part']])
+        uses = [bit for bit, on in (
+            ('SHOWN', item.is_shown), ('KEY', item.what == 'key'),
+            ('NEW', item.what == 'key' and not item.has('renames')), ('INVERTED', item.has('not')),
+            ('ZERO_EMPTY', item.has('zero')), ('FREE', item.has('free')), ('HINT', item.has('hint')),
+            ('REQUIRED', facts.get('required') == '')) if on]
+        if uses:
+            out.append('.uses = ' + ' | '.join('VGA_FIELD_' + bit for bit in uses))
+        if facts.get('style'):
+            out.append(f'.style = VGA_STYLE_{facts["style"].upper()}')
+        if row is not None and row.kind == 'Number':
+            out += [f'.low = {facts.get("low", row.low)}', f'.high = {facts.get("high", row.high)}U']
+        out.append(f'.page = {item.page}')
+        out += [f'.{member} = {facts[fact]}' for fact, member in FIELD_FUNCTIONS.items() if facts.get(fact)]
+        if facts.get('required'):
+            out.append(f'.is_required = {facts["required"]}')
+        out += [f'.{fact} = {facts[fact]}' for fact in ('empty', 'bad', 'unknown') if item.has(fact)]
+        if item.has('when'):
+            out.append(f'.when = {self.dialog.name}_{item.member}_when')
+        return '    {' + ', '.join(out) + '},'
+
+    def tables(self):
+        dialog, name = self.dialog, self.dialog.name
+        out = [f'/* {dialog.title}. */', '', 'namespace {', '']
+        for item in dialog.fields():
+            if item.what == 'switch':
+                out.append(f'constexpr records::FieldRow {name}_{item.name} = '
+                           f'records::rows::flag(FIELD_AT({self.data}, {item.name}));')
+            if item.has('when'):
+                out += [f'constexpr VGA_CONDITION {name}_{item.member}_when[] = {{',
+                        '    ' + ', '.join(self.conditions(item)), '};']
+        children = [item for item in dialog.items if item.what == 'child']
+        lists = [item for item in dialog.items if item.what == 'list']
+        out += [f'constexpr VGA_FIELD {name}_fields[] = {{'] + [self.field(item) for item in dialog.fields()] + ['};']
+        out += [f'constexpr VGA_FORM_WIDGET {name}_widgets[] = {{']
+        out += [f'    {{{self.place(member)}, "*{widget}"}},' for member, widget in self.members()] + ['};']
+        if children:
+            out += [f'constexpr VGA_FORM_OPENER {name}_children[] = {{']
+            out += [f'    {{{self.place(item.member)}, "{item.name}"}},' for item in children] + ['};']
+        out += ['', '} // namespace', '', f'extern constexpr VGA_FORM_PLAN gvga_{name}_plan = {{']
+        members = {'fields': f'{name}_fields', 'widgets': f'{name}_widgets'}
+        if children:
+            members['children'] = f'{name}_children'
+        members.update(shown=self.place('shown'), working=self.place('working'),
+                       wanted=self.place('wanted'), data_size=f'sizeof({self.data})',
+                       pages=str(len(dialog.pages)))
+        kinds = [kind for kind in ('status', 'child', 'guided') if getattr(dialog, kind)]
+        if kinds:
+            members['kind'] = f'VGA_FORM_{kinds[0].upper()}'
+        schema, record = dialog.records[0]
+        if record.startswith('VGA_'):
+            members['type'] = f'&vga_form_type<{record}>'
+            members['schema'] = f'&records::{schema}'
+            if not kinds and 'issue' not in dialog.plan:
+                members['issue'] = 'vga_form_issue_define'
+        members.update(dialog.plan)
+        out += [f'    .{member} = {members[member]},' for member in PLAN_ORDER if member in members]
+        unknown = set(members) - set(PLAN_ORDER)
+        if unknown:
+            raise Fault(f'{dialog.path.name}: a plan has no {", ".join(sorted(unknown))}')
+        out += ['};', '']
+        if dialog.widgets:
+            out += [f'NB_USHORT vga_get_widgets_{dialog.widgets}(VGA_DIALOG *desc) {{',
+                    f'    return vga_form_get_widgets(desc, &gvga_{name}_plan);', '}', '']
+        out += [f'NB_VOID vga_{name}_close_proc(VGA_DIALOG *desc) {{',
+                '    vga_form_close_proc(desc);', '}', '']
+        return out
+
+
+# In the order of the members of VGA_FORM_PLAN.
+PLAN_ORDER = ['kind', 'fields', 'widgets', 'children', 'lists', 'pages', 'shown', 'working', 'wanted',
+              'data_size', 'type', 'schema', 'defines', 'gone', 'help', 'load', 'may_edit', 'check',
+              'question', 'shows_too', 'subject', 'issue', 'answered', 'next', 'failed', 'refresh', 'arranged']
+
+
+def rows_of_table(dialogs):
+    """For the table of windows: what each dialog has that a description makes."""
+    out = ['constexpr VGA_FORM_ROW form_rows[] = {']
+    out += [f'    {{"{dialog.name}", sizeof(VGA_{dialog.name.upper()}_DESC), '
+            f'{"vga_get_widgets_" + dialog.widgets}, vga_{dialog.name}_close_proc}},'
+            for dialog in dialogs if dialog.widgets]
+    return out + ['};', '']
+
+
+def main():
+    rows, folder = read_rows(sys.argv[1]), Path(sys.argv[2])
+    try:
+        dialogs = [Dialog(Path(path), rows) for path in sys.argv[3:]]
+        made = '! Made of the dialogs\' descriptions by mkforms.py.\n\n'
+        code = '/* Made of the dialogs\' descriptions by mkforms.py. */\n'
+        description = made + '\n'.join(line for dialog in dialogs for line in Describer(dialog).run())
+        includes = sorted({include for dialog in dialogs for include in dialog.includes})
+        header = [code + '#ifndef FORMS_H', '#define FORMS_H', '', '#include "formrecords.h"', '']
+        for dialog in dialogs:
+            header += Coder(dialog).header()
+        source = [code] + [f'#include "{name}"' for name in includes]
+        source += ['#include "forms.h"', '#include "fieldrows.h"', '#include "messages.h"', '#include "schemas.h"', '']
+        for dialog in dialogs:
+            source += Coder(dialog).tables()
+    except Fault as fault:
+        print(fault, file=sys.stderr)
+        return 1
+    (folder / 'forms.uih').write_text(description, encoding='utf-8')
+    (folder / 'forms.h').write_text('\n'.join(header + ['#endif', '']), encoding='utf-8')
+    (folder / 'forms.inc').write_text('\n'.join(source), encoding='utf-8')
+    (folder / 'formrows.h').write_text('\n'.join([code] + rows_of_table(dialogs)), encoding='utf-8')
+    return 0
+
+
+if __name__ == '__main__':
+    sys.exit(main())

@@ -1,0 +1,24 @@
+#include "formrecords.h"
+#include "completions.h"
+#include "defineblock.h"
+
+NB_ULONG vga_form_target_of(const VGA_FORM *form) {
+    return form->plan->type->target(vga_form_owner(form));
+}
+
+NB_VOID vga_form_completed(const VGA_PROCESS_STATE *work) {
+    vga_verb_completed(work);
+    vga_form_verb_done(work);
+}
+
+NB_USHORT vga_form_issue_define(VGA_FORM *form) {
+    const records::Schema &schema = *form->plan->schema;
+    VGA_OWNED<NAP_VCB> verb(static_cast<NAP_VCB *>(calloc(1, schema.define_size)));
+    if (!verb) {
+        return 0;
+    }
+    records::make_define_block(schema, static_cast<const NB_UCHAR *>(vga_form_wanted(form)),
+                               reinterpret_cast<NB_UCHAR *>(verb.get()));
+    return vga_issue_verb(vga_form_target_of(form), std::move(verb), vga_form_handle(form),
+                          vga_form_completed);
+}

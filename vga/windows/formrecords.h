@@ -1,0 +1,96 @@
+/* What forms have to know of the model's records, made of a record's type, and the verb that
+ * defines most of them. */
+#ifndef FORMRECORDS_H
+#define FORMRECORDS_H
+
+#include "form.h"
+#include "recordtypes.h"
+
+/* The node or the domain that a record belongs to, above all its owners. */
+inline const VGA_NODE *vga_root_of(const VGA_NODE *node) {
+    return node;
+}
+inline const VGA_SYSTEM *vga_root_of(const VGA_SYSTEM *system) {
+    return system;
+}
+template <class Record> auto vga_root_of(const Record *record) {
+    return vga_root_of(record->parent);
+}
+
+inline NB_ULONG vga_form_target(const VGA_NODE *node) {
+    return node->target;
+}
+inline NB_ULONG vga_form_target(const VGA_SYSTEM *system) {
+    return system->domain_target;
+}
+
+/* The domain has no name: the node that holds its configuration answers. */
+inline std::string vga_form_answerer(const VGA_NODE *node) {
+    return {node->name, strnlen(node->name, sizeof(node->name))};
+}
+inline std::string vga_form_answerer(const VGA_SYSTEM *system) {
+    return system->config_name;
+}
+
+template <class Record> struct VGA_FORM_RECORD {
+    using Owner = std::remove_pointer_t<decltype(Record::parent)>;
+
+    static const NB_VOID *entry(const NB_VOID *record) {
+        return static_cast<const Record *>(record)->vcb;
+    }
+    static NB_VOID *owner(const NB_VOID *record) {
+        return static_cast<const Record *>(record)->parent;
+    }
+    /* A record that is never linked has the keys to look for. */
+    static NB_VOID *find(NB_VOID *owner, const NB_VOID *entry) {
+        Record probe = {};
+        probe.parent = static_cast<Owner *>(owner);
+        probe.vcb = static_cast<decltype(probe.vcb)>(const_cast<NB_VOID *>(entry));
+        VGA_RECORD_TYPE<Record>::init(probe);
+        const VGA_INDEX_LINK link = VGA_RECORD_TYPE<Record>::links(probe).front();
+        return ntl_avl_find(link.tree, link.key);
+    }
+    static VGA_DIALOG **slot(NB_VOID *record) {
+        return &static_cast<Record *>(record)->gui_data.dialog;
+    }
+    static VGA_DIALOG **owner_slot(NB_VOID *owner) {
+        if constexpr (std::is_same_v<Owner, VGA_SYSTEM>) {
+            return nullptr; /* it never goes */
+        } else {
+            return &static_cast<Owner *>(owner)->gui_data.dialog;
+        }
+    }
+    static NB_ULONG target(const NB_VOID *owner) {
+        return vga_form_target(vga_root_of(static_cast<const Owner *>(owner)));
+    }
+    static std::string answerer(const NB_VOID *owner) {
+        return vga_form_answerer(vga_root_of(static_cast<const Owner *>(owner)));
+    }
+    static constexpr bool of_domain =
+        std::is_same_v<decltype(vga_root_of(static_cast<const Owner *>(nullptr))),
+                       const VGA_SYSTEM *>;
+};
+
+template <class Record>
+inline constexpr VGA_FORM_TYPE vga_form_type = {
+    .entry_size = sizeof(std::remove_pointer_t<decltype(Record::vcb)>),
+    .of_domain = VGA_FORM_RECORD<Record>::of_domain,
+    .entry = VGA_FORM_RECORD<Record>::entry,
+    .owner = VGA_FORM_RECORD<Record>::owner,
+    .find = VGA_FORM_RECORD<Record>::find,
+    .slot = VGA_FORM_RECORD<Record>::slot,
+    .owner_slot = VGA_FORM_RECORD<Record>::owner_slot,
+    .target = VGA_FORM_RECORD<Record>::target,
+    .answerer = VGA_FORM_RECORD<Record>::answerer,
+};
+
+/* `issue` of a form whose first record is one that a define verb carries: issues that verb. */
+NB_USHORT vga_form_issue_define(VGA_FORM *form);
+
+/* The completion routine of a form's verbs: the model first, then the form. */
+NB_VOID vga_form_completed(const VGA_PROCESS_STATE *work);
+
+/* The target of a form's verbs. */
+NB_ULONG vga_form_target_of(const VGA_FORM *form);
+
+#endif

@@ -1,0 +1,2 @@
+/* The tables that the build makes of the dialogs' descriptions (resources/dialogs). */
+#include "forms.inc"
