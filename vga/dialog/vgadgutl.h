@@ -104,10 +104,10 @@ struct VGA_DIALOG {
     VGA_DIALOG *next_desc;    /* the next descriptor of the same row */
     NB_ULONG handle;          /* 0 while closed; another one at each opening */
     NB_USHORT dialog_id;
-    NB_USHORT in_use;   /* the dialog is open */
-    NB_USHORT closing;  /* being closed: a nested close returns at once */
+    NB_USHORT in_use;    /* the dialog is open */
+    NB_USHORT closing;   /* being closed: a nested close returns at once */
     NB_VOID *owner_item; /* the record that the one shown belongs to, or a new one will; or null */
-    VGA_DIALOG *parent; /* kept by a closed dialog: it is used again only under the same parent */
+    VGA_DIALOG *parent;  /* kept by a closed dialog: it is used again only under the same parent */
     union {
         NB_VOID *context;     /* the caller's pointer */
         NB_VOID *parent_item; /* the same under its usual name: the record shown or edited */
@@ -170,7 +170,8 @@ NB_VOID vga_release_dialog(VGA_DIALOG *desc);
 NB_VOID vga_close_children(VGA_DIALOG *desc, NB_USHORT include_self, NB_USHORT force);
 
 /* The close handler of every dialog, for the window manager's request and for Cancel and Close
- * buttons: closes the dialog of `widget`, if it may; for the main dialog asks whether to end the program. */
+ * buttons: closes the dialog of `widget`, if it may; for the main dialog asks whether to end the
+ * program. */
 NB_VOID vga_close_cb(Widget widget, XtPointer client_data, XtPointer call_data);
 
 /* Runs the command of the widget's window that the integer at `client_data` numbers. */

@@ -18,8 +18,8 @@ NB_VOID vga_form_put_field(const VGA_FORM *form, NB_USHORT field, const NB_VOID 
 /* 1 when the field reads as `data` has it. */
 NB_USHORT vga_form_field_is(const VGA_FORM *form, NB_USHORT field, const NB_VOID *data);
 
-/* Checks the field and puts it into `data`.  A field that nobody touched keeps its bytes to the last
- * and is never at fault.  Returns what is wrong. */
+/* Checks the field and puts it into `data`.  A field that nobody touched keeps its bytes to the
+ * last and is never at fault.  Returns what is wrong. */
 VGA_FAULT vga_form_get_field(const VGA_FORM *form, NB_USHORT field, NB_VOID *data);
 
 /* What the field shows, as the operator reads it. */
