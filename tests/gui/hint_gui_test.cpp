@@ -163,4 +163,29 @@ TEST_F(Hints, TheMessageLineFollowsTheKeyboardAndThePointer) {
     gui::settle();
 }
 
+/* A label breaks no text by itself. */
+TEST_F(Hints, AreWholeInALabelOfAnyWidth) {
+    const std::string hint =
+        "From 1 to 32767 sessions; at most the maximum session limit of the mode";
+    Widget label = XtVaCreateManagedWidget("label", xmLabelWidgetClass, form, XmNrecomputeSize,
+                                           False, XmNwidth, 200, XmNheight, 10, nullptr);
+    vga_set_hint_line(column, label);
+    vga_set_field_hint_text(field, hint.c_str());
+    XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+    Dimension reserved = 0;
+    XtVaGetValues(label, XmNheight, &reserved, nullptr);
+    for (int width : {200, 120, 290}) {
+        XtVaSetValues(label, XmNwidth, width, XmNheight, 200, nullptr);
+        gui::settle();
+        EXPECT_EQ(gui::label_text(label), hint);
+        XmString text = nullptr;
+        XmRenderTable fonts = nullptr;
+        XtVaGetValues(label, XmNlabelString, &text, XmNrenderTable, &fonts, nullptr);
+        EXPECT_LE(XmStringWidth(fonts, text), width);
+        EXPECT_GT(XmStringLineCount(text), 1);
+        EXPECT_TRUE(width != 200 || XmStringHeight(fonts, text) <= reserved);
+        XmStringFree(text);
+    }
+}
+
 } // namespace

@@ -79,12 +79,91 @@ std::string line_text(Widget line) {
         .get();
 }
 
+/* What a label does with a text: it breaks none by itself. */
+struct WRAPPING {
+    XmRenderTable fonts = nullptr;
+    NB_INT width = 0;  /* for the text, in pixels */
+    NB_INT around = 0; /* of its height, what is not text */
+
+    explicit WRAPPING(Widget label) {
+        Dimension whole = 0, margin = 0, left = 0, right = 0, top = 0, bottom = 0, high = 0,
+                  shadow = 0, highlight = 0;
+        XtVaGetValues(label, XmNrenderTable, &fonts, XmNwidth, &whole, XmNmarginWidth, &margin,
+                      XmNmarginLeft, &left, XmNmarginRight, &right, XmNmarginHeight, &high,
+                      XmNmarginTop, &top, XmNmarginBottom, &bottom, XmNshadowThickness, &shadow,
+                      XmNhighlightThickness, &highlight, nullptr);
+        const NB_INT edges = 2 * (shadow + highlight);
+        width = whole - 2 * margin - left - right - edges;
+        around = 2 * high + top + bottom + edges;
+    }
+
+    NB_INT width_of(const std::string &text) const {
+        const VGA_STRING string(text.c_str());
+        return XmStringWidth(fonts, string.get());
+    }
+
+    /* The text in lines that fit, unless a word alone does not.  The blank at which a line is
+     * broken stays at its end, so that the text reads as it was when it is asked for. */
+    std::string broken(const std::string &text) const {
+        std::string out, line;
+        for (size_t at = 0; at < text.size();) {
+            const size_t blank = std::min(text.find(' ', at), text.size() - 1);
+            const std::string word = text.substr(at, blank + 1 - at);
+            if (!line.empty() && width_of(line + word.substr(0, word.find(' '))) > width) {
+                out += line + "\n";
+                line.clear();
+            }
+            line += word;
+            at = blank + 1;
+        }
+        return out + line;
+    }
+};
+
+XmString make_lines(const std::string &text) {
+    return XmStringCreateLtoR(const_cast<NB_CHAR *>(text.c_str()),
+                              const_cast<NB_CHAR *>(XmFONTLIST_DEFAULT_TAG));
+}
+
 NB_VOID set_line_text(Widget line, const std::string &text) {
     if (XmIsLabel(line)) {
-        const VGA_STRING string(text.c_str());
+        const VGA_STRING string(make_lines(WRAPPING(line).broken(text)));
         XtVaSetValues(line, XmNlabelString, string.get(), nullptr);
     } else {
         vga_fill_field(line, text.c_str());
+    }
+}
+
+/* As wide as what stands beside it in the dialog, where that is known before the line is. */
+NB_VOID widen_line(Widget line) {
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    Dimension width = 0;
+    XtVaGetValues(line, XmNwidth, &width, nullptr);
+    XtVaGetValues(XtParent(line), XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    for (Cardinal ii = 0; ii < count; ii++) {
+        XtWidgetGeometry wanted = {};
+        if (children[ii] != line && XtIsManaged(children[ii])) {
+            XtQueryGeometry(children[ii], nullptr, &wanted);
+            width = std::max(width, wanted.width);
+        }
+    }
+    XtVaSetValues(line, XmNwidth, width, nullptr);
+}
+
+/* Makes the line high enough for a text; it never gets lower, or the dialog would jump. */
+NB_VOID reserve(Widget line, std::string text) {
+    if (!XmIsLabel(line) || text.empty()) {
+        return;
+    }
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    const WRAPPING wrapping(line);
+    const VGA_STRING string(make_lines(wrapping.broken(text)));
+    const NB_INT wanted = XmStringHeight(wrapping.fonts, string.get()) + wrapping.around;
+    Dimension height = 0;
+    XtVaGetValues(line, XmNheight, &height, nullptr);
+    if (wanted > height) {
+        XtVaSetValues(line, XmNheight, static_cast<Dimension>(wanted), nullptr);
     }
 }
 
@@ -232,6 +311,13 @@ NB_VOID forget(Widget widget, XtPointer, XtPointer) {
     }
 }
 
+/* The text is broken where the line ends now. */
+NB_VOID line_resized(Widget line, XtPointer, XEvent *event, Boolean *) {
+    if (event->type == ConfigureNotify) {
+        set_line_text(line, line_text(line));
+    }
+}
+
 NB_VOID forget_line(Widget line, XtPointer, XtPointer) {
     std::erase_if(lines, [line](const auto &entry) { return entry.second.line == line; });
 }
@@ -285,7 +371,11 @@ NB_VOID set_member(Widget widget, std::string HINT::*member, const NB_CHAR *text
     if (member == &HINT::hint) {
         for_each_part(widget, [widget](Widget part) { set_tip(part, hints[widget].hint); });
     }
-    refresh_line(shell_of(widget));
+    Widget shell = shell_of(widget);
+    if (const auto line = lines.find(shell); line != lines.end()) {
+        reserve(line->second.line, hints[widget].*member);
+    }
+    refresh_line(shell);
 }
 
 } // namespace
@@ -313,6 +403,34 @@ NB_VOID vga_set_hint_line(Widget top, Widget line) {
         lines[shell].line = line;
         XtRemoveCallback(line, XmNdestroyCallback, forget_line, nullptr); /* once */
         XtAddCallback(line, XmNdestroyCallback, forget_line, nullptr);
+        if (XmIsLabel(line)) {
+            XtRemoveEventHandler(line, StructureNotifyMask, False, line_resized,
+                                 nullptr); /* once */
+            XtAddEventHandler(line, StructureNotifyMask, False, line_resized, nullptr);
+        }
+        vga_reserve_hint_line(top);
+    }
+}
+
+NB_VOID vga_reserve_hint_line(Widget top) {
+    Widget shell = shell_of(top);
+    const auto found = lines.find(shell);
+    if (found == lines.end() || !XmIsLabel(found->second.line)) {
+        return;
+    }
+    widen_line(found->second.line);
+    for (const auto &[widget, texts] : hints) {
+        if (shell_of(widget) == shell) {
+            reserve(found->second.line, texts.hint);
+            reserve(found->second.line, texts.reason);
+        }
+    }
+}
+
+NB_VOID vga_set_line_text(Widget line, const NB_CHAR *text) {
+    if (line != nullptr) {
+        reserve(line, text);
+        set_line_text(line, text);
     }
 }
 

@@ -28,8 +28,19 @@ NB_VOID vga_set_reason_text(Widget widget, const NB_CHAR *text);
 
 /* Names the message line of the window that `top` is in: an XmText, XmTextField or XmLabel.  It
  * gets back what it held when a hint's time is over, unless something else was written into it
- * meanwhile.  Null takes the line away. */
+ * meanwhile.  Null takes the line away.
+ *
+ * In a label a text is broken at blanks where the line ends, and broken again when that changes.
+ * Its height is reserved (XmNheight; REQUIRES: XmNrecomputeSize is false) for the longest hint and
+ * reason of the window, those that come later as well. */
 NB_VOID vga_set_hint_line(Widget top, Widget line);
+
+/* Reserves the height anew, when what stands beside the line in its parent has become wider before
+ * the window is on the screen.  Nothing without a line. */
+NB_VOID vga_reserve_hint_line(Widget top);
+
+/* Writes a text of somebody else's into a message line, broken as the hints are. */
+NB_VOID vga_set_line_text(Widget line, const NB_CHAR *text);
 
 /* What would be shown for a widget now, never null: for a dialog that shows it elsewhere. */
 const NB_CHAR *vga_shown_hint(Widget widget);
