@@ -105,9 +105,7 @@ TEST_F(SessionLimits, AreChangedByKeyboard) {
     EXPECT_EQ(text("*mdslsLimit"), "9");
     gui::key("Tab");
     gui::key("Tab");
-    gui::key("End");
-    gui::key("BackSpace");
-    gui::key("1");
+    gui::key("1"); // in place of what is there
     gui::key("Return");
     NAP_SESSION_LIMIT_VERB verb = issued();
     EXPECT_EQ(memcmp(verb.lu_alias, mode->vcb->lu_alias, sizeof(verb.lu_alias)), 0);

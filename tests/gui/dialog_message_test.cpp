@@ -1,6 +1,8 @@
 // Message boxes: their queue, questions, answers, and the ends of dialogs under them.
 
 #include "dialog_support.h"
+
+#include "boxplace.h"
 #include "dialogids.h"
 
 using namespace dialogs;
@@ -164,6 +166,32 @@ TEST_F(Dialogs, LettersPressTheButtons) {
     EXPECT_EQ(shown(main_dialog), "wrong");
     gui::key("o", {"Alt_L"});
     EXPECT_EQ(shown(main_dialog), "");
+}
+
+/* On a screen of 1000 by 800, of a box of 300 by 100. */
+TEST(BoxPlace, IsWhereDialogOrFieldCanBeSeen) {
+    const VGA_AREA screen = {0, 0, 1000, 800};
+    struct CASE {
+        const char *what;
+        VGA_AREA dialog, field;
+        bool clear_of_dialog;
+    };
+    const CASE cases[] = {
+        {"room on the right", {100, 100, 400, 300}, {250, 200, 80, 20}, true},
+        {"on the left", {550, 100, 400, 300}, {700, 200, 80, 20}, true},
+        {"below", {200, 50, 600, 400}, {400, 100, 80, 20}, true},
+        {"above", {200, 250, 600, 500}, {400, 700, 80, 20}, true},
+        {"all of the screen", {5, 30, 990, 760}, {400, 300, 80, 20}, false},
+        {"field at the end of it", {5, 30, 990, 760}, {800, 760, 180, 20}, false},
+    };
+    for (const CASE &row : cases) {
+        SCOPED_TRACE(row.what);
+        const VGA_AREA &taken = row.clear_of_dialog ? row.dialog : row.field;
+        const VGA_AREA box = vga_place_beside({0, 0, 300, 100}, row.dialog, row.field, screen);
+        EXPECT_TRUE(box.x >= 0 && box.y >= 0 && box.x + 300 <= 1000 && box.y + 100 <= 800);
+        EXPECT_TRUE(box.x >= taken.x + taken.width || box.x + 300 <= taken.x ||
+                    box.y >= taken.y + taken.height || box.y + 100 <= taken.y);
+    }
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include "vgadsadd.h"
 #include "vgadsdel.h"
 #include "vganodew.h"
+#include "widgets.h"
 #include "windowtable.h"
 
 #include <X11/IntrinsicP.h>
@@ -209,6 +210,10 @@ TEST_F(Looks, TextsCanBeRead) {
         }
         if (XmIsPushButton(widget) || XmIsPushButtonGadget(widget)) {
             EXPECT_GE(contrast(colour(widget, XmNforeground), colour(widget, XmNarmColor)), 4.5);
+            const Pixel around = colour(XtParent(widget), XmNbackground);
+            if (look().text_contrast > 4.5 && XmIsMessageBox(XtParent(widget))) {
+                EXPECT_GE(contrast(ground, around), 2.9); // it is seen as a button
+            }
         }
     }
     EXPECT_GT(seen, 80);
@@ -358,6 +363,31 @@ TEST_F(Looks, LettersMoveToFields) {
     gui::key("Prior", {"Control_L"});
     EXPECT_EQ(XmTabStackGetSelectedTab(stack), page[1]);
     XtDestroyWidget(XtParent(box));
+}
+
+/* Digits are as wide in every locale, except in a font set whose widest characters count. */
+TEST_F(Looks, FieldsKeepTheirColumns) {
+    for (const bool scalable : {true, false}) {
+        Widget field = XtVaCreateWidget("field", xmTextFieldWidgetClass, gvga_main_dialog->widget,
+                                        XmNcolumns, 7, nullptr);
+        if (!scalable) {
+            char pattern[] = "fixed";
+            Arg args[2];
+            XtSetArg(args[0], XmNfontType, XmFONT_IS_FONTSET);
+            XtSetArg(args[1], XmNfontName, pattern);
+            char tag[] = "set";
+            XmRendition set = XmRenditionCreate(field, tag, args, 2);
+            XmRenderTable fonts = XmRenderTableAddRenditions(nullptr, &set, 1, XmMERGE_NEW);
+            XtVaSetValues(field, XmNrenderTable, fonts, nullptr);
+            XmRenditionFree(set);
+            XmRenderTableFree(fonts);
+        }
+        vga_multi_byte_resize(field);
+        short columns = 0;
+        XtVaGetValues(field, XmNcolumns, &columns, nullptr);
+        EXPECT_EQ(columns, scalable || MB_CUR_MAX == 1 ? 7 : 4);
+        XtDestroyWidget(field);
+    }
 }
 
 /* Every text that is words comes from the catalogue or the description, whole. */

@@ -1,4 +1,5 @@
 #include "messagebox.h"
+#include "boxplace.h"
 #include "busycursor.h"
 #include "buttonletters.h"
 #include "firewall.h"
@@ -136,6 +137,36 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     vga_define_tab_groups(stops, XtNumber(stops));
 }
 
+VGA_AREA area_of(Widget widget) {
+    Position x = 0, y = 0, left = 0, top = 0;
+    Dimension width = 0, height = 0;
+    XtVaGetValues(widget, XmNx, &left, XmNy, &top, XmNwidth, &width, XmNheight, &height, nullptr);
+    if (XtIsShell(widget)) {
+        XtTranslateCoords(widget, 0, 0, &x, &y);
+    } else {
+        XtTranslateCoords(XtParent(widget), left, top, &x, &y); /* a gadget, too */
+    }
+    return {x, y, width, height};
+}
+
+/* To be called when the box has its size. */
+NB_VOID place_beside(const VGA_DIALOG *parent, Widget field) {
+    const VGA_AREA screen = {0, 0, WidthOfScreen(gvga_screen), HeightOfScreen(gvga_screen)};
+    const VGA_AREA place = vga_place_beside(area_of(parent->modal_dlg.dialog),
+                                            area_of(parent->shell), area_of(field), screen);
+    XtVaSetValues(parent->modal_dlg.dialog, XmNx, static_cast<Position>(place.x), XmNy,
+                  static_cast<Position>(place.y), nullptr);
+}
+
+/* What an error over the dialog is about; null: over the middle. */
+Widget subject_of(const VGA_DIALOG *parent, VGA_MODAL_TYPE type) {
+    if (type != VGA_MODAL_ERROR || gvga_uid_desc[parent->dialog_id].kind == VGA_KIND_MAIN) {
+        return nullptr;
+    }
+    const Widget beside = parent->modal_dlg.beside;
+    return beside != nullptr ? beside : XmGetFocusWidget(parent->widget);
+}
+
 /* Shows the message now, in place of one that is shown. */
 NB_VOID show(const MODAL_REQUEST &request) {
     VGA_DIALOG *parent = request.parent;
@@ -154,7 +185,13 @@ NB_VOID show(const MODAL_REQUEST &request) {
         vga_raise_dialog(parent->parent);
     }
     vga_display_dialog(parent);
+    Widget subject = subject_of(parent, request.type);
+    box.beside = nullptr;
+    XtVaSetValues(box.dialog, XmNdefaultPosition, subject == nullptr, nullptr);
     XtManageChild(box.dialog);
+    if (subject != nullptr) {
+        place_beside(parent, subject);
+    }
     XRaiseWindow(gvga_display, XtWindow(box.shell)); /* a box that was up lies below by now */
     vga_hourglass_new_window(parent);
 }
@@ -331,6 +368,20 @@ NB_VOID vga_display_modal_dialog(VGA_MODAL_TYPE type, VGA_DIALOG *parent, XmStri
         return;
     }
     show(request);
+}
+
+NB_VOID vga_place_box_beside(VGA_DIALOG *parent, Widget field) {
+    if (parent == nullptr || field == nullptr || parent->in_use == 0) {
+        return;
+    }
+    VGA_MODAL_DLG &box = parent->modal_dlg;
+    if (box.showing != 0 && NB_EMPTY_LIST(box.queue)) {
+        if (box.type == VGA_MODAL_ERROR) {
+            place_beside(parent, field);
+        }
+        return;
+    }
+    box.beside = field;
 }
 
 /* The queues. */

@@ -42,7 +42,8 @@ struct VGA_MODAL_DLG {
     VGA_MODAL_CB callback; /* may be null */
     NB_ULONG client_data;
     const NB_CHAR *help_key;
-    NB_LQE queue; /* messages that wait */
+    Widget beside; /* the field that the error shown next is about; null: none that is known */
+    NB_LQE queue;  /* messages that wait */
 };
 
 /* Formats a message as vga_print_msg does and shows it over `parent`; over the main dialog for
@@ -54,6 +55,11 @@ NB_VOID vga_display_error_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB
 NB_VOID vga_display_info_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB_CHAR *help_key,
                                 VGA_MODAL_CB callback, NB_ULONG client_data, const NB_CHAR *types,
                                 ...);
+
+/* The error of `parent` that was displayed last is about this field: its box stands beside the
+ * dialog or, on a small screen, beside the field.  Without the call it stands beside what has the
+ * keyboard in the dialog; other messages, and those of windows, stand over the middle. */
+NB_VOID vga_place_box_beside(VGA_DIALOG *parent, Widget field);
 
 /* A question with OK and Cancel. */
 NB_VOID vga_display_confirm_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB_CHAR *help_key,

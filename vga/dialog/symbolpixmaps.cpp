@@ -1,5 +1,6 @@
 #include "symbolpixmaps.h"
 #include "boxsymbols.h"
+#include "dotscale.h"
 #include "graphics.h"
 #include "toolkit.h"
 #include <X11/Xutil.h>
@@ -20,11 +21,17 @@ struct PICTURE {
     const unsigned long *pixels;
 };
 
-/* The drawings come in two sizes, the small one first. */
-PICTURE picture_of(VGA_MODAL_TYPE type, bool big) {
+/* The drawings come in several sizes, the smallest first: 0 for small icons, 1 for big ones, 2
+ * where either is drawn with more than one pixel for each of its own. */
+NB_USHORT size_wanted() {
+    const bool big = gvga_viewer_icon_width > small_icon_width;
+    return vga_dot_scale(gvga_screen) > 1 ? 2 : big ? 1 : 0;
+}
+
+PICTURE picture_of(VGA_MODAL_TYPE type, NB_USHORT size) {
     const unsigned long *const drawings[] = {gvga_box_error, gvga_box_info, gvga_box_question};
     const unsigned long *at = drawings[type];
-    if (big) {
+    for (; size > 0; size--) {
         at += 2 + at[0] * at[1];
     }
     return {static_cast<unsigned>(at[0]), static_cast<unsigned>(at[1]), at + 2};
@@ -87,9 +94,8 @@ Pixmap vga_box_symbol(Widget widget, VGA_MODAL_TYPE type) {
     XtVaGetValues(widget, XmNbackground, &background, nullptr);
     auto [place, missing] = symbols.try_emplace({type, background}, None);
     if (missing) {
-        bool big = gvga_viewer_icon_width > small_icon_width;
-        place->second =
-            draw(visual, DefaultDepthOfScreen(gvga_screen), picture_of(type, big), background);
+        place->second = draw(visual, DefaultDepthOfScreen(gvga_screen),
+                             picture_of(type, size_wanted()), background);
     }
     return place->second;
 }

@@ -6,7 +6,8 @@
 
 #include "messagebox.h"
 
-/* The symbol on the background of `widget`, 32 or 48 pixels wide as the icons are small or big.
+/* The symbol on the background of `widget`, 32 or 48 pixels wide as the icons are small or big, and
+ * 96 from 192 dots an inch on.
  * None where the display's pixels are not made of red, green and blue; the toolkit's symbol does
  * then. */
 Pixmap vga_box_symbol(Widget widget, VGA_MODAL_TYPE type);

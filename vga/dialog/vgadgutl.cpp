@@ -11,6 +11,7 @@
 #include "messages.h"
 #include "nbproblem.h"
 #include "openwindows.h"
+#include "textfocus.h"
 #include "toolkit.h"
 #include "verbqueue.h"
 #include "vgaviewr.h"
@@ -138,6 +139,7 @@ NB_VOID finish_widgets(VGA_DIALOG *desc) {
     vga_multi_byte_resize(desc->widget);
     vga_define_tabbing_order(desc->widget, vga_get_work_area(desc->widget));
     vga_give_letters(desc->widget);
+    vga_watch_texts(desc->widget);
     XmAddWMProtocolCallback(desc->shell, gvga_close_atom, vga_close_cb, nullptr);
     vga_add_modal_popup_firewall(desc->widget);
     add_name_to_title(desc);

@@ -146,6 +146,26 @@ NB_VOID set_label_fonts(Widget widget, const LABEL_FONTS &fonts) {
     }
 }
 
+/* A scalable font's column is that of a digit whatever the locale; a font set's is that of its
+ * widest characters. */
+bool counts_wide_columns(Widget text) {
+    XmRenderTable fonts = nullptr;
+    XtVaGetValues(text, XmNrenderTable, &fonts, nullptr);
+    XmStringTag *tags = nullptr;
+    const int count = fonts != nullptr ? XmRenderTableGetTags(fonts, &tags) : 0;
+    XmFontType type = XmFONT_IS_FONTSET;
+    for (int at = 0; at < count; at++) {
+        Arg args[1];
+        XtSetArg(args[0], XmNfontType, &type);
+        XmRendition rendition = XmRenderTableGetRendition(fonts, tags[at]);
+        XmRenditionRetrieve(rendition, args, 1);
+        XmRenditionFree(rendition);
+        XtFree(tags[at]);
+    }
+    XtFree(reinterpret_cast<char *>(tags));
+    return type != XmFONT_IS_XFT;
+}
+
 } // namespace
 
 /* Whole dialogs. */
@@ -396,7 +416,7 @@ NB_VOID vga_multi_byte_resize(Widget widget) {
     if (MB_CUR_MAX <= 1 || widget == nullptr) {
         return;
     }
-    if (XmIsText(widget) || XmIsTextField(widget)) {
+    if ((XmIsText(widget) || XmIsTextField(widget)) && counts_wide_columns(widget)) {
         short columns = 0;
         XtVaGetValues(widget, XmNcolumns, &columns, nullptr);
         columns = static_cast<short>((columns + 1) / 2);

@@ -102,8 +102,9 @@ NB_VOID vga_set_pane_height(Widget pane, Dimension height);
 NB_VOID vga_set_toolbar_width(Widget tool_bar);
 
 /* In a locale of multi-byte characters halves the columns of all text fields below `widget` (an odd
- * number is raised by one first): its characters are twice as wide as those that the description
- * counts.  Nothing in other locales. */
+ * number is raised by one first) whose font is a font set of the server: a column is as wide as its
+ * widest characters there, twice those that the description counts.  Nothing with scalable fonts,
+ * and nothing in other locales. */
 NB_VOID vga_multi_byte_resize(Widget widget);
 
 /* Takes both scroll bars of a scrolled window off the screen. */

@@ -4,6 +4,7 @@
 #include "holders.h"
 #include "nbbase.h"
 #include "ntlname.h"
+#include "textfocus.h"
 #include "vgadgutl.h"
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
@@ -53,12 +54,14 @@ NB_USHORT vga_get_field_text(Widget field, NB_CHAR *out, NB_USHORT size) {
 NB_VOID vga_focus_field(Widget field) {
     if (field != nullptr) {
         XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+        vga_select_text(field);
     }
 }
 
 NB_USHORT vga_refuse_field(VGA_DIALOG *parent, Widget field, NB_USHORT message,
                            const NB_CHAR *key) {
     vga_display_error_dialog(parent, message, key, nullptr, 0, "");
+    vga_place_box_beside(parent, field);
     vga_focus_field(field);
     return 0;
 }
@@ -69,6 +72,7 @@ NB_USHORT vga_refuse_range(VGA_DIALOG *parent, Widget field, NB_USHORT message, 
                            int64_t min, int64_t max) {
     vga_display_error_dialog(parent, message, key, nullptr, 0, "s s", std::to_string(min).c_str(),
                              std::to_string(max).c_str());
+    vga_place_box_beside(parent, field);
     vga_focus_field(field);
     return 0;
 }

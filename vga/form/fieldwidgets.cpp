@@ -443,7 +443,7 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT number) {
     NB_USHORT on = vga_form_field_editable(form, number);
     if (is_text(widget)) {
         /* A text that can only be looked at can still be copied. */
-        XtVaSetValues(widget, XmNeditable, on != 0, XmNcursorPositionVisible, on != 0, nullptr);
+        XtVaSetValues(widget, XmNeditable, on != 0, nullptr);
         on = vga_form_field_of_use(form, number);
     } else if (field.has(VGA_FIELD_SHOWN)) {
         on = vga_form_field_of_use(form, number);

@@ -1,4 +1,5 @@
 #include "graphics.h"
+#include "dotscale.h"
 #include "globals.h"
 #include "holders.h"
 #include "messages.h"
@@ -9,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 const NB_CHAR *const gvga_pixmap_names[VGA_ICON_COUNT] = {
     "plus",      "minus",     "port",       "portsdlc", "porttr",     "portx25",   "ls",
@@ -37,6 +39,7 @@ NB_ULONG gvga_viewer_char_width, gvga_viewer_char_ascent, gvga_viewer_char_desce
 namespace {
 
 constexpr NB_CHAR default_fonts[] = "-misc-fixed-*-*-*-*-*-*-*-*-*-*-*-*";
+constexpr NB_INT small_screen = 1024;  // pixels of its width
 constexpr NB_ULONG indent_columns = 8; // character widths that a level is indented by
 
 Display *graphics_display;
@@ -70,7 +73,6 @@ NB_VOID set_size(ICON_SET *set, bool big) {
 }
 
 ICON_SET choose_size(Screen *screen) {
-    constexpr NB_INT small_screen = 1024; // pixels
     ICON_SET set = {};
     set_size(&set, WidthOfScreen(screen) > small_screen);
     NB_CHAR size[31];
@@ -159,6 +161,14 @@ bool open_icons(ICON_FILE *file, ICON_SET *set) {
     return false;
 }
 
+/* As the text of dialogs, but only where there is room for all that stands beside it. */
+NB_INT list_scale(Screen *screen) {
+    const NB_INT most = std::max(WidthOfScreen(screen) / small_screen, 1);
+    return std::min(vga_dot_scale(screen), most);
+}
+
+NB_VOID enlarge_default_font(Display *display, NB_INT scale);
+
 bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COLOURS &colours) {
     struct FORM {
         const NB_CHAR *ending;
@@ -166,6 +176,7 @@ bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COL
         NB_USHORT problem;
     } const forms[] = {{"", gvga_pixmaps, NB_PD_WINDOW_ICON},
                        {"i", gvga_inverted_pixmaps, NB_PD_WINDOW_SELECTED_ICON}};
+    const NB_INT scale = list_scale(screen);
     for (NB_USHORT icon = 0; icon < VGA_ICON_COUNT; ++icon) {
         NB_ASSERT(strlen(gvga_pixmap_names[icon]) < VGA_MAX_ICON_NAME);
         for (const FORM &form : forms) {
@@ -176,6 +187,7 @@ bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COL
                 nba_pd_print_problem(NB_PD_WINDOW, form.problem, "s", name);
                 return false;
             }
+            form.pixmaps[icon] = vga_enlarge_pixmap(screen, form.pixmaps[icon], scale);
         }
     }
     return true;
@@ -218,6 +230,7 @@ NB_USHORT vga_init_graphics(Widget widget, Widget font_widget) {
     Screen *const screen = XtScreen(widget);
     const COLOURS colours = read_colours(widget);
     ICON_SET set = choose_size(screen);
+    enlarge_default_font(graphics_display, list_scale(screen));
     gvga_viewer_fontset =
         vga_load_fixed_fontset("*fontName", default_fonts, set.font_message, font_widget);
     make_contexts(widget, colours);
@@ -345,6 +358,23 @@ NB_VOID free_font_set(Display *display, XFontSet set) {
     if (set != nullptr) {
         XFreeFontSet(display, set);
     }
+}
+
+/* Where drawings take more pixels the lists take the font of big icons as many times as high,
+ * unless the user has named one or the server cannot make it. */
+NB_VOID enlarge_default_font(Display *display, NB_INT scale) {
+    constexpr NB_INT height = 18; /* pixels at 96 dots an inch */
+    NB_CHAR named[129];
+    if (scale == 1 || vga_get_resource_string("*fontName", "", named, sizeof(named) - 1) != 0) {
+        return;
+    }
+    const std::string pattern =
+        "-misc-fixed-medium-r-normal--" + std::to_string(height * scale) + "-*-*-*-*-*-*-*";
+    const FONT_SET_TRY found = make_font_set(display, pattern.c_str());
+    if (found.complete) {
+        XrmPutStringResource(&gvga_resource_database, VGA_CLASS "*fontName", pattern.c_str());
+    }
+    free_font_set(display, found.set);
 }
 
 bool is_fixed_pitch(Display *display, XFontSet set) {
