@@ -28,7 +28,9 @@ schema and are not said again.  A description is a line a thing, lines that begi
     switch NAME "Label" a flag of the dialog's own, no record's
     choice WORD "Text" [called]  below a field of words: one that is offered; without, all are.  Its
                         item is a member of the descriptor, called after the word unless said
-    list NAME "Label"   a list of rows (rowlist.h)
+    list NAME "Label" editor=FORM    the items within the first record, and the child form that edits one:
+                        its records are `of SCHEMA.item TYPE`
+    column FIELD "Title"  below a list: a column; `columns=N` characters
     child FORM "Label"  a button that opens a child form
     order FIELD...      in which fields are checked, where that is not the order of the lines
 
@@ -65,7 +67,7 @@ PLAN_FUNCTIONS = {'load', 'may_edit', 'check', 'question', 'shows_too', 'issue',
 FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
 FLAGS = {'not', 'renames', 'zero', 'free'}
 VALUES = {'as', 'member', 'box', 'button', 'part', 'style', 'required', 'low', 'high', 'most', 'check',
-          'from', 'when', 'empty', 'bad', 'unknown', 'hint', 'filter', 'columns'}
+          'from', 'when', 'empty', 'bad', 'unknown', 'hint', 'filter', 'columns', 'editor'}
 UNITS = ['', 'seconds', 'milliseconds', 'hundredths of a second', '', 'bytes', 'frames', 'messages',
          'bits per second', 'kilobits per second', '', '', '', '', '']
 NAMES = {'NameA': 8, 'NameFq': 17, 'NameAny': 17, 'NamePartner': 17}
@@ -112,7 +114,7 @@ class Item:
         if len(words) < 2 or not words[1].startswith('"'):
             raise Fault(f'{what} {self.name} has no label')
         self.label = words[1][1:-1]
-        self.facts, self.choices, self.called = {}, [], {}
+        self.facts, self.choices, self.called, self.columns_of_list = {}, [], {}, []
         self.row = self.field = None
         for word in words[2:]:
             key, given, value = word.partition('=')
@@ -223,6 +225,8 @@ class Dialog:
             self.pages.append((words[0].strip('"'), []))
         elif what == 'group':
             self.add(('group', words[0].strip('"')))
+        elif what == 'column':
+            self.add_column(words, place)
         elif what == 'choice':
             self.items[-1].choices.append((words[0], words[1].strip('"')))
             self.items[-1].called[words[0]] = words[2] if len(words) > 2 else words[0]
@@ -258,6 +262,16 @@ class Dialog:
             item.row = self.rows[schema][field]
         self.items.append(item)
         self.add(('item', item))
+
+    def add_column(self, words, place):
+        if not self.items or self.items[-1].what != 'list':
+            raise Fault('a column stands below a list')
+        column = Item(self, 'column', words, place)
+        schema = f'{self.records[0][0]}.item'
+        if column.name not in self.rows.get(schema, {}):
+            raise Fault(f'{schema} has no field {column.name}')
+        column.row = self.rows[schema][column.name]
+        self.items[-1].columns_of_list.append(column)
 
     def fields(self):
         """In the order in which they are checked."""
@@ -331,6 +345,8 @@ class Describer:
             self.put('XmPushButton', f'{name}{part}Button', [f'arguments {look}'])
         self.area()
         for item in dialog.items:
+            for at, column in enumerate(item.columns_of_list):
+                self.out.append(f'value {item.widget}Column{at} : exported {text(column.label)};\n')
             if item.has('hint'):
                 self.out.append(f'value {item.widget}Hint : exported {text(item.facts["hint"])};\n')
         return self.out
@@ -532,7 +548,8 @@ class Coder:
             out.append(f'.row = &{self.dialog.name}_{item.name}')
         else:
             schema, _, inner = item.schema.partition('.')
-            whole = (f'records::setting("{inner}", "{item.field}")' if schema == 'settings' else
+            whole = (f'records::item_field(records::{schema}, "{item.field}")' if inner == 'item' else
+                     f'records::setting("{inner}", "{item.field}")' if schema == 'settings' else
                      f'records::field(records::{item.schema}, "{item.field}")')
             out.append(f'.row = &{whole}')
             out.append(f'.base = offsetof({self.data}, {self.record(item.schema)})')
@@ -576,10 +593,22 @@ class Coder:
         if children:
             out += [f'constexpr VGA_FORM_OPENER {name}_children[] = {{']
             out += [f'    {{{self.place(item.member)}, "{item.name}"}},' for item in children] + ['};']
+        for item in lists:
+            schema = dialog.records[0][0]
+            out += [f'constexpr VGA_FORM_COLUMN {name}_{item.member}_columns[] = {{']
+            out += [f'    {{&records::item_field(records::{schema}, "{column.name}"), '
+                    f'"{item.widget}Column{at}", {column.columns()}}},'
+                    for at, column in enumerate(item.columns_of_list)] + ['};']
+        if lists:
+            out += [f'constexpr VGA_FORM_LIST {name}_lists[] = {{']
+            out += [f'    {{{self.place(item.member)}, &records::{dialog.records[0][0]}.nested, '
+                    f'{name}_{item.member}_columns, "{item.facts["editor"]}"}},' for item in lists] + ['};']
         out += ['', '} // namespace', '', f'extern constexpr VGA_FORM_PLAN gvga_{name}_plan = {{']
         members = {'fields': f'{name}_fields', 'widgets': f'{name}_widgets'}
         if children:
             members['children'] = f'{name}_children'
+        if lists:
+            members['lists'] = f'{name}_lists'
         members.update(shown=self.place('shown'), working=self.place('working'),
                        wanted=self.place('wanted'), data_size=f'sizeof({self.data})',
                        pages=str(len(dialog.pages)))
@@ -587,7 +616,7 @@ class Coder:
         if kinds:
             members['kind'] = f'VGA_FORM_{kinds[0].upper()}'
         schema, record = dialog.records[0]
-        if record.startswith('VGA_'):
+        if record.startswith('VGA_') and not dialog.child:
             members['type'] = f'&vga_form_type<{record}>'
             members['schema'] = f'&records::{schema}'
             if not kinds and 'issue' not in dialog.plan:

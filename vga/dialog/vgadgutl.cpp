@@ -408,6 +408,18 @@ NB_VOID vga_raise_dialog(VGA_DIALOG *desc) {
     }
 }
 
+/* A window that cannot be seen (an icon that is about to be one no more) must not be given it. */
+NB_VOID vga_raise_with_keyboard(VGA_DIALOG *desc) {
+    XWindowAttributes now;
+    vga_raise_dialog(desc);
+    if (desc->in_use != 0 && XtIsRealized(desc->shell) &&
+        XGetWindowAttributes(gvga_display, XtWindow(desc->shell), &now) != 0 &&
+        now.map_state == IsViewable) {
+        XSetInputFocus(gvga_display, XtWindow(desc->shell), RevertToParent,
+                       XtLastTimestampProcessed(gvga_display));
+    }
+}
+
 std::string vga_get_title(const VGA_DIALOG *desc) {
     const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
     std::string title;

@@ -148,6 +148,10 @@ NB_VOID vga_display_dialog(VGA_DIALOG *desc);
 /* Brings an open dialog to the front, out of an icon too. */
 NB_VOID vga_raise_dialog(VGA_DIALOG *desc);
 
+/* The same for one that was open already: it gets the keyboard, too, which window managers give to
+ * new windows only. */
+NB_VOID vga_raise_with_keyboard(VGA_DIALOG *desc);
+
 /* Gives the title to the dialog's window; with gvga_display_names its UID name stands before it.
  * `title` is in the locale's character set. */
 NB_VOID vga_set_title(VGA_DIALOG *desc, const NB_CHAR *title);

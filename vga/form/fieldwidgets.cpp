@@ -10,7 +10,6 @@
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include "widgets.h"
-#include "wordmessages.h"
 #include <Xm/Column.h>
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
@@ -98,8 +97,9 @@ std::string unit_of(const VGA_FORM *form, const VGA_FIELD &field) {
     return label_text(XtNameToWidget(form->common.widget, name.c_str()));
 }
 
-/* A text of the description that no widget shows. */
-std::string literal(const std::string &name) {
+} // namespace
+
+std::string vga_form_literal(const std::string &name) {
     XtPointer value = nullptr;
     MrmCode type = 0;
     if (MrmFetchLiteral(gvga_uil_hierarchy, const_cast<NB_CHAR *>(name.c_str()), gvga_display,
@@ -109,6 +109,8 @@ std::string literal(const std::string &name) {
     const VGA_STRING string(static_cast<XmString>(value));
     return text_of(string.get());
 }
+
+namespace {
 
 /* What the operator sees of a field, as text: two fields that look the same have the same one. */
 
@@ -149,19 +151,6 @@ NB_VOID read_widget(const VGA_FORM *form, NB_USHORT number, NB_CHAR *text) {
     } else {
         vga_field_to_text(field, vga_form_shown(form), text);
     }
-}
-
-/* Where a word cannot be chosen it reads as everywhere else in the windows. */
-std::string word_text(const VGA_FIELD &field, const NB_CHAR *text) {
-    if (field.is(FieldKind::Flag)) {
-        return vga_message(text[0] == 'y' ? records::MSG_YES : records::MSG_NO);
-    }
-    for (const records::FieldWord &word : field.row->words) {
-        if (word.message != 0 && strcmp(word.text, text) == 0) {
-            return vga_message(word.message);
-        }
-    }
-    return text;
 }
 
 NB_VOID put_label(Widget label, const std::string &text) {
@@ -231,7 +220,8 @@ std::string hint_of(const VGA_FORM *form, const VGA_FIELD &field) {
         hint = vga_message(VGA_MSG_FORM_HINT_PASSWORD);
     }
     if (field.has(VGA_FIELD_HINT)) {
-        hint += (hint.empty() ? "" : " ") + literal(field.widget + 1 + std::string("Hint"));
+        hint +=
+            (hint.empty() ? "" : " ") + vga_form_literal(field.widget + 1 + std::string("Hint"));
     }
     return hint;
 }
@@ -363,7 +353,7 @@ NB_VOID vga_form_put_field(const VGA_FORM *form, NB_USHORT number, const NB_VOID
     } else if (is_text(widget)) {
         vga_fill_field(widget, text);
     } else {
-        put_label(widget, word_text(field, text));
+        put_label(widget, vga_shown_word(*field.row, text));
     }
 }
 
@@ -386,14 +376,16 @@ std::string vga_form_field_text(const VGA_FORM *form, NB_USHORT number) {
     if (field.is_secret()) {
         return text[0] != '\0' ? "******" : "";
     }
-    return is_menu(field) ? label_text(item_of(form, field, text)) : word_text(field, text);
+    return is_menu(field) ? label_text(item_of(form, field, text))
+                          : vga_shown_word(*field.row, text);
 }
 
 std::string vga_form_text_of(const VGA_FORM *form, NB_USHORT number, const NB_VOID *data) {
     const VGA_FIELD &field = row_of(form, number);
     NB_CHAR text[VGA_FIELD_TEXT_SIZE];
     look_of(form, field, data, text);
-    return is_menu(field) ? label_text(item_of(form, field, text)) : word_text(field, text);
+    return is_menu(field) ? label_text(item_of(form, field, text))
+                          : vga_shown_word(*field.row, text);
 }
 
 VGA_FAULT vga_form_get_field(const VGA_FORM *form, NB_USHORT number, NB_VOID *data) {

@@ -44,6 +44,9 @@ Widget vga_form_first_field(const VGA_FORM *form);
 NB_VOID vga_form_mark_field(VGA_FORM *form, NB_USHORT field, VGA_FORM_MARK mark,
                             const std::string &now);
 
+/* A text of the descriptions that no widget shows, by its name there. */
+std::string vga_form_literal(const std::string &name);
+
 /* What has the keyboard in a field. */
 Widget vga_form_focus_of(const VGA_FORM *form, NB_USHORT field);
 

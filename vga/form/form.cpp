@@ -60,6 +60,7 @@ NB_VOID vga_form_fill(VGA_FORM *form) {
         vga_form_mark_field(form, field, VGA_MARK_NONE, "");
     }
     form->filling = 0;
+    vga_form_fill_lists(form);
     form->overwrite = 0;
     vga_form_arrange(form);
 }
@@ -98,7 +99,9 @@ NB_VOID vga_form_load(VGA_FORM *form, NB_VOID *data) {
     const VGA_FORM_PLAN &plan = *form->plan;
     auto *bytes = static_cast<NB_UCHAR *>(data);
     memset(bytes, 0, plan.data_size);
-    if (plan.kind == VGA_FORM_CHILD) {
+    if (form->list != nullptr) {
+        vga_form_load_item(form, data);
+    } else if (plan.kind == VGA_FORM_CHILD) {
         memcpy(bytes, vga_form_wanted(vga_form_of(form->common.parent)), plan.data_size);
     } else if (plan.type != nullptr && vga_form_record(form) != nullptr) {
         memcpy(bytes, plan.type->entry(vga_form_record(form)), plan.type->entry_size);
@@ -128,6 +131,7 @@ NB_USHORT vga_form_changes(const VGA_FORM *form) {
 }
 
 NB_VOID vga_form_working_changed(VGA_FORM *form) {
+    vga_form_fill_lists(form);
     vga_form_arrange(form);
 }
 
@@ -162,13 +166,20 @@ NB_VOID reset_cb(Widget widget, XtPointer, XtPointer) {
     }
 }
 
-NB_VOID child_cb(Widget widget, XtPointer data, XtPointer) {
-    VGA_FORM *form = vga_form_of_widget(widget);
-    const auto *opener = static_cast<const VGA_FORM_OPENER *>(data);
+/* Its row; that of the first window, which is no form, where there is none of the name. */
+NB_USHORT dialog_named(const NB_CHAR *name) {
     for (const VGA_UID_DESC &row : gvga_uid_desc) {
-        if (form != nullptr && strcmp(row.name, opener->dialog) == 0) {
-            vga_form_open_child(form, row.dialog_id);
+        if (strcmp(row.name, name) == 0) {
+            return row.dialog_id;
         }
+    }
+    v0_assert(__FILE__, __LINE__, "FALSE");
+    return 0;
+}
+
+NB_VOID child_cb(Widget widget, XtPointer data, XtPointer) {
+    if (VGA_FORM *form = vga_form_of_widget(widget)) {
+        vga_form_open_child(form, dialog_named(static_cast<VGA_FORM_OPENER *>(data)->dialog));
     }
 }
 
@@ -206,18 +217,30 @@ VGA_FORM *find_open(NB_USHORT dialog_id, const NB_VOID *record, const NB_VOID *o
     return nullptr;
 }
 
-VGA_FORM *open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
-               VGA_FORM_MODE mode) {
+/* What is opened, over what, and for what. */
+struct OPENING {
+    NB_USHORT dialog_id;
+    VGA_DIALOG *parent;
+    NB_VOID *record = nullptr;
+    NB_VOID *owner = nullptr;
+    VGA_FORM_MODE mode = VGA_FORM_CHANGE;
+    const VGA_FORM_LIST *list = nullptr;
+    NB_LONG item = 0;
+};
+
+VGA_FORM *open(const OPENING &opening) {
     VGA_DIALOG *desc = nullptr;
-    if (vga_get_dialog(dialog_id, parent, record, &desc) == 0) {
+    if (vga_get_dialog(opening.dialog_id, opening.parent, opening.record, &desc) == 0) {
         return nullptr;
     }
     VGA_FORM *form = vga_form_of(desc);
-    form->adding = mode != VGA_FORM_CHANGE;
-    form->repeat = mode == VGA_FORM_REPEAT;
+    form->adding = opening.mode != VGA_FORM_CHANGE;
+    form->repeat = opening.mode == VGA_FORM_REPEAT;
+    form->list = opening.list;
+    form->item = opening.item;
     form->pending = form->leaving = form->confirmed = form->overwrite = form->page = form->gone = 0;
     form->renaming = 0;
-    vga_form_attach(form, record, owner);
+    vga_form_attach(form, opening.record, opening.owner);
     vga_form_load(form, vga_form_shown(form));
     memcpy(vga_form_working(form), vga_form_shown(form), form->plan->data_size);
     vga_form_set_rights(form);
@@ -253,6 +276,7 @@ NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan) {
         add_callback(*static_cast<const Widget *>(vga_form_data(form, opener.member)), child_cb,
                      &opener);
     }
+    vga_form_attach_lists(form);
     vga_form_find_pages(form);
     attach_choosers(form);
     XtAddCallback(desc->widget, XmNcancelCallback, vga_close_cb, nullptr);
@@ -305,17 +329,30 @@ NB_USHORT vga_form_may_close(VGA_DIALOG *desc) {
 VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
                         VGA_FORM_MODE mode) {
     if (VGA_FORM *form = find_open(dialog_id, record, owner)) {
-        vga_raise_dialog(&form->common);
+        vga_raise_with_keyboard(&form->common);
         return form;
     }
-    return open(dialog_id, parent, record, owner, mode);
+    return open({dialog_id, parent, record, owner, mode});
 }
 
-VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id) {
+static VGA_FORM *open_child(VGA_FORM *parent, NB_USHORT dialog_id, const VGA_FORM_LIST *list,
+                            NB_LONG item) {
     if (VGA_FORM *form = find_open(dialog_id, parent, nullptr)) {
-        vga_raise_dialog(&form->common);
+        vga_raise_with_keyboard(&form->common);
         return form;
     }
     vga_form_arrange(parent); /* what its fields have now is what the child begins with */
-    return open(dialog_id, &parent->common, parent, nullptr, VGA_FORM_CHANGE);
+    return open({.dialog_id = dialog_id,
+                 .parent = &parent->common,
+                 .record = parent,
+                 .list = list,
+                 .item = item});
+}
+
+VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id) {
+    return open_child(parent, dialog_id, nullptr, 0);
+}
+
+VGA_FORM *vga_form_open_item(VGA_FORM *parent, const VGA_FORM_LIST *list, NB_LONG item) {
+    return open_child(parent, dialog_named(list->editor), list, item);
 }

@@ -41,6 +41,19 @@ struct VGA_FORM_OPENER {
     const NB_CHAR *dialog; /* the name of its row */
 };
 
+/* A list of the items within the first record of the data. */
+struct VGA_FORM_COLUMN {
+    const records::FieldRow *field;
+    const NB_CHAR *title; /* a literal of the description */
+    NB_USHORT width;      /* characters */
+};
+struct VGA_FORM_LIST {
+    NB_USHORT member; /* the manager that it is put into */
+    const records::Nested *items;
+    std::span<const VGA_FORM_COLUMN> columns;
+    const NB_CHAR *editor; /* name of the child form that edits one item */
+};
+
 /* What a form has to know of the type of the records that it edits (formrecords.h). */
 struct VGA_FORM_TYPE {
     NB_USHORT entry_size;
@@ -70,6 +83,7 @@ struct VGA_FORM_PLAN {
     std::span<const VGA_FIELD> fields = {};
     std::span<const VGA_FORM_WIDGET> widgets = {};
     std::span<const VGA_FORM_OPENER> children = {};
+    std::span<const VGA_FORM_LIST> lists = {};
     NB_USHORT pages = 1;
     NB_USHORT shown = 0, working = 0, wanted = 0, data_size = 0; /* in the descriptor */
     const VGA_FORM_TYPE *type = nullptr;     /* null: the dialog loads and issues by itself */
@@ -144,9 +158,11 @@ struct VGA_FORM {
     NB_USHORT renaming;  /* the form's own verbs take the record away, and bring it back renamed */
     Widget apply_button, reset_button, back_button, refresh_button, period;
     Widget message_line;
-    XtIntervalId timer; /* of a status form that asks by itself */
-    Widget before;      /* had the keyboard when the verb went out */
-    NB_CHAR title[64];  /* as the description has it */
+    XtIntervalId timer;        /* of a status form that asks by itself */
+    const VGA_FORM_LIST *list; /* of the parent, whose item a child form edits; null: no item */
+    NB_LONG item;              /* its number; as many as there are: a new one */
+    Widget before;             /* had the keyboard when the verb went out */
+    NB_CHAR title[64];         /* as the description has it */
     NB_UCHAR marks[VGA_FORM_MAX_FIELDS];
 };
 
@@ -180,8 +196,9 @@ NB_USHORT vga_form_may_close(VGA_DIALOG *desc);
 VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
                         VGA_FORM_MODE mode);
 
-/* Opens a child form over the form whose working data it edits. */
+/* Opens a child form over the form whose working data it edits, or one item of which it edits. */
 VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id);
+VGA_FORM *vga_form_open_item(VGA_FORM *parent, const VGA_FORM_LIST *list, NB_LONG item);
 
 /* The record, or null for a new one or when it is gone; what it belongs to, or null when that is
  * gone. */

@@ -4,6 +4,7 @@
 #include "messages.h"
 #include "ntlname.h"
 #include "vgautil.h"
+#include "wordmessages.h"
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -253,6 +254,18 @@ VGA_FAULT vga_field_from_text(const VGA_FIELD &field, const std::string &label, 
     }
     std::copy(before.begin(), before.end(), place);
     return bad_fault(field, label, data);
+}
+
+std::string vga_shown_word(const records::FieldRow &row, const std::string &text) {
+    if (row.kind == FieldKind::Flag) {
+        return vga_message(text == "yes" ? records::MSG_YES : records::MSG_NO);
+    }
+    for (const records::FieldWord &word : row.words) {
+        if (word.message != 0 && text == word.text) {
+            return vga_message(word.message);
+        }
+    }
+    return text;
 }
 
 std::string vga_field_range(const VGA_FIELD &field, const NB_VOID *data, const std::string &unit) {

@@ -122,6 +122,9 @@ NB_USHORT vga_field_length(const VGA_FIELD &field);
 VGA_FAULT vga_field_from_text(const VGA_FIELD &field, const std::string &label, const NB_CHAR *text,
                               NB_USHORT required, NB_VOID *data);
 
+/* A word or flag as windows show it; any other text as it is. */
+std::string vga_shown_word(const records::FieldRow &row, const std::string &text);
+
 /* What the field takes, as text for a hint: "From 1 to 63."; empty where there is nothing to say.
  * `unit` is what its number counts, may be empty. */
 std::string vga_field_range(const VGA_FIELD &field, const NB_VOID *data, const std::string &unit);

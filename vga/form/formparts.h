@@ -2,6 +2,7 @@
  *   form.cpp         opens and closes, fills, arranges
  *   formsubmit.cpp   checks, asks, waits for answers
  *   formrecord.cpp   follows the record and what it belongs to, titles
+ *   formlist.cpp     lists of items, and the child forms that edit one
  *   formpages.cpp    pages, guided forms, status forms, message line */
 #ifndef FORMPARTS_H
 #define FORMPARTS_H
@@ -38,6 +39,12 @@ NB_VOID vga_form_detach(VGA_FORM *form);
 std::string vga_form_answerer_of(const VGA_FORM *form);
 std::string vga_form_subject(const VGA_FORM *form);
 NB_VOID vga_form_follow(VGA_FORM *form); /* takes over what the record is now */
+
+/* formlist.cpp */
+NB_VOID vga_form_attach_lists(VGA_FORM *form);
+NB_VOID vga_form_fill_lists(VGA_FORM *form);
+NB_VOID vga_form_load_item(const VGA_FORM *form, NB_VOID *data);
+NB_VOID vga_form_accept_item(VGA_FORM *form);
 
 /* formpages.cpp */
 NB_VOID vga_form_find_pages(VGA_FORM *form);

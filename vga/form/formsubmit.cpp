@@ -78,6 +78,11 @@ NB_USHORT ask(VGA_FORM *form) {
 /* The parent gets the bytes of the fields, and what lists changed. */
 NB_VOID accept_child(VGA_FORM *form) {
     VGA_FORM *parent = vga_form_of(form->common.parent);
+    if (form->list != nullptr) {
+        vga_form_accept_item(form);
+        vga_close_children(&form->common, 1, 0);
+        return;
+    }
     auto *theirs = static_cast<NB_UCHAR *>(vga_form_working(parent));
     const auto *shown = static_cast<const NB_UCHAR *>(vga_form_shown(form));
     const auto *wanted = static_cast<const NB_UCHAR *>(vga_form_wanted(form));
