@@ -243,6 +243,12 @@ NB_VOID vga_set_sensitive(Widget widget, NB_USHORT on) {
         vga_modal_firewall_forget_tree(widget);
     }
     XtSetSensitive(widget, on != 0);
+    if (XmIsToggleButton(widget)) {
+        /* Its box has both shadows for its edges, its text is sharp without the upper one. */
+        Pixel edge = 0, ground = 0;
+        XtVaGetValues(widget, XmNbottomShadowColor, &edge, XmNbackground, &ground, nullptr);
+        XtVaSetValues(widget, XmNtopShadowColor, on != 0 ? edge : ground, nullptr);
+    }
 }
 
 NB_VOID vga_set_colours(Widget widget, Pixel background, Pixel foreground) {

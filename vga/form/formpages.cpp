@@ -3,6 +3,7 @@
 #include "form.h"
 #include "formparts.h"
 #include "globals.h"
+#include "hints.h"
 #include "holders.h"
 #include "messages.h"
 #include "toolkit.h"
@@ -182,6 +183,7 @@ NB_VOID vga_form_fit_pages(VGA_FORM *form) {
     constexpr int bar = 24, edge = 64; /* pixels: a scroll bar; what a window manager adds */
     const SIZE full = largest_page(form);
     set_page_sizes(form, full);
+    vga_reserve_hint_line(form->common.widget);
     const int over = wanted_size(form->common.widget).height + edge - HeightOfScreen(gvga_screen);
     if (over > 0) {
         set_page_sizes(form, {full.width + bar, std::max(full.height - over, full.height / 4)});
@@ -201,10 +203,7 @@ NB_VOID vga_form_show_page(VGA_FORM *form, NB_USHORT page) {
 }
 
 NB_VOID vga_form_say(VGA_FORM *form, const NB_CHAR *text) {
-    if (form->message_line != nullptr) {
-        const VGA_STRING string(text[0] != '\0' ? text : " ");
-        XtVaSetValues(form->message_line, XmNlabelString, string.get(), nullptr);
-    }
+    vga_set_line_text(form->message_line, text[0] != '\0' ? text : " ");
 }
 
 NB_USHORT vga_form_next_page(VGA_FORM *form) {

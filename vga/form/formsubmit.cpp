@@ -184,7 +184,9 @@ NB_USHORT vga_form_refuse(VGA_FORM *form, const VGA_FAULT &fault) {
                              "s s s s", argument(fault, 0), argument(fault, 1), argument(fault, 2),
                              argument(fault, 3));
     if (fault.field >= 0) {
-        vga_focus_field(vga_form_focus_of(form, static_cast<NB_USHORT>(fault.field)));
+        Widget widget = vga_form_focus_of(form, static_cast<NB_USHORT>(fault.field));
+        vga_place_box_beside(&form->common, widget);
+        vga_focus_field(widget);
     }
     return 0;
 }
