@@ -101,17 +101,28 @@ NB_VOID underline_tab(Widget page, const std::string &text, size_t at) {
     XmStringFree(whole);
 }
 
+/* A table of its own with one rendition more: a copy of a table has a count that nobody sets. */
 NB_VOID prepare_stack(Widget stack) {
     XmRenderTable fonts = nullptr;
     XtVaGetValues(stack, XmNrenderTable, &fonts, nullptr);
+    XmStringTag *tags = nullptr;
+    const int count = XmRenderTableGetTags(fonts, &tags);
+    std::vector<XmRendition> renditions;
+    for (int at = 0; at < count; at++) {
+        renditions.push_back(XmRenderTableGetRendition(fonts, tags[at]));
+        XtFree(tags[at]);
+    }
+    XtFree(reinterpret_cast<NB_CHAR *>(tags));
     Arg args[1];
     XtSetArg(args[0], XmNunderlineType, XmSINGLE_LINE);
     const VGA_NO_WARNINGS quiet; /* it has no font: that is the text's */
-    XmRendition underlined = XmRenditionCreate(stack, letter_rendition, args, 1);
-    fonts = XmRenderTableAddRenditions(XmRenderTableCopy(fonts, nullptr, 0), &underlined, 1,
-                                       XmMERGE_REPLACE);
+    renditions.push_back(XmRenditionCreate(stack, letter_rendition, args, 1));
+    fonts = XmRenderTableAddRenditions(nullptr, renditions.data(),
+                                       static_cast<Cardinal>(renditions.size()), XmMERGE_NEW);
     XtVaSetValues(stack, XmNrenderTable, fonts, nullptr); /* not copied: the stack frees it */
-    XmRenditionFree(underlined);
+    for (XmRendition rendition : renditions) {
+        XmRenditionFree(rendition);
+    }
 }
 
 NB_VOID give_tab_letter(Widget page, VGA_LETTERS &taken) {
