@@ -21,8 +21,10 @@ pid_t server;
     dup2(quiet, STDOUT_FILENO);
     dup2(quiet, STDERR_FILENO);
     const std::string fd = std::to_string(display_fd);
-    execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1280x1024x24", "-nolisten",
-           "tcp", "-noreset", static_cast<char *>(nullptr));
+    const char *small = getenv("GUI_SCREEN"); // of another size: "1024x768x24"
+    const char *screen = small != nullptr ? small : "1280x1024x24";
+    execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", screen, "-nolisten", "tcp",
+           "-noreset", static_cast<char *>(nullptr));
     _exit(127);
 }
 

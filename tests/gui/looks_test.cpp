@@ -2,7 +2,7 @@
 // are whole, also in long translations.  LOOKS_CASE in the environment chooses what the run is
 // about (CMakeLists.txt); without it, it is the ordinary look.
 
-#include "gui_windows.h"
+#include "looks.h"
 
 #include "buttonletters.h"
 #include "checkedmodel.h"
@@ -45,76 +45,9 @@
 #include <utility>
 #include <vector>
 
+using namespace looks;
+
 namespace {
-
-struct LOOK {
-    const char *name, *resources, *language;
-    double text_contrast;
-    int unit; // pixels of a font unit
-};
-
-const LOOK cases[] = {
-    {"light", "", "", 4.5, 8},
-    {"dark", "Quiladmin*customization: -dark\n", "", 4.5, 8},
-    {"contrast", "Quiladmin*customization: -contrast\n", "", 7, 8},
-    {"dots", "Xft.dpi: 192\nQuiladmin*size: big\n", "", 4.5, 16},
-    {"pseudo", "", "xx_XX", 4.5, 8},
-};
-
-const LOOK &look() {
-    const char *wanted = getenv("LOOKS_CASE");
-    for (const LOOK &row : cases) {
-        if (wanted != nullptr && strcmp(row.name, wanted) == 0) {
-            return row;
-        }
-    }
-    return cases[0];
-}
-
-/* What the operator's session would say.  It stays with the server. */
-void set_session_resources(const char *text) {
-    Display *display = XOpenDisplay(nullptr);
-    ASSERT_NE(display, nullptr);
-    XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8,
-                    PropModeReplace, reinterpret_cast<const unsigned char *>(text),
-                    static_cast<int>(strlen(text)));
-    XCloseDisplay(display);
-}
-
-/* The build tree as a prefix; its own path may be too long for one. */
-void set_language(const std::string &language) {
-    if (!language.empty()) {
-        setenv("LANG", language.c_str(), 1);
-        setenv("LC_ALL", "C.UTF-8", 1);
-        setenv("UIDPATH",
-               (std::string(nba_prefix()) + "/lib/X11/" + language +
-                "/uid/Quiladmin/%U:" + nba_prefix() + "/lib/X11/uid/Quiladmin/%U")
-                   .c_str(),
-               1);
-    }
-}
-
-/* Every widget and gadget below one, menus and dialogs over it included. */
-void collect(Widget widget, std::vector<Widget> &all) {
-    all.push_back(widget);
-    if (XtIsWidget(widget)) {
-        for (Cardinal popup = 0; popup < widget->core.num_popups; popup++) {
-            collect(widget->core.popup_list[popup], all);
-        }
-    }
-    if (XtIsComposite(widget)) {
-        WidgetList children = nullptr;
-        Cardinal count = 0;
-        XtVaGetValues(widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-        for (Cardinal child = 0; child < count; child++) {
-            collect(children[child], all);
-        }
-    }
-}
-
-bool is_label(Widget widget) {
-    return XmIsLabel(widget) || XmIsLabelGadget(widget);
-}
 
 bool shows_text(Widget widget) {
     return is_label(widget) || XmIsTextField(widget) || XmIsText(widget) || XmIsList(widget);
@@ -147,14 +80,7 @@ double contrast(Pixel one, Pixel other) {
 
 class Looks : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        static gui::PREFIX prefix;
-        set_language(look().language);
-        set_session_resources(look().resources);
-        nba_pd_set_log("/dev/null", NB_PD_ALL);
-        ASSERT_EQ(vga_load_messages(), 1);
-        gui::open_windows();
-    }
+    static void SetUpTestSuite() { looks::open_windows(); }
 
     /* The node window on a node, and over it a message box with all of its buttons. */
     void SetUp() override {
@@ -241,27 +167,13 @@ TEST_F(Looks, DistancesFollowTheText) {
     EXPECT_EQ(width, std::min<int>(132 * horizontal, screen));
 }
 
-/* Wherever a label stands, it has the room that it asks for, and so has what it stands in. */
 TEST_F(Looks, LabelsAreWhole) {
     int seen = 0;
     for (Widget widget : widgets) {
-        if (!is_label(widget) || XmIsDrawnButton(widget) || !XtIsManaged(widget) ||
-            !XtIsRealized(widget) || XmIsMenuShell(XtParent(XtParent(widget)))) {
-            continue;
-        }
-        SCOPED_TRACE(gui::label_text(widget) + " in " + XtName(widget));
-        seen++;
-        XtWidgetGeometry wanted = {};
-        XtQueryGeometry(widget, nullptr, &wanted);
-        const auto *core = &widget->core;
-        EXPECT_GE(core->width, wanted.width);
-        EXPECT_GE(core->height, wanted.height);
-        for (Widget part = widget; !XtIsShell(XtParent(part)); part = XtParent(part)) {
-            const auto *room = &XtParent(part)->core;
-            EXPECT_GE(part->core.x, 0);
-            EXPECT_GE(part->core.y, 0);
-            EXPECT_LE(part->core.x + part->core.width, room->width) << XtName(part);
-            EXPECT_LE(part->core.y + part->core.height, room->height) << XtName(part);
+        if (is_label(widget) && !XmIsDrawnButton(widget) && XtIsManaged(widget) &&
+            XtIsRealized(widget) && !XmIsMenuShell(XtParent(XtParent(widget)))) {
+            seen++;
+            expect_whole(widget);
         }
     }
     EXPECT_GT(seen, 25);
