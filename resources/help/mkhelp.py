@@ -3,10 +3,13 @@
 
 usage: mkhelp.py OUTPUT TITLE SOURCE...
 
+A source *.labels lists the fields of dialogs, "topic<TAB>file:line<TAB>label" each: a definition of
+the topic has to name it, alone or as one of several ("Local LU, mode").
+
 Topics stand in the contents in the order of the files and of the topics in them.  A fault is a
-topic that is there twice, a link to a topic that is not there, a topic that nothing leads to, one
-without text, a mark that does not end, and text that would not fit; each is printed as file:line,
-no volume is written, and the exit status is 1.
+field that is not explained, a topic that is there twice, a link to a topic that is not there, a
+topic that nothing leads to, one without text, a mark that does not end, and text that would not fit;
+each is printed as file:line, no volume is written, and the exit status is 1.
 """
 
 import re
@@ -39,10 +42,21 @@ class Reader:
     """Reads sources into topics; faults are collected as texts."""
 
     def __init__(self):
-        self.topics, self.faults = [], []
+        self.topics, self.faults, self.labels = [], [], []
 
     def fault(self, place, text):
         self.faults.append(f"{place}: {text}")
+
+    def read_labels(self, path):
+        lines = path.read_text(encoding="utf-8").splitlines()
+        self.labels += [line.split("\t") for line in lines]
+
+    def check_labels(self):
+        named = {(topic.name, name.strip()) for topic in self.topics
+                 for _, kind, _, text in topic.blocks if kind == "D" for name in text.lower().split(",")}
+        for name, place, label in self.labels:
+            if (name, label.rstrip(":").lower()) not in named:
+                self.fault(place, f'the help topic {name} does not explain "{label}"')
 
     def read(self, path):
         number_of_item = 0
@@ -181,7 +195,8 @@ def main(arguments):
         return 2
     reader = Reader()
     for name in arguments[3:]:
-        reader.read(Path(name))
+        (reader.read_labels if name.endswith(".labels") else reader.read)(Path(name))
+    reader.check_labels()
     body = "".join(line + "\n" for line in Writer(reader).records(arguments[2])).encode()
     if not reader.topics:
         reader.fault(arguments[3], "there is no topic")

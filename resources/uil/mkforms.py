@@ -7,6 +7,7 @@ forms.uih   the dialogs as window descriptions, with all their texts
 forms.h     for each its data, its descriptor, its fields as an enum, and the functions that its own
             code has to define
 forms.inc   for each its table of fields, its plan, vga_get_widgets_<name> and vga_<prefix>_close_proc
+forms.labels  what the dialog's help topic has to explain (mkhelp.py)
 
 FIELDS is what listfields prints: kind, width, bounds, unit and words of a field are those of its
 schema and are not said again.  A description is a line a thing, lines that begin with # are comments:
@@ -672,6 +673,9 @@ def main():
     (folder / 'forms.h').write_text('\n'.join(header + ['#endif', '']), encoding='utf-8')
     (folder / 'forms.inc').write_text('\n'.join(source), encoding='utf-8')
     (folder / 'formrows.h').write_text('\n'.join([code] + rows_of_table(dialogs)), encoding='utf-8')
+    labels = [f'{dialog.name}\t{item.place}\t{item.label}\n'
+              for dialog in dialogs for item in dialog.items if item.what != 'child']
+    (folder / 'forms.labels').write_text(''.join(labels), encoding='utf-8')
     return 0
 
 

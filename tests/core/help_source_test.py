@@ -21,12 +21,13 @@ that goes on, [[man:quiladmin(1)]] and [[app:web1|the web]].
 # one
 
 # two
-: term :: meaning
+: term, other term :: meaning
 ! note
 |   as it stands
 == page: Page
 See [[+home|the first one]].
 """
+LABELS = "LABELS\nhome\ta.dlg:4\tOther term:\n"
 
 FAULTS = (  # what stands behind the good source, and the fault it has
     ("= home: Again\nText.\n", "is there twice"),
@@ -40,6 +41,8 @@ FAULTS = (  # what stands behind the good source, and the fault it has
     ("= other: Other\n| " + "x" * 73 + "\n", "more than 72"),
     ("= other: Other\n=== deep: Deep\nText.\n", "nested deeper"),
     ("= other: Other\nA\tb.\n", "cannot be printed"),
+    ("LABELS\nhome\ta.dlg:5\tThird:\n", 'a.dlg:5: the help topic home does not explain "Third:"'),
+    ("LABELS\npage\ta.dlg:5\tTerm\n", "a.dlg:5: the help topic page does not explain"),
 )
 
 RECORDS = ("C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow it",
@@ -51,12 +54,14 @@ RECORDS = ("C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow 
 
 def make(mkhelp, folder, text):
     """Returns the exit status, what was printed, and the volume or None."""
-    source, volume = folder / "test.hlp", folder / "volume"
+    source, volume, labels = folder / "test.hlp", folder / "volume", folder / "test.labels"
+    text, _, fields = text.partition("LABELS\n")
     source.write_text(text, encoding="utf-8")
+    labels.write_text(fields, encoding="utf-8")
     volume.unlink(missing_ok=True)
     printed = io.StringIO()
     with contextlib.redirect_stderr(printed):
-        status = mkhelp.main(["mkhelp", str(volume), "Title", str(source)])
+        status = mkhelp.main(["mkhelp", str(volume), "Title", str(source), str(labels)])
     return status, printed.getvalue(), volume.read_text() if volume.exists() else None
 
 
@@ -69,7 +74,7 @@ def main(arguments):
     wrong = []
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
-        status, printed, volume = make(mkhelp, folder, GOOD)
+        status, printed, volume = make(mkhelp, folder, GOOD + LABELS)
         if status != 0:
             wrong.append(f"a good source was refused: {printed}")
         wrong += [f"missing: {record!r}" for record in RECORDS
