@@ -127,8 +127,10 @@ TEST_F(SessionLimits, ResetIsAskedFor) {
     enter("*mdslsLimit", "0");
     push(form->apply_button);
     EXPECT_NE(gui::box_text(&form->common), "");
+    answer_box(); // Return says Cancel where sessions are lost
     EXPECT_TRUE(scripted_nof.in_flight.empty());
-    answer_box();
+    push(form->apply_button);
+    push(XtNameToWidget(form->common.modal_dlg.dialog, "OK"));
     NAP_SESSION_LIMIT_VERB verb = issued();
     EXPECT_EQ(verb.sess_limit, 0);
     EXPECT_EQ(verb.min_conwinners, 0) << "without sessions there are no winners";
@@ -140,7 +142,7 @@ TEST_F(SessionLimits, ResetIsAskedFor) {
     EXPECT_EQ(mode->vcb->sess_limit, 16);
     answer_box();
     push(form->apply_button);
-    answer_box(); // the question again
+    push(XtNameToWidget(form->common.modal_dlg.dialog, "OK")); // the question again
     scripted_nof.complete();
     gui::settle();
     EXPECT_EQ(mode->vcb->sess_limit, 0);

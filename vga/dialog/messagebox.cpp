@@ -125,6 +125,7 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     Widget ok = XtNameToWidget(box.dialog, "OK");
     vga_set_sensitive(XtNameToWidget(box.dialog, "Help"), request.help_key != nullptr);
     const BOX_LOOK &look = looks[request.type];
+    const bool cancel_first = question != 0 && box.loses != 0;
     VGA_STRING title(vga_message(look.title));
     XtVaSetValues(box.dialog, XmNdialogTitle, title.get(), XmNdialogType, look.dialog_type,
                   XmNmessageString, request.text, nullptr);
@@ -135,6 +136,8 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     const Widget stops[] = {ok, box.ok_to_all_button, box.no_button, box.cancel_button,
                             XtNameToWidget(box.dialog, "Help")};
     vga_define_tab_groups(stops, XtNumber(stops));
+    XtVaSetValues(box.dialog, XmNdefaultButtonType,
+                  cancel_first ? XmDIALOG_CANCEL_BUTTON : XmDIALOG_OK_BUTTON, nullptr);
 }
 
 VGA_AREA area_of(Widget widget) {
@@ -189,6 +192,10 @@ NB_VOID show(const MODAL_REQUEST &request) {
     box.beside = nullptr;
     XtVaSetValues(box.dialog, XmNdefaultPosition, subject == nullptr, nullptr);
     XtManageChild(box.dialog);
+    if (request.type == VGA_MODAL_CONFIRM && box.loses != 0) {
+        XmProcessTraversal(box.cancel_button, XmTRAVERSE_CURRENT);
+        box.loses = 0;
+    }
     if (subject != nullptr) {
         place_beside(parent, subject);
     }
@@ -368,6 +375,10 @@ NB_VOID vga_display_modal_dialog(VGA_MODAL_TYPE type, VGA_DIALOG *parent, XmStri
         return;
     }
     show(request);
+}
+
+NB_VOID vga_question_loses(VGA_DIALOG *parent) {
+    parent->modal_dlg.loses = 1;
 }
 
 NB_VOID vga_place_box_beside(VGA_DIALOG *parent, Widget field) {

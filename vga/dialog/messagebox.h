@@ -42,8 +42,9 @@ struct VGA_MODAL_DLG {
     VGA_MODAL_CB callback; /* may be null */
     NB_ULONG client_data;
     const NB_CHAR *help_key;
-    Widget beside; /* the field that the error shown next is about; null: none that is known */
-    NB_LQE queue;  /* messages that wait */
+    NB_USHORT loses; /* flag: the question shown next is about a loss */
+    Widget beside;   /* the field that the error shown next is about; null: none that is known */
+    NB_LQE queue;    /* messages that wait */
 };
 
 /* Formats a message as vga_print_msg does and shows it over `parent`; over the main dialog for
@@ -55,6 +56,10 @@ NB_VOID vga_display_error_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB
 NB_VOID vga_display_info_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB_CHAR *help_key,
                                 VGA_MODAL_CB callback, NB_ULONG client_data, const NB_CHAR *types,
                                 ...);
+
+/* The question of `parent` that is displayed next is about something that would be lost: Return
+ * says Cancel. */
+NB_VOID vga_question_loses(VGA_DIALOG *parent);
 
 /* The error of `parent` that was displayed last is about this field: its box stands beside the
  * dialog or, on a small screen, beside the field.  Without the call it stands beside what has the

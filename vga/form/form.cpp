@@ -319,8 +319,9 @@ NB_USHORT vga_form_may_close(VGA_DIALOG *desc) {
     if (form->read_only != 0 || form->pending != 0 || changes <= few) {
         return 1;
     }
-    vga_form_ask(form, {.message = VGA_MSG_FORM_DISCARD, .arguments = {std::to_string(changes)}},
-                 discard_cb);
+    vga_form_ask(
+        form, {.message = VGA_MSG_FORM_DISCARD, .loses = 1, .arguments = {std::to_string(changes)}},
+        discard_cb);
     return 0;
 }
 

@@ -58,7 +58,7 @@ NB_VOID overwrite_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle) {
 NB_USHORT ask(VGA_FORM *form) {
     const std::string others = contested(form);
     if (!others.empty() && form->overwrite == 0) {
-        vga_form_ask(form, {.message = VGA_MSG_FORM_OVERWRITE, .arguments = {others}},
+        vga_form_ask(form, {.message = VGA_MSG_FORM_OVERWRITE, .loses = 1, .arguments = {others}},
                      overwrite_cb);
         return 1;
     }
@@ -192,6 +192,9 @@ NB_USHORT vga_form_refuse(VGA_FORM *form, const VGA_FAULT &fault) {
 }
 
 NB_VOID vga_form_ask(VGA_FORM *form, const VGA_FAULT &question, VGA_MODAL_CB callback) {
+    if (question.loses != 0) {
+        vga_question_loses(&form->common);
+    }
     vga_display_confirm_dialog(&form->common, question.message, help_of(form, question), callback,
                                vga_form_handle(form), "s s s s", argument(question, 0),
                                argument(question, 1), argument(question, 2), argument(question, 3));
