@@ -8,6 +8,7 @@
 #include "globals.h"
 #include "hints.h"
 #include "messages.h"
+#include "nesteditems.h"
 #include "widgets.h"
 #include <Xm/MessageB.h>
 #include <cstring>
@@ -247,6 +248,7 @@ VGA_FORM *open(const OPENING &opening) {
     vga_form_fill(form);
     vga_form_show_title(form);
     vga_form_fit_pages(form);
+    vga_form_show_page(form, 0);
     vga_display_dialog(desc);
     if (Widget first = vga_form_first_field(form)) {
         vga_focus_field(first);
@@ -337,7 +339,7 @@ VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record
 }
 
 static VGA_FORM *open_child(VGA_FORM *parent, NB_USHORT dialog_id, const VGA_FORM_LIST *list,
-                            NB_LONG item) {
+                            NB_LONG item, VGA_FORM_MODE mode) {
     if (VGA_FORM *form = find_open(dialog_id, parent, nullptr)) {
         vga_raise_with_keyboard(&form->common);
         return form;
@@ -346,14 +348,18 @@ static VGA_FORM *open_child(VGA_FORM *parent, NB_USHORT dialog_id, const VGA_FOR
     return open({.dialog_id = dialog_id,
                  .parent = &parent->common,
                  .record = parent,
+                 .mode = mode,
                  .list = list,
                  .item = item});
 }
 
 VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id) {
-    return open_child(parent, dialog_id, nullptr, 0);
+    return open_child(parent, dialog_id, nullptr, 0, VGA_FORM_CHANGE);
 }
 
 VGA_FORM *vga_form_open_item(VGA_FORM *parent, const VGA_FORM_LIST *list, NB_LONG item) {
-    return open_child(parent, dialog_named(list->editor), list, item);
+    const auto *entry = static_cast<const NB_UCHAR *>(vga_form_working(parent));
+    const auto items = static_cast<NB_LONG>(records::item_count(*list->items, entry));
+    return open_child(parent, dialog_named(list->editor), list, item,
+                      item < items ? VGA_FORM_CHANGE : VGA_FORM_ADD);
 }

@@ -106,6 +106,23 @@ NB_VOID vga_form_load_item(const VGA_FORM *form, NB_VOID *data) {
     }
 }
 
+/* An item is called by its first field. */
+NB_USHORT vga_form_item_is_taken(const VGA_FORM *form) {
+    const VGA_FORM *parent = vga_form_of(form->common.parent);
+    const records::Nested &items = *form->list->items;
+    const records::FieldRow &name = items.fields.front();
+    const auto *entry = static_cast<const NB_UCHAR *>(vga_form_working(parent));
+    const auto *wanted = static_cast<const NB_UCHAR *>(vga_form_wanted(form));
+    const std::string text = records::format_field(name, wanted);
+    for (NB_ULONG at = 0; at < records::item_count(items, entry); at++) {
+        if (static_cast<NB_LONG>(at) != form->item &&
+            records::item_text(items, entry, at, name) == text) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
 NB_VOID vga_form_accept_item(VGA_FORM *form) {
     VGA_FORM *parent = vga_form_of(form->common.parent);
     const records::Nested &items = *form->list->items;

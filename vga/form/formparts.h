@@ -45,6 +45,8 @@ NB_VOID vga_form_attach_lists(VGA_FORM *form);
 NB_VOID vga_form_fill_lists(VGA_FORM *form);
 NB_VOID vga_form_load_item(const VGA_FORM *form, NB_VOID *data);
 NB_VOID vga_form_accept_item(VGA_FORM *form);
+NB_USHORT
+vga_form_item_is_taken(const VGA_FORM *form); /* another item has the name that is wanted */
 
 /* formpages.cpp */
 NB_VOID vga_form_find_pages(VGA_FORM *form);

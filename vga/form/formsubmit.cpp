@@ -17,12 +17,20 @@ const NB_CHAR *help_of(const VGA_FORM *form, const VGA_FAULT &fault) {
     return fault.help_key != nullptr ? fault.help_key : form->plan->help;
 }
 
-/* A name that another record of the owner has. */
+/* A name that another record of the owner, or another item of the list, has. */
+NB_USHORT name_is_taken(const VGA_FORM *form) {
+    const VGA_FORM_PLAN &plan = *form->plan;
+    if (form->list != nullptr) {
+        return vga_form_item_is_taken(form);
+    }
+    return plan.type != nullptr && form->adding != 0 && form->gone == 0 &&
+           plan.kind != VGA_FORM_CHILD &&
+           plan.type->find(vga_form_owner(form), vga_form_wanted(form)) != nullptr;
+}
+
 VGA_FAULT check_name(const VGA_FORM *form) {
     const VGA_FORM_PLAN &plan = *form->plan;
-    if (plan.type == nullptr || form->adding == 0 || form->gone != 0 ||
-        plan.kind == VGA_FORM_CHILD ||
-        plan.type->find(vga_form_owner(form), vga_form_wanted(form)) == nullptr) {
+    if (name_is_taken(form) == 0) {
         return {};
     }
     for (NB_USHORT field = 0; field < plan.fields.size(); field++) {
@@ -95,7 +103,8 @@ NB_VOID accept_child(VGA_FORM *form) {
 
 NB_VOID next_entry(VGA_FORM *form) {
     NB_CHAR text[200];
-    vga_print_msg(text, sizeof(text), VGA_MSG_FORM_ADDED, "s", vga_form_subject(form).c_str());
+    const std::string name = vga_form_text_of(form, 0, vga_form_wanted(form));
+    vga_print_msg(text, sizeof(text), VGA_MSG_FORM_ADDED, "s", name.c_str());
     const std::vector<NB_UCHAR> nothing(form->plan->data_size);
     form->filling = 1;
     for (NB_USHORT field = static_cast<NB_USHORT>(form->plan->fields.size()); field-- > 0;) {
