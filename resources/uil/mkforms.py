@@ -15,7 +15,8 @@ schema and are not said again.  A description is a line a thing, lines that begi
     dialog NAME "Title" of SCHEMA TYPE [with SCHEMA TYPE]...   what it shows: records and their types
     widgets NAME        vga_get_widgets_NAME looks its widgets up
     include FILE        header with constants and types that the lines below name
-    status              shows only: Close, Refresh, when it was asked, how often to ask again
+    status              shows only: Close, Refresh, when it was asked, how often to ask again; unless
+                        its plan says otherwise, it asks for the record's entry in its list
     child               edits a part of the data of the form that opens it, and accepts without a verb
     guided              one page after the other, with Back and a summary
     state TYPE          the descriptor has a member `state` of that type, for the dialog's own code
@@ -339,7 +340,8 @@ class Describer:
         buttons = [('Refresh', 'form_refresh')] if dialog.status else [('Back', 'form_back')] if (
             dialog.guided) else [] if dialog.child else [('Apply', 'form_apply'), ('Reset', 'form_reset')]
         self.put('XmMessageBox', name,
-                 [f'arguments {"form_status_box" if dialog.status else "form_box"}',
+                 ['arguments form_box',
+                  f'XmNokLabelString = {text("Close" if dialog.status else "OK")}',
                   f'XmNdialogTitle = {text(dialog.title)}'],
                  [f'XmForm {name}Form'] + [f'XmPushButton {name}{part}Button' for part, _ in buttons])
         for part, look in buttons:
@@ -365,7 +367,8 @@ class Describer:
             controls = [above]
         if self.dialog.status:
             controls.append(f'XmOptionMenu {name}Period')
-            self.period()
+            self.period(above)
+            above = f'XmOptionMenu {name}Period'
         self.put('XmForm', f'{name}Form', ['arguments form_area'],
                  controls + [f'XmLabel {name}MessageLine'])
         self.put('XmLabel', f'{name}MessageLine', ['arguments form_message', f'XmNtopWidget = {above}'])
@@ -440,9 +443,10 @@ class Describer:
         for word, label in words:
             self.put('XmPushButton', f'{item.widget}{one_word(word)}', [f'XmNlabelString = {text(label)}'])
 
-    def period(self):
+    def period(self, above):
         name = self.dialog.name
-        self.put('XmOptionMenu', f'{name}Period', ['arguments form_period'],
+        self.put('XmOptionMenu', f'{name}Period',
+                 ['arguments form_period', f'XmNtopWidget = {above}'],
                  [f'XmPulldownMenu {name}PeriodMenu'])
         periods = [('Never', 'only when asked'), ('5', 'every 5 seconds'), ('15', 'every 15 seconds'),
                    ('60', 'every minute')]
@@ -620,8 +624,10 @@ class Coder:
         if record.startswith('VGA_') and not dialog.child:
             members['type'] = f'&vga_form_type<{record}>'
             members['schema'] = f'&records::{schema}'
-            if not kinds and 'issue' not in dialog.plan:
+            if not kinds:
                 members['issue'] = 'vga_form_issue_define'
+            if dialog.status:
+                members['refresh'] = 'vga_form_issue_read'
         members.update(dialog.plan)
         out += [f'    .{member} = {members[member]},' for member in PLAN_ORDER if member in members]
         unknown = set(members) - set(PLAN_ORDER)

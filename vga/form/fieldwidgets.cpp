@@ -155,8 +155,11 @@ NB_VOID read_widget(const VGA_FORM *form, NB_USHORT number, NB_CHAR *text) {
 
 NB_VOID put_label(Widget label, const std::string &text) {
     /* A label without text would lose its height. */
-    VGA_STRING string(text.empty() ? " " : text.c_str());
-    XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
+    const std::string shown = text.empty() ? " " : text;
+    if (shown != label_text(label)) { /* the same would be drawn again */
+        const VGA_STRING string(shown.c_str());
+        XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
+    }
 }
 
 /* Enabling. */

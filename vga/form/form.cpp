@@ -44,7 +44,8 @@ NB_VOID vga_form_arrange(VGA_FORM *form) {
     vga_dialog_sensitive(&form->common, form->apply_button, idle);
     vga_set_sensitive(form->apply_button, idle && (changed || form->adding != 0));
     vga_set_sensitive(form->reset_button, idle && changed);
-    vga_set_sensitive(form->refresh_button, idle);
+    vga_set_sensitive(form->refresh_button, vga_form_record(form) != nullptr);
+    vga_set_sensitive(form->period, vga_form_record(form) != nullptr);
     vga_set_sensitive(form->back_button, idle && form->page > 0);
     vga_set_sensitive(vga_get_work_area(form->common.widget),
                       idle || form->plan->kind == VGA_FORM_STATUS);
@@ -254,7 +255,8 @@ VGA_FORM *open(const OPENING &opening) {
         vga_focus_field(first);
     }
     if (form->plan->kind == VGA_FORM_STATUS) {
-        vga_form_refreshed(form);
+        form->as_of = 0; /* the model may know no more than what the node said long ago */
+        vga_form_ask_anew(form);
     }
     return form;
 }
@@ -290,10 +292,7 @@ NB_VOID vga_form_close_proc(VGA_DIALOG *desc) {
     VGA_FORM *form = vga_form_of(desc);
     vga_form_detach(form);
     form->read_only = 1; /* there is nothing that could be changed */
-    if (form->timer != 0) {
-        XtRemoveTimeOut(form->timer);
-        form->timer = 0;
-    }
+    vga_form_stop_asking(form);
     /* Neither a password nor what a child form left is for the next one who opens it. */
     form->filling = 1;
     for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {

@@ -16,6 +16,7 @@
 #include "formfields.h"
 #include "verbqueue.h"
 #include "vgadgutl.h"
+#include <ctime>
 
 #define VGA_FORM_MAX_FIELDS 64
 
@@ -159,6 +160,7 @@ struct VGA_FORM {
     Widget apply_button, reset_button, back_button, refresh_button, period;
     Widget message_line;
     XtIntervalId timer;        /* of a status form that asks by itself */
+    time_t as_of;              /* when what it shows was so */
     const VGA_FORM_LIST *list; /* of the parent, whose item a child form edits; null: no item */
     NB_LONG item;              /* its number; as many as there are: a new one */
     Widget before;             /* had the keyboard when the verb went out */

@@ -182,12 +182,11 @@ std::string text_of(const VGA_FIELD &field, const NB_UCHAR *base) {
     if (field.style == VGA_STYLE_MAC) {
         return with(text, 2, ':');
     }
-    if (field.style == VGA_STYLE_NODE_ID) {
+    if (row.kind == FieldKind::Hex) {
         text.insert(0, 8 - std::min<size_t>(text.size(), 8), '0');
         std::transform(text.begin(), text.end(), text.begin(), toupper);
-        return text.insert(3, " ");
     }
-    return text;
+    return field.style == VGA_STYLE_NODE_ID ? text.insert(3, " ") : text;
 }
 
 } // namespace

@@ -108,19 +108,21 @@ NB_VOID back_cb(Widget widget, XtPointer, XtPointer) {
 
 /* Status forms. */
 
-NB_VOID ask_anew(VGA_FORM *form) {
-    if (form->pending != 0 || form->plan->refresh == nullptr || vga_form_record(form) == nullptr) {
+/* What it shows stays of use meanwhile, and the keyboard where it is. */
+NB_VOID ask(VGA_FORM *form) {
+    if (form->pending != 0 || vga_form_record(form) == nullptr) {
         return;
     }
-    vga_form_set_pending(form, 1);
+    form->pending = 1;
     if (form->plan->refresh(form) == 0) {
-        vga_form_set_pending(form, 0);
+        form->pending = 0;
+        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
     }
 }
 
 NB_VOID refresh_cb(Widget widget, XtPointer, XtPointer) {
     if (VGA_FORM *form = vga_form_of_widget(widget)) {
-        ask_anew(form);
+        vga_form_ask_anew(form);
     }
 }
 
@@ -134,16 +136,28 @@ NB_ULONG seconds_of(const VGA_FORM *form) {
     return chosen != nullptr ? strtoul(XtName(chosen) + before.size(), nullptr, 10) : 0;
 }
 
+NB_VOID set_timer(VGA_FORM *form);
+
 NB_VOID time_out(XtPointer data, XtIntervalId *) {
     auto *form = static_cast<VGA_FORM *>(data);
     form->timer = 0;
-    ask_anew(form);
-    vga_form_set_timer(form);
+    set_timer(form);
+    ask(form);
+}
+
+NB_VOID set_timer(VGA_FORM *form) {
+    if (form->timer != 0) {
+        XtRemoveTimeOut(form->timer);
+        form->timer = 0;
+    }
+    if (const NB_ULONG seconds = seconds_of(form)) {
+        form->timer = XtAppAddTimeOut(gvga_appcontext, seconds * 1000, time_out, form);
+    }
 }
 
 NB_VOID period_cb(Widget widget, XtPointer, XtPointer) {
     if (VGA_FORM *form = vga_form_of_widget(widget)) {
-        vga_form_set_timer(form);
+        set_timer(form);
     }
 }
 
@@ -225,27 +239,34 @@ NB_USHORT vga_form_next_page(VGA_FORM *form) {
     return 1;
 }
 
-NB_VOID vga_form_refreshed(VGA_FORM *form) {
-    NB_CHAR clock[64] = "", text[200];
-    const time_t now = time(nullptr);
+NB_VOID vga_form_ask_anew(VGA_FORM *form) {
+    vga_form_say_waiting(form);
+    ask(form);
+}
+
+NB_VOID vga_form_say_when(VGA_FORM *form) {
+    NB_CHAR clock[64], text[200] = "";
     struct tm parts;
-    if (localtime_r(&now, &parts) != nullptr) {
+    if (form->as_of != 0 && localtime_r(&form->as_of, &parts) != nullptr) {
         strftime(clock, sizeof(clock), "%X", &parts);
+        vga_print_msg(text, sizeof(text), VGA_MSG_FORM_AS_OF, "s", clock);
     }
-    vga_form_reload(form);
-    if (form->pending != 0) {
-        vga_form_set_pending(form, 0);
-    }
-    vga_print_msg(text, sizeof(text), VGA_MSG_FORM_AS_OF, "s", clock);
     vga_form_say(form, text);
 }
 
-NB_VOID vga_form_set_timer(VGA_FORM *form) {
-    if (form->timer != 0) {
-        XtRemoveTimeOut(form->timer);
-        form->timer = 0;
-    }
-    if (const NB_ULONG seconds = seconds_of(form)) {
-        form->timer = XtAppAddTimeOut(gvga_appcontext, seconds * 1000, time_out, form);
+NB_VOID vga_form_refreshed(VGA_FORM *form) {
+    form->as_of = time(nullptr);
+    vga_form_reload(form);
+    vga_form_say_when(form);
+}
+
+NB_VOID vga_form_stop_asking(VGA_FORM *form) {
+    Widget menu = nullptr;
+    WidgetList items = nullptr;
+    if (form->period != nullptr) {
+        XtVaGetValues(form->period, XmNsubMenuId, &menu, nullptr);
+        XtVaGetValues(menu, XmNchildren, &items, nullptr);
+        XtVaSetValues(form->period, XmNmenuHistory, items[0], nullptr);
+        set_timer(form);
     }
 }

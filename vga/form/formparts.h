@@ -53,8 +53,11 @@ NB_VOID vga_form_find_pages(VGA_FORM *form);
 NB_VOID vga_form_fit_pages(VGA_FORM *form); /* before it comes on the screen */
 NB_VOID vga_form_show_page(VGA_FORM *form, NB_USHORT page);
 NB_VOID vga_form_say(VGA_FORM *form, const NB_CHAR *text); /* in the message line */
-NB_USHORT vga_form_next_page(VGA_FORM *form);              /* 0: there was none */
-NB_VOID vga_form_refreshed(VGA_FORM *form);
-NB_VOID vga_form_set_timer(VGA_FORM *form);
+NB_VOID vga_form_say_waiting(VGA_FORM *form);
+NB_USHORT vga_form_next_page(VGA_FORM *form); /* 0: there was none */
+NB_VOID vga_form_ask_anew(VGA_FORM *form);
+NB_VOID vga_form_refreshed(VGA_FORM *form); /* shows what is so now, and says when */
+NB_VOID vga_form_say_when(VGA_FORM *form);
+NB_VOID vga_form_stop_asking(VGA_FORM *form); /* until the operator chooses a period again */
 
 #endif

@@ -60,7 +60,10 @@ NB_VOID follow_field(VGA_FORM *form, NB_USHORT field, const NB_UCHAR *fresh) {
 NB_VOID tell_loss(VGA_FORM *form, NB_USHORT message) {
     vga_close_children(&form->common, 0, 1);
     vga_form_set_rights(form);
-    if (form->read_only != 0 && form->pending != 0) {
+    if (form->plan->kind == VGA_FORM_STATUS) {
+        form->pending = 0;
+        vga_form_stop_asking(form);
+    } else if (form->read_only != 0 && form->pending != 0) {
         vga_form_set_pending(form, 0); /* no answer changes anything any more */
     }
     vga_form_arrange(form);
@@ -183,6 +186,6 @@ NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHAN
         }
     } else if (own || (desc->parent_item != nullptr && plan.shows_too != nullptr &&
                        plan.shows_too(form, item) != 0)) {
-        vga_form_follow(form);
+        (plan.kind == VGA_FORM_STATUS ? vga_form_refreshed : vga_form_follow)(form);
     }
 }

@@ -164,7 +164,13 @@ NB_VOID end_in_failure(VGA_FORM *form) {
 }
 
 NB_VOID fail(VGA_FORM *form, const NAP_VCB &vcb) {
-    end_in_failure(form);
+    if (form->plan->kind == VGA_FORM_STATUS) {
+        form->pending = 0;
+        vga_form_stop_asking(form);
+        vga_form_say_when(form);
+    } else {
+        end_in_failure(form);
+    }
     vga_display_verb_error(&form->common, &vcb);
 }
 
@@ -232,14 +238,18 @@ VGA_FAULT vga_form_collect(VGA_FORM *form, NB_SHORT page) {
     return page < 0 && plan.check != nullptr ? plan.check(form, wanted) : VGA_FAULT{};
 }
 
+NB_VOID vga_form_say_waiting(VGA_FORM *form) {
+    NB_CHAR text[200];
+    vga_print_msg(text, sizeof(text), VGA_MSG_FORM_WAITING, "s",
+                  vga_form_answerer_of(form).c_str());
+    vga_form_say(form, text);
+}
+
 /* Meanwhile the keyboard rests: on Cancel, a second press of Return would close the dialog.  The
  * mouse and Escape can. */
 NB_VOID vga_form_set_pending(VGA_FORM *form, NB_USHORT on) {
     if (on != 0) {
-        NB_CHAR text[200];
-        vga_print_msg(text, sizeof(text), VGA_MSG_FORM_WAITING, "s",
-                      vga_form_answerer_of(form).c_str());
-        vga_form_say(form, text);
+        vga_form_say_waiting(form);
         form->before = XmGetFocusWidget(form->common.shell);
     }
     form->pending = on;
@@ -321,6 +331,7 @@ NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
     } else if (!good) {
         fail(form, *work->vcb);
     } else if (plan.kind == VGA_FORM_STATUS) {
+        form->pending = 0;
         vga_form_refreshed(form);
     } else {
         finish(form);

@@ -87,6 +87,10 @@ inline constexpr VGA_FORM_TYPE vga_form_type = {
 /* `issue` of a form whose first record is one that a define verb carries: issues that verb. */
 NB_USHORT vga_form_issue_define(VGA_FORM *form);
 
+/* `refresh` of a status form: asks for the record's entry in its list, which the model takes as any
+ * other answer. */
+NB_USHORT vga_form_issue_read(VGA_FORM *form);
+
 /* The completion routine of a form's verbs: the model first, then the form. */
 NB_VOID vga_form_completed(const VGA_PROCESS_STATE *work);
 

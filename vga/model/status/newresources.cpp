@@ -9,6 +9,10 @@ namespace {
 
 NB_VOID read_answered(const VGA_PROCESS_STATE *work);
 
+NB_USHORT asks_for_one(const NAP_VCB &vcb) {
+    return (nap_copy<NAP_QUERY_LIST>(&vcb).list_options & NAP_LIST_INCLUSIVE) != 0;
+}
+
 NB_USHORT ask(VGA_NODE *node, const VGA_LIST &list, const VGA_LIST_START &start) {
     return vga_issue_list(list, node->target, start, node->handle, read_answered);
 }
@@ -79,24 +83,30 @@ NB_VOID read_answered(const VGA_PROCESS_STATE *work) {
         return;
     }
     const VGA_LIST &list = *vga_find_list(work->vcb->opcode);
-    auto query = nap_copy<NAP_QUERY_LIST>(work->vcb);
-    NB_USHORT one = (query.list_options & NAP_LIST_INCLUSIVE) != 0;
-    NB_USHORT gone = vga_node_is_gone(work->vcb);
-    if (query.primary_rc == NAP_OK) {
-        VGA_LIST_POSITION last = take_entries(node, list, work->vcb);
-        if (!one && vga_list_goes_on(list, work->vcb, last)) {
-            ask(node, list, {nullptr, &last, nullptr, NAP_DETAIL});
-            return;
-        }
-    } else if (query.secondary_rc == NAP_UNKNOWN_RESOURCE && one) {
-        list.remove(node, query.key);
-    } else if (!gone) {
-        vga_report_failed_verb(work->vcb);
+    const VGA_LIST_POSITION last = vga_take_read(node, work->vcb);
+    if (work->vcb->primary_rc == NAP_OK && !asks_for_one(*work->vcb) &&
+        vga_list_goes_on(list, work->vcb, last)) {
+        ask(node, list, {nullptr, &last, nullptr, NAP_DETAIL});
+        return;
     }
-    reading_done(node, list, gone);
+    reading_done(node, list, vga_node_is_gone(work->vcb));
 }
 
 } // namespace
+
+VGA_LIST_POSITION vga_take_read(VGA_NODE *node, const NAP_VCB *vcb) {
+    const VGA_LIST &list = *vga_find_list(vcb->opcode);
+    auto query = nap_copy<NAP_QUERY_LIST>(vcb);
+    if (query.primary_rc == NAP_OK) {
+        return take_entries(node, list, vcb);
+    }
+    if (query.secondary_rc == NAP_UNKNOWN_RESOURCE && asks_for_one(*vcb)) {
+        list.remove(node, query.key);
+    } else if (!vga_node_is_gone(vcb)) {
+        vga_report_failed_verb(vcb);
+    }
+    return {};
+}
 
 NB_VOID vga_read_resource(VGA_NODE *node, NB_USHORT opcode, const NB_UCHAR *key) {
     const VGA_LIST &list = *vga_find_list(opcode);

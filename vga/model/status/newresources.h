@@ -15,6 +15,11 @@
  * to date, or takes it out when there is no such entry.  Nothing happens without a connection. */
 NB_VOID vga_read_resource(VGA_NODE *node, NB_USHORT list, const NB_UCHAR *key);
 
+/* Takes the answer to a list query over as the readings above do, for somebody who issued one:
+ * `node` is that of its target, null for a list of the domain.  Returns the position of the last
+ * entry. */
+VGA_LIST_POSITION vga_take_read(VGA_NODE *node, const NAP_VCB *vcb);
+
 /* Reads the lists again that move with the node and that no indication tells of. */
 NB_VOID vga_read_untold(VGA_NODE *node);
 

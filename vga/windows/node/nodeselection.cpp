@@ -163,7 +163,8 @@ NB_USHORT vga_nodew_allows(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMA
 
 NB_USHORT vga_nodew_offers(const VGA_NODEW_SITUATION &situation, VGA_NODEW_COMMAND command) {
     NB_USHORT there = gvga_nodew_commands[command].action != nullptr &&
-                      (command != VGA_NODEW_ZOOM || vga_nodew_has_properties(situation.type));
+                      (command != VGA_NODEW_ZOOM || vga_nodew_has_properties(situation.type)) &&
+                      (command != VGA_NODEW_STATUS || vga_nodew_has_status(situation.type));
     return there != 0 && vga_nodew_allows(situation, command) != 0;
 }
 

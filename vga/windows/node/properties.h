@@ -4,10 +4,14 @@
 
 #include "vganodew.h"
 
-/* 1 when this release has a properties dialog for lines of a viewer type. */
+/* 1 when this release has a properties dialog for lines of a viewer type, or one of their status.
+ */
 NB_USHORT vga_nodew_has_properties(NB_SHORT type);
+NB_USHORT vga_nodew_has_status(NB_SHORT type);
 
-/* Shows the properties of the selected line.  Nothing without one, or without a dialog for it. */
+/* Shows the properties or the status of the selected line.  Nothing without one, or without a
+ * dialog for it. */
 NB_VOID vga_nodew_show_properties(VGA_NODEW_DESC *desc);
+NB_VOID vga_nodew_show_status(VGA_NODEW_DESC *desc);
 
 #endif
