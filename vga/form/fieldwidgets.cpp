@@ -155,7 +155,7 @@ NB_VOID read_widget(const VGA_FORM *form, NB_USHORT number, NB_CHAR *text) {
 
 NB_VOID put_label(Widget label, const std::string &text) {
     /* A label without text would lose its height. */
-    const std::string shown = text.empty() ? " " : text;
+    const std::string shown = text.empty() ? "-" : text;
     if (shown != label_text(label)) { /* the same would be drawn again */
         const VGA_STRING string(shown.c_str());
         XtVaSetValues(label, XmNlabelString, string.get(), nullptr);

@@ -251,9 +251,8 @@ VGA_FORM *open(const OPENING &opening) {
     vga_form_fit_pages(form);
     vga_form_show_page(form, 0);
     vga_display_dialog(desc);
-    if (Widget first = vga_form_first_field(form)) {
-        vga_focus_field(first);
-    }
+    Widget first = vga_form_first_field(form);
+    vga_focus_field(first != nullptr ? first : XtNameToWidget(form->common.widget, "OK"));
     if (form->plan->kind == VGA_FORM_STATUS) {
         form->as_of = 0; /* the model may know no more than what the node said long ago */
         vga_form_ask_anew(form);

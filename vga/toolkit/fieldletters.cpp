@@ -8,6 +8,7 @@
 #include <Xm/ScrolledW.h>
 #include <Xm/TabStack.h>
 #include <Xm/ToggleB.h>
+#include <algorithm>
 #include <unordered_map>
 
 namespace {
@@ -34,13 +35,25 @@ bool is_menu(Widget widget) {
     return type != XmWORK_AREA && type != XmMENU_OPTION;
 }
 
+/* A label, or a value beside its unit. */
+bool only_shows(Widget widget) {
+    unsigned char type = XmMENU_OPTION;
+    if (XmIsRowColumn(widget)) {
+        XtVaGetValues(widget, XmNrowColumnType, &type, nullptr);
+    }
+    const std::vector<Widget> parts = vga_children_of(widget);
+    const bool has_label = XmIsLabel(widget) || XmIsLabelGadget(widget);
+    return (has_label && !XmIsPushButton(widget) && !XmIsToggleButton(widget)) ||
+           (type == XmWORK_AREA && std::all_of(parts.begin(), parts.end(), only_shows));
+}
+
 /* What carries the letter of `widget`, which is no field then: null.  A button whose text has no
  * letter, such as that of a chooser, is found but gets none. */
 Widget label_of(Widget widget) {
     if (XmIsToggleButton(widget) || XmIsPushButton(widget)) {
         return widget;
     }
-    if (!XmIsColumn(XtParent(widget)) || XmIsLabel(widget) || XmIsLabelGadget(widget)) {
+    if (!XmIsColumn(XtParent(widget)) || only_shows(widget)) {
         return nullptr;
     }
     const std::string name = std::string(XtName(widget)) + "_label";
