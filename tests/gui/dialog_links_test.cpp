@@ -28,13 +28,12 @@ protected:
         vga_init_dialogs();
         build();
         node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
-        ls = static_cast<VGA_LS *>(
-            ntl_avl_find(&node->link_stations, "TELLER1 "));
+        ls = static_cast<VGA_LS *>(ntl_avl_find(&node->link_stations, "TELLER1 "));
         ASSERT_NE(ls, nullptr);
         ASSERT_EQ(vga_display_node_window(node, 1), 1);
         gvga_main_dialog = gvga_first_dialog;
-        form = vga_form_open(VGA_UID_LINK_DET_DIALOG, gvga_main_dialog, ls, nullptr,
-                             VGA_FORM_CHANGE);
+        form =
+            vga_form_open(VGA_UID_LINK_DET_DIALOG, gvga_main_dialog, ls, nullptr, VGA_FORM_CHANGE);
         ASSERT_NE(form, nullptr);
         run(1);
     }
@@ -50,9 +49,7 @@ protected:
         return gui::label_text(XtNameToWidget(form->common.widget, name));
     }
     static size_t under_way() { return scripted_nof.in_flight.size(); }
-    static void push(Widget button) {
-        XtCallCallbacks(button, XmNactivateCallback, nullptr);
-    }
+    static void push(Widget button) { XtCallCallbacks(button, XmNactivateCallback, nullptr); }
     void choose_period(const char *name) const {
         Widget item = XtNameToWidget(form->common.widget, name);
         XtVaSetValues(form->period, XmNmenuHistory, item, nullptr);
@@ -111,6 +108,7 @@ TEST_F(LinkStatus, IsAskedAnewByHandAndByItself) {
     EXPECT_EQ(text("*linksLsState"), "Inactive");
     EXPECT_EQ(text("*linksMessageLine").find("As of "), 0U);
 
+    run(1);
     choose_period("*linksPeriod5");
     EXPECT_TRUE(gui::wait_for([] { return under_way() == 1; }, 8000));
     vga_close_children(&form->common, 1, 0);

@@ -458,7 +458,7 @@ TEST_F(Forms, WaitForTheAnswer) {
         for (NB_USHORT number = 0; number < count(form); number++) {
             EXPECT_TRUE(asks || !XtIsSensitive(vga_form_widget(form, number)));
         }
-        for (Widget off : {form->apply_button, form->reset_button, form->refresh_button}) {
+        for (Widget off : {form->apply_button, form->reset_button}) {
             EXPECT_FALSE(off != nullptr && XtIsSensitive(off)) << XtName(off);
         }
         Widget focus = XmGetFocusWidget(form->common.shell);
