@@ -2,7 +2,6 @@
 #include "holders.h"
 #include <Xm/PushB.h>
 #include <cctype>
-#include <cstring>
 
 NB_CHAR vga_as_letter(NB_ULONG code) {
     const bool known = code < 128 && isalnum(static_cast<int>(code)) != 0;
@@ -29,9 +28,7 @@ std::string vga_label_text(Widget widget, const NB_CHAR *resource) {
                                          : static_cast<NB_CHAR *>(XmStringUnparse(
                                                label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT,
                                                nullptr, 0, XmOUTPUT_ALL)));
-    if (strcmp(resource, XmNlabelString) == 0) { /* a copy; that of a tab is not */
-        XmStringFree(label);
-    }
+    XmStringFree(label); /* a copy, that of a tab, too */
     return text.get();
 }
 
