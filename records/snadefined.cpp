@@ -1,6 +1,7 @@
 #include "snadefined.h"
 
 #include "fieldtext.h"
+#include "moderules.h"
 
 #include <algorithm>
 #include <cstring>
@@ -170,6 +171,7 @@ std::array<NAP_COS_TG_ROW_DATA, SNA_COS * SNA_COS_ROWS> sna_cos_tg_rows() {
 }
 
 std::array<NAP_MODE_DEF_DATA, SNA_MODES> sna_modes() {
+    constexpr NB_USHORT USUAL_RU_SIZE = 4096;
     std::array<NAP_MODE_DEF_DATA, SNA_MODES> all;
     auto next = all.begin();
     for (const ModeRow &row : mode_rows) {
@@ -179,6 +181,8 @@ std::array<NAP_MODE_DEF_DATA, SNA_MODES> sna_modes() {
         put_ebcdic(chars.cos_name, sizeof chars.cos_name, row.cos);
         put_text(chars.description, "SNA-defined mode");
         chars.default_ru_size = 1;
+        chars.max_ru_size_upp = USUAL_RU_SIZE; /* for whoever sets default_ru_size back */
+        chars.max_ru_size_low = LEAST_RU_SIZE;
         chars.receive_pacing_win = row.window;
         chars.max_neg_sess_lim = row.limit;
         chars.plu_mode_session_limit = row.limit;

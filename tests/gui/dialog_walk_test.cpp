@@ -323,7 +323,7 @@ template <class Visit> void for_each_field(VGA_FORM *form, Visit visit) {
     for (NB_USHORT number = 0; number < count(form); number++) {
         SCOPED_TRACE(row(form, number).widget);
         reset(form);
-        if (form->read_only == 0 && make_useful(form, number)) {
+        if (form->read_only == 0 && make_useful(form, number) && complete(form)) {
             visit(number);
         }
     }
@@ -332,6 +332,12 @@ template <class Visit> void for_each_field(VGA_FORM *form, Visit visit) {
 
 bool changes_key(const VGA_FORM *form, NB_USHORT number) {
     return form->adding == 0 && row(form, number).has(VGA_FIELD_KEY);
+}
+
+/* By the first verb: what is not of the first record may have one of its own. */
+bool is_carried(const VGA_FORM *form, NB_USHORT number) {
+    const VGA_FORM_TYPE *type = form->plan->type;
+    return type == nullptr || row(form, number).offset() < type->entry_size;
 }
 
 /* The tests. */
@@ -397,15 +403,16 @@ TEST_F(Forms, ChangeWhatTheirFieldsAreAndNothingElse) {
             const std::vector<NB_UCHAR> block =
                 first && !changes_key(form, number) ? block_of(form) : before;
 
+            const bool changed = vga_form_field_is(form, number, vga_form_shown(form)) == 0;
             ASSERT_TRUE(change(form, number)) << "no value is found that can be entered";
-            EXPECT_EQ(vga_form_changes(form), changes + 1);
+            EXPECT_EQ(vga_form_changes(form), changes + (changed ? 0 : 1));
             EXPECT_TRUE(XtIsSensitive(form->apply_button));
             EXPECT_TRUE(XtIsSensitive(form->reset_button));
             const auto [from, to] = difference(before, wanted(form));
             EXPECT_GE(from, field.offset());
             EXPECT_LE(to, field.offset() + field.row->width);
             EXPECT_LT(from, to);
-            if (!changes_key(form, number)) {
+            if (!changes_key(form, number) && is_carried(form, number)) {
                 const std::vector<NB_UCHAR> now = block_of(form);
                 const auto [first_byte, last_byte] =
                     difference(first ? block : std::vector<NB_UCHAR>(now.size()), now);
@@ -582,7 +589,8 @@ void look_at_field(VGA_FORM *form, NB_USHORT number) {
     const std::string label = std::string(XtName(block)) + "_label";
     Widget lettered =
         is_toggle(form, number) ? widget : XtNameToWidget(XtParent(block), label.c_str());
-    if (!row(form, number).has(VGA_FIELD_SHOWN) && count(form) < 20) {
+    const NB_USHORT few = looks::look().language[0] == '\0' ? 20 : 12; // accents leave few letters
+    if (!row(form, number).has(VGA_FIELD_SHOWN) && count(form) < few) {
         EXPECT_NE(vga_letter_of(lettered), 0) << "no letter";
     }
     if (is_menu(form, number)) {

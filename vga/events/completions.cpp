@@ -257,10 +257,6 @@ NB_VOID vga_process_node_manage_ind(const VGA_PROCESS_STATE *work) {
     process_copy(work);
 }
 
-NB_VOID vga_define_mode_cb(const VGA_PROCESS_STATE *work) {
-    vga_verb_completed(work);
-}
-
 NB_VOID vga_process_add_backup(const VGA_PROCESS_STATE *work) {
     vga_verb_completed(work);
 }

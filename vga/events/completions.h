@@ -21,9 +21,8 @@ NB_VOID vga_process_node_config_ind(const VGA_PROCESS_STATE *work);
 NB_VOID vga_process_system_config_ind(const VGA_PROCESS_STATE *work);
 NB_VOID vga_process_node_manage_ind(const VGA_PROCESS_STATE *work);
 
-/* The same routine, by the names of single verbs: NAP_DEFINE_MODE and NAP_DELETE_MODE; a node may
- * take the configuration over from now on, or not any more. */
-NB_VOID vga_define_mode_cb(const VGA_PROCESS_STATE *work);
+/* The same routine, by the names of single verbs: a node may take the configuration over from now
+ * on, or not any more. */
 NB_VOID vga_process_add_backup(const VGA_PROCESS_STATE *work);
 NB_VOID vga_process_delete_backup(const VGA_PROCESS_STATE *work);
 

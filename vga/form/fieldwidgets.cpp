@@ -391,6 +391,14 @@ std::string vga_form_text_of(const VGA_FORM *form, NB_USHORT number, const NB_VO
                           : vga_shown_word(*field.row, text);
 }
 
+/* What its conditions look at was touched: it may not have been of use before. */
+static bool is_switched(const VGA_FORM *form, const VGA_FIELD &field) {
+    return std::any_of(field.when.begin(), field.when.end(), [form](const VGA_CONDITION &one) {
+        return one.field >= 0 && vga_form_field_is(form, static_cast<NB_USHORT>(one.field),
+                                                   vga_form_shown(form)) == 0;
+    });
+}
+
 VGA_FAULT vga_form_get_field(const VGA_FORM *form, NB_USHORT number, NB_VOID *data) {
     const VGA_FIELD &field = row_of(form, number);
     const auto *shown = static_cast<const NB_UCHAR *>(vga_form_shown(form));
@@ -398,7 +406,7 @@ VGA_FAULT vga_form_get_field(const VGA_FORM *form, NB_USHORT number, NB_VOID *da
     NB_UCHAR *place = static_cast<NB_UCHAR *>(data) + field.offset();
     const std::vector<NB_UCHAR> before(place, place + field.row->width);
     VGA_FAULT fault = take_field(form, number, data);
-    if (fault && untouched) {
+    if (fault && untouched && !is_switched(form, field)) {
         /* What was so before is not the operator's doing. */
         std::vector<NB_UCHAR> as_shown(shown, shown + form->plan->data_size);
         fault = take_field(form, number, as_shown.data()) ? VGA_FAULT{} : fault;

@@ -35,7 +35,7 @@ NB_VOID vga_form_arrange(VGA_FORM *form) {
         memcpy(vga_form_wanted(form), vga_form_working(form), form->plan->data_size);
     }
     for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
-        if (idle && !form->plan->fields[field].has(VGA_FIELD_SHOWN)) {
+        if (idle && form->read_only == 0 && !form->plan->fields[field].has(VGA_FIELD_SHOWN)) {
             (NB_VOID) vga_form_get_field(form, field, vga_form_wanted(form));
         }
         vga_form_enable_field(form, field);

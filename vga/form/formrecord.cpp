@@ -154,8 +154,8 @@ NB_VOID vga_form_show_title(VGA_FORM *form) {
 }
 
 NB_VOID vga_form_follow(VGA_FORM *form) {
-    if (form->pending != 0 || (vga_form_record(form) == nullptr && form->adding == 0)) {
-        return; /* the answer brings what is so then */
+    if (form->pending != 0 || vga_form_record(form) == nullptr) {
+        return; /* the answer brings what is so then; where nothing is, all stays */
     }
     const VGA_FORM_PLAN &plan = *form->plan;
     std::vector<NB_UCHAR> fresh(plan.data_size);

@@ -14,7 +14,10 @@ const NB_CHAR *argument(const VGA_FAULT &fault, size_t number) {
 }
 
 const NB_CHAR *help_of(const VGA_FORM *form, const VGA_FAULT &fault) {
-    return fault.help_key != nullptr ? fault.help_key : form->plan->help;
+    if (fault.help_key != nullptr || vga_message_help(fault.message) != nullptr) {
+        return fault.help_key;
+    }
+    return form->plan->help != nullptr ? form->plan->help : vga_form_name(form);
 }
 
 /* A name that another record of the owner, or another item of the list, has. */
@@ -132,6 +135,18 @@ NB_VOID find_record(VGA_FORM *form, const NB_VOID *entry) {
     form->renaming = 0;
 }
 
+/* A rename that stopped half way: under the new name, the old one, or not at all. */
+NB_VOID find_again(VGA_FORM *form) {
+    find_record(form, vga_form_wanted(form));
+    find_record(form, vga_form_shown(form));
+    if (vga_form_record(form) == nullptr && form->adding == 0) {
+        form->adding = form->plan->defines;
+        form->gone = 1;
+        vga_form_set_rights(form);
+        vga_form_show_title(form);
+    }
+}
+
 /* The verb succeeded, or there was nothing to do: the fields now show what is so, and a new record
  * is one that is changed from now on. */
 NB_VOID finish(VGA_FORM *form) {
@@ -157,7 +172,7 @@ NB_VOID finish(VGA_FORM *form) {
 NB_VOID end_in_failure(VGA_FORM *form) {
     form->leaving = 0;
     if (form->renaming != 0) {
-        find_record(form, vga_form_shown(form));
+        find_again(form);
     }
     vga_form_set_pending(form, 0);
     vga_form_follow(form); /* what others did meanwhile */

@@ -14,6 +14,7 @@ struct ROW {
 };
 
 constexpr ROW properties[] = {
+    {VGA_VIEWER_MODE_DEF, VGA_UID_MODE_DIALOG},
     {VGA_VIEWER_MODE, VGA_UID_SESS_LIMIT_DIALOG},
 };
 
