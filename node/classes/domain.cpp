@@ -65,9 +65,9 @@ Result check_user(const Engine &, const NB_UCHAR *bytes, const Resource *) {
 
 Result check_cpic(const Engine &, const NB_UCHAR *bytes, const Resource *) {
     const auto entry = nap_copy<NAP_CPIC_DATA>(bytes).def_data;
-    constexpr NB_UCHAR PERIOD = 0x4B;
-    const NB_UCHAR *end = entry.partner_lu_name + sizeof entry.partner_lu_name;
-    const bool alias = std::find(entry.partner_lu_name, end, PERIOD) == end;
+    FieldRow qualified = field(records::cpic, "partner_lu_name");
+    qualified.kind = records::FieldKind::NameFq;
+    const bool alias = records::check_field(qualified, bytes) != 0; /* "K" is an EBCDIC period */
     const bool named = entry.security_type == NAP_CPIC_SECURITY_PROGRAM ||
                        entry.security_type == NAP_CPIC_SECURITY_STRONG;
     if (alias != (entry.partner_is_alias != 0)) {

@@ -68,6 +68,24 @@ bool is_mask(const NB_UCHAR *address) {
     return (~bits & (~bits + 1)) == 0;
 }
 
+/* The bytes of a name that is no text stand behind 0x. */
+bool is_hex_name(const std::string &text) {
+    return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+}
+
+bool read_hex_name(const std::string &text, NB_UCHAR *name) {
+    NB_UCHAR read[NTL_TP_NAME_WIDTH];
+    NB_USHORT error = 0;
+    const bool digits =
+        std::all_of(text.begin() + 2, text.end(), [](NB_CHAR one) { return isxdigit(one) != 0; });
+    if (!digits || vga_parse_hex_tp_name(text.c_str() + 2, read) == 0 ||
+        vga_valid_tp_name(read, read[0] < NTL_BLANK, &error) == 0) {
+        return false;
+    }
+    memcpy(name, read, sizeof(read));
+    return true;
+}
+
 /* No text at all is good for what is not required; for what is no name or text it means 0. */
 bool read(const VGA_FIELD &field, std::string text, NB_VOID *data) {
     NB_UCHAR *base = static_cast<NB_UCHAR *>(data) + field.base;
@@ -81,6 +99,9 @@ bool read(const VGA_FIELD &field, std::string text, NB_VOID *data) {
     }
     if (field.style == VGA_STYLE_NODE_ID || field.style == VGA_STYLE_MAC) {
         text = without(text, " :-");
+    }
+    if (field.style == VGA_STYLE_TP_NAME && is_hex_name(text)) {
+        return read_hex_name(text, base + row.offset);
     }
     if (field.has(VGA_FIELD_INVERTED)) {
         text = text == "yes" ? "no" : "yes";
@@ -175,6 +196,11 @@ std::string text_of(const VGA_FIELD &field, const NB_UCHAR *base) {
         (records::is_empty_field(row, base) || records::check_field(row, base) != 0)) {
         return "";
     }
+    if (field.style == VGA_STYLE_TP_NAME && vga_hex_tp_name(base + row.offset) != 0) {
+        NB_CHAR name[VGA_TP_NAME_MESSAGE_SIZE];
+        vga_format_tp_name(name, base + row.offset, 1, 0);
+        return std::string("0x") + name;
+    }
     std::string text = records::format_field(row, base);
     if (field.has(VGA_FIELD_INVERTED)) {
         return text == "yes" ? "no" : "yes";
@@ -238,13 +264,13 @@ VGA_FAULT vga_field_from_text(const VGA_FIELD &field, const std::string &label, 
     entered.erase(0, entered.find_first_not_of(' '));
     required = required != 0 || field.has(VGA_FIELD_REQUIRED) ||
                (field.empty != 0 && field.is_required == nullptr);
-    if (entered.empty() && field.is_secret()) {
-        return {};
-    }
     const bool nothing =
         entered.empty() || (field.has(VGA_FIELD_ZERO_EMPTY) && is_zero(field, entered) && required);
     if (nothing && required != 0) {
         return empty_fault(field, label);
+    }
+    if (entered.empty() && field.is_secret()) {
+        return {};
     }
     NB_UCHAR *place = static_cast<NB_UCHAR *>(data) + field.offset();
     const std::vector<NB_UCHAR> before(place, place + field.row->width);

@@ -37,7 +37,8 @@ enum VGA_FIELD_STYLE : NB_UCHAR {
     VGA_STYLE_NODE_ID, /* 3 digits of block number and 5 of PU identifier: "071 00003" */
     VGA_STYLE_MAC,     /* a LAN address: "40:00:00:00:00:01" */
     VGA_STYLE_MASK,    /* the mask of an IP address: no one bit behind a zero */
-    VGA_STYLE_TP_NAME, /* of a transaction program: no blanks */
+    VGA_STYLE_TP_NAME, /* of a transaction program: no blanks; one that is no text as 0x and bytes
+                        */
 };
 
 /* The highest value that a number may have by the fields before it.  `bad` (0: the field's) and

@@ -40,3 +40,11 @@ NB_USHORT vga_form_issue_read(VGA_FORM *form) {
     return vga_issue_list(*vga_find_list(form->plan->schema->lists[0].list),
                           vga_form_target_of(form), start, vga_form_handle(form), read_completed);
 }
+
+std::vector<VGA_CHOICE> VGA_CHOICES::take() const {
+    std::vector<VGA_CHOICE> choices;
+    for (const auto &[text, detail] : found) {
+        choices.push_back({.text = text, .detail = detail});
+    }
+    return choices;
+}

@@ -3,8 +3,10 @@
 #ifndef FORMRECORDS_H
 #define FORMRECORDS_H
 
+#include "fieldtext.h"
 #include "form.h"
 #include "recordtypes.h"
+#include <map>
 
 /* The node or the domain that a record belongs to, above all its owners. */
 inline const VGA_NODE *vga_root_of(const VGA_NODE *node) {
@@ -82,6 +84,28 @@ inline constexpr VGA_FORM_TYPE vga_form_type = {
     .owner_slot = VGA_FORM_RECORD<Record>::owner_slot,
     .target = VGA_FORM_RECORD<Record>::target,
     .answerer = VGA_FORM_RECORD<Record>::answerer,
+};
+
+/* The choices of a field, from records of the model: each text once, in order. */
+class VGA_CHOICES {
+public:
+    /* What the rows `text` and `detail` are in each record of the tree; nothing where there is no
+     * text. */
+    template <class Record>
+    NB_VOID add(const AVL_TREE &tree, AVL_NODE Record::*links, const records::FieldRow &text,
+                const records::FieldRow &detail) {
+        vga_for_each(tree, links, [this, &text, &detail](const Record &record) {
+            const auto *entry = reinterpret_cast<const NB_UCHAR *>(record.vcb);
+            if (entry != nullptr && !records::is_empty_field(text, entry)) {
+                found.try_emplace(records::format_field(text, entry),
+                                  records::format_field(detail, entry));
+            }
+        });
+    }
+    std::vector<VGA_CHOICE> take() const;
+
+private:
+    std::map<std::string, std::string> found;
 };
 
 /* `issue` of a form whose first record is one that a define verb carries: issues that verb. */
