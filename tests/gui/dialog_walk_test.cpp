@@ -606,7 +606,7 @@ void look_at_field(VGA_FORM *form, NB_USHORT number) {
     const std::string label = std::string(XtName(block)) + "_label";
     Widget lettered =
         is_toggle(form, number) ? widget : XtNameToWidget(XtParent(block), label.c_str());
-    const NB_USHORT few = looks::look().language[0] == '\0' ? 20 : 10; // accents leave few letters
+    const NB_USHORT few = looks::look().language[0] == '\0' ? 20 : 9; // accents leave few letters
     if (!row(form, number).has(VGA_FIELD_SHOWN) && count(form) < few) {
         EXPECT_NE(vga_letter_of(lettered), 0) << "no letter";
     }
