@@ -23,7 +23,7 @@ GROWTH = 0.4
 FILLING = ' ëîøûæ'  # in words, so that long texts have places to break
 
 STRING = re.compile(r'(XmNacceleratorText\s*=\s*)?compound_string\("([^"\n]+)"')
-OBJECT = re.compile(r'^(?:object|list)\b.*?(?=^(?:object|list|value|procedure|include|end)\b|\Z)',
+OBJECT = re.compile(r'^(?:object|list|value)\b.*?(?=^(?:object|list|value|procedure|include|end)\b|\Z)',
                     re.S | re.M)
 MNEMONIC = re.compile(r'XmNmnemonic\s*=\s*keysym\("(.)"\)')
 LINE = 100  # of a description; its compiler takes 132 bytes, and a letter has up to two
