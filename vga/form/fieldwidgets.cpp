@@ -5,6 +5,7 @@
 #include "globals.h"
 #include "hints.h"
 #include "holders.h"
+#include "libraryleaks.h"
 #include "messages.h"
 #include "passwordfield.h"
 #include "toolkit.h"
@@ -22,6 +23,7 @@
 #include <cctype>
 #include <charconv>
 #include <cstring>
+#include <unordered_map>
 
 namespace {
 
@@ -99,7 +101,14 @@ std::string unit_of(const VGA_FORM *form, const VGA_FIELD &field) {
 
 } // namespace
 
+/* Each is fetched once: the toolkit loses what it reads a literal into. */
 std::string vga_form_literal(const std::string &name) {
+    static std::unordered_map<std::string, std::string> known;
+    const auto found = known.find(name);
+    if (found != known.end()) {
+        return found->second;
+    }
+    const VGA_LIBRARY_LEAKS lost;
     XtPointer value = nullptr;
     MrmCode type = 0;
     if (MrmFetchLiteral(gvga_uil_hierarchy, const_cast<NB_CHAR *>(name.c_str()), gvga_display,
@@ -107,7 +116,7 @@ std::string vga_form_literal(const std::string &name) {
         return "";
     }
     const VGA_STRING string(static_cast<XmString>(value));
-    return text_of(string.get());
+    return known[name] = text_of(string.get());
 }
 
 namespace {

@@ -1,5 +1,6 @@
 #include "fieldletters.h"
 #include "holders.h"
+#include "libraryleaks.h"
 #include <Xm/Column.h>
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
@@ -10,9 +11,6 @@
 #include <Xm/ToggleB.h>
 #include <algorithm>
 #include <unordered_map>
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/lsan_interface.h>
-#endif
 
 namespace {
 
@@ -119,10 +117,7 @@ NB_VOID underline_tab(Widget page, const std::string &text, size_t at) {
 
 /* A table of its own with one rendition more: a copy of a table has a count that nobody sets. */
 NB_VOID prepare_stack(Widget stack) {
-#ifdef __SANITIZE_ADDRESS__
-    const __lsan::ScopedDisabler
-        known; /* the toolkit loses a table of eight bytes, once a dialog */
-#endif
+    const VGA_LIBRARY_LEAKS known; /* a table of eight bytes, once a dialog */
     XmRenderTable fonts = nullptr;
     XtVaGetValues(stack, XmNrenderTable, &fonts, nullptr);
     XmStringTag *tags = nullptr;

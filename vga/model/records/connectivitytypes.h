@@ -127,6 +127,7 @@ template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
         return {over.list, &over.viewer, VGA_VIEWER_DEPLU, &lu.links, 0};
     }
     static NB_VOID merged(VGA_LU03 &kept, VGA_LU03 &fresh);
+    static NB_USHORT settled(VGA_LU03 &lu);
     static NB_VOID delete_children(VGA_LU03 &lu) { vga_delete_lu03_extra_data(&lu); }
     static NB_VOID unlinked(VGA_LU03 &lu) { vga_remove_pool_lu(&lu); }
 };

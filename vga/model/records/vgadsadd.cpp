@@ -68,6 +68,25 @@ NB_USHORT VGA_RECORD_TYPE<VGA_LOCAL_PU>::settled(VGA_LOCAL_PU &pu) {
     return 1;
 }
 
+NB_VOID vga_pool_follows(const VGA_LU03 *lu) {
+    NAP_LU03_DATA data = *lu->vcb;
+    if (vga_blank_name(data.def_data.pool_name, sizeof(data.def_data.pool_name))) {
+        return;
+    }
+    VGA_POOL_LU *member = vga_find_pool_lu(lu->parent->parent, data.def_data.pool_name, lu->name);
+    if (member != nullptr) {
+        member->vcb->lu_active = data.det_data.lu_sscp_sess_active;
+        member->vcb->lu_in_use = data.det_data.plu_sess_active || data.det_data.appl_conn_active;
+        vga_update_line(member);
+    }
+}
+
+/* The list of its pool may have been read before it, and before the LU was what it is now. */
+NB_USHORT VGA_RECORD_TYPE<VGA_LU03>::settled(VGA_LU03 &lu) {
+    vga_pool_follows(&lu);
+    return 1;
+}
+
 NB_USHORT VGA_RECORD_TYPE<VGA_DOWN_PU>::settled(VGA_DOWN_PU &pu) {
     NAP_DOWN_PU_DATA data = *pu.vcb;
     VGA_LS *ls = vga_find_ls(pu.parent, data.def_data.ls_name);

@@ -81,6 +81,9 @@ VGA_REM_PLU *vga_find_rem_plu(const VGA_NODE *node, const NB_UCHAR *fqplu_name, 
  */
 NB_ULONG vga_count_mode_uses(const VGA_MODE_DEF *mode);
 
+/* The pool that has the LU shows whether it is active and in use. */
+NB_VOID vga_pool_follows(const VGA_LU03 *lu);
+
 /* What already has an LU name; the dialogs choose their message by the code. */
 enum VGA_NAME_CLASH : NB_USHORT {
     VGA_CLASH_NONE = 0,

@@ -44,15 +44,8 @@ NB_VOID status_follows(VGA_DOWN_PU *pu) {
     vga_update_ls_viewer(pu->ls_entry);
 }
 
-/* The pool that has the LU shows whether it is active and in use. */
 NB_VOID status_follows(VGA_LU03 *lu) {
-    NAP_LU03_DATA data = *lu->vcb;
-    VGA_POOL_LU *member = vga_find_pool_lu(lu->parent->parent, data.def_data.pool_name, lu->name);
-    if (member != nullptr) {
-        member->vcb->lu_active = data.det_data.lu_sscp_sess_active;
-        member->vcb->lu_in_use = data.det_data.plu_sess_active || data.det_data.appl_conn_active;
-        vga_update_line(member);
-    }
+    vga_pool_follows(lu);
 }
 
 /* They name their partner anew, and tell of the sessions with it. */
