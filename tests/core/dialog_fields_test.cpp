@@ -29,6 +29,7 @@ struct DATA {
     NB_UCHAR hex[4];
     NB_UCHAR mac[6];
     NB_IP_ADDRESS ip;
+    NB_UCHAR program[64];
 };
 
 VGA_BOUND word_limit(const NB_VOID *data) {
@@ -49,7 +50,8 @@ const records::FieldRow byte_row = records::rows::number(AT(byte), 0, 200),
                         mac_row = records::rows::bytes(AT(mac)),
                         flag_row = records::rows::flag(AT(byte)),
                         secret_row = records::rows::local(AT(name)).secret(),
-                        ip_row = records::rows::address(AT(ip));
+                        ip_row = records::rows::address(AT(ip)),
+                        program_row = records::rows::ebcdic(AT(program));
 const VGA_FIELD number = {.row = &byte_row, .high = 200, .empty = EMPTY, .bad = BAD};
 const VGA_FIELD optional = {.row = &word_row, .low = 1, .high = 40000, .bad = BAD};
 const VGA_FIELD zero = {
@@ -75,6 +77,7 @@ const VGA_FIELD fq = {.row = &fq_row, .bad = BAD};
 const VGA_FIELD network = {.row = &fq_row, .part = VGA_FIELD_NETWORK, .bad = BAD};
 const VGA_FIELD partner = {.row = &fq_row, .part = VGA_FIELD_NAME, .bad = BAD};
 const VGA_FIELD hex = {.row = &hex_row, .bad = BAD};
+const VGA_FIELD program = {.row = &program_row, .style = VGA_STYLE_TP_NAME, .bad = BAD};
 const VGA_FIELD ip = {.row = &ip_row, .bad = BAD};
 
 struct CASE {
@@ -140,6 +143,12 @@ TEST_F(Fields, TextsAndTheirMessages) {
                 {"40:00", 0, "40:00:00:00:00:00"},
                 {"4", BAD, nullptr}});
     enter(mask, {{"255.255.254.0", 0, "255.255.254.0"}, {"255.0.255.0", BAD, nullptr}});
+    enter(program, {{"PAYROLL", 0, "PAYROLL"},
+                    {"0x06F1", 0, "0x06F1"}, /* a service program, of four bytes at most */
+                    {"0xC1C2", 0, "AB"},
+                    {"0x06F1F2F3F4", BAD, nullptr},
+                    {"0x06F", BAD, nullptr},
+                    {"0x06FG", BAD, nullptr}});
     enter(password, {{"", 0, ""}, {"SECRET", 0, ""}});
     EXPECT_EQ(memcmp(data.name, "SECRET  ", 8), 0) << "kept, but never shown";
     enter(limited, {{"100", 0, "100"}, /* as another field says */

@@ -414,6 +414,19 @@ TEST(NodeSecrets, AreKeptAndNeverAnswered) {
     EXPECT_EQ(answered.find(ebcdic("SECRET", 6)), std::string::npos);
 }
 
+TEST(NodeNames, AnAliasMayHaveTheByteOfAPeriod) {
+    Rig rig(nullptr, node::Scope::Domain);
+    NAP_DEFINE_CPIC_VERB verb = {};
+    verb.opcode = NAP_DEFINE_CPIC_SIDE_INFO;
+    put(verb.sym_dest_name, local8("DESK"));
+    put(verb.def_data.partner_lu_name, std::string("BACKUP") + std::string(11, ' '));
+    verb.def_data.partner_is_alias = 1;
+    put(verb.def_data.tp_name, ebcdic("DESKTP", 64));
+    EXPECT_EQ(rig.issue(verb), OK_CODES);
+    verb.def_data.partner_is_alias = 0;
+    EXPECT_EQ(rig.issue(verb), parameter(NAP_INVALID_NAME));
+}
+
 TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
     Folder folder;
     std::string why;

@@ -91,7 +91,7 @@ TEST_F(LinkStatus, IsAskedAnewByHandAndByItself) {
     EXPECT_EQ(text("*linksInBytes"), std::to_string(ls->vcb->det_data.in_bytes));
     EXPECT_EQ(text("*linksMessageLine").find("As of "), 0U);
 
-    // What the node says by itself while an answer is under way.
+    // What the node says by itself while an answer is under way leaves all in use.
     push(form->refresh_button);
     EXPECT_EQ(change(NAP_STOP_LS), NAP_OK);
     domain->take_indications([this](const std::string &, NAP_RESOURCE_INDICATION one) {
@@ -99,6 +99,7 @@ TEST_F(LinkStatus, IsAskedAnewByHandAndByItself) {
         vga_dispatch_indication(&work);
     });
     EXPECT_EQ(text("*linksLsState"), "Inactive");
+    EXPECT_TRUE(XtIsSensitive(XtNameToWidget(form->common.widget, "OK")));
 
     // A failure is told once, and ends the asking; what is known stays.
     choose_period("*linksPeriod5");

@@ -30,7 +30,8 @@ Widget vga_form_part(const VGA_FORM *form, const NB_CHAR *part) {
 /* What is on the screen. */
 
 NB_VOID vga_form_arrange(VGA_FORM *form) {
-    const NB_USHORT idle = form->pending == 0;
+    /* Of a status form all stays of use while it asks, and the keyboard where it is. */
+    const NB_USHORT idle = form->pending == 0 || form->plan->kind == VGA_FORM_STATUS;
     if (idle) { /* bounds in hints follow what stands in the fields before */
         memcpy(vga_form_wanted(form), vga_form_working(form), form->plan->data_size);
     }
@@ -47,8 +48,7 @@ NB_VOID vga_form_arrange(VGA_FORM *form) {
     vga_set_sensitive(form->refresh_button, vga_form_record(form) != nullptr);
     vga_set_sensitive(form->period, vga_form_record(form) != nullptr);
     vga_set_sensitive(form->back_button, idle && form->page > 0);
-    vga_set_sensitive(vga_get_work_area(form->common.widget),
-                      idle || form->plan->kind == VGA_FORM_STATUS);
+    vga_set_sensitive(vga_get_work_area(form->common.widget), idle);
     vga_check_choosers(&form->common);
     if (form->plan->arranged != nullptr) {
         form->plan->arranged(form);
