@@ -89,18 +89,21 @@ inline constexpr VGA_FORM_TYPE vga_form_type = {
 /* The choices of a field, from records of the model: each text once, in order. */
 class VGA_CHOICES {
 public:
-    /* What the rows `text` and `detail` are in each record of the tree; nothing where there is no
-     * text. */
+    /* What the rows `text` and `detail` are in the record; nothing without a text. */
+    template <class Record>
+    NB_VOID add(const Record &record, const records::FieldRow &text,
+                const records::FieldRow &detail) {
+        const auto *entry = reinterpret_cast<const NB_UCHAR *>(record.vcb);
+        if (entry != nullptr && !records::is_empty_field(text, entry)) {
+            found.try_emplace(records::format_field(text, entry),
+                              records::format_field(detail, entry));
+        }
+    }
+    /* The same of every record of the tree. */
     template <class Record>
     NB_VOID add(const AVL_TREE &tree, AVL_NODE Record::*links, const records::FieldRow &text,
                 const records::FieldRow &detail) {
-        vga_for_each(tree, links, [this, &text, &detail](const Record &record) {
-            const auto *entry = reinterpret_cast<const NB_UCHAR *>(record.vcb);
-            if (entry != nullptr && !records::is_empty_field(text, entry)) {
-                found.try_emplace(records::format_field(text, entry),
-                                  records::format_field(detail, entry));
-            }
-        });
+        vga_for_each(tree, links, [&](const Record &record) { add(record, text, detail); });
     }
     std::vector<VGA_CHOICE> take() const;
 

@@ -28,11 +28,16 @@ template <class Add> std::vector<VGA_CHOICE> from_nodes(Add add) {
 
 } // namespace
 
+/* Those whose name is a whole one. */
 std::vector<VGA_CHOICE> vga_cpicd_partners(const VGA_FORM *) {
     return from_nodes([](VGA_CHOICES &choices, const VGA_NODE &node) {
         vga_for_each(node.remote_systems, &VGA_REM_SYS::links, [&choices](VGA_REM_SYS &system) {
-            choices.add(system.remote_plu_tree, &VGA_REM_PLU::links,
-                        field(records::plu_def, "name"), field(records::plu_def, "plu_alias"));
+            vga_for_each(system.remote_plu_tree, &VGA_REM_PLU::links, [&](VGA_REM_PLU &plu) {
+                if (plu.key.type == NAP_DIR_LU) {
+                    choices.add(plu, field(records::plu_def, "name"),
+                                field(records::plu_def, "plu_alias"));
+                }
+            });
         });
     });
 }
