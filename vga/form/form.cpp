@@ -59,7 +59,7 @@ NB_VOID vga_form_fill(VGA_FORM *form) {
     form->filling = 1;
     for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
         vga_form_put_field(form, field, vga_form_shown(form));
-        vga_form_mark_field(form, field, VGA_MARK_NONE, "");
+        vga_form_mark_field(form, field, VGA_MARK_NONE);
     }
     form->filling = 0;
     vga_form_fill_lists(form);
@@ -148,7 +148,7 @@ NB_VOID changed_cb(Widget, XtPointer data, XtPointer) {
     }
     for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
         if (form->marks[field] == VGA_MARK_WRONG) {
-            vga_form_mark_field(form, field, VGA_MARK_NONE, "");
+            vga_form_mark_field(form, field, VGA_MARK_NONE);
         }
     }
     vga_form_arrange(form);

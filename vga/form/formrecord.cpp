@@ -46,14 +46,15 @@ NB_VOID follow_bytes(VGA_FORM *form, const NB_UCHAR *fresh) {
 
 /* What an operator has touched stays, and is marked where somebody else has changed it, too. */
 NB_VOID follow_field(VGA_FORM *form, NB_USHORT field, const NB_UCHAR *fresh) {
-    const std::string now = vga_form_text_of(form, field, fresh);
     if (vga_form_field_is(form, field, vga_form_shown(form)) != 0) {
         vga_form_put_field(form, field, fresh);
+        vga_form_mark_field(form, field, VGA_MARK_NONE);
     } else if (vga_form_field_is(form, field, fresh) != 0) {
-        vga_form_mark_field(form, field, VGA_MARK_NONE, "");
-    } else if (now != vga_form_text_of(form, field, vga_form_shown(form))) {
+        vga_form_mark_field(form, field, VGA_MARK_NONE);
+    } else if (vga_form_text_of(form, field, fresh) !=
+               vga_form_text_of(form, field, vga_form_shown(form))) {
         form->overwrite = 0;
-        vga_form_mark_field(form, field, VGA_MARK_OTHER, now);
+        vga_form_mark_field(form, field, VGA_MARK_OTHER);
     }
 }
 

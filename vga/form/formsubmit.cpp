@@ -31,26 +31,22 @@ NB_USHORT name_is_taken(const VGA_FORM *form) {
            plan.type->find(vga_form_owner(form), vga_form_wanted(form)) != nullptr;
 }
 
-VGA_FAULT check_name(const VGA_FORM *form) {
-    const VGA_FORM_PLAN &plan = *form->plan;
+/* `field` is the last one of the name. */
+VGA_FAULT check_name(const VGA_FORM *form, NB_USHORT field) {
     if (name_is_taken(form) == 0) {
         return {};
     }
-    for (NB_USHORT field = 0; field < plan.fields.size(); field++) {
-        if (plan.fields[field].has(VGA_FIELD_KEY)) {
-            return {.message = VGA_MSG_FORM_TAKEN,
-                    .field = static_cast<NB_SHORT>(field),
-                    .arguments = {form->title, vga_form_field_text(form, field)}};
-        }
-    }
-    return {};
+    return {.message = VGA_MSG_FORM_TAKEN,
+            .field = static_cast<NB_SHORT>(field),
+            .arguments = {form->title, vga_form_field_text(form, field)}};
 }
 
 /* The fields that another administrator changed and the operator, too: a line for each. */
 std::string contested(const VGA_FORM *form) {
     std::string lines;
     for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
-        if (form->marks[field] == VGA_MARK_OTHER) {
+        if (form->marks[field] == VGA_MARK_OTHER &&
+            vga_form_field_is(form, field, vga_form_shown(form)) == 0) {
             lines += (lines.empty() ? "" : "\n") + vga_form_label(form, field) + ": " +
                      vga_form_text_of(form, field, vga_form_shown(form));
         }
@@ -208,7 +204,9 @@ NB_USHORT vga_form_refuse(VGA_FORM *form, const VGA_FAULT &fault) {
     if (fault.field >= 0) {
         const auto field = static_cast<NB_USHORT>(fault.field);
         vga_form_show_page(form, form->plan->fields[field].page);
-        vga_form_mark_field(form, field, VGA_MARK_WRONG, "");
+        if (form->marks[field] != VGA_MARK_OTHER) { /* that has to be asked about */
+            vga_form_mark_field(form, field, VGA_MARK_WRONG);
+        }
     }
     vga_display_error_dialog(&form->common, fault.message, help_of(form, fault), nullptr, 0,
                              "s s s s", argument(fault, 0), argument(fault, 1), argument(fault, 2),
@@ -244,7 +242,7 @@ VGA_FAULT vga_form_collect(VGA_FORM *form, NB_SHORT page) {
         const bool keyed =
             field + 1U == plan.fields.size() || !plan.fields[field + 1].has(VGA_FIELD_KEY);
         if (!fault && row.has(VGA_FIELD_KEY) && keyed) {
-            fault = check_name(form);
+            fault = check_name(form, field);
         }
         if (fault) {
             return fault;
