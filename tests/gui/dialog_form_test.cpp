@@ -40,15 +40,14 @@ const std::map<std::string, NB_USHORT> places = {
     {"tlist", VGA_UID_TP_DIALOG},        {"titem", VGA_UID_LLC2_LS_ADV_DIALOG},
 };
 
-class Form : public LIVE_FORMS {
-protected:
-    static void SetUpTestSuite() {
-        setenv("UIDPATH", (FORMS_DIR "/%U:" + std::string(getenv("UIDPATH"))).c_str(), 1);
-        looks::open_windows();
-    }
-
+/* In this program they are all the forms that there are: the walk is of them, too. */
+class OWN_FORMS : public testing::Environment {
     void SetUp() override {
-        table = gvga_uid_desc;
+        setenv("UIDPATH", (FORMS_DIR "/%U:" + std::string(getenv("UIDPATH"))).c_str(), 1);
+        for (VGA_UID_DESC &row : gvga_uid_desc) {
+            row.record_changed =
+                row.dialog_id == VGA_UID_NODE_WINDOW ? row.record_changed : nullptr;
+        }
         for (const VGA_FORM_ROW &made : form_rows) {
             VGA_UID_DESC &row = gvga_uid_desc[places.at(made.name)];
             strcpy(row.name, made.name);
@@ -59,12 +58,13 @@ protected:
             row.record_changed = vga_form_record_changed;
             row.may_close = vga_form_may_close;
         }
-        LIVE_FORMS::SetUp();
     }
-    void TearDown() override {
-        LIVE_FORMS::TearDown();
-        gvga_uid_desc = table;
-    }
+};
+[[maybe_unused]] const auto *own_forms = testing::AddGlobalTestEnvironment(new OWN_FORMS);
+
+class Form : public LIVE_FORMS {
+protected:
+    static void SetUpTestSuite() { looks::open_windows(); }
 
     /* On a record of the type, or on a new one beside it. */
     template <class Record> VGA_FORM *open(const char *name, VGA_FORM_MODE mode = VGA_FORM_CHANGE) {
@@ -107,7 +107,6 @@ protected:
         return verb;
     }
 
-    VGA_UID_TABLE table;
     PLACE record = {};
     VGA_FORM *form = nullptr;
 };

@@ -109,6 +109,9 @@ inline void expect_whole(Widget widget) {
 
 /* What start-up does, in the look. */
 inline void open_windows() {
+    if (gvga_uil_hierarchy != nullptr) {
+        return; // of another suite
+    }
     static gui::PREFIX prefix;
     set_language(look().language);
     set_session_resources(look().resources);
