@@ -1,6 +1,6 @@
 // Walks all forms of the table of windows and all their fields, on records of a sample domain that
-// the node software itself answers for.  A new dialog needs no line here.  LooksWhole is run in five
-// looks (CMakeLists.txt).
+// the node software itself answers for.  A new dialog needs no line here.  LooksWhole is run in
+// five looks (CMakeLists.txt).
 
 #include "live_forms.h"
 
@@ -344,8 +344,7 @@ TEST_F(Forms, ChangeWhatTheirFieldsAreAndNothingElse) {
     std::map<std::string, bool> seen; // of each field: it could be edited
     for_each_form([&seen](VGA_FORM *form) {
         for (const VGA_FIELD &field : form->plan->fields) {
-            seen[field.widget] |=
-                field.has(VGA_FIELD_SHOWN) || form->plan->kind == VGA_FORM_STATUS;
+            seen[field.widget] |= field.has(VGA_FIELD_SHOWN) || form->plan->kind == VGA_FORM_STATUS;
         }
         for_each_field(form, [&](NB_USHORT number) {
             const VGA_FIELD &field = row(form, number);
