@@ -6,6 +6,7 @@
 
 #include "letters.h"
 #include "nesteditems.h"
+#include "passwordfield.h"
 
 #include <Xm/DrawnB.h>
 #include <Xm/MenuShell.h>
@@ -73,13 +74,23 @@ bool is_shown(const VGA_FORM *form, NB_USHORT number) {
     return vga_form_field_is(form, number, vga_form_shown(form)) != 0;
 }
 
+/* What the field has now, of a password, too. */
+std::string typed(const VGA_FORM *form, NB_USHORT number) {
+    NB_CHAR text[VGA_FIELD_TEXT_SIZE];
+    if (!row(form, number).is_secret()) {
+        return vga_form_field_text(form, number);
+    }
+    vga_get_password(vga_form_widget(form, number), text, sizeof(text));
+    return text;
+}
+
 /* Gives the field a value that is neither what it has now nor the record's, and with which the form
  * can be sent. */
 bool change(VGA_FORM *form, NB_USHORT number) {
     vga_form_collect(form, -1);
-    const std::string before = vga_form_field_text(form, number);
+    const std::string before = typed(form, number);
     return try_values(form, number, [&] {
-        return vga_form_field_text(form, number) != before && !is_shown(form, number) &&
+        return typed(form, number) != before && !is_shown(form, number) &&
                !vga_form_collect(form, -1);
     });
 }
@@ -116,10 +127,16 @@ bool holds(const VGA_FORM *form, const VGA_CONDITION &condition) {
 
 /* Fills the fields that it depends on so that it can be edited; false: not in this form. */
 bool make_useful(VGA_FORM *form, NB_USHORT number) {
-    for (const VGA_CONDITION &condition : row(form, number).when) {
+    const auto when = row(form, number).when;
+    for (const VGA_CONDITION &condition : when) {
         const auto other = static_cast<NB_USHORT>(condition.field);
-        if (condition.field >= 0 && make_useful(form, other) && !holds(form, condition)) {
-            try_values(form, other, [&] { return holds(form, condition); });
+        const auto all_hold = [&] {
+            return std::all_of(when.begin(), when.end(), [&](const VGA_CONDITION &one) {
+                return one.field != condition.field || holds(form, one);
+            });
+        };
+        if (condition.field >= 0 && make_useful(form, other) && !all_hold()) {
+            try_values(form, other, all_hold);
         }
     }
     return vga_form_field_editable(form, number) != 0;

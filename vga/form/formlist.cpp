@@ -77,6 +77,8 @@ std::unique_ptr<LIST> make_list(VGA_FORM *form, const VGA_FORM_LIST &row) {
 } // namespace
 
 NB_VOID vga_form_attach_lists(VGA_FORM *form) {
+    /* Of a form that was freed and lay in the same memory. */
+    std::erase_if(lists, [form](const auto &list) { return list->form == form; });
     for (const VGA_FORM_LIST &row : form->plan->lists) {
         lists.push_back(make_list(form, row));
         LIST &list = *lists.back();
