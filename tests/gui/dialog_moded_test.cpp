@@ -6,11 +6,11 @@
 
 #include "completions.h"
 #include "defineblock.h"
+#include "form_support.h"
 #include "forms.h"
 #include "vgamoded.h"
 #include "widgets.h"
 
-#include <Xm/ToggleB.h>
 #include <sstream>
 
 SCRIPTED_NOF_ENTRY
@@ -57,8 +57,8 @@ const char cases[] = R"(
  5; high;             ;         SesLimInit=6 ConnWinnerLimit=7; 619 0 6
  6; empty;            ;         ConnLoserLimit=;               636
  6; high;             ;         ConnLoserLimit=5;              618 0 4
- 7; on;               ;         CryptButton=yes CompressionButton=yes MaxInCompMenu=Lz10 MaxOutCompMenu=Rle; ; define; 88=1 89=1 98=1 99=4
- 7; LZ9;              NIGHTLY;  MaxInCompMenu=Lz9;             ; define; 99=2
+ 7; on;               ;         CryptButton=yes CompressionButton=yes MaxInCompMenu=3 MaxOutCompMenu=1; ; define; 88=1 89=1 98=1 99=4
+ 7; LZ9;              NIGHTLY;  MaxInCompMenu=2;               ; define; 99=2
  7; off;              NIGHTLY;  CompressionButton=no;          ; define; 89=0 98=0 99=0
  8; empty;            ;         AutoAct=;                      635
  8; high;             ;         AutoAct=5;                     617 0 4
@@ -106,8 +106,8 @@ using PAIRS = std::vector<std::pair<std::string, std::string>>;
 
 struct CASE {
     int step;
-    std::string what, mode;
-    PAIRS entered; // widgets without "*moded"; of a toggle "yes" or "no", of a menu the item
+    std::string mode;
+    PAIRS entered; // widgets without "*moded"
     PAIRS message, verbs, numbers, node;
 };
 
@@ -131,14 +131,11 @@ CASE read_case(const std::string &line) {
         columns.push_back(column);
     }
     columns.resize(8);
-    return {std::stoi(columns[0]),
-            columns[1],
-            columns[2],
-            read_pairs(columns[3]),
-            read_pairs(columns[4]),
-            read_pairs(columns[5]),
-            read_pairs(columns[6]),
-            read_pairs(columns[7])};
+    std::vector<PAIRS> pairs;
+    for (size_t column = 3; column < columns.size(); column++) {
+        pairs.push_back(read_pairs(columns[column]));
+    }
+    return {std::stoi(columns[0]), columns[2], pairs[0], pairs[1], pairs[2], pairs[3], pairs[4]};
 }
 
 // A box breaks its lines.
@@ -231,21 +228,15 @@ protected:
     Widget field(const std::string &name) const {
         return XtNameToWidget(form->common.widget, ("*moded" + name).c_str());
     }
+    // Of a toggle "yes" or "no", of a menu the number of the item.
     void enter(const std::string &name, const std::string &text) const {
-        Widget widget = field(name);
-        if (XmIsTextField(widget)) {
-            XmTextFieldSetString(widget, const_cast<char *>(text.c_str()));
-        } else if (XmIsToggleButton(widget)) {
-            XmToggleButtonSetState(widget, text == "yes", True);
-        } else {
-            XtVaSetValues(widget, XmNmenuHistory, field(name + text), nullptr);
-            XtCallCallbacks(field(name + text), XmNactivateCallback, nullptr);
+        for (NB_USHORT number = 0; number < forms::count(form); number++) {
+            if (forms::row(form, number).widget == "*moded" + name) {
+                forms::enter(form, number, text);
+            }
         }
     }
-    void push(const char *button) const {
-        XtCallCallbacks(XtNameToWidget(form->common.widget, button), XmNactivateCallback, nullptr);
-        gui::settle();
-    }
+    void push(const char *button) const { forms::push(forms::button(form, button)); }
     void answer_box(const char *key) const {
         gui::give_focus(form->common.modal_dlg.shell);
         gui::key(key);
@@ -283,23 +274,16 @@ protected:
         }
         return verb;
     }
-    void expect_refused(const CASE &one) const {
-        EXPECT_TRUE(scripted_nof.in_flight.empty());
-        answer_box("Return");
-        Widget focus = XmGetFocusWidget(form->common.shell);
-        EXPECT_EQ(focus, field(one.entered.back().first))
-            << (focus != nullptr ? XtName(focus) : "");
-    }
     void expect_verbs(const CASE &one, const NAP_DEFINE_MODE_VERB &wanted) {
-        constexpr size_t first = 12, behind = 126;
+        const auto from_name = [](const auto *verb) {
+            return std::string(reinterpret_cast<const char *>(verb) + 12, 126 - 12);
+        };
         for (const auto &[called, nothing] : one.verbs) {
             ASSERT_FALSE(scripted_nof.in_flight.empty());
             const NAP_VCB *vcb = scripted_nof.in_flight[0].vcb;
             EXPECT_EQ(verb_called(vcb->opcode), called);
             if (vcb->opcode == NAP_DEFINE_MODE) {
-                EXPECT_EQ(
-                    std::string(reinterpret_cast<const char *>(vcb) + first, behind - first),
-                    std::string(reinterpret_cast<const char *>(&wanted) + first, behind - first));
+                EXPECT_EQ(from_name(vcb), from_name(&wanted));
             }
             answer_next();
         }
@@ -322,7 +306,8 @@ protected:
         if (one.message.empty() || !one.verbs.empty()) {
             expect_verbs(one, wanted);
         } else {
-            expect_refused(one);
+            answer_box("Return");
+            EXPECT_EQ(XmGetFocusWidget(form->common.shell), field(one.entered.back().first));
             EXPECT_EQ(vga_dump_model(), before);
         }
         EXPECT_TRUE(scripted_nof.in_flight.empty());
@@ -396,7 +381,7 @@ TEST_F(ModeDialog, EndsWhenTheDeletionCannotBeQueued) {
     open("SPARE");
     enter("Name", "SPARE2");
     no_memory = true;
-    XtCallCallbacks(XtNameToWidget(form->common.widget, "OK"), XmNactivateCallback, nullptr);
+    XtCallCallbacks(forms::button(form, "OK"), XmNactivateCallback, nullptr);
     no_memory = false;
     EXPECT_EQ(gvga_exit_code, VGA_EXIT_INTERNAL);
     EXPECT_TRUE(scripted_nof.in_flight.empty());
@@ -425,9 +410,9 @@ TEST_F(ModeDialog, TakesSeveralInARowAndGoesOnWithOneThatWasApplied) {
     enter("TimeoutButton", "yes");
     enter("Timeout", "0050");
     push("*modedApplyButton");
-    answer_next();
-    answer_next();
-    answer_next();
+    for (int verbs = 0; verbs < 3; verbs++) {
+        answer_next();
+    }
     EXPECT_EQ(form->common.parent_item, find("SPARE2"));
     EXPECT_EQ(gui::field_text(field("Timeout")), "50") << "as the node has it";
     EXPECT_FALSE(XtIsSensitive(form->apply_button));

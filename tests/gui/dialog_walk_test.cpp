@@ -574,6 +574,21 @@ void look_at_field(VGA_FORM *form, NB_USHORT number, VGA_LETTERS taken) {
     vga_form_say(form, "");
 }
 
+/* The Tab key comes to every field of the page that can be edited. */
+void tab_through(const VGA_FORM *form, NB_USHORT page) {
+    std::set<Widget> reached;
+    for (Widget now = nullptr; reached.insert(now).second;) {
+        gui::key("Tab");
+        now = XmGetFocusWidget(form->common.shell);
+    }
+    for (NB_USHORT field = 0; field < count(form); field++) {
+        if (row(form, field).page == page && vga_form_field_editable(form, field) != 0) {
+            EXPECT_TRUE(reached.contains(vga_form_focus_of(form, field)))
+                << row(form, field).widget << " is no stop of the Tab key";
+        }
+    }
+}
+
 TEST_F(Forms, LookWhole) {
     for_each_form([](VGA_FORM *form) {
         constexpr int frame = 32; // of a window manager
@@ -586,6 +601,7 @@ TEST_F(Forms, LookWhole) {
             gui::settle();
             const std::string name = "Page" + std::to_string(number + 1);
             const VGA_LETTERS taken = look_at_page(form, vga_form_part(form, name.c_str()));
+            tab_through(form, number);
             for (NB_USHORT field = 0; field < count(form); field++) {
                 if (row(form, field).page == number) {
                     look_at_field(form, field, taken);

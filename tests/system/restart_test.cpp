@@ -51,4 +51,64 @@ TEST_F(Restart, WhatIsStoredOutlivesAKill) {
     EXPECT_EQ(shown(), (std::vector<std::string>{"ETH0", "ETH5", "LONELY"}));
 }
 
+TEST_F(Restart, TheModeOfADialogIsKnownToAllAndOutlivesTheNode) {
+    const std::string text = place.write("kept.domain", domain(""));
+    Process &node = start_node(text);
+    Process &other = start_program();
+    const WindowId others_window = loaded_window("lonely");
+    ASSERT_NE(others_window, 0u);
+    Process &author = start_program();
+    const auto knows_it = [this](WindowId window, Process &program) {
+        close_window(window);
+        expect_end(program, 0);
+        const std::vector<std::string> lines = known();
+        return std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
+            return line.find("NEWMODE") != std::string::npos;
+        });
+    };
+
+    WindowId window = 0;
+    ASSERT_TRUE(wait_for([&] {
+        for (const WindowId one : screen().windows()) {
+            window = one != others_window && screen().window_with(one, "ETH0") != 0 ? one : window;
+        }
+        return window != 0;
+    }));
+    screen().raise(window);
+    screen().focus(window);
+    for (const std::string key : {"F10", "a", "o"}) {
+        screen().key(key);
+    }
+    WindowId dialog = 0;
+    ASSERT_TRUE(wait_for([&] {
+        return (dialog = screen().find(message(801, {"Mode", "lonely"}))) != 0;
+    }));
+    screen().raise(dialog);
+    ASSERT_TRUE(wait_for([&] { // the menu that goes gives the keyboard back, too
+        screen().focus(dialog);
+        screen().key("n");
+        return screen().window_with(dialog, "N") != 0;
+    }));
+    for (int count = 0; count < 8; count++) {
+        screen().key("BackSpace");
+    }
+    for (const std::string key : {"n", "e", "w", "m", "o", "d", "e", "Tab", "Tab", "numbersign",
+                                  "i", "n", "t", "e", "r", "Return"}) {
+        screen().key(key);
+    }
+    EXPECT_TRUE(wait_for([&] {
+        return screen().text(dialog).find(message(804, {"NEWMODE"})) != std::string::npos;
+    })) << screen().text(dialog);
+    screen().ask_to_close(dialog);
+    EXPECT_TRUE(knows_it(window, author));
+    screen().raise(others_window);
+    EXPECT_TRUE(knows_it(others_window, other)) << "it was told";
+
+    node.kill_all();
+    ASSERT_TRUE(node.wait_end());
+    start_node(text);
+    Process &later = start_program();
+    EXPECT_TRUE(knows_it(loaded_window("lonely"), later));
+}
+
 } // namespace sys

@@ -60,12 +60,25 @@ NB_VOID set_edit(VGA_DIALOG *desc, XtCallbackProc ok_proc, Widget extra, NB_USHO
 
 /* Once one widget is an explicit stop of the Tab key the toolkit skips all that are not, so the
  * fields of a work area must become stops with it. */
+bool is_stop(Widget widget) {
+    XmNavigationType navigation = XmNONE;
+    XtVaGetValues(widget, XmNnavigationType, &navigation, nullptr);
+    if (navigation == XmTAB_GROUP || navigation == XmSTICKY_TAB_GROUP ||
+        navigation == XmEXCLUSIVE_TAB_GROUP) {
+        return true;
+    }
+    Widget parent = XtParent(widget);
+    unsigned char type = XmWORK_AREA;
+    if (XmIsRowColumn(widget)) {
+        XtVaGetValues(widget, XmNrowColumnType, &type, nullptr);
+    }
+    return type == XmMENU_OPTION || (XmIsToggleButton(widget) && XmIsColumn(parent)) ||
+           (XmIsPushButton(widget) && XmIsRowColumn(parent)); /* "..." beside a field */
+}
+
 NB_VOID add_fields(Widget widget, std::vector<Widget> &stops) {
     for (Widget child : CHILDREN(widget)) {
-        XmNavigationType navigation = XmNONE;
-        XtVaGetValues(child, XmNnavigationType, &navigation, nullptr);
-        if (navigation == XmTAB_GROUP || navigation == XmSTICKY_TAB_GROUP ||
-            navigation == XmEXCLUSIVE_TAB_GROUP) {
+        if (is_stop(child)) {
             stops.push_back(child);
         }
         add_fields(child, stops);

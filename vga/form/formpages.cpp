@@ -72,6 +72,13 @@ NB_VOID give_keys_back(Widget page) {
                                                   ":<Key>osfPageDown: ActionGrab(SWDownPage)"));
 }
 
+/* Without it the keyboard could not go to what is scrolled out of view. */
+NB_VOID show_field_cb(Widget page, XtPointer, XtPointer call_data) {
+    constexpr Dimension around = 8; /* pixels */
+    const auto *obscured = static_cast<const XmTraverseObscuredCallbackStruct *>(call_data);
+    XmScrollVisible(page, obscured->traversal_destination, around, around);
+}
+
 /* The summary of a guided form: what was entered, a line a field. */
 NB_VOID write_summary(const VGA_FORM *form) {
     std::string text;
@@ -180,6 +187,7 @@ NB_VOID vga_form_find_pages(VGA_FORM *form) {
     form->period = vga_form_part(form, "Period");
     for (NB_USHORT page = 0; page < page_count(form); page++) {
         give_keys_back(page_of(form, page));
+        XtAddCallback(page_of(form, page), XmNtraverseObscuredCallback, show_field_cb, nullptr);
     }
     if (form->back_button != nullptr) {
         XtAddCallback(form->back_button, XmNactivateCallback, back_cb, nullptr);

@@ -55,3 +55,9 @@ NB_VOID vga_nodew_show_properties(VGA_NODEW_DESC *desc) {
 NB_VOID vga_nodew_show_status(VGA_NODEW_DESC *desc) {
     show(desc, statuses);
 }
+
+NB_VOID vga_nodew_add_modes(VGA_NODEW_DESC *desc) {
+    if (VGA_NODE *node = vga_nodew_node(desc)) {
+        vga_form_open(VGA_UID_MODE_DIALOG, &desc->common, nullptr, node, VGA_FORM_REPEAT);
+    }
+}

@@ -14,4 +14,7 @@ NB_USHORT vga_nodew_has_status(NB_SHORT type);
 NB_VOID vga_nodew_show_properties(VGA_NODEW_DESC *desc);
 NB_VOID vga_nodew_show_status(VGA_NODEW_DESC *desc);
 
+/* The dialog for new modes of the window's node, one after the other. */
+NB_VOID vga_nodew_add_modes(VGA_NODEW_DESC *desc);
+
 #endif
