@@ -75,7 +75,7 @@ UNITS = ['', 'seconds', 'milliseconds', 'hundredths of a second', '', 'bytes', '
 NAMES = {'NameA': 8, 'NameFq': 17, 'NameAny': 17, 'NamePartner': 17}
 FILTERS = {'NameA': 'vga_check_ebcdic_cb', 'Number': 'vga_check_num_cb', 'Bytes': 'vga_check_hex_cb',
            'Hex': 'vga_check_hex_cb', 'Address': 'vga_check_ip_addr_cb'}
-STYLE_FILTERS = {'TP_NAME': 'vga_check_tp_name_cb', 'NODE_ID': 'vga_check_hex_cb'}
+STYLE_FILTERS = {'TP_NAME': 'vga_check_tp_name_cb', 'NODE_ID': 'vga_all_caps_cb', 'MAC': 'vga_all_caps_cb'}
 
 
 class Fault(Exception):

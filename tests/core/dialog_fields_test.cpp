@@ -129,7 +129,7 @@ TEST_F(Fields, TextsAndTheirMessages) {
                    {"1x", BAD, nullptr},
                    {"", EMPTY, nullptr},
                    {"   ", EMPTY, nullptr}});
-    enter(optional, {{"", 0, "0"}, /* below the lowest: nothing was entered */
+    enter(optional, {{"", VGA_MSG_FORM_EMPTY, nullptr}, /* 0 is below the lowest */
                      {"40000", 0, "40000"},
                      {"0", BAD, nullptr}});
     enter(zero, {{"", 0, ""}, {"0", BAD, nullptr}, {"4", BAD, nullptr}, {"5", 0, "5"}});

@@ -249,14 +249,16 @@ std::string hint_of(const VGA_FORM *form, NB_USHORT number) {
 
 /* What was typed and is none of the choices: the model knows of all that there are. */
 VGA_FAULT check_choice(const VGA_FORM *form, const VGA_FIELD &field, const std::string &label,
-                       const NB_CHAR *text) {
-    if (field.choices == nullptr || field.has(VGA_FIELD_FREE) || text[0] == '\0') {
+                       const std::string &entered) {
+    const size_t first = entered.find_first_not_of(' ');
+    if (field.choices == nullptr || field.has(VGA_FIELD_FREE) || first == std::string::npos) {
         return {};
     }
+    const std::string text = entered.substr(first, entered.find_last_not_of(' ') + 1 - first);
     const auto choices = field.choices(form);
     const bool known =
         std::any_of(choices.begin(), choices.end(),
-                    [text](const VGA_CHOICE &choice) { return choice.text == text; });
+                    [&text](const VGA_CHOICE &choice) { return choice.text == text; });
     if (known) {
         return {};
     }
@@ -415,6 +417,12 @@ static bool is_switched(const VGA_FORM *form, const VGA_FIELD &field) {
     });
 }
 
+NB_VOID vga_form_read_field(const VGA_FORM *form, NB_USHORT number, NB_VOID *data) {
+    NB_CHAR text[VGA_FIELD_TEXT_SIZE];
+    read_widget(form, number, text);
+    (NB_VOID) vga_field_from_text(row_of(form, number), "", text, 0, data);
+}
+
 VGA_FAULT vga_form_get_field(const VGA_FORM *form, NB_USHORT number, NB_VOID *data) {
     const VGA_FIELD &field = row_of(form, number);
     const auto *shown = static_cast<const NB_UCHAR *>(vga_form_shown(form));
@@ -475,7 +483,8 @@ NB_VOID vga_form_enable_field(const VGA_FORM *form, NB_USHORT number) {
 NB_VOID vga_form_mark_field(VGA_FORM *form, NB_USHORT number, VGA_FORM_MARK mark) {
     Widget widget = vga_form_widget(form, number);
     form->marks[number] = mark;
-    vga_mark_label(label_of(vga_form_block(widget)), mark != VGA_MARK_NONE);
+    Widget label = is_toggle(row_of(form, number)) ? widget : label_of(vga_form_block(widget));
+    vga_mark_label(label, mark != VGA_MARK_NONE);
 }
 
 Widget vga_form_first_field(const VGA_FORM *form) {

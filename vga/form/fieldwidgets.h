@@ -22,6 +22,9 @@ NB_USHORT vga_form_field_is(const VGA_FORM *form, NB_USHORT field, const NB_VOID
  * last and is never at fault.  Returns what is wrong. */
 VGA_FAULT vga_form_get_field(const VGA_FORM *form, NB_USHORT field, NB_VOID *data);
 
+/* Puts the field into `data` if it can be read, without a check: for the bounds of others. */
+NB_VOID vga_form_read_field(const VGA_FORM *form, NB_USHORT field, NB_VOID *data);
+
 /* What the field shows, as the operator reads it. */
 std::string vga_form_field_text(const VGA_FORM *form, NB_USHORT field);
 

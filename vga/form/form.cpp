@@ -11,6 +11,7 @@
 #include "nesteditems.h"
 #include "widgets.h"
 #include <Xm/MessageB.h>
+#include <algorithm>
 #include <cstring>
 
 VGA_FORM *vga_form_of_widget(Widget widget) {
@@ -37,7 +38,7 @@ NB_VOID vga_form_arrange(VGA_FORM *form) {
     }
     for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
         if (idle && form->read_only == 0 && !form->plan->fields[field].has(VGA_FIELD_SHOWN)) {
-            (NB_VOID) vga_form_get_field(form, field, vga_form_wanted(form));
+            vga_form_read_field(form, field, vga_form_wanted(form));
         }
         vga_form_enable_field(form, field);
     }
@@ -63,7 +64,7 @@ NB_VOID vga_form_fill(VGA_FORM *form) {
     }
     form->filling = 0;
     vga_form_fill_lists(form);
-    form->overwrite = 0;
+    form->overwrite = form->contested = 0;
     vga_form_arrange(form);
 }
 
@@ -81,6 +82,7 @@ static NB_USHORT may_only_look(const VGA_FORM *form) {
 
 NB_VOID vga_form_ok_cb(Widget widget, XtPointer, XtPointer) {
     if (VGA_FORM *form = vga_form_of_widget(widget)) {
+        form->confirmed = 0; /* an answer counts for what it was asked about */
         vga_form_submit(form, 1);
     }
 }
@@ -97,6 +99,13 @@ NB_VOID vga_form_set_rights(VGA_FORM *form) {
 
 /* Data. */
 
+/* A list may cut an entry behind its last item. */
+static NB_VOID copy_entry(const VGA_FORM_TYPE &type, const NB_VOID *entry, NB_UCHAR *bytes) {
+    NB_USHORT length;
+    memcpy(&length, entry, sizeof(length));
+    memcpy(bytes, entry, length != 0 ? std::min(length, type.entry_size) : type.entry_size);
+}
+
 NB_VOID vga_form_load(VGA_FORM *form, NB_VOID *data) {
     const VGA_FORM_PLAN &plan = *form->plan;
     auto *bytes = static_cast<NB_UCHAR *>(data);
@@ -106,7 +115,7 @@ NB_VOID vga_form_load(VGA_FORM *form, NB_VOID *data) {
     } else if (plan.kind == VGA_FORM_CHILD) {
         memcpy(bytes, vga_form_wanted(vga_form_of(form->common.parent)), plan.data_size);
     } else if (plan.type != nullptr && vga_form_record(form) != nullptr) {
-        memcpy(bytes, plan.type->entry(vga_form_record(form)), plan.type->entry_size);
+        copy_entry(*plan.type, plan.type->entry(vga_form_record(form)), bytes);
     } else if (plan.schema != nullptr) {
         records::set_initial_fields(plan.schema->fields, bytes);
     }
@@ -156,6 +165,7 @@ NB_VOID changed_cb(Widget, XtPointer data, XtPointer) {
 
 NB_VOID apply_cb(Widget widget, XtPointer, XtPointer) {
     if (VGA_FORM *form = vga_form_of_widget(widget)) {
+        form->confirmed = 0;
         vga_form_submit(form, 0);
     }
 }
@@ -198,10 +208,11 @@ NB_VOID attach_choosers(VGA_FORM *form) {
             continue;
         }
         const auto *button = static_cast<const Widget *>(vga_form_data(form, field.button));
-        vga_attach_chooser(&form->common, vga_form_widget(form, number), *button,
-                           {.title = vga_form_label(form, number),
-                            .none = "",
-                            .choices = [form, &field] { return field.choices(form); }});
+        vga_attach_chooser(
+            &form->common, vga_form_widget(form, number), field.button != 0 ? *button : nullptr,
+            {.title = vga_form_label(form, number), .none = "", .choices = [form, &field] {
+                 return field.choices(form);
+             }});
     }
 }
 
@@ -211,7 +222,8 @@ VGA_FORM *find_open(NB_USHORT dialog_id, const NB_VOID *record, const NB_VOID *o
          desc = desc->next_desc) {
         const bool same = record != nullptr
                               ? desc->parent_item == record
-                              : vga_form_of(desc)->adding != 0 && desc->owner_item == owner;
+                              : vga_form_of(desc)->adding != 0 && vga_form_of(desc)->gone == 0 &&
+                                    desc->owner_item == owner;
         if (desc->in_use != 0 && same) {
             return vga_form_of(desc);
         }
@@ -232,6 +244,10 @@ struct OPENING {
 
 VGA_FORM *open(const OPENING &opening) {
     VGA_DIALOG *desc = nullptr;
+    if (gvga_uid_desc[opening.dialog_id].record_changed != vga_form_record_changed) {
+        v0_assert(__FILE__, __LINE__, "record_changed == vga_form_record_changed");
+        return nullptr;
+    }
     if (vga_get_dialog(opening.dialog_id, opening.parent, opening.record, &desc) == 0) {
         return nullptr;
     }
@@ -250,6 +266,7 @@ VGA_FORM *open(const OPENING &opening) {
     vga_form_show_title(form);
     vga_form_fit_pages(form);
     vga_form_show_page(form, 0);
+    vga_form_say(form, "");
     vga_display_dialog(desc);
     Widget first = vga_form_first_field(form);
     vga_focus_field(first != nullptr ? first : XtNameToWidget(form->common.widget, "OK"));
@@ -282,6 +299,9 @@ NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan) {
     vga_form_attach_lists(form);
     vga_form_find_pages(form);
     attach_choosers(form);
+    if (plan->kind == VGA_FORM_CHILD) { /* what it edits stays as it is meanwhile */
+        XtVaSetValues(desc->widget, XmNdialogStyle, XmDIALOG_PRIMARY_APPLICATION_MODAL, nullptr);
+    }
     XtAddCallback(desc->widget, XmNcancelCallback, vga_close_cb, nullptr);
     vga_set_hint_line(desc->widget, form->message_line);
     return 1;
@@ -316,6 +336,9 @@ NB_USHORT vga_form_may_close(VGA_DIALOG *desc) {
     constexpr NB_USHORT few = 3;
     VGA_FORM *form = vga_form_of(desc);
     const NB_USHORT changes = vga_form_changes(form);
+    if (form->pending != 0 && form->renaming != 0) {
+        return 0; /* the old one is deleted and the new one not there yet */
+    }
     if (form->read_only != 0 || form->pending != 0 || changes <= few) {
         return 1;
     }

@@ -68,6 +68,7 @@ struct VGA_FORM_TYPE {
     VGA_DIALOG **(*owner_slot)(NB_VOID *owner);
     /* Where verbs about the owner's records go, and the name of the node that answers there. */
     NB_ULONG (*target)(const NB_VOID *owner);
+    NB_ULONG (*owner_handle)(const NB_VOID *owner); /* good while the owner lives */
     std::string (*answerer)(const NB_VOID *owner);
 };
 
@@ -78,7 +79,10 @@ enum VGA_FORM_STEP : NB_USHORT {
     VGA_FORM_TOLD, /* it failed, the operator was told, and what was entered stays */
 };
 
-/* What a dialog declares.  All but the tables and sizes may be null. */
+/* What a dialog declares.  All but the tables and sizes may be null.
+ *
+ * Functions get a form without a record or owner when those are gone.  Those of the fields and
+ * `arranged` are called at every change of a field: they have no effect but their result. */
 struct VGA_FORM_PLAN {
     VGA_FORM_KIND kind = VGA_FORM_EDIT;
     std::span<const VGA_FIELD> fields = {};
@@ -166,6 +170,8 @@ struct VGA_FORM {
     Widget before;             /* had the keyboard when the verb went out */
     NB_CHAR title[64];         /* as the description has it */
     NB_UCHAR marks[VGA_FORM_MAX_FIELDS];
+    NB_USHORT contested; /* flag: so did what a child form or a list has changed */
+    NB_ULONG owner_handle;
 };
 
 /* For the table of windows: what is made of a dialog's description. */
@@ -202,14 +208,13 @@ VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record
 VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id);
 VGA_FORM *vga_form_open_item(VGA_FORM *parent, const VGA_FORM_LIST *list, NB_LONG item);
 
-/* The record, or null for a new one or when it is gone; what it belongs to, or null when that is
- * gone. */
-inline NB_VOID *vga_form_record(const VGA_FORM *form) {
-    return form->common.parent_item;
-}
-inline NB_VOID *vga_form_owner(const VGA_FORM *form) {
-    return form->common.owner_item;
-}
+/* The form itself, or the one whose data a child form edits in the end. */
+const VGA_FORM *vga_form_root(const VGA_FORM *form);
+
+/* The record of that form, or null for a new one or when it is gone; what it belongs to, or null
+ * when that is gone. */
+NB_VOID *vga_form_record(const VGA_FORM *form);
+NB_VOID *vga_form_owner(const VGA_FORM *form);
 
 /* The user data of a form's verbs. */
 inline NB_ULONG vga_form_handle(const VGA_FORM *form) {

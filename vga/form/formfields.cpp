@@ -100,6 +100,9 @@ bool read(const VGA_FIELD &field, std::string text, NB_VOID *data) {
     if (field.style == VGA_STYLE_NODE_ID || field.style == VGA_STYLE_MAC) {
         text = without(text, " :-");
     }
+    if (field.style == VGA_STYLE_NODE_ID && text.size() != sizeof("07100003") - 1) {
+        return false;
+    }
     if (field.style == VGA_STYLE_TP_NAME && is_hex_name(text)) {
         return read_hex_name(text, base + row.offset);
     }
@@ -264,6 +267,8 @@ VGA_FAULT vga_field_from_text(const VGA_FIELD &field, const std::string &label, 
     entered.erase(0, entered.find_first_not_of(' '));
     required = required != 0 || field.has(VGA_FIELD_REQUIRED) ||
                (field.empty != 0 && field.is_required == nullptr);
+    /* Nothing would mean 0, which it must not be. */
+    required |= field.is(FieldKind::Number) && field.low > 0 && !field.has(VGA_FIELD_ZERO_EMPTY);
     const bool nothing =
         entered.empty() || (field.has(VGA_FIELD_ZERO_EMPTY) && is_zero(field, entered) && required);
     if (nothing && required != 0) {

@@ -54,6 +54,10 @@ NB_VOID remove(NB_VOID *context, NB_ULONG row) {
     }
 }
 
+NB_VOID forget_cb(Widget, XtPointer data, XtPointer) {
+    std::erase_if(lists, [data](const auto &list) { return list.get() == data; });
+}
+
 std::unique_ptr<LIST> make_list(VGA_FORM *form, const VGA_FORM_LIST &row) {
     auto list = std::make_unique<LIST>();
     list->form = form;
@@ -84,6 +88,7 @@ NB_VOID vga_form_attach_lists(VGA_FORM *form) {
         LIST &list = *lists.back();
         Widget place = *static_cast<Widget *>(vga_form_data(form, row.member));
         list.rows = vga_row_list_attach(place, &list.plan, &list);
+        XtAddCallback(place, XmNdestroyCallback, forget_cb, &list);
     }
 }
 

@@ -92,6 +92,18 @@ NB_VOID write_summary(const VGA_FORM *form) {
     XtVaSetValues(vga_form_part(form, "Summary"), XmNlabelString, string.get(), nullptr);
 }
 
+/* Where the operator goes on: the page's first field, and on the summary the button. */
+NB_VOID focus_page(VGA_FORM *form) {
+    for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
+        if (form->plan->fields[field].page == form->page &&
+            vga_form_field_editable(form, field) != 0) {
+            vga_focus_field(vga_form_focus_of(form, field));
+            return;
+        }
+    }
+    vga_focus_field(XtNameToWidget(form->common.widget, "OK"));
+}
+
 NB_VOID show_guided_page(VGA_FORM *form, NB_USHORT page) {
     for (NB_USHORT other = 0; other < page_count(form); other++) {
         (other == page ? XtManageChild : XtUnmanageChild)(page_of(form, other));
@@ -101,9 +113,11 @@ NB_VOID show_guided_page(VGA_FORM *form, NB_USHORT page) {
     if (last) {
         write_summary(form);
     }
-    const VGA_STRING label(vga_message(last ? VGA_MSG_FORM_OK : VGA_MSG_FORM_NEXT));
+    const VGA_STRING label(
+        vga_message(last || form->read_only != 0 ? VGA_MSG_FORM_OK : VGA_MSG_FORM_NEXT));
     XtVaSetValues(form->common.widget, XmNokLabelString, label.get(), nullptr);
     vga_set_sensitive(form->back_button, page > 0);
+    focus_page(form);
 }
 
 NB_VOID back_cb(Widget widget, XtPointer, XtPointer) {
@@ -218,9 +232,8 @@ NB_VOID vga_form_fit_pages(VGA_FORM *form) {
 NB_VOID vga_form_show_page(VGA_FORM *form, NB_USHORT page) {
     if (form->plan->kind == VGA_FORM_GUIDED) {
         show_guided_page(form, page);
-    } else if (Widget pages = vga_form_part(form, "Pages")) {
+    } else if (vga_form_part(form, "Pages") != nullptr) {
         XmTabStackSelectTab(page_of(form, page), False);
-        (NB_VOID) pages;
     }
 }
 
@@ -237,13 +250,6 @@ NB_USHORT vga_form_next_page(VGA_FORM *form) {
         return 1;
     }
     show_guided_page(form, static_cast<NB_USHORT>(form->page + 1));
-    for (NB_USHORT field = 0; field < form->plan->fields.size(); field++) {
-        if (form->plan->fields[field].page == form->page &&
-            vga_form_field_editable(form, field) != 0) {
-            vga_focus_field(vga_form_focus_of(form, field));
-            break;
-        }
-    }
     return 1;
 }
 

@@ -35,6 +35,7 @@ NB_VOID vga_form_ask(VGA_FORM *form, const VGA_FAULT &question, VGA_MODAL_CB cal
 /* formrecord.cpp */
 NB_VOID vga_form_show_title(VGA_FORM *form);
 NB_VOID vga_form_attach(VGA_FORM *form, NB_VOID *record, NB_VOID *owner);
+NB_VOID vga_form_take_over(VGA_FORM *form, const NB_UCHAR *from, const NB_UCHAR *to);
 NB_VOID vga_form_detach(VGA_FORM *form);
 std::string vga_form_answerer_of(const VGA_FORM *form);
 std::string vga_form_subject(const VGA_FORM *form);

@@ -3,6 +3,7 @@
 #include "formparts.h"
 #include "messages.h"
 #include "widgets.h"
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -34,14 +35,52 @@ VGA_DIALOG *other_form(const VGA_FORM *form, VGA_DIALOG **slot) {
     return nullptr;
 }
 
-/* Bytes that child forms and lists did not change follow the record. */
+/* Bytes that only make sense together. */
+struct UNIT {
+    NB_USHORT offset, width;
+};
+
+/* The fields of the form and of its first record, and the items of that: whole values, so that what
+ * two administrators changed is never mixed. */
+std::vector<UNIT> units_of(const VGA_FORM_PLAN &plan) {
+    std::vector<UNIT> units;
+    for (const VGA_FIELD &field : plan.fields) {
+        units.push_back({field.offset(), field.row->width});
+    }
+    if (plan.schema == nullptr) {
+        return units;
+    }
+    for (const records::FieldRow &row : plan.schema->fields) {
+        units.push_back({row.offset, row.width});
+    }
+    const records::Nested &items = plan.schema->nested;
+    if (items.name != nullptr) {
+        const NB_USHORT start = std::min(items.count.offset, items.offset);
+        units.push_back({start, static_cast<NB_USHORT>(plan.schema->entry_size - start)});
+    }
+    return units;
+}
+
+/* What child forms and lists did not change follows the record. */
 NB_VOID follow_bytes(VGA_FORM *form, const NB_UCHAR *fresh) {
+    const NB_USHORT size = form->plan->data_size;
     auto *shown = static_cast<NB_UCHAR *>(vga_form_shown(form));
     auto *working = static_cast<NB_UCHAR *>(vga_form_working(form));
-    for (NB_USHORT byte = 0; byte < form->plan->data_size; byte++) {
-        working[byte] = working[byte] == shown[byte] ? fresh[byte] : working[byte];
-        shown[byte] = fresh[byte];
+    std::vector<NB_UCHAR> merged(fresh, fresh + size);
+    for (const UNIT &unit : units_of(*form->plan)) {
+        const auto differ = [&unit](const NB_UCHAR *one, const NB_UCHAR *other) {
+            return memcmp(one + unit.offset, other + unit.offset, unit.width) != 0;
+        };
+        if (differ(working, shown)) {
+            memcpy(merged.data() + unit.offset, working + unit.offset, unit.width);
+            if (differ(fresh, shown) && differ(fresh, working)) {
+                form->contested = 1;
+                form->overwrite = 0;
+            }
+        }
     }
+    memcpy(working, merged.data(), size);
+    memcpy(shown, fresh, size);
 }
 
 /* What an operator has touched stays, and is marked where somebody else has changed it, too. */
@@ -54,11 +93,14 @@ NB_VOID follow_field(VGA_FORM *form, NB_USHORT field, const NB_UCHAR *fresh) {
     } else if (vga_form_text_of(form, field, fresh) !=
                vga_form_text_of(form, field, vga_form_shown(form))) {
         form->overwrite = 0;
+        vga_close_confirm_dialog(&form->common); /* it did not ask about this one */
         vga_form_mark_field(form, field, VGA_MARK_OTHER);
     }
 }
 
 NB_VOID tell_loss(VGA_FORM *form, NB_USHORT message) {
+    vga_close_confirm_dialog(&form->common); /* its answer was about something else */
+    form->confirmed = form->overwrite = 0;
     vga_close_children(&form->common, 0, 1);
     vga_form_set_rights(form);
     if (form->plan->kind == VGA_FORM_STATUS) {
@@ -94,12 +136,44 @@ NB_VOID lose_owner(VGA_FORM *form) {
 
 } // namespace
 
+const VGA_FORM *vga_form_root(const VGA_FORM *form) {
+    while (form->plan->kind == VGA_FORM_CHILD) {
+        form = vga_form_of(form->common.parent);
+    }
+    return form;
+}
+
+NB_VOID *vga_form_record(const VGA_FORM *form) {
+    return vga_form_root(form)->common.parent_item;
+}
+
+/* An owner can go behind its records, of which nobody hears then. */
+NB_VOID *vga_form_owner(const VGA_FORM *form) {
+    form = vga_form_root(form);
+    NB_VOID *owner = form->common.owner_item;
+    return form->owner_handle == 0 || nba_validate_handle(form->owner_handle) == owner ? owner
+                                                                                       : nullptr;
+}
+
+/* What differs between `from` and `to` goes into the working data. */
+NB_VOID vga_form_take_over(VGA_FORM *form, const NB_UCHAR *from, const NB_UCHAR *to) {
+    auto *working = static_cast<NB_UCHAR *>(vga_form_working(form));
+    for (const UNIT &unit : units_of(*form->plan)) {
+        if (memcmp(from + unit.offset, to + unit.offset, unit.width) != 0) {
+            memcpy(working + unit.offset, to + unit.offset, unit.width);
+        }
+    }
+}
+
 NB_VOID vga_form_attach(VGA_FORM *form, NB_VOID *record, NB_VOID *owner) {
     const VGA_FORM_TYPE *type = form->plan->type;
     vga_form_detach(form);
     form->common.parent_item = record;
     const bool known = record != nullptr && type != nullptr && form->plan->kind != VGA_FORM_CHILD;
     form->common.owner_item = known ? type->owner(record) : owner;
+    form->owner_handle = type != nullptr && form->common.owner_item != nullptr
+                             ? type->owner_handle(form->common.owner_item)
+                             : 0;
     if (form->plan->kind == VGA_FORM_CHILD) {
         return;
     }
@@ -117,7 +191,7 @@ NB_VOID vga_form_detach(VGA_FORM *form) {
 }
 
 std::string vga_form_answerer_of(const VGA_FORM *form) {
-    const VGA_FORM_TYPE *type = form->plan->type;
+    const VGA_FORM_TYPE *type = vga_form_root(form)->plan->type;
     return type != nullptr && vga_form_owner(form) != nullptr ? type->answerer(vga_form_owner(form))
                                                               : "";
 }
@@ -134,7 +208,7 @@ std::string vga_form_subject(const VGA_FORM *form) {
  * says it, too. */
 NB_VOID vga_form_show_title(VGA_FORM *form) {
     NB_CHAR title[300];
-    const VGA_FORM_TYPE *type = form->plan->type;
+    const VGA_FORM_TYPE *type = vga_form_root(form)->plan->type;
     const std::string node =
         type != nullptr && type->of_domain == 0 ? vga_form_answerer_of(form) : "";
     const NB_USHORT message = form->adding == 0
@@ -144,10 +218,9 @@ NB_VOID vga_form_show_title(VGA_FORM *form) {
     if (form->gone != 0) {
         const std::string kept = vga_get_title(&form->common);
         vga_print_msg(title, sizeof(title), VGA_MSG_FORM_TITLE_GONE, "s", kept.c_str());
-    } else if (form->plan->kind == VGA_FORM_CHILD) {
-        v0_mb_strncpy(title, form->title, sizeof(title));
     } else {
-        const std::string subject = form->adding == 0 ? vga_form_subject(form) : node;
+        const std::string subject =
+            form->adding == 0 ? vga_form_subject(vga_form_root(form)) : node;
         vga_print_msg(title, sizeof(title), message, "s s s", form->title, subject.c_str(),
                       node.c_str());
     }

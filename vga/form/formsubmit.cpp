@@ -4,6 +4,7 @@
 #include "formparts.h"
 #include "globals.h"
 #include "messages.h"
+#include "textfocus.h"
 #include "widgets.h"
 #include <cstring>
 
@@ -26,8 +27,8 @@ NB_USHORT name_is_taken(const VGA_FORM *form) {
     if (form->list != nullptr) {
         return vga_form_item_is_taken(form);
     }
-    return plan.type != nullptr && form->adding != 0 && form->gone == 0 &&
-           plan.kind != VGA_FORM_CHILD &&
+    return plan.type != nullptr && form->adding != 0 && plan.kind != VGA_FORM_CHILD &&
+           vga_form_owner(form) != nullptr &&
            plan.type->find(vga_form_owner(form), vga_form_wanted(form)) != nullptr;
 }
 
@@ -51,6 +52,9 @@ std::string contested(const VGA_FORM *form) {
                      vga_form_text_of(form, field, vga_form_shown(form));
         }
     }
+    if (form->contested != 0) {
+        lines += (lines.empty() ? "" : "\n") + std::string(vga_message(VGA_MSG_FORM_OTHER_PARTS));
+    }
     return lines;
 }
 
@@ -58,6 +62,8 @@ NB_VOID overwrite_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle) {
     if (answer == VGA_ANSWER_OK && handle == desc->handle) {
         vga_form_of(desc)->overwrite = 1;
         vga_form_submit(vga_form_of(desc), vga_form_of(desc)->leaving);
+    } else {
+        vga_form_of(desc)->confirmed = 0;
     }
 }
 
@@ -90,12 +96,8 @@ NB_VOID accept_child(VGA_FORM *form) {
         vga_close_children(&form->common, 1, 0);
         return;
     }
-    auto *theirs = static_cast<NB_UCHAR *>(vga_form_working(parent));
-    const auto *shown = static_cast<const NB_UCHAR *>(vga_form_shown(form));
-    const auto *wanted = static_cast<const NB_UCHAR *>(vga_form_wanted(form));
-    for (NB_USHORT byte = 0; byte < form->plan->data_size; byte++) {
-        theirs[byte] = shown[byte] != wanted[byte] ? wanted[byte] : theirs[byte];
-    }
+    vga_form_take_over(parent, static_cast<const NB_UCHAR *>(vga_form_shown(form)),
+                       static_cast<const NB_UCHAR *>(vga_form_wanted(form)));
     vga_close_children(&form->common, 1, 0);
     vga_form_working_changed(parent);
 }
@@ -104,15 +106,20 @@ NB_VOID next_entry(VGA_FORM *form) {
     NB_CHAR text[200];
     const std::string name = vga_form_text_of(form, 0, vga_form_wanted(form));
     vga_print_msg(text, sizeof(text), VGA_MSG_FORM_ADDED, "s", name.c_str());
-    const std::vector<NB_UCHAR> nothing(form->plan->data_size);
+    /* What the next one begins with; Cancel has nothing to ask about. */
+    auto *shown = static_cast<NB_UCHAR *>(vga_form_shown(form));
+    memcpy(shown, vga_form_wanted(form), form->plan->data_size);
     form->filling = 1;
     for (NB_USHORT field = static_cast<NB_USHORT>(form->plan->fields.size()); field-- > 0;) {
-        if (form->plan->fields[field].has(VGA_FIELD_KEY)) {
-            vga_form_put_field(form, field, nothing.data());
+        const VGA_FIELD &row = form->plan->fields[field];
+        if (row.has(VGA_FIELD_KEY)) {
+            memset(shown + row.offset(), 0, row.row->width);
             form->before = vga_form_focus_of(form, field);
         }
+        vga_form_put_field(form, field, shown);
     }
     form->filling = 0;
+    memcpy(vga_form_working(form), shown, form->plan->data_size);
     vga_form_set_pending(form, 0);
     vga_form_say(form, text);
 }
@@ -157,11 +164,12 @@ NB_VOID finish(VGA_FORM *form) {
         vga_close_children(&form->common, 1, 0);
         return;
     }
+    const NB_USHORT changed = form->pending;
     find_record(form, vga_form_wanted(form));
     vga_form_set_rights(form);
     vga_form_reload(form);
     vga_form_set_pending(form, 0);
-    vga_form_say(form, vga_message(VGA_MSG_FORM_CHANGED));
+    vga_form_say(form, changed != 0 ? vga_message(VGA_MSG_FORM_CHANGED) : "");
 }
 
 /* What was entered stays. */
@@ -262,7 +270,6 @@ NB_VOID vga_form_say_waiting(VGA_FORM *form) {
  * mouse and Escape can. */
 NB_VOID vga_form_set_pending(VGA_FORM *form, NB_USHORT on) {
     if (on != 0) {
-        vga_form_say_waiting(form);
         form->before = XmGetFocusWidget(form->common.shell);
     }
     form->pending = on;
@@ -272,11 +279,19 @@ NB_VOID vga_form_set_pending(VGA_FORM *form, NB_USHORT on) {
         }
     }
     vga_form_arrange(form);
-    if (on == 0) {
-        vga_form_say(form, "");
-        vga_focus_field(form->before != nullptr ? form->before : vga_form_first_field(form));
-        form->before = nullptr;
+    if (on != 0) {
+        vga_form_say_waiting(form);
+        return;
     }
+    vga_form_say(form, "");
+    /* What had it may be off by now, as Apply is. */
+    if (form->before == nullptr || !XtIsSensitive(form->before) ||
+        !XmProcessTraversal(form->before, XmTRAVERSE_CURRENT)) {
+        vga_focus_field(vga_form_first_field(form));
+    } else {
+        vga_select_text(form->before);
+    }
+    form->before = nullptr;
 }
 
 NB_VOID vga_form_submit(VGA_FORM *form, NB_USHORT leaving) {

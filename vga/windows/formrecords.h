@@ -65,6 +65,9 @@ template <class Record> struct VGA_FORM_RECORD {
     static NB_ULONG target(const NB_VOID *owner) {
         return vga_form_target(vga_root_of(static_cast<const Owner *>(owner)));
     }
+    static NB_ULONG owner_handle(const NB_VOID *owner) {
+        return static_cast<const Owner *>(owner)->handle;
+    }
     static std::string answerer(const NB_VOID *owner) {
         return vga_form_answerer(vga_root_of(static_cast<const Owner *>(owner)));
     }
@@ -83,6 +86,7 @@ inline constexpr VGA_FORM_TYPE vga_form_type = {
     .slot = VGA_FORM_RECORD<Record>::slot,
     .owner_slot = VGA_FORM_RECORD<Record>::owner_slot,
     .target = VGA_FORM_RECORD<Record>::target,
+    .owner_handle = VGA_FORM_RECORD<Record>::owner_handle,
     .answerer = VGA_FORM_RECORD<Record>::answerer,
 };
 
