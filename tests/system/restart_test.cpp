@@ -74,14 +74,17 @@ TEST_F(Restart, TheModeOfADialogIsKnownToAllAndOutlivesTheNode) {
         }
         return window != 0;
     }));
-    screen().raise(window);
-    screen().focus(window);
-    for (const std::string key : {"F10", "a", "o"}) {
-        screen().key(key);
-    }
     WindowId dialog = 0;
-    ASSERT_TRUE(wait_for([&] {
+    const auto find_dialog = [&] {
         return (dialog = screen().find(message(801, {"Mode", "lonely"}))) != 0;
+    };
+    ASSERT_TRUE(wait_for([&] { // the menu is off until all is read
+        screen().raise(window);
+        screen().focus(window);
+        for (const std::string key : {"Escape", "F10", "a", "o"}) {
+            screen().key(key);
+        }
+        return wait_for(find_dialog, 500);
     }));
     screen().raise(dialog);
     ASSERT_TRUE(wait_for([&] { // the menu that goes gives the keyboard back, too
