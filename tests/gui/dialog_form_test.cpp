@@ -37,7 +37,7 @@ namespace {
 const std::map<std::string, NB_USHORT> places = {
     {"tport", VGA_UID_LLC2_PORT_DIALOG}, {"tadvp", VGA_UID_LLC2_PORT_ADV_DIALOG},
     {"tcn", VGA_UID_TN_DIALOG},          {"tsec", VGA_UID_CL_SECURITY_DIALOG},
-    {"tlist", VGA_UID_TP_DIALOG},        {"titem", VGA_UID_LLC2_LS_ADV_DIALOG},
+    {"tlist", VGA_UID_TP_DIALOG},        {"titem", VGA_UID_PARTS},
 };
 
 /* In this program they are all the forms that there are: the walk is of them, too. */
@@ -48,8 +48,10 @@ class OWN_FORMS : public testing::Environment {
             row.record_changed =
                 row.dialog_id == VGA_UID_NODE_WINDOW ? row.record_changed : nullptr;
         }
+        static VGA_UID_DESC part = {.dialog_id = VGA_UID_PARTS, .name = {}, .kind = VGA_KIND_MODAL};
+        gvga_part_desc = {&part, 1};
         for (const VGA_FORM_ROW &made : form_rows) {
-            VGA_UID_DESC &row = gvga_uid_desc[places.at(made.name)];
+            VGA_UID_DESC &row = *vga_find_row(places.at(made.name));
             strcpy(row.name, made.name);
             row.later = 0;
             row.desc_size = made.desc_size;
@@ -83,10 +85,8 @@ protected:
         return form;
     }
     VGA_FORM *child_of(VGA_FORM *parent, const char *name) {
-        return vga_form_of(gvga_uid_desc[places.at(name)].first_desc)->common.parent ==
-                       &parent->common
-                   ? vga_form_of(gvga_uid_desc[places.at(name)].first_desc)
-                   : nullptr;
+        VGA_DIALOG *desc = vga_find_row(places.at(name))->first_desc;
+        return desc->parent == &parent->common ? vga_form_of(desc) : nullptr;
     }
     VGA_PORT *port() const { return static_cast<VGA_PORT *>(record.record); }
     std::string text(NB_USHORT field) const { return vga_form_field_text(form, field); }

@@ -163,7 +163,7 @@ NB_VOID place_beside(const VGA_DIALOG *parent, Widget field) {
 
 /* What an error over the dialog is about; null: over the middle. */
 Widget subject_of(const VGA_DIALOG *parent, VGA_MODAL_TYPE type) {
-    if (type != VGA_MODAL_ERROR || gvga_uid_desc[parent->dialog_id].kind == VGA_KIND_MAIN) {
+    if (type != VGA_MODAL_ERROR || vga_row_of(parent).kind == VGA_KIND_MAIN) {
         return nullptr;
     }
     const Widget beside = parent->modal_dlg.beside;
@@ -184,7 +184,7 @@ NB_VOID show(const MODAL_REQUEST &request) {
     box.client_data = request.client_data;
     box.help_key = request.help_key;
     box.showing = 1; /* before the dialog is shown, which looks for waiting messages */
-    if (gvga_uid_desc[parent->dialog_id].kind != VGA_KIND_MAIN && parent->parent != nullptr) {
+    if (vga_row_of(parent).kind != VGA_KIND_MAIN && parent->parent != nullptr) {
         vga_raise_dialog(parent->parent);
     }
     vga_display_dialog(parent);

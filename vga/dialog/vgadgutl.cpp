@@ -250,7 +250,7 @@ NB_USHORT open_dialog(VGA_DIALOG *desc, VGA_DIALOG *parent, NB_VOID *context) {
 /* Closing one. */
 
 NB_VOID hide(VGA_DIALOG *desc) {
-    if (gvga_uid_desc[desc->dialog_id].kind != VGA_KIND_MAIN) {
+    if (vga_row_of(desc).kind != VGA_KIND_MAIN) {
         XtUnmanageChild(desc->widget);
     } else if (desc->shell != gvga_toplevel) {
         XtPopdown(desc->shell);
@@ -263,7 +263,7 @@ NB_VOID close_self(VGA_DIALOG *desc, NB_USHORT force) {
     if (desc->in_use == 0 || (desc == gvga_main_dialog && force == 0)) {
         return;
     }
-    const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
+    const VGA_UID_DESC &row = vga_row_of(desc);
     if (row.close_proc != nullptr) {
         row.close_proc(desc);
     }
@@ -286,7 +286,7 @@ NB_VOID call_window_action(NB_VOID *window, VGA_VIEWER_ACTION action, Widget wid
     if (desc == nullptr || desc->in_use == 0) {
         return;
     }
-    const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
+    const VGA_UID_DESC &row = vga_row_of(desc);
     XtCallbackProc proc = action == VGA_VIEWER_ACTION_ZOOM     ? row.zoom_action
                           : action == VGA_VIEWER_ACTION_DELETE ? row.delete_action
                                                                : row.add_action;
@@ -298,18 +298,15 @@ NB_VOID call_window_action(NB_VOID *window, VGA_VIEWER_ACTION action, Widget wid
 /* For the hooks. */
 
 NB_VOID tell_dialogs(NB_VOID *item, VGA_RECORD_CHANGE what) {
-    for (const VGA_UID_DESC &row : gvga_uid_desc) {
-        if (row.record_changed == nullptr) {
-            continue;
-        }
+    vga_for_each_row([item, what](const VGA_UID_DESC &row) {
         /* Descriptors are never freed, so a dialog that closes meanwhile does not break the walk.
          */
         for (VGA_DIALOG *desc = row.first_desc; desc != nullptr; desc = desc->next_desc) {
-            if (desc->in_use != 0) {
+            if (desc->in_use != 0 && row.record_changed != nullptr) {
                 row.record_changed(desc, item, what);
             }
         }
-    }
+    });
 }
 
 NB_USHORT dialog_shows(const VGA_DIALOG *dialog, const NB_VOID *record) {
@@ -325,13 +322,26 @@ NB_USHORT record_leaves_dialog(VGA_DIALOG *dialog, const NB_VOID *record) {
 
 } // namespace
 
+/* The table. */
+
+VGA_UID_DESC *vga_find_row(NB_USHORT dialog_id) {
+    const size_t part = dialog_id - size_t{VGA_UID_PARTS};
+    return dialog_id <= VGA_UID_MAX       ? &gvga_uid_desc[dialog_id]
+           : part < gvga_part_desc.size() ? &gvga_part_desc[part]
+                                          : nullptr;
+}
+
+VGA_UID_DESC &vga_row_of(const VGA_DIALOG *desc) {
+    return *vga_find_row(desc->dialog_id);
+}
+
 /* Start and end. */
 
 NB_VOID vga_init_dialogs(NB_VOID) {
-    for (NB_USHORT ii = 0; ii <= VGA_UID_MAX; ii++) {
-        NB_ASSERT(gvga_uid_desc[ii].dialog_id == ii);
-        gvga_uid_desc[ii].first_desc = gvga_uid_desc[ii].last_desc = nullptr;
-    }
+    vga_for_each_row([](VGA_UID_DESC &row) {
+        NB_ASSERT(vga_find_row(row.dialog_id) == &row);
+        row.first_desc = row.last_desc = nullptr;
+    });
     gvga_viewer_window_action = call_window_action;
     gvga_modal_firewall_down = vga_schedule_modal_dialog_check;
     gvga_hooks.record_changed = tell_dialogs;
@@ -345,7 +355,7 @@ NB_VOID vga_init_dialogs(NB_VOID) {
 
 NB_VOID vga_free_dialogs(NB_VOID) {
     vga_remove_all_node_window_widgets();
-    for (VGA_UID_DESC &row : gvga_uid_desc) {
+    vga_for_each_row([](VGA_UID_DESC &row) {
         while (row.first_desc != nullptr) {
             VGA_DIALOG *desc = row.first_desc;
             row.first_desc = desc->next_desc;
@@ -355,7 +365,7 @@ NB_VOID vga_free_dialogs(NB_VOID) {
             free(desc);
         }
         row.last_desc = nullptr;
-    }
+    });
     gvga_first_dialog = gvga_main_dialog = nullptr;
 }
 
@@ -364,18 +374,18 @@ NB_VOID vga_free_dialogs(NB_VOID) {
 NB_USHORT vga_get_dialog(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *context,
                          VGA_DIALOG **desc) {
     *desc = nullptr;
-    if (dialog_id > VGA_UID_MAX) {
+    VGA_UID_DESC *row = vga_find_row(dialog_id);
+    if (row == nullptr) {
         v0_assert_fatal(__FILE__, __LINE__, "dialog_id <= VGA_UID_MAX");
         return 0;
     }
     VGA_HOURGLASS busy;
-    VGA_UID_DESC &row = gvga_uid_desc[dialog_id];
     VGA_DIALOG *found;
-    if (find_closed(row, parent, &found) == 0) {
+    if (find_closed(*row, parent, &found) == 0) {
         return 0;
     }
     if (found == nullptr) {
-        found = make_dialog(row, parent);
+        found = make_dialog(*row, parent);
     }
     if (found == nullptr || open_dialog(found, parent, context) == 0) {
         return 0;
@@ -389,7 +399,7 @@ NB_VOID vga_display_dialog(VGA_DIALOG *desc) {
         return;
     }
     XtManageChild(desc->widget);
-    if (gvga_uid_desc[desc->dialog_id].kind == VGA_KIND_MAIN) {
+    if (vga_row_of(desc).kind == VGA_KIND_MAIN) {
         XtRealizeWidget(desc->shell);
         if (desc->shell == gvga_toplevel) {
             XtMapWidget(desc->shell);
@@ -421,7 +431,7 @@ NB_VOID vga_raise_with_keyboard(VGA_DIALOG *desc) {
 }
 
 std::string vga_get_title(const VGA_DIALOG *desc) {
-    const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
+    const VGA_UID_DESC &row = vga_row_of(desc);
     std::string title;
     if (row.kind != VGA_KIND_MAIN && XmIsBulletinBoard(desc->widget)) {
         XmString string = nullptr;
@@ -440,7 +450,7 @@ std::string vga_get_title(const VGA_DIALOG *desc) {
 }
 
 NB_VOID vga_set_title(VGA_DIALOG *desc, const NB_CHAR *title) {
-    const VGA_UID_DESC &row = gvga_uid_desc[desc->dialog_id];
+    const VGA_UID_DESC &row = vga_row_of(desc);
     std::string text = gvga_display_names != 0 ? std::string(row.name) + ": " + title : title;
     if (row.kind != VGA_KIND_MAIN && XmIsBulletinBoard(desc->widget)) {
         VGA_STRING string(text.c_str());
@@ -459,7 +469,7 @@ NB_VOID vga_release_dialog(VGA_DIALOG *dialog_ptr) {
         return;
     }
     nba_remove_from_q(&dialog_ptr->child_lqe);
-    if (gvga_uid_desc[dialog_ptr->dialog_id].kind == VGA_KIND_MAIN) {
+    if (vga_row_of(dialog_ptr).kind == VGA_KIND_MAIN) {
         dialog_ptr->parent = nullptr;
     }
     nba_destroy_handle(dialog_ptr->handle);
@@ -496,7 +506,7 @@ NB_VOID vga_close_cb(Widget widget, XtPointer, XtPointer) {
         ask_exit(desc);
         return;
     }
-    const auto may_close = gvga_uid_desc[desc->dialog_id].may_close;
+    const auto may_close = vga_row_of(desc).may_close;
     if (may_close == nullptr || may_close(desc) != 0) {
         vga_close_children(desc, 1, 0);
     }
@@ -504,8 +514,8 @@ NB_VOID vga_close_cb(Widget widget, XtPointer, XtPointer) {
 
 NB_VOID vga_command_cb(Widget widget, XtPointer client_data, XtPointer) {
     VGA_DIALOG *desc = vga_get_dialog_from_widget(widget);
-    if (desc != nullptr && gvga_uid_desc[desc->dialog_id].command_proc != nullptr) {
-        gvga_uid_desc[desc->dialog_id].command_proc(
+    if (desc != nullptr && vga_row_of(desc).command_proc != nullptr) {
+        vga_row_of(desc).command_proc(
             desc, static_cast<NB_USHORT>(*static_cast<const int *>(client_data)));
     }
 }
@@ -526,11 +536,11 @@ NB_VOID vga_exit_confirm_cb(VGA_DIALOG *, VGA_ANSWER answer, NB_ULONG) {
 /* Walking. */
 
 NB_VOID vga_for_each_dialog(NB_VOID (*visit)(VGA_DIALOG *desc, NB_VOID *data), NB_VOID *data) {
-    for (const VGA_UID_DESC &row : gvga_uid_desc) {
+    vga_for_each_row([visit, data](const VGA_UID_DESC &row) {
         for (VGA_DIALOG *desc = row.first_desc; desc != nullptr; desc = desc->next_desc) {
             visit(desc, data);
         }
-    }
+    });
 }
 
 VGA_DIALOG *vga_get_dialog_from_widget(Widget widget) {

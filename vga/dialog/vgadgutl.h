@@ -16,6 +16,7 @@
 #include <X11/Intrinsic.h>
 #include <Xm/Xm.h>
 #include <array>
+#include <span>
 #include <string>
 
 struct VGA_DIALOG;
@@ -85,6 +86,25 @@ struct VGA_UID_DESC {
 /* Defined with the windows (a test may define its own): the only door from here up to them. */
 typedef std::array<VGA_UID_DESC, VGA_UID_MAX + 1> VGA_UID_TABLE;
 extern VGA_UID_TABLE gvga_uid_desc;
+
+/* Windows that are parts of dialogs, as the editor of one row of a list: described and opened as
+ * those of the table, but only from their dialog, with which they close.  Their numbers begin
+ * behind those of the table.  Defined beside it; empty where there are none. */
+#define VGA_UID_PARTS (VGA_UID_MAX + 1)
+extern std::span<VGA_UID_DESC> gvga_part_desc;
+
+/* The row of that number in the table or of the parts; null: there is none. */
+VGA_UID_DESC *vga_find_row(NB_USHORT dialog_id);
+
+/* Calls visit(row) for all rows, those of parts behind the others. */
+template <class Visit> NB_VOID vga_for_each_row(Visit visit) {
+    for (VGA_UID_DESC &row : gvga_uid_desc) {
+        visit(row);
+    }
+    for (VGA_UID_DESC &part : gvga_part_desc) {
+        visit(part);
+    }
+}
 
 /* The rows that the framework itself knows of, defined beside the table. */
 struct VGA_UID_ROLES {
@@ -187,6 +207,9 @@ NB_VOID vga_exit_confirm_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG client
 
 /* The open or closed dialog that a widget belongs to, its message box included; null for none. */
 VGA_DIALOG *vga_get_dialog_from_widget(Widget widget);
+
+/* The row that a descriptor was made of. */
+VGA_UID_DESC &vga_row_of(const VGA_DIALOG *desc);
 
 /* Calls `visit` for every descriptor that exists, open or closed. */
 NB_VOID vga_for_each_dialog(NB_VOID (*visit)(VGA_DIALOG *desc, NB_VOID *data), NB_VOID *data);

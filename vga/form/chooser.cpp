@@ -305,8 +305,7 @@ NB_VOID add_callbacks(WINDOW &window, Widget shell) {
     XtAddCallback(window.box, XmNokCallback, take, &window);
     XtAddCallback(window.box, XmNcancelCallback, leave, &window);
     XtAddCallback(window.box, XmNmapCallback, place, &window);
-    XtAddCallback(window.box, XmNhelpCallback, vga_help_cb,
-                  gvga_uid_desc[window.desc->dialog_id].name);
+    XtAddCallback(window.box, XmNhelpCallback, vga_help_cb, vga_row_of(window.desc).name);
     XtAddCallback(window.find, XmNvalueChangedCallback, typed, &window);
     XtAddCallback(window.list, XmNbrowseSelectionCallback, row_clicked, &window);
     XtAddCallback(window.list, XmNdefaultActionCallback, row_taken, &window);

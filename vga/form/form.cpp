@@ -20,7 +20,7 @@ VGA_FORM *vga_form_of_widget(Widget widget) {
 }
 
 const NB_CHAR *vga_form_name(const VGA_FORM *form) {
-    return gvga_uid_desc[form->common.dialog_id].name;
+    return vga_row_of(&form->common).name;
 }
 
 Widget vga_form_part(const VGA_FORM *form, const NB_CHAR *part) {
@@ -180,13 +180,11 @@ NB_VOID reset_cb(Widget widget, XtPointer, XtPointer) {
 
 /* Its row; that of the first window, which is no form, where there is none of the name. */
 NB_USHORT dialog_named(const NB_CHAR *name) {
-    for (const VGA_UID_DESC &row : gvga_uid_desc) {
-        if (strcmp(row.name, name) == 0) {
-            return row.dialog_id;
-        }
-    }
-    v0_assert(__FILE__, __LINE__, "FALSE");
-    return 0;
+    NB_USHORT found = 0;
+    vga_for_each_row([&found, name](const VGA_UID_DESC &row) {
+        found = strcmp(row.name, name) == 0 ? row.dialog_id : found;
+    });
+    return found;
 }
 
 NB_VOID child_cb(Widget widget, XtPointer data, XtPointer) {
@@ -218,7 +216,7 @@ NB_VOID attach_choosers(VGA_FORM *form) {
 
 /* The open form of that row on the record, or on a new one of that owner. */
 VGA_FORM *find_open(NB_USHORT dialog_id, const NB_VOID *record, const NB_VOID *owner) {
-    for (VGA_DIALOG *desc = gvga_uid_desc[dialog_id].first_desc; desc != nullptr;
+    for (VGA_DIALOG *desc = vga_find_row(dialog_id)->first_desc; desc != nullptr;
          desc = desc->next_desc) {
         const bool same = record != nullptr
                               ? desc->parent_item == record
@@ -244,7 +242,7 @@ struct OPENING {
 
 VGA_FORM *open(const OPENING &opening) {
     VGA_DIALOG *desc = nullptr;
-    if (gvga_uid_desc[opening.dialog_id].record_changed != vga_form_record_changed) {
+    if (vga_find_row(opening.dialog_id)->record_changed != vga_form_record_changed) {
         v0_assert(__FILE__, __LINE__, "record_changed == vga_form_record_changed");
         return nullptr;
     }

@@ -2,6 +2,7 @@
 #include "forms.h"
 #include "nodecommands.h"
 #include "vganodew.h"
+#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -12,14 +13,12 @@ NB_USHORT no_widgets(VGA_DIALOG *) {
     return 1;
 }
 
-template <size_t size>
-constexpr VGA_UID_DESC row(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size],
-                           VGA_DIALOG_KIND kind) {
-    static_assert(size <= VGA_UID_NAME_SIZE);
+constexpr VGA_UID_DESC row(NB_USHORT dialog_id, std::string_view name, VGA_DIALOG_KIND kind) {
     VGA_UID_DESC row = {.dialog_id = dialog_id, .name = {}, .kind = kind};
-    for (size_t at = 0; at < size; at++) {
+    for (size_t at = 0; at < name.size(); at++) {
         row.name[at] = name[at];
     }
+    row.name[name.size()] = '\0'; /* an error of the compiler where it does not fit */
     return row;
 }
 
@@ -33,19 +32,22 @@ constexpr const VGA_FORM_ROW *find_form(std::string_view name) {
     return nullptr;
 }
 
+constexpr VGA_UID_DESC form(VGA_UID_DESC made, const VGA_FORM_ROW &form) {
+    made.desc_size = form.desc_size;
+    made.get_widgets = form.get_widgets;
+    made.close_proc = form.close_proc;
+    made.record_changed = vga_form_record_changed;
+    made.may_close = vga_form_may_close;
+    return made;
+}
+
 /* A dialog of fields (form.h), or a window that is not in this release: its description is made
  * from resources/uil/later.txt. */
-template <size_t size>
-constexpr VGA_UID_DESC dialog(VGA_DIALOG_ID dialog_id, const NB_CHAR (&name)[size],
+constexpr VGA_UID_DESC dialog(VGA_DIALOG_ID dialog_id, std::string_view name,
                               VGA_DIALOG_KIND kind) {
     VGA_UID_DESC made = row(dialog_id, name, kind);
-    if (const VGA_FORM_ROW *form = find_form(name)) {
-        made.desc_size = form->desc_size;
-        made.get_widgets = form->get_widgets;
-        made.close_proc = form->close_proc;
-        made.record_changed = vga_form_record_changed;
-        made.may_close = vga_form_may_close;
-        return made;
+    if (const VGA_FORM_ROW *described = find_form(name)) {
+        return form(made, *described);
     }
     made.later = 1;
     made.desc_size = sizeof(VGA_DIALOG);
@@ -158,9 +160,32 @@ constexpr bool in_order(const VGA_UID_TABLE &table) {
 }
 static_assert(in_order(rows) && VGA_UID_TN_EXL_DIALOG == VGA_UID_MAX);
 
+/* What is described and has no row: the editors of lists' rows. */
+constexpr bool is_part(const VGA_FORM_ROW &form) {
+    return std::none_of(rows.begin(), rows.end(), [&form](const VGA_UID_DESC &row) {
+        return std::string_view(row.name) == form.name;
+    });
+}
+
+constexpr auto make_parts() {
+    std::array<VGA_UID_DESC, std::count_if(std::begin(form_rows), std::end(form_rows), is_part)>
+        parts = {};
+    size_t count = 0;
+    for (const VGA_FORM_ROW &described : form_rows) {
+        if (is_part(described)) {
+            const auto id = static_cast<NB_USHORT>(VGA_UID_PARTS + count);
+            parts[count++] = form(row(id, described.name, VGA_KIND_MODAL), described);
+        }
+    }
+    return parts;
+}
+
+auto parts = make_parts();
+
 } // namespace
 
 VGA_UID_TABLE gvga_uid_desc = rows;
+std::span<VGA_UID_DESC> gvga_part_desc = parts;
 
 const VGA_UID_ROLES gvga_uid_roles = {.system_window = VGA_UID_SYSTEM_WINDOW,
                                       .node_window = VGA_UID_NODE_WINDOW,
