@@ -36,7 +36,7 @@ BELOW = {
     "node": ("node", "snanode_engine", ["base", "vappn", "records"]),
 }
 # What may point up: the tables of viewer types and of windows.
-DOORS = {"gvga_viewer_desc", "gvga_uid_desc", "gvga_uid_roles"}
+DOORS = {"gvga_viewer_desc", "gvga_uid_desc", "gvga_part_desc", "gvga_uid_roles"}
 CORE_TESTS = ["model_test", "livemodel_test", "pipeline_test"]
 
 TOOLKIT_HEADER = re.compile(r"(X11|Xm|Mrm|uil)/")
