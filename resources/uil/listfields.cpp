@@ -4,7 +4,7 @@
  *   schema  field  kind  width  low  high  unit  secret  words
  *
  * Schema and field are called as in C++; an item's field stands under "schema.item", one of the
- * settings under "settings.name".  `words` are
+ * settings under "settings.name"; kind and unit, too, have the names of C++.  `words` are
  * WORD:MESSAGE, separated by commas, where MESSAGE is the number of the catalogue's text or 0. */
 #include "schemas.h"
 
@@ -24,11 +24,36 @@ constexpr const char *kinds[] = {
 };
 static_assert(std::size(kinds) == static_cast<size_t>(FieldKind::Hex) + 1);
 
+const char *name_of(records::Unit unit) {
+    switch (unit) {
+#define NAME(unit)                                                                                 \
+    case records::Unit::unit:                                                                      \
+        return #unit;
+        NAME(Plain)
+        NAME(Seconds)
+        NAME(Milliseconds)
+        NAME(Hundredths)
+        NAME(Time)
+        NAME(Bytes)
+        NAME(Frames)
+        NAME(Messages)
+        NAME(BitsPerSecond)
+        NAME(KilobitsPerSecond)
+        NAME(Sessions)
+        NAME(Links)
+        NAME(Ports)
+        NAME(Lus)
+        NAME(Users)
+#undef NAME
+    }
+    return "";
+}
+
 void list_table(const char *schema, FieldTable table) {
     for (const FieldRow &row : table) {
-        printf("%s\t%s\t%s\t%u\t%u\t%u\t%u\t%u\t", schema, row.name,
+        printf("%s\t%s\t%s\t%u\t%u\t%u\t%s\t%u\t", schema, row.name,
                kinds[static_cast<size_t>(row.kind)], unsigned{row.width}, row.low, row.high,
-               static_cast<unsigned>(row.unit), row.has(records::FIELD_SECRET) ? 1U : 0U);
+               name_of(row.unit), row.has(records::FIELD_SECRET) ? 1U : 0U);
         const char *separator = "";
         for (const records::FieldWord &word : row.words) {
             printf("%s%s:%u", separator, word.text, unsigned{word.message});

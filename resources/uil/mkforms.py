@@ -10,14 +10,16 @@ forms.inc   for each its table of fields, its plan, vga_get_widgets_<name> and v
 forms.labels  what the dialog's help topic has to explain (mkhelp.py)
 
 FIELDS is what listfields prints: kind, width, bounds, unit and words of a field are those of its
-schema and are not said again.  A description is a line a thing, lines that begin with # are comments:
+schema and are not said again.  A description is a line a thing, lines that begin with # are comments;
+texts are ASCII, without double quotes and backslashes:
 
     dialog NAME "Title" of SCHEMA TYPE [with SCHEMA TYPE]...   what it shows: records and their types
-    widgets NAME        vga_get_widgets_NAME looks its widgets up
+    widgets NAME        vga_get_widgets_NAME looks its widgets up; every dialog has one
     include FILE        header with constants and types that the lines below name
     status              shows only: Close, Refresh, when it was asked, how often to ask again; unless
                         its plan says otherwise, it asks for the record's entry in its list
-    child               edits a part of the data of the form that opens it, and accepts without a verb
+    child               edits a part of the data of the form that opens it, and accepts without a verb;
+                        its records are its parent's, all and in that order, since it copies their bytes
     guided              one page after the other, with Back and a summary
     state TYPE          the descriptor has a member `state` of that type, for the dialog's own code
     plan MEMBER=VALUE.. members of VGA_FORM_PLAN; a function is declared in forms.h
@@ -26,7 +28,8 @@ schema and are not said again.  A description is a line a thing, lines that begi
     group "Heading"     the fields below stand under a heading
     show FIELD "Label"  a value that is only looked at
     edit FIELD "Label"  one that can be changed
-    key FIELD "Label"   one that only a new record can be given (`renames`: an old one, too)
+    key FIELD "Label"   one that only a new record can be given (`renames`: an old one, too); it may be
+                        empty unless it is `required`
     switch NAME "Label" a flag of the dialog's own, no record's
     choice WORD "Text" [called]  below a field of words: one that is offered; without, all are.  Its
                         item is a member of the descriptor, called after the word unless said
@@ -45,7 +48,8 @@ FIELD is a field of the first schema, SCHEMA.FIELD of another.  What may follow 
     not                 the flag is shown the other way round
     part=network|name   of a qualified name
     style=STYLE         as VGA_STYLE_...
-    required[=FUNCTION] must not be empty (when FUNCTION says so)
+    required[=FUNCTION] must not be empty (when FUNCTION says so); an empty number otherwise means 0,
+                        where 0 is allowed or `zero`, and where it is not one has to be entered
     zero                0 reads as nothing, and nothing means 0
     low=N high=N        narrower than the schema's
     most=FUNCTION       the highest number by the fields before it
@@ -56,12 +60,19 @@ FIELD is a field of the first schema, SCHEMA.FIELD of another.  What may follow 
     hint="Text"         what there is to say besides range and unit
     filter=PROCEDURE columns=N   otherwise by kind and width
 
-A fault is printed as file:line, nothing is written, and the exit status is 1.
+What most=, check=, from= and required= name, and `arranged`, is called at every change of a field, and
+has no effect but its result.  Of the plan's functions `may_edit`, `question` and `issue` are called only
+while there is a record, or for a new one what it will belong to.  All others ask whether
+vga_form_record or vga_form_owner is null: a record goes while its dialog is open.
+
+A fault (checkforms.py) is printed as file:line, nothing is written, and the exit status is 1.
 """
 
 import re
 import sys
 from pathlib import Path
+
+from checkforms import Fault, check_choice, check_dialog, check_line, check_together, condition
 
 WORD = re.compile(r'(?:"[^"]*"|[^\s"])+')
 PLAN_FUNCTIONS = {'load', 'may_edit', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
@@ -70,16 +81,14 @@ FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
 FLAGS = {'not', 'renames', 'zero', 'free'}
 VALUES = {'as', 'member', 'box', 'button', 'part', 'style', 'required', 'low', 'high', 'most', 'check',
           'from', 'when', 'empty', 'bad', 'unknown', 'hint', 'filter', 'columns', 'editor'}
-UNITS = ['', 'seconds', 'milliseconds', 'hundredths of a second', '', 'bytes', 'frames', 'messages',
-         'bits per second', 'kilobits per second', '', '', '', '', '']
+UNITS = {'Seconds': 'seconds', 'Milliseconds': 'milliseconds', 'Hundredths': 'hundredths of a second',
+         'Bytes': 'bytes', 'Frames': 'frames', 'Messages': 'messages', 'BitsPerSecond': 'bits per second',
+         'KilobitsPerSecond': 'kilobits per second'}
+UNITS_UNSAID = {'Plain', 'Time', 'Sessions', 'Links', 'Ports', 'Lus', 'Users'}  # the label says them
 NAMES = {'NameA': 8, 'NameFq': 17, 'NameAny': 17, 'NamePartner': 17}
 FILTERS = {'NameA': 'vga_check_ebcdic_cb', 'Number': 'vga_check_num_cb', 'Bytes': 'vga_check_hex_cb',
            'Hex': 'vga_check_hex_cb', 'Address': 'vga_check_ip_addr_cb'}
 STYLE_FILTERS = {'TP_NAME': 'vga_check_tp_name_cb', 'NODE_ID': 'vga_all_caps_cb', 'MAC': 'vga_all_caps_cb'}
-
-
-class Fault(Exception):
-    pass
 
 
 def one_word(name):
@@ -93,10 +102,10 @@ class Row:
     def __init__(self, columns):
         (self.schema, self.name, self.kind, width, low, high, unit, secret, words) = columns
         self.width, self.low, self.high = int(width), int(low), int(high)
-        self.unit, self.secret = UNITS[int(unit)], secret == '1'
-        self.time = int(unit) == 4
+        if unit not in UNITS and unit not in UNITS_UNSAID:
+            raise Fault(f'{self.schema} {self.name}: the unit {unit} is new: add it to UNITS or UNITS_UNSAID')
+        self.unit, self.secret = UNITS.get(unit, ''), secret == '1'
         self.words = [word.split(':')[0] for word in words.split(',') if word]
-        self.messages = dict(word.split(':') for word in words.split(',') if word)
 
 
 def read_rows(path):
@@ -113,23 +122,26 @@ class Item:
     def __init__(self, dialog, what, words, place):
         self.dialog, self.what, self.place = dialog, what, place
         self.name = words[0]
-        if len(words) < 2 or not words[1].startswith('"'):
-            raise Fault(f'{what} {self.name} has no label')
         self.label = words[1][1:-1]
         self.facts, self.choices, self.called, self.columns_of_list = {}, [], {}, []
         self.row = self.field = None
         for word in words[2:]:
             key, given, value = word.partition('=')
             if given and key not in VALUES or not given and key not in FLAGS | {'required'}:
-                raise Fault(f'"{word}" is not known')
+                raise Fault(f'"{word}" is not known: name an option, as the head of mkforms.py has them')
+            if key in self.facts or given and not value.strip('"'):
+                raise Fault(f'"{key}" is there twice or says nothing: say it once')
             self.facts[key] = value.strip('"') if given else ''
             if key in ('box', 'button') and ':' in value:
-                self.facts[key], self.facts[key + '_member'] = value.split(':')
+                self.facts[key], _, self.facts[key + '_member'] = value.partition(':')
         self.widget = dialog.name + self.facts.get('as', one_word(self.name.split('.')[-1]))
         self.member = self.facts.get('member', self.name.split('.')[-1])
 
     def has(self, fact):
         return fact in self.facts
+
+    def conditions(self):
+        return self.facts['when'].split('&') if self.has('when') else []
 
     # What the field looks like.
 
@@ -188,27 +200,29 @@ class Dialog:
 
     def __init__(self, path, rows):
         self.path, self.rows = path, rows
-        self.name = None
-        self.widgets = self.state = None
-        self.status = self.child = self.guided = False
+        self.name = self.place = self.order_place = None
+        self.widgets = self.state = self.opener = None
+        self.status = self.child = self.guided = self.opened = False
         self.includes, self.plan, self.records = [], {}, []
         self.pages, self.items, self.order = [], [], []
-        for number, line in enumerate(path.read_text(encoding='utf-8').splitlines(), 1):
+        for number, line in enumerate(path.read_text(encoding='utf-8', errors='replace').splitlines(), 1):
             words = WORD.findall(line)
             if not words or words[0].startswith('#'):
                 continue
             try:
+                check_line(line, words)
                 self.read_line(words, f'{path.name}:{number}')
             except Fault as fault:
                 raise Fault(f'{path.name}:{number}: {fault}') from None
         if self.name is None:
-            raise Fault(f'{path.name}:1: no dialog')
-        self.check()
+            raise Fault(f'{path.name}:1: the first line says: dialog NAME "Title" of SCHEMA TYPE')
+        check_dialog(self)
 
     def read_line(self, words, place):
         what, words = words[0], words[1:]
-        if what == 'dialog':
+        if what == 'dialog' and self.name is None:
             self.read_head(words)
+            self.place = place
         elif self.name is None:
             raise Fault('the first line says: dialog NAME "Title" of SCHEMA TYPE')
         elif what in ('status', 'guided') or what == 'child' and not words:
@@ -220,29 +234,35 @@ class Dialog:
         elif what == 'plan':
             for word in words:
                 key, _, value = word.partition('=')
+                if key not in PLAN_ORDER or key in self.plan:
+                    raise Fault(f'a plan has no {key}, or has it already: name a member of VGA_FORM_PLAN once')
                 self.plan[key] = value
         elif what == 'order':
             self.order += words
+            self.order_place = place
         elif what == 'page':
+            if self.pages and self.pages[0][0] is None:
+                raise Fault('fields stand in front of the first page: put the page above them')
             self.pages.append((words[0].strip('"'), []))
         elif what == 'group':
             self.add(('group', words[0].strip('"')))
         elif what == 'column':
             self.add_column(words, place)
         elif what == 'choice':
+            check_choice(self.items, words[0])
             self.items[-1].choices.append((words[0], words[1].strip('"')))
             self.items[-1].called[words[0]] = words[2] if len(words) > 2 else words[0]
         elif what in ('show', 'edit', 'key', 'switch', 'list', 'child'):
             self.add_item(Item(self, what, words, place))
         else:
-            raise Fault(f'"{what}" is not known')
+            raise Fault(f'"{what}" is not known here: begin a line as the head of mkforms.py has it')
 
     def read_head(self, words):
         self.name, self.title = words[0], words[1].strip('"')
         rest = words[2:]
         while rest:
             if rest[0] not in ('of', 'with') or len(rest) < 3 or rest[1] not in self.rows:
-                raise Fault(f'"{" ".join(rest)}" does not say which schema and type')
+                raise Fault(f'"{" ".join(rest)}" names no schema and type: write of SCHEMA TYPE, then with SCHEMA TYPE')
             self.records.append((rest[1], rest[2]))
             rest = rest[3:]
 
@@ -258,52 +278,34 @@ class Dialog:
             schema = schema or self.records[0][0]
             item.schema, item.field = schema, field
             if field not in self.rows.get(schema, {}):
-                raise Fault(f'{schema} has no field {field}')
+                raise Fault(f'{schema} has no field {field}: name one of its fields')
             if schema not in [name for name, _ in self.records]:
-                raise Fault(f'the dialog is not of {schema}')
+                raise Fault(f'the dialog is not of {schema}: add with {schema} TYPE to its first line')
             item.row = self.rows[schema][field]
         self.items.append(item)
         self.add(('item', item))
 
     def add_column(self, words, place):
         if not self.items or self.items[-1].what != 'list':
-            raise Fault('a column stands below a list')
+            raise Fault('a column stands below a list: put it there')
         column = Item(self, 'column', words, place)
         schema = f'{self.records[0][0]}.item'
         if column.name not in self.rows.get(schema, {}):
-            raise Fault(f'{schema} has no field {column.name}')
+            raise Fault(f'{schema} has no field {column.name}: name one of its fields')
         column.row = self.rows[schema][column.name]
         self.items[-1].columns_of_list.append(column)
 
     def fields(self):
         """In the order in which they are checked."""
         found = [item for item in self.items if item.what not in ('list', 'child')]
-        if self.order:
-            by_name = {item.name: item for item in found}
-            missing = [name for name in self.order if name not in by_name]
-            if missing or len(self.order) != len(set(self.order)):
-                raise Fault(f'{self.path.name}: the order names what is no field: {missing}')
-            found = ([by_name[name] for name in self.order] +
-                     [item for item in found if item.name not in self.order])
-        return found
+        return ([item for name in self.order for item in found if item.name == name] +
+                [item for item in found if item.name not in self.order])
 
-    def number(self, name):
-        for at, item in enumerate(self.fields()):
-            if name in (item.name, item.member):
-                return at
-        raise Fault(f'{self.path.name}: {name} is no field')
+    def field_called(self, name):
+        return next((item for item in self.fields() if name in (item.name, item.member)), None)
 
-    def check(self):
-        seen = {}
-        for item in self.items:
-            for widget in {item.widget, item.box, item.button} - {None}:
-                if widget in seen:
-                    raise Fault(f'{item.place}: {widget} is there already')
-                seen[widget] = item
-            if item.row is not None:
-                for word, _ in item.choices:
-                    if word not in item.row.words:
-                        raise Fault(f'{item.place}: {item.name} has no word {word}')
+    def switches(self):
+        return [item.name for item in self.items if item.what == 'switch']
 
 
 # Window descriptions.
@@ -504,7 +506,7 @@ class Coder:
         for schema, kind in dialog.records:
             data = f'std::remove_pointer_t<decltype({kind}::vcb)>' if kind.startswith('VGA_') else kind
             out.append(f'    {data} {self.record(schema)};')
-        out += [f'    NB_UCHAR {item.name}; /* flag */' for item in dialog.items if item.what == 'switch']
+        out += [f'    NB_UCHAR {name}; /* flag */' for name in (dialog.opener or dialog).switches()]
         out += ['};', '', f'struct {self.desc} {{', '    VGA_FORM form;']
         out += [f'    Widget {member};' for member, _ in self.members()]
         out += [f'    {dialog.state} state;'] if dialog.state else []
@@ -513,9 +515,8 @@ class Coder:
         out += ['};', '']
         out += [f'extern std::remove_pointer_t<decltype({member})> {name};'
                 for member, name in self.functions()]
-        if dialog.widgets:
-            out.append(f'NB_USHORT vga_get_widgets_{dialog.widgets}(VGA_DIALOG *desc);')
-        out += [f'NB_VOID vga_{dialog.name}_close_proc(VGA_DIALOG *desc);',
+        out += [f'NB_USHORT vga_get_widgets_{dialog.widgets}(VGA_DIALOG *desc);',
+                f'NB_VOID vga_{dialog.name}_close_proc(VGA_DIALOG *desc);',
                 f'extern const VGA_FORM_PLAN gvga_{dialog.name}_plan;', '',
                 f'inline {self.desc} *vga_{dialog.name}_desc(VGA_FORM *form) {{',
                 f'    return reinterpret_cast<{self.desc} *>(form);', '}',
@@ -529,18 +530,11 @@ class Coder:
     def conditions(self, item):
         """The rows of VGA_CONDITION of one field."""
         rows = []
-        for part in item.facts.get('when', '').split('&'):
-            match = re.fullmatch(r'(!?)([\w.]+)(?:(!?=|>)(\w+))?', part)
-            if not match:
-                raise Fault(f'{item.place}: "{part}" is no condition')
-            no, name, operator, value = match.groups()
-            if name == 'new':
-                rows.append('{.test = VGA_WHEN_NEW}')
-                continue
-            test = {None: 'VGA_WHEN_IS', '=': 'VGA_WHEN_IS', '!=': 'VGA_WHEN_IS_NOT',
-                    '>': 'VGA_WHEN_ABOVE'}[operator]
-            value = value or ('no' if no else 'yes')
-            rows.append(f'{{.field = {self.dialog.number(name)}, .test = {test}, .value = "{value}"}}')
+        tests = {'=': 'VGA_WHEN_IS', '!=': 'VGA_WHEN_IS_NOT', '>': 'VGA_WHEN_ABOVE'}
+        for part in item.conditions():
+            other, operator, value = condition(item, part)
+            rows.append('{.test = VGA_WHEN_NEW}' if other is None else
+                        f'{{.field = {self.dialog.fields().index(other)}, .test = {tests[operator]}, .value = "{value}"}}')
         return rows
 
     def field(self, item):
@@ -630,14 +624,10 @@ class Coder:
                 members['refresh'] = 'vga_form_issue_read'
         members.update(dialog.plan)
         out += [f'    .{member} = {members[member]},' for member in PLAN_ORDER if member in members]
-        unknown = set(members) - set(PLAN_ORDER)
-        if unknown:
-            raise Fault(f'{dialog.path.name}: a plan has no {", ".join(sorted(unknown))}')
-        out += ['};', '']
-        if dialog.widgets:
-            out += [f'NB_USHORT vga_get_widgets_{dialog.widgets}(VGA_DIALOG *desc) {{',
-                    f'    return vga_form_get_widgets(desc, &gvga_{name}_plan);', '}', '']
-        out += [f'NB_VOID vga_{name}_close_proc(VGA_DIALOG *desc) {{',
+        out += ['};', '',
+                f'NB_USHORT vga_get_widgets_{dialog.widgets}(VGA_DIALOG *desc) {{',
+                f'    return vga_form_get_widgets(desc, &gvga_{name}_plan);', '}', '',
+                f'NB_VOID vga_{name}_close_proc(VGA_DIALOG *desc) {{',
                 '    vga_form_close_proc(desc);', '}', '']
         return out
 
@@ -653,14 +643,22 @@ def rows_of_table(dialogs):
     out = ['constexpr VGA_FORM_ROW form_rows[] = {']
     out += [f'    {{"{dialog.name}", sizeof(VGA_{dialog.name.upper()}_DESC), '
             f'{"vga_get_widgets_" + dialog.widgets}, vga_{dialog.name}_close_proc}},'
-            for dialog in dialogs if dialog.widgets]
+            for dialog in dialogs]
     return out + ['};', '']
 
 
-def main():
-    rows, folder = read_rows(sys.argv[1]), Path(sys.argv[2])
+def same_data(dialogs):
+    """The compiler's word that a child form has its parent's data."""
+    return [f'static_assert(sizeof(VGA_{child.upper()}_DATA) == sizeof(VGA_{parent.name.upper()}_DATA));'
+            for parent in dialogs for child in [item.name for item in parent.items if item.what == 'child']]
+
+
+def main(arguments):
+    folder = Path(arguments[2])
     try:
-        dialogs = [Dialog(Path(path), rows) for path in sys.argv[3:]]
+        rows = read_rows(arguments[1])
+        dialogs = [Dialog(Path(path), rows) for path in arguments[3:]]
+        check_together(dialogs)
         made = '! Made of the dialogs\' descriptions by mkforms.py.\n\n'
         code = '/* Made of the dialogs\' descriptions by mkforms.py. */\n'
         description = made + '\n'.join(line for dialog in dialogs for line in Describer(dialog).run())
@@ -668,6 +666,7 @@ def main():
         header = [code + '#ifndef FORMS_H', '#define FORMS_H', '', '#include "formrecords.h"', '']
         for dialog in dialogs:
             header += Coder(dialog).header()
+        header += same_data(dialogs)
         source = [code] + [f'#include "{name}"' for name in includes]
         source += ['#include "forms.h"', '#include "fieldrows.h"', '#include "messages.h"', '#include "schemas.h"', '']
         for dialog in dialogs:
@@ -686,4 +685,4 @@ def main():
 
 
 if __name__ == '__main__':
-    sys.exit(main())
+    sys.exit(main(sys.argv))

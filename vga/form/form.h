@@ -81,8 +81,9 @@ enum VGA_FORM_STEP : NB_USHORT {
 
 /* What a dialog declares.  All but the tables and sizes may be null.
  *
- * Functions get a form without a record or owner when those are gone.  Those of the fields and
- * `arranged` are called at every change of a field: they have no effect but their result. */
+ * Functions get a form without a record or owner when those are gone; only `may_edit`, `question`
+ * and `issue` are not called then.  Those of the fields and `arranged` are called at every change
+ * of a field: they have no effect but their result. */
 struct VGA_FORM_PLAN {
     VGA_FORM_KIND kind = VGA_FORM_EDIT;
     std::span<const VGA_FIELD> fields = {};

@@ -63,7 +63,10 @@ struct VGA_CONDITION {
     const NB_CHAR *value = ""; /* "yes" and "no" of a flag, the schema's word, or a number */
 };
 
-/* By the kind of its row a field is a toggle button (Flag), an option menu (Word), or a text.  The
+/* Its functions are called at every change of a field, also when the record or its owner is gone:
+ * they read, and have no effect but their result.
+ *
+ * By the kind of its row a field is a toggle button (Flag), an option menu (Word), or a text.  The
  * items of a menu are named after the menu and the word: "*modedLevelRle" for the word "rle" of
  * "*modedLevel"; a word without an item is not offered. */
 struct VGA_FIELD {
