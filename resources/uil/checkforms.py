@@ -80,7 +80,10 @@ def check_options(item):
     need('part' not in facts or facts['part'] in ('network', 'name') and item.row.width == 17, place,
          'write part=network or part=name, of a qualified name')
     for fact in ('low', 'high', 'columns'):
-        need(facts.get(fact, '1').isdigit(), place, f'{fact}={facts.get(fact)} is no number: write one')
+        need(re.fullmatch('0|[1-9][0-9]*', facts.get(fact, '1')), place, f'{fact}={facts.get(fact)} is no number: write one')
+    need(facts.get('columns') != '0', place, 'no characters fit into columns=0: write how many')
+    for fact in ('as', 'member', 'box', 'box_member', 'button', 'button_member', 'editor'):
+        need(re.fullmatch(r'\w+', facts.get(fact, 'A')), place, f'"{facts.get(fact)}" is no name: write letters and digits')
     if kind == 'number':
         row = item.row
         low, high = int(facts.get('low', row.low)), int(facts.get('high', row.high))
@@ -153,11 +156,10 @@ def check_dialog(dialog):
         if item.what == 'list':
             need(item.columns_of_list, item.place, 'a list shows nothing: put columns below it')
     check_names(dialog)
-    names = [item.name for item in dialog.items]
-    for name in dialog.order:
-        need(name in names, dialog.order_place, f'{name} is no field of the dialog: name one')
-        need(dialog.order.count(name) == 1, dialog.order_place, f'{name} is in the order twice: take one away')
     fields = dialog.fields()
+    for name in dialog.order:
+        need(name in [item.name for item in fields], dialog.order_place, f'{name} is no field of the dialog: name one')
+        need(dialog.order.count(name) == 1, dialog.order_place, f'{name} is in the order twice: take one away')
     keys = [at for at, item in enumerate(fields) if item.what == 'key']
     need(not keys or keys[-1] - keys[0] + 1 == len(keys), fields[keys[-1]].place if keys else '',
          'it is apart from the other key: put the keys next to each other')
