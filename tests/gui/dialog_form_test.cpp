@@ -66,8 +66,6 @@ class OWN_FORMS : public testing::Environment {
 
 class Form : public LIVE_FORMS {
 protected:
-    static void SetUpTestSuite() { looks::open_windows(); }
-
     /* On a record of the type, or on a new one beside it. */
     template <class Record> VGA_FORM *open(const char *name, VGA_FORM_MODE mode = VGA_FORM_CHANGE) {
         record = places_of(&vga_form_type<Record>).at(0);

@@ -1,55 +1,34 @@
 // The status of a link station, against the node software itself: what is asked when, and what is
 // shown of the answers.
 
-#include "livesupport.h"
+#include "live_forms.h"
 
-#include "dialogids.h"
 #include "forms.h"
-#include "gui_windows.h"
 #include "vgaindct.h"
-#include "vganodew.h"
-#include "windowtable.h"
 
 SCRIPTED_NOF_ENTRY
 
+using namespace forms;
+
 namespace {
 
-class LinkStatus : public LIVE_MODEL, public testing::Test {
+class LinkStatus : public LIVE_FORMS {
 protected:
+    LinkStatus() { sample = "single"; }
     void SetUp() override {
-        if (gvga_uil_hierarchy == nullptr) {
-            static gui::PREFIX prefix;
-            ASSERT_EQ(vga_load_messages(), 1);
-            gui::open_windows();
-        }
-        open("single");
-        gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
-                                           gvga_display, nullptr);
-        vga_init_dialogs();
-        build();
+        LIVE_FORMS::SetUp();
         node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
         ls = static_cast<VGA_LS *>(ntl_avl_find(&node->link_stations, "TELLER1 "));
         ASSERT_NE(ls, nullptr);
-        ASSERT_EQ(vga_display_node_window(node, 1), 1);
-        gvga_main_dialog = gvga_first_dialog;
         form =
             vga_form_open(VGA_UID_LINK_DET_DIALOG, gvga_main_dialog, ls, nullptr, VGA_FORM_CHANGE);
         ASSERT_NE(form, nullptr);
         run(1);
     }
-    void TearDown() override {
-        close();
-        vga_free_dialogs();
-        XtDestroyWidget(gvga_toplevel);
-        gvga_first_dialog = nullptr;
-        gui::settle();
-    }
 
     std::string text(const char *name) const {
         return gui::label_text(XtNameToWidget(form->common.widget, name));
     }
-    static size_t under_way() { return scripted_nof.in_flight.size(); }
-    static void push(Widget button) { XtCallCallbacks(button, XmNactivateCallback, nullptr); }
     void choose_period(const char *name) const {
         Widget item = XtNameToWidget(form->common.widget, name);
         XtVaSetValues(form->period, XmNmenuHistory, item, nullptr);
@@ -85,7 +64,7 @@ TEST_F(LinkStatus, IsAskedAnewByHandAndByItself) {
     push(form->refresh_button);
     EXPECT_EQ(text("*linksMessageLine"), "Waiting for corvid1...");
     push(form->refresh_button);
-    EXPECT_EQ(under_way(), 1U);
+    EXPECT_EQ(in_flight(), 1);
     run(1);
     EXPECT_NE(text("*linksInBytes"), opened);
     EXPECT_EQ(text("*linksInBytes"), std::to_string(ls->vcb->det_data.in_bytes));
@@ -104,14 +83,14 @@ TEST_F(LinkStatus, IsAskedAnewByHandAndByItself) {
     // A failure is told once, and ends the asking; what is known stays.
     choose_period("*linksPeriod5");
     scripted_nof.complete(0, NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE);
-    EXPECT_NE(gui::box_text(&form->common), "");
+    EXPECT_NE(box(form), "");
     EXPECT_EQ(period(), "linksPeriodNever");
     EXPECT_EQ(text("*linksLsState"), "Inactive");
     EXPECT_EQ(text("*linksMessageLine").find("As of "), 0U);
 
     run(1);
     choose_period("*linksPeriod5");
-    EXPECT_TRUE(gui::wait_for([] { return under_way() == 1; }, 8000));
+    EXPECT_TRUE(gui::wait_for([] { return in_flight() == 1; }, 8000));
     vga_close_children(&form->common, 1, 0);
     run(1);
     EXPECT_EQ(form->timer, 0U);
@@ -119,7 +98,7 @@ TEST_F(LinkStatus, IsAskedAnewByHandAndByItself) {
     EXPECT_EQ(period(), "linksPeriodNever");
 }
 
-TEST_F(LinkStatus, StaysWhenTheLinkStationGoes) {
+TEST_F(LinkStatus, AsksNoMoreWhenTheLinkStationGoes) {
     choose_period("*linksPeriod60");
     ASSERT_EQ(change(NAP_STOP_LS), NAP_OK);
     ASSERT_EQ(change(NAP_DELETE_LS), NAP_OK);
@@ -127,11 +106,9 @@ TEST_F(LinkStatus, StaysWhenTheLinkStationGoes) {
     run(1);
     EXPECT_EQ(form->common.parent_item, nullptr);
     EXPECT_EQ(text("*linksName"), "TELLER1");
-    EXPECT_NE(gui::box_text(&form->common), "");
     EXPECT_EQ(form->timer, 0U);
     EXPECT_FALSE(XtIsSensitive(form->refresh_button));
     EXPECT_FALSE(XtIsSensitive(form->period));
-    EXPECT_EQ(scripted_nof.in_flight.size(), 0U);
 }
 
 } // namespace

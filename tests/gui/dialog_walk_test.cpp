@@ -153,8 +153,6 @@ struct WAY {
 
 class Forms : public LIVE_FORMS {
 protected:
-    static void SetUpTestSuite() { looks::open_windows(); }
-
     void SetUp() override {
         LIVE_FORMS::SetUp();
         for (const VGA_UID_DESC &row : gvga_uid_desc) {

@@ -23,10 +23,12 @@ struct PLACE {
 
 class LIVE_FORMS : public testing::Test, protected LIVE_MODEL {
 protected:
+    static void SetUpTestSuite() { looks::open_windows(); }
+
     void SetUp() override {
         gvga_toplevel = XtVaAppCreateShell("quiladmin", VGA_CLASS, applicationShellWidgetClass,
                                            gvga_display, nullptr);
-        open("branch");
+        open(sample);
         vga_init_dialogs();
         build();
         gvga_hooks.verb_purged = vga_form_verb_purged;
@@ -61,6 +63,8 @@ protected:
         });
         return found;
     }
+
+    const char *sample = "branch";
 };
 
 } // namespace forms
