@@ -4,6 +4,7 @@
 
 #include "graphics.h"
 #include "holders.h"
+#include "messages.h"
 #include "nofverbs.h"
 #include "programend.h"
 #include "scriptednof.h"
@@ -12,15 +13,12 @@
 #include "vgadsbld.h"
 #include "vgadsdel.h"
 #include "vganodew.h"
-#include <Xm/PushB.h>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
 SCRIPTED_NOF_ENTRY
 
@@ -29,13 +27,16 @@ int quiladmin_main(int argc, char **argv);
 namespace {
 
 bool no_font_sets;
-size_t failing_size; /* bytes of the requests that find no memory; 0: none */
+size_t failing_size;   /* bytes of the requests that find no memory; 0: none */
+size_t failing_growth; /* and of those for more */
 
 } // namespace
 
 extern "C" {
 NB_VOID *__real_calloc(size_t count, size_t size);
 NB_VOID *__wrap_calloc(size_t count, size_t size);
+NB_VOID *__real_realloc(NB_VOID *block, size_t size);
+NB_VOID *__wrap_realloc(NB_VOID *block, size_t size);
 XFontSet __real_XCreateFontSet(Display *, const char *, char ***, int *, char **);
 XFontSet __wrap_XCreateFontSet(Display *, const char *, char ***, int *, char **);
 }
@@ -52,6 +53,10 @@ XFontSet __wrap_XCreateFontSet(Display *display, const char *pattern, char ***mi
 
 NB_VOID *__wrap_calloc(size_t count, size_t size) {
     return failing_size != 0 && count * size == failing_size ? nullptr : __real_calloc(count, size);
+}
+
+NB_VOID *__wrap_realloc(NB_VOID *block, size_t size) {
+    return failing_growth != 0 && size == failing_growth ? nullptr : __real_realloc(block, size);
 }
 
 namespace {
@@ -86,7 +91,7 @@ protected:
         fs::create_directory(prefix / "lib/nls/msg/C");
         std::ofstream source(prefix / "sna.msg");
         source << "$set 2\n";
-        for (int number = 1; number <= 1483; number++) {
+        for (int number = 1; number <= VGA_MESSAGE_COUNT; number++) {
             if (number != missing) {
                 source << number << " text " << number << "\n";
             }
@@ -344,6 +349,27 @@ TEST_F(Ends, WithoutUsageTextsItSaysSo) {
     };
     EXPECT_EXIT(usage(), testing::ExitedWithCode(165), "Unable to start the SNA admin tool");
     EXPECT_TRUE(logged("0x40020005 detail 1")) << log();
+}
+
+TEST_F(Ends, WithoutAMessageOrRoomForItItSaysSo) {
+    constexpr size_t blocks[] = {4096, 3 * 4096}; // in which the texts are kept
+    for (const size_t size : blocks) {
+        const auto start = [size] {
+            failing_growth = size;
+            run();
+        };
+        EXPECT_EXIT(start(), testing::ExitedWithCode(165), "Unable to start the SNA admin tool");
+    }
+    for (const int missing : {1, 700, VGA_MESSAGE_COUNT}) {
+        make_catalogue_without(missing);
+        EXPECT_EXIT(run(), testing::ExitedWithCode(165), "Unable to start the SNA admin tool");
+    }
+    const std::string all = log(), record = "0x40020005 detail 4";
+    size_t records = 0;
+    for (size_t at = 0; (at = all.find(record, at)) != std::string::npos; at += record.size()) {
+        records++;
+    }
+    EXPECT_EQ(records, std::size(blocks) + 3) << all;
 }
 
 } // namespace
