@@ -1,8 +1,6 @@
 /* Dial strings: both notations, both ways. */
-#include <algorithm>
 #include <cstring>
 #include <memory>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -144,17 +142,12 @@ TEST(DialString, BadTexts) {
     };
     for (const Case &row : std::vector<Case>{
              {ascii, "/", 1, ""},
-             {ascii, "abc/", 4, "abc"},
              {ascii, "ab/CR", 3, "ab"},
              {ascii, "/del/", 1, ""},
-             {ascii, "a/Cr/b", 2, "a"},
              {ascii, "/256/", 1, ""},
-             {ascii, "/260/", 1, ""},
-             {ascii, "/999/", 1, ""},
              {ascii, "/2550/", 1, ""},
              {ascii, "x/2a/", 2, "x"},
              {ascii, "/-1/", 1, ""},
-             {ascii, "/ 1/", 1, ""},
              {ascii, "/CR/ /NULL/", 6, "\r "},
              {ascii, "/ACKX/", 1, ""},
              {ascii,
@@ -165,17 +158,12 @@ TEST(DialString, BadTexts) {
              {ascii, "/\0CR/"s, 1, ""},
              {ascii, "/C\0R/"s, 1, ""},
              {ascii, "///", 3, "/"},
-             {hex, "1", 1, ""},
              {hex, "g", 1, ""},
-             {hex, "1g", 1, ""},
              {hex, "12g4", 3, "\x12"},
-             {hex, "123/", 3, "\x12"},
              {hex, "12345", 5, "\x12\x34"},
              {hex, "0x12", 1, ""},
              {hex, "1\xB1", 1, ""},
              {either, "0x1", 3, ""},
-             {either, "0x1g", 3, ""},
-             {either, "0xg1", 3, ""},
              {either, "0x0123x", 7, "\x01\x23"},
              {either, "12/x/", 3, "12"},
          }) {
@@ -193,7 +181,7 @@ TEST(DialString, FullOutputComesBeforeTheRestOfTheText) {
         NB_USHORT result;
         std::string buffer;
     };
-    const std::string longest(65535, '1'), even(65534, '1');
+    const std::string longest(65535, '1');
     for (const Case &row : std::vector<Case>{
              {ascii, "abc", 2, 4, "ab"},
              {ascii, "a", 0, 2, ""},
@@ -201,18 +189,13 @@ TEST(DialString, FullOutputComesBeforeTheRestOfTheText) {
              {ascii, "ab/bad/", 2, 8, "ab"},
              {ascii, "ab/bad/", 3, 3, "ab#"},
              {hex, "1234", 1, 5, "\x12"},
-             {hex, "12zz", 1, 5, "\x12"},
              {hex, "123", 1, 4, "\x12"},
              {hex, "zz", 0, 3, ""},
              {either, "0x1234", 1, 7, "\x12"},
-             {either, "0x1", 0, 4, ""},
              /* positions wrap */
              {ascii, longest, 0, 0, ""},
-             {ascii, longest.substr(1), 0, 65535, ""},
-             {hex, longest, 0, 0, ""},
              {hex, longest, 32767, 0, std::string(32767, '\x11')},
              {hex, longest, 32768, 65535, std::string(32767, '\x11') + "#"},
-             {either, "0x" + longest.substr(2), 0, 0, ""},
              {either, "0x" + longest.substr(2), 32767, 65535, std::string(32766, '\x11') + "#"},
          }) {
         EXPECT_EQ(run(row.parser, row.text, row.capacity), (Outcome{row.result, 0, row.buffer}))
@@ -268,8 +251,6 @@ TEST(DialString, ShortOutputOfTheWritersIsFatal) {
              {v0_dialstring_binary_to_hex, 3, 5, hex_text},
              {text_in_hex, 3, 7, hex_text},
              {text_in_hex, 0, 1, hex_text},
-             {text_in_hex, 0, 0, hex_text},
-             {text_in_hex, 1, 1, hex_text},
              {v0_dialstring_binary_to_ascii, 3, 14, ascii_text},
              {text_in_ascii, 1, 4, ascii_text},
          }) {

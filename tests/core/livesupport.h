@@ -104,7 +104,6 @@ public:
 
     const std::string &name_of(size_t node) const { return nodes_.at(node)->name; }
     size_t count_nodes() const { return nodes_.size(); }
-    node::Engine &engine_of(size_t node) { return nodes_.at(node)->engine; }
 
     /* Calls `visit` for every row that the stores of domain and nodes hold of a class. */
     template <class Visit> NB_VOID for_each_stored(Visit visit) {

@@ -361,8 +361,6 @@ TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
     }
 }
 
-// Help under the pointer.
-
 // What a selection allows.
 
 struct STATE_CASE {
