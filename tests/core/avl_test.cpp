@@ -1,14 +1,11 @@
 /* The ordered index against std::map, with the whole tree checked after every change. */
-#include <functional>
 #include <map>
 #include <memory>
 #include <random>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "nbbase.h"
 #include "ntlavl.h"
 #include "reports.h"
 

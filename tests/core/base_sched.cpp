@@ -1,9 +1,7 @@
 // The scheduler hook.
 
-#include "nbbase.h"
 #include "pollloop.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 #include <sys/eventfd.h>
 #include <unistd.h>

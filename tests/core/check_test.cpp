@@ -4,7 +4,6 @@
 #include "filterrules.h"
 #include "nbbase.h"
 
-#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <gtest/gtest.h>

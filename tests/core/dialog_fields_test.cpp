@@ -9,7 +9,6 @@
 #include "nbbase.h"
 #include "nofrec.h"
 
-#include <cstdio>
 #include <cstring>
 #include <random>
 #include <string>

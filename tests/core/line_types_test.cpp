@@ -11,16 +11,11 @@
 #include "testrecords.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
-#include <algorithm>
 #include <clocale>
-#include <cstring>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <nl_types.h>
-#include <string>
 #include <tuple>
-#include <vector>
 
 SCRIPTED_NOF_ENTRY
 

@@ -1,12 +1,10 @@
 /* What redefinitions and deletions leave of a model that was made record by record. */
 #include <gtest/gtest.h>
 
-#include "checkedmodel.h"
 #include "modelrecords.h"
 #include "partners.h"
 #include "reports.h"
 #include "vgadsbld.h"
-#include <algorithm>
 #include <map>
 #include <random>
 #include <set>

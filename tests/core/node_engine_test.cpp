@@ -1,6 +1,5 @@
 #include "node_support.h"
 
-#include <algorithm>
 #include <map>
 #include <random>
 #include <set>

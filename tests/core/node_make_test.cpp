@@ -3,8 +3,6 @@
 
 #include "generate.h"
 
-#include <set>
-
 using namespace node_test;
 using node::Generated;
 

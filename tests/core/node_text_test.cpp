@@ -2,7 +2,6 @@
 
 #include "domainconfig.h"
 
-#include <fstream>
 #include <set>
 
 using namespace node_test;

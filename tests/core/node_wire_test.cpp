@@ -6,7 +6,6 @@
 #include "sendqueue.h"
 
 #include <fcntl.h>
-#include <random>
 #include <sys/socket.h>
 
 using namespace node_test;

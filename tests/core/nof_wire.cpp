@@ -4,15 +4,11 @@
 #include "../../platform/nof/answer.h"
 #include "../../platform/nof/flights.h"
 #include "../../platform/nof/framereader.h"
-#include "nof.h"
-#include "nofverbs.h"
 
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
-#include <random>
-#include <string>
 #include <vector>
 
 namespace {

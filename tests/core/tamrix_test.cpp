@@ -1,17 +1,12 @@
 /* SNA over IP: addresses, masks, LU names from addresses, and the checks of the configuration. */
-#include <algorithm>
 #include <arpa/inet.h>
 #include <cstring>
 #include <functional>
-#include <map>
 #include <memory>
-#include <random>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "nbbase.h"
 #include "reports.h"
 #include "vtmutil.h"
 

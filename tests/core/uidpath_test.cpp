@@ -1,9 +1,7 @@
 #include <cstdlib>
-#include <string>
 
 #include <gtest/gtest.h>
 
-#include "nbbase.h"
 #include "reports.h"
 #include "v0uidpth.h"
 

@@ -14,7 +14,6 @@
 #include <memory>
 #include <random>
 #include <regex>
-#include <unistd.h>
 #include <vector>
 
 SCRIPTED_NOF_ENTRY

@@ -4,9 +4,7 @@
 #include "graphics.h"
 #include "nbbase.h"
 #include "viewerparts.h"
-#include <algorithm>
 #include <clocale>
-#include <cstring>
 #include <string>
 #include <vector>
 

@@ -5,12 +5,10 @@
 #include "nbbase.h"
 #include "viewerparts.h"
 #include <algorithm>
-#include <clocale>
 #include <cmath>
 #include <cstring>
 #include <memory>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace {

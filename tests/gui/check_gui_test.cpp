@@ -1,6 +1,5 @@
 // Filters and checks of text fields in a window, with real keys and pastes.
 
-#include "commonnames.h"
 #include "dialog_support.h"
 
 #include "fieldchecks.h"
@@ -9,8 +8,6 @@
 #include <X11/XKBlib.h>
 #include <X11/keysym.h>
 #include <Xm/Text.h>
-#include <cstring>
-#include <string>
 #include <tuple>
 
 // A leak of the toolkit's own is known by the function that makes it, and its library keeps no

@@ -1,8 +1,6 @@
 // The firewall: no message box pops up in the middle of a gesture.
 
 #include "dialog_support.h"
-#include "dialogids.h"
-#include "firewall.h"
 #include "widgets.h"
 
 using namespace dialogs;

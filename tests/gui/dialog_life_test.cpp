@@ -1,7 +1,6 @@
 // The life of windows and dialogs: fetching, closing, using again, what fails.
 
 #include "dialog_support.h"
-#include "dialogids.h"
 #include "widgets.h"
 
 using namespace dialogs;

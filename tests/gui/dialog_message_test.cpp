@@ -3,7 +3,6 @@
 #include "dialog_support.h"
 
 #include "boxplace.h"
-#include "dialogids.h"
 
 using namespace dialogs;
 

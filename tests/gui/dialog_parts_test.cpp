@@ -9,7 +9,6 @@
 #include "rowlist.h"
 
 #include <Xm/Form.h>
-#include <Xm/List.h>
 
 using namespace dialogs;
 

@@ -5,18 +5,10 @@
 
 #include "../../platform/help/helpclass.h"
 #include "../../platform/help/window.h"
-#include "help.h"
 #include "helpwindows.h"
-#include "messages.h"
-#include "vgadgutl.h"
 
-#include <Xm/MessageB.h>
-#include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
 #include <Xm/TextF.h>
-#include <Xm/ToggleB.h>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>

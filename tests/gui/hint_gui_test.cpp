@@ -16,7 +16,6 @@
 #include <Xm/TextF.h>
 #include <Xm/VendorS.h>
 #include <Xm/XmP.h>
-#include <string>
 
 namespace {
 

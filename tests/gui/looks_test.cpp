@@ -18,14 +18,9 @@
 #include "widgets.h"
 #include "windowtable.h"
 
-#include <X11/IntrinsicP.h>
-#include <X11/RectObjP.h>
-#include <X11/Xatom.h>
 #include <Xm/CascadeB.h>
 #include <Xm/Column.h>
 #include <Xm/DrawnB.h>
-#include <Xm/Label.h>
-#include <Xm/LabelG.h>
 #include <Xm/List.h>
 #include <Xm/MenuShell.h>
 #include <Xm/MessageB.h>
@@ -39,11 +34,7 @@
 #include <Xm/ToggleB.h>
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
-#include <string>
 #include <utility>
-#include <vector>
 
 using namespace looks;
 

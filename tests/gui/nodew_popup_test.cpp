@@ -5,8 +5,6 @@
 #include "firewall.h"
 #include "hints.h"
 
-#include <Xm/PushB.h>
-#include <Xm/RowColumn.h>
 #include <utility>
 
 namespace {

@@ -1,6 +1,5 @@
 // The list control on a screen: what it shows.
 #include "viewer_fixture.h"
-#include <X11/Xutil.h>
 #include <clocale>
 #include <functional>
 #include <utility>

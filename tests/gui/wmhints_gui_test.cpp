@@ -1,6 +1,5 @@
 // What window managers are told of the program's windows, read as one that manages them would.
 
-#include "commonnames.h"
 #include "dialog_support.h"
 
 #include "desktophints.h"
@@ -9,12 +8,9 @@
 #include <X11/Xutil.h>
 #include <algorithm>
 #include <clocale>
-#include <cstring>
 #include <map>
-#include <string>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
 namespace {
 

@@ -3,9 +3,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xproto.h>
 #include <X11/extensions/record.h>
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 
 namespace sys {
 

@@ -1,6 +1,5 @@
 #include "poll.h"
 
-#include <algorithm>
 #include <poll.h>
 
 namespace sys {

@@ -1,6 +1,5 @@
 #include "process.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
