@@ -282,46 +282,6 @@ TEST_F(Indication, WhatStandsElsewhereFollows) {
                     sizeof(NAP_LU03_DET)));
     EXPECT_TRUE(member->vcb->lu_active && member->vcb->lu_in_use);
     EXPECT_TRUE(take_drawn(member->gui_data));
-
-    add_lu62(node, "PAYLU", "PAYROLL");
-    auto mode = new_entry<NAP_MODE_DATA>();
-    set_local(mode.lu_alias, "PAYROLL");
-    set_ebcdic(mode.mode_name, "#INTER");
-    set_ebcdic(mode.fqplu_name, "NETA.LEDGER");
-    mode.act_sess_count = 2;
-    auto block = indication(NAP_MODE_INDICATION, &mode, 33);
-    send(block);
-    answer_list({entry_bytes(mode)});
-    VGA_REM_PLU *plu = vga_find_rem_plu(node, mode.fqplu_name, NAP_DIR_LU);
-    ASSERT_NE(plu, nullptr);
-    EXPECT_EQ(ntl_avl_validate(&plu->sess_tree), 1);
-    block.deactivated = 1;
-    send(block);
-    EXPECT_EQ(ntl_avl_validate(&plu->sess_tree), 0) << "the sessions go with the mode";
-}
-
-TEST_F(Indication, AnEntryOfTheDirectoryTakesWhatItAloneHeld) {
-    auto system = new_entry<NAP_DIR_DATA>();
-    set_ebcdic(system.fqcp_name, "NETA.NORTH");
-    set_ebcdic(system.resource_name, "NETA.NORTH");
-    system.resource_type = NAP_DIR_NETWORK_NODE;
-    auto lu = system;
-    set_ebcdic(lu.resource_name, "NETA.LEDGER");
-    lu.resource_type = NAP_DIR_LU;
-    for (const NAP_DIR_DATA &entry : {system, lu}) {
-        send(indication(NAP_DIRECTORY_INDICATION, &entry, 36));
-        answer_list({entry_bytes(entry)});
-    }
-    ASSERT_EQ(ntl_avl_validate(&node->remote_plus), 1);
-    for (const NAP_DIR_DATA &entry : {system, lu}) {
-        auto block = indication(NAP_DIRECTORY_INDICATION, &entry, 36);
-        block.deactivated = 1;
-        EXPECT_EQ(ntl_avl_validate(&node->remote_systems), 1) << "its LU is still there";
-        send(block);
-    }
-    EXPECT_EQ(ntl_avl_validate(&node->directory), 0);
-    EXPECT_EQ(ntl_avl_validate(&node->remote_plus), 0);
-    EXPECT_EQ(ntl_avl_validate(&node->remote_systems), 0);
 }
 
 TEST_F(Indication, ATamrixNumberMayStandForAnotherSession) {
