@@ -212,10 +212,10 @@ inline constexpr FieldWord server_words[] = {
 };
 
 inline constexpr FieldWord node_words[] = {
-    {"len_node", NAP_LEN_NODE},
-    {"network_node", NAP_NETWORK_NODE},
-    {"end_node", NAP_END_NODE},
-    {"branch_network_node", NAP_BRANCH_NETWORK_NODE},
+    {"len_node", NAP_LEN_NODE, MSG_LEN_NODE},
+    {"network_node", NAP_NETWORK_NODE, MSG_NETWORK_NODE},
+    {"end_node", NAP_END_NODE, MSG_END_NODE},
+    {"branch_network_node", NAP_BRANCH_NETWORK_NODE, MSG_BRANCH_NETWORK_NODE},
 };
 
 inline constexpr FieldWord keepalive_words[] = {

@@ -8,6 +8,7 @@
 namespace records {
 
 enum WordMessage : NB_USHORT {
+    MSG_BRANCH_NETWORK_NODE = 813,
     MSG_ACTIVE = 1250,
     MSG_INACTIVE = 1251,
     MSG_STARTING = 1252,
@@ -38,6 +39,7 @@ enum WordMessage : NB_USHORT {
     MSG_UNRESTRICTED = 1292,
     MSG_NETWORK_NODE = 1293,
     MSG_END_NODE = 1294,
+    MSG_LEN_NODE = 1295,
     MSG_PEER_LEN = 1298,
     MSG_RTP_LISTENING = 1360,
     MSG_RTP_CALLING = 1361,
