@@ -322,10 +322,12 @@ TEST_F(ModelChange, ARedefinedLuLeavesItsOldPool) {
         set_ebcdic(entry.pool_name, name);
         pools.push_back(vga_insert_vga_pool(vga_init_vga_pool(node, &entry)));
         set_ebcdic(entry.lu_name, "LU1");
-        vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pools.back(), &entry));
+        VGA_POOL_LU *member = vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pools.back(), &entry));
         NAP_LU03_DATA redefined = *lu->vcb;
+        redefined.det_data.lu_sscp_sess_active = 1; // came up since the pool was read
         set_ebcdic(redefined.def_data.pool_name, name);
         EXPECT_EQ(vga_insert_vga_lu03(vga_init_vga_lu03(pu, &redefined)), lu);
+        EXPECT_EQ(member->vcb->lu_active, 1);
     }
     EXPECT_EQ(ntl_avl_validate(&pools[0]->lu_tree), 0);
     EXPECT_EQ(ntl_avl_validate(&pools[1]->lu_tree), 1);

@@ -74,9 +74,12 @@ NB_VOID vga_pool_follows(const VGA_LU03 *lu) {
         return;
     }
     VGA_POOL_LU *member = vga_find_pool_lu(lu->parent->parent, data.def_data.pool_name, lu->name);
-    if (member != nullptr) {
-        member->vcb->lu_active = data.det_data.lu_sscp_sess_active;
-        member->vcb->lu_in_use = data.det_data.plu_sess_active || data.det_data.appl_conn_active;
+    const NB_UCHAR active = data.det_data.lu_sscp_sess_active;
+    const NB_UCHAR in_use = data.det_data.plu_sess_active || data.det_data.appl_conn_active;
+    if (member != nullptr &&
+        (member->vcb->lu_active != active || member->vcb->lu_in_use != in_use)) {
+        member->vcb->lu_active = active;
+        member->vcb->lu_in_use = in_use;
         vga_update_line(member);
     }
 }
