@@ -35,10 +35,11 @@ struct PARTS {
     }
 };
 
-PARTS parts_of(NB_USHORT type, NB_VOID *record) {
+PARTS parts_of(NB_USHORT type, NB_VOID *record,
+               decltype(VGA_VIEWER_DESC::create_text) create = nullptr) {
     NB_CHAR buffer[VGA_VIEWER_TEXT_BUFFER + 1];
     const VGA_VIEWER_DESC &desc = gvga_viewer_types[type];
-    const NB_USHORT length = desc.create_text(record, buffer);
+    const NB_USHORT length = (create != nullptr ? create : desc.create_text)(record, buffer);
     EXPECT_LT(length, VGA_VIEWER_MAX_TEXT_LENGTH) << type;
     std::string text(buffer, length);
     PARTS parts;
@@ -259,6 +260,13 @@ TEST_F(LineTypes, AnyRecordKeepsTheColumnsOfItsList) {
     }
     for (const auto &[title, line] : titles) {
         EXPECT_EQ(columns[title], columns[line]);
+    }
+    for (NB_USHORT type = 0; type < VGA_VIEWER_TYPE_COUNT; type++) {
+        if (auto *headings = gvga_viewer_types[type].create_headings) {
+            const PARTS parts = parts_of(type, nullptr, headings);
+            EXPECT_EQ(parts.columns, columns[type]) << type;
+            EXPECT_EQ(std::count(parts.texts.begin(), parts.texts.end(), ""), 0) << type;
+        }
     }
 }
 

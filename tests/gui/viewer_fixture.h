@@ -6,9 +6,11 @@
 #include "gui_support.h"
 
 #include "graphics.h"
+#include "headings.h"
 #include "messages.h"
 #include "verbqueue.h"
 #include "vgaviewr.h"
+#include <Xm/DrawingA.h>
 #include <Xm/DrawnB.h>
 #include <Xm/ScrollBar.h>
 #include <Xm/ScrolledW.h>

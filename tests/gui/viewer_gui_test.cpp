@@ -218,6 +218,59 @@ TEST_F(ViewerUtf8, CharactersAreDrawnAndCutWhole) {
     EXPECT_EQ(vga_viewer_text_width("\u00C4\u00D6\u00DC"), 3 * gvga_viewer_char_width);
 }
 
+// The headings stand in a window of their own, as wide as the list and drawn as a line of it.
+TEST_F(Viewer, HeadingsStandOverTheirColumnsWhereverTheListIsScrolled) {
+    const std::string text = "Name%t12%Status%t60%A heading beyond the edge";
+    VGA_VIEWER_DESC headed[TYPES];
+    std::copy(std::begin(types), std::end(types), headed);
+    headed[GROUP].create_headings = [](NB_VOID *, NB_CHAR *buffer) {
+        return static_cast<NB_USHORT>(
+            snprintf(buffer, 64, "Name%%t12%%Status%%t60%%A heading beyond the edge"));
+    };
+    vga_viewer_set_types(headed, TYPES);
+    Widget strip_shell = gui::make_shell("strip", 40, 300, width, 30);
+    Widget strip = XtVaCreateManagedWidget("strip", xmDrawingAreaWidgetClass, strip_shell,
+                                           XmNbackground, WhitePixelOfScreen(gvga_screen),
+                                           XmNforeground, foreground, nullptr);
+    EXPECT_EQ(vga_viewer_show_headings(&root, strip, GROUP), 0) << "of a list that is not shown";
+    add(GROUP, text);
+    fill(40);
+    headed[GROUP].choose_icon = title_icon; // nothing but text, as in the strip
+    display();
+    gui::show(strip_shell);
+    ASSERT_EQ(vga_viewer_show_headings(&root, strip, GROUP), 1);
+    gui::settle();
+    const auto same = [&] {
+        return gui::IMAGE(strip, 0, 0, static_cast<int>(view()->window_width), line()) ==
+               row_image(0);
+    };
+    EXPECT_TRUE(XtIsManaged(hscroll)) << "the last heading can be reached";
+    EXPECT_TRUE(same());
+    const gui::IMAGE before(strip);
+    for (const NB_LONG pixels : {33, 1000, -20}) {
+        vga_viewer_scroll_view_horizontal(&root, pixels);
+        drawn();
+        EXPECT_TRUE(same()) << pixels;
+        EXPECT_FALSE(gui::IMAGE(strip) == before) << pixels;
+    }
+    vga_viewer_scroll_view_horizontal(&root, -1000);
+    vga_viewer_scroll_view(&root, 5 * line());
+    drawn();
+    EXPECT_EQ(gui::IMAGE(strip), before);
+
+    XtSetSensitive(strip, False);
+    XClearArea(gvga_display, XtWindow(strip), 0, 0, 0, 0, True);
+    const int ink = before.count(foreground);
+    EXPECT_TRUE(gui::wait_for([&] {
+        const int grey = gui::IMAGE(strip).count(foreground);
+        return grey < ink && grey > ink / 4;
+    }));
+    XtDestroyWidget(strip_shell);
+    gui::settle();
+    vga_viewer_scroll_view_horizontal(&root, 10);
+    drawn();
+}
+
 TEST_F(Viewer, ListOutlivesItsWidgets) {
     fill(3);
     add(MEMBER, "MEMBER", records[0].get());

@@ -51,28 +51,6 @@ NB_VOID draw_icons(PEN *pen, const VGA_VIEWER_ITEM *item, const VGA_VIEWER_DESC 
     }
 }
 
-NB_VOID draw_text(const PEN &pen, const NB_CHAR *text) {
-    NB_ULONG column = 0;
-    VGA_VIEWER_RUN run;
-    while (vga_viewer_next_run(&text, &column, &run) != 0) {
-        const NB_INT x = pen.x + static_cast<NB_INT>(run.column * gvga_viewer_char_width);
-        if (run.length == 0 || x >= static_cast<NB_INT>(pen.view->window_width)) {
-            continue;
-        }
-        // Coordinates have 16 bits, so what ends left of the window is not even tried.
-        if (x < 0 && x + static_cast<NB_INT>(vga_viewer_measure(run.text, run.length)) <= 0) {
-            continue;
-        }
-        if (gvga_viewer_fontset != nullptr) {
-            XmbDrawString(pen.display, pen.drawable, gvga_viewer_fontset, pen.gc, x,
-                          static_cast<NB_INT>(gvga_viewer_text_y), run.text, run.length);
-        } else {
-            XDrawString(pen.display, pen.drawable, pen.gc, x,
-                        static_cast<NB_INT>(gvga_viewer_text_y), run.text, run.length);
-        }
-    }
-}
-
 VGA_VIEWER_RUN last_run(const NB_CHAR *text) {
     NB_ULONG column = 0;
     VGA_VIEWER_RUN run = {};
@@ -135,7 +113,7 @@ NB_VOID vga_draw_viewer(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, NB_INT win
     if (inked != 0) {
         XFillRectangle(pen.display, pen.drawable, ground, 0, 0, inked, height);
         draw_icons(&pen, item, desc);
-        draw_text(pen, text);
+        vga_viewer_draw_text(pen.display, pen.drawable, pen.gc, pen.x, view->window_width, text);
         if (desc->decor_cb != nullptr) {
             desc->decor_cb(item->data, view->draw_widget, pen.drawable, pen.x, 0, pen.gc);
         }
@@ -325,6 +303,9 @@ NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
         if (view->root->dirty_count != 0) {
             draw_marked(view);
         }
+        if (view->headings_due != 0) {
+            vga_viewer_draw_headings(view);
+        }
         if (view->bars_due == 0 && view->root->dirty_count == 0) {
             break;
         }
@@ -403,6 +384,7 @@ NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view) {
 
 NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view) {
     vga_viewer_mark(view->root, 0, VGA_VIEWER_TO_END);
+    view->headings_due = view->headings != nullptr;
 }
 
 NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
@@ -423,6 +405,29 @@ NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
     }
     buffer[text_len] = '\0';
     return text_len;
+}
+
+NB_VOID vga_viewer_draw_text(Display *display, Drawable drawable, GC gc, NB_INT x, NB_ULONG width,
+                             const NB_CHAR *text) {
+    const NB_INT baseline = static_cast<NB_INT>(gvga_viewer_text_y);
+    NB_ULONG column = 0;
+    VGA_VIEWER_RUN run;
+    while (vga_viewer_next_run(&text, &column, &run) != 0) {
+        const NB_INT left = x + static_cast<NB_INT>(run.column * gvga_viewer_char_width);
+        if (run.length == 0 || left >= static_cast<NB_INT>(width)) {
+            continue;
+        }
+        // Coordinates have 16 bits, so what ends left of the window is not even tried.
+        if (left < 0 && left + static_cast<NB_INT>(vga_viewer_measure(run.text, run.length)) <= 0) {
+            continue;
+        }
+        if (gvga_viewer_fontset != nullptr) {
+            XmbDrawString(display, drawable, gvga_viewer_fontset, gc, left, baseline, run.text,
+                          run.length);
+        } else {
+            XDrawString(display, drawable, gc, left, baseline, run.text, run.length);
+        }
+    }
 }
 
 NB_ULONG vga_viewer_text_width(const NB_CHAR *text) {

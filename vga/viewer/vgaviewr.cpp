@@ -50,6 +50,7 @@ const HANDLER handlers[] = {
 
 NB_VOID detach(VGA_VIEWER_VIEW *view) {
     vga_viewer_end_drag(view);
+    vga_viewer_forget_headings(view);
     if (view->update_timer != 0) {
         XtRemoveTimeOut(view->update_timer);
     }

@@ -40,6 +40,10 @@ struct VGA_VIEWER_DESC {
     NB_USHORT expandable; /* can have children */
     NB_USHORT level;      /* indentation, 0 to 2 */
     NB_USHORT flat;       /* keeps no column free for an expand icon that it cannot have */
+
+    /* Writes what stands over the columns of such lines, as create_text does a line (headings.h).
+     */
+    NB_USHORT (*create_headings)(NB_VOID *no_data, NB_CHAR *buffer) = nullptr;
 };
 
 /* The table in use.  `table` must outlive every list. */
@@ -77,6 +81,9 @@ struct VGA_VIEWER_VIEW {
     XtIntervalId drag_timer; /* 0: none */
     Pixmap line_pixmap;      /* one line is drawn in it, then copied */
     NB_ULONG line_pixmap_width;
+    Widget headings; /* the strip that shows those of the type; null: none */
+    NB_SHORT headings_type;
+    NB_USHORT headings_due; /* the timer is to draw them */
 };
 
 /* The list's view, made if need be; null, and an exit request, without memory. */

@@ -1,6 +1,7 @@
 /* What the viewer's own modules tell each other; nobody else includes this.
  *
  *   drawing  drawing, scroll bars, the update timer
+ *   headings  headings
  *   vgaviewr  the interface, attaching to widgets
  *   mouse  mouse
  *   vgaviewk  keyboard */
@@ -29,15 +30,24 @@ NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view);
 /* Leaves nothing of the list in the window, and no scroll bars. */
 NB_VOID vga_viewer_clear(const VGA_VIEWER_VIEW *view);
 
-/* Notes the whole window for drawing. */
+/* Notes the whole window for drawing, with the headings. */
 NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view);
 
 /* Pixels before a line's text: indentation and icons. */
 NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc);
 
+/* Draws a text with its column stops into a window or pixmap of that width; the text begins at x.
+ * What is more than `width` to the right is left out. */
+NB_VOID vga_viewer_draw_text(Display *display, Drawable drawable, GC gc, NB_INT x, NB_ULONG width,
+                             const NB_CHAR *text);
+
 /* Writes the line's text, terminated, into a buffer of VGA_VIEWER_TEXT_BUFFER + 1 bytes.
  * Returns its length. */
 NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
+
+/* Headings: nothing where the list has none. */
+NB_VOID vga_viewer_draw_headings(VGA_VIEWER_VIEW *view);
+NB_VOID vga_viewer_forget_headings(VGA_VIEWER_VIEW *view);
 
 /* Mouse and keyboard. */
 

@@ -69,6 +69,11 @@ constexpr VGA_VIEWER_DESC without_icon(VGA_VIEWER_DESC desc) {
     return desc;
 }
 
+constexpr VGA_VIEWER_DESC headed(VGA_VIEWER_DESC desc, TEXT_PROC headings) {
+    desc.create_headings = headings;
+    return desc;
+}
+
 /* An open line is the title of what it holds. */
 template <class Record>
 NB_VOID underline_open(NB_VOID *data, Widget widget, Drawable drawable, NB_INT x, NB_INT y, GC gc) {
@@ -81,27 +86,34 @@ NB_VOID underline_open(NB_VOID *data, Widget widget, Drawable drawable, NB_INT x
 #define VGA_ROW(place, line)                                                                       \
     shown(place, vga_create_##line##_viewer_text, vga_choose_##line##_viewer_icon)
 
+/* One that heads a list. */
+#define VGA_HEAD_ROW(place, line) headed(VGA_ROW(place, line), vga_create_##line##_headings)
+
 #define VGA_NODEW_ROW(place, line, callbacks)                                                      \
     nodew(place, vga_create_##line##_viewer_text, vga_choose_##line##_viewer_icon,                 \
           vga_nodew_##callbacks##_arm_cb, vga_nodew_##callbacks##_act_cb,                          \
           vga_nodew_##callbacks##_drag_cb)
 
 constexpr ROW rows[] = {
-    {VGA_VIEWER_LU62, decorated(VGA_NODEW_ROW(top_open, lu62, lu62), underline_open<VGA_LU62>)},
+    {VGA_VIEWER_LU62,
+     headed(decorated(VGA_NODEW_ROW(top_open, lu62, lu62), underline_open<VGA_LU62>),
+            vga_create_lu62_headings)},
     {VGA_VIEWER_MODE, VGA_NODEW_ROW(second, mode, mode)},
-    {VGA_VIEWER_PORT, VGA_NODEW_ROW(top_open, port, port)},
+    {VGA_VIEWER_PORT, headed(VGA_NODEW_ROW(top_open, port, port), vga_create_port_headings)},
     {VGA_VIEWER_LS, VGA_NODEW_ROW(second_open, ls, ls)},
     {VGA_VIEWER_LOCAL_PU, VGA_NODEW_ROW(second_open, local_pu, local_pu)},
     {VGA_VIEWER_DEPLU, VGA_NODEW_ROW(third, deplu, deplu)},
     {VGA_VIEWER_DOWN_LU, VGA_NODEW_ROW(third, down_lu, down_lu)},
-    {VGA_VIEWER_USER, VGA_ROW(top_open, user)},
-    {VGA_VIEWER_POOL, decorated(VGA_ROW(top_open, pool), underline_open<VGA_SYS_POOL>)},
-    {VGA_VIEWER_CPIC, VGA_ROW(top_flat, cpic)},
-    {VGA_VIEWER_MODE_DEF, VGA_ROW(top_flat, mode_def)},
-    {VGA_VIEWER_NODE, VGA_ROW(top_flat, node)},
-    {VGA_VIEWER_RJE, VGA_ROW(top_flat, rje)},
+    {VGA_VIEWER_USER, VGA_HEAD_ROW(top_open, user)},
+    {VGA_VIEWER_POOL, headed(decorated(VGA_ROW(top_open, pool), underline_open<VGA_SYS_POOL>),
+                             vga_create_pool_headings)},
+    {VGA_VIEWER_CPIC, VGA_HEAD_ROW(top_flat, cpic)},
+    {VGA_VIEWER_MODE_DEF, VGA_HEAD_ROW(top_flat, mode_def)},
+    {VGA_VIEWER_NODE, VGA_HEAD_ROW(top_flat, node)},
+    {VGA_VIEWER_RJE, VGA_HEAD_ROW(top_flat, rje)},
     {VGA_VIEWER_LS_LEAF, VGA_NODEW_ROW(second, ls, ls)},
-    {VGA_VIEWER_REM_SYS, VGA_NODEW_ROW(top_open, rem_sys, rem_sys)},
+    {VGA_VIEWER_REM_SYS,
+     headed(VGA_NODEW_ROW(top_open, rem_sys, rem_sys), vga_create_rem_sys_headings)},
     {VGA_VIEWER_REM_PLU,
      decorated(VGA_NODEW_ROW(second_open, rem_plu, rem_plu), underline_open<VGA_REM_PLU>)},
     {VGA_VIEWER_REM_SESS, VGA_NODEW_ROW(third, rem_sess, rem_sess)},
@@ -110,15 +122,18 @@ constexpr ROW rows[] = {
     {VGA_VIEWER_USER_SESS, VGA_ROW(second, user_sess)},
     {VGA_VIEWER_USTAD, without_icon(shown(top_aligned, vga_create_ustad_viewer_text, nullptr))},
     {VGA_VIEWER_USTAD_TITLE, without_icon(title(top_aligned, vga_create_ustad_title_viewer_text))},
-    {VGA_VIEWER_TN_SESS, VGA_ROW(top_flat, tn_sess)},
+    {VGA_VIEWER_TN_SESS, headed(VGA_ROW(top_flat, tn_sess), vga_tnw_create_sess_title_viewer_text)},
     {VGA_VIEWER_TN_SESS_TITLE, title(top_flat, vga_tnw_create_sess_title_viewer_text)},
     {VGA_VIEWER_POOL_LU, VGA_ROW(second, pool_lu)},
-    {VGA_VIEWER_CL_SECURITY, VGA_ROW(top_flat, cl_security)},
+    {VGA_VIEWER_CL_SECURITY, VGA_HEAD_ROW(top_flat, cl_security)},
     {VGA_VIEWER_SL_SEC_TITLE, title(top_flat, vga_slscw_create_sl_sec_title_viewer_text)},
-    {VGA_VIEWER_SL_SECURITY, VGA_ROW(top_flat, sl_security)},
-    {VGA_VIEWER_TN_ASSOC, VGA_ROW(top_flat, tn_assoc)},
+    {VGA_VIEWER_SL_SECURITY,
+     headed(VGA_ROW(top_flat, sl_security), vga_slscw_create_sl_sec_title_viewer_text)},
+    {VGA_VIEWER_TN_ASSOC,
+     headed(VGA_ROW(top_flat, tn_assoc), vga_tnw_create_assoc_title_viewer_text)},
     {VGA_VIEWER_TN_ASSOC_TITLE, title(top_flat, vga_tnw_create_assoc_title_viewer_text)},
-    {VGA_VIEWER_RTP_CONN, VGA_ROW(top_flat, rtp_conn)},
+    {VGA_VIEWER_RTP_CONN,
+     headed(VGA_ROW(top_flat, rtp_conn), vga_hprw_create_rtp_conn_title_viewer_text)},
     {VGA_VIEWER_RTP_CONN_TITLE, title(top_flat, vga_hprw_create_rtp_conn_title_viewer_text)},
     {VGA_VIEWER_LS_R_TITLE,
      decorated(nodew(second_open, vga_nodew_create_ls_r_title_viewer_text,
@@ -127,18 +142,21 @@ constexpr ROW rows[] = {
                vga_viewer_add_underline)},
     {VGA_VIEWER_LS_R, VGA_NODEW_ROW(third, ls_r, ls_r)},
     {VGA_VIEWER_APPCIP_SESS_TITLE, title(top_flat, vga_anyw_create_appcip_sess_title_viewer_text)},
-    {VGA_VIEWER_APPCIP_SESS, VGA_ROW(top_flat, appcip_sess)},
-    {VGA_VIEWER_DSLU_TEMPLATE, VGA_ROW(top_flat, dslu_template)},
+    {VGA_VIEWER_APPCIP_SESS,
+     headed(VGA_ROW(top_flat, appcip_sess), vga_anyw_create_appcip_sess_title_viewer_text)},
+    {VGA_VIEWER_DSLU_TEMPLATE, VGA_HEAD_ROW(top_flat, dslu_template)},
     {VGA_VIEWER_PRIMARY_LINE, VGA_NODEW_ROW(second_open, primary_line, primary_line)},
     {VGA_VIEWER_PRIMARY_LU0, VGA_NODEW_ROW(third, primary_lu0, primary_lu0)},
-    {VGA_VIEWER_ACCESS_LIST, VGA_ROW(top_flat, access_list)},
-    {VGA_VIEWER_TP_DEF, VGA_ROW(top_flat, tp_def)},
-    {VGA_VIEWER_TP_LOAD_INFO, VGA_ROW(top_flat, tp_load_info)},
-    {VGA_VIEWER_TN_REDIRECT, VGA_ROW(top_flat, tn_redirect)},
+    {VGA_VIEWER_ACCESS_LIST, VGA_HEAD_ROW(top_flat, access_list)},
+    {VGA_VIEWER_TP_DEF, VGA_HEAD_ROW(top_flat, tp_def)},
+    {VGA_VIEWER_TP_LOAD_INFO, VGA_HEAD_ROW(top_flat, tp_load_info)},
+    {VGA_VIEWER_TN_REDIRECT,
+     headed(VGA_ROW(top_flat, tn_redirect), vga_tnw_create_redirect_title_viewer_text)},
     {VGA_VIEWER_TN_REDIRECT_TITLE, title(top_flat, vga_tnw_create_redirect_title_viewer_text)},
 };
 
 #undef VGA_NODEW_ROW
+#undef VGA_HEAD_ROW
 #undef VGA_ROW
 
 constexpr NB_USHORT in_order(NB_VOID) {

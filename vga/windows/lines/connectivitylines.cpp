@@ -141,13 +141,16 @@ NB_VOID dslu_logon(const VGA_DSLU_TEMPLATE &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN dslu_template_columns[] = {
-    {.write = vga_written<dslu_range>},
-    {.stop = 18, .field = &item_field(records::dspu_template, "host_lu_name")},
+    {.heading = VGA_MSG_HEAD_NAU_RANGE, .write = vga_written<dslu_range>},
+    {.stop = 18,
+     .heading = VGA_MSG_HEAD_HOST_LU,
+     .field = &item_field(records::dspu_template, "host_lu_name")},
     {.stop = 28,
+     .heading = VGA_MSG_HEAD_TIME_OUT,
      .field = &item_field(records::dspu_template, "allow_timeout"),
      .none = VGA_MSG_HELD,
      .other = VGA_MSG_TIMES_OUT},
-    {.stop = 46, .write = vga_written<dslu_logon>},
+    {.stop = 46, .heading = VGA_MSG_HEAD_LOGON, .write = vga_written<dslu_logon>},
 };
 
 } // namespace
@@ -173,4 +176,5 @@ VGA_LINE_TEXT(rtp_conn, VGA_VIEWER_RTP_CONN, VGA_RTP_CONN)
 VGA_SAME_ICON(rtp_conn, VGA_ICON_RTPCONN)
 
 VGA_LINE_TEXT(dslu_template, VGA_VIEWER_DSLU_TEMPLATE, VGA_DSLU_TEMPLATE)
+VGA_HEADINGS(dslu_template, VGA_VIEWER_DSLU_TEMPLATE)
 VGA_SAME_ICON(dslu_template, VGA_ICON_LU03)

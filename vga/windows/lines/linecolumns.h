@@ -100,6 +100,9 @@ NB_ULONG vga_count_items(const NB_VOID *entry, size_t offset, NB_USHORT count) {
         return vga_write_title(type, columns, buffer);                                             \
     }
 
+/* Defines what stands over the columns of lines that head a list, from <line>_columns. */
+#define VGA_HEADINGS(line, type) VGA_TITLE_TEXT(vga_create_##line##_headings, type, line##_columns)
+
 /* Defines the icon function of a line whose icon never changes. */
 #define VGA_SAME_ICON(line, icon)                                                                  \
     NB_USHORT vga_choose_##line##_viewer_icon(NB_VOID *) {                                         \

@@ -19,13 +19,17 @@ NB_VOID mode_ru_sizes(const VGA_MODE_DEF &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN mode_def_columns[] = {
-    {.field = &field(records::mode_def, "name"), .none = VGA_MSG_BLANK_NAME},
-    {.stop = 12, .field = &field(records::mode_def, "cos_name"), .label = VGA_MSG_LABEL_COS_NAME},
-    {.stop = 28,
-     .field = &field(records::mode_def, "plu_mode_session_limit"),
-     .label = VGA_MSG_LABEL_SESSIONS},
-    {.stop = 47, .write = vga_written<mode_ru_sizes>},
-    {.stop = 67, .field = &field(records::mode_def, "description")},
+    {.heading = VGA_MSG_HEAD_MODE,
+     .field = &field(records::mode_def, "name"),
+     .none = VGA_MSG_BLANK_NAME},
+    {.stop = 12, .heading = VGA_MSG_HEAD_COS, .field = &field(records::mode_def, "cos_name")},
+    {.stop = 23,
+     .heading = VGA_MSG_HEAD_SESSIONS,
+     .field = &field(records::mode_def, "plu_mode_session_limit")},
+    {.stop = 34, .heading = VGA_MSG_HEAD_RU_SIZES, .write = vga_written<mode_ru_sizes>},
+    {.stop = 50,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::mode_def, "description")},
 };
 
 /* Transaction programs.  A name has up to 64 characters; most have 8, and what is cut off shows in
@@ -52,13 +56,14 @@ NB_VOID tp_security(const VGA_TP_DEF &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN tp_def_columns[] = {
-    {.write = vga_written<tp_name>},
+    {.heading = VGA_MSG_HEAD_PROGRAM, .write = vga_written<tp_name>},
     {.stop = after_tp_name,
+     .heading = VGA_MSG_HEAD_STATUS,
      .field = &field(records::tp, "enabled"),
      .none = VGA_MSG_DISABLED,
      .other = VGA_MSG_ENABLED},
-    {.stop = 46, .write = vga_written<tp_security>},
-    {.stop = 66, .field = &field(records::tp, "description")},
+    {.stop = 46, .heading = VGA_MSG_HEAD_SECURITY, .write = vga_written<tp_security>},
+    {.stop = 66, .heading = VGA_MSG_HEAD_DESCRIPTION, .field = &field(records::tp, "description")},
 };
 
 NB_VOID tp_load_name(const VGA_TP_LOAD_INFO &record, NB_CHAR *text) {
@@ -66,21 +71,27 @@ NB_VOID tp_load_name(const VGA_TP_LOAD_INFO &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN tp_load_info_columns[] = {
-    {.write = vga_written<tp_load_name>},
-    {.stop = after_tp_name, .field = &field(records::tp_load, "lu_alias"), .none = VGA_MSG_ANY_LU},
-    {.stop = 45, .field = &field(records::tp_load, "tp_type")},
-    {.stop = 63, .field = &field(records::tp_load, "user_id")},
-    {.stop = 79, .field = &field(records::tp_load, "path")},
+    {.heading = VGA_MSG_HEAD_PROGRAM, .write = vga_written<tp_load_name>},
+    {.stop = after_tp_name,
+     .heading = VGA_MSG_HEAD_LOCAL_LU,
+     .field = &field(records::tp_load, "lu_alias"),
+     .none = VGA_MSG_ANY_LU},
+    {.stop = 45, .heading = VGA_MSG_HEAD_TYPE, .field = &field(records::tp_load, "tp_type")},
+    {.stop = 63, .heading = VGA_MSG_HEAD_USER, .field = &field(records::tp_load, "user_id")},
+    {.stop = 79, .heading = VGA_MSG_HEAD_PATH, .field = &field(records::tp_load, "path")},
 };
 
 /* Security. */
 
 constexpr VGA_LINE_COLUMN cl_security_columns[] = {
-    {.field = &field(records::userid_password, "name")},
+    {.heading = VGA_MSG_HEAD_USER, .field = &field(records::userid_password, "name")},
     {.stop = 18,
+     .heading = VGA_MSG_HEAD_PROFILE,
      .field = &field(records::userid_password, "profile"),
      .label = VGA_MSG_LABEL_PROFILE},
-    {.stop = 38, .field = &field(records::userid_password, "description")},
+    {.stop = 38,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::userid_password, "description")},
 };
 
 constexpr VGA_LINE_COLUMN sl_security_columns[] = {
@@ -103,26 +114,33 @@ NB_VOID access_list_users(const VGA_ACCESS_LIST &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN access_list_columns[] = {
-    {.field = &field(records::access_list, "name")},
-    {.stop = 18, .write = vga_written<access_list_users>},
-    {.stop = 38, .field = &field(records::access_list, "description")},
+    {.heading = VGA_MSG_HEAD_LIST, .field = &field(records::access_list, "name")},
+    {.stop = 18, .heading = VGA_MSG_HEAD_USERS, .write = vga_written<access_list_users>},
+    {.stop = 38,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::access_list, "description")},
 };
 
 } // namespace
 
 VGA_LINE_TEXT(mode_def, VGA_VIEWER_MODE_DEF, VGA_MODE_DEF)
+VGA_HEADINGS(mode_def, VGA_VIEWER_MODE_DEF)
 VGA_SAME_ICON(mode_def, VGA_ICON_MODE)
 
 VGA_LINE_TEXT(tp_def, VGA_VIEWER_TP_DEF, VGA_TP_DEF)
+VGA_HEADINGS(tp_def, VGA_VIEWER_TP_DEF)
 VGA_SAME_ICON(tp_def, VGA_ICON_TPDEF)
 VGA_LINE_TEXT(tp_load_info, VGA_VIEWER_TP_LOAD_INFO, VGA_TP_LOAD_INFO)
+VGA_HEADINGS(tp_load_info, VGA_VIEWER_TP_LOAD_INFO)
 VGA_SAME_ICON(tp_load_info, VGA_ICON_TPLOAD)
 
 VGA_LINE_TEXT(cl_security, VGA_VIEWER_CL_SECURITY, VGA_CLSEC_DEF)
+VGA_HEADINGS(cl_security, VGA_VIEWER_CL_SECURITY)
 VGA_SAME_ICON(cl_security, VGA_ICON_CONVSEC)
 VGA_TITLE_TEXT(vga_slscw_create_sl_sec_title_viewer_text, VGA_VIEWER_SL_SEC_TITLE,
                sl_security_columns)
 VGA_LINE_TEXT(sl_security, VGA_VIEWER_SL_SECURITY, VGA_SLSEC_DEF)
 VGA_SAME_ICON(sl_security, VGA_ICON_SESSSEC)
 VGA_LINE_TEXT(access_list, VGA_VIEWER_ACCESS_LIST, VGA_ACCESS_LIST)
+VGA_HEADINGS(access_list, VGA_VIEWER_ACCESS_LIST)
 VGA_SAME_ICON(access_list, VGA_ICON_ACCLIST)

@@ -67,11 +67,17 @@ NB_VOID port_kind(const VGA_PORT &port, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN port_columns[] = {
-    {.field = &field(records::port, "name")},
-    {.stop = status_stop, .field = &field(records::port, "port_state")},
-    {.stop = kind_stop, .write = vga_written<port_kind>},
-    {.stop = address_stop, .field = &field(records::port, "local_address")},
-    {.stop = last_stop, .field = &field(records::port, "description")},
+    {.heading = VGA_MSG_HEAD_NAME, .field = &field(records::port, "name")},
+    {.stop = status_stop,
+     .heading = VGA_MSG_HEAD_STATUS,
+     .field = &field(records::port, "port_state")},
+    {.stop = kind_stop, .heading = VGA_MSG_HEAD_TYPE, .write = vga_written<port_kind>},
+    {.stop = address_stop,
+     .heading = VGA_MSG_HEAD_ADDRESS,
+     .field = &field(records::port, "local_address")},
+    {.stop = last_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::port, "description")},
 };
 
 constexpr ICON_OF port_icons[] = {
@@ -176,13 +182,18 @@ NB_VOID lu62_full_name(const VGA_LU62 &lu, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN lu62_columns[] = {
-    {.field = &field(records::local_lu, "lu_alias")},
-    {.stop = second_name_stop, .write = vga_written<lu62_full_name>},
+    {.heading = VGA_MSG_HEAD_LU_ALIAS, .field = &field(records::local_lu, "lu_alias")},
+    {.stop = second_name_stop,
+     .heading = VGA_MSG_HEAD_LU_NAME,
+     .write = vga_written<lu62_full_name>},
     {.stop = session_stop,
+     .heading = VGA_MSG_HEAD_STATUS,
      .field = &field(records::local_lu, "active_sessions"),
      .none = VGA_MSG_DEFINED,
      .other = records::MSG_IN_USE},
-    {.stop = description_stop, .field = &field(records::local_lu, "description")},
+    {.stop = description_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::local_lu, "description")},
 };
 
 NB_VOID write_sessions(const NAP_MODE_DATA &mode, NB_CHAR *text) {
@@ -209,11 +220,14 @@ constexpr VGA_LINE_COLUMN rem_sess_columns[] = {
 };
 
 constexpr VGA_LINE_COLUMN rem_sys_columns[] = {
-    {.field = &field(records::directory, "fqcp_name")},
+    {.heading = VGA_MSG_HEAD_NAME, .field = &field(records::directory, "fqcp_name")},
     {.stop = second_name_stop,
+     .heading = VGA_MSG_HEAD_TYPE_OR_ALIAS,
      .field = &field(records::directory, "resource_type"),
      .other = VGA_MSG_UNKNOWN_NODE_TYPE},
-    {.stop = session_stop, .field = &field(records::directory, "description")},
+    {.stop = session_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::directory, "description")},
 };
 
 /* The directory entry under this name may be a wildcard for all names. */
@@ -248,6 +262,10 @@ NB_VOID node_remark(const VGA_NODE &node, NB_CHAR *text) {
 
 } // namespace
 
+NB_USHORT vga_create_node_headings(NB_VOID *, NB_CHAR *buffer) {
+    return write_title(VGA_MSG_HEAD_OF_NODES, buffer);
+}
+
 NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     const VGA_NODE &node = *static_cast<const VGA_NODE *>(data);
     const NB_USHORT role = node.role == VGA_ROLE_MASTER   ? VGA_MSG_MASTER_ROLE
@@ -268,6 +286,8 @@ NB_USHORT vga_choose_node_viewer_icon(NB_VOID *data) {
     const bool works = node.connection == VGA_CONNECTED && node.node_state != NAP_NODE_BACK_LEVEL;
     return works ? VGA_ICON_NODE : VGA_ICON_BACKNODE;
 }
+
+VGA_HEADINGS(port, VGA_VIEWER_PORT)
 
 NB_USHORT vga_create_port_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *port = static_cast<VGA_PORT *>(data);
@@ -312,6 +332,7 @@ NB_USHORT vga_choose_deplu_viewer_icon(NB_VOID *data) {
 }
 
 VGA_LINE_TEXT(lu62, VGA_VIEWER_LU62, VGA_LU62)
+VGA_HEADINGS(lu62, VGA_VIEWER_LU62)
 
 NB_USHORT vga_choose_lu62_viewer_icon(NB_VOID *data) {
     return static_cast<VGA_LU62 *>(data)->vcb->def_data.nau_address != 0 ? VGA_ICON_DLU
@@ -320,6 +341,8 @@ NB_USHORT vga_choose_lu62_viewer_icon(NB_VOID *data) {
 
 VGA_LINE_TEXT(mode, VGA_VIEWER_MODE, VGA_MODE)
 VGA_SAME_ICON(mode, VGA_ICON_MODE)
+
+VGA_HEADINGS(rem_sys, VGA_VIEWER_REM_SYS)
 
 NB_USHORT vga_create_rem_sys_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     auto *system = static_cast<VGA_REM_SYS *>(data);

@@ -35,6 +35,18 @@ VGA_LINE(tn_sess); VGA_LINE(tn_assoc); VGA_LINE(tn_redirect); VGA_LINE(appcip_se
 
 #undef VGA_LINE
 
+/* What stands over the columns of a list that begins with such lines (create_headings). */
+#define VGA_HEADINGS_OF(line) NB_USHORT vga_create_##line##_headings(NB_VOID *, NB_CHAR *buffer)
+
+// clang-format off
+VGA_HEADINGS_OF(port); VGA_HEADINGS_OF(lu62); VGA_HEADINGS_OF(rem_sys);
+VGA_HEADINGS_OF(node); VGA_HEADINGS_OF(user); VGA_HEADINGS_OF(pool); VGA_HEADINGS_OF(cpic);
+VGA_HEADINGS_OF(rje); VGA_HEADINGS_OF(mode_def); VGA_HEADINGS_OF(tp_def); VGA_HEADINGS_OF(tp_load_info);
+VGA_HEADINGS_OF(cl_security); VGA_HEADINGS_OF(access_list); VGA_HEADINGS_OF(dslu_template);
+// clang-format on
+
+#undef VGA_HEADINGS_OF
+
 /* Titles, and the one line without an icon. */
 NB_USHORT vga_nodew_create_ls_r_title_viewer_text(NB_VOID *data, NB_CHAR *buffer);
 NB_USHORT vga_nodew_choose_ls_r_title_viewer_icon(NB_VOID *data);

@@ -19,17 +19,21 @@ NB_VOID user_sessions(const VGA_USER &user, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN user_columns[] = {
-    {.field = &field(records::user, "name")},
+    {.heading = VGA_MSG_HEAD_USER, .field = &field(records::user, "name")},
     {.stop = 26,
+     .heading = VGA_MSG_HEAD_TYPE,
      .field = &field(records::user, "is_group"),
      .none = VGA_MSG_ONE_USER,
      .other = VGA_MSG_GROUP},
-    {.stop = 41, .write = vga_written<user_sessions>},
+    {.stop = 41, .heading = VGA_MSG_HEAD_SESSIONS, .write = vga_written<user_sessions>},
     {.stop = 61,
+     .heading = VGA_MSG_HEAD_SESSION_LIMIT,
      .field = &field(records::user, "max_sessions"),
      .none = VGA_MSG_NO_LIMIT,
      .label = VGA_MSG_LABEL_AT_MOST},
-    {.stop = last_user_stop, .field = &field(records::user, "description")},
+    {.stop = last_user_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::user, "description")},
 };
 
 /* What a session is, by class and type. */
@@ -111,10 +115,12 @@ NB_VOID pool_nodes(const VGA_SYS_POOL &pool, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN pool_columns[] = {
-    {.field = &field(records::lu_pool, "name")},
-    {.stop = 26, .write = vga_written<pool_lus>},
-    {.stop = 39, .write = vga_written<pool_nodes>},
-    {.stop = 53, .field = &field(records::lu_pool, "description")},
+    {.heading = VGA_MSG_HEAD_POOL, .field = &field(records::lu_pool, "name")},
+    {.stop = 26, .heading = VGA_MSG_HEAD_LUS, .write = vga_written<pool_lus>},
+    {.stop = 39, .heading = VGA_MSG_HEAD_NODES, .write = vga_written<pool_nodes>},
+    {.stop = 53,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::lu_pool, "description")},
 };
 
 NB_VOID pool_lu_status(const VGA_POOL_LU &lu, NB_CHAR *text) {
@@ -149,12 +155,17 @@ NB_VOID cpic_tp_name(const VGA_CPIC &cpic, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN cpic_columns[] = {
-    {.field = &field(records::cpic, "name")},
-    {.stop = 12, .write = vga_written<cpic_partner>},
-    {.stop = 31, .write = vga_written<cpic_tp_name>},
-    {.stop = 53, .field = &field(records::cpic, "mode_name")},
-    {.stop = 63, .field = &field(records::cpic, "lu_alias"), .none = VGA_MSG_ANY_LU},
-    {.stop = 75, .field = &field(records::cpic, "description")},
+    {.heading = VGA_MSG_HEAD_NAME, .field = &field(records::cpic, "name")},
+    {.stop = 12, .heading = VGA_MSG_HEAD_PARTNER_LU, .write = vga_written<cpic_partner>},
+    {.stop = 31, .heading = VGA_MSG_HEAD_PROGRAM, .write = vga_written<cpic_tp_name>},
+    {.stop = 53, .heading = VGA_MSG_HEAD_MODE, .field = &field(records::cpic, "mode_name")},
+    {.stop = 63,
+     .heading = VGA_MSG_HEAD_LOCAL_LU,
+     .field = &field(records::cpic, "lu_alias"),
+     .none = VGA_MSG_ANY_LU},
+    {.stop = 75,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::cpic, "description")},
 };
 
 /* RJE workstations. */
@@ -171,11 +182,14 @@ NB_VOID rje_lus(const VGA_RJE_WKSTN &workstation, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN rje_columns[] = {
-    {.field = &field(records::rje, "name")},
-    {.stop = 8, .field = &field(records::rje, "run_on_node"), .none = VGA_MSG_ANY_NODE},
-    {.stop = 32, .field = &field(records::rje, "user_name")},
-    {.stop = 48, .write = vga_written<rje_lus>},
-    {.stop = 75, .field = &field(records::rje, "description")},
+    {.heading = VGA_MSG_HEAD_NAME, .field = &field(records::rje, "name")},
+    {.stop = 8,
+     .heading = VGA_MSG_HEAD_NODE,
+     .field = &field(records::rje, "run_on_node"),
+     .none = VGA_MSG_ANY_NODE},
+    {.stop = 32, .heading = VGA_MSG_HEAD_USER, .field = &field(records::rje, "user_name")},
+    {.stop = 48, .heading = VGA_MSG_HEAD_LUS, .write = vga_written<rje_lus>},
+    {.stop = 75, .heading = VGA_MSG_HEAD_DESCRIPTION, .field = &field(records::rje, "description")},
 };
 
 /* The TN3270 server and the TN redirector. */
@@ -294,6 +308,7 @@ constexpr VGA_LINE_COLUMN appcip_sess_columns[] = {
 } // namespace
 
 VGA_LINE_TEXT(user, VGA_VIEWER_USER, VGA_USER)
+VGA_HEADINGS(user, VGA_VIEWER_USER)
 
 NB_USHORT vga_choose_user_viewer_icon(NB_VOID *data) {
     const VGA_USER *user = static_cast<VGA_USER *>(data);
@@ -317,13 +332,16 @@ NB_USHORT vga_create_ustad_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
 VGA_TITLE_TEXT(vga_create_ustad_title_viewer_text, VGA_VIEWER_USTAD_TITLE, ustad_columns)
 
 VGA_LINE_TEXT(pool, VGA_VIEWER_POOL, VGA_SYS_POOL)
+VGA_HEADINGS(pool, VGA_VIEWER_POOL)
 VGA_SAME_ICON(pool, VGA_ICON_POOL)
 VGA_LINE_TEXT(pool_lu, VGA_VIEWER_POOL_LU, VGA_POOL_LU)
 VGA_SAME_ICON(pool_lu, VGA_ICON_POOLLU03)
 
 VGA_LINE_TEXT(cpic, VGA_VIEWER_CPIC, VGA_CPIC)
+VGA_HEADINGS(cpic, VGA_VIEWER_CPIC)
 VGA_SAME_ICON(cpic, VGA_ICON_CPIC)
 VGA_LINE_TEXT(rje, VGA_VIEWER_RJE, VGA_RJE_WKSTN)
+VGA_HEADINGS(rje, VGA_VIEWER_RJE)
 VGA_SAME_ICON(rje, VGA_ICON_RJEW)
 
 VGA_TITLE_TEXT(vga_tnw_create_sess_title_viewer_text, VGA_VIEWER_TN_SESS_TITLE, tn_sess_columns)
