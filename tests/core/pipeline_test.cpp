@@ -98,6 +98,26 @@ TEST_F(Pipeline, APurgedVerbInFlightHoldsLaterVerbsOfItsTargetBack) {
     EXPECT_EQ(completed, (LIST{13, 14, 12}));
 }
 
+TEST_F(Pipeline, WhoOnlyLooksChangesNothing) {
+    for (const NAP_VERB &verb : gnap_verbs) {
+        SCOPED_TRACE(verb.name);
+        const NB_USHORT refused = verb.changes != 0 || verb.opcode == NAP_SET_PROCESSING_MODE;
+        VGA_OWNED<NAP_VCB> block(static_cast<NAP_VCB *>(calloc(1, verb.block_size)));
+        static NB_ULONG secondary;
+        block->opcode = verb.opcode;
+        scripted_nof.issued = secondary = 0;
+        gvga_look_only = 1;
+        vga_issue_verb(1, std::move(block), 0, [](const VGA_PROCESS_STATE *work) {
+            EXPECT_EQ(work->vcb->primary_rc, NAP_PARAMETER_CHECK);
+            secondary = work->vcb->secondary_rc;
+        });
+        gvga_look_only = 0;
+        vga_drain_immediate_queue();
+        EXPECT_EQ(secondary, refused != 0 ? NB_ULONG{NAP_NO_PERMISSION} : 0);
+        EXPECT_EQ(scripted_nof.issued, refused != 0 ? 0u : 1u);
+    }
+}
+
 TEST_F(Pipeline, PurgeFiltersByEachArgument) {
     queue(1, NAP_DELETE_PORT, 10);
     vga_purge_verb_queue(1, 0, nullptr, 0, nullptr); /* holds what follows */

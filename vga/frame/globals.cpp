@@ -17,6 +17,7 @@ NB_CHAR gvga_model_file[201];
 NB_USHORT gvga_variant_x, gvga_variant_y;
 NB_USHORT gvga_display_names;
 NB_USHORT gvga_read_only;
+NB_USHORT gvga_look_only;
 NB_USHORT gvga_closing;
 const NB_UCHAR gvga_null_name[2] = {0, 0};
 

@@ -36,6 +36,7 @@ extern NB_CHAR gvga_model_file[201];    /* as windows/modelfile.h says; empty: n
 extern NB_USHORT gvga_variant_x, gvga_variant_y;
 extern NB_USHORT gvga_display_names; /* titles carry the dialog's UID name */
 extern NB_USHORT gvga_read_only;     /* the operator may look but not change */
+extern NB_USHORT gvga_look_only;     /* he asked for that himself: no verb that changes goes out */
 extern NB_USHORT gvga_closing;       /* the orderly close is under way */
 extern const NB_UCHAR gvga_null_name[2];
 

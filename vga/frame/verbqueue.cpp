@@ -70,11 +70,26 @@ NB_VOID empty(NB_LQE &queue) {
     }
 }
 
+/* What the verb interface does on a connection that may only look.  By the mode that is not set the
+ * build learns that it is so. */
+NB_USHORT refuse(NAP_VCB &vcb) {
+    const NAP_VERB *verb = nap_find_verb(vcb.opcode);
+    if (gvga_look_only == 0 || verb == nullptr ||
+        (verb->changes == 0 && verb->opcode != NAP_SET_PROCESSING_MODE)) {
+        return 0;
+    }
+    vcb.primary_rc = NAP_PARAMETER_CHECK;
+    vcb.secondary_rc = NAP_NO_PERMISSION;
+    return 1;
+}
+
 NB_USHORT issue(VGA_QUEUE_ENTRY &entry) {
     entry.issued = 1;
     vga_log_verb(VGA_VERB_ISSUED, entry.target, entry.vcb);
-    NB_USHORT result = nof_async_version(NOF_VERSION, entry.target, entry.vcb,
-                                         vga_nof_verb_callback, entry.user_data);
+    NB_USHORT result = refuse(*entry.vcb) != 0
+                           ? NOF_COMPLETED_SYNC
+                           : nof_async_version(NOF_VERSION, entry.target, entry.vcb,
+                                               vga_nof_verb_callback, entry.user_data);
     if (result == NOF_COMPLETED_SYNC) {
         vga_log_verb(VGA_VERB_COMPLETED_AT_ONCE, entry.target, entry.vcb);
     }

@@ -43,7 +43,8 @@ extern NB_LQE gvga_immediate_nof_queue; /* complete, for the main loop to handle
 /* Makes both queues empty, and opens the verb log (verblog.h) if one is asked for. */
 NB_VOID vga_init_verb_queues(NB_VOID);
 
-/* Queues a verb and issues it unless it must wait.
+/* Queues a verb and issues it unless it must wait.  With gvga_look_only, a verb that changes
+ * something is completed at once as on a connection that may only look, and goes nowhere.
  * REQUIRES: a completion routine (an assertion and 0 without one).
  * Returns 1, or 0 when there is no memory: the block is then still the caller's. */
 NB_USHORT vga_queue_verb(NB_ULONG target, NAP_VCB *vcb, NB_ULONG user_data,

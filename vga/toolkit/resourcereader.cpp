@@ -154,6 +154,7 @@ NB_VOID vga_get_options(NB_VOID) {
     for (VGA_LEAD_DIALOG &dialog : gvga_lead_dialogs) {
         dialog.offered = vga_get_resource_bool(dialog.resource, 1);
     }
+    gvga_look_only = vga_get_resource_bool("*readOnly", 0);
     vga_get_web_browser_path();
     vga_get_resource_string(".verbLog", "", gvga_verb_log_file, sizeof(gvga_verb_log_file) - 1);
     vga_get_resource_string(".modelFile", "", gvga_model_file, sizeof(gvga_model_file) - 1);
