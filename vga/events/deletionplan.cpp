@@ -1,0 +1,495 @@
+#include "deletion.h"
+#include "fieldtext.h"
+#include "globals.h"
+#include "linetypes.h"
+#include "messages.h"
+#include "recordtypes.h"
+#include "schemas.h"
+#include "vgadsutl.h"
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <set>
+
+namespace {
+
+template <class Record> const Record &as(const NB_VOID *record) {
+    return *static_cast<const Record *>(record);
+}
+
+/* What the system made can only be deleted by the system. */
+constexpr NB_USHORT unless(bool defined) {
+    return defined ? 0 : VGA_MSG_NODEW_NOT_DEFINED;
+}
+
+/* What nobody can stop alone. */
+constexpr NB_USHORT while_active(bool active) {
+    return active ? VGA_MSG_DELETE_ACTIVE : 0;
+}
+
+NB_USHORT refuses_port(const NB_VOID *record) {
+    return unless(as<VGA_PORT>(record).vcb != nullptr);
+}
+
+NB_USHORT refuses_ls(const NB_VOID *record) {
+    return unless(as<VGA_LS>(record).vcb->det_data.dynamic == 0);
+}
+
+NB_USHORT refuses_pu(const NB_VOID *record) {
+    return unless(as<VGA_LOCAL_PU>(record).ls_entry == nullptr);
+}
+
+NB_USHORT refuses_down_lu(const NB_VOID *record) {
+    return while_active(as<VGA_DOWN_LU>(record).vcb->det_data.plu_sess_active != 0);
+}
+
+NB_USHORT refuses_lu62(const NB_VOID *record) {
+    const auto &lu = as<VGA_LU62>(record);
+    return unless(lu.parent->cp_lu != &lu);
+}
+
+NB_USHORT refuses_mode(const NB_VOID *record) {
+    const auto &mode = as<VGA_MODE_DEF>(record);
+    return mode.sna_defined != 0             ? NB_USHORT{VGA_MSG_NODEW_NOT_DEFINED}
+           : vga_count_mode_uses(&mode) != 0 ? NB_USHORT{VGA_MSG_DELETE_IN_USE}
+                                             : NB_USHORT{0};
+}
+
+NB_USHORT refuses_cos(const NB_VOID *record) {
+    return unless(as<VGA_COS>(record).vcb->def_data.sna_defined == 0);
+}
+
+NB_USHORT refuses_rem_sys(const NB_VOID *record) {
+    return unless(as<VGA_REM_SYS>(record).defined != 0);
+}
+
+NB_USHORT refuses_plu(const NB_VOID *record) {
+    const auto &plu = as<VGA_REM_PLU>(record);
+    return unless(plu.defined != 0 || plu.in_directory != 0);
+}
+
+NB_USHORT refuses_primary_line(const NB_VOID *record) {
+    return while_active(as<VGA_PRIMARY_LINE>(record).vcb->line_state != NAP_NOT_ACTIVE);
+}
+
+NB_USHORT refuses_primary_lu(const NB_VOID *record) {
+    return while_active(as<VGA_PRIMARY_LU0>(record).vcb->lu_sess_active != 0);
+}
+
+using ROW = VGA_DELETABLE_ROW;
+
+/* clang-format off */
+constexpr ROW rows[] = {
+    {.kind = VGA_DELETE_DLC, .schema = &records::dlc, .message = VGA_MSG_DELETE_DLCS, .operable = VGA_OPERABLE_DLC},
+    {.kind = VGA_DELETE_PORT, .schema = &records::port, .message = VGA_MSG_DELETE_PORTS, .type = VGA_VIEWER_PORT, .operable = VGA_OPERABLE_PORT, .refuses = refuses_port},
+    {.kind = VGA_DELETE_LS, .schema = &records::ls, .message = VGA_MSG_DELETE_LINKS, .type = VGA_VIEWER_LS, .operable = VGA_OPERABLE_LS, .refuses = refuses_ls},
+    {.kind = VGA_DELETE_CN, .schema = &records::cn, .message = VGA_MSG_DELETE_CNS},
+    {.kind = VGA_DELETE_CN_PORT, .schema = &records::cn_port, .message = VGA_MSG_DELETE_CN_PORTS},
+    {.kind = VGA_DELETE_PU, .schema = &records::pu, .message = VGA_MSG_DELETE_PUS, .type = VGA_VIEWER_LOCAL_PU, .operable = VGA_OPERABLE_LOCAL_PU, .refuses = refuses_pu},
+    {.kind = VGA_DELETE_DOWN_PU, .schema = &records::down_pu, .message = VGA_MSG_DELETE_PUS, .operable = VGA_OPERABLE_DOWN_PU},
+    {.kind = VGA_DELETE_LU03, .schema = &records::lu03, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_DEPLU, .operable = VGA_OPERABLE_LU03},
+    {.kind = VGA_DELETE_DOWN_LU, .schema = &records::down_lu, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_DOWN_LU, .refuses = refuses_down_lu},
+    {.kind = VGA_DELETE_LU62, .schema = &records::local_lu, .message = VGA_MSG_DELETE_LOCAL_LUS, .type = VGA_VIEWER_LU62, .operable = VGA_OPERABLE_LU62, .refuses = refuses_lu62},
+    {.kind = VGA_DELETE_ROUTING, .schema = &records::ls_routing, .message = VGA_MSG_DELETE_ROUTINGS, .type = VGA_VIEWER_LS_R},
+    {.kind = VGA_DELETE_PASSWORD, .schema = &records::lu_lu_password, .message = VGA_MSG_DELETE_SECURITY, .type = VGA_VIEWER_SL_SECURITY},
+    {.kind = VGA_DELETE_USERID, .schema = &records::userid_password, .message = VGA_MSG_DELETE_SECURITY, .type = VGA_VIEWER_CL_SECURITY},
+    {.kind = VGA_DELETE_MODE, .schema = &records::mode_def, .message = VGA_MSG_DELETE_MODES, .type = VGA_VIEWER_MODE_DEF, .refuses = refuses_mode},
+    {.kind = VGA_DELETE_TIMEOUT, .schema = &records::lu62_timeout},
+    {.kind = VGA_DELETE_COS, .schema = &records::cos, .message = VGA_MSG_DELETE_COSES, .refuses = refuses_cos},
+    {.kind = VGA_DELETE_REM_SYS, .schema = nullptr, .message = VGA_MSG_DELETE_REM_SYSTEMS, .type = VGA_VIEWER_REM_SYS, .refuses = refuses_rem_sys},
+    {.kind = VGA_DELETE_PLU, .schema = nullptr, .message = VGA_MSG_DELETE_PARTNERS, .type = VGA_VIEWER_REM_PLU, .refuses = refuses_plu},
+    {.kind = VGA_DELETE_DIRECTORY, .schema = &records::directory},
+    {.kind = VGA_DELETE_PLU_DEF, .schema = &records::plu_def},
+    {.kind = VGA_DELETE_PRIMARY_LINE, .schema = &records::primary_line, .message = VGA_MSG_DELETE_PRIMARY_LINES, .type = VGA_VIEWER_PRIMARY_LINE, .refuses = refuses_primary_line},
+    {.kind = VGA_DELETE_PRIMARY_LU, .schema = &records::primary_lu0, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_PRIMARY_LU0, .refuses = refuses_primary_lu},
+    {.kind = VGA_DELETE_TP, .schema = &records::tp, .message = VGA_MSG_DELETE_PROGRAMS, .type = VGA_VIEWER_TP_DEF},
+    {.kind = VGA_DELETE_TP_LOAD, .schema = &records::tp_load, .message = VGA_MSG_DELETE_PROGRAMS, .type = VGA_VIEWER_TP_LOAD_INFO},
+    {.kind = VGA_DELETE_ACCESS_LIST, .schema = &records::access_list, .message = VGA_MSG_DELETE_ACCESS_LISTS, .type = VGA_VIEWER_ACCESS_LIST},
+    {.kind = VGA_DELETE_TN_CLIENT, .schema = &records::tn_access, .message = VGA_MSG_DELETE_TN_RECORDS},
+    {.kind = VGA_DELETE_TN_ASSOC, .schema = &records::tn_assoc, .message = VGA_MSG_DELETE_TN_RECORDS, .type = VGA_VIEWER_TN_ASSOC},
+    {.kind = VGA_DELETE_TN_REDIRECT, .schema = &records::tn_redirect, .message = VGA_MSG_DELETE_TN_RECORDS, .type = VGA_VIEWER_TN_REDIRECT},
+    {.kind = VGA_DELETE_POOL, .schema = nullptr, .message = VGA_MSG_DELETE_POOLS, .type = VGA_VIEWER_POOL},
+    {.kind = VGA_DELETE_NODE_POOL, .schema = &records::lu_pool},
+    {.kind = VGA_DELETE_POOL_LU, .schema = &records::lu_pool, .message = VGA_MSG_DELETE_POOL_LUS, .type = VGA_VIEWER_POOL_LU},
+    {.kind = VGA_DELETE_USER, .schema = &records::user, .message = VGA_MSG_DELETE_USERS, .type = VGA_VIEWER_USER},
+    {.kind = VGA_DELETE_CPIC, .schema = &records::cpic, .message = VGA_MSG_DELETE_CPICS, .type = VGA_VIEWER_CPIC},
+    {.kind = VGA_DELETE_RJE, .schema = &records::rje, .message = VGA_MSG_DELETE_RJES, .type = VGA_VIEWER_RJE},
+    {.kind = VGA_DELETE_SESSION, .schema = &records::lu03, .operable = VGA_OPERABLE_LU03},
+};
+/* clang-format on */
+
+constexpr bool in_order(NB_VOID) {
+    for (size_t row = 0; row < std::size(rows); row++) {
+        if (rows[row].kind != row) {
+            return false;
+        }
+    }
+    return std::size(rows) == VGA_DELETE_NOTHING;
+}
+static_assert(in_order());
+
+/* The node that has a record; null: the domain has it. */
+VGA_NODE *node_of(VGA_SYSTEM &) {
+    return nullptr;
+}
+VGA_NODE *node_of(VGA_NODE &node) {
+    return &node;
+}
+VGA_NODE *node_of(VGA_PORT &port) {
+    return port.node; /* a placeholder has no DLC */
+}
+template <class Record> VGA_NODE *node_of(Record &record) {
+    return node_of(*record.parent);
+}
+
+/* The field that names it; what has no list entry of its own is named by its key. */
+std::string name_of(const ROW &row, const NB_UCHAR *entry) {
+    const records::FieldRow *field = records::find_field(row.schema->fields, "name");
+    const std::string name = field != nullptr ? records::format_field(*field, entry) : "";
+    const bool of_clients = row.message == VGA_MSG_DELETE_TN_RECORDS;
+    return !name.empty() ? name : vga_message(of_clients ? VGA_MSG_DEFAULT : VGA_MSG_BLANK_NAME);
+}
+template <class Record> std::string name_of(const ROW &row, const Record &record) {
+    return record.vcb != nullptr ? name_of(row, reinterpret_cast<const NB_UCHAR *>(record.vcb))
+                                 : std::string(); /* a placeholder */
+}
+std::string name_of(const ROW &, const VGA_REM_SYS &system) {
+    return records::ebcdic_text(system.name, sizeof(system.name));
+}
+std::string name_of(const ROW &, const VGA_REM_PLU &plu) {
+    const auto &name = plu.key.fqplu_name;
+    return vga_blank_name(name, sizeof(name)) ? vga_message(VGA_MSG_ANY_PARTNER)
+                                              : records::ebcdic_text(name, sizeof(name));
+}
+std::string name_of(const ROW &, const VGA_SYS_POOL &pool) {
+    return records::ebcdic_text(pool.name, sizeof(pool.name));
+}
+std::string name_of(const ROW &, const VGA_POOL_LU &lu) {
+    return records::ebcdic_text(lu.key.lu_name, sizeof(lu.key.lu_name));
+}
+
+/* Sessions that end with a resource; those of a link are all that it carries. */
+template <class Record> NB_ULONG sessions_of(const Record &) {
+    return 0;
+}
+NB_ULONG sessions_of(const VGA_LS &ls) {
+    return ls.state == NAP_ACTIVE ? ls.vcb->det_data.act_sess_count : 0;
+}
+NB_ULONG sessions_of(const VGA_LU03 &lu) {
+    return lu.vcb->det_data.plu_sess_active;
+}
+NB_ULONG sessions_of(const VGA_DOWN_LU &lu) {
+    return lu.vcb->det_data.plu_sess_active;
+}
+NB_ULONG sessions_of(const VGA_LU62 &lu) {
+    return lu.vcb->active_sessions;
+}
+
+/* Writes the plan, owners before what goes with them. */
+class PLANNER {
+public:
+    explicit PLANNER(VGA_DELETION &plan) : plan_(plan) {}
+
+    template <VGA_DELETABLE Kind, class Record>
+    NB_VOID add(Record &record, NB_USHORT by_itself = 0) {
+        const ROW &row = rows[Kind];
+        const VGA_NODE *node = node_of(record);
+        VGA_DELETION_ITEM item = {.kind = Kind,
+                                  .line = plan_.lines.size() - 1,
+                                  .owner = owner_,
+                                  .stopper = stopper_,
+                                  .node = node != nullptr ? node->handle : 0,
+                                  .by_itself = by_itself,
+                                  .name = name_of(row, record)};
+        if (const records::Schema *schema = row.schema; schema != nullptr) {
+            memcpy(item.entry, record.vcb, schema->key_size() + records::KEY_OFFSET);
+            if (!taken_.insert(key_of(item)).second) {
+                return;
+            }
+        }
+        const NB_USHORT active = is_active({row.operable, &record});
+        item.sessions = carried_ != 0 ? 0 : sessions_of(record);
+        /* Sessions of a local LU may go over other links. */
+        item.stops = by_itself == 0 && active && (stopper_ < 0 || Kind == VGA_DELETE_LU62);
+        count(item, active);
+        open_and_go_below<Kind>(record, item);
+    }
+
+private:
+    static NB_USHORT is_active(const VGA_RESOURCE &resource) {
+        return resource.kind != VGA_OPERABLE_NONE &&
+               vga_refuses_operation(resource, VGA_STOP_IMMEDIATE) == 0;
+    }
+
+    static std::string key_of(const VGA_DELETION_ITEM &item) {
+        std::string key(reinterpret_cast<const NB_CHAR *>(item.entry), sizeof(item.entry));
+        return key + std::to_string(item.kind) + "/" + std::to_string(item.node);
+    }
+
+    NB_VOID count(const VGA_DELETION_ITEM &item, NB_USHORT active) {
+        VGA_DELETION_LINE &line = plan_.lines.back();
+        const bool selected = plan_.items.size() == line.item;
+        /* Of an LU only its sessions end. */
+        const bool has_state = item.kind <= VGA_DELETE_DOWN_PU;
+        line.with[item.kind] += selected || rows[item.kind].message == 0 ? 0 : 1;
+        line.stops[item.kind] += active != 0 && has_state ? 1 : 0;
+        line.sessions += item.sessions;
+    }
+
+    template <VGA_DELETABLE Kind, class Record>
+    NB_VOID open_and_go_below(Record &record, const VGA_DELETION_ITEM &item) {
+        const auto at = static_cast<NB_LONG>(plan_.items.size());
+        const NB_LONG owner = owner_;
+        const NB_LONG stopper = stopper_;
+        const NB_USHORT carried = carried_;
+        plan_.items.push_back(item);
+        owner_ = item.by_itself != 0 ? owner_ : at;
+        stopper_ = item.stops != 0 ? at : stopper_;
+        carried_ |= item.kind == VGA_DELETE_LS && item.sessions != 0;
+        below(record);
+        owner_ = owner;
+        stopper_ = stopper;
+        carried_ = carried;
+        plan_.items[static_cast<size_t>(at)].end = plan_.items.size();
+    }
+
+    template <VGA_DELETABLE Kind, class Record>
+    NB_VOID all(const AVL_TREE &tree, AVL_NODE Record::*links, NB_USHORT by_itself = 0) {
+        vga_for_each(tree, links, [&](Record &record) { add<Kind>(record, by_itself); });
+    }
+
+    /* What goes with a record.  What only names it stays, and the node says so. */
+    template <class Record> NB_VOID below(Record &) {}
+    NB_VOID below(VGA_DLC &dlc) { all<VGA_DELETE_PORT>(dlc.ports, &VGA_PORT::dlc_links); }
+    NB_VOID below(VGA_PORT &port) {
+        vga_for_each(port.link_stations, &VGA_LS::port_links,
+                     [this](VGA_LS &ls) { add<VGA_DELETE_LS>(ls, ls.vcb->det_data.dynamic); });
+        vga_for_each(port.node->connection_networks, &VGA_CN::links, [&](VGA_CN &cn) {
+            if (auto *member = static_cast<VGA_CN_PORT *>(ntl_avl_find(&cn.ports, port.name))) {
+                add<VGA_DELETE_CN_PORT>(*member);
+            }
+        });
+    }
+    NB_VOID below(VGA_LS &ls) {
+        if (ls.local_pu != nullptr) {
+            add<VGA_DELETE_PU>(*ls.local_pu, 1);
+        }
+        if (ls.down_pu != nullptr) {
+            add<VGA_DELETE_DOWN_PU>(*ls.down_pu, 1);
+        }
+        vga_for_each(ls.parent->node->lus, &VGA_LU62::name_links, [&](VGA_LU62 &lu) {
+            vga_for_each(lu.routings, &VGA_LS_ROUTING::links, [&](VGA_LS_ROUTING &routing) {
+                if (vga_compare_asc8(routing.vcb->def_data.ls_name, ls.name) == 0) {
+                    add<VGA_DELETE_ROUTING>(routing);
+                }
+            });
+        });
+    }
+    NB_VOID below(VGA_CN &cn) { all<VGA_DELETE_CN_PORT>(cn.ports, &VGA_CN_PORT::links, 1); }
+    NB_VOID below(VGA_LOCAL_PU &pu) {
+        all<VGA_DELETE_LU03>(pu.lus, &VGA_LU03::links);
+        vga_for_each(pu.parent->lus, &VGA_LU62::name_links, [&](VGA_LU62 &lu) {
+            if (vga_compare_ebc8(lu.vcb->def_data.pu_name, pu.name) == 0) {
+                add<VGA_DELETE_LU62>(lu);
+            }
+        });
+    }
+    NB_VOID below(VGA_DOWN_PU &pu) { all<VGA_DELETE_DOWN_LU>(pu.lus, &VGA_DOWN_LU::links); }
+    NB_VOID below(VGA_LU62 &lu) {
+        all<VGA_DELETE_ROUTING>(lu.routings, &VGA_LS_ROUTING::links, 1);
+        vga_for_each(lu.parent->sl_security, &VGA_SLSEC_DEF::links, [&](VGA_SLSEC_DEF &password) {
+            if (vga_compare_asc8(password.key.lu_alias, lu.alias) == 0) {
+                add<VGA_DELETE_PASSWORD>(password, 1);
+            }
+        });
+    }
+    NB_VOID below(VGA_MODE_DEF &mode) {
+        if (VGA_LU62_TIMEOUT *timeout = vga_find_mode_timeout(mode.parent, mode.name)) {
+            add<VGA_DELETE_TIMEOUT>(*timeout);
+        }
+    }
+    NB_VOID below(VGA_PRIMARY_LINE &line) {
+        all<VGA_DELETE_PRIMARY_LU>(line.lus, &VGA_PRIMARY_LU0::line_links);
+    }
+    /* The entry of the control point goes behind those of its LUs. */
+    NB_VOID below(VGA_REM_SYS &system) {
+        const NB_LONG owner = owner_;
+        const auto of_system = [&](auto visit) {
+            vga_for_each(system.parent->directory, &VGA_DIR::links, [&](VGA_DIR &entry) {
+                const bool own = memcmp(entry.key.resource_name, system.name, 17) == 0 &&
+                                 entry.key.resource_type != NAP_DIR_LU;
+                if (memcmp(entry.key.fqcp_name, system.name, 17) == 0) {
+                    visit(entry, own);
+                }
+            });
+        };
+        of_system([&](VGA_DIR &entry, bool own) {
+            if (own) {
+                const auto at = static_cast<NB_LONG>(plan_.items.size());
+                add<VGA_DELETE_DIRECTORY>(entry);
+                owner_ = at;
+            }
+        });
+        all<VGA_DELETE_PLU>(system.remote_plu_tree, &VGA_REM_PLU::links);
+        of_system([&](VGA_DIR &entry, bool own) {
+            if (!own) {
+                add<VGA_DELETE_DIRECTORY>(entry);
+            }
+        });
+        owner_ = owner;
+    }
+    NB_VOID below(VGA_REM_PLU &plu) {
+        if (plan_.items.back().kind == VGA_DELETE_PLU_DEF) {
+            return;
+        }
+        if (plu.defined != 0) {
+            add<VGA_DELETE_PLU_DEF>(plu);
+        }
+        vga_for_each(plu.parent->parent->directory, &VGA_DIR::links, [&](VGA_DIR &entry) {
+            if (entry.key.resource_type == plu.key.type &&
+                memcmp(entry.key.resource_name, plu.key.fqplu_name, 17) == 0) {
+                add<VGA_DELETE_DIRECTORY>(entry);
+            }
+        });
+    }
+    NB_VOID below(VGA_SYS_POOL &pool) {
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&](VGA_NODE &node) {
+            if (VGA_POOL *part = vga_find_pool(&node, pool.name)) {
+                add<VGA_DELETE_NODE_POOL>(*part);
+            }
+        });
+    }
+    /* The LUs stay, but not their sessions. */
+    NB_VOID below(VGA_POOL &pool) {
+        vga_for_each(pool.lu_tree, &VGA_POOL_LU::links, [&](VGA_POOL_LU &lu) { below(lu); });
+    }
+    NB_VOID below(VGA_POOL_LU &member) {
+        VGA_LU03 *lu =
+            vga_find_lu03(member.parent->parent, member.vcb->pu_name, member.key.lu_name);
+        if (lu != nullptr && lu->vcb->det_data.plu_sess_active != 0) {
+            add<VGA_DELETE_SESSION>(*lu);
+        }
+    }
+
+    VGA_DELETION &plan_;
+    std::set<std::string> taken_; /* what is reached twice goes once */
+    NB_LONG owner_ = -1;
+    NB_LONG stopper_ = -1;
+    NB_USHORT carried_ = 0; /* flag: a link counts the sessions */
+};
+
+/* Begins with the record itself. */
+template <VGA_DELETABLE Kind, class Record> NB_VOID plan_as(PLANNER &planner, NB_VOID *record) {
+    planner.add<Kind>(*static_cast<Record *>(record));
+}
+template <VGA_DELETABLE Kind, class Record> std::string name_as(const NB_VOID *record) {
+    return name_of(rows[Kind], as<Record>(record));
+}
+template <class Record> VGA_NODE *node_as(NB_VOID *record) {
+    return node_of(*static_cast<Record *>(record));
+}
+
+struct ACCESS {
+    NB_VOID (*plan)(PLANNER &planner, NB_VOID *record);
+    std::string (*name)(const NB_VOID *record);
+    VGA_NODE *(*node)(NB_VOID *record);
+};
+
+#define VGA_ACCESS(name, record)                                                                   \
+    {plan_as<VGA_DELETE_##name, record>, name_as<VGA_DELETE_##name, record>, node_as<record>},
+constexpr ACCESS accesses[] = {VGA_DELETABLES(VGA_ACCESS)};
+#undef VGA_ACCESS
+
+/* A pool of the domain is deleted where its nodes can be reached. */
+NB_USHORT refuses_owner(const VGA_TO_DELETE &what) {
+    const VGA_NODE *node = accesses[what.kind].node(what.record);
+    if (node != nullptr && (node->target == 0 || node->connection != VGA_CONNECTED)) {
+        return VGA_MSG_NODEW_NODE_LOST;
+    }
+    if (node == nullptr && what.kind != VGA_DELETE_POOL && gvga_system->domain_target == 0) {
+        return VGA_MSG_NO_MASTER;
+    }
+    return gvga_read_only != 0 ? VGA_MSG_NODEW_LOOK_ONLY : 0;
+}
+
+} // namespace
+
+const VGA_DELETABLE_ROW &vga_deletable_row(VGA_DELETABLE kind) {
+    return rows[kind];
+}
+
+VGA_TO_DELETE vga_to_delete(NB_SHORT type, NB_VOID *record) {
+    NB_SHORT row_type = type; /* leaves stand for the same as lines that open */
+    row_type = type == VGA_VIEWER_LS_LEAF ? NB_SHORT{VGA_VIEWER_LS} : row_type;
+    row_type = type == VGA_VIEWER_REM_PLU_LEAF ? NB_SHORT{VGA_VIEWER_REM_PLU} : row_type;
+    const auto *row = std::find_if(std::begin(rows), std::end(rows), [row_type](const ROW &one) {
+        return row_type >= 0 && one.type == row_type;
+    });
+    return row != std::end(rows) ? VGA_TO_DELETE{row->kind, record}
+                                 : VGA_TO_DELETE{VGA_DELETE_NOTHING, nullptr};
+}
+
+std::vector<VGA_TO_DELETE> vga_selected_to_delete(const VGA_VIEWER_ROOT *root) {
+    std::vector<VGA_TO_DELETE> all;
+    if (root->select_count == 0) {
+        return all;
+    }
+    const VGA_VIEWER_LIST &lines =
+        root->select_parent != nullptr ? root->select_parent->children : root->top_items;
+    for (NB_LONG at = 0; at < root->select_count; at++) {
+        if (const VGA_VIEWER_ITEM *line =
+                vga_viewer_find_selected(&lines, static_cast<NB_ULONG>(at))) {
+            all.push_back(vga_to_delete(line->type, line->data));
+        }
+    }
+    return all;
+}
+
+NB_USHORT vga_refuses_deletion(const VGA_TO_DELETE &what) {
+    if (what.kind == VGA_DELETE_NOTHING) {
+        return VGA_MSG_NODEW_NOT_FOR_THIS;
+    }
+    const ROW &row = rows[what.kind];
+    const NB_USHORT reason = row.refuses != nullptr ? row.refuses(what.record) : 0;
+    return reason != 0 ? reason : refuses_owner(what);
+}
+
+NB_USHORT vga_plan_deletion(const std::vector<VGA_TO_DELETE> &what, VGA_DELETION *plan) {
+    PLANNER planner(*plan);
+    NB_USHORT first_reason = what.empty() ? VGA_MSG_NODEW_SELECT_FIRST : 0;
+    NB_USHORT possible = 0;
+    for (const VGA_TO_DELETE &one : what) {
+        const NB_USHORT reason = vga_refuses_deletion(one);
+        first_reason = first_reason == 0 ? reason : first_reason;
+        if (one.kind == VGA_DELETE_NOTHING) {
+            continue;
+        }
+        VGA_DELETION_LINE &line = plan->lines.emplace_back();
+        line.kind = one.kind;
+        line.name = accesses[one.kind].name(one.record);
+        line.item = plan->items.size();
+        line.wanted = reason == 0;
+        line.reason = reason != 0 ? vga_message(reason) : "";
+        if (reason == 0) {
+            accesses[one.kind].plan(planner, one.record);
+            possible = 1;
+        }
+        line.end = plan->items.size();
+    }
+    return possible != 0 ? NB_USHORT{0} : first_reason;
+}
+
+std::vector<std::vector<size_t>> vga_group_deletion(const VGA_DELETION &plan) {
+    std::map<VGA_KIND_COUNTS, size_t> known;
+    std::vector<std::vector<size_t>> groups;
+    for (size_t at = 0; at < plan.lines.size(); at++) {
+        if (plan.lines[at].reason.empty()) {
+            const auto found = known.emplace(plan.lines[at].with, groups.size());
+            if (found.second) {
+                groups.emplace_back();
+            }
+            groups[found.first->second].push_back(at);
+        }
+    }
+    return groups;
+}

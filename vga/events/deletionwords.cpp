@@ -1,0 +1,198 @@
+#include "deletion.h"
+#include "messages.h"
+#include <algorithm>
+#include <map>
+
+namespace {
+
+constexpr size_t most_names = 5; /* in a question */
+
+template <class... Text> std::string words(NB_USHORT message, const Text &...arguments) {
+    NB_CHAR text[4000];
+    vga_print_msg(text, sizeof(text), message, "s s s", arguments.c_str()..., "", "", "");
+    return text;
+}
+
+/* With the locale's separators between thousands. */
+std::string number(NB_ULONG count) {
+    NB_CHAR text[32];
+    snprintf(text, sizeof(text), "%'lu", static_cast<unsigned long>(count));
+    return text;
+}
+
+/* The message's form for one, or for several with their number. */
+std::string form_for(NB_USHORT message, NB_ULONG count) {
+    const std::string both = vga_message(message);
+    const size_t bar = std::min(both.find('|'), both.size());
+    if (count <= 1) {
+        return both.substr(0, bar);
+    }
+    std::string many = both.substr(std::min(bar + 1, both.size()));
+    const size_t place = many.find("%1");
+    return place == std::string::npos ? many : many.replace(place, 2, number(count));
+}
+
+NB_VOID add_part(std::string &list, const std::string &part) {
+    list += (list.empty() ? "" : ", ") + part;
+}
+
+/* Kinds that are called the same are counted together. */
+std::string list_of(const VGA_KIND_COUNTS &counts, NB_USHORT except = 0) {
+    std::string list;
+    for (size_t kind = 0; kind < counts.size(); kind++) {
+        const NB_USHORT message = vga_deletable_row(static_cast<VGA_DELETABLE>(kind)).message;
+        NB_ULONG count = 0;
+        NB_USHORT first = 1;
+        for (size_t other = 0; other < counts.size(); other++) {
+            const bool same =
+                vga_deletable_row(static_cast<VGA_DELETABLE>(other)).message == message;
+            count += same ? counts[other] : 0;
+            first &= !same || other >= kind;
+        }
+        if (message != 0 && message != except && first != 0 && count != 0) {
+            add_part(list, vga_count_words(static_cast<VGA_DELETABLE>(kind), count));
+        }
+    }
+    return list;
+}
+
+std::string names_of(const VGA_DELETION &plan, const std::vector<size_t> &lines) {
+    std::string names;
+    for (const size_t at : lines) {
+        add_part(names, plan.lines[at].name);
+    }
+    return names;
+}
+
+std::string what_goes(const VGA_DELETION &plan, const std::vector<size_t> &lines) {
+    const VGA_DELETION_LINE &first = plan.lines[lines.front()];
+    const std::string count = vga_count_words(first.kind, static_cast<NB_ULONG>(lines.size()));
+    if (lines.size() == 1) {
+        return words(VGA_MSG_DELETE_ONE, form_for(vga_deletable_row(first.kind).message, 1),
+                     first.name);
+    }
+    return lines.size() <= most_names
+               ? words(VGA_MSG_DELETE_NAMED, count, names_of(plan, lines))
+               : words(VGA_MSG_DELETE_MANY, count, first.name, plan.lines[lines.back()].name);
+}
+
+/* What a run made of its items: by kind, those that are gone and those that stay. */
+struct SUMS {
+    VGA_KIND_COUNTS gone, stay;
+};
+SUMS sum_up(const VGA_DELETION &deletion) {
+    SUMS sums = {};
+    for (const VGA_DELETION_ITEM &item : deletion.items) {
+        if (item.phase == VGA_DELETION_ITEM::GONE) {
+            sums.gone[item.kind]++;
+        } else if (deletion.lines[item.line].wanted != 0 && item.by_itself == 0) {
+            sums.stay[item.kind]++;
+        }
+    }
+    for (const VGA_DELETION_LINE &line : deletion.lines) {
+        sums.stay[line.kind] += line.reason.empty() ? 0 : 1;
+    }
+    return sums;
+}
+
+} // namespace
+
+std::string vga_count_words(VGA_DELETABLE kind, NB_ULONG count) {
+    const std::string text = form_for(vga_deletable_row(kind).message, count);
+    return count == 1 ? "1 " + text : text;
+}
+
+std::string vga_counts_words(const VGA_KIND_COUNTS &counts) {
+    return list_of(counts);
+}
+
+std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<size_t> &lines) {
+    VGA_KIND_COUNTS with = {};
+    VGA_KIND_COUNTS stops = {};
+    NB_ULONG sessions = 0;
+    for (const size_t at : lines) {
+        const VGA_DELETION_LINE &line = plan.lines[at];
+        for (size_t kind = 0; kind < with.size(); kind++) {
+            with[kind] += line.with[kind];
+            stops[kind] += line.stops[kind];
+        }
+        sessions += line.sessions;
+    }
+    VGA_KIND_COUNTS stay = {};
+    std::string why;
+    for (const VGA_DELETION_LINE &line : plan.lines) {
+        stay[line.kind] += line.reason.empty() ? 0 : 1;
+        why = why.empty() ? line.reason : why;
+    }
+    std::string text = what_goes(plan, lines);
+    const auto add = [&text](const std::string &sentence) { text += "\n\n" + sentence; };
+    if (const std::string list = list_of(with); !list.empty()) {
+        add(words(VGA_MSG_DELETE_WITH, list));
+    }
+    std::string stopped = list_of(stops);
+    stopped = stopped.empty() ? stopped : words(VGA_MSG_DELETE_STOPS, stopped);
+    if (sessions != 0) {
+        stopped += (stopped.empty() ? "" : " ") + form_for(VGA_MSG_DELETE_SESSIONS, sessions);
+    }
+    if (!stopped.empty()) {
+        add(stopped);
+    }
+    if (!why.empty()) {
+        add(words(VGA_MSG_DELETE_STAY, list_of(stay), why));
+    }
+    return text;
+}
+
+std::string vga_deletion_progress(const VGA_DELETION &deletion) {
+    return words(VGA_MSG_DELETE_PROGRESS, number(static_cast<NB_ULONG>(deletion.done)),
+                 number(static_cast<NB_ULONG>(deletion.to_do)));
+}
+
+std::string vga_deletion_outcome(const VGA_DELETION &deletion) {
+    const SUMS sums = sum_up(deletion);
+    const std::string gone = list_of(sums.gone);
+    const std::string stay = list_of(sums.stay);
+    return stay.empty() ? words(VGA_MSG_DELETE_DONE, gone)
+           : gone.empty()
+               ? words(VGA_MSG_DELETE_NOT_DONE, stay)
+               : words(VGA_MSG_DELETE_DONE, gone) + " " + words(VGA_MSG_DELETE_NOT_DONE, stay);
+}
+
+/* What stays stands by its reason, each reason once. */
+std::string vga_deletion_account(const VGA_DELETION &deletion) {
+    std::vector<std::pair<std::string, std::string>> stays; /* reason, names */
+    std::map<std::string, size_t> known;
+    const auto add = [&](VGA_DELETABLE kind, const std::string &name, const std::string &reason) {
+        const auto found = known.emplace(reason, stays.size());
+        if (found.second) {
+            stays.emplace_back(reason, "");
+        }
+        stays[found.first->second].second +=
+            "    " + form_for(vga_deletable_row(kind).message, 1) + " " + name + "\n";
+    };
+    for (const VGA_DELETION_LINE &line : deletion.lines) {
+        if (!line.reason.empty()) {
+            add(line.kind, line.name, line.reason);
+        }
+    }
+    for (const VGA_DELETION_ITEM &item : deletion.items) {
+        if (item.phase == VGA_DELETION_ITEM::REFUSED && vga_deletable_row(item.kind).message != 0) {
+            add(item.kind, item.name, item.reason);
+        }
+    }
+    std::string text = vga_deletion_outcome(deletion) + "\n";
+    for (const auto &[reason, names] : stays) {
+        text += "\n" + reason + "\n" + names;
+    }
+    return text;
+}
+
+size_t vga_count_refused(const VGA_DELETION &deletion) {
+    size_t count = 0;
+    for (const VGA_DELETION_LINE &line : deletion.lines) {
+        count +=
+            !line.reason.empty() || (line.wanted != 0 && line.item < line.end &&
+                                     deletion.items[line.item].phase == VGA_DELETION_ITEM::REFUSED);
+    }
+    return count;
+}
