@@ -450,7 +450,10 @@ NB_USHORT vga_refuses_deletion(const VGA_TO_DELETE &what) {
         return VGA_MSG_NODEW_NOT_FOR_THIS;
     }
     const ROW &row = rows[what.kind];
-    const NB_USHORT reason = row.refuses != nullptr ? row.refuses(what.record) : 0;
+    NB_USHORT reason = row.refuses != nullptr ? row.refuses(what.record) : 0;
+    if (row.schema != nullptr && row.schema->remove == 0) {
+        reason = VGA_MSG_NODEW_NOT_DEFINED;
+    }
     return reason != 0 ? reason : refuses_owner(what);
 }
 
