@@ -1,11 +1,13 @@
 // Parts that dialogs share, with real mouse and keys: the window that a field is chosen from, and a
-// list of rows with its buttons.
+// list of rows with its buttons, and the account of what was done.
 
 #include "dialog_support.h"
 #include "gui_windows.h"
 
 #include "chooser.h"
 #include "hints.h"
+#include "holders.h"
+#include "receipt.h"
 #include "rowlist.h"
 
 #include <Xm/Form.h>
@@ -259,6 +261,30 @@ TEST_F(Parts, TheSelectedRowStaysSo) {
             EXPECT_EQ(vga_shown_hint(button)[0] == '\0', on) << name;
         }
     }
+}
+
+TEST_F(Parts, AReceiptCanBeReadAndCopiedAndGoesWithItsDialog) {
+    const std::string account = "Deleted: 3 LUs.\n\nIt is active.\n    LU A\n";
+    vga_show_receipt(&parts->common, "First", "Nothing.", "moded");
+    vga_show_receipt(&parts->common, "What was deleted", account.c_str(), "moded");
+    Widget receipt = XtNameToWidget(parts->common.shell, "*receipt");
+    ASSERT_NE(receipt, nullptr);
+    Widget text = XtNameToWidget(receipt, "*receiptText");
+    gui::give_focus(XtParent(receipt));
+    click(XtNameToWidget(receipt, "OK"));
+    EXPECT_EQ(VGA_TEXT(XmTextGetSelection(text)).get(), account);
+    XmTextFieldSetString(parts->field, const_cast<char *>(""));
+    XmTextFieldPaste(parts->field);
+    EXPECT_EQ(gui::field_text(parts->field).find("Deleted: 3 LUs."), 0u);
+    EXPECT_TRUE(XtIsManaged(receipt)) << "Copy leaves it";
+    gui::key("x");
+    EXPECT_EQ(VGA_TEXT(XmTextGetString(text)).get(), account);
+    gui::key("Escape");
+    EXPECT_FALSE(XtIsManaged(receipt));
+    vga_show_receipt(&parts->common, "Again", account.c_str(), "moded");
+    EXPECT_TRUE(XtIsManaged(receipt));
+    vga_close_children(&parts->common, 1, 0);
+    EXPECT_FALSE(XtIsManaged(receipt));
 }
 
 } // namespace

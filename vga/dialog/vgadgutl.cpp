@@ -11,6 +11,7 @@
 #include "messages.h"
 #include "nbproblem.h"
 #include "openwindows.h"
+#include "receipt.h"
 #include "textfocus.h"
 #include "toolkit.h"
 #include "verbqueue.h"
@@ -268,6 +269,7 @@ NB_VOID close_self(VGA_DIALOG *desc, NB_USHORT force) {
         row.close_proc(desc);
     }
     vga_discard_modal_dialogs(desc);
+    vga_close_receipt(desc);
     vga_modal_firewall_forget_tree(desc->widget);
     if (desc != gvga_main_dialog) {
         hide(desc);

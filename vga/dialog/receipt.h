@@ -1,0 +1,21 @@
+/* A receipt: a window with a longer account of what was done, beside the window that did it.  The
+ * text can be scrolled, marked and copied; nothing waits for the operator to close it.
+ *
+ * A dialog has one receipt, made when it is first needed: a later account takes the place of the
+ * one before.  It closes with its dialog. */
+#ifndef RECEIPT_H
+#define RECEIPT_H
+
+#include "nbtypes.h"
+
+struct VGA_DIALOG;
+
+/* Shows the account, in the locale's characters, under a title.  `help_key` is a literal, the topic
+ * of its Help button.  Nothing for a dialog that is not open. */
+NB_VOID vga_show_receipt(VGA_DIALOG *desc, const NB_CHAR *title, const NB_CHAR *text,
+                         const NB_CHAR *help_key);
+
+/* Takes it down, if it is up: the dialog is closing. */
+NB_VOID vga_close_receipt(const VGA_DIALOG *desc);
+
+#endif
