@@ -1,6 +1,7 @@
 /* The program: start-up in its order, the main loop, the exit. */
 #include "busycursor.h"
 #include "childprocess.h"
+#include "deletion.h"
 #include "form.h"
 #include "globals.h"
 #include "hooks.h"
@@ -88,6 +89,11 @@ NB_VOID node_died(VGA_NODE *node) {
                             "cs", static_cast<NB_INT>(sizeof(node->name)), node->name);
 }
 
+NB_VOID verb_purged(NB_USHORT opcode, NB_ULONG user_data) {
+    vga_form_verb_purged(opcode, user_data);
+    vga_deletion_verb_purged(opcode, user_data);
+}
+
 NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.indication = vga_dispatch_indication;
     gvga_hooks.model_built = vga_system_built;
@@ -95,7 +101,7 @@ NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.stop = vga_start_shutdown;
     gvga_hooks.node_list_changed = node_list_changed;
     gvga_hooks.node_died = node_died;
-    gvga_hooks.verb_purged = vga_form_verb_purged;
+    gvga_hooks.verb_purged = verb_purged;
     gvga_hooks.line_added = vga_nodew_line_added;
     gvga_hooks.wake = vga_add_null_timeout;
     gvga_hooks.flush = vga_update_display;

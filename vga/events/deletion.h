@@ -146,4 +146,9 @@ struct VGA_DELETABLE_ROW {
 };
 const VGA_DELETABLE_ROW &vga_deletable_row(VGA_DELETABLE kind);
 
+/* "link station"; and a message with texts as its arguments. */
+std::string vga_kind_word(VGA_DELETABLE kind);
+std::string vga_deletion_words(NB_USHORT message, const std::string &first,
+                               const std::string &second = "", const std::string &third = "");
+
 #endif

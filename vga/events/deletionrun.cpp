@@ -42,14 +42,6 @@ std::list<RUN> runs;
 
 NB_VOID go_on(RUN &run);
 
-std::string words(NB_USHORT message, const std::string &first, const std::string &second,
-                  const std::string &third = "") {
-    NB_CHAR text[2 * VGA_VERB_ERROR_SIZE];
-    vga_print_msg(text, sizeof(text), message, "s s s", first.c_str(), second.c_str(),
-                  third.c_str());
-    return text;
-}
-
 std::string reason_of(const NAP_VCB &vcb) {
     if (vcb.primary_rc == NAP_STATE_CHECK && vcb.secondary_rc == NAP_IN_USE) {
         return vga_message(VGA_MSG_DELETE_IN_USE);
@@ -114,9 +106,9 @@ NB_VOID through(RUN &run, size_t at, std::string reason) {
     owner.below--;
     if (!item.reason.empty() && owner.reason.empty()) {
         const NB_USHORT message = vga_deletable_row(item.kind).message;
-        owner.reason =
-            message == 0 ? item.reason
-                         : words(VGA_MSG_DELETE_DEPENDS, vga_count_words(item.kind, 0), item.name);
+        owner.reason = message == 0 ? item.reason
+                                    : vga_deletion_words(VGA_MSG_DELETE_DEPENDS,
+                                                         vga_kind_word(item.kind), item.name);
     }
     consider(run, static_cast<size_t>(item.owner));
 }
@@ -138,7 +130,7 @@ NB_VOID consider(RUN &run, size_t at) {
 NB_VOID not_stopped(RUN &run, size_t at, const std::string &reason) {
     const ITEM &item = run.item(at);
     const std::string of_others =
-        words(VGA_MSG_DELETE_NOT_STOPPED, vga_count_words(item.kind, 0), item.name, reason);
+        vga_deletion_words(VGA_MSG_DELETE_NOT_STOPPED, vga_kind_word(item.kind), item.name, reason);
     for (size_t with = item.end; with-- > at + 1;) {
         ITEM &other = run.item(with);
         if (other.by_itself == 0 && other.phase == ITEM::WAITS) {

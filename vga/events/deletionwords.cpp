@@ -7,12 +7,6 @@ namespace {
 
 constexpr size_t most_names = 5; /* in a question */
 
-template <class... Text> std::string words(NB_USHORT message, const Text &...arguments) {
-    NB_CHAR text[4000];
-    vga_print_msg(text, sizeof(text), message, "s s s", arguments.c_str()..., "", "", "");
-    return text;
-}
-
 /* With the locale's separators between thousands. */
 std::string number(NB_ULONG count) {
     NB_CHAR text[32];
@@ -68,12 +62,12 @@ std::string what_goes(const VGA_DELETION &plan, const std::vector<size_t> &lines
     const VGA_DELETION_LINE &first = plan.lines[lines.front()];
     const std::string count = vga_count_words(first.kind, static_cast<NB_ULONG>(lines.size()));
     if (lines.size() == 1) {
-        return words(VGA_MSG_DELETE_ONE, form_for(vga_deletable_row(first.kind).message, 1),
-                     first.name);
+        return vga_deletion_words(VGA_MSG_DELETE_ONE, vga_kind_word(first.kind), first.name);
     }
     return lines.size() <= most_names
-               ? words(VGA_MSG_DELETE_NAMED, count, names_of(plan, lines))
-               : words(VGA_MSG_DELETE_MANY, count, first.name, plan.lines[lines.back()].name);
+               ? vga_deletion_words(VGA_MSG_DELETE_NAMED, count, names_of(plan, lines))
+               : vga_deletion_words(VGA_MSG_DELETE_MANY, count, first.name,
+                                    plan.lines[lines.back()].name);
 }
 
 /* What a run made of its items: by kind, those that are gone and those that stay. */
@@ -96,6 +90,18 @@ SUMS sum_up(const VGA_DELETION &deletion) {
 }
 
 } // namespace
+
+std::string vga_deletion_words(NB_USHORT message, const std::string &first,
+                               const std::string &second, const std::string &third) {
+    NB_CHAR text[4000];
+    vga_print_msg(text, sizeof(text), message, "s s s", first.c_str(), second.c_str(),
+                  third.c_str());
+    return text;
+}
+
+std::string vga_kind_word(VGA_DELETABLE kind) {
+    return form_for(vga_deletable_row(kind).message, 1);
+}
 
 std::string vga_count_words(VGA_DELETABLE kind, NB_ULONG count) {
     const std::string text = form_for(vga_deletable_row(kind).message, count);
@@ -127,10 +133,10 @@ std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<si
     std::string text = what_goes(plan, lines);
     const auto add = [&text](const std::string &sentence) { text += "\n\n" + sentence; };
     if (const std::string list = list_of(with); !list.empty()) {
-        add(words(VGA_MSG_DELETE_WITH, list));
+        add(vga_deletion_words(VGA_MSG_DELETE_WITH, list));
     }
     std::string stopped = list_of(stops);
-    stopped = stopped.empty() ? stopped : words(VGA_MSG_DELETE_STOPS, stopped);
+    stopped = stopped.empty() ? stopped : vga_deletion_words(VGA_MSG_DELETE_STOPS, stopped);
     if (sessions != 0) {
         stopped += (stopped.empty() ? "" : " ") + form_for(VGA_MSG_DELETE_SESSIONS, sessions);
     }
@@ -138,24 +144,24 @@ std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<si
         add(stopped);
     }
     if (!why.empty()) {
-        add(words(VGA_MSG_DELETE_STAY, list_of(stay), why));
+        add(vga_deletion_words(VGA_MSG_DELETE_STAY, list_of(stay), why));
     }
     return text;
 }
 
 std::string vga_deletion_progress(const VGA_DELETION &deletion) {
-    return words(VGA_MSG_DELETE_PROGRESS, number(static_cast<NB_ULONG>(deletion.done)),
-                 number(static_cast<NB_ULONG>(deletion.to_do)));
+    return vga_deletion_words(VGA_MSG_DELETE_PROGRESS, number(static_cast<NB_ULONG>(deletion.done)),
+                              number(static_cast<NB_ULONG>(deletion.to_do)));
 }
 
 std::string vga_deletion_outcome(const VGA_DELETION &deletion) {
     const SUMS sums = sum_up(deletion);
     const std::string gone = list_of(sums.gone);
     const std::string stay = list_of(sums.stay);
-    return stay.empty() ? words(VGA_MSG_DELETE_DONE, gone)
-           : gone.empty()
-               ? words(VGA_MSG_DELETE_NOT_DONE, stay)
-               : words(VGA_MSG_DELETE_DONE, gone) + " " + words(VGA_MSG_DELETE_NOT_DONE, stay);
+    return stay.empty()   ? vga_deletion_words(VGA_MSG_DELETE_DONE, gone)
+           : gone.empty() ? vga_deletion_words(VGA_MSG_DELETE_NOT_DONE, stay)
+                          : vga_deletion_words(VGA_MSG_DELETE_DONE, gone) + " " +
+                                vga_deletion_words(VGA_MSG_DELETE_NOT_DONE, stay);
 }
 
 /* What stays stands by its reason, each reason once. */
@@ -167,8 +173,7 @@ std::string vga_deletion_account(const VGA_DELETION &deletion) {
         if (found.second) {
             stays.emplace_back(reason, "");
         }
-        stays[found.first->second].second +=
-            "    " + form_for(vga_deletable_row(kind).message, 1) + " " + name + "\n";
+        stays[found.first->second].second += "    " + vga_kind_word(kind) + " " + name + "\n";
     };
     for (const VGA_DELETION_LINE &line : deletion.lines) {
         if (!line.reason.empty()) {
