@@ -119,10 +119,6 @@ NB_VOID vga_deletion_verb_purged(NB_USHORT opcode, NB_ULONG user_data);
 
 /* Words. */
 
-/* "3 link stations", and of several kinds "2 PUs, 60 LUs" without those that there are none of. */
-std::string vga_count_words(VGA_DELETABLE kind, NB_ULONG count);
-std::string vga_counts_words(const VGA_KIND_COUNTS &counts);
-
 /* The question about some lines of a plan: what goes, what goes with it, what is stopped first, and
  * what stays. */
 std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<size_t> &lines);
@@ -146,8 +142,9 @@ struct VGA_DELETABLE_ROW {
 };
 const VGA_DELETABLE_ROW &vga_deletable_row(VGA_DELETABLE kind);
 
-/* "link station"; and a message with texts as its arguments. */
+/* "link station" and "3 link stations", and a message with texts as its arguments. */
 std::string vga_kind_word(VGA_DELETABLE kind);
+std::string vga_count_words(VGA_DELETABLE kind, NB_ULONG count);
 std::string vga_deletion_words(NB_USHORT message, const std::string &first,
                                const std::string &second = "", const std::string &third = "");
 

@@ -31,7 +31,7 @@ NB_VOID add_part(std::string &list, const std::string &part) {
 }
 
 /* Kinds that are called the same are counted together. */
-std::string list_of(const VGA_KIND_COUNTS &counts, NB_USHORT except = 0) {
+std::string list_of(const VGA_KIND_COUNTS &counts) {
     std::string list;
     for (size_t kind = 0; kind < counts.size(); kind++) {
         const NB_USHORT message = vga_deletable_row(static_cast<VGA_DELETABLE>(kind)).message;
@@ -43,7 +43,7 @@ std::string list_of(const VGA_KIND_COUNTS &counts, NB_USHORT except = 0) {
             count += same ? counts[other] : 0;
             first &= !same || other >= kind;
         }
-        if (message != 0 && message != except && first != 0 && count != 0) {
+        if (message != 0 && first != 0 && count != 0) {
             add_part(list, vga_count_words(static_cast<VGA_DELETABLE>(kind), count));
         }
     }
@@ -106,10 +106,6 @@ std::string vga_kind_word(VGA_DELETABLE kind) {
 std::string vga_count_words(VGA_DELETABLE kind, NB_ULONG count) {
     const std::string text = form_for(vga_deletable_row(kind).message, count);
     return count == 1 ? "1 " + text : text;
-}
-
-std::string vga_counts_words(const VGA_KIND_COUNTS &counts) {
-    return list_of(counts);
 }
 
 std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<size_t> &lines) {
