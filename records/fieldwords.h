@@ -66,10 +66,10 @@ inline constexpr FieldWord priority_words[] = {
 };
 
 inline constexpr FieldWord flow_words[] = {
-    {"low", 0},
-    {"medium", 1},
-    {"high", 2},
-    {"network", 3},
+    {"low", 0, MSG_LOW},
+    {"medium", 1, MSG_MEDIUM},
+    {"high", 2, MSG_HIGH},
+    {"network", 3, MSG_NETWORK_PRIORITY},
 };
 
 inline constexpr FieldWord application_words[] = {
@@ -87,10 +87,10 @@ inline constexpr FieldWord compression_words[] = {
 };
 
 inline constexpr FieldWord resource_words[] = {
-    {"lu", NAP_DIR_LU},
+    {"lu", NAP_DIR_LU, MSG_LU},
     {"end_node", NAP_DIR_END_NODE, MSG_END_NODE},
     {"network_node", NAP_DIR_NETWORK_NODE, MSG_NETWORK_NODE},
-    {"wildcard_lu", NAP_DIR_WILDCARD_LU},
+    {"wildcard_lu", NAP_DIR_WILDCARD_LU, MSG_ANY_LUS},
 };
 
 inline constexpr FieldWord wildcard_words[] = {
@@ -245,9 +245,9 @@ inline constexpr FieldWord service_words[] = {
 };
 
 inline constexpr FieldWord directory_words[] = {
-    {"home", NAP_DIR_HOME},
-    {"cache", NAP_DIR_CACHE},
-    {"registered", NAP_DIR_REGISTER},
+    {"home", NAP_DIR_HOME, MSG_HOME},
+    {"cache", NAP_DIR_CACHE, MSG_CACHE},
+    {"registered", NAP_DIR_REGISTER, MSG_REGISTERED},
 };
 
 inline constexpr FieldWord session_words[] = {

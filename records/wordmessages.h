@@ -9,6 +9,15 @@ namespace records {
 
 enum WordMessage : NB_USHORT {
     MSG_BRANCH_NETWORK_NODE = 813,
+    MSG_LU = 1045,
+    MSG_ANY_LUS = 1046,
+    MSG_HOME = 1047,
+    MSG_CACHE = 1048,
+    MSG_REGISTERED = 1049,
+    MSG_LOW = 1050,
+    MSG_MEDIUM = 1051,
+    MSG_HIGH = 1052,
+    MSG_NETWORK_PRIORITY = 1053,
     MSG_ACTIVE = 1250,
     MSG_INACTIVE = 1251,
     MSG_STARTING = 1252,

@@ -5,7 +5,7 @@ import re
 
 # What follows the first word of a line: texts in quotes, then more of it, or one that may be left out.
 LINES = {'dialog': 'NAME "Title" of SCHEMA TYPE ...', 'widgets': 'NAME', 'include': 'FILE ...', 'status': '',
-         'guided': '', 'state': 'TYPE', 'plan': 'MEMBER=VALUE ...', 'page': '"Tab"', 'group': '"Heading"',
+         'guided': '', 'part': '', 'state': 'TYPE', 'plan': 'MEMBER=VALUE ...', 'page': '"Tab"', 'group': '"Heading"',
          'choice': 'WORD "Text" [called]', 'order': 'FIELD ...', 'show': 'FIELD "Label" ...',
          'edit': 'FIELD "Label" ...', 'key': 'FIELD "Label" ...', 'switch': 'NAME "Label" ...',
          'list': 'NAME "Label" editor=FORM ...', 'column': 'FIELD "Title" ...', 'child': 'FORM "Label" ...'}

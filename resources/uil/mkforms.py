@@ -20,6 +20,7 @@ texts are ASCII, without double quotes and backslashes:
                         its plan says otherwise, it asks for the record's entry in its list
     child               edits a part of the data of the form that opens it, and accepts without a verb;
                         its records are its parent's, all and in that order, since it copies their bytes
+    part                has no row of the table of windows: a list of records opens it (recordwindow.h)
     guided              one page after the other, with Back and a summary
     state TYPE          the descriptor has a member `state` of that type, for the dialog's own code
     plan MEMBER=VALUE.. members of VGA_FORM_PLAN; a function is declared in forms.h
@@ -202,7 +203,7 @@ class Dialog:
         self.path, self.rows = path, rows
         self.name = self.place = self.order_place = None
         self.widgets = self.state = self.opener = None
-        self.status = self.child = self.guided = self.opened = False
+        self.status = self.child = self.guided = self.part = self.opened = False
         self.includes, self.plan, self.records = [], {}, []
         self.pages, self.items, self.order = [], [], []
         for number, line in enumerate(path.read_text(encoding='utf-8', errors='replace').splitlines(), 1):
@@ -225,7 +226,7 @@ class Dialog:
             self.place = place
         elif self.name is None:
             raise Fault('the first line says: dialog NAME "Title" of SCHEMA TYPE')
-        elif what in ('status', 'guided') or what == 'child' and not words:
+        elif what in ('status', 'guided', 'part') or what == 'child' and not words:
             setattr(self, what, True)
         elif what in ('widgets', 'state'):
             setattr(self, what, words[0])

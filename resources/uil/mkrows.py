@@ -13,8 +13,8 @@ import sys
 from pathlib import Path
 
 KINDS = {'main': 'VGA_KIND_MAIN', 'dialog': 'VGA_KIND_DIALOG', 'modal': 'VGA_KIND_MODAL'}
-# The editor of a list's row is part of a dialog and has no row of the table.
-PART = re.compile(r'^dialog \w+ "[^"]*" of \w+\.item ', re.M)
+# The editors of a list's rows and of listed records are parts of windows and have no row of the table.
+PART = re.compile(r'^part$|^dialog \w+ "[^"]*" of \w+\.item ', re.M)
 TABLE_ROW = re.compile(r'\bdialog\(\s*VGA_UID_\w+,\s*"(\w+)",\s*(VGA_KIND_\w+)\s*\)')
 
 HEAD = '''! Made from later.txt by mkrows.py.

@@ -75,8 +75,9 @@ TEST_F(Dialogs, MainDialogAsksBeforeItStops) {
 }
 
 TEST_F(Dialogs, FailuresLeaveNothingBehind) {
+    const auto no_such_row = static_cast<NB_USHORT>(VGA_UID_PARTS + gvga_part_desc.size());
     VGA_DIALOG *desc = main_dialog;
-    EXPECT_EQ(vga_get_dialog(VGA_UID_MAX + 1, main_dialog, nullptr, &desc), 0);
+    EXPECT_EQ(vga_get_dialog(no_such_row, main_dialog, nullptr, &desc), 0);
     EXPECT_EQ(desc, nullptr);
     EXPECT_EQ(events.fatal, "dialog_id <= VGA_UID_MAX");
 

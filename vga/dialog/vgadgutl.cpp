@@ -333,6 +333,13 @@ VGA_UID_DESC *vga_find_row(NB_USHORT dialog_id) {
                                           : nullptr;
 }
 
+VGA_UID_DESC *vga_find_row_named(const NB_CHAR *name) {
+    VGA_UID_DESC *found = nullptr;
+    vga_for_each_row(
+        [&found, name](VGA_UID_DESC &row) { found = strcmp(row.name, name) == 0 ? &row : found; });
+    return found;
+}
+
 VGA_UID_DESC &vga_row_of(const VGA_DIALOG *desc) {
     return *vga_find_row(desc->dialog_id);
 }

@@ -96,6 +96,9 @@ extern std::span<VGA_UID_DESC> gvga_part_desc;
 /* The row of that number in the table or of the parts; null: there is none. */
 VGA_UID_DESC *vga_find_row(NB_USHORT dialog_id);
 
+/* The same by name. */
+VGA_UID_DESC *vga_find_row_named(const NB_CHAR *name);
+
 /* Calls visit(row) for all rows, those of parts behind the others. */
 template <class Visit> NB_VOID vga_for_each_row(Visit visit) {
     for (VGA_UID_DESC &row : gvga_uid_desc) {

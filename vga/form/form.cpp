@@ -178,18 +178,10 @@ NB_VOID reset_cb(Widget widget, XtPointer, XtPointer) {
     }
 }
 
-/* Its row; that of the first window, which is no form, where there is none of the name. */
-NB_USHORT dialog_named(const NB_CHAR *name) {
-    NB_USHORT found = 0;
-    vga_for_each_row([&found, name](const VGA_UID_DESC &row) {
-        found = strcmp(row.name, name) == 0 ? row.dialog_id : found;
-    });
-    return found;
-}
-
 NB_VOID child_cb(Widget widget, XtPointer data, XtPointer) {
     if (VGA_FORM *form = vga_form_of_widget(widget)) {
-        vga_form_open_child(form, dialog_named(static_cast<VGA_FORM_OPENER *>(data)->dialog));
+        const NB_CHAR *name = static_cast<VGA_FORM_OPENER *>(data)->dialog;
+        vga_form_open_child(form, vga_find_row_named(name)->dialog_id);
     }
 }
 
@@ -379,6 +371,6 @@ VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id) {
 VGA_FORM *vga_form_open_item(VGA_FORM *parent, const VGA_FORM_LIST *list, NB_LONG item) {
     const auto *entry = static_cast<const NB_UCHAR *>(vga_form_working(parent));
     const auto items = static_cast<NB_LONG>(records::item_count(*list->items, entry));
-    return open_child(parent, dialog_named(list->editor), list, item,
+    return open_child(parent, vga_find_row_named(list->editor)->dialog_id, list, item,
                       item < items ? VGA_FORM_CHANGE : VGA_FORM_ADD);
 }

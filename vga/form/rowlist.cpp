@@ -1,5 +1,6 @@
 #include "rowlist.h"
 #include "columntext.h"
+#include "fieldwidgets.h"
 #include "hints.h"
 #include "messages.h"
 #include "nbproblem.h"
@@ -40,6 +41,14 @@ bool full(const VGA_ROW_LIST &list) {
     return list.plan->most != 0 && list.keys.size() >= list.plan->most;
 }
 
+/* The message that says why the row cannot be removed; 0: it can. */
+NB_USHORT why_it_stays(const VGA_ROW_LIST &list, NB_LONG row) {
+    const VGA_ROW_LIST_PLAN &plan = *list.plan;
+    return row < 0                 ? NB_USHORT{VGA_MSG_ROW_LIST_EMPTY}
+           : plan.stays == nullptr ? NB_USHORT{0}
+                                   : plan.stays(list.context, static_cast<NB_ULONG>(row));
+}
+
 NB_VOID arrange(const VGA_ROW_LIST &list) {
     const VGA_ROW_LIST_PLAN &plan = *list.plan;
     const bool edit = list.read_only == 0;
@@ -51,9 +60,12 @@ NB_VOID arrange(const VGA_ROW_LIST &list) {
     NB_CHAR reason[256];
     vga_print_msg(reason, sizeof(reason), VGA_MSG_ROW_LIST_FULL, "i", NB_INT{plan.most});
     set_button(list.add, !full(list), reason);
-    for (Widget button : {list.change, list.show, list.remove}) {
-        set_button(button, vga_row_list_selected(&list) >= 0, vga_message(VGA_MSG_ROW_LIST_EMPTY));
+    const NB_LONG selected = vga_row_list_selected(&list);
+    for (Widget button : {list.change, list.show}) {
+        set_button(button, selected >= 0, vga_message(VGA_MSG_ROW_LIST_EMPTY));
     }
+    const NB_USHORT stays = why_it_stays(list, selected);
+    set_button(list.remove, stays == 0, vga_message(stays));
 }
 
 /* What a button does, and its key: nothing while it is off. */
@@ -64,7 +76,7 @@ NB_VOID press(VGA_ROW_LIST &list, const std::string &what) {
         plan.add(list.context);
     } else if (what == "change" && plan.change != nullptr && selected >= 0) {
         plan.change(list.context, static_cast<NB_ULONG>(selected));
-    } else if (what == "remove" && XtIsManaged(list.remove) && selected >= 0) {
+    } else if (what == "remove" && XtIsManaged(list.remove) && why_it_stays(list, selected) == 0) {
         plan.remove(list.context, static_cast<NB_ULONG>(selected));
     }
 }
@@ -172,6 +184,21 @@ NB_VOID double_click(Widget, XtPointer list, XtPointer) {
     press(*static_cast<VGA_ROW_LIST *>(list), "change");
 }
 
+NB_VOID row_selected(Widget, XtPointer client_data, XtPointer) {
+    const auto &list = *static_cast<VGA_ROW_LIST *>(client_data);
+    arrange(list);
+    if (list.plan->selected != nullptr) {
+        list.plan->selected(list.context, vga_row_list_selected(&list));
+    }
+}
+
+NB_VOID set_label(Widget button, const NB_CHAR *literal) {
+    if (literal != nullptr) {
+        const VGA_STRING label(vga_form_literal(literal).c_str());
+        XtVaSetValues(button, XmNlabelString, label.get(), nullptr);
+    }
+}
+
 NB_VOID forget(Widget rows, XtPointer, XtPointer) {
     lists.erase(rows);
 }
@@ -196,10 +223,13 @@ VGA_ROW_LIST *vga_row_list_attach(Widget place, const VGA_ROW_LIST_PLAN *plan, N
                      .remove = XtNameToWidget(form, "*rowListRemove")});
     XtAddCallback(rows, XmNdestroyCallback, forget, nullptr);
     XtAddCallback(rows, XmNdefaultActionCallback, double_click, list.get());
+    XtAddCallback(rows, XmNbrowseSelectionCallback, row_selected, list.get());
     XtAddCallback(list->add, XmNactivateCallback, press_add, list.get());
     XtAddCallback(list->change, XmNactivateCallback, press_change, list.get());
     XtAddCallback(list->show, XmNactivateCallback, press_change, list.get());
     XtAddCallback(list->remove, XmNactivateCallback, press_remove, list.get());
+    set_label(list->change, plan->change_label);
+    set_label(list->remove, plan->remove_label);
     size_columns(*list);
     vga_row_list_refill(list.get());
     XtManageChild(form);
@@ -219,7 +249,7 @@ NB_VOID vga_row_list_refill(VGA_ROW_LIST *list) {
     const size_t row =
         stays || same == list->keys.end() ? at : static_cast<size_t>(same - list->keys.begin());
     vga_row_list_select(list, static_cast<NB_ULONG>(row));
-    arrange(*list);
+    row_selected(list->rows, list, nullptr);
 }
 
 NB_VOID vga_row_list_select(VGA_ROW_LIST *list, NB_ULONG row) {
@@ -247,6 +277,12 @@ NB_LONG vga_row_list_selected(const VGA_ROW_LIST *list) {
     const NB_LONG row = positions[0] - 1;
     XtFree(reinterpret_cast<NB_CHAR *>(positions));
     return row;
+}
+
+NB_VOID vga_row_list_focus(const VGA_ROW_LIST *list) {
+    if (list != nullptr) {
+        XmProcessTraversal(list->rows, XmTRAVERSE_CURRENT);
+    }
 }
 
 NB_VOID vga_row_list_set_read_only(VGA_ROW_LIST *list, NB_USHORT read_only) {

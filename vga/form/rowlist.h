@@ -35,6 +35,13 @@ struct VGA_ROW_LIST_PLAN {
     NB_VOID (*add)(NB_VOID *context) = nullptr;
     NB_VOID (*change)(NB_VOID *context, NB_ULONG row) = nullptr; /* or only look at it */
     NB_VOID (*remove)(NB_VOID *context, NB_ULONG row) = nullptr;
+
+    /* The message that says why a row cannot be removed; 0: it can. */
+    NB_USHORT (*stays)(NB_VOID *context, NB_ULONG row) = nullptr;
+    /* The operator selected a row; also called, with -1 for none, when the list was filled anew. */
+    NB_VOID (*selected)(NB_VOID *context, NB_LONG row) = nullptr;
+    /* Literals of the descriptions that the buttons are called by; null: Change... and Remove. */
+    const NB_CHAR *change_label = nullptr, *remove_label = nullptr;
 };
 
 /* Makes the list in `place`, a manager of the description with nothing in it, and fills it.  To be
@@ -53,6 +60,9 @@ NB_VOID vga_row_list_select(VGA_ROW_LIST *list, NB_ULONG row);
 
 /* The selected row; -1: there is none. */
 NB_LONG vga_row_list_selected(const VGA_ROW_LIST *list);
+
+/* Gives the keyboard to the rows. */
+NB_VOID vga_row_list_focus(const VGA_ROW_LIST *list);
 
 /* Only to be looked at: Change becomes Show, and the other buttons are not there. */
 NB_VOID vga_row_list_set_read_only(VGA_ROW_LIST *list, NB_USHORT read_only);

@@ -1,6 +1,7 @@
 #include "windowtable.h"
 #include "forms.h"
 #include "nodecommands.h"
+#include "recordwindow.h"
 #include "vganodew.h"
 #include <algorithm>
 #include <string_view>
@@ -160,27 +161,38 @@ constexpr bool in_order(const VGA_UID_TABLE &table) {
 }
 static_assert(in_order(rows) && VGA_UID_TN_EXL_DIALOG == VGA_UID_MAX);
 
-/* What is described and has no row: the editors of lists' rows. */
+/* What is described and has no row: the editors of lists' rows and of listed records. */
 constexpr bool is_part(const VGA_FORM_ROW &form) {
     return std::none_of(rows.begin(), rows.end(), [&form](const VGA_UID_DESC &row) {
         return std::string_view(row.name) == form.name;
     });
 }
 
-constexpr auto make_parts() {
-    std::array<VGA_UID_DESC, std::count_if(std::begin(form_rows), std::end(form_rows), is_part)>
-        parts = {};
-    size_t count = 0;
+constexpr VGA_UID_DESC record_window(NB_USHORT id, std::string_view name) {
+    VGA_UID_DESC made = row(id, name, VGA_KIND_DIALOG);
+    made.desc_size = sizeof(VGA_DIALOG);
+    made.get_widgets = vga_record_window_get_widgets;
+    made.close_proc = vga_record_window_close_proc;
+    made.record_changed = vga_record_window_record_changed;
+    return made;
+}
+
+/* A child form is modal by itself. */
+std::vector<VGA_UID_DESC> make_parts() {
+    std::vector<VGA_UID_DESC> parts;
+    const auto next = [&parts] { return static_cast<NB_USHORT>(VGA_UID_PARTS + parts.size()); };
     for (const VGA_FORM_ROW &described : form_rows) {
         if (is_part(described)) {
-            const auto id = static_cast<NB_USHORT>(VGA_UID_PARTS + count);
-            parts[count++] = form(row(id, described.name, VGA_KIND_MODAL), described);
+            parts.push_back(form(row(next(), described.name, VGA_KIND_DIALOG), described));
         }
+    }
+    for (const VGA_RECORD_WINDOW &window : gvga_record_windows) {
+        parts.push_back(record_window(next(), window.name));
     }
     return parts;
 }
 
-auto parts = make_parts();
+std::vector<VGA_UID_DESC> parts = make_parts();
 
 } // namespace
 
