@@ -4,7 +4,7 @@
  * the names. */
 #include "graphics.h"
 #include "nbbase.h"
-#include "nodecommands.h"
+#include "windows.h"
 #include "v0uidpth.h"
 #include "widgets.h"
 

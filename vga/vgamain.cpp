@@ -102,7 +102,7 @@ NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.node_list_changed = node_list_changed;
     gvga_hooks.node_died = node_died;
     gvga_hooks.verb_purged = verb_purged;
-    gvga_hooks.line_added = vga_nodew_line_added;
+    gvga_hooks.line_added = vga_listw_line_added;
     gvga_hooks.wake = vga_add_null_timeout;
     gvga_hooks.flush = vga_update_display;
     v0_set_fatal_handler(vga_request_exit_fatal);

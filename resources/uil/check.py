@@ -16,8 +16,6 @@ import sys
 
 COMMENT = re.compile(r'![^\n]*')
 CODE_COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/', re.S)
-# The rows of a table that mkcommands.py makes.
-MADE_ROWS = re.compile(r'^#define \w+_CALLBACKS\(\w+\)((?:.*\\\n)*.*)', re.M)
 TABLE = r'\b%s\s+\w+\s*\[[^\]]*\]\s*=\s*\{(.*?)\};'
 
 
@@ -43,12 +41,10 @@ def registered_by_name(code):
 def main():
     descriptions = read((sys.argv[1], sys.argv[3]), ('*.uil', '*.uih'), COMMENT)
     code = read((sys.argv[2],), ('*.cpp',), CODE_COMMENT)
-    made = read((sys.argv[3],), ('*.h',), CODE_COMMENT)
+    code |= read((sys.argv[3],), ('windows.inc',), CODE_COMMENT)
     faults = []
 
     procedures = registered(code, 'MRMRegisterArg') | registered_by_name(code)
-    procedures |= {name for text in made.values() for rows in MADE_ROWS.findall(text)
-                   for name in re.findall(r'\bvga_\w+', rows)}
     actions = registered(code, 'XtActionsRec')
     declared, used, objects, children = set(), set(), set(), set()
     for file, text in descriptions.items():

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the descriptions of the dialogs that are not written yet.
 
-    mkrows.py later.txt windowtable.cpp OUT.uih DIALOG.dlg...
+    mkrows.py later.txt windowtable.cpp OUT.uih DIALOG.dlg... WINDOW.window...
 
 Each row of later.txt (name, kind, title) becomes a message box with its title, Close and Help.  The
 rows of the program's table that have no description must be the same ones, of the same kinds; a

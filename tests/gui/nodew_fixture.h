@@ -11,7 +11,7 @@
 #include "graphics.h"
 #include "linetable.h"
 #include "messages.h"
-#include "nodeselection.h"
+#include "linerules.h"
 #include "panes.h"
 #include "rememberedlines.h"
 #include "toolkit.h"
@@ -49,7 +49,7 @@ protected:
                                            gvga_display, nullptr);
         vga_init_dialogs();
         gvga_read_only = 0;
-        gvga_hooks.line_added = vga_nodew_line_added;
+        gvga_hooks.line_added = vga_listw_line_added;
         gvga_hooks.node_list_changed = [](VGA_NODE *changed, VGA_NODE_CHANGE change) {
             if (change == VGA_NODE_CHANGED) {
                 vga_update_node_window(changed);

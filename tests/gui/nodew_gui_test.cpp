@@ -19,16 +19,16 @@ namespace {
 TEST_F(NodeWindow, WhatIsNotThereYetIsInsensitive) {
     show_node();
     click_line(VGA_NODEW_TOP_PANE, 1);
-    for (const VGA_NODEW_COMMAND_ROW &row : gvga_nodew_commands) {
-        if (row.item != nullptr) {
-            ASSERT_NE(desc->items[row.command], nullptr) << row.item;
-            EXPECT_EQ(XtIsSensitive(desc->items[row.command]) != 0,
-                      row.action != nullptr && desc->allowed[row.command] != 0)
-                << row.item;
-        }
-        if (row.command < VGA_NODEW_TOOL_COUNT && row.action == nullptr) {
-            EXPECT_FALSE(XtIsSensitive(desc->tools[row.command].icon));
-            EXPECT_FALSE(XtIsSensitive(desc->tools[row.command].text));
+    for (const VGA_COMMAND_ROW &row : gvga_nodew_plan.commands) {
+        const bool there =
+            row.opens != VGA_NO_DIALOG ? vga_is_written(row.opens) != 0 : row.action != nullptr;
+        for (Widget widget :
+             {desc->items[row.command], desc->popups[row.command],
+              row.command < VGA_NODEW_TOOL_COUNT ? desc->tools[row.command].icon : nullptr}) {
+            if (widget != nullptr) {
+                EXPECT_EQ(XtIsSensitive(widget) != 0, there && desc->allowed[row.command] != 0)
+                    << XtName(widget);
+            }
         }
     }
     EXPECT_TRUE(XtIsSensitive(part("*nodewExit")));
@@ -141,7 +141,7 @@ TEST_F(NodeWindow, NothingLooksAliveWithoutAConnection) {
         for (NB_USHORT command = 0; command < VGA_NODEW_COMMAND_COUNT; command++) {
             EXPECT_EQ(desc->allowed[command], 0) << command;
         }
-        vga_nodew_run(desc, VGA_NODEW_STOP);
+        vga_listw_run(desc, VGA_NODEW_STOP);
         EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_NODE_NOT_CONNECTED));
         node->lost_at = 0;
         vga_set_connection(node, VGA_CONNECTED);
@@ -194,7 +194,7 @@ protected:
     void arrange() {
         VGA_VIEWER_ROOT *root = &node->connectivity_root;
         VGA_LS *host = vga_find_ls(node, reinterpret_cast<const NB_UCHAR *>("HOST    "));
-        vga_nodew_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
+        vga_listw_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
         vga_viewer_contract(root, &ports[0]->gui_data.viewer, 1);
         vga_expand_viewer(root, &host->gui_data.viewer, 1);
         VGA_VIEWER_ITEM *lu = host->gui_data.viewer.children.first;
@@ -279,7 +279,7 @@ TEST_F(NodeWindow, APressMakesItsPaneTheOnlyCurrentOne) {
 
 TEST_F(NodeWindow, TheKeyboardGoesFromPaneToPane) {
     show_node();
-    vga_nodew_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
+    vga_listw_select_pane(desc, VGA_NODEW_TOP_PANE, 1);
     gui::settle();
     EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE);
     EXPECT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), ports[0]) << "the first real line";
@@ -317,7 +317,7 @@ TEST_F(NodeWindow, PanesShareTheHeight) {
     show_node();
     auto heights = [&] {
         std::vector<int> result;
-        for (const VGA_NODEW_PANE &pane : desc->panes) {
+        for (const VGA_LISTW_PANE &pane : desc->panes) {
             result.push_back(height(pane.form));
         }
         return result;
@@ -334,7 +334,7 @@ TEST_F(NodeWindow, PanesShareTheHeight) {
         EXPECT_GT(grown[pane], before[pane] + 20) << pane;
     }
     resize(700, 480);
-    for (const VGA_NODEW_PANE &pane : desc->panes) {
+    for (const VGA_LISTW_PANE &pane : desc->panes) {
         Position top, window_top;
         XtTranslateCoords(pane.draw_area, 0, 0, nullptr, &top);
         XtTranslateCoords(desc->common.widget, 0, 0, nullptr, &window_top);
@@ -353,66 +353,11 @@ TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
             share = random() % 3 == 0 ? 0 : random() % 65536;
         }
         NB_ULONG total = random() % 4000, minimum = random() % 200;
-        vga_nodew_divide(shares, total, minimum, heights);
+        vga_listw_divide(shares, VGA_NODEW_PANE_COUNT, total, minimum, heights);
         ASSERT_EQ(heights[0] + heights[1] + heights[2], total);
         for (NB_ULONG height : heights) {
             ASSERT_GE(height, std::min(minimum, total / VGA_NODEW_PANE_COUNT));
         }
-    }
-}
-
-// What a selection allows.
-
-struct STATE_CASE {
-    const char *name;
-    NB_SHORT type;
-    NB_LONG count;
-    NB_ULONG node_state;
-    NB_UCHAR status;
-    NB_USHORT defined, read_only;
-    const char *allowed; // S start, T stop, D delete, Z properties, U status, C copy
-};
-
-constexpr NB_SHORT none = VGA_VIEWER_SELECT_NONE;
-const STATE_CASE state_cases[] = {
-    {"stopped node", none, 0, NAP_NODE_STOPPED, 0, 1, 0, "S"},
-    {"stopping node", none, 0, NAP_NODE_STOPPING, 0, 1, 0, "S"},
-    {"starting node", none, 0, NAP_NODE_STARTING, 0, 1, 0, "T"},
-    {"active node", none, 0, NAP_NODE_ACTIVE, 0, 1, 0, "T"},
-    {"unconfigured node", none, 0, NAP_NODE_UNCONFIGURED, 0, 1, 0, ""},
-    {"back-level node", none, 0, NAP_NODE_BACK_LEVEL, 0, 1, 0, ""},
-    {"unknown node state", none, 0, 0x80000003, 0, 1, 0, ""},
-    {"inactive port", VGA_VIEWER_PORT, 1, NAP_NODE_ACTIVE, NAP_NOT_ACTIVE, 1, 0, "SDZUC"},
-    {"active port", VGA_VIEWER_PORT, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "TDZUC"},
-    {"port of a stopped node", VGA_VIEWER_PORT, 1, NAP_NODE_STOPPED, NAP_NOT_ACTIVE, 1, 0, "DZUC"},
-    {"several ports", VGA_VIEWER_PORT, 3, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "TD"},
-    {"port, looking only", VGA_VIEWER_PORT, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 1, "ZU"},
-    {"link that stops", VGA_VIEWER_LS, 1, NAP_NODE_ACTIVE, NAP_PENDING_INACTIVE, 1, 0, "TDZUC"},
-    {"incoming link", VGA_VIEWER_LS_LEAF, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 0, 0, "TZU"},
-    {"status from the wire", VGA_VIEWER_LS, 1, NAP_NODE_ACTIVE, 200, 1, 0, "DZUC"},
-    {"remote system", VGA_VIEWER_REM_SYS, 1, NAP_NODE_ACTIVE, NAP_NOT_ACTIVE, 1, 0, "DZC"},
-    {"remote session", VGA_VIEWER_REM_SESS, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "U"},
-    {"mode with sessions", VGA_VIEWER_MODE, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, "STZU"},
-    {"line of another window", VGA_VIEWER_USER, 1, NAP_NODE_ACTIVE, NAP_ACTIVE, 1, 0, ""},
-};
-
-TEST(NodeWindowStates, FollowTypeStatusNodeAndAccess) {
-    VGA_NODE node = {};
-    node.connection = VGA_CONNECTED;
-    static const std::pair<char, VGA_NODEW_COMMAND> letters[] = {
-        {'S', VGA_NODEW_START}, {'T', VGA_NODEW_STOP},   {'D', VGA_NODEW_DELETE},
-        {'Z', VGA_NODEW_ZOOM},  {'U', VGA_NODEW_STATUS}, {'C', VGA_NODEW_COPY}};
-    for (const STATE_CASE &row : state_cases) {
-        node.node_state = row.node_state;
-        VGA_NODEW_SITUATION situation = {&node,     row.read_only, 1,          row.type,
-                                         row.count, row.status,    row.defined};
-        std::string allowed;
-        for (const auto &[letter, command] : letters) {
-            if (vga_nodew_allows(situation, command)) {
-                allowed += letter;
-            }
-        }
-        EXPECT_EQ(allowed, row.allowed) << row.name;
     }
 }
 

@@ -230,7 +230,23 @@ struct OPENING {
     VGA_FORM_MODE mode = VGA_FORM_CHANGE;
     const VGA_FORM_LIST *list = nullptr;
     NB_LONG item = 0;
+    const NB_VOID *copied = nullptr; /* a record that the new one is made after */
 };
+
+/* A key of its own is what makes it another one; what the key says of the owner stays. */
+NB_VOID load_copy(VGA_FORM *form, const NB_VOID *record) {
+    const VGA_FORM_PLAN &plan = *form->plan;
+    auto *shown = static_cast<NB_UCHAR *>(vga_form_shown(form));
+    const std::vector<NB_UCHAR> fresh(shown, shown + plan.data_size);
+    copy_entry(*plan.type, plan.type->entry(record), shown);
+    const size_t from = records::KEY_OFFSET + plan.schema->owner_size();
+    const size_t to = records::KEY_OFFSET + plan.schema->key_size();
+    for (const VGA_FIELD &field : plan.fields) {
+        if (field.base == 0 && field.row->offset >= from && field.row->offset < to) {
+            memcpy(shown + field.offset(), fresh.data() + field.offset(), field.row->width);
+        }
+    }
+}
 
 VGA_FORM *open(const OPENING &opening) {
     VGA_DIALOG *desc = nullptr;
@@ -248,8 +264,13 @@ VGA_FORM *open(const OPENING &opening) {
     form->item = opening.item;
     form->pending = form->leaving = form->confirmed = form->overwrite = form->page = form->gone = 0;
     form->renaming = 0;
-    vga_form_attach(form, opening.record, opening.owner);
+    vga_form_attach(form, opening.record,
+                    opening.copied != nullptr ? form->plan->type->owner(opening.copied)
+                                              : opening.owner);
     vga_form_load(form, vga_form_shown(form));
+    if (opening.copied != nullptr) {
+        load_copy(form, opening.copied);
+    }
     memcpy(vga_form_working(form), vga_form_shown(form), form->plan->data_size);
     vga_form_set_rights(form);
     vga_form_fill(form);
@@ -347,6 +368,10 @@ VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record
         return form;
     }
     return open({dialog_id, parent, record, owner, mode});
+}
+
+VGA_FORM *vga_form_open_copy(NB_USHORT dialog_id, VGA_DIALOG *parent, const NB_VOID *record) {
+    return open({.dialog_id = dialog_id, .parent = parent, .mode = VGA_FORM_ADD, .copied = record});
 }
 
 static VGA_FORM *open_child(VGA_FORM *parent, NB_USHORT dialog_id, const VGA_FORM_LIST *list,

@@ -205,6 +205,10 @@ NB_USHORT vga_form_may_close(VGA_DIALOG *desc);
 VGA_FORM *vga_form_open(NB_USHORT dialog_id, VGA_DIALOG *parent, NB_VOID *record, NB_VOID *owner,
                         VGA_FORM_MODE mode);
 
+/* Opens a form of a new record that has what `record` has, but for its key, which stays to be
+ * entered.  REQUIRES: a form whose plan has a type and a schema. */
+VGA_FORM *vga_form_open_copy(NB_USHORT dialog_id, VGA_DIALOG *parent, const NB_VOID *record);
+
 /* Opens a child form over the form whose working data it edits, or one item of which it edits. */
 VGA_FORM *vga_form_open_child(VGA_FORM *parent, NB_USHORT dialog_id);
 VGA_FORM *vga_form_open_item(VGA_FORM *parent, const VGA_FORM_LIST *list, NB_LONG item);

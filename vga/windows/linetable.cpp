@@ -1,5 +1,5 @@
 #include "linetable.h"
-#include "nodeselection.h"
+#include "lineevents.h"
 #include "nodewindowlines.h"
 #include <array>
 
@@ -28,9 +28,7 @@ using BUTTON_PROC = decltype(VGA_VIEWER_DESC::arm_cb);
 using DRAG_PROC = decltype(VGA_VIEWER_DESC::drag_cb);
 using DECOR_PROC = decltype(VGA_VIEWER_DESC::decor_cb);
 
-/* A line of a window that has no events yet: what a press, a double click or a drag does belongs to
- * the window's buttons and dialogs, which come with it.  Until then the keyboard passes the line,
- * as it does a title. */
+/* A title, or a line that nothing can be done with: the keyboard passes it. */
 constexpr VGA_VIEWER_DESC shown(PLACE place, TEXT_PROC text, ICON_PROC icon) {
     VGA_VIEWER_DESC desc = {};
     desc.create_text = text;
@@ -42,15 +40,15 @@ constexpr VGA_VIEWER_DESC shown(PLACE place, TEXT_PROC text, ICON_PROC icon) {
     return desc;
 }
 
-/* A line of the node window. */
-constexpr VGA_VIEWER_DESC nodew(PLACE place, TEXT_PROC text, ICON_PROC icon, BUTTON_PROC arm,
-                                BUTTON_PROC act, DRAG_PROC drag) {
+/* A line that can be selected and opened. */
+constexpr VGA_VIEWER_DESC live(PLACE place, TEXT_PROC text, ICON_PROC icon, BUTTON_PROC arm,
+                               BUTTON_PROC act, DRAG_PROC drag) {
     VGA_VIEWER_DESC desc = shown(place, text, icon);
     desc.arm_cb = arm;
-    desc.disarm_cb = vga_nodew_line_disarm;
+    desc.disarm_cb = vga_listw_line_disarm;
     desc.activate_cb = act;
     desc.drag_cb = drag;
-    desc.set_button_states = vga_nodew_set_button_states;
+    desc.set_button_states = vga_listw_set_button_states;
     return desc;
 }
 
@@ -83,16 +81,18 @@ NB_VOID underline_open(NB_VOID *data, Widget widget, Drawable drawable, NB_INT x
     }
 }
 
-#define VGA_ROW(place, line)                                                                       \
-    shown(place, vga_create_##line##_viewer_text, vga_choose_##line##_viewer_icon)
+#define VGA_LIVE_ROW(place, line, record)                                                          \
+    live(place, vga_create_##line##_viewer_text, vga_choose_##line##_viewer_icon,                  \
+         vga_listw_arm<record>, vga_listw_act<record>, vga_listw_drag<record>)
 
 /* One that heads a list. */
-#define VGA_HEAD_ROW(place, line) headed(VGA_ROW(place, line), vga_create_##line##_headings)
+#define VGA_HEAD_ROW(place, line, record)                                                          \
+    headed(VGA_LIVE_ROW(place, line, record), vga_create_##line##_headings)
 
 #define VGA_NODEW_ROW(place, line, callbacks)                                                      \
-    nodew(place, vga_create_##line##_viewer_text, vga_choose_##line##_viewer_icon,                 \
-          vga_nodew_##callbacks##_arm_cb, vga_nodew_##callbacks##_act_cb,                          \
-          vga_nodew_##callbacks##_drag_cb)
+    live(place, vga_create_##line##_viewer_text, vga_choose_##line##_viewer_icon,                  \
+         vga_nodew_##callbacks##_arm_cb, vga_nodew_##callbacks##_act_cb,                           \
+         vga_nodew_##callbacks##_drag_cb)
 
 constexpr ROW rows[] = {
     {VGA_VIEWER_LU62,
@@ -104,13 +104,14 @@ constexpr ROW rows[] = {
     {VGA_VIEWER_LOCAL_PU, VGA_NODEW_ROW(second_open, local_pu, local_pu)},
     {VGA_VIEWER_DEPLU, VGA_NODEW_ROW(third, deplu, deplu)},
     {VGA_VIEWER_DOWN_LU, VGA_NODEW_ROW(third, down_lu, down_lu)},
-    {VGA_VIEWER_USER, VGA_HEAD_ROW(top_open, user)},
-    {VGA_VIEWER_POOL, headed(decorated(VGA_ROW(top_open, pool), underline_open<VGA_SYS_POOL>),
-                             vga_create_pool_headings)},
-    {VGA_VIEWER_CPIC, VGA_HEAD_ROW(top_flat, cpic)},
-    {VGA_VIEWER_MODE_DEF, VGA_HEAD_ROW(top_flat, mode_def)},
-    {VGA_VIEWER_NODE, VGA_HEAD_ROW(top_flat, node)},
-    {VGA_VIEWER_RJE, VGA_HEAD_ROW(top_flat, rje)},
+    {VGA_VIEWER_USER, VGA_HEAD_ROW(top_open, user, VGA_USER)},
+    {VGA_VIEWER_POOL,
+     headed(decorated(VGA_LIVE_ROW(top_open, pool, VGA_SYS_POOL), underline_open<VGA_SYS_POOL>),
+            vga_create_pool_headings)},
+    {VGA_VIEWER_CPIC, VGA_HEAD_ROW(top_flat, cpic, VGA_CPIC)},
+    {VGA_VIEWER_MODE_DEF, VGA_HEAD_ROW(top_flat, mode_def, VGA_MODE_DEF)},
+    {VGA_VIEWER_NODE, VGA_HEAD_ROW(top_flat, node, VGA_NODE)},
+    {VGA_VIEWER_RJE, VGA_HEAD_ROW(top_flat, rje, VGA_RJE_WKSTN)},
     {VGA_VIEWER_LS_LEAF, VGA_NODEW_ROW(second, ls, ls)},
     {VGA_VIEWER_REM_SYS,
      headed(VGA_NODEW_ROW(top_open, rem_sys, rem_sys), vga_create_rem_sys_headings)},
@@ -119,45 +120,46 @@ constexpr ROW rows[] = {
     {VGA_VIEWER_REM_SESS, VGA_NODEW_ROW(third, rem_sess, rem_sess)},
     {VGA_VIEWER_REM_PLU_LEAF,
      decorated(VGA_NODEW_ROW(second, rem_plu, rem_plu), underline_open<VGA_REM_PLU>)},
-    {VGA_VIEWER_USER_SESS, VGA_ROW(second, user_sess)},
+    {VGA_VIEWER_USER_SESS, VGA_LIVE_ROW(second, user_sess, VGA_USER_SESSION)},
     {VGA_VIEWER_USTAD, without_icon(shown(top_aligned, vga_create_ustad_viewer_text, nullptr))},
     {VGA_VIEWER_USTAD_TITLE, without_icon(title(top_aligned, vga_create_ustad_title_viewer_text))},
-    {VGA_VIEWER_TN_SESS, headed(VGA_ROW(top_flat, tn_sess), vga_tnw_create_sess_title_viewer_text)},
+    {VGA_VIEWER_TN_SESS,
+     headed(VGA_LIVE_ROW(top_flat, tn_sess, VGA_TN_SESS), vga_tnw_create_sess_title_viewer_text)},
     {VGA_VIEWER_TN_SESS_TITLE, title(top_flat, vga_tnw_create_sess_title_viewer_text)},
-    {VGA_VIEWER_POOL_LU, VGA_ROW(second, pool_lu)},
-    {VGA_VIEWER_CL_SECURITY, VGA_HEAD_ROW(top_flat, cl_security)},
+    {VGA_VIEWER_POOL_LU, VGA_LIVE_ROW(second, pool_lu, VGA_POOL_LU)},
+    {VGA_VIEWER_CL_SECURITY, VGA_HEAD_ROW(top_flat, cl_security, VGA_CLSEC_DEF)},
     {VGA_VIEWER_SL_SEC_TITLE, title(top_flat, vga_slscw_create_sl_sec_title_viewer_text)},
-    {VGA_VIEWER_SL_SECURITY,
-     headed(VGA_ROW(top_flat, sl_security), vga_slscw_create_sl_sec_title_viewer_text)},
-    {VGA_VIEWER_TN_ASSOC,
-     headed(VGA_ROW(top_flat, tn_assoc), vga_tnw_create_assoc_title_viewer_text)},
+    {VGA_VIEWER_SL_SECURITY, headed(VGA_LIVE_ROW(top_flat, sl_security, VGA_SLSEC_DEF),
+                                    vga_slscw_create_sl_sec_title_viewer_text)},
+    {VGA_VIEWER_TN_ASSOC, headed(VGA_LIVE_ROW(top_flat, tn_assoc, VGA_TN_ASSOC),
+                                 vga_tnw_create_assoc_title_viewer_text)},
     {VGA_VIEWER_TN_ASSOC_TITLE, title(top_flat, vga_tnw_create_assoc_title_viewer_text)},
-    {VGA_VIEWER_RTP_CONN,
-     headed(VGA_ROW(top_flat, rtp_conn), vga_hprw_create_rtp_conn_title_viewer_text)},
+    {VGA_VIEWER_RTP_CONN, headed(VGA_LIVE_ROW(top_flat, rtp_conn, VGA_RTP_CONN),
+                                 vga_hprw_create_rtp_conn_title_viewer_text)},
     {VGA_VIEWER_RTP_CONN_TITLE, title(top_flat, vga_hprw_create_rtp_conn_title_viewer_text)},
     {VGA_VIEWER_LS_R_TITLE,
-     decorated(nodew(second_open, vga_nodew_create_ls_r_title_viewer_text,
-                     vga_nodew_choose_ls_r_title_viewer_icon, vga_nodew_ls_r_title_arm_cb, nullptr,
-                     vga_nodew_no_drag_cb),
+     decorated(live(second_open, vga_nodew_create_ls_r_title_viewer_text,
+                    vga_nodew_choose_ls_r_title_viewer_icon, vga_nodew_ls_r_title_arm_cb, nullptr,
+                    vga_listw_no_drag_cb),
                vga_viewer_add_underline)},
     {VGA_VIEWER_LS_R, VGA_NODEW_ROW(third, ls_r, ls_r)},
     {VGA_VIEWER_APPCIP_SESS_TITLE, title(top_flat, vga_anyw_create_appcip_sess_title_viewer_text)},
-    {VGA_VIEWER_APPCIP_SESS,
-     headed(VGA_ROW(top_flat, appcip_sess), vga_anyw_create_appcip_sess_title_viewer_text)},
-    {VGA_VIEWER_DSLU_TEMPLATE, VGA_HEAD_ROW(top_flat, dslu_template)},
+    {VGA_VIEWER_APPCIP_SESS, headed(VGA_LIVE_ROW(top_flat, appcip_sess, VGA_TAMRIX_APPCIP_SESS),
+                                    vga_anyw_create_appcip_sess_title_viewer_text)},
+    {VGA_VIEWER_DSLU_TEMPLATE, VGA_HEAD_ROW(top_flat, dslu_template, VGA_DSLU_TEMPLATE)},
     {VGA_VIEWER_PRIMARY_LINE, VGA_NODEW_ROW(second_open, primary_line, primary_line)},
     {VGA_VIEWER_PRIMARY_LU0, VGA_NODEW_ROW(third, primary_lu0, primary_lu0)},
-    {VGA_VIEWER_ACCESS_LIST, VGA_HEAD_ROW(top_flat, access_list)},
-    {VGA_VIEWER_TP_DEF, VGA_HEAD_ROW(top_flat, tp_def)},
-    {VGA_VIEWER_TP_LOAD_INFO, VGA_HEAD_ROW(top_flat, tp_load_info)},
-    {VGA_VIEWER_TN_REDIRECT,
-     headed(VGA_ROW(top_flat, tn_redirect), vga_tnw_create_redirect_title_viewer_text)},
+    {VGA_VIEWER_ACCESS_LIST, VGA_HEAD_ROW(top_flat, access_list, VGA_ACCESS_LIST)},
+    {VGA_VIEWER_TP_DEF, VGA_HEAD_ROW(top_flat, tp_def, VGA_TP_DEF)},
+    {VGA_VIEWER_TP_LOAD_INFO, VGA_HEAD_ROW(top_flat, tp_load_info, VGA_TP_LOAD_INFO)},
+    {VGA_VIEWER_TN_REDIRECT, headed(VGA_LIVE_ROW(top_flat, tn_redirect, VGA_TN_REDIRECT),
+                                    vga_tnw_create_redirect_title_viewer_text)},
     {VGA_VIEWER_TN_REDIRECT_TITLE, title(top_flat, vga_tnw_create_redirect_title_viewer_text)},
 };
 
 #undef VGA_NODEW_ROW
 #undef VGA_HEAD_ROW
-#undef VGA_ROW
+#undef VGA_LIVE_ROW
 
 constexpr NB_USHORT in_order(NB_VOID) {
     for (size_t row = 0; row < std::size(rows); row++) {

@@ -1,10 +1,11 @@
 #include "windowtable.h"
 #include "forms.h"
-#include "nodecommands.h"
+#include "listwindow.h"
 #include "recordwindow.h"
-#include "vganodew.h"
 #include <algorithm>
 #include <string_view>
+
+#include "windowrows.h"
 
 namespace {
 
@@ -42,13 +43,42 @@ constexpr VGA_UID_DESC form(VGA_UID_DESC made, const VGA_FORM_ROW &form) {
     return made;
 }
 
-/* A dialog of fields (form.h), or a window that is not in this release: its description is made
- * from resources/uil/later.txt. */
+/* The same of a description in resources/windows. */
+constexpr const VGA_LISTW_UID_ROW *find_list_window(std::string_view name) {
+    for (const VGA_LISTW_UID_ROW &window : window_rows) {
+        if (name == window.name) {
+            return &window;
+        }
+    }
+    return nullptr;
+}
+
+constexpr VGA_UID_DESC list_window(VGA_UID_DESC made, const VGA_LISTW_UID_ROW &window) {
+    made.desc_size = window.desc_size;
+    made.get_widgets = window.get_widgets;
+    made.close_proc = window.close_proc;
+    made.command_proc = vga_listw_command_proc;
+    made.delete_action = vga_listw_delete_key;
+    made.zoom_action = vga_listw_zoom_key;
+    made.add_action = vga_listw_add_key;
+    made.callbacks = window.callbacks;
+    made.callback_count = window.callback_count;
+    made.actions = window.actions;
+    made.action_count = window.action_count;
+    made.record_changed = window.record_changed;
+    return made;
+}
+
+/* A dialog of fields (form.h), a list window (listwindow.h), or a window that is not in this
+ * release: its description is made from resources/uil/later.txt. */
 constexpr VGA_UID_DESC dialog(VGA_DIALOG_ID dialog_id, std::string_view name,
                               VGA_DIALOG_KIND kind) {
     VGA_UID_DESC made = row(dialog_id, name, kind);
     if (const VGA_FORM_ROW *described = find_form(name)) {
         return form(made, *described);
+    }
+    if (const VGA_LISTW_UID_ROW *described = find_list_window(name)) {
+        return list_window(made, *described);
     }
     made.later = 1;
     made.desc_size = sizeof(VGA_DIALOG);
@@ -58,10 +88,7 @@ constexpr VGA_UID_DESC dialog(VGA_DIALOG_ID dialog_id, std::string_view name,
 
 constexpr VGA_UID_TABLE rows = {{
     dialog(VGA_UID_SYSTEM_WINDOW, "sysw", VGA_KIND_MAIN),
-    {VGA_UID_NODE_WINDOW, "nodew", VGA_KIND_MAIN, sizeof(VGA_NODEW_DESC),
-     vga_get_widgets_node_window, vga_nodew_close_proc, vga_nodew_command_proc, vga_nodew_delete,
-     vga_nodew_zoom, vga_nodew_add_items, gvga_nodew_callbacks, VGA_NODEW_CALLBACK_COUNT,
-     gvga_nodew_actions, VGA_NODEW_ACTION_COUNT, vga_nodew_record_changed},
+    dialog(VGA_UID_NODE_WINDOW, "nodew", VGA_KIND_MAIN),
     dialog(VGA_UID_LU62_DIALOG, "lu62d", VGA_KIND_DIALOG),
     dialog(VGA_UID_NODE_DIALOG, "noded", VGA_KIND_DIALOG),
     dialog(VGA_UID_LLC2_PORT_DIALOG, "llc2p", VGA_KIND_DIALOG),

@@ -1,37 +1,30 @@
 #include "vganodew.h"
 #include "dialogids.h"
+#include "form.h"
 #include "globals.h"
 #include "graphics.h"
-#include "helpwindows.h"
 #include "hints.h"
 #include "holders.h"
 #include "linecolumns.h"
-#include "lowscreen.h"
-#include "messages.h"
 #include "nodeconnection.h"
-#include "nodeselection.h"
 #include "nodewindowlines.h"
 #include "openwindows.h"
 #include "panes.h"
-#include "popupmenu.h"
 #include "rememberedlines.h"
 #include "vgadsbld.h"
 #include "widgets.h"
-#include <Xm/TextF.h>
+#include "windowband.h"
 #include <algorithm>
 #include <cstring>
 
-VGA_NODEW_DESC *vga_nodew_from_widget(Widget widget) {
-    VGA_DIALOG *dialog = widget != nullptr ? vga_get_dialog_from_widget(widget) : nullptr;
-    return dialog != nullptr && dialog->dialog_id == VGA_UID_NODE_WINDOW
-               ? reinterpret_cast<VGA_NODEW_DESC *>(dialog)
+static VGA_NODEW_DESC *node_window(VGA_LIST_WINDOW *window) {
+    return window != nullptr && window->common.dialog_id == VGA_UID_NODE_WINDOW
+               ? static_cast<VGA_NODEW_DESC *>(window)
                : nullptr;
 }
 
 static VGA_NODEW_DESC *open_window(VGA_DIALOG *dialog) {
-    return dialog != nullptr && dialog->in_use && dialog->dialog_id == VGA_UID_NODE_WINDOW
-               ? reinterpret_cast<VGA_NODEW_DESC *>(dialog)
-               : nullptr;
+    return node_window(vga_listw_of(dialog));
 }
 
 /* Texts. */
@@ -43,26 +36,13 @@ static NB_VOID set_label(Widget label, const NB_CHAR *text) {
 
 NB_VOID vga_message_node_window_text(VGA_DIALOG *dialog, const NB_CHAR *text) {
     if (VGA_NODEW_DESC *desc = open_window(dialog)) {
-        XmTextFieldSetString(desc->message_bar, const_cast<NB_CHAR *>(text));
+        vga_listw_message_text(desc, text);
     }
 }
 
 NB_VOID vga_message_node_window(VGA_DIALOG *dialog, NB_USHORT message) {
-    vga_message_node_window_text(dialog, message != 0 ? vga_message(message) : "");
-}
-
-/* Why there is nothing to see; a node that can be worked with needs no more words. */
-NB_VOID vga_nodew_message_at_rest(VGA_NODEW_DESC *desc) {
-    const VGA_NODE *node = vga_nodew_node(desc);
-    if (node == nullptr || node->connection == VGA_CONNECTED) {
-        vga_message_node_window(&desc->common, 0);
-    } else if (node->lost_at != 0) {
-        vga_message_node_window(&desc->common, VGA_MSG_NODEW_NODE_LOST);
-    } else if (node->connection == VGA_NOT_CONNECTED) {
-        NB_CHAR line[512];
-        vga_print_msg(line, sizeof(line), VGA_MSG_NODEW_NOT_CONNECTED, "cs",
-                      static_cast<NB_INT>(sizeof(node->name)), node->name);
-        vga_message_node_window_text(&desc->common, line);
+    if (VGA_NODEW_DESC *desc = open_window(dialog)) {
+        vga_listw_message(desc, message);
     }
 }
 
@@ -116,125 +96,108 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
 
 /* Widgets. */
 
-#define PANE(pane, member) offsetof(VGA_NODEW_DESC, panes[VGA_NODEW_##pane##_PANE].member)
-
-static const struct {
-    const NB_CHAR *name;
-    size_t offset; /* of a Widget in VGA_NODEW_DESC */
-} widgets[] = {
-    {"*nodewPanes", offsetof(VGA_NODEW_DESC, panes_widget)},
-    {"*nodewServerIconButton", offsetof(VGA_NODEW_DESC, server_icon)},
-    {"*nodewServerTextButton", offsetof(VGA_NODEW_DESC, server_text)},
-    {"*nodewMessageBar", offsetof(VGA_NODEW_DESC, message_bar)},
-    {"*nodewLinksForm", PANE(TOP, form)},
-    {"*nodewConnectivityTitle", PANE(TOP, title)},
-    {"*nodewLinksDrawArea", PANE(TOP, draw_area)},
-    {"*nodewLinksHScrollBar", PANE(TOP, hscroll)},
-    {"*nodewLinksVScrollBar", PANE(TOP, vscroll)},
-    {"*nodewLUsForm", PANE(MIDDLE, form)},
-    {"*nodewLocalLUsTitle", PANE(MIDDLE, title)},
-    {"*nodewLUsDrawArea", PANE(MIDDLE, draw_area)},
-    {"*nodewLUsHScrollBar", PANE(MIDDLE, hscroll)},
-    {"*nodewLUsVScrollBar", PANE(MIDDLE, vscroll)},
-    {"*nodewRemSysForm", PANE(BOTTOM, form)},
-    {"*nodewRemSysTitle", PANE(BOTTOM, title)},
-    {"*nodewRemSysDrawArea", PANE(BOTTOM, draw_area)},
-    {"*nodewRemSysHScrollBar", PANE(BOTTOM, hscroll)},
-    {"*nodewRemSysVScrollBar", PANE(BOTTOM, vscroll)},
-};
-
-#undef PANE
-
-static NB_USHORT find_widgets(VGA_NODEW_DESC *desc) {
-    for (const auto &row : widgets) {
-        Widget widget = XtNameToWidget(desc->common.widget, row.name);
-        if (widget == nullptr) {
-            return 0;
-        }
-        *reinterpret_cast<Widget *>(reinterpret_cast<NB_UCHAR *>(desc) + row.offset) = widget;
-    }
-    return vga_nodew_fetch_popup(desc) != 0 && vga_nodew_get_command_widgets(desc) != 0;
-}
-
 NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     auto *desc = reinterpret_cast<VGA_NODEW_DESC *>(dialog);
-    if (!find_widgets(desc)) {
+    desc->server_icon = XtNameToWidget(dialog->widget, "*nodewServerIconButton");
+    desc->server_text = XtNameToWidget(dialog->widget, "*nodewServerTextButton");
+    if (desc->server_icon == nullptr || desc->server_text == nullptr ||
+        vga_listw_get_widgets(dialog, gvga_nodew_plan) == 0) {
         return 0;
     }
-    const VGA_NODEW_PANE &top = desc->panes[VGA_NODEW_TOP_PANE];
-    if (gvga_viewer_item_height == 0 && !vga_init_graphics(top.draw_area, top.draw_area)) {
-        return 0;
-    }
-    desc->current_pane = VGA_NODEW_NO_PANE;
-    vga_nodew_forget_lines(desc); /* of one that lay in the same memory */
-    XtVaGetValues(top.form, XmNborderColor, &desc->normal_border, nullptr);
-    XtVaGetValues(top.draw_area, XmNhighlightColor, &desc->current_border, nullptr);
-    static const NB_USHORT titles[VGA_NODEW_PANE_COUNT] = {
-        VGA_MSG_NODEW_CONNECTIVITY, VGA_MSG_NODEW_LOCAL_LUS, VGA_MSG_NODEW_REM_SYS};
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        set_label(desc->panes[pane].title, vga_message(titles[pane]));
-    }
-    vga_set_sensitive(XtNameToWidget(dialog->widget, "*nodewHelpAbout"), vga_has_about_box());
-    vga_nodew_put_pixmaps(desc);
-    vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[vga_nodew_icon("node")]);
-    vga_nodew_fit_screen(desc);
-    vga_nodew_share_height(desc);
-    vga_nodew_install_popup(desc);
-    vga_set_hint_line(dialog->widget, desc->message_bar);
+    vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[VGA_ICON_NODE]);
     return 1;
+}
+
+/* Callbacks. */
+
+NB_VOID vga_nodew_set_button_states(NB_VOID *desc) {
+    vga_listw_set_button_states(desc);
+}
+
+NB_VOID *vga_nodew_get_selection(const VGA_NODEW_DESC *desc, NB_SHORT *type, NB_LONG *count) {
+    return vga_listw_get_selection(desc, type, count);
+}
+
+NB_VOID vga_nodew_disarm(Widget widget, XtPointer, XtPointer) {
+    vga_nodew_set_button_states(vga_listw_from_widget(widget));
+}
+
+NB_VOID vga_nodew_select_top_pane(Widget widget, XtPointer, XtPointer call_data) {
+    vga_listw_pane_called(widget, VGA_NODEW_TOP_PANE, call_data);
+}
+
+NB_VOID vga_nodew_select_middle_pane(Widget widget, XtPointer, XtPointer call_data) {
+    vga_listw_pane_called(widget, VGA_NODEW_MIDDLE_PANE, call_data);
+}
+
+NB_VOID vga_nodew_select_bottom_pane(Widget widget, XtPointer, XtPointer call_data) {
+    vga_listw_pane_called(widget, VGA_NODEW_BOTTOM_PANE, call_data);
+}
+
+/* The node's own icon or text is pressed or gets the keyboard: commands are for the node now. */
+NB_VOID vga_nodew_server_arm_cb(Widget widget, XtPointer, XtPointer call_data) {
+    const auto *cbs = static_cast<const XmAnyCallbackStruct *>(call_data);
+    VGA_NODEW_DESC *desc = node_window(vga_listw_from_widget(widget));
+    if (desc == nullptr || vga_nodew_node(desc) == nullptr) {
+        return;
+    }
+    if (cbs == nullptr || cbs->reason != XmCR_FOCUS) {
+        XmProcessTraversal(desc->server_text, XmTRAVERSE_CURRENT);
+    }
+    vga_listw_select_nothing(desc);
+}
+
+/* The toolkit tells of the first click of a double click, too. */
+NB_VOID vga_nodew_server(Widget widget, XtPointer, XtPointer call_data) {
+    const auto *cbs = static_cast<const XmPushButtonCallbackStruct *>(call_data);
+    if (cbs != nullptr && cbs->event != nullptr && cbs->event->type == ButtonRelease &&
+        cbs->click_count < 2) {
+        return;
+    }
+    vga_listw_run_from(widget, VGA_NODEW_SERVER);
+}
+
+/* Actions. */
+
+NB_VOID vga_nodew_open_node(VGA_LIST_WINDOW *window) {
+    vga_form_open(VGA_UID_NODE_DIALOG, &window->common, vga_listw_node(window), nullptr,
+                  VGA_FORM_CHANGE);
+}
+
+NB_VOID vga_nodew_open_tracing(VGA_LIST_WINDOW *window) {
+    vga_form_open(VGA_UID_TRACE_DIALOG, &window->common, vga_listw_node(window), nullptr,
+                  VGA_FORM_CHANGE);
 }
 
 /* Life. */
 
-/* The lists are those of a node that is connected; without one the panes are blank. */
-static NB_VOID show_lists(VGA_NODEW_DESC *desc) {
-    desc->lists_shown = 1;
-    desc->read_before = gvga_system->resources;
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        const VGA_NODEW_PANE &place = desc->panes[pane];
-        vga_viewer_display_root(vga_nodew_pane_root(desc, pane), place.draw_area, place.hscroll,
-                                place.vscroll);
-    }
-}
-
-static NB_VOID hide_lists(VGA_NODEW_DESC *desc) {
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        if (VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane)) {
-            vga_viewer_undisplay(root);
-        }
-    }
-    vga_nodew_forget_pane(desc);
-    desc->lists_shown = 0;
-}
-
-static NB_VOID set_window_of_lists(VGA_NODE *node, VGA_NODEW_DESC *desc) {
-    for (VGA_VIEWER_ROOT *root :
-         {&node->connectivity_root, &node->local_lu_root, &node->rem_sys_root}) {
-        root->window = desc;
-    }
-    node->window = desc != nullptr ? &desc->common : nullptr;
-}
-
 static NB_VOID detach(VGA_NODEW_DESC *desc) {
     vga_remove_node_window_widget(&desc->common);
-    vga_nodew_forget_button(desc);
-    vga_nodew_forget_lines(desc);
-    hide_lists(desc);
+    vga_listw_close_proc(&desc->common);
     if (VGA_NODE *node = vga_nodew_node(desc)) {
-        set_window_of_lists(node, nullptr);
+        node->window = nullptr;
     }
     desc->common.parent_item = nullptr;
 }
 
+static NB_USHORT first_pane_with_lines(const VGA_NODEW_DESC *desc) {
+    NB_USHORT pane = 0;
+    while (pane < VGA_NODEW_PANE_COUNT && vga_listw_root(desc, pane)->top_items.count == 0) {
+        pane++;
+    }
+    return pane;
+}
+
 /* The pane that was left with a selection when the window was closed; else the one that has the
- * keyboard already. */
+ * keyboard already, else the first that shows something. */
 static NB_USHORT pane_to_begin_with(const VGA_NODEW_DESC *desc) {
     for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        if (vga_nodew_pane_root(desc, pane)->select_count != 0) {
+        if (vga_listw_root(desc, pane)->select_count != 0) {
             return pane;
         }
     }
-    return vga_nodew_focus_pane(desc);
+    const NB_USHORT pane = vga_listw_focus_pane(desc);
+    return pane != VGA_NODEW_NO_PANE ? pane : first_pane_with_lines(desc);
 }
 
 /* The lists go with the connection and come back with it.  Their lines come one by one then, and
@@ -242,19 +205,23 @@ static NB_USHORT pane_to_begin_with(const VGA_NODEW_DESC *desc) {
 static NB_VOID follow_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
     if (node.connection != VGA_CONNECTED) {
         if (desc->lists_shown != 0) {
-            vga_nodew_remember_lines(desc);
-            hide_lists(desc);
+            vga_listw_remember_lines(desc);
+            vga_listw_hide_lists(desc);
         }
-        vga_nodew_message_at_rest(desc);
+        vga_listw_message_at_rest(desc);
         return;
     }
     if (desc->lists_shown == 0) {
-        show_lists(desc);
+        desc->read_before = gvga_system->resources;
         desc->reading = 1;
+        vga_listw_show_lists(desc);
     }
     if (desc->reading != 0 && vga_check_node_startup(&node, nullptr) != 0) {
         desc->reading = 0;
-        vga_nodew_recall_lines(desc);
+        vga_listw_recall_lines(desc);
+        if (desc->current_pane == VGA_NODEW_NO_PANE) {
+            vga_listw_select_pane(desc, pane_to_begin_with(desc), 1);
+        }
         vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
     }
 }
@@ -262,12 +229,13 @@ static NB_VOID follow_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
 /* Also for a window that was fetched before its node was known. */
 static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
     desc->common.parent_item = node;
-    set_window_of_lists(node, desc);
+    node->window = &desc->common;
     show_node(desc);
+    vga_listw_show_band(desc);
     vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
     follow_connection(desc, *node);
     if (desc->lists_shown != 0) {
-        vga_nodew_select_pane(desc, pane_to_begin_with(desc), 1);
+        vga_listw_select_pane(desc, pane_to_begin_with(desc), 1);
     }
     vga_nodew_set_button_states(desc);
 }
@@ -385,8 +353,7 @@ NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_C
         } else {
             vga_update_node_window(vga_nodew_node(desc));
         }
-    } else if (what == VGA_RECORD_CHANGED &&
-               item == vga_nodew_get_selection(desc, nullptr, nullptr)) {
-        vga_nodew_set_button_states(desc);
+    } else {
+        vga_listw_record_changed(dialog, item, what);
     }
 }

@@ -1,63 +1,28 @@
 /* The node window: one node's resources in three lists, with tool bar, menus and a message line.
  *
- * The window shows the record that its common header holds as parent_item; without one it is empty
- * and shows nothing to work with.  The three lists belong to the node's record and outlive the
- * window: they are attached to its widgets while it shows the node.  A pane is current when it has
- * the keyboard; at most one list has a selection, that of the current pane.
- * Parts: popupmenu the lists' menu, panes panes, nodeselection selection and what it allows,
- * nodecommands commands and tool bar, rememberedlines what comes back with a node. */
+ * A list window (listwindow.h) whose node is its parent_item; without one it is empty and shows
+ * nothing to work with.  The three lists belong to the node's record; they are shown while the
+ * node is connected. */
 #ifndef VGANODEW_H
 #define VGANODEW_H
 
+#include "listwindow.h"
 #include "messages.h"
-#include "model.h"
-#include "nodecommands.h"
-#include "vgadgutl.h"
-#include "vgaviewr.h"
+#include "windows.h"
 
 enum VGA_NODEW_PANE_ID : NB_USHORT {
     VGA_NODEW_TOP_PANE,    /* connectivity */
     VGA_NODEW_MIDDLE_PANE, /* local LUs */
     VGA_NODEW_BOTTOM_PANE, /* remote systems */
     VGA_NODEW_PANE_COUNT,
-    VGA_NODEW_NO_PANE = VGA_NODEW_PANE_COUNT
+    VGA_NODEW_NO_PANE = VGA_LISTW_NO_LIST
 };
 
-struct VGA_NODEW_PANE {
-    Widget form; /* its border marks the current pane */
-    Widget title;
-    Widget draw_area, hscroll, vscroll;
-    NB_ULONG share; /* height in pixels that its part of the window comes from */
-};
-
-struct VGA_NODEW_TOOL {
-    Widget frame, icon, text;
-    Widget popup; /* the same in the lists' menu */
-};
-
-struct VGA_NODEW_DESC {
-    VGA_DIALOG common;
-    Widget panes_widget;
+struct VGA_NODEW_DESC : VGA_LIST_WINDOW {
     Widget server_icon, server_text;
-    Widget message_bar;
-    VGA_NODEW_PANE panes[VGA_NODEW_PANE_COUNT];
-    NB_USHORT current_pane; /* VGA_NODEW_NO_PANE: none */
-    NB_USHORT lists_shown;  /* flag: the node is connected, so the panes show its lists */
-    NB_USHORT reading;      /* flag: the node's lines are on their way */
-    NB_ULONG read_before;   /* resources that were read before those of the build that runs */
-    Dimension panes_height; /* of all panes when their shares were last looked at */
-    Dimension least_pane;   /* height of a pane that shows two lines */
-    Pixel normal_border, current_border;
-    VGA_NODEW_TOOL tools[VGA_NODEW_TOOL_COUNT];
-    Widget items[VGA_NODEW_COMMAND_COUNT];      /* menu items; null where a command has none */
-    NB_USHORT allowed[VGA_NODEW_COMMAND_COUNT]; /* what the selection and the states allow */
-    NB_USHORT reasons[VGA_NODEW_COMMAND_COUNT]; /* messages: why not, when it was last refused */
+    NB_USHORT reading;    /* flag: the node's lines are on their way */
+    NB_ULONG read_before; /* resources that were read before those of the build that runs */
 };
-
-/* Slots of the window's row in gvga_uid_desc. */
-NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog);
-NB_VOID vga_nodew_close_proc(VGA_DIALOG *dialog);
-NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what);
 
 /* Shows the window of a node: the one that is open for it, else the program's first window if that
  * is still empty, else a new one.  Null: a window without a node.  `flag` 1 puts it on the screen,
@@ -77,17 +42,17 @@ NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources);
  * (null: the domain's) it waits for. */
 NB_VOID vga_show_closing(const VGA_NODE *node);
 
-/* Puts into the message line what stands there while nothing else is to be said: nothing, or why
- * the lists of a node that is not connected are blank. */
-NB_VOID vga_nodew_message_at_rest(VGA_NODEW_DESC *desc);
-
 /* Puts a message, or a text in the locale's character set, into the message line; message 0 clears
  * it.  The arguments may be those of any window; nothing happens without one. */
 NB_VOID vga_message_node_window(VGA_DIALOG *dialog, NB_USHORT message);
 NB_VOID vga_message_node_window_text(VGA_DIALOG *dialog, const NB_CHAR *text);
 
-/* The descriptor of the node window that a widget stands in; null elsewhere. */
-VGA_NODEW_DESC *vga_nodew_from_widget(Widget widget);
+/* Sets buttons and menu items anew; null is ignored. */
+NB_VOID vga_nodew_set_button_states(NB_VOID *desc);
+
+/* The record of the selected line of the current pane, its viewer type and the number of selected
+ * lines; null, VGA_VIEWER_SELECT_NONE and 0 without one.  `type` and `count` may be null. */
+NB_VOID *vga_nodew_get_selection(const VGA_NODEW_DESC *desc, NB_SHORT *type, NB_LONG *count);
 
 /* The node that the window shows; null for an empty window. */
 inline VGA_NODE *vga_nodew_node(const VGA_NODEW_DESC *desc) {

@@ -1,5 +1,6 @@
 #include "rememberedlines.h"
 #include "graphics.h"
+#include "linerules.h"
 #include "panes.h"
 #include <string>
 #include <string_view>
@@ -41,15 +42,14 @@ constexpr NAME_ROW names[] = {
     {VGA_VIEWER_PRIMARY_LU0, name_of<&VGA_PRIMARY_LU0::name>},
 };
 
-/* Titles have no name; they are told apart by what they say. */
+/* Others are told apart by what they say. */
 std::string name_of_line(const VGA_VIEWER_ITEM &item) {
     for (const NAME_ROW &row : names) {
         if (row.type == item.type && item.fixed == 0) {
             return std::string(row.name(item.data));
         }
     }
-    NB_CHAR text[VGA_VIEWER_TEXT_BUFFER];
-    return {text, vga_viewer_type(item.type)->create_text(item.data, text)};
+    return vga_line_name(item);
 }
 
 using PATH = std::string;
@@ -75,14 +75,14 @@ struct LIST_MEMORY {
 };
 
 struct MEMORY {
-    LIST_MEMORY lists[VGA_NODEW_PANE_COUNT];
-    NB_USHORT pane; /* of the selection; VGA_NODEW_NO_PANE: nothing to be chosen */
+    LIST_MEMORY lists[VGA_LISTW_MAX_LISTS];
+    NB_USHORT pane; /* of the selection; VGA_LISTW_NO_LIST: nothing to be chosen */
 };
 
-std::unordered_map<const VGA_NODEW_DESC *, MEMORY> memories;
+std::unordered_map<const VGA_LIST_WINDOW *, MEMORY> memories;
 
-MEMORY *memory_of(const VGA_NODEW_DESC *desc) {
-    const auto found = memories.find(desc);
+MEMORY *memory_of(const VGA_LIST_WINDOW *window) {
+    const auto found = memories.find(window);
     return found != memories.end() ? &found->second : nullptr;
 }
 
@@ -101,7 +101,7 @@ NB_VOID remember_toggled(VGA_VIEWER_ROOT *root, const VGA_VIEWER_LIST &list, con
         }
         const PATH path = above + step_to(*item);
         if ((item->expanded != 0) != opens_by_itself(*item) &&
-            memory.toggled.size() < VGA_NODEW_REMEMBERED) {
+            memory.toggled.size() < VGA_LISTW_REMEMBERED) {
             memory.toggled.insert(path);
         }
         remember_toggled(root, item->children, path, memory);
@@ -116,7 +116,7 @@ NB_VOID remember_selection(const VGA_VIEWER_ROOT *root, LIST_MEMORY &memory) {
     const VGA_VIEWER_LIST &list = parent != nullptr ? parent->children : root->top_items;
     const auto count = static_cast<NB_ULONG>(root->select_count);
     const PATH above = path_of(parent);
-    for (NB_ULONG index = 0; count <= VGA_NODEW_REMEMBERED && index < count; index++) {
+    for (NB_ULONG index = 0; count <= VGA_LISTW_REMEMBERED && index < count; index++) {
         memory.selected.insert(above + step_to(*vga_viewer_find_selected(&list, index)));
     }
 }
@@ -184,52 +184,52 @@ NB_VOID recall_place(VGA_VIEWER_ROOT *root, const PATH &first) {
     }
 }
 
-NB_USHORT pane_of(const VGA_NODEW_DESC *desc, const VGA_VIEWER_ROOT *root) {
+NB_USHORT pane_of(const VGA_LIST_WINDOW *window, const VGA_VIEWER_ROOT *root) {
     NB_USHORT pane = 0;
-    while (pane < VGA_NODEW_PANE_COUNT && vga_nodew_pane_root(desc, pane) != root) {
+    while (pane < window->list_count && vga_listw_root(window, pane) != root) {
         pane++;
     }
-    return pane;
+    return pane < window->list_count ? pane : NB_USHORT{VGA_LISTW_NO_LIST};
 }
 
 } // namespace
 
-NB_VOID vga_nodew_remember_lines(const VGA_NODEW_DESC *desc) {
-    if (memory_of(desc) != nullptr) {
+NB_VOID vga_listw_remember_lines(const VGA_LIST_WINDOW *window) {
+    if (memory_of(window) != nullptr) {
         return;
     }
-    MEMORY &memory = memories[desc];
-    memory.pane = desc->current_pane;
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        VGA_VIEWER_ROOT *root = vga_nodew_pane_root(desc, pane);
+    MEMORY &memory = memories[window];
+    memory.pane = window->current_pane;
+    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
+        VGA_VIEWER_ROOT *root = vga_listw_root(window, pane);
         remember_toggled(root, root->top_items, PATH(), memory.lists[pane]);
         remember_selection(root, memory.lists[pane]);
         remember_place(root, memory.lists[pane]);
     }
 }
 
-NB_VOID vga_nodew_line_added(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
+NB_VOID vga_listw_line_added(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
     if (memories.empty()) {
         return;
     }
-    const auto *desc = static_cast<const VGA_NODEW_DESC *>(root->window);
-    MEMORY *memory = desc != nullptr ? memory_of(desc) : nullptr;
-    const NB_USHORT pane = memory != nullptr ? pane_of(desc, root) : NB_USHORT{VGA_NODEW_NO_PANE};
-    if (pane == VGA_NODEW_NO_PANE) {
+    const auto *window = static_cast<const VGA_LIST_WINDOW *>(root->window);
+    MEMORY *memory = window != nullptr ? memory_of(window) : nullptr;
+    const NB_USHORT pane = memory != nullptr ? pane_of(window, root) : NB_USHORT{VGA_LISTW_NO_LIST};
+    if (pane == VGA_LISTW_NO_LIST) {
         return;
     }
     recall_toggled(root, item->parent, memory->lists[pane]);
     recall_selected(root, item, memory->lists[pane]);
 }
 
-NB_USHORT vga_nodew_remembered_pane(const VGA_NODEW_DESC *desc) {
-    const MEMORY *memory = memory_of(desc);
-    return memory != nullptr ? memory->pane : NB_USHORT{VGA_NODEW_NO_PANE};
+NB_USHORT vga_listw_remembered_pane(const VGA_LIST_WINDOW *window) {
+    const MEMORY *memory = memory_of(window);
+    return memory != nullptr ? memory->pane : NB_USHORT{VGA_LISTW_NO_LIST};
 }
 
-NB_VOID vga_nodew_forget_selection(const VGA_NODEW_DESC *desc) {
-    if (MEMORY *memory = memory_of(desc)) {
-        memory->pane = VGA_NODEW_NO_PANE;
+NB_VOID vga_listw_forget_selection(const VGA_LIST_WINDOW *window) {
+    if (MEMORY *memory = memory_of(window)) {
+        memory->pane = VGA_LISTW_NO_LIST;
         for (LIST_MEMORY &list : memory->lists) {
             list.selected.clear();
             list.outlined.clear();
@@ -237,22 +237,22 @@ NB_VOID vga_nodew_forget_selection(const VGA_NODEW_DESC *desc) {
     }
 }
 
-NB_VOID vga_nodew_recall_lines(VGA_NODEW_DESC *desc) {
-    MEMORY *memory = memory_of(desc);
+NB_VOID vga_listw_recall_lines(VGA_LIST_WINDOW *window) {
+    MEMORY *memory = memory_of(window);
     if (memory == nullptr) {
         return;
     }
-    for (NB_USHORT pane = 0; pane < VGA_NODEW_PANE_COUNT; pane++) {
-        recall_place(vga_nodew_pane_root(desc, pane), memory->lists[pane].first);
+    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
+        recall_place(vga_listw_root(window, pane), memory->lists[pane].first);
     }
     const NB_USHORT pane = memory->pane;
-    vga_nodew_forget_lines(desc);
-    if (pane != VGA_NODEW_NO_PANE) {
-        vga_nodew_forget_pane(desc);
-        vga_nodew_select_pane(desc, pane, 1);
+    vga_listw_forget_lines(window);
+    if (pane != VGA_LISTW_NO_LIST) {
+        vga_listw_forget_pane(window);
+        vga_listw_select_pane(window, pane, 1);
     }
 }
 
-NB_VOID vga_nodew_forget_lines(const VGA_NODEW_DESC *desc) {
-    memories.erase(desc);
+NB_VOID vga_listw_forget_lines(const VGA_LIST_WINDOW *window) {
+    memories.erase(window);
 }

@@ -1,0 +1,82 @@
+#include "marks.h"
+#include "holders.h"
+#include "resourcereader.h"
+#include "toolkit.h"
+#include "vgadgutl.h"
+#include <Xm/Xm.h>
+#include <fnmatch.h>
+#include <map>
+
+namespace {
+
+constexpr NB_USHORT longest = 1000; /* bytes of the resource */
+
+std::map<const VGA_DIALOG *, VGA_MARK> marks;
+
+std::string trimmed(const std::string &text) {
+    const size_t from = text.find_first_not_of(" \t");
+    return from == std::string::npos ? std::string()
+                                     : text.substr(from, text.find_last_not_of(" \t") + 1 - from);
+}
+
+/* The colour that the resource names for a node; empty: none. */
+std::string colour_of(const NB_CHAR *node_name) {
+    NB_CHAR value[longest + 1];
+    if (vga_get_resource_string(".nodeColours", "", value, longest) == 0) {
+        return {};
+    }
+    const std::string pairs = std::string(value) + ",";
+    for (size_t from = 0, end; (end = pairs.find(',', from)) != std::string::npos; from = end + 1) {
+        const std::string pair = pairs.substr(from, end - from);
+        const size_t middle = pair.find('=');
+        if (middle != std::string::npos &&
+            fnmatch(trimmed(pair.substr(0, middle)).c_str(), node_name, 0) == 0) {
+            return trimmed(pair.substr(middle + 1));
+        }
+    }
+    return {};
+}
+
+bool find_pixel(const std::string &colour, Pixel *pixel) {
+    XrmValue from = {static_cast<unsigned>(colour.size() + 1),
+                     const_cast<XPointer>(colour.c_str())};
+    XrmValue to = {sizeof(*pixel), reinterpret_cast<XPointer>(pixel)};
+    return XtConvertAndStore(gvga_toplevel, XmRString, &from, XmRPixel, &to) != 0;
+}
+
+} // namespace
+
+NB_VOID vga_set_mark(const VGA_DIALOG *window, const NB_CHAR *node_name) {
+    marks.erase(window);
+    const std::string colour = *node_name != '\0' ? colour_of(node_name) : std::string();
+    VGA_MARK mark = {node_name, 0, 0};
+    if (colour.empty() || !find_pixel(colour, &mark.background)) {
+        return;
+    }
+    Colormap colours = None;
+    XtVaGetValues(window->widget, XmNcolormap, &colours, nullptr);
+    XmGetColors(gvga_screen, colours, mark.background, &mark.foreground, nullptr, nullptr, nullptr);
+    marks.emplace(window, mark);
+}
+
+const VGA_MARK *vga_mark_of(const VGA_DIALOG *dialog) {
+    for (; dialog != nullptr; dialog = dialog->parent) {
+        const auto found = marks.find(dialog);
+        if (found != marks.end()) {
+            return &found->second;
+        }
+    }
+    return nullptr;
+}
+
+NB_VOID vga_show_mark(Widget label, const VGA_MARK *mark, const NB_CHAR *text) {
+    std::string line = mark != nullptr ? mark->name : std::string();
+    line += line.empty() || text == nullptr || *text == '\0' ? "" : "    ";
+    line += text != nullptr ? text : "";
+    VGA_STRING string(line.c_str());
+    XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
+    if (mark != nullptr) {
+        XtVaSetValues(label, XmNbackground, mark->background, XmNforeground, mark->foreground,
+                      nullptr);
+    }
+}

@@ -1,0 +1,191 @@
+#include "dialogids.h"
+#include "form.h"
+#include "globals.h"
+#include "graphics.h"
+#include "helpwindows.h"
+#include "hints.h"
+#include "linerules.h"
+#include "listwindow.h"
+#include "messages.h"
+#include "panes.h"
+#include "startstop.h"
+#include "textselection.h"
+#include "widgets.h"
+#include <cstring>
+
+/* The situation. */
+
+/* Of many lines the first ones stand for all: a selection changes with every key. */
+static constexpr size_t lines_asked = 1000;
+
+static NB_USHORT refuses_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERATION operation) {
+    NB_USHORT first = 0;
+    for (size_t at = 0; at < std::min(resources.size(), lines_asked); at++) {
+        const NB_USHORT reason = vga_refuses_operation(resources[at], operation);
+        if (reason == 0) {
+            return 0;
+        }
+        first = first != 0 ? first : reason;
+    }
+    return resources.size() > lines_asked ? NB_USHORT{0} : first;
+}
+
+static NB_USHORT refuses_stop(const std::vector<VGA_RESOURCE> &resources) {
+    const NB_USHORT reason = refuses_all(resources, VGA_STOP_ORDERLY);
+    return reason == 0 || refuses_all(resources, VGA_STOP_IMMEDIATE) == 0 ? NB_USHORT{0} : reason;
+}
+
+VGA_SITUATION vga_listw_situation(const VGA_LIST_WINDOW *window) {
+    VGA_SITUATION situation;
+    situation.of_domain = window->plan->lists[0].of_domain != nullptr;
+    situation.node = vga_listw_node(window);
+    situation.read_only = gvga_read_only;
+    situation.list_current = window->current_pane != VGA_LISTW_NO_LIST;
+    situation.record = vga_listw_get_selection(window, &situation.type, &situation.count);
+    std::vector<VGA_RESOURCE> resources;
+    if (situation.count != 0) {
+        resources = vga_selected_resources(vga_listw_current_root(window));
+    } else if (situation.node != nullptr) {
+        resources.push_back({VGA_OPERABLE_NODE, vga_listw_node(window)});
+    }
+    situation.start_refusal = situation.stop_refusal = VGA_MSG_NODEW_SELECT_FIRST;
+    if (!resources.empty()) {
+        situation.start_refusal = refuses_all(resources, VGA_START);
+        situation.stop_refusal = refuses_stop(resources);
+    }
+    return situation;
+}
+
+/* Carrying out. */
+
+/* Keys and late clicks come in spite of insensitive buttons, so the states are looked at again. */
+NB_VOID vga_listw_run(VGA_LIST_WINDOW *window, NB_USHORT command) {
+    if (command >= window->plan->commands.size()) {
+        return;
+    }
+    const VGA_COMMAND_ROW &row = window->plan->commands[command];
+    const NB_USHORT reason = vga_refusal(vga_listw_situation(window), row);
+    if (reason != 0) {
+        vga_listw_message(window, reason);
+    } else if (gvga_read_only && row.told != 0) {
+        vga_display_error_dialog(&window->common, VGA_MSG_UNAVAILABLE, "readonly", nullptr, 0, "s",
+                                 "sna");
+    } else if (row.action != nullptr) {
+        row.action(window);
+    } else {
+        vga_listw_open(window, row.opens);
+    }
+}
+
+NB_VOID vga_listw_run_from(Widget widget, NB_USHORT command) {
+    if (VGA_LIST_WINDOW *window = vga_listw_from_widget(widget)) {
+        vga_listw_run(window, command);
+    }
+}
+
+NB_VOID vga_listw_command_proc(VGA_DIALOG *dialog, NB_USHORT command) {
+    vga_listw_run(reinterpret_cast<VGA_LIST_WINDOW *>(dialog), command);
+}
+
+template <auto Key> static NB_VOID run_key(Widget widget) {
+    VGA_LIST_WINDOW *window = vga_listw_from_widget(widget);
+    if (window != nullptr && window->plan->*Key != VGA_LISTW_NO_COMMAND) {
+        vga_listw_run(window, window->plan->*Key);
+    }
+}
+
+NB_VOID vga_listw_delete_key(Widget widget, XtPointer, XtPointer) {
+    run_key<&VGA_LISTW_PLAN::remove>(widget);
+}
+NB_VOID vga_listw_zoom_key(Widget widget, XtPointer, XtPointer) {
+    run_key<&VGA_LISTW_PLAN::zoom>(widget);
+}
+NB_VOID vga_listw_add_key(Widget widget, XtPointer, XtPointer) {
+    run_key<&VGA_LISTW_PLAN::add>(widget);
+}
+
+/* Actions. */
+
+NB_VOID vga_listw_open(VGA_LIST_WINDOW *window, NB_USHORT dialog_id) {
+    VGA_NODE *node = vga_listw_node(window);
+    const VGA_UID_DESC *row = vga_find_row(dialog_id);
+    if (row == nullptr || row->command_proc != vga_listw_command_proc) {
+        NB_VOID *owner = node != nullptr ? static_cast<NB_VOID *>(node) : gvga_system;
+        vga_form_open(dialog_id, &window->common, nullptr, owner, VGA_FORM_REPEAT);
+        return;
+    }
+    for (VGA_DIALOG *open = row->first_desc; open != nullptr; open = open->next_desc) {
+        if (open->in_use != 0 && open->parent_item == node) {
+            vga_raise_with_keyboard(open);
+            return;
+        }
+    }
+    VGA_DIALOG *opened = nullptr;
+    if (vga_get_dialog(dialog_id, &window->common, node, &opened) != 0) {
+        vga_listw_show_lists(reinterpret_cast<VGA_LIST_WINDOW *>(opened));
+        vga_display_dialog(opened);
+    }
+}
+
+NB_VOID vga_listw_add(VGA_LIST_WINDOW *window) {
+    const NB_USHORT form = window->plan->lists[window->current_pane].add;
+    if (vga_is_written(form) != 0) {
+        vga_listw_open(window, form);
+    } else {
+        vga_listw_message(window, VGA_MSG_NODEW_LATER);
+    }
+}
+
+static NB_VOID open_dialog(VGA_LIST_WINDOW *window, NB_USHORT dialog_id, NB_VOID *record) {
+    if (record != nullptr && vga_is_written(dialog_id) != 0) {
+        vga_form_open(dialog_id, &window->common, record, nullptr, VGA_FORM_CHANGE);
+    }
+}
+
+NB_VOID vga_listw_zoom(VGA_LIST_WINDOW *window) {
+    NB_SHORT type;
+    NB_VOID *record = vga_listw_get_selection(window, &type, nullptr);
+    if (const VGA_LINE_RULE *rule = vga_line_rule(type)) {
+        open_dialog(window, vga_properties_of(*rule, record), record);
+    }
+}
+
+NB_VOID vga_listw_status(VGA_LIST_WINDOW *window) {
+    NB_SHORT type;
+    NB_VOID *record = vga_listw_get_selection(window, &type, nullptr);
+    if (const VGA_LINE_RULE *rule = vga_line_rule(type)) {
+        open_dialog(window, rule->status, record);
+    }
+}
+
+NB_VOID vga_listw_copy(VGA_LIST_WINDOW *window) {
+    NB_SHORT type;
+    NB_VOID *record = vga_listw_get_selection(window, &type, nullptr);
+    const VGA_LINE_RULE *rule = vga_line_rule(type);
+    if (record != nullptr && rule != nullptr) {
+        vga_form_open_copy(vga_properties_of(*rule, record), &window->common, record);
+    }
+}
+
+NB_VOID vga_listw_copy_name(VGA_LIST_WINDOW *window) {
+    const VGA_VIEWER_ROOT *root = vga_listw_current_root(window);
+    std::string names;
+    for (NB_LONG at = 0; root != nullptr && at < root->select_count; at++) {
+        const VGA_VIEWER_LIST &lines =
+            root->select_parent != nullptr ? root->select_parent->children : root->top_items;
+        const VGA_VIEWER_ITEM *line = vga_viewer_find_selected(&lines, static_cast<NB_ULONG>(at));
+        names += (at > 0 ? "\n" : "") + (line != nullptr ? vga_line_name(*line) : std::string());
+    }
+    vga_own_text(window->panes[0].draw_area, names);
+}
+
+/* The topic of a line is that of its properties; a line without any has that of its window. */
+NB_VOID vga_listw_help_on_this(VGA_LIST_WINDOW *window) {
+    NB_SHORT type;
+    const NB_VOID *record = vga_listw_get_selection(window, &type, nullptr);
+    const VGA_LINE_RULE *rule = vga_line_rule(type);
+    const NB_USHORT dialog = rule != nullptr ? vga_properties_of(*rule, record) : VGA_NO_DIALOG;
+    const VGA_UID_DESC *row = dialog != VGA_NO_DIALOG ? vga_find_row(dialog) : nullptr;
+    vga_display_help_topic(nullptr, row != nullptr ? row->name : vga_row_of(&window->common).name,
+                           VGA_HELP_FULL);
+}

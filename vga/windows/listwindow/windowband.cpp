@@ -1,0 +1,60 @@
+#include "windowband.h"
+#include "globals.h"
+#include "marks.h"
+#include "messages.h"
+#include <Xm/Xm.h>
+#include <string>
+
+namespace {
+
+std::string view_only_text(NB_VOID) {
+    if (gvga_read_only == 0) {
+        return {};
+    }
+    const NB_USHORT reason =
+        gvga_system->domain_target == 0 ? VGA_MSG_BAND_NO_DOMAIN : VGA_MSG_BAND_NO_RIGHT;
+    NB_CHAR text[512];
+    vga_print_msg(text, sizeof(text), VGA_MSG_BAND_VIEW_ONLY, "s", vga_message(reason));
+    return text;
+}
+
+/* What stands below the band hangs on it while it is there, else on what is above. */
+NB_VOID hang(const VGA_LIST_WINDOW *window, Widget upper) {
+    const std::string prefix = std::string("*") + window->plan->prefix;
+    Widget tool_bar = XtNameToWidget(window->common.widget, (prefix + "Toolbar").c_str());
+    Widget below = tool_bar != nullptr && XtIsManaged(tool_bar)
+                       ? tool_bar
+                       : XtNameToWidget(window->common.widget, window->plan->head);
+    if (below == nullptr) {
+        below = window->panes_widget;
+    }
+    XtVaSetValues(below, XmNtopAttachment, upper != nullptr ? XmATTACH_WIDGET : XmATTACH_FORM,
+                  XmNtopWidget, upper, nullptr);
+}
+
+} // namespace
+
+NB_VOID vga_listw_show_band(VGA_LIST_WINDOW *window) {
+    const VGA_NODE *node = vga_listw_node(window);
+    const std::string name =
+        node != nullptr ? std::string(node->name, strnlen(node->name, sizeof(node->name))) : "";
+    vga_set_mark(&window->common, name.c_str());
+    const VGA_MARK *mark = vga_mark_of(&window->common);
+    const std::string text = view_only_text();
+    const bool wanted = mark != nullptr || !text.empty();
+    if (wanted) {
+        vga_show_mark(window->band, mark, text.c_str());
+    }
+    if (wanted == (XtIsManaged(window->band) != 0)) {
+        return;
+    }
+    const std::string bar = std::string("*") + window->plan->prefix + "MenuBar";
+    Widget menu_bar = XtNameToWidget(window->common.widget, bar.c_str());
+    if (wanted) {
+        XtManageChild(window->band);
+        hang(window, window->band);
+    } else {
+        hang(window, menu_bar);
+        XtUnmanageChild(window->band);
+    }
+}
