@@ -4,9 +4,9 @@
  * the names. */
 #include "graphics.h"
 #include "nbbase.h"
-#include "windows.h"
 #include "v0uidpth.h"
 #include "widgets.h"
+#include "windows.h"
 
 #include <Mrm/MrmPublic.h>
 #include <Xm/Xm.h>

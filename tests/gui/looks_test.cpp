@@ -87,6 +87,7 @@ protected:
         gvga_main_dialog = gvga_first_dialog;
         VGA_NODE *node = vga_insert_vga_node(vga_init_vga_node(&data));
         node->connection = VGA_CONNECTED;
+        gvga_read_only = 1; // so that there is a band
         ASSERT_EQ(vga_display_node_window(node, 1), 1);
         gui::show(gvga_toplevel);
         vga_display_confirm_each_dialog(gvga_main_dialog, VGA_MSG_CONFIRM_EXIT, "confirmexit",
@@ -97,6 +98,7 @@ protected:
     }
 
     void TearDown() override {
+        gvga_read_only = 0;
         check_model();
         vga_destroy_data_structures();
         vga_free_dialogs();

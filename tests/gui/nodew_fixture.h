@@ -9,9 +9,9 @@
 #include "checkedmodel.h"
 #include "globals.h"
 #include "graphics.h"
+#include "linerules.h"
 #include "linetable.h"
 #include "messages.h"
-#include "linerules.h"
 #include "panes.h"
 #include "rememberedlines.h"
 #include "toolkit.h"
@@ -119,6 +119,7 @@ protected:
         node = vga_insert_vga_node(vga_init_vga_node(&data));
         ASSERT_NE(node, nullptr);
         node->connection = VGA_CONNECTED;
+        node->target = 7;
         fill_node();
     }
 

@@ -86,7 +86,7 @@ static NB_USHORT find_panes(VGA_LIST_WINDOW *window) {
            window->band != nullptr;
 }
 
-NB_USHORT vga_listw_get_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan) {
+NB_USHORT vga_listw_find_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan) {
     auto *window = reinterpret_cast<VGA_LIST_WINDOW *>(dialog);
     window->plan = &plan;
     window->list_count = static_cast<NB_USHORT>(plan.lists.size());
@@ -103,10 +103,21 @@ NB_USHORT vga_listw_get_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan) 
     XtVaGetValues(top.form, XmNborderColor, &window->normal_border, nullptr);
     XtVaGetValues(top.draw_area, XmNhighlightColor, &window->current_border, nullptr);
     vga_listw_put_pixmaps(window);
+    return 1;
+}
+
+NB_VOID vga_listw_arrange(VGA_LIST_WINDOW *window) {
     vga_listw_fit_screen(window);
     vga_listw_prepare_panes(window);
     vga_listw_install_popup(window);
-    vga_set_hint_line(dialog->widget, window->message_bar);
+    vga_set_hint_line(window->common.widget, window->message_bar);
+}
+
+NB_USHORT vga_listw_get_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan) {
+    if (vga_listw_find_widgets(dialog, plan) == 0) {
+        return 0;
+    }
+    vga_listw_arrange(reinterpret_cast<VGA_LIST_WINDOW *>(dialog));
     return 1;
 }
 

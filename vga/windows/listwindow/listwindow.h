@@ -97,8 +97,12 @@ struct VGA_LIST_WINDOW {
 };
 
 /* Slots for rows of gvga_uid_desc, and what a window with a descriptor of its own calls in its own.
- * The first looks the widgets up and gives them pictures and callbacks; 0 when one is missing. */
+ * The first looks the widgets up, gives them pictures and callbacks, and fits the window to the
+ * screen; 0 when a widget is missing.  One that has more to put into its widgets does so between
+ * the two steps. */
 NB_USHORT vga_listw_get_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan);
+NB_USHORT vga_listw_find_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan);
+NB_VOID vga_listw_arrange(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_close_proc(VGA_DIALOG *dialog);
 NB_VOID vga_listw_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what);
 NB_VOID vga_listw_command_proc(VGA_DIALOG *dialog, NB_USHORT command);

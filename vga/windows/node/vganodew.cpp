@@ -101,10 +101,11 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
     desc->server_icon = XtNameToWidget(dialog->widget, "*nodewServerIconButton");
     desc->server_text = XtNameToWidget(dialog->widget, "*nodewServerTextButton");
     if (desc->server_icon == nullptr || desc->server_text == nullptr ||
-        vga_listw_get_widgets(dialog, gvga_nodew_plan) == 0) {
+        vga_listw_find_widgets(dialog, gvga_nodew_plan) == 0) {
         return 0;
     }
     vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[VGA_ICON_NODE]);
+    vga_listw_arrange(desc);
     return 1;
 }
 
