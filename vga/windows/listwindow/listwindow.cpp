@@ -1,6 +1,7 @@
 #include "listwindow.h"
 #include "globals.h"
 #include "graphics.h"
+#include "headings.h"
 #include "hints.h"
 #include "lowscreen.h"
 #include "messages.h"
@@ -138,6 +139,10 @@ NB_VOID vga_listw_show_lists(VGA_LIST_WINDOW *window) {
         const VGA_LISTW_PANE &place = window->panes[pane];
         if (VGA_VIEWER_ROOT *root = vga_listw_root(window, pane)) {
             vga_viewer_display_root(root, place.draw_area, place.hscroll, place.vscroll);
+            if (place.headings != nullptr) {
+                vga_viewer_show_headings(root, place.headings,
+                                         window->plan->lists[pane].headings_of);
+            }
         }
     }
     vga_listw_show_band(window);
