@@ -8,6 +8,7 @@
 #include "schemas.h"
 #include "vgadsutl.h"
 #include "widgets.h"
+#include "windowband.h"
 
 #include <functional>
 #include <random>
@@ -359,6 +360,40 @@ TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {
             ASSERT_GE(height, std::min(minimum, total / VGA_NODEW_PANE_COUNT));
         }
     }
+}
+
+// A band says why nothing can be changed, and bears the name of a node that has a colour, as its
+// questions do; it takes no room where there is nothing to say.
+TEST_F(NodeWindow, ABandSaysWhatTheOperatorMustNotForget) {
+    show_node();
+    Position with = 0, without = 0;
+    XtVaGetValues(part("*nodewToolbar"), XmNy, &without, nullptr);
+    EXPECT_FALSE(XtIsManaged(desc->band));
+    vga_close_children(&desc->common, 1, 1);
+    gvga_read_only = 1;
+    vga_listw_show_band(desc);
+    EXPECT_EQ(gui::label_text(desc->band).find("VIEW ONLY: "), 0u);
+    XrmPutStringResource(&gvga_resource_database, VGA_CLASS ".nodeColours",
+                         " x=red,ber*=#204060, berlin = no such colour");
+    make_node(NAP_NODE_ACTIVE, "berlin2");
+    ASSERT_EQ(vga_display_node_window(node, 1), 1);
+    EXPECT_EQ(gui::label_text(desc->band).find("berlin2    VIEW ONLY: "), 0u);
+    gui::settle();
+    XtVaGetValues(part("*nodewToolbar"), XmNy, &with, nullptr);
+    EXPECT_GT(with, without);
+    vga_display_confirm_dialog(&desc->common, VGA_MSG_CONFIRM_EXIT, nullptr, nullptr, 0, "");
+    Widget mark = XtNameToWidget(desc->common.modal_dlg.dialog, "messageMark");
+    ASSERT_NE(mark, nullptr);
+    EXPECT_TRUE(XtIsManaged(mark));
+    EXPECT_EQ(gui::label_text(mark), "berlin2");
+    Pixel in_box = 0, in_band = 1;
+    XtVaGetValues(mark, XmNbackground, &in_box, nullptr);
+    XtVaGetValues(desc->band, XmNbackground, &in_band, nullptr);
+    EXPECT_EQ(in_box, in_band);
+    gvga_read_only = 0;
+    XrmPutStringResource(&gvga_resource_database, VGA_CLASS ".nodeColours", "");
+    vga_listw_show_band(desc);
+    EXPECT_FALSE(XtIsManaged(desc->band));
 }
 
 // What an indication changes shows at once in the buttons of what is selected: a port that stops,

@@ -6,6 +6,7 @@
 #include "globals.h"
 #include "helpwindows.h"
 #include "holders.h"
+#include "marks.h"
 #include "messages.h"
 #include "symbolpixmaps.h"
 #include "toolkit.h"
@@ -115,6 +116,16 @@ NB_VOID show_button(Widget button, NB_USHORT on) {
     }
 }
 
+/* Whose window it is over, where nodes have colours. */
+NB_VOID show_mark(Widget label, const VGA_MARK *mark) {
+    if (label != nullptr && mark != nullptr) {
+        vga_show_mark(label, mark, nullptr);
+        XtManageChild(label);
+    } else if (label != nullptr) {
+        XtUnmanageChild(label);
+    }
+}
+
 /* Makes the box ready for the message.  Escape presses Cancel, or OK where there is nothing else.
  */
 NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
@@ -124,6 +135,7 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     show_button(box.no_button, question != 0 && request.show_no != 0);
     Widget ok = XtNameToWidget(box.dialog, "OK");
     vga_set_sensitive(XtNameToWidget(box.dialog, "Help"), request.help_key != nullptr);
+    show_mark(XtNameToWidget(box.dialog, "messageMark"), vga_mark_of(request.parent));
     const BOX_LOOK &look = looks[request.type];
     const bool cancel_first = question != 0 && box.loses != 0;
     VGA_STRING title(vga_message(look.title));
