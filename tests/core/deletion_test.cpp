@@ -180,6 +180,23 @@ TEST_F(Deletion, WhatIsRefusedKeepsWhatItBelongsTo) {
     EXPECT_NE(link_named("HOSTLAN"), nullptr);
 }
 
+/* A client without sessions is none, a user without them is one. */
+TEST_F(Deletion, PartsOfOneEntryGoOneBehindTheOther) {
+    for (const VGA_DELETABLE kind : {VGA_DELETE_TN_SESSION, VGA_DELETE_USER_SESSION}) {
+        std::vector<VGA_TO_DELETE> what = all_records();
+        what.erase(std::remove_if(what.begin(), what.end(),
+                                  [kind](const auto &one) { return one.kind != kind; }),
+                   what.end());
+        ASSERT_GT(what.size(), 4u);
+        auto made = plan(what);
+        made->lines[1].wanted = 0;
+        delete_all(std::move(made));
+        EXPECT_EQ(count_of(kind), 1u) << result.account;
+    }
+    EXPECT_EQ(count_of(VGA_DELETE_TN_CLIENT), 1u);
+    EXPECT_EQ(count_of(VGA_DELETE_USER), 5u);
+}
+
 TEST_F(Deletion, WhatCannotBeStoppedStaysWithAllThatBelongsToIt) {
     spoil = [](const ISSUED_VERB &verb) {
         if (verb.vcb->opcode == NAP_STOP_LS) {

@@ -32,7 +32,8 @@
     ROW(TP, VGA_TP_DEF) ROW(TP_LOAD, VGA_TP_LOAD_INFO) ROW(ACCESS_LIST, VGA_ACCESS_LIST) \
     ROW(TN_CLIENT, VGA_TN_CLIENT) ROW(TN_ASSOC, VGA_TN_ASSOC) ROW(TN_REDIRECT, VGA_TN_REDIRECT) \
     ROW(POOL, VGA_SYS_POOL) ROW(NODE_POOL, VGA_POOL) ROW(POOL_LU, VGA_POOL_LU) ROW(USER, VGA_USER) \
-    ROW(CPIC, VGA_CPIC) ROW(RJE, VGA_RJE_WKSTN) ROW(SESSION, VGA_LU03)
+    ROW(CPIC, VGA_CPIC) ROW(RJE, VGA_RJE_WKSTN) ROW(TN_SESSION, VGA_TN_SESS) \
+    ROW(USER_SESSION, VGA_USER_SESSION) ROW(SESSION, VGA_LU03)
 /* clang-format on */
 
 #define VGA_DELETABLE_KIND(name, record) VGA_DELETE_##name,
@@ -63,12 +64,14 @@ struct VGA_DELETION_ITEM {
     size_t line = 0;                      /* the line that it goes with: its index */
     NB_LONG owner = -1;                   /* item that can go only behind this one; -1: none */
     NB_LONG stopper = -1;                 /* item whose stop this one waits for; -1: none */
+    NB_LONG after = -1;                   /* item that changes the same entry before; -1: none */
     size_t end = 0;                       /* items from the next up to this one go with it */
     NB_ULONG node = 0;                    /* its handle; 0: it is of the domain */
     NB_USHORT by_itself = 0;              /* flag: the node deletes it with its owner */
     NB_USHORT stops = 0;                  /* flag: active now, so it is stopped first */
     NB_ULONG sessions = 0;                /* that end with it and with no other item */
     NB_UCHAR entry[NAP_MAX_KEY + 2] = {}; /* the beginning of its list entry: its key */
+    std::string part = {}; /* of a part of the entry: what tells it from the others */
     std::string name = {};
 
     /* Of the run. */
@@ -138,9 +141,16 @@ struct VGA_DELETABLE_ROW {
     NB_USHORT message = 0;         /* "one|many"; 0: it goes under its owner's name */
     NB_SHORT type = -1;            /* of its lines; -1: it has none */
     VGA_OPERABLE operable = VGA_OPERABLE_NONE;
+    /* Of a part of an entry: the fields that tell it from the others; and flag: the entry goes with
+     * the last one. */
+    std::array<const records::FieldRow *, 2> part_key = {};
+    NB_USHORT last_takes_all = 0;
     NB_USHORT (*refuses)(const NB_VOID *record) = nullptr; /* null: never */
 };
 const VGA_DELETABLE_ROW &vga_deletable_row(VGA_DELETABLE kind);
+
+/* The key of a part of an entry; empty for a kind that is none. */
+std::string vga_part_key(const VGA_DELETABLE_ROW &row, const NB_VOID *part);
 
 /* "link station" and "3 link stations", and a message with texts as its arguments. */
 std::string vga_kind_word(VGA_DELETABLE kind);

@@ -1,7 +1,6 @@
 #include "deletion.h"
 #include "fieldtext.h"
 #include "globals.h"
-#include "linetypes.h"
 #include "messages.h"
 #include "recordtypes.h"
 #include "schemas.h"
@@ -13,120 +12,11 @@
 
 namespace {
 
+using ROW = VGA_DELETABLE_ROW;
+
 template <class Record> const Record &as(const NB_VOID *record) {
     return *static_cast<const Record *>(record);
 }
-
-/* What the system made can only be deleted by the system. */
-constexpr NB_USHORT unless(bool defined) {
-    return defined ? 0 : VGA_MSG_NODEW_NOT_DEFINED;
-}
-
-/* What nobody can stop alone. */
-constexpr NB_USHORT while_active(bool active) {
-    return active ? VGA_MSG_DELETE_ACTIVE : 0;
-}
-
-NB_USHORT refuses_port(const NB_VOID *record) {
-    return unless(as<VGA_PORT>(record).vcb != nullptr);
-}
-
-NB_USHORT refuses_ls(const NB_VOID *record) {
-    return unless(as<VGA_LS>(record).vcb->det_data.dynamic == 0);
-}
-
-NB_USHORT refuses_pu(const NB_VOID *record) {
-    return unless(as<VGA_LOCAL_PU>(record).ls_entry == nullptr);
-}
-
-NB_USHORT refuses_down_lu(const NB_VOID *record) {
-    return while_active(as<VGA_DOWN_LU>(record).vcb->det_data.plu_sess_active != 0);
-}
-
-NB_USHORT refuses_lu62(const NB_VOID *record) {
-    const auto &lu = as<VGA_LU62>(record);
-    return unless(lu.parent->cp_lu != &lu);
-}
-
-NB_USHORT refuses_mode(const NB_VOID *record) {
-    const auto &mode = as<VGA_MODE_DEF>(record);
-    return mode.sna_defined != 0             ? NB_USHORT{VGA_MSG_NODEW_NOT_DEFINED}
-           : vga_count_mode_uses(&mode) != 0 ? NB_USHORT{VGA_MSG_DELETE_IN_USE}
-                                             : NB_USHORT{0};
-}
-
-NB_USHORT refuses_cos(const NB_VOID *record) {
-    return unless(as<VGA_COS>(record).vcb->def_data.sna_defined == 0);
-}
-
-NB_USHORT refuses_rem_sys(const NB_VOID *record) {
-    return unless(as<VGA_REM_SYS>(record).defined != 0);
-}
-
-NB_USHORT refuses_plu(const NB_VOID *record) {
-    const auto &plu = as<VGA_REM_PLU>(record);
-    return unless(plu.defined != 0 || plu.in_directory != 0);
-}
-
-NB_USHORT refuses_primary_line(const NB_VOID *record) {
-    return while_active(as<VGA_PRIMARY_LINE>(record).vcb->line_state != NAP_NOT_ACTIVE);
-}
-
-NB_USHORT refuses_primary_lu(const NB_VOID *record) {
-    return while_active(as<VGA_PRIMARY_LU0>(record).vcb->lu_sess_active != 0);
-}
-
-using ROW = VGA_DELETABLE_ROW;
-
-/* clang-format off */
-constexpr ROW rows[] = {
-    {.kind = VGA_DELETE_DLC, .schema = &records::dlc, .message = VGA_MSG_DELETE_DLCS, .operable = VGA_OPERABLE_DLC},
-    {.kind = VGA_DELETE_PORT, .schema = &records::port, .message = VGA_MSG_DELETE_PORTS, .type = VGA_VIEWER_PORT, .operable = VGA_OPERABLE_PORT, .refuses = refuses_port},
-    {.kind = VGA_DELETE_LS, .schema = &records::ls, .message = VGA_MSG_DELETE_LINKS, .type = VGA_VIEWER_LS, .operable = VGA_OPERABLE_LS, .refuses = refuses_ls},
-    {.kind = VGA_DELETE_CN, .schema = &records::cn, .message = VGA_MSG_DELETE_CNS},
-    {.kind = VGA_DELETE_CN_PORT, .schema = &records::cn_port, .message = VGA_MSG_DELETE_CN_PORTS},
-    {.kind = VGA_DELETE_PU, .schema = &records::pu, .message = VGA_MSG_DELETE_PUS, .type = VGA_VIEWER_LOCAL_PU, .operable = VGA_OPERABLE_LOCAL_PU, .refuses = refuses_pu},
-    {.kind = VGA_DELETE_DOWN_PU, .schema = &records::down_pu, .message = VGA_MSG_DELETE_PUS, .operable = VGA_OPERABLE_DOWN_PU},
-    {.kind = VGA_DELETE_LU03, .schema = &records::lu03, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_DEPLU, .operable = VGA_OPERABLE_LU03},
-    {.kind = VGA_DELETE_DOWN_LU, .schema = &records::down_lu, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_DOWN_LU, .refuses = refuses_down_lu},
-    {.kind = VGA_DELETE_LU62, .schema = &records::local_lu, .message = VGA_MSG_DELETE_LOCAL_LUS, .type = VGA_VIEWER_LU62, .operable = VGA_OPERABLE_LU62, .refuses = refuses_lu62},
-    {.kind = VGA_DELETE_ROUTING, .schema = &records::ls_routing, .message = VGA_MSG_DELETE_ROUTINGS, .type = VGA_VIEWER_LS_R},
-    {.kind = VGA_DELETE_PASSWORD, .schema = &records::lu_lu_password, .message = VGA_MSG_DELETE_SECURITY, .type = VGA_VIEWER_SL_SECURITY},
-    {.kind = VGA_DELETE_USERID, .schema = &records::userid_password, .message = VGA_MSG_DELETE_SECURITY, .type = VGA_VIEWER_CL_SECURITY},
-    {.kind = VGA_DELETE_MODE, .schema = &records::mode_def, .message = VGA_MSG_DELETE_MODES, .type = VGA_VIEWER_MODE_DEF, .refuses = refuses_mode},
-    {.kind = VGA_DELETE_TIMEOUT, .schema = &records::lu62_timeout},
-    {.kind = VGA_DELETE_COS, .schema = &records::cos, .message = VGA_MSG_DELETE_COSES, .refuses = refuses_cos},
-    {.kind = VGA_DELETE_REM_SYS, .schema = nullptr, .message = VGA_MSG_DELETE_REM_SYSTEMS, .type = VGA_VIEWER_REM_SYS, .refuses = refuses_rem_sys},
-    {.kind = VGA_DELETE_PLU, .schema = nullptr, .message = VGA_MSG_DELETE_PARTNERS, .type = VGA_VIEWER_REM_PLU, .refuses = refuses_plu},
-    {.kind = VGA_DELETE_DIRECTORY, .schema = &records::directory},
-    {.kind = VGA_DELETE_PLU_DEF, .schema = &records::plu_def},
-    {.kind = VGA_DELETE_PRIMARY_LINE, .schema = &records::primary_line, .message = VGA_MSG_DELETE_PRIMARY_LINES, .type = VGA_VIEWER_PRIMARY_LINE, .refuses = refuses_primary_line},
-    {.kind = VGA_DELETE_PRIMARY_LU, .schema = &records::primary_lu0, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_PRIMARY_LU0, .refuses = refuses_primary_lu},
-    {.kind = VGA_DELETE_TP, .schema = &records::tp, .message = VGA_MSG_DELETE_PROGRAMS, .type = VGA_VIEWER_TP_DEF},
-    {.kind = VGA_DELETE_TP_LOAD, .schema = &records::tp_load, .message = VGA_MSG_DELETE_PROGRAMS, .type = VGA_VIEWER_TP_LOAD_INFO},
-    {.kind = VGA_DELETE_ACCESS_LIST, .schema = &records::access_list, .message = VGA_MSG_DELETE_ACCESS_LISTS, .type = VGA_VIEWER_ACCESS_LIST},
-    {.kind = VGA_DELETE_TN_CLIENT, .schema = &records::tn_access, .message = VGA_MSG_DELETE_TN_RECORDS},
-    {.kind = VGA_DELETE_TN_ASSOC, .schema = &records::tn_assoc, .message = VGA_MSG_DELETE_TN_RECORDS, .type = VGA_VIEWER_TN_ASSOC},
-    {.kind = VGA_DELETE_TN_REDIRECT, .schema = &records::tn_redirect, .message = VGA_MSG_DELETE_TN_RECORDS, .type = VGA_VIEWER_TN_REDIRECT},
-    {.kind = VGA_DELETE_POOL, .schema = nullptr, .message = VGA_MSG_DELETE_POOLS, .type = VGA_VIEWER_POOL},
-    {.kind = VGA_DELETE_NODE_POOL, .schema = &records::lu_pool},
-    {.kind = VGA_DELETE_POOL_LU, .schema = &records::lu_pool, .message = VGA_MSG_DELETE_POOL_LUS, .type = VGA_VIEWER_POOL_LU},
-    {.kind = VGA_DELETE_USER, .schema = &records::user, .message = VGA_MSG_DELETE_USERS, .type = VGA_VIEWER_USER},
-    {.kind = VGA_DELETE_CPIC, .schema = &records::cpic, .message = VGA_MSG_DELETE_CPICS, .type = VGA_VIEWER_CPIC},
-    {.kind = VGA_DELETE_RJE, .schema = &records::rje, .message = VGA_MSG_DELETE_RJES, .type = VGA_VIEWER_RJE},
-    {.kind = VGA_DELETE_SESSION, .schema = &records::lu03, .operable = VGA_OPERABLE_LU03},
-};
-/* clang-format on */
-
-constexpr bool in_order(NB_VOID) {
-    for (size_t row = 0; row < std::size(rows); row++) {
-        if (rows[row].kind != row) {
-            return false;
-        }
-    }
-    return std::size(rows) == VGA_DELETE_NOTHING;
-}
-static_assert(in_order());
 
 /* The node that has a record; null: the domain has it. */
 VGA_NODE *node_of(VGA_SYSTEM &) {
@@ -168,6 +58,24 @@ std::string name_of(const ROW &, const VGA_POOL_LU &lu) {
     return records::ebcdic_text(lu.key.lu_name, sizeof(lu.key.lu_name));
 }
 
+std::string name_of(const ROW &row, const VGA_TN_SESS &session) {
+    return name_of(row, *session.parent) + " " + std::to_string(session.key.port);
+}
+std::string name_of(const ROW &, const VGA_USER_SESSION &session) {
+    return records::local_text(session.name, sizeof(session.name));
+}
+
+/* What the verbs name: of a part, the entry that it is in. */
+template <class Record> const NB_VOID *entry_of(const Record &record) {
+    return record.vcb;
+}
+const NB_VOID *entry_of(const VGA_TN_SESS &session) {
+    return session.parent->vcb;
+}
+const NB_VOID *entry_of(const VGA_USER_SESSION &session) {
+    return session.parent->vcb;
+}
+
 /* Sessions that end with a resource; those of a link are all that it carries. */
 template <class Record> NB_ULONG sessions_of(const Record &) {
     return 0;
@@ -192,7 +100,7 @@ public:
 
     template <VGA_DELETABLE Kind, class Record>
     NB_VOID add(Record &record, NB_USHORT by_itself = 0) {
-        const ROW &row = rows[Kind];
+        const ROW &row = vga_deletable_row(Kind);
         const VGA_NODE *node = node_of(record);
         VGA_DELETION_ITEM item = {.kind = Kind,
                                   .line = plan_.lines.size() - 1,
@@ -202,10 +110,15 @@ public:
                                   .by_itself = by_itself,
                                   .name = name_of(row, record)};
         if (const records::Schema *schema = row.schema; schema != nullptr) {
-            memcpy(item.entry, record.vcb, schema->key_size() + records::KEY_OFFSET);
-            if (!taken_.insert(key_of(item)).second) {
+            memcpy(item.entry, entry_of(record), schema->key_size() + records::KEY_OFFSET);
+            item.part = vga_part_key(row, record.vcb);
+            if (!taken_.insert(entry_key(item) + item.part).second) {
                 return;
             }
+        }
+        if (!item.part.empty()) { /* one change of an entry behind the other */
+            NB_LONG &last = changed_.emplace(entry_key(item), -1).first->second;
+            item.after = std::exchange(last, static_cast<NB_LONG>(plan_.items.size()));
         }
         const NB_USHORT active = is_active({row.operable, &record});
         item.sessions = carried_ != 0 ? 0 : sessions_of(record);
@@ -221,7 +134,7 @@ private:
                vga_refuses_operation(resource, VGA_STOP_IMMEDIATE) == 0;
     }
 
-    static std::string key_of(const VGA_DELETION_ITEM &item) {
+    static std::string entry_key(const VGA_DELETION_ITEM &item) {
         std::string key(reinterpret_cast<const NB_CHAR *>(item.entry), sizeof(item.entry));
         return key + std::to_string(item.kind) + "/" + std::to_string(item.node);
     }
@@ -231,7 +144,7 @@ private:
         const bool selected = plan_.items.size() == line.item;
         /* Of an LU only its sessions end. */
         const bool has_state = item.kind <= VGA_DELETE_DOWN_PU;
-        line.with[item.kind] += selected || rows[item.kind].message == 0 ? 0 : 1;
+        line.with[item.kind] += selected || vga_deletable_row(item.kind).message == 0 ? 0 : 1;
         line.stops[item.kind] += active != 0 && has_state ? 1 : 0;
         line.sessions += item.sessions;
     }
@@ -372,7 +285,8 @@ private:
     }
 
     VGA_DELETION &plan_;
-    std::set<std::string> taken_; /* what is reached twice goes once */
+    std::set<std::string> taken_;            /* what is reached twice goes once */
+    std::map<std::string, NB_LONG> changed_; /* entries, with the item that changes them last */
     NB_LONG owner_ = -1;
     NB_LONG stopper_ = -1;
     NB_USHORT carried_ = 0; /* flag: a link counts the sessions */
@@ -383,7 +297,7 @@ template <VGA_DELETABLE Kind, class Record> NB_VOID plan_as(PLANNER &planner, NB
     planner.add<Kind>(*static_cast<Record *>(record));
 }
 template <VGA_DELETABLE Kind, class Record> std::string name_as(const NB_VOID *record) {
-    return name_of(rows[Kind], as<Record>(record));
+    return name_of(vga_deletable_row(Kind), as<Record>(record));
 }
 template <class Record> VGA_NODE *node_as(NB_VOID *record) {
     return node_of(*static_cast<Record *>(record));
@@ -414,42 +328,11 @@ NB_USHORT refuses_owner(const VGA_TO_DELETE &what) {
 
 } // namespace
 
-const VGA_DELETABLE_ROW &vga_deletable_row(VGA_DELETABLE kind) {
-    return rows[kind];
-}
-
-VGA_TO_DELETE vga_to_delete(NB_SHORT type, NB_VOID *record) {
-    NB_SHORT row_type = type; /* leaves stand for the same as lines that open */
-    row_type = type == VGA_VIEWER_LS_LEAF ? NB_SHORT{VGA_VIEWER_LS} : row_type;
-    row_type = type == VGA_VIEWER_REM_PLU_LEAF ? NB_SHORT{VGA_VIEWER_REM_PLU} : row_type;
-    const auto *row = std::find_if(std::begin(rows), std::end(rows), [row_type](const ROW &one) {
-        return row_type >= 0 && one.type == row_type;
-    });
-    return row != std::end(rows) ? VGA_TO_DELETE{row->kind, record}
-                                 : VGA_TO_DELETE{VGA_DELETE_NOTHING, nullptr};
-}
-
-std::vector<VGA_TO_DELETE> vga_selected_to_delete(const VGA_VIEWER_ROOT *root) {
-    std::vector<VGA_TO_DELETE> all;
-    if (root->select_count == 0) {
-        return all;
-    }
-    const VGA_VIEWER_LIST &lines =
-        root->select_parent != nullptr ? root->select_parent->children : root->top_items;
-    for (NB_LONG at = 0; at < root->select_count; at++) {
-        if (const VGA_VIEWER_ITEM *line =
-                vga_viewer_find_selected(&lines, static_cast<NB_ULONG>(at))) {
-            all.push_back(vga_to_delete(line->type, line->data));
-        }
-    }
-    return all;
-}
-
 NB_USHORT vga_refuses_deletion(const VGA_TO_DELETE &what) {
     if (what.kind == VGA_DELETE_NOTHING) {
         return VGA_MSG_NODEW_NOT_FOR_THIS;
     }
-    const ROW &row = rows[what.kind];
+    const ROW &row = vga_deletable_row(what.kind);
     NB_USHORT reason = row.refuses != nullptr ? row.refuses(what.record) : 0;
     if (row.schema != nullptr && row.schema->remove == 0) {
         reason = VGA_MSG_NODEW_NOT_DEFINED;

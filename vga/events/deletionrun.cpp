@@ -4,9 +4,12 @@
 #include "globals.h"
 #include "listqueries.h"
 #include "messages.h"
+#include "nesteditems.h"
 #include "schemas.h"
 #include "verberror.h"
 #include "vgadsutl.h"
+#include <algorithm>
+#include <cstring>
 #include <deque>
 #include <list>
 
@@ -82,9 +85,35 @@ NB_ULONG target_of(const ITEM &item) {
                                                                 : node->target;
 }
 
-NB_VOID *find_record(const ITEM &item) {
+VGA_KNOWN find_known(const ITEM &item) {
     const VGA_LIST *list = vga_find_list(schema_of(item)->lists[0].list);
-    return list->find(node_of(item), item.entry + records::KEY_OFFSET).record;
+    return list->find(node_of(item), item.entry + records::KEY_OFFSET);
+}
+
+/* The entry of an item without the part that goes; empty when it has no such part. */
+std::vector<NB_UCHAR> entry_without(const ITEM &item) {
+    const records::Schema &schema = *schema_of(item);
+    const records::Nested &nested = schema.nested;
+    const NB_UCHAR *known = find_known(item).entry;
+    NB_USHORT length = 0;
+    if (known == nullptr) {
+        return {};
+    }
+    memcpy(&length, known, sizeof(length));
+    std::vector<NB_UCHAR> entry(schema.overlay_size());
+    std::copy_n(known, std::min<size_t>(length, entry.size()), entry.begin());
+    for (NB_ULONG number = records::item_count(nested, entry.data()); number-- > 0;) {
+        const NB_UCHAR *part = records::item_at(nested, entry.data(), number);
+        if (vga_part_key(vga_deletable_row(item.kind), part) == item.part) {
+            records::remove_item(nested, entry.data(), number);
+            return entry;
+        }
+    }
+    return {};
+}
+
+NB_USHORT is_there(const ITEM &item) {
+    return item.part.empty() ? find_known(item).record != nullptr : !entry_without(item).empty();
 }
 
 NB_VOID consider(RUN &run, size_t at);
@@ -98,6 +127,12 @@ NB_VOID through(RUN &run, size_t at, std::string reason) {
     for (size_t with = at + 1; item.reason.empty() && with < item.end; with++) {
         ITEM &other = run.item(with);
         other.phase = other.by_itself != 0 ? ITEM::GONE : other.phase;
+    }
+    for (size_t next = at + 1; !item.part.empty() && next < run.deletion->items.size(); next++) {
+        if (run.item(next).after == static_cast<NB_LONG>(at)) {
+            run.item(next).after = -1;
+            consider(run, next);
+        }
     }
     if (item.owner < 0) {
         return;
@@ -113,10 +148,14 @@ NB_VOID through(RUN &run, size_t at, std::string reason) {
     consider(run, static_cast<size_t>(item.owner));
 }
 
+NB_USHORT takes_part(const RUN &run, const ITEM &item) {
+    return item.by_itself == 0 && run.deletion->lines[item.line].wanted != 0;
+}
+
 /* Has the item's next verb sent when nothing stands in the way. */
 NB_VOID consider(RUN &run, size_t at) {
     ITEM &item = run.item(at);
-    if (item.by_itself != 0 || item.stopper >= 0 ||
+    if (takes_part(run, item) == 0 || item.stopper >= 0 || item.after >= 0 ||
         (item.phase != ITEM::WAITS && item.phase != ITEM::STOPPED)) {
         return;
     }
@@ -190,13 +229,31 @@ SLOT &free_slot(RUN &run) {
 }
 
 NB_USHORT issue_stop(const ITEM &item, NB_ULONG user_data) {
-    const VGA_RESOURCE resource = {vga_deletable_row(item.kind).operable, find_record(item)};
+    const VGA_RESOURCE resource = {vga_deletable_row(item.kind).operable, find_known(item).record};
     return resource.record != nullptr &&
            vga_operate(resource, VGA_STOP_IMMEDIATE, user_data, completed) == 0;
 }
 
+NB_USHORT issue_change(const records::Schema &schema, const NB_UCHAR *entry, NB_ULONG target,
+                       NB_ULONG user_data) {
+    VGA_OWNED<NAP_VCB> verb(static_cast<NAP_VCB *>(calloc(1, schema.define_size)));
+    if (!verb) {
+        VGA_EXIT(VGA_EXIT_INTERNAL, 0);
+        return 0;
+    }
+    records::make_define_block(schema, entry, reinterpret_cast<NB_UCHAR *>(verb.get()));
+    return vga_issue_verb(target, std::move(verb), user_data, completed);
+}
+
 NB_USHORT issue_removal(const ITEM &item, NB_ULONG target, NB_ULONG user_data) {
     const records::Schema &schema = *schema_of(item);
+    if (!item.part.empty()) {
+        const std::vector<NB_UCHAR> entry = entry_without(item);
+        if (vga_deletable_row(item.kind).last_takes_all == 0 ||
+            records::item_count(schema.nested, entry.data()) != 0) {
+            return issue_change(schema, entry.data(), target, user_data);
+        }
+    }
     auto verb = vga_new_verb<NAP_NAME_VERB>(schema.remove);
     if (!verb) {
         VGA_EXIT(VGA_EXIT_INTERNAL, 0);
@@ -222,7 +279,7 @@ NB_VOID send_next(RUN &run, size_t at) {
         if (slot.busy == 0) { /* it went down by itself */
             stopped(run, at);
         }
-    } else if (has_verb(item) == 0 || find_record(item) == nullptr) {
+    } else if (has_verb(item) == 0 || is_there(item) == 0) {
         through(run, at, "");
     } else {
         item.phase = ITEM::DELETING;
@@ -267,11 +324,8 @@ NB_VOID vga_run_deletion(std::unique_ptr<VGA_DELETION> plan, NB_ULONG user_data,
         slot = {.handle = nba_create_handle(&slot), .run = &run};
     }
     VGA_DELETION &deletion = *run.deletion;
-    const auto takes_part = [&deletion](const ITEM &item) {
-        return item.by_itself == 0 && deletion.lines[item.line].wanted != 0;
-    };
     for (const ITEM &item : deletion.items) {
-        if (takes_part(item)) {
+        if (takes_part(run, item) != 0) {
             deletion.to_do++;
             if (item.owner >= 0) {
                 run.item(static_cast<size_t>(item.owner)).below++;
@@ -279,9 +333,11 @@ NB_VOID vga_run_deletion(std::unique_ptr<VGA_DELETION> plan, NB_ULONG user_data,
         }
     }
     for (size_t at = 0; at < deletion.items.size(); at++) {
-        if (takes_part(run.item(at))) {
-            consider(run, at);
+        NB_LONG &after = run.item(at).after;
+        while (after >= 0 && takes_part(run, run.item(static_cast<size_t>(after))) == 0) {
+            after = run.item(static_cast<size_t>(after)).after;
         }
+        consider(run, at);
     }
     go_on(run);
 }
