@@ -185,18 +185,22 @@ void Screen::focus(WindowId window) const {
     XSync(display_, False);
 }
 
-void Screen::key(const std::string &name) const {
-    const KeySym symbol = XStringToKeysym(name.c_str());
-    const KeyCode code = XKeysymToKeycode(display_, symbol);
-    const KeyCode shift = XKeysymToKeycode(display_, XStringToKeysym("Shift_L"));
-    const bool shifted = XkbKeycodeToKeysym(display_, code, 0, 0) != symbol;
-    if (shifted) {
-        XTestFakeKeyEvent(display_, shift, True, CurrentTime);
+void Screen::key(const std::string &name, const std::vector<std::string> &modifiers) const {
+    const auto code_of = [this](const std::string &key) {
+        return XKeysymToKeycode(display_, XStringToKeysym(key.c_str()));
+    };
+    const KeyCode code = code_of(name);
+    std::vector<std::string> held = modifiers;
+    if (XkbKeycodeToKeysym(display_, code, 0, 0) != XStringToKeysym(name.c_str())) {
+        held.emplace_back("Shift_L");
+    }
+    for (const std::string &key : held) {
+        XTestFakeKeyEvent(display_, code_of(key), True, CurrentTime);
     }
     XTestFakeKeyEvent(display_, code, True, CurrentTime);
     XTestFakeKeyEvent(display_, code, False, CurrentTime);
-    if (shifted) {
-        XTestFakeKeyEvent(display_, shift, False, CurrentTime);
+    for (const std::string &key : held) {
+        XTestFakeKeyEvent(display_, code_of(key), False, CurrentTime);
     }
     XSync(display_, False);
 }

@@ -56,8 +56,9 @@ public:
     /* The keyboard belongs to the window from now on. */
     void focus(WindowId window) const;
 
-    /* A key by its name ("Down", "minus"); shifted where the keyboard has it so. */
-    void key(const std::string &name) const;
+    /* A key by its name ("Down", "minus"); shifted where the keyboard has it so, and with modifier
+     * keys ("Shift_L") held. */
+    void key(const std::string &name, const std::vector<std::string> &modifiers = {}) const;
 
     /* The server tells whoever drew it that the window and those inside it must be drawn again. */
     void expose(WindowId window) const;

@@ -1,0 +1,93 @@
+// An operator deletes, with mouse and keyboard, what a real node has.
+#include "administrator.h"
+#include "system_test.h"
+
+#include "lus.h"
+
+#include <csignal>
+
+namespace sys {
+
+class Deleting : public SystemTest {
+protected:
+    void load(const std::string &domain, const std::string &node_name) {
+        node = &start_node(domain, "# none yet\n");
+        start_program({"-size", "small", "-geometry", "1100x1000"});
+        window = loaded_window(node_name);
+        ASSERT_NE(window, 0u);
+        screen().focus(window);
+    }
+
+    /* Selects the line, as soon as it is drawn. */
+    WindowId select(const std::string &line) {
+        WindowId list = 0;
+        EXPECT_TRUE(wait_for([&] { return (list = screen().window_with(window, line)) != 0; }));
+        EXPECT_TRUE(screen().click(list, line));
+        return list;
+    }
+
+    bool shows(WindowId shown, const std::string &text) {
+        return wait_for([&] { return screen().text(shown).find(text) != std::string::npos; });
+    }
+
+    Process *node = nullptr;
+    WindowId window = 0;
+    const std::string question = message(185);
+};
+
+TEST_F(Deleting, ALinkStationGoesWithAllThatIsOnIt) {
+    ASSERT_NO_FATAL_FAILURE(load("single", "corvid1"));
+    const WindowId list = select("HOSTLINE");
+    screen().key("Delete");
+    const std::string text = message(950, {"link station", "HOSTLINE"}) + " " +
+                             message(953, {"1 PU, 9 LUs, 1 local LU"}) + " " +
+                             message(954, {"1 link station, 1 PU"}) + " One session ends.";
+    const WindowId asked = box(question, text);
+    ASSERT_NE(asked, 0u);
+    screen().focus(asked);
+    screen().key("Return");
+    EXPECT_TRUE(wait_for([&] { return screen().find(question) == 0; })) << "Return says Cancel";
+    screen().focus(window);
+    screen().key("Delete");
+    press(box(question, text), "OK");
+    EXPECT_TRUE(shows(window, message(958, {"1 link station, 1 PU, 9 LUs, 1 local LU"})));
+    EXPECT_EQ(screen().window_with(list, "HOSTLINE"), 0u);
+    EXPECT_EQ(screen().find(message(960)), 0u) << "one line is told of in the message line";
+    EXPECT_TRUE(shows(window, "PAYROLL")) << "local LUs are still there";
+    Administrator admin(place.path("var/sna.sock"));
+    EXPECT_EQ(admin.list(admin.connect("corvid1"), records::local_lu).size(), 3u);
+}
+
+// The node is told to refuse three while the others go.
+TEST_F(Deleting, OfFourThousandThreeStay) {
+    constexpr int count = 4000;
+    const auto numbered = [](const char *letter, int number) {
+        return letter + std::to_string(count + number);
+    };
+    std::string text = "[domain]\nname = big\nclient_server = no\n"
+                       "[node big]\nfq_cp_name = NETA.A0\ncp_alias = A0\n";
+    for (int lu = 0; lu < count; lu++) {
+        text += "[local_lu " + numbered("L", lu) + "]\nlu_alias = " + numbered("A", lu) + "\n";
+    }
+    ASSERT_NO_FATAL_FAILURE(load(place.write("big.domain", text), "big"));
+    const WindowId list = select(numbered("A", 0));
+    screen().key("End", {"Shift_L"});
+    screen().key("Delete");
+    const WindowId asked =
+        box(question, message(952, {"4000 local LUs", numbered("L", 0), numbered("L", count - 1)}));
+    ASSERT_NE(asked, 0u);
+    press(asked, "OK");
+    ASSERT_TRUE(shows(window, "Deleting "));
+    place.write("faults", "fail NAP_DELETE_LOCAL_LU 0x0200 0x5547 3");
+    node->send(SIGHUP);
+    const WindowId receipt = box(message(960), message(963));
+    ASSERT_NE(receipt, 0u);
+    EXPECT_TRUE(
+        shows(receipt, message(958, {"3997 local LUs"}) + " " + message(959, {"3 local LUs"})));
+    EXPECT_EQ(screen().find(message(210)), 0u) << "no box a refusal";
+    EXPECT_TRUE(wait_for([&] { return screen().lines(list).size() == 4; })) << screen().text(list);
+    Administrator admin(place.path("var/sna.sock"));
+    EXPECT_EQ(admin.list(admin.connect("big"), records::local_lu).size(), 3u);
+}
+
+} // namespace sys

@@ -1,0 +1,117 @@
+#include "deleting.h"
+#include "deletion.h"
+#include "holders.h"
+#include "listwindow.h"
+#include "messages.h"
+#include "receipt.h"
+#include <chrono>
+#include <unordered_map>
+
+namespace {
+
+constexpr NB_USHORT text_columns = 60;
+constexpr size_t few = 5; /* lines whose end the message line can tell */
+constexpr std::chrono::milliseconds between_reports{100};
+
+using CLOCK = std::chrono::steady_clock;
+
+/* What a window asks about: a question for each group of lines.  By the window's handle. */
+struct ASKED {
+    std::unique_ptr<VGA_DELETION> plan;
+    std::vector<std::vector<size_t>> groups;
+    size_t next;
+};
+std::unordered_map<NB_ULONG, ASKED> asked;
+
+/* How far it is changes with every answer, and nobody reads that fast. */
+NB_USHORT is_time_to_report(NB_VOID) {
+    static CLOCK::time_point last;
+    const CLOCK::time_point now = CLOCK::now();
+    if (now - last < between_reports) {
+        return 0;
+    }
+    last = now;
+    return 1;
+}
+
+NB_VOID told(NB_ULONG handle, const VGA_DELETION &deletion, NB_USHORT over) {
+    VGA_LIST_WINDOW *window = vga_listw_of(static_cast<VGA_DIALOG *>(nba_validate_handle(handle)));
+    if (window == nullptr || window->common.in_use == 0 || deletion.to_do == 0) {
+        return;
+    }
+    if (over == 0) {
+        if (is_time_to_report() != 0) {
+            vga_listw_message_text(window, vga_deletion_progress(deletion).c_str());
+        }
+        return;
+    }
+    vga_listw_message_text(window, vga_deletion_outcome(deletion).c_str());
+    if (vga_count_refused(deletion) != 0 || deletion.lines.size() > few) {
+        vga_show_receipt(&window->common, vga_message(VGA_MSG_DELETE_ACCOUNT),
+                         vga_deletion_account(deletion).c_str(), "deletereceipt");
+    }
+}
+
+NB_VOID answered(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle);
+
+NB_VOID ask(VGA_DIALOG *desc, const ASKED &of) {
+    const std::string text = vga_deletion_question(*of.plan, of.groups[of.next]);
+    const VGA_OWNED<NB_CHAR> lines(vga_wrap_text(text.c_str(), text_columns));
+    if (!lines) {
+        return;
+    }
+    const NB_USHORT several = of.groups.size() > 1;
+    const NB_USHORT more = of.next + 1 < of.groups.size();
+    vga_question_loses(desc);
+    vga_display_modal_dialog(
+        VGA_MODAL_CONFIRM, desc,
+        XmStringCreateLtoR(lines.get(), const_cast<NB_CHAR *>(XmFONTLIST_DEFAULT_TAG)),
+        "confirmdelete", answered, desc->handle, more, several);
+}
+
+/* Nothing is deleted before the last question is answered. */
+NB_VOID answered(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG handle) {
+    const auto found = asked.find(handle);
+    if (found == asked.end() || handle != desc->handle) {
+        return;
+    }
+    ASKED &of = found->second;
+    if (answer == VGA_ANSWER_NO) {
+        for (const size_t line : of.groups[of.next]) {
+            of.plan->lines[line].wanted = 0;
+        }
+    }
+    of.next = answer == VGA_ANSWER_OK_TO_ALL ? of.groups.size() : of.next + 1;
+    if (answer != VGA_ANSWER_CANCEL && of.next < of.groups.size()) {
+        ask(desc, of);
+        return;
+    }
+    std::unique_ptr<VGA_DELETION> plan = std::move(of.plan);
+    asked.erase(found);
+    if (answer != VGA_ANSWER_CANCEL) {
+        vga_run_deletion(std::move(plan), handle, told);
+    }
+}
+
+/* Windows are closed without an answer, too. */
+NB_VOID forget_closed(NB_VOID) {
+    std::erase_if(asked, [](const auto &of) { return nba_validate_handle(of.first) == nullptr; });
+}
+
+} // namespace
+
+NB_VOID vga_listw_delete(VGA_LIST_WINDOW *window) {
+    const VGA_VIEWER_ROOT *root = vga_listw_current_root(window);
+    auto plan = std::make_unique<VGA_DELETION>();
+    const NB_USHORT reason = vga_plan_deletion(
+        root != nullptr ? vga_selected_to_delete(root) : std::vector<VGA_TO_DELETE>(), plan.get());
+    forget_closed();
+    if (reason != 0) {
+        vga_listw_message(window, reason);
+        return;
+    }
+    auto groups = vga_group_deletion(*plan);
+    ASKED &of = asked[window->common.handle];
+    of = {std::move(plan), std::move(groups), 0};
+    ask(&window->common, of);
+}
