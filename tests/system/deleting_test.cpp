@@ -4,6 +4,7 @@
 
 #include "lus.h"
 
+#include <algorithm>
 #include <csignal>
 
 namespace sys {
@@ -12,7 +13,7 @@ class Deleting : public SystemTest {
 protected:
     void load(const std::string &domain, const std::string &node_name) {
         node = &start_node(domain, "# none yet\n");
-        start_program({"-size", "small", "-geometry", "1100x1000"});
+        start_program({"-size", "small", "-geometry", "1100x1700"});
         window = loaded_window(node_name);
         ASSERT_NE(window, 0u);
         screen().focus(window);
@@ -38,6 +39,13 @@ protected:
 TEST_F(Deleting, ALinkStationGoesWithAllThatIsOnIt) {
     ASSERT_NO_FATAL_FAILURE(load("single", "corvid1"));
     const WindowId list = select("HOSTLINE");
+    screen().key("plus");
+    ASSERT_TRUE(wait_for([&] {
+        const std::vector<std::string> lines = screen().lines(list);
+        return std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
+            return line.starts_with("CLM009") && line.find(message(1257)) != std::string::npos;
+        });
+    })) << "all of it is up";
     screen().key("Delete");
     const std::string text = message(950, {"link station", "HOSTLINE"}) + " " +
                              message(953, {"1 PU, 9 LUs, 1 local LU"}) + " " +
