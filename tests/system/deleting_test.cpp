@@ -11,9 +11,10 @@ namespace sys {
 
 class Deleting : public SystemTest {
 protected:
-    void load(const std::string &domain, const std::string &node_name) {
+    void load(const std::string &domain, const std::string &node_name,
+              const std::string &resource = "*readOnly: no") {
         node = &start_node(domain, "# none yet\n");
-        start_program({"-size", "small", "-geometry", "1100x1700"});
+        start_program({"-size", "small", "-geometry", "1100x1700", "-xrm", resource});
         window = loaded_window(node_name);
         ASSERT_NE(window, 0u);
         screen().focus(window);
@@ -96,6 +97,41 @@ TEST_F(Deleting, OfFourThousandThreeStay) {
     EXPECT_TRUE(wait_for([&] { return screen().lines(list).size() == 4; })) << screen().text(list);
     Administrator admin(place.path("var/sna.sock"));
     EXPECT_EQ(admin.list(admin.connect("big"), records::local_lu).size(), 3u);
+}
+
+// Two have two partner LUs each, one has one: each group is asked about, and nothing goes before.
+TEST_F(Deleting, WhatIsNotAlikeIsAskedAboutSeparately) {
+    ASSERT_NO_FATAL_FAILURE(load("single", "corvid1"));
+    select("NETA.NORTH");
+    screen().key("End", {"Shift_L"});
+    const std::string first = message(951, {"2 remote systems", "NETA.NORTH, NETB.FALCON"}) + " " +
+                              message(953, {"4 partner LUs"});
+    const std::string second = message(950, {"remote system", "NETA.TELLER1"});
+    const struct {
+        const char *to_first, *to_second;
+        std::string end; // empty: nothing happens
+    } rows[] = {{"OK", "Cancel", ""},
+                {"No", "OK", message(958, {"1 remote system, 1 partner LU"})}};
+    for (const auto &row : rows) {
+        screen().focus(window);
+        screen().key("Delete");
+        press(box(question, first), row.to_first);
+        press(box(question, second), row.to_second);
+        EXPECT_TRUE(shows(window, row.end));
+        EXPECT_NE(screen().window_with(window, "NETA.NORTH"), 0u);
+        EXPECT_EQ(screen().window_with(window, "NETA.TELLER1 End node") == 0, !row.end.empty())
+            << "but for what its mode in use says";
+    }
+}
+
+TEST_F(Deleting, WhoOnlyLooksIsNotEvenAsked) {
+    ASSERT_NO_FATAL_FAILURE(load("single", "corvid1", "*readOnly: yes"));
+    ASSERT_NO_FATAL_FAILURE(read_box(message(213), message(606)));
+    screen().focus(window);
+    select("HOSTLINE");
+    screen().key("Delete");
+    EXPECT_TRUE(shows(window, message(1314)));
+    EXPECT_EQ(screen().find(question), 0u);
 }
 
 } // namespace sys
