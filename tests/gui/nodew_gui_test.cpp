@@ -302,11 +302,15 @@ TEST_F(NodeWindow, TheKeyboardGoesFromPaneToPane) {
 TEST_F(NodeWindow, KeysOfTheListAskForCommands) {
     show_node();
     click_line(VGA_NODEW_TOP_PANE, 1);
-    for (const char *name : {"Insert", "Delete", "Return"}) {
+    for (const char *name : {"Insert", "Return"}) {
         vga_message_node_window(&desc->common, 0);
         gui::key(name);
         EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_LATER));
     }
+    gui::key("Delete");
+    EXPECT_EQ(gui::box_text(&desc->common).find("Do you want to delete the port "), 0u);
+    vga_close_modal_dialog(&desc->common);
+    gui::give_focus(desc->common.shell);
     gvga_read_only = 1;
     gui::key("Insert"); // Add is never grey: it says so
     EXPECT_EQ(desc->common.modal_dlg.showing, 1);
