@@ -61,15 +61,16 @@ NB_USHORT vga_refuses_deletion(const VGA_TO_DELETE &what);
 /* One step of a plan: a resource that goes. */
 struct VGA_DELETION_ITEM {
     VGA_DELETABLE kind;
-    size_t line = 0;                      /* the line that it goes with: its index */
-    NB_LONG owner = -1;                   /* item that can go only behind this one; -1: none */
-    NB_LONG stopper = -1;                 /* item whose stop this one waits for; -1: none */
-    NB_LONG after = -1;                   /* item that changes the same entry before; -1: none */
-    size_t end = 0;                       /* items from the next up to this one go with it */
-    NB_ULONG node = 0;                    /* its handle; 0: it is of the domain */
-    NB_USHORT by_itself = 0;              /* flag: the node deletes it with its owner */
-    NB_USHORT stops = 0;                  /* flag: active now, so it is stopped first */
-    NB_ULONG sessions = 0;                /* that end with it and with no other item */
+    size_t line = 0;         /* the line that it goes with: its index */
+    NB_LONG owner = -1;      /* item that can go only behind this one; -1: none */
+    NB_LONG stopper = -1;    /* item whose stop this one waits for; -1: none */
+    NB_LONG refers = -1;     /* item that it names, and that goes behind it; -1: none */
+    NB_LONG after = -1;      /* item that changes the same entry before; -1: none */
+    size_t end = 0;          /* items from the next up to this one go with it */
+    NB_ULONG node = 0;       /* its handle; 0: it is of the domain */
+    NB_USHORT by_itself = 0; /* flag: the node deletes it with its owner */
+    NB_USHORT stops = 0;     /* flag: active now, so it is stopped first */
+    NB_ULONG sessions = 0;   /* that end with it and with no other item */
     NB_UCHAR entry[NAP_MAX_KEY + 2] = {}; /* the beginning of its list entry: its key */
     std::string part = {}; /* of a part of the entry: what tells it from the others */
     std::string name = {};
@@ -148,6 +149,10 @@ struct VGA_DELETABLE_ROW {
     NB_USHORT (*refuses)(const NB_VOID *record) = nullptr; /* null: never */
 };
 const VGA_DELETABLE_ROW &vga_deletable_row(VGA_DELETABLE kind);
+
+/* Has what names an LU or a pool of the plan go before it.  What is named by something that stays
+ * would be refused by the node: its line is left alone. */
+NB_VOID vga_order_referrers(VGA_DELETION *plan);
 
 /* The key of a part of an entry; empty for a kind that is none. */
 std::string vga_part_key(const VGA_DELETABLE_ROW &row, const NB_VOID *part);

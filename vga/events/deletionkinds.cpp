@@ -2,9 +2,11 @@
 #include "deletion.h"
 #include "linetypes.h"
 #include "messages.h"
+#include "recordtypes.h"
 #include "schemas.h"
 #include "vgadsutl.h"
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -30,6 +32,21 @@ NB_USHORT refuses_ls(const NB_VOID *record) {
     return unless(as<VGA_LS>(record).vcb->det_data.dynamic == 0);
 }
 
+/* A network's ports have their part in it while they are active. */
+NB_USHORT refuses_cn_port(const NB_VOID *record) {
+    const auto &member = as<VGA_CN_PORT>(record);
+    const VGA_PORT *port = vga_find_port(member.parent->parent, member.port_name);
+    return while_active(port != nullptr && port->vcb->det_data.port_state == NAP_ACTIVE);
+}
+
+NB_USHORT refuses_cn(const NB_VOID *record) {
+    NB_USHORT reason = 0;
+    vga_for_each(as<VGA_CN>(record).ports, &VGA_CN_PORT::links, [&reason](VGA_CN_PORT &member) {
+        reason = reason != 0 ? reason : refuses_cn_port(&member);
+    });
+    return reason;
+}
+
 NB_USHORT refuses_pu(const NB_VOID *record) {
     return unless(as<VGA_LOCAL_PU>(record).ls_entry == nullptr);
 }
@@ -43,15 +60,43 @@ NB_USHORT refuses_lu62(const NB_VOID *record) {
     return unless(lu.parent->cp_lu != &lu);
 }
 
+/* The node's defaults name one, too. */
 NB_USHORT refuses_mode(const NB_VOID *record) {
     const auto &mode = as<VGA_MODE_DEF>(record);
-    return mode.sna_defined != 0             ? NB_USHORT{VGA_MSG_NODEW_NOT_DEFINED}
-           : vga_count_mode_uses(&mode) != 0 ? NB_USHORT{VGA_MSG_DELETE_IN_USE}
-                                             : NB_USHORT{0};
+    const bool used =
+        vga_count_mode_uses(&mode) != 0 ||
+        memcmp(mode.parent->defaults.def_data.mode_name, mode.name, sizeof(mode.name)) == 0;
+    return mode.sna_defined != 0 ? NB_USHORT{VGA_MSG_NODEW_NOT_DEFINED}
+           : used                ? NB_USHORT{VGA_MSG_DELETE_IN_USE}
+                                 : NB_USHORT{0};
+}
+
+/* Whether a record of the tree names another in a field of its entry. */
+template <class Record, class Named>
+NB_USHORT while_named(const AVL_TREE &tree, AVL_NODE Record::*links, const records::FieldRow &by,
+                      const Named &name) {
+    NB_USHORT reason = 0;
+    vga_for_each(tree, links, [&](const Record &record) {
+        const auto *entry = reinterpret_cast<const NB_UCHAR *>(record.vcb);
+        if (memcmp(entry + by.offset, &name, sizeof(name)) == 0) {
+            reason = VGA_MSG_DELETE_IN_USE;
+        }
+    });
+    return reason;
 }
 
 NB_USHORT refuses_cos(const NB_VOID *record) {
-    return unless(as<VGA_COS>(record).vcb->def_data.sna_defined == 0);
+    const auto &cos = as<VGA_COS>(record);
+    return cos.vcb->def_data.sna_defined != 0
+               ? NB_USHORT{VGA_MSG_NODEW_NOT_DEFINED}
+               : while_named(cos.parent->mode_defs, &VGA_MODE_DEF::links,
+                             records::field(records::mode_def, "cos_name"), cos.name);
+}
+
+NB_USHORT refuses_access_list(const NB_VOID *record) {
+    const auto &list = as<VGA_ACCESS_LIST>(record);
+    return while_named(list.parent->tp_defs, &VGA_TP_DEF::links,
+                       records::field(records::tp, "list_name"), list.name);
 }
 
 NB_USHORT refuses_rem_sys(const NB_VOID *record) {
@@ -78,8 +123,8 @@ constexpr ROW rows[] = {
     {.kind = VGA_DELETE_DLC, .schema = &records::dlc, .message = VGA_MSG_DELETE_DLCS, .operable = VGA_OPERABLE_DLC},
     {.kind = VGA_DELETE_PORT, .schema = &records::port, .message = VGA_MSG_DELETE_PORTS, .type = VGA_VIEWER_PORT, .operable = VGA_OPERABLE_PORT, .refuses = refuses_port},
     {.kind = VGA_DELETE_LS, .schema = &records::ls, .message = VGA_MSG_DELETE_LINKS, .type = VGA_VIEWER_LS, .operable = VGA_OPERABLE_LS, .refuses = refuses_ls},
-    {.kind = VGA_DELETE_CN, .schema = &records::cn, .message = VGA_MSG_DELETE_CNS},
-    {.kind = VGA_DELETE_CN_PORT, .schema = &records::cn_port, .message = VGA_MSG_DELETE_CN_PORTS},
+    {.kind = VGA_DELETE_CN, .schema = &records::cn, .message = VGA_MSG_DELETE_CNS, .refuses = refuses_cn},
+    {.kind = VGA_DELETE_CN_PORT, .schema = &records::cn_port, .message = VGA_MSG_DELETE_CN_PORTS, .refuses = refuses_cn_port},
     {.kind = VGA_DELETE_PU, .schema = &records::pu, .message = VGA_MSG_DELETE_PUS, .type = VGA_VIEWER_LOCAL_PU, .operable = VGA_OPERABLE_LOCAL_PU, .refuses = refuses_pu},
     {.kind = VGA_DELETE_DOWN_PU, .schema = &records::down_pu, .message = VGA_MSG_DELETE_PUS, .operable = VGA_OPERABLE_DOWN_PU},
     {.kind = VGA_DELETE_LU03, .schema = &records::lu03, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_DEPLU, .operable = VGA_OPERABLE_LU03},
@@ -99,7 +144,7 @@ constexpr ROW rows[] = {
     {.kind = VGA_DELETE_PRIMARY_LU, .schema = &records::primary_lu0, .message = VGA_MSG_DELETE_LUS, .type = VGA_VIEWER_PRIMARY_LU0, .refuses = refuses_primary_lu},
     {.kind = VGA_DELETE_TP, .schema = &records::tp, .message = VGA_MSG_DELETE_PROGRAMS, .type = VGA_VIEWER_TP_DEF},
     {.kind = VGA_DELETE_TP_LOAD, .schema = &records::tp_load, .message = VGA_MSG_DELETE_PROGRAMS, .type = VGA_VIEWER_TP_LOAD_INFO},
-    {.kind = VGA_DELETE_ACCESS_LIST, .schema = &records::access_list, .message = VGA_MSG_DELETE_ACCESS_LISTS, .type = VGA_VIEWER_ACCESS_LIST},
+    {.kind = VGA_DELETE_ACCESS_LIST, .schema = &records::access_list, .message = VGA_MSG_DELETE_ACCESS_LISTS, .type = VGA_VIEWER_ACCESS_LIST, .refuses = refuses_access_list},
     {.kind = VGA_DELETE_TN_CLIENT, .schema = &records::tn_access, .message = VGA_MSG_DELETE_TN_RECORDS},
     {.kind = VGA_DELETE_TN_ASSOC, .schema = &records::tn_assoc, .message = VGA_MSG_DELETE_TN_RECORDS, .type = VGA_VIEWER_TN_ASSOC},
     {.kind = VGA_DELETE_TN_REDIRECT, .schema = &records::tn_redirect, .message = VGA_MSG_DELETE_TN_RECORDS, .type = VGA_VIEWER_TN_REDIRECT},

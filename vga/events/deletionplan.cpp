@@ -343,7 +343,6 @@ NB_USHORT vga_refuses_deletion(const VGA_TO_DELETE &what) {
 NB_USHORT vga_plan_deletion(const std::vector<VGA_TO_DELETE> &what, VGA_DELETION *plan) {
     PLANNER planner(*plan);
     NB_USHORT first_reason = what.empty() ? VGA_MSG_NODEW_SELECT_FIRST : 0;
-    NB_USHORT possible = 0;
     for (const VGA_TO_DELETE &one : what) {
         const NB_USHORT reason = vga_refuses_deletion(one);
         first_reason = first_reason == 0 ? reason : first_reason;
@@ -358,11 +357,15 @@ NB_USHORT vga_plan_deletion(const std::vector<VGA_TO_DELETE> &what, VGA_DELETION
         line.reason = reason != 0 ? vga_message(reason) : "";
         if (reason == 0) {
             accesses[one.kind].plan(planner, one.record);
-            possible = 1;
         }
         line.end = plan->items.size();
     }
-    return possible != 0 ? NB_USHORT{0} : first_reason;
+    vga_order_referrers(plan);
+    const bool possible = std::any_of(plan->lines.begin(), plan->lines.end(),
+                                      [](const auto &line) { return line.reason.empty(); });
+    return possible            ? NB_USHORT{0}
+           : first_reason == 0 ? NB_USHORT{VGA_MSG_DELETE_IN_USE}
+                               : first_reason;
 }
 
 std::vector<std::vector<size_t>> vga_group_deletion(const VGA_DELETION &plan) {

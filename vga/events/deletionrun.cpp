@@ -118,6 +118,22 @@ NB_USHORT is_there(const ITEM &item) {
 
 NB_VOID consider(RUN &run, size_t at);
 
+/* What waits for the item (-1: nothing) does so no more, or stays with it. */
+NB_VOID let_go(RUN &run, NB_LONG waiting, const ITEM &item) {
+    if (waiting < 0) {
+        return;
+    }
+    ITEM &other = run.item(static_cast<size_t>(waiting));
+    other.below--;
+    if (!item.reason.empty() && other.reason.empty()) {
+        const NB_USHORT message = vga_deletable_row(item.kind).message;
+        other.reason = message == 0 ? item.reason
+                                    : vga_deletion_words(VGA_MSG_DELETE_DEPENDS,
+                                                         vga_kind_word(item.kind), item.name);
+    }
+    consider(run, static_cast<size_t>(waiting));
+}
+
 /* It is through: what it goes with may be next. */
 NB_VOID through(RUN &run, size_t at, std::string reason) {
     ITEM &item = run.item(at);
@@ -134,18 +150,8 @@ NB_VOID through(RUN &run, size_t at, std::string reason) {
             consider(run, next);
         }
     }
-    if (item.owner < 0) {
-        return;
-    }
-    ITEM &owner = run.item(static_cast<size_t>(item.owner));
-    owner.below--;
-    if (!item.reason.empty() && owner.reason.empty()) {
-        const NB_USHORT message = vga_deletable_row(item.kind).message;
-        owner.reason = message == 0 ? item.reason
-                                    : vga_deletion_words(VGA_MSG_DELETE_DEPENDS,
-                                                         vga_kind_word(item.kind), item.name);
-    }
-    consider(run, static_cast<size_t>(item.owner));
+    let_go(run, item.owner, item);
+    let_go(run, item.refers, item);
 }
 
 NB_USHORT takes_part(const RUN &run, const ITEM &item) {
@@ -176,6 +182,7 @@ NB_VOID not_stopped(RUN &run, size_t at, const std::string &reason) {
             other.phase = ITEM::REFUSED;
             other.reason = of_others;
             run.deletion->done++;
+            let_go(run, other.refers, other);
         }
     }
     through(run, at, reason);
@@ -327,8 +334,10 @@ NB_VOID vga_run_deletion(std::unique_ptr<VGA_DELETION> plan, NB_ULONG user_data,
     for (const ITEM &item : deletion.items) {
         if (takes_part(run, item) != 0) {
             deletion.to_do++;
-            if (item.owner >= 0) {
-                run.item(static_cast<size_t>(item.owner)).below++;
+            for (const NB_LONG waiting : {item.owner, item.refers}) {
+                if (waiting >= 0) {
+                    run.item(static_cast<size_t>(waiting)).below++;
+                }
             }
         }
     }

@@ -107,7 +107,9 @@ NB_VOID vga_listw_delete(VGA_LIST_WINDOW *window) {
         root != nullptr ? vga_selected_to_delete(root) : std::vector<VGA_TO_DELETE>(), plan.get());
     forget_closed();
     if (reason != 0) {
-        vga_listw_message(window, reason);
+        const bool told_of_line = !plan->lines.empty();
+        vga_listw_message_text(window, told_of_line ? plan->lines.front().reason.c_str()
+                                                    : vga_message(reason));
         return;
     }
     auto groups = vga_group_deletion(*plan);
