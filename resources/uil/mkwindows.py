@@ -187,7 +187,7 @@ class Window:
         for section in sections:
             self.take(section)
         for tool in self.tools:
-            self.facts_of(tool, 'label', 'letter', 'icon', 'help')
+            self.facts_of(tool, 'label', 'letter', 'help', *(('icon',) if self.kind == 'main' else ()))
         self.check_menu(self.popup)
         self.check_menu(self.menus)
         self.check_lists(path.name)
@@ -500,7 +500,9 @@ def descriptions(windows):
                   {'vga_close_cb', 'vga_exit_cb', 'vga_button_push', 'vga_button_pop'} -
                   {name for name in re.findall(r'vga_menu_help_\w+', made)})
     declared = '\nprocedure\n' + ''.join(f'    {name}();\n' for name in used) if used else ''
-    return '! Made by mkwindows.py.\n' + declared + '\n' + made
+    titles = 'value\n' + ''.join(f'    {window.name}Title : exported {quoted(window.title)};\n'
+                                 for window in windows) + '\n'
+    return '! Made by mkwindows.py.\n' + declared + '\n' + titles + made
 
 
 # The program's side.

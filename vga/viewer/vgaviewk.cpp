@@ -234,7 +234,9 @@ NB_VOID vga_viewer_key_move(VGA_VIEWER_ROOT *root, NB_USHORT direction, NB_USHOR
     vga_viewer_call_disarm(view, type);
 }
 
-NB_VOID vga_viewer_key_input(Widget, XtPointer client_data, XEvent *event, Boolean *) {
+/* What the list takes goes no further: in a dialog the toolkit would press the default button, too.
+ */
+NB_VOID vga_viewer_key_input(Widget, XtPointer client_data, XEvent *event, Boolean *go_on) {
     VGA_VIEWER_VIEW *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
     if (view == nullptr || view->dragging != 0 || event->type != KeyPress) {
         return;
@@ -247,6 +249,7 @@ NB_VOID vga_viewer_key_input(Widget, XtPointer client_data, XEvent *event, Boole
     for (const KEY &key : keys) {
         if ((key.key == pressed || (key.keypad == pressed && pressed != NoSymbol)) &&
             (!key.with_ctrl || ctrl != 0)) {
+            *go_on = False;
             act(view, key, shift, ctrl);
             return;
         }

@@ -18,6 +18,14 @@ NB_VOID mode_ru_sizes(const VGA_MODE_DEF &record, NB_CHAR *text) {
     }
 }
 
+/* It serves for names that nobody defined. */
+NB_VOID mode_default(const VGA_MODE_DEF &record, NB_CHAR *text) {
+    const NAP_DEFAULTS defaults = record.parent->defaults.def_data;
+    if (memcmp(record.name, defaults.mode_name, sizeof(record.name)) == 0) {
+        vga_write_word(VGA_MSG_IS_DEFAULT, text);
+    }
+}
+
 constexpr VGA_LINE_COLUMN mode_def_columns[] = {
     {.heading = VGA_MSG_HEAD_MODE,
      .field = &field(records::mode_def, "name"),
@@ -27,7 +35,8 @@ constexpr VGA_LINE_COLUMN mode_def_columns[] = {
      .heading = VGA_MSG_HEAD_SESSIONS,
      .field = &field(records::mode_def, "plu_mode_session_limit")},
     {.stop = 34, .heading = VGA_MSG_HEAD_RU_SIZES, .write = vga_written<mode_ru_sizes>},
-    {.stop = 50,
+    {.stop = 50, .heading = VGA_MSG_HEAD_USE, .write = vga_written<mode_default>},
+    {.stop = 59,
      .heading = VGA_MSG_HEAD_DESCRIPTION,
      .field = &field(records::mode_def, "description")},
 };

@@ -1,4 +1,5 @@
 #include "dialogids.h"
+#include "fieldwidgets.h"
 #include "form.h"
 #include "globals.h"
 #include "graphics.h"
@@ -6,6 +7,7 @@
 #include "hints.h"
 #include "linerules.h"
 #include "listwindow.h"
+#include "lowscreen.h"
 #include "messages.h"
 #include "panes.h"
 #include "startstop.h"
@@ -106,6 +108,18 @@ NB_VOID vga_listw_add_key(Widget widget, XtPointer, XtPointer) {
 
 /* Actions. */
 
+/* A window of a node is called by its name, too; the descriptor may have been another's. */
+static NB_VOID set_title(VGA_DIALOG *opened, const VGA_NODE *node) {
+    const VGA_LISTW_PLAN &plan = *reinterpret_cast<VGA_LIST_WINDOW *>(opened)->plan;
+    if (node != nullptr && plan.lists[0].of_node != nullptr) {
+        NB_CHAR title[256];
+        vga_print_msg(title, sizeof(title), VGA_MSG_RECORDS_ON, "s cs",
+                      vga_form_literal(plan.prefix + std::string("Title")).c_str(),
+                      static_cast<NB_INT>(sizeof(node->name)), node->name);
+        vga_set_title(opened, title);
+    }
+}
+
 NB_VOID vga_listw_open(VGA_LIST_WINDOW *window, NB_USHORT dialog_id) {
     VGA_NODE *node = vga_listw_node(window);
     const VGA_UID_DESC *row = vga_find_row(dialog_id);
@@ -122,8 +136,13 @@ NB_VOID vga_listw_open(VGA_LIST_WINDOW *window, NB_USHORT dialog_id) {
     }
     VGA_DIALOG *opened = nullptr;
     if (vga_get_dialog(dialog_id, &window->common, node, &opened) != 0) {
+        set_title(opened, node);
         vga_listw_show_lists(reinterpret_cast<VGA_LIST_WINDOW *>(opened));
+        if (row->kind != VGA_KIND_MAIN) {
+            vga_listw_fit_dialog(reinterpret_cast<VGA_LIST_WINDOW *>(opened));
+        }
         vga_display_dialog(opened);
+        vga_listw_select_pane(reinterpret_cast<VGA_LIST_WINDOW *>(opened), 0, 1);
     }
 }
 

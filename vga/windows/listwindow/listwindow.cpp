@@ -168,6 +168,17 @@ NB_VOID vga_listw_close_proc(VGA_DIALOG *dialog) {
     set_window_of_lists(window, nullptr);
 }
 
+/* Lines may show something of what they belong to. */
+static NB_VOID draw_lines(const VGA_LIST_WINDOW *window) {
+    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
+        VGA_VIEWER_ROOT *root = vga_listw_root(window, pane);
+        if (root != nullptr && root->view != nullptr) {
+            vga_viewer_mark(root, 0, VGA_VIEWER_TO_END);
+            root->watcher->to_draw(root->view);
+        }
+    }
+}
+
 NB_VOID vga_listw_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what) {
     VGA_LIST_WINDOW *window = vga_listw_of(dialog);
     if (window == nullptr || item == nullptr) {
@@ -178,6 +189,7 @@ NB_VOID vga_listw_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_C
             vga_close_children(dialog, 1, 1);
             return;
         }
+        draw_lines(window);
         vga_listw_message_at_rest(window);
         vga_listw_set_button_states(window);
     } else if (what == VGA_RECORD_CHANGED &&

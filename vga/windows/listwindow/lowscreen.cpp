@@ -93,7 +93,8 @@ NB_VOID hide_key(const VGA_LIST_WINDOW *window, NB_USHORT pane) {
     Widget rule = rule_of(window, pane);
     XtUnmanageChild(key_of(window, pane));
     /* The rule hung on the key, and the title on the rule. */
-    XtVaSetValues(title, XmNbottomAttachment, XmATTACH_NONE, nullptr);
+    XtVaSetValues(title, XmNbottomAttachment, XmATTACH_NONE, XmNrightAttachment, XmATTACH_NONE,
+                  nullptr);
     XtVaSetValues(rule, XmNtopWidget, title, nullptr);
 }
 
@@ -147,6 +148,19 @@ VGA_LISTW_STEP vga_listw_choose_step(const VGA_LISTW_HEIGHTS &heights) {
         }
     }
     return VGA_LISTW_STEP_NO_TOOL_BAR;
+}
+
+NB_VOID vga_listw_fit_dialog(const VGA_LIST_WINDOW *window) {
+    constexpr int edge = 2 * static_cast<int>(frame_room);
+    XtWidgetGeometry wanted = {};
+    XtQueryGeometry(window->common.widget, nullptr, &wanted);
+    const int wide = wanted.width + edge - WidthOfScreen(gvga_screen);
+    const int high = wanted.height + edge - HeightOfScreen(gvga_screen);
+    if (wide > 0 || high > 0) {
+        XtVaSetValues(window->common.widget, XmNresizePolicy, XmRESIZE_NONE, XmNwidth,
+                      static_cast<Dimension>(wanted.width - std::max(wide, 0)), XmNheight,
+                      static_cast<Dimension>(wanted.height - std::max(high, 0)), nullptr);
+    }
 }
 
 NB_VOID vga_listw_fit_screen(VGA_LIST_WINDOW *window) {

@@ -34,4 +34,8 @@ NB_ULONG vga_listw_height_limit(NB_ULONG screen, VGA_LISTW_STEP step);
  * sizes of lines and icons. */
 NB_VOID vga_listw_fit_screen(VGA_LIST_WINDOW *window);
 
+/* Makes the list of a dialog smaller where the screen is too small for all of it.  For one that is
+ * about to be shown. */
+NB_VOID vga_listw_fit_dialog(const VGA_LIST_WINDOW *window);
+
 #endif

@@ -10,6 +10,8 @@
 
 #include "formrecords.h"
 
+struct VGA_LIST_WINDOW;
+
 struct VGA_RECORD_COLUMN {
     const records::FieldRow *field; /* of the record's entry */
     NB_USHORT width;                /* characters; never less than the title */
@@ -41,6 +43,12 @@ extern const std::span<const VGA_RECORD_WINDOW> gvga_record_windows;
 
 /* Opens the window of that name over `parent`, for a node, or raises it. */
 NB_VOID vga_show_record_window(const NB_CHAR *name, VGA_DIALOG *parent, VGA_NODE *node);
+
+/* The same for the node of a list window: actions of its commands. */
+NB_VOID vga_show_directory(VGA_LIST_WINDOW *window);
+NB_VOID vga_show_connection_networks(VGA_LIST_WINDOW *window);
+NB_VOID vga_show_partner_aliases(VGA_LIST_WINDOW *window);
+NB_VOID vga_show_classes_of_service(VGA_LIST_WINDOW *window);
 
 /* Slots of their rows of gvga_part_desc. */
 NB_USHORT vga_record_window_get_widgets(VGA_DIALOG *desc);

@@ -1,3 +1,4 @@
+#include "listwindow.h"
 #include "messages.h"
 #include "recordwindow.h"
 #include "schemas.h"
@@ -161,3 +162,22 @@ constexpr VGA_RECORD_WINDOW windows[] = {
 } // namespace
 
 constinit const std::span<const VGA_RECORD_WINDOW> gvga_record_windows = windows;
+
+static NB_VOID show(const NB_CHAR *name, VGA_LIST_WINDOW *window) {
+    if (VGA_NODE *node = vga_listw_node(window)) {
+        vga_show_record_window(name, &window->common, node);
+    }
+}
+
+NB_VOID vga_show_directory(VGA_LIST_WINDOW *window) {
+    show("dirw", window);
+}
+NB_VOID vga_show_connection_networks(VGA_LIST_WINDOW *window) {
+    show("cnw", window);
+}
+NB_VOID vga_show_partner_aliases(VGA_LIST_WINDOW *window) {
+    show("aliw", window);
+}
+NB_VOID vga_show_classes_of_service(VGA_LIST_WINDOW *window) {
+    show("cosw", window);
+}
