@@ -1,5 +1,6 @@
 #include "lowscreen.h"
 #include "graphics.h"
+#include "headings.h"
 #include "toolkit.h"
 #include <algorithm>
 #include <string>
@@ -58,6 +59,10 @@ NB_ULONG least_height(const VGA_LIST_WINDOW *window, NB_USHORT pane) {
            least_lines * gvga_viewer_item_height + scroll_bar + 2U * border + list_margins;
 }
 
+NB_ULONG headings_height(const VGA_LIST_WINDOW *window, NB_USHORT pane) {
+    return window->panes[pane].headings != nullptr ? vga_viewer_headings_height() : 0;
+}
+
 NB_ULONG key_height(const VGA_LIST_WINDOW *window, NB_USHORT pane) {
     if (key_of(window, pane) == nullptr) {
         return 0;
@@ -80,7 +85,7 @@ VGA_LISTW_HEIGHTS measure(const VGA_LIST_WINDOW *window) {
     heights.tool_bar = tool_bar_height(window);
     for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
         heights.panes += least_height(window, pane);
-        heights.keys += key_height(window, pane);
+        heights.keys += key_height(window, pane) + headings_height(window, pane);
     }
     return heights;
 }
@@ -150,6 +155,18 @@ VGA_LISTW_STEP vga_listw_choose_step(const VGA_LISTW_HEIGHTS &heights) {
     return VGA_LISTW_STEP_NO_TOOL_BAR;
 }
 
+NB_VOID vga_listw_set_headings(const VGA_LIST_WINDOW *window, NB_USHORT shown) {
+    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
+        Widget headings = window->panes[pane].headings;
+        if (headings == nullptr || XtIsManaged(headings) == (shown != 0)) {
+            continue;
+        }
+        XtVaSetValues(XtParent(window->panes[pane].draw_area), XmNtopWidget,
+                      shown != 0 ? headings : rule_of(window, pane), nullptr);
+        (shown != 0 ? XtManageChild : XtUnmanageChild)(headings);
+    }
+}
+
 NB_VOID vga_listw_fit_dialog(const VGA_LIST_WINDOW *window) {
     constexpr int edge = 2 * static_cast<int>(frame_room);
     XtWidgetGeometry wanted = {};
@@ -170,7 +187,9 @@ NB_VOID vga_listw_fit_screen(VGA_LIST_WINDOW *window) {
     const VGA_LISTW_STEP step = vga_listw_choose_step(measure(window));
     window->least_pane = 0;
     for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
-        const NB_ULONG key = step < VGA_LISTW_STEP_NO_KEYS ? key_height(window, pane) : 0;
+        const NB_ULONG key = step < VGA_LISTW_STEP_NO_KEYS
+                                 ? key_height(window, pane) + headings_height(window, pane)
+                                 : 0;
         const auto least = static_cast<Dimension>(least_height(window, pane) + key);
         Dimension minimum = 0;
         XtVaGetValues(window->panes[pane].form, XmNpaneMinimum, &minimum, nullptr);
@@ -181,6 +200,12 @@ NB_VOID vga_listw_fit_screen(VGA_LIST_WINDOW *window) {
     for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
         if (step >= VGA_LISTW_STEP_NO_KEYS || is_too_narrow(window, pane)) {
             hide_key(window, pane);
+        }
+    }
+    if (step >= VGA_LISTW_STEP_NO_KEYS) {
+        vga_listw_set_headings(window, 0);
+        for (VGA_LISTW_PANE &pane : window->panes) {
+            pane.headings = nullptr; /* for good */
         }
     }
     if (step >= VGA_LISTW_STEP_NO_TOOL_BAR) {

@@ -1,4 +1,5 @@
 #include "panes.h"
+#include "lowscreen.h"
 #include "rememberedlines.h"
 #include <Xm/PanedW.h>
 #include <algorithm>
@@ -166,6 +167,7 @@ static NB_VOID divide_again(VGA_LIST_WINDOW *window) {
         shares[pane] = window->panes[pane].share;
         total += height_of(window->panes[pane].form);
     }
+    vga_listw_set_headings(window, total >= NB_ULONG{window->list_count} * window->least_pane);
     Dimension minimum[VGA_LISTW_MAX_LISTS], maximum[VGA_LISTW_MAX_LISTS];
     vga_listw_divide(shares, window->list_count, total, window->least_pane, heights);
     XtVaSetValues(window->panes_widget, XmNrefigureMode, False, nullptr);
