@@ -59,6 +59,11 @@ constexpr FieldRow flag(const Place &at, const char *initial = nullptr) {
     row.initial = initial;
     return row;
 }
+/* A number of which only matters whether it is 0. */
+constexpr FieldRow as_flag(FieldRow row) {
+    row.kind = FieldKind::Flag;
+    return row;
+}
 constexpr FieldRow hex(const Place &at, const char *initial = nullptr) {
     FieldRow row = make(FieldKind::Hex, at);
     row.initial = initial;

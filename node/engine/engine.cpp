@@ -2,6 +2,7 @@
 
 #include "frames.h"
 #include "nbbase.h"
+#include "nodedefinition.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
 
@@ -21,28 +22,6 @@ bool is_traced(const Settings &row, const FieldRow &field) {
 /* What shows how much it carried. */
 bool shows_counters(ClassId id) {
     return id == CLASS_SESSION || id == CLASS_LS || id == CLASS_PORT || id == CLASS_MODE;
-}
-
-void take_definition(const NAP_DEFINE_NODE_VERB &verb, NAP_QUERY_NODE_VERB &record,
-                     NAP_QUERY_NODE_LIMITS_VERB &limits) {
-    memcpy(record.info.description, verb.description, sizeof verb.description);
-    memcpy(record.info.fq_cp_name, verb.fq_cp_name, sizeof verb.fq_cp_name);
-    memcpy(record.info.cp_alias, verb.cp_alias, sizeof verb.cp_alias);
-    record.info.node_type = verb.node_type;
-    record.info.cos_mapping = verb.cos_mapping;
-    record.cp_nau_addr = verb.cp_nau_addr;
-    record.dlur_support = verb.dlur_support;
-    record.dspu_support = verb.dspu_support;
-    record.hpr_support = verb.hpr_support;
-    record.node_id = verb.node_id;
-    record.tn3270_support = verb.tn3270_support;
-    record.primary_support = verb.primary_support;
-    record.tamrix_support = verb.tamrix_support;
-    record.directory_register = verb.directory_register;
-    limits.max_lus = verb.max_lus;
-    limits.max_links = verb.max_links;
-    limits.max_sessions = verb.max_sessions;
-    limits.max_users = verb.max_users;
 }
 
 } // namespace
@@ -198,7 +177,7 @@ Result Engine::define_node(const NB_UCHAR *block) {
     const Settings &limits_row = records::setting("limits");
     auto record = nap_copy<NAP_QUERY_NODE_VERB>(records_.image(row));
     auto limits = nap_copy<NAP_QUERY_NODE_LIMITS_VERB>(records_.image(limits_row));
-    take_definition(verb, record, limits);
+    records::take_node_definition(verb, record, limits);
     auto *image = reinterpret_cast<NB_UCHAR *>(&record);
     for (const FieldRow &field : row.fields) {
         const NB_ULONG wrong = check_field(field, image);

@@ -16,7 +16,7 @@ FIELD = CHANGED | {'shown', 'shown flag'}
 ALL = FIELD | {'list', 'child'}
 # What an option may stand with; with all else it would do nothing.
 OPTIONS = {'as': ALL, 'member': ALL, 'when': FIELD, 'hint': FIELD, 'not': {'flag', 'shown flag'},
-           'renames': CHANGED, 'check': CHANGED, 'required': ENTERED, 'empty': ENTERED, 'bad': ENTERED,
+           'toggle': {'flag'}, 'renames': CHANGED, 'check': CHANGED, 'required': ENTERED, 'empty': ENTERED, 'bad': ENTERED,
            'from': ENTERED, 'free': ENTERED, 'unknown': ENTERED, 'filter': ENTERED, 'button': ENTERED,
            'columns': ENTERED | {'column'}, 'part': ENTERED | {'shown'}, 'box': ENTERED | {'shown'},
            'style': {'text', 'shown'}, 'zero': {'number', 'shown'}, 'low': {'number'}, 'high': {'number'},

@@ -13,7 +13,9 @@ FIELDS is what listfields prints: kind, width, bounds, unit and words of a field
 schema and are not said again.  A description is a line a thing, lines that begin with # are comments;
 texts are ASCII, without double quotes and backslashes:
 
-    dialog NAME "Title" of SCHEMA TYPE [with SCHEMA TYPE]...   what it shows: records and their types
+    dialog NAME "Title" of SCHEMA TYPE [with SCHEMA TYPE]...   what it shows: records and their types;
+                        or settings, each with the place where the model has them:
+                        of settings.trace_type VGA_NODE.tracing.type [with ...]
     widgets NAME        vga_get_widgets_NAME looks its widgets up; every dialog has one
     include FILE        header with constants and types that the lines below name
     status              shows only: Close, Refresh, when it was asked, how often to ask again; unless
@@ -47,6 +49,7 @@ FIELD is a field of the first schema, SCHEMA.FIELD of another.  What may follow 
     box=Name[:member] button=Name[:member]  the manager around the field and its unit or "..."; the
                         "..."; and what the descriptor calls them
     not                 the flag is shown the other way round
+    toggle              the number is shown as a flag: off when it is 0
     part=network|name   of a qualified name
     style=STYLE         as VGA_STYLE_...
     required[=FUNCTION] must not be empty (when FUNCTION says so); an empty number otherwise means 0,
@@ -62,7 +65,7 @@ FIELD is a field of the first schema, SCHEMA.FIELD of another.  What may follow 
     filter=PROCEDURE columns=N   otherwise by kind and width
 
 What most=, check=, from= and required= name, and `arranged`, is called at every change of a field, and
-has no effect but its result.  Of the plan's functions `may_edit`, `question` and `issue` are called only
+has no effect but its result.  Of the plan's functions `refuses`, `question` and `issue` are called only
 while there is a record, or for a new one what it will belong to.  All others ask whether
 vga_form_record or vga_form_owner is null: a record goes while its dialog is open.
 
@@ -76,10 +79,10 @@ from pathlib import Path
 from checkforms import Fault, check_choice, check_dialog, check_line, check_together, condition
 
 WORD = re.compile(r'(?:"[^"]*"|[^\s"])+')
-PLAN_FUNCTIONS = {'load', 'may_edit', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
+PLAN_FUNCTIONS = {'load', 'refuses', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
                   'subject', 'failed', 'refresh', 'answered'}
 FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
-FLAGS = {'not', 'renames', 'zero', 'free'}
+FLAGS = {'not', 'renames', 'zero', 'free', 'toggle'}
 VALUES = {'as', 'member', 'box', 'button', 'part', 'style', 'required', 'low', 'high', 'most', 'check',
           'from', 'when', 'empty', 'bad', 'unknown', 'hint', 'filter', 'columns', 'editor'}
 UNITS = {'Seconds': 'seconds', 'Milliseconds': 'milliseconds', 'Hundredths': 'hundredths of a second',
@@ -152,7 +155,7 @@ class Item:
 
     @property
     def is_flag(self):
-        return self.what == 'switch' or self.row.kind == 'Flag'
+        return self.what == 'switch' or self.row.kind == 'Flag' or self.has('toggle')
 
     @property
     def is_menu(self):
@@ -472,6 +475,11 @@ class Coder:
     def record(self, schema):
         return schema.replace('.', '_')
 
+    def settings(self):
+        """The records as (name of the settings, type of what has them, member of that)."""
+        return [(schema.partition('.')[2], *kind.partition('.')[::2]) for schema, kind in self.dialog.records
+                if schema.startswith('settings.')]
+
     def functions(self):
         """Every function that the dialog's own code defines: (member of what, its name)."""
         found = [(f'VGA_FORM_PLAN::{member}', value) for member, value in self.dialog.plan.items()
@@ -505,7 +513,9 @@ class Coder:
         out = [f'/* {dialog.title}. */', '']
         out.append(f'struct {self.data} {{')
         for schema, kind in dialog.records:
-            data = f'std::remove_pointer_t<decltype({kind}::vcb)>' if kind.startswith('VGA_') else kind
+            root, _, member = kind.partition('.')
+            data = (f'decltype(std::declval<{root}>().{member})' if member else
+                    f'std::remove_pointer_t<decltype({kind}::vcb)>' if kind.startswith('VGA_') else kind)
             out.append(f'    {data} {self.record(schema)};')
         out += [f'    NB_UCHAR {name}; /* flag */' for name in (dialog.opener or dialog).switches()]
         out += ['};', '', f'struct {self.desc} {{', '    VGA_FORM form;']
@@ -538,6 +548,13 @@ class Coder:
                         f'{{.field = {self.dialog.fields().index(other)}, .test = {tests[operator]}, .value = "{value}"}}')
         return rows
 
+    @staticmethod
+    def row_of(item):
+        schema, _, inner = item.schema.partition('.')
+        return (f'records::item_field(records::{schema}, "{item.field}")' if inner == 'item' else
+                f'records::field(records::setting("{inner}"), "{item.field}")' if schema == 'settings' else
+                f'records::field(records::{item.schema}, "{item.field}")')
+
     def field(self, item):
         """One row of VGA_FIELD."""
         facts, row = item.facts, item.row
@@ -547,11 +564,7 @@ class Coder:
         if item.what == 'switch':
             out.append(f'.row = &{self.dialog.name}_{item.name}')
         else:
-            schema, _, inner = item.schema.partition('.')
-            whole = (f'records::item_field(records::{schema}, "{item.field}")' if inner == 'item' else
-                     f'records::setting("{inner}", "{item.field}")' if schema == 'settings' else
-                     f'records::field(records::{item.schema}, "{item.field}")')
-            out.append(f'.row = &{whole}')
+            out.append(f'.row = &{self.dialog.name}_{item.member}' if item.has('toggle') else f'.row = &{self.row_of(item)}')
             out.append(f'.base = offsetof({self.data}, {self.record(item.schema)})')
         if item.has('part'):
             out.append('.part = ' + {'network': 'VGA_FIELD_NETWORK', 'name': 'VGA_FIELD_NAME'}[facts['part']])
@@ -582,9 +595,19 @@ class Coder:
             if item.what == 'switch':
                 out.append(f'constexpr records::FieldRow {name}_{item.name} = '
                            f'records::rows::flag(FIELD_AT({self.data}, {item.name}));')
+            if item.has('toggle'):
+                out.append(f'constexpr records::FieldRow {name}_{item.member} = '
+                           f'records::rows::as_flag({self.row_of(item)});')
             if item.has('when'):
                 out += [f'constexpr VGA_CONDITION {name}_{item.member}_when[] = {{',
                         '    ' + ', '.join(self.conditions(item)), '};']
+        settings = self.settings()
+        if settings:
+            out += [f'constexpr VGA_FORM_SETTINGS {name}_settings[] = {{']
+            out += [f'    {{&records::setting("{row}"), offsetof({self.data}, settings_{row}), '
+                    f'[](const NB_VOID *record) -> const NB_VOID * {{ '
+                    f'return &static_cast<const {root} *>(record)->{member}; }}}},'
+                    for row, root, member in settings] + ['};']
         children = [item for item in dialog.items if item.what == 'child']
         lists = [item for item in dialog.items if item.what == 'list']
         out += [f'constexpr VGA_FIELD {name}_fields[] = {{'] + [self.field(item) for item in dialog.fields()] + ['};']
@@ -616,13 +639,17 @@ class Coder:
         if kinds:
             members['kind'] = f'VGA_FORM_{kinds[0].upper()}'
         schema, record = dialog.records[0]
-        if record.startswith('VGA_') and not dialog.child:
+        if record.startswith('VGA_') and not dialog.child and not settings:
             members['type'] = f'&vga_form_type<{record}>'
             members['schema'] = f'&records::{schema}'
             if not kinds:
                 members['issue'] = 'vga_form_issue_define'
             if dialog.status:
                 members['refresh'] = 'vga_form_issue_read'
+        if settings:
+            members.update(type=f'&vga_settings_type<{settings[0][1]}>', settings=f'{name}_settings',
+                           issue='vga_form_issue_settings', next='vga_form_next_settings',
+                           refuses='vga_form_refuses_settings')
         members.update(dialog.plan)
         out += [f'    .{member} = {members[member]},' for member in PLAN_ORDER if member in members]
         out += ['};', '',
@@ -635,7 +662,7 @@ class Coder:
 
 # In the order of the members of VGA_FORM_PLAN.
 PLAN_ORDER = ['kind', 'fields', 'widgets', 'children', 'lists', 'pages', 'shown', 'working', 'wanted',
-              'data_size', 'type', 'schema', 'defines', 'gone', 'help', 'load', 'may_edit', 'check',
+              'data_size', 'type', 'schema', 'settings', 'defines', 'gone', 'help', 'load', 'refuses', 'check',
               'question', 'shows_too', 'subject', 'issue', 'answered', 'next', 'failed', 'refresh', 'arranged']
 
 

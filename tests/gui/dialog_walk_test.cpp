@@ -155,6 +155,9 @@ class Forms : public LIVE_FORMS {
 protected:
     void SetUp() override {
         LIVE_FORMS::SetUp();
+        VGA_NODE *last = nullptr;
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&last](VGA_NODE &one) { last = &one; });
+        stop(last); // so that it can be configured
         for (const VGA_UID_DESC &row : gvga_uid_desc) {
             VGA_DIALOG *desc = nullptr;
             if (row.record_changed != vga_form_record_changed) {
@@ -257,18 +260,31 @@ template <class Visit> void for_each_field(VGA_FORM *form, Visit visit) {
  * record may have a verb of its own. */
 bool is_carried(const VGA_FORM *form, NB_USHORT number) {
     const VGA_FORM_TYPE *type = form->plan->type;
+    const auto settings = form->plan->settings;
+    if (!settings.empty()) { // each has a verb of its own, or all have one that is the dialog's
+        return settings.front().row->set == 0;
+    }
     return form->plan->kind != VGA_FORM_CHILD &&
            (form->adding != 0 || !row(form, number).has(VGA_FIELD_KEY)) &&
            (type == nullptr || row(form, number).offset() < type->entry_size);
 }
 
-/* Changes some field whose bytes a verb carries. */
+bool depends(const VGA_FORM *form, NB_USHORT number, int on) {
+    const auto when = row(form, number).when;
+    return std::any_of(when.begin(), when.end(), [&](const VGA_CONDITION &one) {
+        return one.field == on ||
+               (one.field >= 0 && depends(form, static_cast<NB_USHORT>(one.field), on));
+    });
+}
+
+/* Changes some field whose bytes a verb carries; `but` neither that one nor what it decides on. */
 bool change_any(VGA_FORM *form, int but = -1) {
     for (NB_USHORT number = 0; number < count(form) && form->read_only == 0; number++) {
         reset(form);
         const bool names = form->adding == 0 && row(form, number).has(VGA_FIELD_KEY);
-        if (number != but && !names && vga_form_field_editable(form, number) != 0 &&
-            change(form, number) && (but < 0 || make_useful(form, static_cast<NB_USHORT>(but)))) {
+        if (number != but && !depends(form, number, but) && !names &&
+            vga_form_field_editable(form, number) != 0 && change(form, number) &&
+            (but < 0 || make_useful(form, static_cast<NB_USHORT>(but)))) {
             return true;
         }
     }

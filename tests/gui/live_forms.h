@@ -9,6 +9,7 @@
 #include "formrecords.h"
 #include "hints.h"
 #include "looks.h"
+#include "nodestate.h"
 #include "vganodew.h"
 #include "windowtable.h"
 
@@ -49,6 +50,9 @@ protected:
     /* The records of a form's type, and what they belong to. */
     static std::vector<PLACE> places_of(const VGA_FORM_TYPE *type) {
         std::vector<PLACE> found;
+        if (type == &vga_settings_type<VGA_SYSTEM>) {
+            found.push_back({gvga_system, gvga_system});
+        }
         vga_walk_model([type, &found](auto &record, const char *, auto *) {
             using RECORD = std::remove_reference_t<decltype(record)>;
             if constexpr (requires {
@@ -59,9 +63,27 @@ protected:
                 if (type == &vga_form_type<RECORD>) {
                     found.push_back({&record, record.parent});
                 }
+                if constexpr (std::is_same_v<RECORD, VGA_NODE>) {
+                    if (type == &vga_settings_type<RECORD>) {
+                        found.push_back({&record, &record});
+                    }
+                }
             }
         });
         return found;
+    }
+
+    /* Stops the node in the model and in the node software. */
+    NB_VOID stop(VGA_NODE *node) {
+        NAP_NAME_VERB verb = {};
+        verb.opcode = NAP_STOP_NODE;
+        verb.stop_type = NAP_IMMEDIATE_STOP;
+        const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&verb);
+        std::vector<NB_UCHAR> block(bytes, bytes + nap_find_verb(verb.opcode)->block_size);
+        domain->execute(node->target, block);
+        domain->pass(60000);
+        domain->take_indications([](const std::string &, const NAP_RESOURCE_INDICATION &) {});
+        vga_process_stop_node(node, NAP_NODE_STOPPED);
     }
 
     const char *sample = "branch";

@@ -6,6 +6,7 @@
 #include "hooks.h"
 #include "listqueries.h"
 #include "nbproblem.h"
+#include "nodedefinition.h"
 #include "nodestate.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
@@ -156,13 +157,21 @@ NB_VOID set(const Settings &settings, VGA_NODE *node, const NAP_VCB *vcb) {
                        VGA_RECORD_CHANGED);
 }
 
-/* What a node is decides what it has: all of it is read again. */
-NB_VOID define_node(VGA_NODE *node) {
+/* What a node is decides what it has: all of it is read again.  One without a configuration has one
+ * now, and is stopped. */
+NB_VOID define_node(VGA_NODE *node, const NAP_VCB *vcb) {
+    records::take_node_definition(nap_copy<NAP_DEFINE_NODE_VERB>(vcb), node->node_data,
+                                  node->limits);
+    if (node->node_state == NAP_NODE_UNCONFIGURED) {
+        node->node_state = NAP_NODE_STOPPED;
+        node->node_data.info.node_state = NAP_NODE_STOPPED;
+    }
     if (node->cp_lu != nullptr) {
         vga_record_changed(node->cp_lu, VGA_RECORD_GONE);
         vga_take_out(node->cp_lu);
     }
     vga_start_build_node(node);
+    vga_node_list_changed(node, VGA_NODE_CHANGED);
 }
 
 NB_VOID set_role(const NAP_VCB *vcb, VGA_SERVER_ROLE role) {
@@ -190,7 +199,7 @@ NB_VOID complete_of_node(VGA_NODE *node, const VGA_PROCESS_STATE *work, const NA
     } else if (verb.kind == NAP_KIND_LIMIT) {
         vga_process_session_limit(work);
     } else if (verb.opcode == NAP_DEFINE_NODE) {
-        define_node(node);
+        define_node(node, work->vcb);
     }
 }
 

@@ -193,9 +193,13 @@ bool holds(const VGA_FORM *form, const VGA_CONDITION &condition) {
     return (strcmp(text, condition.value) == 0) == (condition.test == VGA_WHEN_IS);
 }
 
-/* Why the field is off: what its first condition that does not hold wants. */
+/* Why the field is off: what the dialog itself says, or what its first condition that does not hold
+ * wants. */
 std::string reason_of(const VGA_FORM *form, const VGA_FIELD &field) {
     NB_CHAR text[400];
+    if (form->refusal != 0) {
+        return vga_message(form->refusal);
+    }
     for (const VGA_CONDITION &condition : field.when) {
         if (holds(form, condition)) {
             continue;

@@ -69,15 +69,20 @@ NB_VOID vga_form_fill(VGA_FORM *form) {
 }
 
 /* A child accepts without a verb; whether it may edit is its parent's affair. */
-static NB_USHORT may_only_look(const VGA_FORM *form) {
+static NB_USHORT may_only_look(VGA_FORM *form) {
     const VGA_FORM_PLAN &plan = *form->plan;
+    form->refusal = 0;
     if (plan.kind == VGA_FORM_CHILD) {
+        form->refusal = vga_form_of(form->common.parent)->refusal;
         return vga_form_of(form->common.parent)->read_only;
     }
     const bool lost = form->adding != 0 ? vga_form_owner(form) == nullptr && plan.type != nullptr
                                         : vga_form_record(form) == nullptr;
-    return gvga_read_only != 0 || plan.issue == nullptr || lost ||
-           (plan.may_edit != nullptr && plan.may_edit(form) == 0);
+    if (gvga_read_only != 0 || plan.issue == nullptr || lost) {
+        return 1;
+    }
+    form->refusal = plan.refuses != nullptr ? plan.refuses(form) : NB_USHORT{0};
+    return form->refusal != 0;
 }
 
 NB_VOID vga_form_ok_cb(Widget widget, XtPointer, XtPointer) {
@@ -88,7 +93,11 @@ NB_VOID vga_form_ok_cb(Widget widget, XtPointer, XtPointer) {
 }
 
 NB_VOID vga_form_set_rights(VGA_FORM *form) {
+    const NB_USHORT refusal = form->refusal;
     form->read_only = may_only_look(form);
+    if (form->refusal != refusal) {
+        vga_form_say(form, "");
+    }
     auto set = form->read_only != 0 ? vga_dialog_disallow_edit : vga_dialog_allow_edit;
     set(&form->common, vga_form_ok_cb, form->apply_button);
     if (form->reset_button != nullptr) {
@@ -106,6 +115,18 @@ static NB_VOID copy_entry(const VGA_FORM_TYPE &type, const NB_VOID *entry, NB_UC
     memcpy(bytes, entry, length != 0 ? std::min(length, type.entry_size) : type.entry_size);
 }
 
+/* What the model has not read has its initial values. */
+static NB_VOID load_settings(const VGA_FORM *form, NB_UCHAR *bytes) {
+    const NB_VOID *record = vga_form_record(form);
+    for (const VGA_FORM_SETTINGS &settings : form->plan->settings) {
+        const NB_VOID *kept = record != nullptr ? settings.kept(record) : nullptr;
+        records::set_initial_fields(settings.row->fields, bytes + settings.base);
+        if (kept != nullptr && static_cast<const NAP_VCB *>(kept)->opcode != 0) {
+            memcpy(bytes + settings.base, kept, settings.row->block_size);
+        }
+    }
+}
+
 NB_VOID vga_form_load(VGA_FORM *form, NB_VOID *data) {
     const VGA_FORM_PLAN &plan = *form->plan;
     auto *bytes = static_cast<NB_UCHAR *>(data);
@@ -114,6 +135,8 @@ NB_VOID vga_form_load(VGA_FORM *form, NB_VOID *data) {
         vga_form_load_item(form, data);
     } else if (plan.kind == VGA_FORM_CHILD) {
         memcpy(bytes, vga_form_wanted(vga_form_of(form->common.parent)), plan.data_size);
+    } else if (!plan.settings.empty()) {
+        load_settings(form, bytes);
     } else if (plan.type != nullptr && vga_form_record(form) != nullptr) {
         copy_entry(*plan.type, plan.type->entry(vga_form_record(form)), bytes);
     } else if (plan.schema != nullptr) {
@@ -263,7 +286,7 @@ VGA_FORM *open(const OPENING &opening) {
     form->list = opening.list;
     form->item = opening.item;
     form->pending = form->leaving = form->confirmed = form->overwrite = form->page = form->gone = 0;
-    form->renaming = 0;
+    form->renaming = form->refusal = 0;
     vga_form_attach(form, opening.record,
                     opening.copied != nullptr ? form->plan->type->owner(opening.copied)
                                               : opening.owner);

@@ -14,6 +14,7 @@
 
 #include "chooser.h"
 #include "formfields.h"
+#include "settings.h"
 #include "verbqueue.h"
 #include "vgadgutl.h"
 #include <ctime>
@@ -72,6 +73,15 @@ struct VGA_FORM_TYPE {
     std::string (*answerer)(const NB_VOID *owner);
 };
 
+/* Settings of a node or of the domain, which the form's record is then.  They are read by a verb of
+ * their own and changed by another with the same block. */
+struct VGA_FORM_SETTINGS {
+    const records::Settings *row;
+    NB_USHORT base; /* in the data: where their block begins */
+    /* What the model has of them: the answer to their query; all zeroes before it came. */
+    const NB_VOID *(*kept)(const NB_VOID *record);
+};
+
 /* What comes behind the answer to a form's verb. */
 enum VGA_FORM_STEP : NB_USHORT {
     VGA_FORM_DONE,
@@ -81,7 +91,7 @@ enum VGA_FORM_STEP : NB_USHORT {
 
 /* What a dialog declares.  All but the tables and sizes may be null.
  *
- * Functions get a form without a record or owner when those are gone; only `may_edit`, `question`
+ * Functions get a form without a record or owner when those are gone; only `refuses`, `question`
  * and `issue` are not called then.  Those of the fields and `arranged` are called at every change
  * of a field: they have no effect but their result. */
 struct VGA_FORM_PLAN {
@@ -94,6 +104,7 @@ struct VGA_FORM_PLAN {
     NB_USHORT shown = 0, working = 0, wanted = 0, data_size = 0; /* in the descriptor */
     const VGA_FORM_TYPE *type = nullptr;     /* null: the dialog loads and issues by itself */
     const records::Schema *schema = nullptr; /* of the first record of the data */
+    std::span<const VGA_FORM_SETTINGS> settings = {}; /* instead: what the data consist of */
 
     /* The record's last breath makes the dialog one that defines it anew; without the flag nothing
      * can be changed any more then. */
@@ -105,8 +116,9 @@ struct VGA_FORM_PLAN {
      * or what a new one begins with. */
     NB_VOID (*load)(const VGA_FORM *form, NB_VOID *data) = nullptr;
 
-    /* 0: the record can be looked at only.  An operator without rights never can do more. */
-    NB_USHORT (*may_edit)(const VGA_FORM *form) = nullptr;
+    /* The message, without arguments, that says why the record can be looked at only; 0: it can be
+     * changed.  It stands in the message line.  An operator without rights never can do more. */
+    NB_USHORT (*refuses)(const VGA_FORM *form) = nullptr;
 
     /* What the fields one by one cannot know; may put the data in order, too. */
     VGA_FAULT (*check)(const VGA_FORM *form, NB_VOID *wanted) = nullptr;
@@ -118,7 +130,8 @@ struct VGA_FORM_PLAN {
      * that one changes, too. */
     NB_USHORT (*shows_too)(const VGA_FORM *form, const NB_VOID *item) = nullptr;
 
-    /* What the title calls the record; without it, the first field's text. */
+    /* What the title calls the record; without it, the first field's text, and of settings whose
+     * they are. */
     std::string (*subject)(const VGA_FORM *form) = nullptr;
 
     /* Issues the first verb about vga_form_wanted, with vga_form_handle as user data; 0 when it
@@ -152,6 +165,7 @@ struct VGA_FORM {
     VGA_DIALOG common;
     const VGA_FORM_PLAN *plan;
     NB_USHORT read_only; /* nothing can be edited now */
+    NB_USHORT refusal;   /* message: why, where the dialog itself says so; or 0 */
     NB_USHORT adding;    /* a new record; more of them follow when `repeat` is set */
     NB_USHORT repeat;
     NB_USHORT pending;   /* a verb is under way */

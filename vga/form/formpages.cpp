@@ -238,7 +238,8 @@ NB_VOID vga_form_show_page(VGA_FORM *form, NB_USHORT page) {
 }
 
 NB_VOID vga_form_say(VGA_FORM *form, const NB_CHAR *text) {
-    vga_set_line_text(form->message_line, text[0] != '\0' ? text : " ");
+    const NB_CHAR *at_rest = form->refusal != 0 ? vga_message(form->refusal) : " ";
+    vga_set_line_text(form->message_line, text[0] != '\0' ? text : at_rest);
 }
 
 NB_USHORT vga_form_next_page(VGA_FORM *form) {

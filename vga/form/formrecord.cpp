@@ -196,12 +196,35 @@ std::string vga_form_answerer_of(const VGA_FORM *form) {
                                                               : "";
 }
 
+/* As it is called in the middle of a sentence. */
+static std::string whose_settings(const VGA_FORM *form) {
+    NB_CHAR text[200];
+    if (form->plan->type->of_domain != 0) {
+        return vga_message(VGA_MSG_THE_DOMAIN);
+    }
+    vga_print_msg(text, sizeof(text), VGA_MSG_THE_NODE, "s", vga_form_answerer_of(form).c_str());
+    return text;
+}
+
 std::string vga_form_subject(const VGA_FORM *form) {
     const VGA_FORM_PLAN &plan = *form->plan;
     if (plan.subject != nullptr) {
         return plan.subject(form);
     }
+    if (!plan.settings.empty()) {
+        return whose_settings(form);
+    }
     return plan.fields.empty() ? "" : vga_form_text_of(form, 0, vga_form_shown(form));
+}
+
+/* Of a record: with its node, if it has one.  Of a new one: with what it will belong to. */
+static NB_USHORT title_message(const VGA_FORM *form, const std::string &node) {
+    if (!vga_form_root(form)->plan->settings.empty()) {
+        return VGA_MSG_FORM_TITLE_SETTINGS;
+    }
+    return form->adding == 0 ? node.empty() ? VGA_MSG_FORM_TITLE_DOMAIN : VGA_MSG_FORM_TITLE
+           : node.empty()    ? VGA_MSG_FORM_TITLE_NEW_DOMAIN
+                             : VGA_MSG_FORM_TITLE_NEW;
 }
 
 /* The name of what it is about and of its node; the box about a loss is soon read, so the title
@@ -211,18 +234,14 @@ NB_VOID vga_form_show_title(VGA_FORM *form) {
     const VGA_FORM_TYPE *type = vga_form_root(form)->plan->type;
     const std::string node =
         type != nullptr && type->of_domain == 0 ? vga_form_answerer_of(form) : "";
-    const NB_USHORT message = form->adding == 0
-                                  ? node.empty() ? VGA_MSG_FORM_TITLE_DOMAIN : VGA_MSG_FORM_TITLE
-                              : node.empty() ? VGA_MSG_FORM_TITLE_NEW_DOMAIN
-                                             : VGA_MSG_FORM_TITLE_NEW;
     if (form->gone != 0) {
         const std::string kept = vga_get_title(&form->common);
         vga_print_msg(title, sizeof(title), VGA_MSG_FORM_TITLE_GONE, "s", kept.c_str());
     } else {
         const std::string subject =
             form->adding == 0 ? vga_form_subject(vga_form_root(form)) : node;
-        vga_print_msg(title, sizeof(title), message, "s s s", form->title, subject.c_str(),
-                      node.c_str());
+        vga_print_msg(title, sizeof(title), title_message(form, node), "s s s", form->title,
+                      subject.c_str(), node.c_str());
     }
     vga_set_title(&form->common, title);
 }

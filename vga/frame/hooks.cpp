@@ -6,6 +6,9 @@ NB_VOID vga_node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     if (gvga_hooks.node_list_changed != nullptr) {
         gvga_hooks.node_list_changed(node, change);
     }
+    if (change == VGA_NODE_CHANGED) { /* dialogs about the node itself hear of records only */
+        vga_record_changed(node, VGA_RECORD_CHANGED);
+    }
 }
 
 NB_VOID vga_record_changed(NB_VOID *item, VGA_RECORD_CHANGE what) {

@@ -90,6 +90,28 @@ inline constexpr VGA_FORM_TYPE vga_form_type = {
     .answerer = VGA_FORM_RECORD<Record>::answerer,
 };
 
+/* Settings of a node or of the domain, which is record and owner at once. */
+inline VGA_DIALOG **vga_slot_of_settings(VGA_NODE *node) {
+    return &node->gui_data.dialog;
+}
+inline VGA_DIALOG **vga_slot_of_settings(VGA_SYSTEM *) {
+    return nullptr; /* it never goes */
+}
+template <class Root>
+inline constexpr VGA_FORM_TYPE vga_settings_type = {
+    .entry_size = 0,
+    .of_domain = std::is_same_v<Root, VGA_SYSTEM>,
+    .entry = nullptr,
+    .owner = [](const NB_VOID *root) { return const_cast<NB_VOID *>(root); },
+    .find = [](NB_VOID *, const NB_VOID *) -> NB_VOID * { return nullptr; },
+    .slot = [](NB_VOID *root) { return vga_slot_of_settings(static_cast<Root *>(root)); },
+    .owner_slot = [](NB_VOID *root) { return vga_slot_of_settings(static_cast<Root *>(root)); },
+    .target = [](const NB_VOID *root) { return vga_form_target(static_cast<const Root *>(root)); },
+    .owner_handle = [](const NB_VOID *root) { return static_cast<const Root *>(root)->handle; },
+    .answerer =
+        [](const NB_VOID *root) { return vga_form_answerer(static_cast<const Root *>(root)); },
+};
+
 /* The choices of a field, from records of the model: each text once, in order. */
 class VGA_CHOICES {
 public:
@@ -117,6 +139,13 @@ private:
 
 /* `issue` of a form whose first record is one that a define verb carries: issues that verb. */
 NB_USHORT vga_form_issue_define(VGA_FORM *form);
+
+/* `issue` and `next` of a form of settings: set what was changed, one after the other. */
+NB_USHORT vga_form_issue_settings(VGA_FORM *form);
+VGA_FORM_STEP vga_form_next_settings(VGA_FORM *form, const VGA_PROCESS_STATE *work);
+
+/* `refuses` of a form of settings: whose they are is not connected. */
+NB_USHORT vga_form_refuses_settings(const VGA_FORM *form);
 
 /* `refresh` of a status form: asks for the record's entry in its list, which the model takes as any
  * other answer. */

@@ -2,6 +2,7 @@
 #include "forms.h"
 #include "listwindow.h"
 #include "recordwindow.h"
+#include "vganotices.h"
 #include <algorithm>
 #include <string_view>
 
@@ -125,7 +126,9 @@ constexpr VGA_UID_TABLE rows = {{
     dialog(VGA_UID_SDLC_LS_ADV_DIALOG, "sadvl", VGA_KIND_MODAL),
     dialog(VGA_UID_LLC2_LS_ADV_DIALOG, "ladvl", VGA_KIND_MODAL),
     dialog(VGA_UID_QLLC_LS_ADV_DIALOG, "qadvl", VGA_KIND_MODAL),
-    dialog(VGA_UID_START_HELP_DIALOG, "shlpd", VGA_KIND_MODAL),
+    {VGA_UID_START_HELP_DIALOG, "shlpd", VGA_KIND_MODAL, sizeof(VGA_DIALOG), no_widgets, nullptr,
+     nullptr, nullptr, nullptr, nullptr, gvga_shlpd_callbacks, VGA_SHLPD_CALLBACK_COUNT, nullptr, 0,
+     vga_shlpd_record_changed},
     dialog(VGA_UID_USER_STATUS_DIALOG, "ustad", VGA_KIND_DIALOG),
     dialog(VGA_UID_TN_WINDOW, "tnw", VGA_KIND_MAIN),
     dialog(VGA_UID_TN_DIALOG, "tnd", VGA_KIND_DIALOG),
@@ -134,7 +137,7 @@ constexpr VGA_UID_TABLE rows = {{
     dialog(VGA_UID_CL_SECURITY_DIALOG, "clscd", VGA_KIND_DIALOG),
     dialog(VGA_UID_SL_SECURITY_WINDOW, "slscw", VGA_KIND_DIALOG),
     dialog(VGA_UID_SL_SECURITY_DIALOG, "slscd", VGA_KIND_DIALOG),
-    dialog(VGA_UID_ABOUT_BOX, "about", VGA_KIND_MODAL),
+    {VGA_UID_ABOUT_BOX, "about", VGA_KIND_MODAL, sizeof(VGA_DIALOG), vga_get_widgets_about},
     dialog(VGA_UID_POOL_CTX_ADD_DIALOG, "pctxd", VGA_KIND_DIALOG),
     dialog(VGA_UID_STOP_LS_DIALOG, "stopl", VGA_KIND_MODAL),
     dialog(VGA_UID_START_LS_DIALOG, "strtl", VGA_KIND_MODAL),

@@ -68,6 +68,7 @@ template <auto Field> NB_VOID keep_tn(VGA_NODE *node, const NAP_VCB *vcb) {
 
 template <auto Field> NB_VOID keep_logging(VGA_NODE *, const NAP_VCB *vcb) {
     memcpy(&(gvga_system->logging.*Field), vcb, sizeof(gvga_system->logging.*Field));
+    vga_record_changed(gvga_system, VGA_RECORD_CHANGED);
 }
 
 /* A build that runs again opens its files again. */
@@ -124,9 +125,7 @@ NB_VOID keep_node_data(VGA_NODE *node, const NAP_VCB *vcb) {
         need_fake_port(vga_init_vga_primary_line_fake_port, vga_insert_vga_primary_line_fake_port,
                        node);
     }
-    if (gvga_hooks.node_list_changed != nullptr) {
-        gvga_hooks.node_list_changed(node, VGA_NODE_CHANGED);
-    }
+    vga_node_list_changed(node, VGA_NODE_CHANGED);
 }
 
 /* Owners of owned lists. */

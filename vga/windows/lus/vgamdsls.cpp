@@ -49,10 +49,11 @@ NB_USHORT vga_mdsls_shows_too(const VGA_FORM *form, const NB_VOID *item) {
     return item == definition_of(mode_of(form));
 }
 
-NB_USHORT vga_mdsls_may_edit(const VGA_FORM *form) {
+NB_USHORT vga_mdsls_refuses(const VGA_FORM *form) {
     const VGA_MODE_DEF *definition = definition_of(mode_of(form));
-    return definition != nullptr &&
-           (definition->vcb->mode_chars.mode_flags & NAP_MODE_CONTROL_POINT) == 0;
+    const bool is_own = definition != nullptr &&
+                        (definition->vcb->mode_chars.mode_flags & NAP_MODE_CONTROL_POINT) == 0;
+    return is_own ? 0 : VGA_MSG_MDSLS_OF_CONTROL_POINTS;
 }
 
 std::string vga_mdsls_subject(const VGA_FORM *form) {
