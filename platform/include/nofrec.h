@@ -287,10 +287,12 @@ typedef struct nap_define_node {
 #define NAP_DLC_MPC         129
 #define NAP_DLC_MPC_PLUS    130
 
+#define NAP_BLOCK_MUX_CARDS 128 /* card number from which on a channel is a block multiplexer */
+
 typedef struct nap_dlc_def {
     NB_UCHAR description[32];  /* text */
     NB_UCHAR dlc_type;         /* NAP_DLC_SDLC and the like */
-    NB_UCHAR card_number;      /* 0..254 */
+    NB_UCHAR card_number;      /* 0..254; of a channel it says the card's type, too */
     NB_UCHAR initially_active; /* flag: started with the node */
     NB_UCHAR reserved;
 } NAP_DLC_DEF;

@@ -6,6 +6,9 @@ usage: mkhelp.py OUTPUT TITLE SOURCE...
 A source *.labels lists the fields of dialogs, "topic<TAB>file:line<TAB>label" each: a definition of
 the topic has to name it, alone or as one of several ("Local LU, mode").
 
+A source *.txt lists the windows that are not written yet, "NAME KIND TITLE" each (resources/uil/later.txt): the
+pages of that name say so.
+
 Topics stand in the contents in the order of the files and of the topics in them.  A fault is a
 field that is not explained, a topic that is there twice, a link to a topic that is not there, a
 topic that nothing leads to, one without text, a mark that does not end, and text that would not fit;
@@ -23,6 +26,7 @@ TOPIC = re.compile(r"(=+) ([a-z0-9_]+): (.+)")
 ITEM = re.compile(r"(\*+|#|\+|!|:|\?|\|) ?(.*)")
 MARK = re.compile(r"\[\[(?P<link>[^\]]*)\]\]|``(?P<fixed>.*?)``|\*\*(?P<strong>.*?)\*\*"
                   r"|//(?P<emphasis>.*?)//")
+NOT_YET = "This release does not have this window yet. The page says what it is for."
 STYLES = {"fixed": "f", "strong": "b", "emphasis": "i"}
 OTHER_TARGETS = re.compile(r"(man:[\w.+-]+\(\w+\)|app:\w+)")
 
@@ -42,7 +46,7 @@ class Reader:
     """Reads sources into topics; faults are collected as texts."""
 
     def __init__(self):
-        self.topics, self.faults, self.labels = [], [], []
+        self.topics, self.faults, self.labels, self.later = [], [], [], set()
 
     def fault(self, place, text):
         self.faults.append(f"{place}: {text}")
@@ -50,6 +54,15 @@ class Reader:
     def read_labels(self, path):
         lines = path.read_text(encoding="utf-8").splitlines()
         self.labels += [line.split("\t") for line in lines]
+
+    def read_later(self, path):
+        lines = path.read_text(encoding="utf-8").splitlines()
+        self.later |= {line.split()[0] for line in lines if line.strip() and not line.startswith("#")}
+
+    def mark_later(self):
+        for topic in self.topics:
+            if topic.name in self.later:
+                topic.blocks.insert(0, (topic.place, "W", 0, NOT_YET))
 
     def check_labels(self):
         named = {(topic.name, name.strip()) for topic in self.topics
@@ -195,8 +208,10 @@ def main(arguments):
         return 2
     reader = Reader()
     for name in arguments[3:]:
-        (reader.read_labels if name.endswith(".labels") else reader.read)(Path(name))
+        read = {".labels": reader.read_labels, ".txt": reader.read_later}.get(Path(name).suffix, reader.read)
+        read(Path(name))
     reader.check_labels()
+    reader.mark_later()
     body = "".join(line + "\n" for line in Writer(reader).records(arguments[2])).encode()
     if not reader.topics:
         reader.fault(arguments[3], "there is no topic")

@@ -4,7 +4,7 @@ line and says what to do."""
 import re
 
 # What follows the first word of a line: texts in quotes, then more of it, or one that may be left out.
-LINES = {'dialog': 'NAME "Title" of SCHEMA TYPE ...', 'widgets': 'NAME', 'include': 'FILE ...', 'status': '',
+LINES = {'dialog': 'NAME "Title" of SCHEMA TYPE ...', 'with': 'SCHEMA TYPE', 'widgets': 'NAME', 'include': 'FILE ...', 'status': '',
          'guided': '', 'part': '', 'state': 'TYPE', 'plan': 'MEMBER=VALUE ...', 'page': '"Tab"', 'group': '"Heading"',
          'choice': 'WORD "Text" [called]', 'order': 'FIELD ...', 'show': 'FIELD "Label" ...',
          'edit': 'FIELD "Label" ...', 'key': 'FIELD "Label" ...', 'switch': 'NAME "Label" ...',
@@ -143,7 +143,16 @@ def check_names(dialog):
         need(fields.setdefault(name, item) is item, item.place, f'{item.name} is there already: take one away')
 
 
+def check_records(dialog):
+    settings = [schema.startswith('settings.') for schema, _ in dialog.records]
+    need(all(settings) or not any(settings), dialog.place, 'settings and records have dialogs of their own: take one kind away')
+    for schema, kind in dialog.records:
+        need(schema.startswith('settings.') == ('.' in kind), dialog.place,
+             f'say where the model has {schema}: VGA_NODE.member, and of no other schema')
+
+
 def check_dialog(dialog):
+    check_records(dialog)
     need(dialog.widgets, dialog.place, 'say "widgets NAME": without it there is no such form')
     kinds = [kind for kind in ('status', 'child', 'guided') if getattr(dialog, kind)]
     need(len(kinds) <= 1, dialog.place, f'a dialog is one of {", ".join(kinds)}: take the others away')

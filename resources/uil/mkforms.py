@@ -15,7 +15,8 @@ texts are ASCII, without double quotes and backslashes:
 
     dialog NAME "Title" of SCHEMA TYPE [with SCHEMA TYPE]...   what it shows: records and their types;
                         or settings, each with the place where the model has them:
-                        of settings.trace_type VGA_NODE.tracing.type [with ...]
+                        of settings.trace_type VGA_NODE.tracing.type
+    with SCHEMA TYPE    more of them, where the first line is long enough
     widgets NAME        vga_get_widgets_NAME looks its widgets up; every dialog has one
     include FILE        header with constants and types that the lines below name
     status              shows only: Close, Refresh, when it was asked, how often to ask again; unless
@@ -229,6 +230,8 @@ class Dialog:
             self.place = place
         elif self.name is None:
             raise Fault('the first line says: dialog NAME "Title" of SCHEMA TYPE')
+        elif what == 'with':
+            self.read_records([what, *words])
         elif what in ('status', 'guided', 'part') or what == 'child' and not words:
             setattr(self, what, True)
         elif what in ('widgets', 'state'):
@@ -263,7 +266,9 @@ class Dialog:
 
     def read_head(self, words):
         self.name, self.title = words[0], words[1].strip('"')
-        rest = words[2:]
+        self.read_records(words[2:])
+
+    def read_records(self, rest):
         while rest:
             if rest[0] not in ('of', 'with') or len(rest) < 3 or rest[1] not in self.rows:
                 raise Fault(f'"{" ".join(rest)}" names no schema and type: write of SCHEMA TYPE, then with SCHEMA TYPE')

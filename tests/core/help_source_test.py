@@ -27,6 +27,7 @@ that goes on, [[man:quiladmin(1)]] and [[app:web1|the web]].
 == page: Page
 See [[+home|the first one]].
 """
+LATER = "# a comment\n\npage  dialog  Page\n"
 LABELS = "LABELS\nhome\ta.dlg:4\tOther term:\n"
 
 FAULTS = (  # what stands behind the good source, and the fault it has
@@ -45,7 +46,8 @@ FAULTS = (  # what stands behind the good source, and the fault it has
     ("LABELS\npage\ta.dlg:5\tTerm\n", "a.dlg:5: the help topic page does not explain"),
 )
 
-RECORDS = ("C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow it",
+RECORDS = ("T\tpage\tPage\nW\t0\tpThis release does not have this window yet. The page says what it is for.",
+           "C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow it",
            "F\t0\tp  as it stands", "P\t0\tpSee \tl+home|the first one\tp.",
            "P\t0\tpText with \tbstrong\tp, \tiemphasis\tp, \tffixed\tp and a link to "
            "\tlpage|Page\tp that goes on, \tlman:quiladmin(1)|man:quiladmin(1)\tp and "
@@ -55,13 +57,15 @@ RECORDS = ("C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow 
 def make(mkhelp, folder, text):
     """Returns the exit status, what was printed, and the volume or None."""
     source, volume, labels = folder / "test.hlp", folder / "volume", folder / "test.labels"
+    later = folder / "later.txt"
+    later.write_text(LATER, encoding="utf-8")
     text, _, fields = text.partition("LABELS\n")
     source.write_text(text, encoding="utf-8")
     labels.write_text(fields, encoding="utf-8")
     volume.unlink(missing_ok=True)
     printed = io.StringIO()
     with contextlib.redirect_stderr(printed):
-        status = mkhelp.main(["mkhelp", str(volume), "Title", str(source), str(labels)])
+        status = mkhelp.main(["mkhelp", str(volume), "Title", str(source), str(labels), str(later)])
     return status, printed.getvalue(), volume.read_text() if volume.exists() else None
 
 
@@ -78,7 +82,7 @@ def main(arguments):
         if status != 0:
             wrong.append(f"a good source was refused: {printed}")
         wrong += [f"missing: {record!r}" for record in RECORDS
-                  if record not in (volume or "").split("\n")]
+                  if f"\n{record}\n" not in (volume or "")]
         for text, fault in FAULTS + (("Text.\n", "before the first topic"), ("", "no topic")):
             before = "" if fault in ("before the first topic", "no topic") else GOOD
             status, printed, volume = make(mkhelp, folder, before + text)

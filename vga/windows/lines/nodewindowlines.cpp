@@ -87,7 +87,6 @@ constexpr ICON_OF port_icons[] = {
     {NAP_DLC_CHANNEL, VGA_ICON_PORTESCON},  {NAP_DLC_IP, VGA_ICON_PORTIP},
     {NAP_DLC_MPC, VGA_ICON_PORTMPC},        {NAP_DLC_MPC_PLUS, VGA_ICON_PORTMPCPLUS},
 };
-constexpr NB_UCHAR first_block_mux_card = 128;
 
 NB_VOID ls_status(const VGA_LS &ls, NB_CHAR *text) {
     vga_write_word(vga_word_message(records::state_words, ls.state, VGA_MSG_UNKNOWN_STATUS), text);
@@ -306,7 +305,7 @@ NB_USHORT vga_choose_port_viewer_icon(NB_VOID *data) {
     }
     const NB_UCHAR dlc_type = port->vcb->def_data.dlc_type;
     if (dlc_type == NAP_DLC_CHANNEL &&
-        port->parent->vcb->def_data.card_number >= first_block_mux_card) {
+        port->parent->vcb->def_data.card_number >= NAP_BLOCK_MUX_CARDS) {
         return VGA_ICON_PORTBLKMUX;
     }
     return find_icon(port_icons, dlc_type, VGA_ICON_PORT);

@@ -16,7 +16,9 @@
 namespace {
 
 NB_VOID set_text(Widget box, const NB_CHAR *text) {
-    const VGA_STRING string(text);
+    constexpr NB_USHORT columns = 60;
+    const VGA_OWNED<NB_CHAR> lines(vga_wrap_text(text, columns));
+    const VGA_STRING string(lines ? lines.get() : text);
     XtVaSetValues(box, XmNmessageString, string.get(), nullptr);
 }
 
