@@ -66,8 +66,8 @@ FIELD is a field of the first schema, SCHEMA.FIELD of another.  What may follow 
     filter=PROCEDURE columns=N   otherwise by kind and width
 
 What most=, check=, from= and required= name, and `arranged`, is called at every change of a field, and
-has no effect but its result.  Of the plan's functions `refuses`, `question` and `issue` are called only
-while there is a record, or for a new one what it will belong to.  All others ask whether
+has no effect but its result.  Of the plan's functions `may_edit`, `refuses`, `question` and `issue` are called
+only while there is a record, or for a new one what it will belong to.  All others ask whether
 vga_form_record or vga_form_owner is null: a record goes while its dialog is open.
 
 A fault (checkforms.py) is printed as file:line, nothing is written, and the exit status is 1.
@@ -80,7 +80,7 @@ from pathlib import Path
 from checkforms import Fault, check_choice, check_dialog, check_line, check_together, condition
 
 WORD = re.compile(r'(?:"[^"]*"|[^\s"])+')
-PLAN_FUNCTIONS = {'load', 'refuses', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
+PLAN_FUNCTIONS = {'load', 'may_edit', 'refuses', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
                   'subject', 'failed', 'refresh', 'answered'}
 FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
 FLAGS = {'not', 'renames', 'zero', 'free', 'toggle'}
@@ -667,7 +667,7 @@ class Coder:
 
 # In the order of the members of VGA_FORM_PLAN.
 PLAN_ORDER = ['kind', 'fields', 'widgets', 'children', 'lists', 'pages', 'shown', 'working', 'wanted',
-              'data_size', 'type', 'schema', 'settings', 'defines', 'gone', 'help', 'load', 'refuses', 'check',
+              'data_size', 'type', 'schema', 'settings', 'defines', 'gone', 'help', 'load', 'may_edit', 'refuses', 'check',
               'question', 'shows_too', 'subject', 'issue', 'answered', 'next', 'failed', 'refresh', 'arranged']
 
 

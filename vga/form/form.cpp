@@ -78,7 +78,8 @@ static NB_USHORT may_only_look(VGA_FORM *form) {
     }
     const bool lost = form->adding != 0 ? vga_form_owner(form) == nullptr && plan.type != nullptr
                                         : vga_form_record(form) == nullptr;
-    if (gvga_read_only != 0 || plan.issue == nullptr || lost) {
+    if (gvga_read_only != 0 || plan.issue == nullptr || lost ||
+        (plan.may_edit != nullptr && plan.may_edit(form) == 0)) {
         return 1;
     }
     form->refusal = plan.refuses != nullptr ? plan.refuses(form) : NB_USHORT{0};

@@ -91,9 +91,9 @@ enum VGA_FORM_STEP : NB_USHORT {
 
 /* What a dialog declares.  All but the tables and sizes may be null.
  *
- * Functions get a form without a record or owner when those are gone; only `refuses`, `question`
- * and `issue` are not called then.  Those of the fields and `arranged` are called at every change
- * of a field: they have no effect but their result. */
+ * Functions get a form without a record or owner when those are gone; only `may_edit`, `refuses`,
+ * `question` and `issue` are not called then.  Those of the fields and `arranged` are called at
+ * every change of a field: they have no effect but their result. */
 struct VGA_FORM_PLAN {
     VGA_FORM_KIND kind = VGA_FORM_EDIT;
     std::span<const VGA_FIELD> fields = {};
@@ -116,8 +116,11 @@ struct VGA_FORM_PLAN {
      * or what a new one begins with. */
     NB_VOID (*load)(const VGA_FORM *form, NB_VOID *data) = nullptr;
 
-    /* The message, without arguments, that says why the record can be looked at only; 0: it can be
-     * changed.  It stands in the message line.  An operator without rights never can do more. */
+    /* 0: the record can be looked at only.  An operator without rights never can do more. */
+    NB_USHORT (*may_edit)(const VGA_FORM *form) = nullptr;
+
+    /* The same where the operator can do something about it: the message, without arguments, that
+     * says why, in the message line and over what is off; 0: it can be changed. */
     NB_USHORT (*refuses)(const VGA_FORM *form) = nullptr;
 
     /* What the fields one by one cannot know; may put the data in order, too. */
