@@ -202,7 +202,9 @@ static std::string whose_settings(const VGA_FORM *form) {
     if (form->plan->type->of_domain != 0) {
         return vga_message(VGA_MSG_THE_DOMAIN);
     }
-    vga_print_msg(text, sizeof(text), VGA_MSG_THE_NODE, "s", vga_form_answerer_of(form).c_str());
+    const std::string name = vga_form_answerer_of(form);
+    vga_print_msg(text, sizeof(text), VGA_MSG_THE_NODE, "cs", static_cast<NB_INT>(name.size()),
+                  name.c_str());
     return text;
 }
 
