@@ -85,7 +85,7 @@ const char *operations(NB_SHORT type) {
 std::string row_of(const KIND &kind) {
     const VGA_LINE_RULE *found = vga_line_rule(kind.type);
     const VGA_LINE_RULE rule =
-        found != nullptr ? *found : VGA_LINE_RULE{.can_copy = 0, .can_delete = 0};
+        found != nullptr ? *found : VGA_LINE_RULE{.type = {}, .can_copy = 0, .can_delete = 0};
     const bool seen = vga_is_written(kind.window) != 0;
     const NB_USHORT dialog =
         kind.dialog != VGA_NO_DIALOG ? kind.dialog : vga_properties_of(rule, nullptr);
