@@ -12,6 +12,7 @@
 #include "programend.h"
 #include "recordtypes.h"
 #include "rememberedlines.h"
+#include "startstopbatch.h"
 #include "startup.h"
 #include "toolkit.h"
 #include "verberror.h"
@@ -91,6 +92,7 @@ NB_VOID node_died(VGA_NODE *node) {
 
 NB_VOID verb_purged(NB_USHORT opcode, NB_ULONG user_data) {
     vga_form_verb_purged(opcode, user_data);
+    vga_operation_purged(opcode, user_data);
     vga_deletion_verb_purged(opcode, user_data);
 }
 
@@ -101,6 +103,7 @@ NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.stop = vga_start_shutdown;
     gvga_hooks.node_list_changed = node_list_changed;
     gvga_hooks.node_died = node_died;
+    gvga_hooks.record_awaited = vga_operations_follow;
     gvga_hooks.verb_purged = verb_purged;
     gvga_hooks.line_added = vga_listw_line_added;
     gvga_hooks.wake = vga_add_null_timeout;

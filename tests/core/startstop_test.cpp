@@ -1,9 +1,11 @@
-/* Starting and stopping: which verb goes out, which does not, and what the node makes of it. */
+/* Starting and stopping: which verb goes out, which does not, what the node makes of it, and the
+ * account of several. */
 #include "livesupport.h"
 
 #include "completions.h"
 #include "messages.h"
-#include "startstop.h"
+#include "startstopbatch.h"
+#include "startstopeffects.h"
 #include "vgadsutl.h"
 #include "vgaindct.h"
 
@@ -12,6 +14,11 @@ SCRIPTED_NOF_ENTRY
 namespace {
 
 std::vector<NB_USHORT> completed; /* primary codes */
+std::vector<VGA_OPERATION_ACCOUNT> news;
+
+NB_VOID note(NB_ULONG, const VGA_OPERATION_ACCOUNT &account) {
+    news.push_back(account);
+}
 
 NB_VOID done(const VGA_PROCESS_STATE *work) {
     completed.push_back(work->vcb->primary_rc);
@@ -25,13 +32,23 @@ protected:
         build();
         domain->take_indications([](const std::string &, const NAP_RESOURCE_INDICATION &) {});
         node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+        gvga_hooks.record_awaited = vga_operations_follow;
+        gvga_hooks.verb_purged = vga_operation_purged;
+        gvga_messages[VGA_MSG_OPER_PORT] = "port";
+        gvga_messages[VGA_MSG_OPER_NEEDED] = "It needs%1.";
         completed.clear();
+        news.clear();
     }
     void TearDown() override { close(); }
 
     /* Issues the operation and lets all follow that follows, or what does at once. */
     NB_USHORT operate(const VGA_RESOURCE &resource, VGA_OPERATION operation, NB_ULONG ms = 1000) {
         const NB_USHORT reason = vga_operate(resource, operation, 0, done);
+        follow(ms);
+        return reason;
+    }
+
+    NB_VOID follow(NB_ULONG ms = 1000) {
         run(1);
         for (int round = 0; round < 20; round++) {
             domain->pass(ms);
@@ -42,7 +59,6 @@ protected:
             });
             run(1);
         }
-        return reason;
     }
 
     template <class Record>
@@ -124,7 +140,6 @@ TEST_F(StartStop, OfTheNode) {
     EXPECT_EQ(operate(itself, VGA_STOP_ORDERLY), 0);
     EXPECT_EQ(node->node_state, NB_ULONG{NAP_NODE_STOPPING}) << "the answer stands for it";
     EXPECT_EQ(vga_refuses_operation(itself, VGA_STOP_ORDERLY), VGA_MSG_NODEW_WRONG_STATE);
-    EXPECT_EQ(vga_refuses_operation(itself, VGA_STOP_IMMEDIATE), 0) << "hurries it";
     EXPECT_EQ(vga_refuses_operation(port, VGA_START), VGA_MSG_NODEW_NODE_NOT_ACTIVE);
     node->node_state = NAP_NODE_STOPPED;
     EXPECT_EQ(operate(itself, VGA_START), 0);
@@ -135,7 +150,7 @@ TEST_F(StartStop, WhatIsRefusedIsNotIssued) {
     const VGA_RESOURCE port = {VGA_OPERABLE_PORT, AVL_FIRST(node->ports)};
     const NB_ULONG before = scripted_nof.issued;
     gvga_read_only = 1;
-    EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_UNAVAILABLE);
+    EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_NODEW_LOOK_ONLY);
     gvga_read_only = 0;
     const NB_ULONG target = std::exchange(node->target, 0);
     EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_NODEW_NODE_LOST);
@@ -148,7 +163,8 @@ TEST_F(StartStop, WhatIsRefusedIsNotIssued) {
         EXPECT_EQ(vga_operate({VGA_OPERABLE_PORT, node->dlur_fake_port}, VGA_START, 0, done),
                   VGA_MSG_NODEW_NOT_STARTABLE);
     }
-    EXPECT_EQ(vga_operate_all({}, VGA_START, 0, done), VGA_MSG_NODEW_SELECT_FIRST);
+    EXPECT_EQ(vga_operate_all({}, VGA_START, 0, note), VGA_MSG_NODEW_SELECT_FIRST);
+    EXPECT_TRUE(news.empty());
     EXPECT_EQ(scripted_nof.issued, before);
 }
 
@@ -161,7 +177,7 @@ TEST_F(StartStop, OfASelectionWhatCanBe) {
     });
     ASSERT_GT(active, 1U);
     EXPECT_EQ(vga_selected_resources(&list).size(), static_cast<size_t>(list.select_count));
-    EXPECT_EQ(vga_operate_all(vga_selected_resources(&list), VGA_STOP_IMMEDIATE, 0, done), 0);
+    EXPECT_EQ(vga_operate_all(vga_selected_resources(&list), VGA_STOP_IMMEDIATE, 0, note), 0);
     EXPECT_EQ(scripted_nof.in_flight.size(), active);
     for (const ISSUED_VERB &verb : scripted_nof.in_flight) {
         NAP_NAME_VERB stop;
@@ -172,7 +188,142 @@ TEST_F(StartStop, OfASelectionWhatCanBe) {
         EXPECT_NE(vga_find_port(node, stop.key), nullptr);
     }
     run(1);
-    EXPECT_EQ(completed.size(), active);
+    EXPECT_EQ(news.back().done, active);
+    EXPECT_EQ(news.back().passed, static_cast<NB_ULONG>(list.select_count) - active);
+    EXPECT_TRUE(news.back().over());
+}
+
+/* The kinds of lines, and of reasons the one that comes first. */
+TEST_F(StartStop, WhyNot) {
+    VGA_VIEWER_ITEM line = {};
+    const NB_UCHAR never[] = {VGA_VIEWER_REM_SYS,      VGA_VIEWER_REM_PLU,     VGA_VIEWER_REM_SESS,
+                              VGA_VIEWER_REM_PLU_LEAF, VGA_VIEWER_LS_R_TITLE,  VGA_VIEWER_LS_R,
+                              VGA_VIEWER_PRIMARY_LINE, VGA_VIEWER_PRIMARY_LU0, VGA_VIEWER_DOWN_LU};
+    VGA_LS *ls = host_link();
+    ASSERT_NE(ls, nullptr);
+    const VGA_RESOURCE link = {VGA_OPERABLE_LS, ls};
+    const std::pair<std::function<NB_VOID()>, NB_USHORT> worse[] = {
+        {[] {}, VGA_MSG_NODEW_ACTIVE_ALREADY},
+        {[&] { node->node_state = NAP_NODE_STOPPED; }, VGA_MSG_NODEW_NODE_NOT_ACTIVE},
+        {[] { gvga_read_only = 1; }, VGA_MSG_NODEW_LOOK_ONLY},
+        {[&] { node->connection = VGA_NOT_CONNECTED; }, VGA_MSG_NODEW_NODE_LOST},
+    };
+    for (const auto &[make_worse, reason] : worse) {
+        make_worse();
+        EXPECT_EQ(vga_refuses_operation(link, VGA_START), reason);
+        for (const NB_UCHAR type : never) {
+            line.type = type;
+            line.data = ls;
+            for (const VGA_OPERATION operation : {VGA_START, VGA_STOP_IMMEDIATE}) {
+                EXPECT_EQ(vga_refuses_operation(vga_resource_of_line(&line), operation),
+                          VGA_MSG_NODEW_NOT_STARTABLE);
+            }
+        }
+    }
+    gvga_read_only = 0;
+    node->connection = VGA_CONNECTED;
+}
+
+TEST_F(StartStop, WhatAStartNeedsComesFirst) {
+    VGA_LS *ls = host_link();
+    ASSERT_NE(ls, nullptr);
+    VGA_PORT *port = ls->parent;
+    VGA_DLC *dlc = port->parent;
+    const VGA_EFFECTS ends = vga_effects_of_stop({{VGA_OPERABLE_DLC, dlc}});
+    EXPECT_TRUE(ends.ports > 0 && ends.links > 0 && ends.pus > 0 && ends.lus > 0);
+    EXPECT_EQ(vga_count_in_words(VGA_OPERABLE_PORT, 1), "1 port");
+
+    EXPECT_EQ(operate({VGA_OPERABLE_DLC, dlc}, VGA_STOP_IMMEDIATE), 0);
+    EXPECT_TRUE(vga_effects_in_words(vga_effects_of_stop({{VGA_OPERABLE_DLC, dlc}})).empty());
+    asked.clear();
+    const VGA_RESOURCE pu = {VGA_OPERABLE_LOCAL_PU, ls->local_pu};
+    EXPECT_EQ(vga_operate_all({pu, {VGA_OPERABLE_LS, ls}}, VGA_START, 0, note), 0);
+    EXPECT_EQ(scripted_nof.in_flight.size(), 1u) << "once for both";
+    follow();
+    EXPECT_EQ(asked.front(), NAP_START_DLC);
+    EXPECT_EQ(news.back().done, 2u);
+    EXPECT_EQ(ls->local_pu->vcb->pu_sscp_sess_active, NAP_ACTIVE);
+
+    /* What does not come up, is taken away, or is refused ends the wait. */
+    const auto fail_again = [&](const std::function<NB_VOID()> &happens) {
+        operate({VGA_OPERABLE_DLC, dlc}, VGA_STOP_IMMEDIATE);
+        EXPECT_EQ(
+            vga_operate_all({{VGA_OPERABLE_PORT, port}, {VGA_OPERABLE_LS, ls}}, VGA_START, 0, note),
+            0);
+        happens();
+        EXPECT_TRUE(news.back().over());
+        EXPECT_EQ(news.back().failures.size() + news.back().gone, 2u);
+        follow();
+    };
+    fail_again([&] {
+        run(1);
+        vga_record_changed(dlc, VGA_RECORD_CHANGED);
+    });
+    EXPECT_EQ(news.back().failures[1].reason, "It needs LAN0.");
+    fail_again([&] { scripted_nof.complete(0, NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE); });
+    EXPECT_EQ(news.back().failures[0].resource, "port ETH0");
+    fail_again([&] {
+        run(1);
+        node->connection = VGA_NOT_CONNECTED;
+        vga_node_list_changed(node, VGA_NODE_CHANGED);
+        node->connection = VGA_CONNECTED;
+    });
+    fail_again([&] {
+        run(1);
+        vga_record_changed(port, VGA_RECORD_GONE);
+        vga_record_changed(dlc, VGA_RECORD_GONE);
+    });
+}
+
+/* A node that is stopping is started when it has stopped. */
+TEST_F(StartStop, StopsBeforeItStarts) {
+    const VGA_RESOURCE itself = {VGA_OPERABLE_NODE, node};
+    EXPECT_EQ(vga_operate_all({itself}, VGA_STOP_IMMEDIATE, 0, note), 0);
+    run(1);
+    EXPECT_EQ(vga_operate_all({itself}, VGA_START, 0, note), 0);
+    EXPECT_TRUE(scripted_nof.in_flight.empty());
+    vga_node_list_changed(node, VGA_NODE_CHANGED);
+    EXPECT_FALSE(news.back().over());
+    domain->pass(1000);
+    node->node_state = NAP_NODE_STOPPED;
+    vga_node_list_changed(node, VGA_NODE_CHANGED);
+    run(1);
+    EXPECT_EQ(news.back().done, 1u);
+    EXPECT_EQ(node->node_state, NB_ULONG{NAP_NODE_STARTING});
+}
+
+/* Refused, gone, and purged with the node: each is counted, and all come to an end. */
+TEST_F(StartStop, TheAccountOfMany) {
+    std::vector<VGA_RESOURCE> many;
+    VGA_LS *gone = nullptr;
+    vga_for_each(node->link_stations, &VGA_LS::node_links, [&](VGA_LS &ls) {
+        ls.state = NAP_ACTIVE;
+        gone = &ls;
+        many.push_back({VGA_OPERABLE_LS, &ls});
+    });
+    while (many.size() < 3 * VGA_OPERATIONS_IN_FLIGHT) {
+        many.insert(many.end() - 1, many.front());
+    }
+    EXPECT_EQ(vga_operate_all(many, VGA_STOP_ORDERLY, 7, note), 0);
+    EXPECT_EQ(scripted_nof.in_flight.size(), VGA_OPERATIONS_IN_FLIGHT);
+    scripted_nof.complete(3, NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE);
+    EXPECT_EQ(scripted_nof.in_flight.size(), VGA_OPERATIONS_IN_FLIGHT);
+    scripted_nof.complete(0);
+    EXPECT_EQ(news.back().done, 1u);
+    ASSERT_EQ(news.back().failures.size(), 1u);
+    EXPECT_EQ(news.back().failures[0].resource, vga_resource_in_words(many[3]));
+
+    const NB_ULONG handle = std::exchange(gone->handle, 0); /* the last one's */
+    nba_destroy_handle(handle);
+    node->connection = VGA_NOT_CONNECTED;
+    vga_purge_verb_queue(node->target, 0, nullptr, 0, nullptr);
+    EXPECT_TRUE(news.back().over());
+    EXPECT_EQ(news.back().gone, 1u);
+    EXPECT_EQ(news.back().failures.size(), many.size() - 2);
+    node->connection = VGA_CONNECTED;
+    gone->handle = nba_create_handle(gone);
+    run(1);
+    EXPECT_EQ(news.back().settled(), many.size()) << "an answer that comes too late";
 }
 
 TEST_F(StartStop, SessionsHaveVerbsOfTheirOwn) {

@@ -1,4 +1,5 @@
 #include "startstop.h"
+#include "fieldtext.h"
 #include "globals.h"
 #include "messages.h"
 #include "nofverbs.h"
@@ -9,6 +10,8 @@ namespace {
 
 /* What an operation needs to know of a record. */
 struct SUBJECT {
+    NB_ULONG handle;
+    const NB_VOID *entry;
     VGA_NODE *node;
     const NB_UCHAR *key; /* of the verbs */
     size_t key_length;
@@ -27,10 +30,12 @@ constexpr NB_USHORT not_up = down | going_down; /* a start takes an orderly stop
 
 struct OPERABLE {
     VGA_OPERABLE kind;
+    const records::Schema *schema;
     NB_USHORT start, stop;               /* opcodes, 0: none */
     NB_USHORT startable, stoppable;      /* sets of states; an orderly stop can be followed */
     NB_USHORT interruptible;             /* by an immediate one in these */
     SUBJECT (*subject)(NB_VOID *record); /* no key: cannot be operated */
+    NB_USHORT noun;                      /* message: what one is called; the next: several */
 };
 
 template <class Record> const Record &as(const NB_VOID *record) {
@@ -39,68 +44,79 @@ template <class Record> const Record &as(const NB_VOID *record) {
 
 SUBJECT node_subject(NB_VOID *record) {
     auto *node = static_cast<VGA_NODE *>(record);
-    return {node, reinterpret_cast<const NB_UCHAR *>(node->name), sizeof(node->name),
-            node->node_state};
+    return {
+        node->handle,       node->vcb,       node, reinterpret_cast<const NB_UCHAR *>(node->name),
+        sizeof(node->name), node->node_state};
 }
 
 SUBJECT dlc_subject(NB_VOID *record) {
     const auto &dlc = as<VGA_DLC>(record);
-    return {dlc.parent, dlc.name, sizeof(dlc.name), dlc.vcb->dlc_sts};
+    return {dlc.handle, dlc.vcb, dlc.parent, dlc.name, sizeof(dlc.name), dlc.vcb->dlc_sts};
 }
 
 /* Placeholders have no entry. */
 SUBJECT port_subject(NB_VOID *record) {
     const auto &port = as<VGA_PORT>(record);
     return port.vcb == nullptr
-               ? SUBJECT{port.node, nullptr, 0, NAP_NOT_ACTIVE}
-               : SUBJECT{port.node, port.name, sizeof(port.name), port.vcb->det_data.port_state};
+               ? SUBJECT{port.handle, port.vcb, port.node, nullptr, 0, NAP_NOT_ACTIVE}
+               : SUBJECT{port.handle, port.vcb,          port.node,
+                         port.name,   sizeof(port.name), port.vcb->det_data.port_state};
 }
 
 SUBJECT ls_subject(NB_VOID *record) {
     const auto &ls = as<VGA_LS>(record);
-    return {ls.parent->node, ls.name, sizeof(ls.name), ls.state};
+    return {ls.handle, ls.vcb, ls.parent->node, ls.name, sizeof(ls.name), ls.state};
 }
 
 template <class Pu> SUBJECT pu_subject(NB_VOID *record) {
     const auto &pu = as<Pu>(record);
-    return {pu.parent, pu.name, sizeof(pu.name), pu.vcb->pu_sscp_sess_active};
+    return {pu.handle, pu.vcb, pu.parent, pu.name, sizeof(pu.name), pu.vcb->pu_sscp_sess_active};
+}
+
+NB_ULONG active_if(bool on) {
+    return on ? NAP_ACTIVE : NAP_NOT_ACTIVE;
 }
 
 /* The key of its entry is that of the verbs.  While it drains it takes no new sessions. */
 SUBJECT mode_subject(NB_VOID *record) {
     const auto &mode = as<VGA_MODE>(record);
     const auto *entry = reinterpret_cast<const NB_UCHAR *>(mode.vcb);
-    const NB_ULONG state = mode.vcb->draining != 0         ? NAP_PENDING_INACTIVE
-                           : mode.vcb->act_sess_count != 0 ? NAP_ACTIVE
-                                                           : NAP_NOT_ACTIVE;
-    return {mode.parent->parent, entry + records::KEY_OFFSET, records::mode.key_size(), state};
+    return {mode.handle,
+            mode.vcb,
+            mode.parent->parent,
+            entry + records::KEY_OFFSET,
+            records::mode.key_size(),
+            mode.vcb->draining != 0 ? NAP_PENDING_INACTIVE
+                                    : active_if(mode.vcb->act_sess_count != 0)};
 }
 
 SUBJECT lu62_subject(NB_VOID *record) {
     const auto &lu = as<VGA_LU62>(record);
-    return {lu.parent, lu.name, sizeof(lu.name),
-            NB_ULONG{lu.vcb->active_sessions != 0 ? NB_ULONG{NAP_ACTIVE} : NAP_NOT_ACTIVE}};
+    return {lu.handle, lu.vcb,          lu.parent,
+            lu.name,   sizeof(lu.name), active_if(lu.vcb->active_sessions != 0)};
 }
 
 SUBJECT lu03_subject(NB_VOID *record) {
     const auto &lu = as<VGA_LU03>(record);
-    return {lu.parent->parent, lu.name, sizeof(lu.name),
-            NB_ULONG{lu.vcb->det_data.plu_sess_active ? NB_ULONG{NAP_ACTIVE} : NAP_NOT_ACTIVE}};
+    return {lu.handle, lu.vcb,          lu.parent->parent,
+            lu.name,   sizeof(lu.name), active_if(lu.vcb->det_data.plu_sess_active != 0)};
 }
 
+/* A node that is stopping can be started as soon as it has stopped (startstopbatch.h waits). */
+constexpr NB_USHORT node_down = in(NAP_NODE_STOPPED, NAP_NODE_STOPPING);
 constexpr NB_USHORT node_up = in(NAP_NODE_STARTING, NAP_NODE_ACTIVE);
 
 /* clang-format off */
 constexpr OPERABLE operables[] = {
-    {VGA_OPERABLE_NODE, NAP_INIT_NODE, NAP_STOP_NODE, in(NAP_NODE_STOPPED), node_up, in(NAP_NODE_STOPPING), node_subject},
-    {VGA_OPERABLE_DLC, NAP_START_DLC, NAP_STOP_DLC, not_up, up, going_down, dlc_subject},
-    {VGA_OPERABLE_PORT, NAP_START_PORT, NAP_STOP_PORT, not_up, up, going_down, port_subject},
-    {VGA_OPERABLE_LS, NAP_START_LS, NAP_STOP_LS, not_up, up, going_down, ls_subject},
-    {VGA_OPERABLE_LOCAL_PU, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_LOCAL_PU>},
-    {VGA_OPERABLE_DOWN_PU, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_DOWN_PU>},
-    {VGA_OPERABLE_MODE, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, down | up, up, going_down, mode_subject},
-    {VGA_OPERABLE_LU62, 0, NAP_END_LU_SESSION, 0, up, 0, lu62_subject},
-    {VGA_OPERABLE_LU03, 0, NAP_END_LU_SESSION, 0, up, 0, lu03_subject},
+    {VGA_OPERABLE_NODE, &records::domain_node, NAP_INIT_NODE, NAP_STOP_NODE, node_down, node_up, 0, node_subject, VGA_MSG_OPER_NODE},
+    {VGA_OPERABLE_DLC, &records::dlc, NAP_START_DLC, NAP_STOP_DLC, not_up, up, going_down, dlc_subject, VGA_MSG_OPER_DLC},
+    {VGA_OPERABLE_PORT, &records::port, NAP_START_PORT, NAP_STOP_PORT, not_up, up, going_down, port_subject, VGA_MSG_OPER_PORT},
+    {VGA_OPERABLE_LS, &records::ls, NAP_START_LS, NAP_STOP_LS, not_up, up, going_down, ls_subject, VGA_MSG_OPER_LS},
+    {VGA_OPERABLE_LOCAL_PU, &records::pu, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_LOCAL_PU>, VGA_MSG_OPER_PU},
+    {VGA_OPERABLE_DOWN_PU, &records::down_pu, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_DOWN_PU>, VGA_MSG_OPER_PU},
+    {VGA_OPERABLE_MODE, &records::mode, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, down | up, up, going_down, mode_subject, VGA_MSG_OPER_MODE},
+    {VGA_OPERABLE_LU62, &records::local_lu, 0, NAP_END_LU_SESSION, 0, up, 0, lu62_subject, VGA_MSG_OPER_LU},
+    {VGA_OPERABLE_LU03, &records::lu03, 0, NAP_END_LU_SESSION, 0, up, 0, lu03_subject, VGA_MSG_OPER_LU},
 };
 /* clang-format on */
 
@@ -138,7 +154,9 @@ NB_USHORT refuses_state(const OPERABLE &row, VGA_OPERATION operation, NB_ULONG s
         return (now & row.stoppable) != 0 ? VGA_MSG_NODEW_ACTIVE_ALREADY
                                           : VGA_MSG_NODEW_WRONG_STATE;
     }
-    return (now & row.interruptible) != 0 ? VGA_MSG_NODEW_WRONG_STATE : VGA_MSG_NODEW_NOT_ACTIVE;
+    const bool stops = (now & row.interruptible) != 0 ||
+                       (row.kind == VGA_OPERABLE_NODE && state == NAP_NODE_STOPPING);
+    return stops ? VGA_MSG_NODEW_WRONG_STATE : VGA_MSG_NODEW_NOT_ACTIVE;
 }
 
 NB_USHORT refuses_node(const OPERABLE &row, const VGA_NODE &node) {
@@ -146,7 +164,7 @@ NB_USHORT refuses_node(const OPERABLE &row, const VGA_NODE &node) {
         return VGA_MSG_NODEW_NODE_LOST;
     }
     if (gvga_read_only) {
-        return VGA_MSG_UNAVAILABLE;
+        return VGA_MSG_NODEW_LOOK_ONLY;
     }
     return row.kind != VGA_OPERABLE_NODE && node.node_state != NAP_NODE_ACTIVE
                ? VGA_MSG_NODEW_NODE_NOT_ACTIVE
@@ -154,7 +172,8 @@ NB_USHORT refuses_node(const OPERABLE &row, const VGA_NODE &node) {
 }
 
 /* The key stands in the same place of all of these verbs; what else they say does not. */
-VGA_OWNED<NAP_VCB> make_verb(NB_USHORT opcode, const SUBJECT &subject, VGA_OPERATION operation) {
+VGA_OWNED<NAP_VCB> make_verb(NB_USHORT opcode, const SUBJECT &subject, VGA_OPERATION operation,
+                             NB_USHORT sessions) {
     const NB_UCHAR stop_type =
         operation == VGA_STOP_IMMEDIATE ? NAP_IMMEDIATE_STOP : NAP_ORDERLY_STOP;
     VGA_OWNED<NAP_VCB> verb(static_cast<NAP_VCB *>(calloc(1, nap_find_verb(opcode)->block_size)));
@@ -166,7 +185,7 @@ VGA_OWNED<NAP_VCB> make_verb(NB_USHORT opcode, const SUBJECT &subject, VGA_OPERA
            subject.key_length);
     switch (opcode) {
     case NAP_ACTIVATE_SESSION:
-        reinterpret_cast<NAP_LU62_SESSION_VERB *>(verb.get())->sessions = 1;
+        reinterpret_cast<NAP_LU62_SESSION_VERB *>(verb.get())->sessions = sessions;
         break;
     case NAP_DEACTIVATE_SESSION:
         reinterpret_cast<NAP_LU62_SESSION_VERB *>(verb.get())->stop_type = stop_type;
@@ -242,22 +261,106 @@ NB_USHORT vga_operate(const VGA_RESOURCE &resource, VGA_OPERATION operation, NB_
     const OPERABLE &row = *find_operable(subject_of.kind);
     const SUBJECT subject = row.subject(subject_of.record);
     const NB_USHORT opcode = operation == VGA_START ? row.start : row.stop;
-    if (vga_issue_verb(subject.node->target, make_verb(opcode, subject, operation), user_data,
+    if (vga_issue_verb(subject.node->target,
+                       make_verb(opcode, subject, operation, subject_of.sessions), user_data,
                        completion) == 0) {
         VGA_EXIT(VGA_EXIT_INTERNAL, 0);
     }
     return 0;
 }
 
-NB_USHORT vga_operate_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERATION operation,
-                          NB_ULONG user_data, VGA_COMPLETION completion) {
-    NB_USHORT issued = 0;
-    NB_USHORT first_reason = 0;
-    for (const VGA_RESOURCE &resource : resources) {
-        const NB_USHORT reason = vga_operate(resource, operation, user_data, completion);
-        issued |= reason == 0;
-        first_reason = first_reason == 0 ? reason : first_reason;
+/* What a resource depends on. */
+
+namespace {
+
+VGA_RESOURCE unless_active(VGA_OPERABLE kind, NB_VOID *record, NB_ULONG state) {
+    return record == nullptr || state == NAP_ACTIVE ? VGA_RESOURCE{VGA_OPERABLE_NONE, nullptr}
+                                                    : VGA_RESOURCE{kind, record};
+}
+
+VGA_RESOURCE link_of_pu(VGA_LS *ls) {
+    return unless_active(VGA_OPERABLE_LS, ls, ls != nullptr ? NB_ULONG{ls->state} : 0);
+}
+
+} // namespace
+
+VGA_RESOURCE vga_needed_first(const VGA_RESOURCE &resource) {
+    switch (resource.kind) {
+    case VGA_OPERABLE_PORT: {
+        VGA_DLC *dlc = as<VGA_PORT>(resource.record).parent;
+        return unless_active(VGA_OPERABLE_DLC, dlc,
+                             dlc != nullptr ? NB_ULONG{dlc->vcb->dlc_sts} : 0);
     }
-    return issued ? NB_USHORT{0}
-                  : (resources.empty() ? NB_USHORT{VGA_MSG_NODEW_SELECT_FIRST} : first_reason);
+    case VGA_OPERABLE_LS: {
+        VGA_PORT *port = as<VGA_LS>(resource.record).parent;
+        return port->vcb != nullptr
+                   ? unless_active(VGA_OPERABLE_PORT, port, port->vcb->det_data.port_state)
+                   : VGA_RESOURCE{VGA_OPERABLE_NONE, nullptr};
+    }
+    case VGA_OPERABLE_LOCAL_PU:
+        return link_of_pu(as<VGA_LOCAL_PU>(resource.record).ls_entry);
+    case VGA_OPERABLE_DOWN_PU:
+        return link_of_pu(as<VGA_DOWN_PU>(resource.record).ls_entry);
+    default:
+        return {VGA_OPERABLE_NONE, nullptr};
+    }
+}
+
+NB_ULONG vga_handle_of(const VGA_RESOURCE &resource) {
+    const OPERABLE *row = find_operable(resource.kind);
+    return row != nullptr ? row->subject(resource.record).handle : 0;
+}
+
+VGA_NODE *vga_node_of(const VGA_RESOURCE &resource) {
+    const OPERABLE *row = find_operable(resource.kind);
+    return row != nullptr ? row->subject(resource.record).node : nullptr;
+}
+
+NB_ULONG vga_state_of(const VGA_RESOURCE &resource) {
+    const OPERABLE *row = find_operable(resource.kind);
+    return row != nullptr ? row->subject(resource.record).state : NB_ULONG{NAP_NOT_ACTIVE};
+}
+
+/* Words. */
+
+namespace {
+
+std::string name_in(const records::Schema &schema, const NB_VOID *entry, std::string_view field) {
+    return records::format_field(*records::find_field(schema.fields, field),
+                                 static_cast<const NB_UCHAR *>(entry));
+}
+
+/* Names of modes are those of many. */
+std::string mode_name(const NB_VOID *entry) {
+    const std::string mode = name_in(records::mode, entry, "mode_name"),
+                      lu = name_in(records::mode, entry, "lu_alias"),
+                      partner = name_in(records::mode, entry, "name");
+    NB_CHAR text[100];
+    vga_print_msg(text, sizeof(text), VGA_MSG_OPER_MODE_NAME, "s s s", mode.c_str(), lu.c_str(),
+                  partner.c_str());
+    return text;
+}
+
+} // namespace
+
+std::string vga_name_of(const VGA_RESOURCE &resource) {
+    const OPERABLE *row = find_operable(resource.kind);
+    const NB_VOID *entry = row != nullptr ? row->subject(resource.record).entry : nullptr;
+    if (entry == nullptr) {
+        return {};
+    }
+    return resource.kind == VGA_OPERABLE_MODE ? mode_name(entry)
+                                              : name_in(*row->schema, entry, "name");
+}
+
+std::string vga_resource_in_words(const VGA_RESOURCE &resource) {
+    const OPERABLE *row = find_operable(resource.kind);
+    return row != nullptr ? vga_message(row->noun) + (" " + vga_name_of(resource)) : "";
+}
+
+std::string vga_count_in_words(VGA_OPERABLE kind, NB_ULONG count) {
+    const OPERABLE *row = find_operable(kind);
+    const NB_USHORT noun = row == nullptr ? NB_USHORT{VGA_MSG_OPER_SESSION} : row->noun;
+    return std::to_string(count) + " " +
+           vga_message(static_cast<NB_USHORT>(count == 1 ? noun : noun + 1));
 }

@@ -2,17 +2,16 @@
  * it is in.
  *
  * A line of a host or downstream link stands for the link station and for the PU that is on it: a
- * start of an active link starts the PU.  Sessions of modes are activated one by one and
- * deactivated all together; of an LU its sessions can be ended.  The states that follow come as
- * indications.
- *
- * The window gives the completion routine: it calls vga_verb_completed (completions.h), and shows a
- * failure in the verb's words. */
+ * start of an active link starts the PU.  A DLC has no line; it starts with a port that needs it.
+ * Sessions of modes are activated by number and deactivated all together; of an LU its sessions can
+ * be ended.  The states that follow come as indications.  Several at once, with an account of what
+ * became of each: startstopbatch.h.  What stops with something: startstopeffects.h. */
 #ifndef STARTSTOP_H
 #define STARTSTOP_H
 
 #include "model.h"
 #include "verbqueue.h"
+#include <string>
 #include <vector>
 
 enum VGA_OPERATION : NB_USHORT {
@@ -37,6 +36,7 @@ enum VGA_OPERABLE : NB_USHORT {
 struct VGA_RESOURCE {
     VGA_OPERABLE kind;
     NB_VOID *record;
+    NB_USHORT sessions = 1; /* of a mode: so many more are activated by a start */
 };
 
 /* What a line (null: none) stands for; VGA_OPERABLE_NONE for one that cannot be operated. */
@@ -45,18 +45,32 @@ VGA_RESOURCE vga_resource_of_line(const VGA_VIEWER_ITEM *item);
 /* What the selected lines of a list stand for, in the order of the list. */
 std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root);
 
-/* 0 when the operation can be asked for now; else the number of the message that says why not
- * (no connection, no right to change, wrong kind, wrong state). */
+/* 0 when the operation can be asked for now; else the number of the message that says why not.  Of
+ * several reasons the first that holds: the kind never can, no connection, no right to change, the
+ * node is not active, the state.  Cheap enough to be called for every selected line.  What can be
+ * stopped at all can be stopped immediately: that is what a command Stop asks about. */
 NB_USHORT vga_refuses_operation(const VGA_RESOURCE &resource, VGA_OPERATION operation);
 
+/* What has to be active before the start can succeed, and is not: the DLC of a port, the port of a
+ * link station, the link station of a PU.  VGA_OPERABLE_NONE: nothing. */
+VGA_RESOURCE vga_needed_first(const VGA_RESOURCE &resource);
+
 /* Issues the verb.  Returns 0, or the message number as above with nothing issued; requests an exit
- * when the verb cannot be queued. */
+ * when the verb cannot be queued.  The completion routine calls vga_verb_completed (completions.h).
+ */
 NB_USHORT vga_operate(const VGA_RESOURCE &resource, VGA_OPERATION operation, NB_ULONG user_data,
                       VGA_COMPLETION completion);
 
-/* The same for each that can be; the others are passed over.  Returns 0 when a verb was issued,
- * else why the first could not be: VGA_MSG_NODEW_SELECT_FIRST when there is none. */
-NB_USHORT vga_operate_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERATION operation,
-                          NB_ULONG user_data, VGA_COMPLETION completion);
+/* The handle of the record, the node that it belongs to, and its state: NAP_NOT_ACTIVE and the
+ * like, of a node NAP_NODE_STOPPED and the like. */
+NB_ULONG vga_handle_of(const VGA_RESOURCE &resource);
+VGA_NODE *vga_node_of(const VGA_RESOURCE &resource);
+NB_ULONG vga_state_of(const VGA_RESOURCE &resource);
+
+/* In words, in the locale's characters: its name ("ETH0"; of a mode "#INTER, CLAIMS to
+ * NETA.NORTH"), its kind and name ("port ETH0"), and so many of its kind ("3 ports"). */
+std::string vga_name_of(const VGA_RESOURCE &resource);
+std::string vga_resource_in_words(const VGA_RESOURCE &resource);
+std::string vga_count_in_words(VGA_OPERABLE kind, NB_ULONG count); /* NONE: sessions */
 
 #endif

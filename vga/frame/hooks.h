@@ -38,6 +38,8 @@ struct VGA_HOOKS {
     NB_VOID (*line_added)(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
     /* As vga_record_changed. */
     NB_VOID (*record_changed)(NB_VOID *item, VGA_RECORD_CHANGE what);
+    /* The same, and a change of a node, for what the core itself waits for (startstopbatch.h). */
+    NB_VOID (*record_awaited)(const NB_VOID *item, VGA_RECORD_CHANGE what);
     /* A verb was purged, so that its completion will not be called. */
     NB_VOID (*verb_purged)(NB_USHORT opcode, NB_ULONG user_data);
     /* The record that a dialog shows is about to be freed: the dialog stays, without its record and
