@@ -1,5 +1,5 @@
-/* Schemas of what operating a node asks for: its sessions, the lines of its log, its trace files.
- * Nobody defines them. */
+/* Schemas of what operating a node asks for: its sessions, the lines of its log, its trace files;
+ * and of what an operator chooses where he starts or stops something.  Nobody defines them. */
 #ifndef OPERATION_H
 #define OPERATION_H
 
@@ -97,6 +97,51 @@ inline constexpr Schema trace_file = {
     .key = key_of(rows::trace_file::fields),
     .fields = rows::trace_file::fields,
     .status = rows::trace_file::status,
+};
+
+inline constexpr FieldWord stop_words[] = {
+    {"orderly", NAP_ORDERLY_STOP},
+    {"immediate", NAP_IMMEDIATE_STOP},
+};
+
+/* What an operator chooses where he starts or stops something, and what he is told of it before.
+ * Windows only: no node has it. */
+struct Operation {
+    NB_UCHAR stop;        /* NAP_ORDERLY_STOP or NAP_IMMEDIATE_STOP */
+    NB_UCHAR start_pu;    /* flag: so is its PU */
+    NB_USHORT sessions;   /* so many are activated */
+    NB_ULONG ending;      /* so many end */
+    NB_UCHAR what[160];   /* texts: what is stopped, */
+    NB_UCHAR first[160];  /* what has to be started before, */
+    NB_UCHAR pu[160];     /* and what goes with it: its PU, */
+    NB_UCHAR lus[160];    /* its LUs, */
+    NB_UCHAR others[160]; /* and all else */
+};
+
+namespace rows::operation {
+using Entry = Operation;
+
+inline constexpr FieldRow fields[] = {
+    word(AT(stop), stop_words, "orderly"),
+    flag(AT(start_pu), "yes"),
+    number(AT(sessions), 1, 32767, "1").in(Unit::Sessions),
+};
+
+inline constexpr FieldRow status[] = {
+    count(AT(ending)).in(Unit::Sessions),
+    text(AT(what)),
+    text(AT(first)),
+    text(AT(pu)),
+    text(AT(lus)),
+    text(AT(others)),
+};
+} // namespace rows::operation
+
+inline constexpr Schema operation = {
+    .name = "operation",
+    .entry_size = sizeof(Operation),
+    .fields = rows::operation::fields,
+    .status = rows::operation::status,
 };
 
 } // namespace records

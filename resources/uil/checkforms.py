@@ -5,7 +5,7 @@ import re
 
 # What follows the first word of a line: texts in quotes, then more of it, or one that may be left out.
 LINES = {'dialog': 'NAME "Title" of SCHEMA TYPE ...', 'with': 'SCHEMA TYPE', 'widgets': 'NAME', 'include': 'FILE ...', 'status': '',
-         'guided': '', 'part': '', 'state': 'TYPE', 'plan': 'MEMBER=VALUE ...', 'page': '"Tab"', 'group': '"Heading"',
+         'guided': '', 'part': '', 'acts': '"Button"', 'state': 'TYPE', 'plan': 'MEMBER=VALUE ...', 'page': '"Tab"', 'group': '"Heading"',
          'choice': 'WORD "Text" [called]', 'order': 'FIELD ...', 'show': 'FIELD "Label" ...',
          'edit': 'FIELD "Label" ...', 'key': 'FIELD "Label" ...', 'switch': 'NAME "Label" ...',
          'list': 'NAME "Label" editor=FORM ...', 'column': 'FIELD "Title" ...', 'child': 'FORM "Label" ...'}
@@ -155,6 +155,9 @@ def check_dialog(dialog):
     check_records(dialog)
     need(dialog.widgets, dialog.place, 'say "widgets NAME": without it there is no such form')
     kinds = [kind for kind in ('status', 'child', 'guided') if getattr(dialog, kind)]
+    kinds += ['acts'] if dialog.acts else []
+    need(bool(dialog.acts) == ('act' in dialog.plan), dialog.place,
+         'what the button does is missing, or the button: say acts "Button" and plan act=FUNCTION')
     need(len(kinds) <= 1, dialog.place, f'a dialog is one of {", ".join(kinds)}: take the others away')
     for item in dialog.items:
         check_options(item)

@@ -74,6 +74,7 @@ void list(const char *name, const Schema &schema) {
 int main() {
 #define LIST(identifier, schema) list(#schema, records::schema);
     SCHEMAS(LIST)
+    list("operation", records::operation); /* of windows only */
     for (const records::Settings &settings : records::settings) {
         const std::string name = std::string("settings.") + settings.name;
         list_table(name.c_str(), settings.fields);

@@ -23,8 +23,9 @@ texts are ASCII, without double quotes and backslashes:
                         its plan says otherwise, it asks for the record's entry in its list
     child               edits a part of the data of the form that opens it, and accepts without a verb;
                         its records are its parent's, all and in that order, since it copies their bytes
-    part                has no row of the table of windows: a list of records opens it (recordwindow.h)
+    part                has no row of the table of windows: a list of records (recordwindow.h) or other code opens it
     guided              one page after the other, with Back and a summary
+    acts "Button"       asks how something is to be done: its button, in place of OK, calls plan act=FUNCTION
     state TYPE          the descriptor has a member `state` of that type, for the dialog's own code
     plan MEMBER=VALUE.. members of VGA_FORM_PLAN; a function is declared in forms.h
 
@@ -81,7 +82,7 @@ from checkforms import Fault, check_choice, check_dialog, check_line, check_toge
 
 WORD = re.compile(r'(?:"[^"]*"|[^\s"])+')
 PLAN_FUNCTIONS = {'load', 'may_edit', 'refuses', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
-                  'subject', 'failed', 'refresh', 'answered'}
+                  'subject', 'failed', 'refresh', 'answered', 'act'}
 FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
 FLAGS = {'not', 'renames', 'zero', 'free', 'toggle'}
 VALUES = {'as', 'member', 'box', 'button', 'part', 'style', 'required', 'low', 'high', 'most', 'check',
@@ -206,7 +207,7 @@ class Dialog:
     def __init__(self, path, rows):
         self.path, self.rows = path, rows
         self.name = self.place = self.order_place = None
-        self.widgets = self.state = self.opener = None
+        self.widgets = self.state = self.opener = self.acts = None
         self.status = self.child = self.guided = self.part = self.opened = False
         self.includes, self.plan, self.records = [], {}, []
         self.pages, self.items, self.order = [], [], []
@@ -234,8 +235,8 @@ class Dialog:
             self.read_records([what, *words])
         elif what in ('status', 'guided', 'part') or what == 'child' and not words:
             setattr(self, what, True)
-        elif what in ('widgets', 'state'):
-            setattr(self, what, words[0])
+        elif what in ('widgets', 'state', 'acts'):
+            setattr(self, what, words[0].strip('"'))
         elif what == 'include':
             self.includes += words
         elif what == 'plan':
@@ -349,10 +350,12 @@ class Describer:
         dialog, name = self.dialog, self.dialog.name
         self.out.append(f'! {dialog.title}.\n')
         buttons = [('Refresh', 'form_refresh')] if dialog.status else [('Back', 'form_back')] if (
-            dialog.guided) else [] if dialog.child else [('Apply', 'form_apply'), ('Reset', 'form_reset')]
+            dialog.guided) else [] if dialog.child or dialog.acts else [('Apply', 'form_apply'), ('Reset', 'form_reset')]
+        if dialog.acts:
+            self.out.append(f'value {name}Acts : exported {text(dialog.acts)};\n')
         self.put('XmMessageBox', name,
                  ['arguments form_box',
-                  f'XmNokLabelString = {text("Close" if dialog.status else "OK")}',
+                  f'XmNokLabelString = {text("Close" if dialog.status else dialog.acts or "OK")}',
                   f'XmNdialogTitle = {text(dialog.title)}'],
                  [f'XmForm {name}Form'] + [f'XmPushButton {name}{part}Button' for part, _ in buttons])
         for part, look in buttons:
@@ -647,7 +650,7 @@ class Coder:
         if record.startswith('VGA_') and not dialog.child and not settings:
             members['type'] = f'&vga_form_type<{record}>'
             members['schema'] = f'&records::{schema}'
-            if not kinds:
+            if not kinds and not dialog.acts:
                 members['issue'] = 'vga_form_issue_define'
             if dialog.status:
                 members['refresh'] = 'vga_form_issue_read'
@@ -668,7 +671,7 @@ class Coder:
 # In the order of the members of VGA_FORM_PLAN.
 PLAN_ORDER = ['kind', 'fields', 'widgets', 'children', 'lists', 'pages', 'shown', 'working', 'wanted',
               'data_size', 'type', 'schema', 'settings', 'defines', 'gone', 'help', 'load', 'may_edit', 'refuses', 'check',
-              'question', 'shows_too', 'subject', 'issue', 'answered', 'next', 'failed', 'refresh', 'arranged']
+              'question', 'shows_too', 'subject', 'issue', 'act', 'answered', 'next', 'failed', 'refresh', 'arranged']
 
 
 def rows_of_table(dialogs):
@@ -696,12 +699,12 @@ def main(arguments):
         code = '/* Made of the dialogs\' descriptions by mkforms.py. */\n'
         description = made + '\n'.join(line for dialog in dialogs for line in Describer(dialog).run())
         includes = sorted({include for dialog in dialogs for include in dialog.includes})
-        header = [code + '#ifndef FORMS_H', '#define FORMS_H', '', '#include "formrecords.h"', '']
+        header = [code + '#ifndef FORMS_H', '#define FORMS_H', '', '#include "formrecords.h"']
+        header += [f'#include "{name}"' for name in includes] + ['']
         for dialog in dialogs:
             header += Coder(dialog).header()
         header += same_data(dialogs)
-        source = [code] + [f'#include "{name}"' for name in includes]
-        source += ['#include "forms.h"', '#include "fieldrows.h"', '#include "messages.h"', '#include "schemas.h"', '']
+        source = [code, '#include "forms.h"', '#include "fieldrows.h"', '#include "messages.h"', '#include "schemas.h"', '']
         for dialog in dialogs:
             source += Coder(dialog).tables()
     except Fault as fault:

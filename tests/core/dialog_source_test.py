@@ -35,7 +35,7 @@ FAULTS = (  # what stands behind main.dlg, or is a dialog more.dlg, and the faul
     (BODY + 'child\nswitch s "S"', "put the switch there"), (BODY + 'child part "Part"', "other switches"),
     (HEAD, "without it there is no such form"), ("widgets", "write: widgets NAME"), ("page", 'write: page "Tab"'),
     (BODY + 'choice leased "L"', "stands below a field that is a menu"), ("choice leased", "write: choice WORD"),
-    ("plan issue", "write: plan MEMBER=VALUE"), ("plan nothing=1", "a plan has no nothing"),
+    ('acts "Go"', "say acts"), ("acts", 'write: acts "Button"'), ("plan issue", "write: plan MEMBER=VALUE"), ("plan nothing=1", "a plan has no nothing"),
     ('page "P"', "put the page above them"), ("order name users", "users is no field"),
     ('edit on "On" when=kind=other', "write one of leased, shared"), ('edit on "On" when=limit=1', "has no words"),
     ('edit on "On" when=kind>1', '">" goes with a number'), ('edit on "On" when=kind', "is no flag"),

@@ -7,6 +7,7 @@
 #include "formparts.h"
 #include "globals.h"
 #include "hints.h"
+#include "holders.h"
 #include "messages.h"
 #include "nesteditems.h"
 #include "widgets.h"
@@ -78,7 +79,7 @@ static NB_USHORT may_only_look(VGA_FORM *form) {
     }
     const bool lost = form->adding != 0 ? vga_form_owner(form) == nullptr && plan.type != nullptr
                                         : vga_form_record(form) == nullptr;
-    if (gvga_read_only != 0 || plan.issue == nullptr || lost ||
+    if (gvga_read_only != 0 || (plan.issue == nullptr && plan.act == nullptr) || lost ||
         (plan.may_edit != nullptr && plan.may_edit(form) == 0)) {
         return 1;
     }
@@ -101,6 +102,11 @@ NB_VOID vga_form_set_rights(VGA_FORM *form) {
     }
     auto set = form->read_only != 0 ? vga_dialog_disallow_edit : vga_dialog_allow_edit;
     set(&form->common, vga_form_ok_cb, form->apply_button);
+    if (form->plan->act != nullptr) { /* else it closes, and says so */
+        const std::string acts = vga_form_literal(vga_form_name(form) + std::string("Acts"));
+        const VGA_STRING label(form->read_only != 0 ? vga_message(VGA_MSG_FORM_OK) : acts.c_str());
+        XtVaSetValues(form->common.widget, XmNokLabelString, label.get(), nullptr);
+    }
     if (form->reset_button != nullptr) {
         (form->read_only != 0 ? XtUnmanageChild : XtManageChild)(form->reset_button);
     }
@@ -334,7 +340,8 @@ NB_USHORT vga_form_get_widgets(VGA_DIALOG *desc, const VGA_FORM_PLAN *plan) {
     vga_form_attach_lists(form);
     vga_form_find_pages(form);
     attach_choosers(form);
-    if (plan->kind == VGA_FORM_CHILD) { /* what it edits stays as it is meanwhile */
+    const bool asks = plan->act != nullptr && desc->dialog_id >= VGA_UID_PARTS;
+    if (plan->kind == VGA_FORM_CHILD || asks) { /* what it is about stays as it is meanwhile */
         XtVaSetValues(desc->widget, XmNdialogStyle, XmDIALOG_PRIMARY_APPLICATION_MODAL, nullptr);
     }
     XtAddCallback(desc->widget, XmNcancelCallback, vga_close_cb, nullptr);

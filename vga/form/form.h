@@ -92,8 +92,8 @@ enum VGA_FORM_STEP : NB_USHORT {
 /* What a dialog declares.  All but the tables and sizes may be null.
  *
  * Functions get a form without a record or owner when those are gone; only `may_edit`, `refuses`,
- * `question` and `issue` are not called then.  Those of the fields and `arranged` are called at
- * every change of a field: they have no effect but their result. */
+ * `question`, `issue` and `act` are not called then.  Those of the fields and `arranged` are called
+ * at every change of a field: they have no effect but their result. */
 struct VGA_FORM_PLAN {
     VGA_FORM_KIND kind = VGA_FORM_EDIT;
     std::span<const VGA_FIELD> fields = {};
@@ -140,6 +140,10 @@ struct VGA_FORM_PLAN {
     /* Issues the first verb about vga_form_wanted, with vga_form_handle as user data; 0 when it
      * could not be queued.  Without it nothing can be changed. */
     NB_USHORT (*issue)(VGA_FORM *form) = nullptr;
+
+    /* In place of `issue`, of a form that asks how something is to be done: has it done as
+     * vga_form_wanted says, also when nothing was changed.  The form closes then. */
+    NB_VOID (*act)(VGA_FORM *form) = nullptr;
 
     /* Who gets the answer to the question; null: vga_form_answered. */
     VGA_MODAL_CB answered = nullptr;

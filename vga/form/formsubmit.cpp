@@ -310,6 +310,13 @@ NB_VOID vga_form_submit(VGA_FORM *form, NB_USHORT leaving) {
         accept_child(form);
         return;
     }
+    if (plan.act != nullptr) {
+        if (ask(form) == 0) {
+            plan.act(form);
+            vga_close_children(&form->common, 1, 0);
+        }
+        return;
+    }
     if (form->adding == 0 &&
         memcmp(vga_form_shown(form), vga_form_wanted(form), plan.data_size) == 0) {
         finish(form);

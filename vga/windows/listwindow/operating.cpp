@@ -1,31 +1,23 @@
-#include "completions.h"
+#include "operating.h"
 #include "listwindow.h"
-#include "startstop.h"
+#include "operations.h"
 
-static NB_VOID operated(const VGA_PROCESS_STATE *work) {
-    vga_verb_completed(work);
-    auto *dialog = static_cast<VGA_DIALOG *>(nba_validate_handle(work->user_data));
-    if (dialog != nullptr && work->vcb->primary_rc != NAP_OK) {
-        vga_display_verb_error(dialog, work->vcb);
-    }
-}
-
-static NB_VOID operate(VGA_LIST_WINDOW *window, VGA_OPERATION operation) {
+static std::vector<VGA_RESOURCE> resources_of(const VGA_LIST_WINDOW *window) {
     const VGA_VIEWER_ROOT *root = vga_listw_current_root(window);
-    std::vector<VGA_RESOURCE> resources;
     if (root != nullptr && root->select_count != 0) {
-        resources = vga_selected_resources(root);
-    } else {
-        resources.push_back({VGA_OPERABLE_NODE, vga_listw_node(window)});
+        return vga_selected_resources(root);
     }
-    const NB_USHORT reason = vga_operate_all(resources, operation, window->common.handle, operated);
-    vga_listw_message(window, reason);
+    std::vector<VGA_RESOURCE> resources;
+    if (VGA_NODE *node = vga_listw_node(window)) {
+        resources.push_back({VGA_OPERABLE_NODE, node});
+    }
+    return resources;
 }
 
 NB_VOID vga_listw_start(VGA_LIST_WINDOW *window) {
-    operate(window, VGA_START);
+    vga_start_resources(&window->common, resources_of(window));
 }
 
 NB_VOID vga_listw_stop(VGA_LIST_WINDOW *window) {
-    operate(window, VGA_STOP_ORDERLY);
+    vga_stop_resources(&window->common, resources_of(window));
 }
