@@ -26,6 +26,30 @@ protected:
             [&] { return first_words(screen().canvas().lines(list), &names) == names; });
     }
 
+    /* Waits until the line of that name says so, and until the dialog with that text is there. */
+    bool says(WindowId list, const std::string &name, const std::string &state) {
+        return wait_for([&] {
+            screen().top(
+                list); // the server reports what was drawn last when it has an answer to send
+            const std::vector<std::string> all = screen().canvas().lines(list);
+            return std::any_of(all.begin(), all.end(), [&](const std::string &line) {
+                return line.compare(0, name.size() + 1, name + " ") == 0 &&
+                       line.find(state) != line.npos;
+            });
+        });
+    }
+    WindowId dialog_with(const std::string &text) {
+        WindowId found = 0;
+        wait_for([&] {
+            for (const WindowId each : screen().windows()) {
+                const bool has = screen().text(each).find(text) != std::string::npos;
+                found = each != window && has ? each : found;
+            }
+            return found != 0;
+        });
+        return found;
+    }
+
     WindowId window = 0;
 };
 
@@ -44,6 +68,39 @@ TEST_F(NodeWindow, ShowsEveryPaneOfTheDomainInOrder) {
         EXPECT_GT(top, last) << "panes stand in another order";
         last = top;
     }
+}
+
+TEST_F(NodeWindow, StartsAndStopsWhatIsSelected) {
+    ASSERT_NO_FATAL_FAILURE(load());
+    screen().focus(window);
+    const WindowId list = list_with("LINE0");
+    ASSERT_TRUE(says(list, "HOSTLINE", "Active"));
+    ASSERT_TRUE(screen().click(list, "HOSTLINE"));
+    screen().key("plus"); // its LUs
+    ASSERT_TRUE(says(list, "CLM001", "SSCP"));
+    ASSERT_TRUE(screen().click(window, "Stop"));
+    WindowId dialog = dialog_with("Sessions that end:");
+    press(dialog, "Stop");
+    EXPECT_TRUE(says(list, "HOSTLINE", "Inactive"));
+    EXPECT_TRUE(says(list, "CLM001", "Inactive"));
+
+    ASSERT_TRUE(screen().click(window, "Start"));
+    ASSERT_NE(dialog = dialog_with("Start the PU as well"), 0u);
+    screen().focus(dialog);
+    screen().key("Return");
+    EXPECT_TRUE(says(list, "HOSTLINE", "Active"));
+    EXPECT_TRUE(says(list, "CLM001", "SSCP"));
+
+    screen().focus(window);
+    ASSERT_TRUE(screen().click(list, "LINE0")); // the port under it
+    ASSERT_TRUE(screen().click(window, "Stop"));
+    press(dialog_with("port LINE0"), "Stop");
+    EXPECT_TRUE(says(list, "LINE0", "Inactive"));
+    EXPECT_TRUE(says(list, "HOSTLINE", "Inactive"));
+
+    ASSERT_TRUE(screen().click(list, "ETH1")); // its DLC is not active either
+    ASSERT_TRUE(screen().click(window, "Start"));
+    EXPECT_TRUE(says(list, "ETH1", "Active"));
 }
 
 } // namespace sys

@@ -6,7 +6,8 @@
 
 struct VGA_LIST_WINDOW;
 
-/* For what is selected in the current list, without a selection for the node that the window shows. */
+/* For what is selected in the current list, without a selection for the node that the window shows.
+ */
 NB_VOID vga_listw_start(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_stop(VGA_LIST_WINDOW *window);
 
