@@ -1,6 +1,5 @@
 #include "vganodew.h"
 #include "dialogids.h"
-#include "form.h"
 #include "globals.h"
 #include "graphics.h"
 #include "hints.h"
@@ -11,6 +10,7 @@
 #include "openwindows.h"
 #include "panes.h"
 #include "rememberedlines.h"
+#include "settingsdialogs.h"
 #include "vgadsbld.h"
 #include "widgets.h"
 #include "windowband.h"
@@ -161,13 +161,11 @@ NB_VOID vga_nodew_server(Widget widget, XtPointer, XtPointer call_data) {
 /* Actions. */
 
 NB_VOID vga_nodew_open_node(VGA_LIST_WINDOW *window) {
-    vga_form_open(VGA_UID_NODE_DIALOG, &window->common, vga_listw_node(window), nullptr,
-                  VGA_FORM_CHANGE);
+    vga_display_node_dialog(&window->common, vga_listw_node(window));
 }
 
 NB_VOID vga_nodew_open_tracing(VGA_LIST_WINDOW *window) {
-    vga_form_open(VGA_UID_TRACE_DIALOG, &window->common, vga_listw_node(window), nullptr,
-                  VGA_FORM_CHANGE);
+    vga_display_tracing_dialog(&window->common, vga_listw_node(window));
 }
 
 /* Life. */

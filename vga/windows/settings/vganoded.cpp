@@ -4,7 +4,6 @@
 #include "messages.h"
 #include "nodedefinition.h"
 #include "vgadsutl.h"
-#include <cstring>
 
 namespace {
 
