@@ -191,7 +191,15 @@ std::unique_ptr<LIST> make_list(WINDOW &window, const VGA_RECORD_LIST &row) {
     return list;
 }
 
+NB_VOID stop_timer(WINDOW &window) {
+    if (window.timer != 0) {
+        XtRemoveTimeOut(window.timer);
+        window.timer = 0;
+    }
+}
+
 NB_VOID forget_cb(Widget, XtPointer desc, XtPointer) {
+    stop_timer(window_of(static_cast<VGA_DIALOG *>(desc)));
     windows.erase(static_cast<VGA_DIALOG *>(desc));
 }
 
@@ -301,10 +309,7 @@ NB_USHORT vga_record_window_get_widgets(VGA_DIALOG *desc) {
 NB_VOID vga_record_window_close_proc(VGA_DIALOG *desc) {
     WINDOW &window = window_of(desc);
     window.node = 0;
-    if (window.timer != 0) {
-        XtRemoveTimeOut(window.timer);
-        window.timer = 0;
-    }
+    stop_timer(window);
     fill(window);
 }
 
