@@ -1,6 +1,7 @@
 // The firewall: no message box pops up in the middle of a gesture.
 
 #include "dialog_support.h"
+#include "popups.h"
 #include "widgets.h"
 
 using namespace dialogs;

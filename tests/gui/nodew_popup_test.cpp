@@ -5,6 +5,8 @@
 #include "firewall.h"
 #include "hints.h"
 
+#include <X11/extensions/XTest.h>
+#include <functional>
 #include <utility>
 
 namespace {
@@ -111,6 +113,44 @@ TEST_F(NodePopup, IsWorkedByMouseAndLetters) {
     gui::key("h");
     EXPECT_EQ(calls, 2);
     EXPECT_FALSE(posted());
+}
+
+// A hand is faster than the toolkit: both events are there when it handles the first.
+TEST_F(NodePopup, StaysUpAfterAClick) {
+    const auto click3 = [] {
+        XTestFakeButtonEvent(gvga_display, 3, True, CurrentTime);
+        XTestFakeButtonEvent(gvga_display, 3, False, CurrentTime);
+        gui::settle();
+    };
+    int calls = 0;
+    const auto count = [](Widget, XtPointer data, XtPointer) { ++*static_cast<int *>(data); };
+    Widget zoom = desc->tools[VGA_NODEW_ZOOM].popup;
+    XtAddCallback(zoom, XmNactivateCallback, count, &calls);
+    const struct {
+        const char *what;
+        std::function<void()> end;
+        int calls;
+    } ends[] = {
+        {"a key", [] { gui::key("Escape"); }, 0},
+        {"a click on an entry", [zoom] { gui::click(zoom, 10, 8); }, 1},
+        {"the same with button 3", [&] { (gui::move_to(zoom, 10, 8), click3()); }, 1},
+        {"a click elsewhere", [] { gui::click(gvga_toplevel, 2, 2); }, 0},
+    };
+    for (const auto &row : ends) {
+        SCOPED_TRACE(row.what);
+        calls = 0;
+        gui::move_to(desc->panes[VGA_NODEW_TOP_PANE].draw_area, 120, middle_of(2));
+        click3();
+        ASSERT_TRUE(gui::wait_for([this] { return posted(); }));
+        EXPECT_EQ(selected(), ports[1]);
+        EXPECT_EQ(gvga_modal_firewall_count, 1U);
+        XtSetSensitive(zoom, True);
+        row.end();
+        gui::settle();
+        EXPECT_FALSE(posted());
+        EXPECT_EQ(gvga_modal_firewall_count, 0U);
+        EXPECT_EQ(calls, row.calls);
+    }
 }
 
 // Reasons.

@@ -345,52 +345,6 @@ NB_VOID vga_disarm_widget(Widget widget) {
     swap_colours(widget);
 }
 
-/* Popup menus. */
-
-NB_VOID vga_install_popup_menu(Widget widget, Widget menu) {
-    if (widget == nullptr || menu == nullptr) {
-        return;
-    }
-    if (!XmIsRowColumn(menu)) {
-        v0_assert_fatal(__FILE__, __LINE__, "XmIsRowColumn(menu)");
-        return;
-    }
-    XtAddEventHandler(widget, ButtonPressMask, False, vga_popup_menu, menu);
-    vga_add_modal_popup_firewall(XtParent(menu));
-}
-
-NB_VOID vga_popup_menu(Widget widget, XtPointer data, XEvent *event, Boolean *) {
-    auto menu = static_cast<Widget>(data);
-    if (!XmIsRowColumn(menu)) {
-        v0_assert_fatal(__FILE__, __LINE__, "XmIsRowColumn(menu)");
-        return;
-    }
-    if (vga_is_popup_press(event) != 0 && XtIsSensitive(widget)) {
-        XmMenuPosition(menu, &event->xbutton);
-        XtManageChild(menu);
-    }
-}
-
-NB_USHORT vga_is_popup_press(const XEvent *event) {
-    constexpr unsigned buttons = Button1Mask | Button2Mask | Button3Mask;
-    return event->type == ButtonPress && event->xbutton.button == Button3 &&
-           (event->xbutton.state & buttons) == 0;
-}
-
-NB_VOID vga_post_popup_menu(Widget widget, Widget menu, NB_INT x, NB_INT y) {
-    if (widget == nullptr || menu == nullptr || !XtIsSensitive(widget)) {
-        return;
-    }
-    Position left = 0, top = 0;
-    XtTranslateCoords(widget, static_cast<Position>(x), static_cast<Position>(y), &left, &top);
-    XButtonPressedEvent at = {};
-    at.type = ButtonPress;
-    at.x_root = left;
-    at.y_root = top;
-    XmMenuPosition(menu, &at);
-    XtManageChild(menu);
-}
-
 /* Sizes. */
 
 NB_VOID vga_set_window_height(VGA_DIALOG *desc, Dimension height) {

@@ -69,24 +69,6 @@ NB_VOID vga_button_pop(Widget button, XtPointer client_data, XtPointer call_data
 NB_VOID vga_arm_widget(Widget widget);
 NB_VOID vga_disarm_widget(Widget widget);
 
-/* Popup menus. */
-
-/* From now on button 3 over `widget` posts `menu` for as long as it is held: its release over an
- * entry chooses that one.  The menu was made with the widget, or another one of its window, as
- * parent. REQUIRES: "XmIsRowColumn(menu)" (an assertion, and nothing is done). */
-NB_VOID vga_install_popup_menu(Widget widget, Widget menu);
-
-/* Posts the menu at a place of the widget, in its own pixels: for keys.  Nothing happens over an
- * insensitive widget. */
-NB_VOID vga_post_popup_menu(Widget widget, Widget menu, NB_INT x, NB_INT y);
-
-/* 1 for a press that posts a menu: button 3, and no other button is held, whose gesture a menu
- * would take away. */
-NB_USHORT vga_is_popup_press(const XEvent *event);
-
-/* The event handler that does it; `menu` is its client data. */
-NB_VOID vga_popup_menu(Widget widget, XtPointer menu, XEvent *event, Boolean *go_on);
-
 /* Sizes, in pixels. */
 
 /* The height of the dialog's window, at most that of the screen. */

@@ -1,6 +1,7 @@
 #include "popupmenu.h"
 #include "graphics.h"
 #include "panes.h"
+#include "popups.h"
 #include "toolkit.h"
 #include "widgets.h"
 #include <X11/Xutil.h>
