@@ -4,12 +4,13 @@
 #include "messages.h"
 #include "modelfile.h"
 #include "nbproblem.h"
+#include "progressline.h"
 #include "recordpattern.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include "vgadsdel.h"
-#include "vganodew.h"
 #include "vganofbd.h"
+#include "vgasysw.h"
 #include <chrono>
 #include <cstdio>
 
@@ -48,6 +49,7 @@ NB_VOID report_no_node(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
 }
 
 NB_VOID report_shutting_down(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
+    vga_sysw_set_insensitive(gvga_main_dialog, VGA_MSG_SOFTWARE_GONE);
     vga_display_info_dialog(gvga_main_dialog, VGA_MSG_SYSTEM_SHUTDOWN, nullptr, vga_error_exit_cb,
                             0, "");
 }
@@ -228,14 +230,6 @@ NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work) {
 NB_VOID vga_node_dead_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
     if (!gvga_supported[VGA_SUPPORTED_CLIENT_SERVER]) {
         vga_start_shutdown();
-    }
-}
-
-NB_VOID vga_shutdown_info_cb(VGA_DIALOG *, VGA_ANSWER, NB_ULONG) {
-    const NB_USHORT under_way = gvga_closing;
-    vga_start_shutdown();
-    if (under_way != 0 && gvga_exit_code == 0) {
-        VGA_EXIT_AT(VGA_EXIT_NORMAL, 0, gvga_exit_closed);
     }
 }
 

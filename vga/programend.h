@@ -24,10 +24,6 @@ NB_VOID vga_process_shutdown(const VGA_PROCESS_STATE *work);
  * it goes on with the others. */
 NB_VOID vga_node_dead_info_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG client_data);
 
-/* The operator has read that the program has to end: it is closed, and ends at once when a close is
- * under way already. */
-NB_VOID vga_shutdown_info_cb(VGA_DIALOG *desc, VGA_ANSWER answer, NB_ULONG client_data);
-
 NB_INT vga_xerror_handler(Display *display, XErrorEvent *event);
 
 #endif

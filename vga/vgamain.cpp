@@ -10,8 +10,10 @@
 #include "nbproblem.h"
 #include "nofverbs.h"
 #include "programend.h"
+#include "progressline.h"
 #include "recordtypes.h"
 #include "rememberedlines.h"
+#include "settingsdialogs.h"
 #include "startstopbatch.h"
 #include "startup.h"
 #include "toolkit.h"
@@ -22,6 +24,7 @@
 #include "vgadsdel.h"
 #include "vgaindct.h"
 #include "vganodew.h"
+#include "vgasysw.h"
 #include <csignal>
 #include <cstdlib>
 
@@ -74,8 +77,7 @@ NB_VOID tell_of_refusal(VGA_DIALOG *window, const VGA_NODE &first) {
 
 NB_VOID node_list_changed(VGA_NODE *node, VGA_NODE_CHANGE change) {
     if (change != VGA_NODE_REMOVED) {
-        vga_update_line(node);
-        vga_update_node_window(node);
+        vga_update_node_viewer(node);
         if (node->connection == VGA_CONNECTED) {
             forget_refusal();
         }
@@ -114,9 +116,10 @@ NB_VOID set_hooks(NB_VOID) {
 /* Start and loop. */
 
 NB_USHORT show_first_window(NB_VOID) {
-    if (vga_display_node_window(nullptr, 0) == 0) {
+    const bool domain = gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] != 0;
+    if ((domain ? vga_display_system_window(0) : vga_display_node_window(nullptr, 0)) == 0) {
         gvga_exit_code = 0; /* whatever the window asked for: it is the start that has failed */
-        VGA_EXIT_AT(VGA_EXIT_START_UP, 0, gvga_exit_node_window);
+        VGA_EXIT_AT(VGA_EXIT_START_UP, 0, domain ? gvga_exit_system_window : gvga_exit_node_window);
         return 0;
     }
     gvga_main_dialog = gvga_first_dialog;
@@ -153,6 +156,29 @@ NB_VOID read_environment(NB_VOID) {
     gvga_display_names = display_names != nullptr && display_names[0] == '1';
 }
 
+/* Some node has still to be defined. */
+NB_USHORT is_node_unconfigured(NB_VOID) {
+    NB_USHORT found = 0;
+    vga_for_each(gvga_system->nodes, &VGA_NODE::links, [&found](const VGA_NODE &node) {
+        found |= node.node_state == NAP_NODE_UNCONFIGURED;
+    });
+    return found;
+}
+
+NB_VOID show_contents(VGA_NODE *first) {
+    if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] == 0) {
+        if (vga_display_node_window(first, 1) == 0) {
+            nba_pd_print_problem(NB_PD_WINDOW, NB_PD_WINDOW_NODE, nullptr);
+        }
+        return;
+    }
+    gvga_system->window = gvga_first_dialog;
+    gvga_first_dialog->parent_item = gvga_system;
+    if (vga_display_system_window(1) == 0) {
+        nba_pd_print_problem(NB_PD_WINDOW, NB_PD_WINDOW_SYSTEM, nullptr);
+    }
+}
+
 } // namespace
 
 NB_VOID vga_system_built(NB_VOID) {
@@ -169,11 +195,12 @@ NB_VOID vga_system_built(NB_VOID) {
         }
         return;
     }
-    if (vga_display_node_window(node, 1) == 0) {
-        nba_pd_print_problem(NB_PD_WINDOW, NB_PD_WINDOW_NODE, nullptr);
-    }
+    show_contents(node);
     tell_of_limits(gvga_first_dialog);
     tell_of_refusal(gvga_first_dialog, *node);
+    if (gvga_supported[VGA_SUPPORTED_CLIENT_SERVER] && !gvga_read_only && is_node_unconfigured()) {
+        vga_display_start_help_dialog(nullptr, 1);
+    }
     gvga_first_dialog = nullptr;
 }
 

@@ -241,33 +241,6 @@ TEST_F(Ends, TheLastNodeThatLeavesIsReported) {
     EXPECT_EXIT(start(), testing::ExitedWithCode(0), "box: No node of the domain");
 }
 
-NB_VOID close_twice(XtPointer, XtIntervalId *) {
-    if (gvga_system->built == 0) {
-        XtAppAddTimeOut(gvga_appcontext, 20, close_twice, nullptr);
-        return;
-    }
-    for (const NB_CHAR *when : {"first", "again"}) {
-        vga_shutdown_info_cb(gvga_main_dialog, VGA_ANSWER_OK, 0);
-        fprintf(stderr, "%s: closing %d, exit %d; ", when, gvga_closing,
-                static_cast<int>(gvga_exit_code));
-    }
-}
-
-TEST_F(Ends, WhoHasReadThatItHasToEndClosesItOrEndsIt) {
-    const auto start = [] {
-        scripted_nof.completes_at_once = [](const ISSUED_VERB &verb) {
-            if (scripted_nof.issued == 1) {
-                XtAppAddTimeOut(gvga_appcontext, 0, close_twice, nullptr);
-            }
-            const bool held = verb.vcb->opcode == NAP_CLOSE_FILE;
-            return held ? NB_USHORT{0} : answer_with_a_node(verb);
-        };
-        run();
-    };
-    EXPECT_EXIT(start(), testing::ExitedWithCode(0),
-                "first: closing 1, exit 0; again: closing 1, exit -1; ");
-}
-
 /* A display without any font that a set could be made of. */
 class NoFontSet : public Ends {
 protected:

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <pwd.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -36,26 +35,6 @@ protected:
         WindowId found = 0;
         wait_for([&] { return (found = screen().find(message(1301))) != 0; });
         return found;
-    }
-
-    /* Kills the process of a node, which is one of the node software's. */
-    static void kill_node(const Process &front, const std::string &name) {
-        const std::string pid = std::to_string(front.pid());
-        std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
-        for (pid_t process = 0; children >> process;) {
-            std::ifstream command("/proc/" + std::to_string(process) + "/cmdline");
-            std::string words;
-            std::getline(command, words);
-            if (words.find(std::string("--serve\0", 8) + name + '\0') != std::string::npos) {
-                kill(process, SIGKILL);
-                return;
-            }
-        }
-        ADD_FAILURE() << "no process of the node " << name;
-    }
-
-    bool shows(WindowId window, const std::string &text) {
-        return wait_for([&] { return screen().text(window).find(text) != std::string::npos; });
     }
 };
 
@@ -93,11 +72,11 @@ TEST_F(NodeFaults, ProcessOfTheNodeKilled) {
     expect_report(program, information_title, message(300, {"corvid1"}));
 }
 
-// In a domain of three nodes, of which the window shows the first one.
+// In a domain of three nodes.
 TEST_F(NodeFaults, ANodeThatReturnsFindsItsWindowAsItWas) {
     Process &front = start_node("branch");
     Process &program = start_program({"-size", "small", "-geometry", "1100x1700"});
-    const WindowId window = loaded_window("harbour");
+    const WindowId window = open_node("harbour");
     ASSERT_NE(window, 0u);
     const std::string mode = "LEDGMODE NETA.SHOPLU ";
     const auto dialog_shown = [&] {
@@ -143,7 +122,7 @@ TEST_F(NodeFaults, ANodeThatReturnsFindsItsWindowAsItWas) {
     screen().focus(window);
     screen().key("Return");
     EXPECT_TRUE(wait_for(dialog_shown)) << "it is selected again";
-    close_window(window);
+    close_window(domain_window());
     expect_end(program, 0);
 }
 

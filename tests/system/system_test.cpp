@@ -1,6 +1,7 @@
 #include "system_test.h"
 
 #include <csignal>
+#include <fstream>
 #include <iostream>
 
 namespace sys {
@@ -47,6 +48,42 @@ WindowId SystemTest::loaded_window(const std::string &node) {
     WindowId found = 0;
     wait_for([&] { return (found = screen().find(message(1300, {node}))) != 0; });
     return found;
+}
+
+WindowId SystemTest::domain_window() {
+    WindowId found = 0;
+    wait_for([&] { return (found = screen().find(message(992))) != 0; });
+    return found;
+}
+
+WindowId SystemTest::open_node(const std::string &node) {
+    const WindowId domain = domain_window();
+    screen().raise(domain);
+    EXPECT_TRUE(domain != 0 && wait_for([&] { return screen().click(domain, node); }))
+        << "no line of " << node;
+    screen().focus(domain);
+    screen().key("Return");
+    return loaded_window(node);
+}
+
+void SystemTest::kill_node(const Process &front, const std::string &name) {
+    const std::string pid = std::to_string(front.pid());
+    std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
+    for (pid_t process = 0; children >> process;) {
+        std::ifstream command("/proc/" + std::to_string(process) + "/cmdline");
+        std::string words;
+        std::getline(command, words);
+        if (words.find(std::string("--serve\0", 8) + name + '\0') != std::string::npos) {
+            kill(process, SIGKILL);
+            return;
+        }
+    }
+    ADD_FAILURE() << "no process of the node " << name;
+}
+
+bool SystemTest::shows(WindowId window, const std::string &text, int milliseconds) {
+    return wait_for([&] { return screen().text(window).find(text) != std::string::npos; },
+                    milliseconds);
 }
 
 WindowId SystemTest::box(const std::string &title, const std::string &text) {

@@ -32,8 +32,20 @@ protected:
 
     Screen &screen();
 
-    /* The program's window, once the node's name is in its title; 0 after a while without. */
+    /* The window of a node, once the node's name is in its title; 0 after a while without. */
     WindowId loaded_window(const std::string &node = "corvid1");
+
+    /* The window of a domain's nodes, once it shows them; 0 as above. */
+    WindowId domain_window();
+
+    /* Opens the window of a node from that of the domain, and waits for it as above. */
+    WindowId open_node(const std::string &node);
+
+    /* Kills the process of a node, which is one of the node software's. */
+    static void kill_node(const Process &front, const std::string &name);
+
+    /* Whether the window shows the text, words and columns with single blanks between them. */
+    bool shows(WindowId window, const std::string &text, int milliseconds = 20000);
 
     /* The message box of that title that shows the text, once it is there; 0 as above. */
     WindowId box(const std::string &title, const std::string &text);

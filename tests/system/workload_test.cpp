@@ -330,15 +330,15 @@ protected:
         }
     }
 
-    /* Closes one of the programs that show the node, whatever it has to say, and returns what it
-     * knew but for what the nodes count. */
-    std::vector<std::string> close_down(const std::string &node) {
+    /* Closes one of the programs whose window has the title, whatever it has to say, and returns
+     * what it knew but for what the nodes count. */
+    std::vector<std::string> close_down(const std::string &window) {
         const auto running = [this] {
             return std::count_if(programs.begin(), programs.end(),
                                  [](const Process *program) { return program->running(); });
         };
         const auto before = running();
-        screen().ask_to_close(screen().find(message(1300, {node})));
+        screen().ask_to_close(screen().find(window));
         EXPECT_TRUE(wait_for([&] {
             for (const int title : {213, 185}) {
                 if (const WindowId box = screen().find(message(title))) {
@@ -395,11 +395,11 @@ TEST_F(TwoPrograms, AgreeWheneverTheyWereStarted) {
             start();
         }
         settle();
-        const std::string node = domain == "single" ? "corvid1" : "harbour";
-        const std::vector<std::string> one = close_down(node);
+        const std::string window = domain == "single" ? message(1300, {"corvid1"}) : message(992);
+        const std::vector<std::string> one = close_down(window);
         size_t shown = 1;
-        while (screen().find(message(1300, {node})) != 0) {
-            expect_same(one, close_down(node));
+        while (screen().find(window) != 0) {
+            expect_same(one, close_down(window));
             shown++;
         }
         EXPECT_GE(shown, 3u);
@@ -421,7 +421,7 @@ TEST_F(TwoPrograms, AWatcherKnowsWhatAFreshStartKnows) {
     SCOPED_TRACE("WORKLOAD_SEED=" + std::to_string(seed));
     Process &front = start_node("branch");
     start();
-    ASSERT_NE(loaded_window("harbour"), 0u);
+    ASSERT_NE(domain_window(), 0u);
     Workload workload(place.path("var/sna.sock"), static_cast<unsigned>(seed),
                       {"harbour", "market", "station"});
     for (int step = 1; step <= steps; step++) {
@@ -441,11 +441,11 @@ TEST_F(TwoPrograms, AWatcherKnowsWhatAFreshStartKnows) {
     std::cout << "\n";
     EXPECT_EQ(workload.never_done(), "");
     settle();
-    const std::vector<std::string> watched = close_down("harbour");
+    const std::vector<std::string> watched = close_down(message(992));
     start();
-    ASSERT_NE(loaded_window("harbour"), 0u);
+    ASSERT_NE(domain_window(), 0u);
     settle();
-    expect_same(watched, close_down("harbour"));
+    expect_same(watched, close_down(message(992)));
 }
 
 } // namespace sys

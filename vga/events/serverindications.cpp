@@ -32,6 +32,7 @@ NB_VOID forget_all_targets(NB_VOID) {
 NB_VOID free_domain(NB_USHORT gone) {
     vga_free_system_resources(gone, nullptr);
     vga_delete_system_contents();
+    vga_record_changed(gvga_system, VGA_RECORD_CHANGED);
 }
 
 NB_VOID free_network(NB_VOID) {

@@ -1,6 +1,7 @@
 #include "linetable.h"
 #include "lineevents.h"
 #include "nodewindowlines.h"
+#include "vgasysw.h"
 #include <array>
 
 namespace {
@@ -94,6 +95,15 @@ NB_VOID underline_open(NB_VOID *data, Widget widget, Drawable drawable, NB_INT x
          vga_nodew_##callbacks##_arm_cb, vga_nodew_##callbacks##_act_cb,                           \
          vga_nodew_##callbacks##_drag_cb)
 
+/* A line of the system window. */
+constexpr VGA_VIEWER_DESC node_of_domain(NB_VOID) {
+    VGA_VIEWER_DESC desc = live(top_flat, vga_create_node_viewer_text, vga_choose_node_viewer_icon,
+                                vga_sysw_node_arm_cb, vga_sysw_node_act_cb, vga_sysw_node_drag_cb);
+    desc.disarm_cb = [](Widget widget) { vga_sysw_disarm(widget, nullptr, nullptr); };
+    desc.set_button_states = vga_sysw_set_button_states;
+    return desc;
+}
+
 constexpr ROW rows[] = {
     {VGA_VIEWER_LU62,
      headed(decorated(VGA_NODEW_ROW(top_open, lu62, lu62), underline_open<VGA_LU62>),
@@ -110,7 +120,7 @@ constexpr ROW rows[] = {
             vga_create_pool_headings)},
     {VGA_VIEWER_CPIC, VGA_HEAD_ROW(top_flat, cpic, VGA_CPIC)},
     {VGA_VIEWER_MODE_DEF, VGA_HEAD_ROW(top_flat, mode_def, VGA_MODE_DEF)},
-    {VGA_VIEWER_NODE, VGA_HEAD_ROW(top_flat, node, VGA_NODE)},
+    {VGA_VIEWER_NODE, headed(node_of_domain(), vga_create_node_headings)},
     {VGA_VIEWER_RJE, VGA_HEAD_ROW(top_flat, rje, VGA_RJE_WKSTN)},
     {VGA_VIEWER_LS_LEAF, VGA_NODEW_ROW(second, ls, ls)},
     {VGA_VIEWER_REM_SYS,

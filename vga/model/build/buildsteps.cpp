@@ -82,6 +82,7 @@ NB_VOID keep_domain_target(VGA_NODE *, const NAP_VCB *vcb) {
     if (answer.primary_rc == NAP_OK) {
         replace_file(gvga_system->domain_target, answer, gvga_system->handle);
         memcpy(gvga_system->config_name, answer.node_name, sizeof(answer.node_name));
+        vga_record_changed(gvga_system, VGA_RECORD_CHANGED);
     } else if (answer.primary_rc != NAP_STATE_CHECK ||
                answer.secondary_rc != NAP_NO_DOMAIN_CONFIG) {
         vga_query_failed(vcb, gvga_build_module, __LINE__);

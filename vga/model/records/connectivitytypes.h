@@ -33,6 +33,7 @@ template <> struct VGA_RECORD_TYPE<VGA_PORT> : VGA_RECORD_DEFAULTS<VGA_PORT> {
     static VGA_LINE_PLACE line(VGA_PORT &port) {
         return {&port.node->connectivity_root, nullptr, VGA_VIEWER_PORT, &port.node_links, 0};
     }
+    static VGA_COUNTED counted(VGA_PORT &port) { return {port.node, &VGA_NODE_COUNTS::ports}; }
     static NB_VOID delete_children(VGA_PORT &port) { vga_delete_all<VGA_LS>(port.link_stations); }
 };
 
@@ -59,6 +60,9 @@ template <> struct VGA_RECORD_TYPE<VGA_LS> : VGA_RECORD_DEFAULTS<VGA_LS> {
         VGA_VIEWER_TYPE other = opens ? VGA_VIEWER_LS_LEAF : VGA_VIEWER_LS;
         return {&ls.parent->node->connectivity_root, &ls.parent->gui_data.viewer, type,
                 &ls.port_links, other};
+    }
+    static VGA_COUNTED counted(VGA_LS &ls) {
+        return {ls.parent->node, &VGA_NODE_COUNTS::link_stations};
     }
     static NB_USHORT settled(VGA_LS &ls);
     static NB_VOID delete_children(VGA_LS &ls);
@@ -126,6 +130,7 @@ template <> struct VGA_RECORD_TYPE<VGA_LU03> : VGA_RECORD_DEFAULTS<VGA_LU03> {
         VGA_GUI_DATA &over = pu.ls_entry != nullptr ? pu.ls_entry->gui_data : pu.gui_data;
         return {over.list, &over.viewer, VGA_VIEWER_DEPLU, &lu.links, 0};
     }
+    static VGA_COUNTED counted(VGA_LU03 &lu) { return {lu.parent->parent, &VGA_NODE_COUNTS::lus}; }
     static NB_VOID merged(VGA_LU03 &kept, VGA_LU03 &fresh);
     static NB_USHORT settled(VGA_LU03 &lu);
     static NB_VOID delete_children(VGA_LU03 &lu) { vga_delete_lu03_extra_data(&lu); }

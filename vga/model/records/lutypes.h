@@ -18,6 +18,7 @@ template <> struct VGA_RECORD_TYPE<VGA_LU62> : VGA_RECORD_DEFAULTS<VGA_LU62> {
     }
     static constexpr auto line =
         vga_top_line<VGA_LU62, &VGA_NODE::local_lu_root, VGA_VIEWER_LU62, &VGA_LU62::name_links>;
+    static VGA_COUNTED counted(VGA_LU62 &lu) { return {lu.parent, &VGA_NODE_COUNTS::lus}; }
     static NB_VOID merged(VGA_LU62 &kept, VGA_LU62 &fresh);
     static NB_VOID delete_children(VGA_LU62 &lu);
     static NB_VOID unlinked(VGA_LU62 &lu);

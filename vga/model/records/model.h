@@ -249,12 +249,21 @@ struct VGA_NODE_TN {
     NAP_TN3270_EXPRESS_LOGON_VERB express_logon;
 };
 
+/* How many of its resources a node's line says that it has. */
+struct VGA_NODE_COUNTS {
+    NB_ULONG ports, link_stations, lus; /* LUs: local and dependent ones */
+};
+
 /* Whether the program can reach a node, whatever state the node was in when it last said so. */
 enum VGA_CONNECTION : NB_USHORT {
     VGA_NOT_CONNECTED,
     VGA_CONNECTING, /* the connect is under way */
     VGA_CONNECTED
 };
+
+/* The states of a node that has to be looked at by itself: nothing of it can be operated. */
+constexpr NB_ULONG VGA_NODE_STATE_UNCONFIGURED = NAP_NODE_UNCONFIGURED;
+constexpr NB_ULONG VGA_NODE_STATE_BACK_LEVEL = NAP_NODE_BACK_LEVEL;
 
 enum VGA_SERVER_ROLE : NB_USHORT { VGA_ROLE_NONE, VGA_ROLE_MASTER, VGA_ROLE_BACKUP };
 
@@ -276,6 +285,7 @@ struct VGA_NODE : VGA_RECORD<VGA_SYSTEM, NAP_NODE_ALL_DATA> {
     NB_UCHAR asked_owners[VGA_NODE_CHAINS]
                          [17]; /* of lists under owners: whose was asked for last */
     NB_USHORT rebuilt;         /* flag: the build that runs found records of an earlier one */
+    VGA_NODE_COUNTS counts;    /* of the records that it has now */
     VGA_CLASS_WORK class_work[VGA_STATUS_CLASSES]; /* by VGA_STATUS_ID; of this connection */
     VGA_DIALOG *window;                            /* its node window; null while there is none */
 

@@ -25,6 +25,18 @@ public:
                    "its dialog shows another record");
         }
         references(record);
+        const VGA_COUNTED counted = VGA_RECORD_TYPE<Record>::counted(record);
+        if (counted.node != nullptr) {
+            counts[counted.node].*counted.counter += 1;
+        }
+    }
+
+    NB_VOID check_counts() {
+        vga_for_each(gvga_system->nodes, &VGA_NODE::links, [this](VGA_NODE &node) {
+            const VGA_NODE_COUNTS &own = counts[&node];
+            expect(memcmp(&own, &node.counts, sizeof(own)) == 0, "NODE",
+                   "it says another number of resources than it has");
+        });
     }
 
     NB_VOID check_indexes() {
@@ -42,7 +54,8 @@ public:
 
 private:
     std::map<const AVL_TREE *, NB_LONG> indexed; /* how many records must be in an index */
-    std::set<const VGA_VIEWER_ITEM *> lines;     /* that must be in the lists, until met there */
+    std::map<const VGA_NODE *, VGA_NODE_COUNTS> counts;
+    std::set<const VGA_VIEWER_ITEM *> lines; /* that must be in the lists, until met there */
 
     NB_VOID expect(bool holds, const NB_CHAR *type, const NB_CHAR *what) {
         if (!holds) {
@@ -181,6 +194,7 @@ VGA_MODEL_FINDINGS vga_check_model(NB_VOID) {
     vga_walk_model([&checker](auto &record, const NB_CHAR *type, auto *owner) {
         checker.visit(record, type, owner);
     });
+    checker.check_counts();
     checker.check_indexes();
     checker.check_lists();
     return std::move(checker.findings);

@@ -45,6 +45,12 @@ struct VGA_LINE_PLACE {
     NB_UCHAR other_type; /* of lines of such records, too; 0: none */
 };
 
+/* Where a record is counted: its node shows in its line how many it has.  Null: nowhere. */
+struct VGA_COUNTED {
+    VGA_NODE *node;
+    NB_ULONG VGA_NODE_COUNTS::*counter;
+};
+
 template <class Record> struct VGA_RECORD_TYPE;
 
 template <class Record> struct VGA_RECORD_DEFAULTS {
@@ -66,6 +72,7 @@ template <class Record> struct VGA_RECORD_DEFAULTS {
     /* Takes over what the new record of a merge had besides its data block. */
     static NB_VOID merged(Record & /* kept */, Record & /* fresh, about to go */) {}
     static VGA_LINE_PLACE line(Record &) { return {}; }
+    static VGA_COUNTED counted(Record &) { return {}; }
     /* What follows from a record that has just joined the model. */
     static NB_VOID linked(Record &) {}
     /* What follows from a new data block, of a record that joined or of a merge: children that the
@@ -310,6 +317,14 @@ template <class Record> NB_VOID vga_delete_line(Record *record) {
 
 /* Records. */
 
+template <class Record> NB_VOID vga_count(Record &record, NB_LONG more) {
+    const VGA_COUNTED counted = VGA_RECORD_TYPE<Record>::counted(record);
+    if (counted.node != nullptr) {
+        counted.node->counts.*counted.counter += static_cast<NB_ULONG>(more);
+        vga_update_line(counted.node);
+    }
+}
+
 /* Merges a new record into the one that is already there, which keeps its identity: handle,
  * children, line and open dialog, which is told.  Owner and keys are those of the new one. */
 template <class Record> Record *vga_merge_record(Record *fresh, Record *kept) {
@@ -343,6 +358,7 @@ template <class Record> Record *vga_insert_record(Record *record) {
         vga_link_surely(links[index]);
     }
     vga_place_line(record);
+    vga_count(*record, 1);
     VGA_RECORD_TYPE<Record>::linked(*record);
     return VGA_RECORD_TYPE<Record>::settled(*record) ? record : nullptr;
 }
@@ -362,6 +378,7 @@ template <class Record> NB_VOID vga_delete_record(Record *record) {
     }
     vga_delete_line(record);
     VGA_RECORD_TYPE<Record>::delete_children(*record);
+    vga_count(*record, -1);
     for (const VGA_INDEX_LINK &link : VGA_RECORD_TYPE<Record>::links(*record)) {
         vga_unlink(link);
     }

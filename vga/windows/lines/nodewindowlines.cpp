@@ -3,6 +3,7 @@
 #include "linecolumns.h"
 #include "nodeconnection.h"
 #include "vgadsutl.h"
+#include "vgautil.h"
 #include <cstdio>
 #include <cstring>
 
@@ -32,6 +33,9 @@ NB_USHORT write_title(NB_USHORT message, NB_CHAR *buffer) {
 
 /* Nodes of the domain: a message for each state, with its columns. */
 
+constexpr size_t node_remark_size = 2 * VGA_CELL_SIZE;
+constexpr NB_INT counts_width = 32; /* columns before the description */
+
 NB_USHORT node_message(NB_ULONG state) {
     switch (state) {
     case NAP_NODE_STOPPED:
@@ -47,7 +51,7 @@ NB_USHORT node_message(NB_ULONG state) {
     case NAP_NODE_BACK_LEVEL:
         return VGA_MSG_NODE_BACK_LEVEL;
     default:
-        NB_ASSERT(!"a state of nodes");
+        v0_assert(__FILE__, __LINE__, "FALSE");
         return 0;
     }
 }
@@ -244,19 +248,25 @@ constexpr VGA_LINE_COLUMN rem_plu_columns[] = {
     {.stop = session_stop, .field = &field(records::plu_def, "description")},
 };
 
-/* Its connection, when there is something to say of it; what to do next; its description. */
-NB_VOID node_remark(const VGA_NODE &node, NB_CHAR *text) {
+/* What to do next; else its connection, when there is something to say of it; else how many
+ * resources it has, and its description. */
+NB_VOID node_remark(const VGA_NODE &node, NB_CHAR (&text)[node_remark_size]) {
     NB_CHAR description[VGA_CELL_SIZE] = {};
-    vga_write_connection(node, text);
-    if (text[0] != '\0') {
-        return;
-    }
     if (node.node_state == NAP_NODE_UNCONFIGURED) {
         vga_write_word(VGA_MSG_DEFINE_NODE_FIRST, text);
         return;
     }
+    vga_write_connection(node, text);
+    if (text[0] != '\0') {
+        return;
+    }
+    NB_CHAR counts[VGA_CELL_SIZE] = {};
+    NB_CHAR harmless[VGA_CELL_SIZE] = {};
     vga_write_field({.field = &field(records::domain_node, "description")}, node.vcb, description);
-    vga_write_harmless(description, text);
+    vga_write_harmless(description, harmless);
+    vga_print_msg(counts, sizeof(counts), VGA_MSG_NODE_COUNTS, "l l l", node.counts.ports,
+                  node.counts.link_stations, node.counts.lus);
+    snprintf(text, sizeof(text), "%-*s%s", counts_width, counts, harmless);
 }
 
 } // namespace
@@ -270,20 +280,21 @@ NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
     const NB_USHORT role = node.role == VGA_ROLE_MASTER   ? VGA_MSG_MASTER_ROLE
                            : node.role == VGA_ROLE_BACKUP ? VGA_MSG_BACKUP_ROLE
                                                           : VGA_MSG_NO_ROLE;
-    NB_CHAR name[VGA_CELL_SIZE] = {};
-    NB_CHAR description[VGA_CELL_SIZE] = {};
-    NB_CHAR third[VGA_CELL_SIZE] = {};
+    NB_CHAR bare[VGA_CELL_SIZE] = {};
+    NB_CHAR harmless[VGA_CELL_SIZE] = {};
+    NB_CHAR name[65]; /* a whole number of characters */
+    NB_CHAR third[node_remark_size] = {};
     node_remark(node, third);
-    vga_write_field({.field = &field(records::domain_node, "name")}, node.vcb, description);
-    vga_write_harmless(description, name);
-    return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, node_message(node.node_state), "s ca s",
-                         name, 15, vga_message(role), third);
+    vga_write_field({.field = &field(records::domain_node, "name")}, node.vcb, bare);
+    vga_write_harmless(bare, harmless);
+    v0_mb_strncpy(name, harmless, sizeof(name));
+    return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, node_message(node.node_state), "ca ca s",
+                         64, name, 15, vga_message(role), third);
 }
 
 NB_USHORT vga_choose_node_viewer_icon(NB_VOID *data) {
     const VGA_NODE &node = *static_cast<const VGA_NODE *>(data);
-    const bool works = node.connection == VGA_CONNECTED && node.node_state != NAP_NODE_BACK_LEVEL;
-    return works ? VGA_ICON_NODE : VGA_ICON_BACKNODE;
+    return node.node_state == NAP_NODE_BACK_LEVEL ? VGA_ICON_BACKNODE : VGA_ICON_NODE;
 }
 
 VGA_HEADINGS(port, VGA_VIEWER_PORT)

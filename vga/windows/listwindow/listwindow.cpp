@@ -41,8 +41,12 @@ NB_VOID vga_listw_message(VGA_LIST_WINDOW *window, NB_USHORT message) {
     vga_listw_message_text(window, message != 0 ? vga_message(message) : "");
 }
 
-/* Why there is nothing to see; a node that can be worked with needs no more words. */
+/* Why there is nothing to see; what can be worked with needs no more words. */
 NB_VOID vga_listw_message_at_rest(VGA_LIST_WINDOW *window) {
+    if (window->plan->lists[0].of_domain != nullptr) {
+        vga_listw_message(window, gvga_system->domain_target == 0 ? VGA_MSG_DOMAIN_LOST : 0);
+        return;
+    }
     const VGA_NODE *node = vga_listw_node(window);
     if (node == nullptr || node->connection == VGA_CONNECTED) {
         vga_listw_message(window, 0);

@@ -90,8 +90,10 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
     vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_NODE_LINE, "s s s", name, cp_name,
                   connection[0] != '\0' ? connection : state_word(*node));
     set_label(desc->server_text, text);
-    vga_put_widget_pixmap(desc->server_icon,
-                          gvga_pixmaps[vga_choose_node_viewer_icon(vga_nodew_node(desc))]);
+    const NB_USHORT icon = node->connection == VGA_CONNECTED
+                               ? vga_choose_node_viewer_icon(vga_nodew_node(desc))
+                               : NB_USHORT{VGA_ICON_BACKNODE};
+    vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[icon]);
 }
 
 /* Widgets. */
@@ -263,6 +265,9 @@ NB_USHORT vga_display_node_window(VGA_NODE *node, NB_USHORT flag) {
         }
         desc = reinterpret_cast<VGA_NODEW_DESC *>(dialog);
         vga_message_node_window(dialog, 0);
+        if (gvga_main_dialog != nullptr) {
+            XtRealizeWidget(dialog->shell); /* its labels grow with their texts only then */
+        }
     }
     if (node != nullptr && node->window != &desc->common) {
         attach(desc, node);
@@ -289,39 +294,17 @@ NB_VOID vga_update_node_window(VGA_NODE *node) {
     }
 }
 
-constexpr NB_USHORT name_size = 256;
-
-/* The node, or the domain for null, as it is called in the middle of a sentence. */
-static NB_VOID write_name(const VGA_NODE *node, NB_CHAR (&text)[name_size]) {
-    if (node == nullptr) {
-        vga_print_msg(text, name_size, VGA_MSG_THE_DOMAIN, "");
-    } else {
-        vga_print_msg(text, name_size, VGA_MSG_THE_NODE, "cs",
-                      static_cast<NB_INT>(sizeof(node->name)), node->name);
-    }
-}
-
-NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources) {
+VGA_LIST_WINDOW *vga_nodew_reading(const VGA_NODE *node, NB_ULONG *before) {
     VGA_NODEW_DESC *desc = node != nullptr ? open_window(node->window) : nullptr;
-    if (desc != nullptr && desc->reading == 0) {
-        return; /* a single resource is read again */
+    if (desc == nullptr || desc->reading == 0) {
+        return nullptr;
     }
-    const NB_ULONG before = desc != nullptr ? desc->read_before : 0;
-    VGA_DIALOG *window = desc != nullptr ? &desc->common : gvga_first_dialog;
-    NB_CHAR what[name_size];
-    NB_CHAR line[512];
-    write_name(node, what);
-    vga_print_msg(line, sizeof(line), VGA_MSG_READING, "s l", what, resources - before);
-    vga_message_node_window_text(window, line);
+    *before = desc->read_before;
+    return desc;
 }
 
-NB_VOID vga_show_closing(const VGA_NODE *node) {
-    NB_CHAR what[name_size];
-    NB_CHAR line[512];
-    write_name(node, what);
-    vga_print_msg(line, sizeof(line), VGA_MSG_CLOSING, "s", what);
-    vga_message_node_window_text(gvga_main_dialog, line);
-    if (VGA_NODEW_DESC *desc = open_window(gvga_main_dialog)) {
+NB_VOID vga_nodew_show_closing(VGA_DIALOG *dialog) {
+    if (VGA_NODEW_DESC *desc = open_window(dialog)) {
         set_label(desc->server_text, vga_message(VGA_MSG_NODEW_CLOSING));
         vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[VGA_ICON_BACKNODE]);
         vga_nodew_set_button_states(desc);

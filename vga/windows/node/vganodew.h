@@ -34,13 +34,12 @@ NB_USHORT vga_display_node_window(VGA_NODE *node, NB_USHORT flag);
  * node's own line, lists and buttons follow.  Nothing when no window shows the node. */
 NB_VOID vga_update_node_window(VGA_NODE *node);
 
-/* Says in the message line of the node's window, or of the program's first one while that is still
- * empty, what is being read (null: the domain) and how many resources so far. */
-NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources);
+/* The window of a node (which may be null) whose lines are on their way; null: there is none.
+ * Sets `before` to the number of resources that had been read before. */
+VGA_LIST_WINDOW *vga_nodew_reading(const VGA_NODE *node, NB_ULONG *before);
 
-/* The program's own window, which stays to the end, says that the program closes, and whose answer
- * (null: the domain's) it waits for. */
-NB_VOID vga_show_closing(const VGA_NODE *node);
+/* The program closes: the window is drawn without a node.  Nothing for another window. */
+NB_VOID vga_nodew_show_closing(VGA_DIALOG *dialog);
 
 /* Puts a message, or a text in the locale's character set, into the message line; message 0 clears
  * it.  The arguments may be those of any window; nothing happens without one. */
