@@ -93,6 +93,39 @@ NB_ULONG sessions_of(const VGA_LU62 &lu) {
     return lu.vcb->active_sessions;
 }
 
+/* Records of a node by what they name, in the order of the model. */
+template <AVL_COMPARE compare> struct BEFORE {
+    bool operator()(const NB_UCHAR *a, const NB_UCHAR *b) const { return compare(a, b) < 0; }
+};
+template <class Record, AVL_COMPARE compare>
+using BY_NAME = std::multimap<const NB_UCHAR *, Record *, BEFORE<compare>>;
+
+/* Each owner would have to look through all of them.  Filled once a plan, which leaves the model
+ * alone. */
+struct REFERRERS {
+    BY_NAME<VGA_LU62, vga_compare_ebc8> lus_of_pu;
+    BY_NAME<VGA_LS_ROUTING, vga_compare_asc8> routings_over_link;
+    BY_NAME<VGA_SLSEC_DEF, vga_compare_asc8> passwords_of_alias;
+    BY_NAME<VGA_DIR, vga_compare_ebc17> entries_of_system;
+    BY_NAME<VGA_DIR, vga_compare_ebc17> entries_by_name;
+
+    explicit REFERRERS(const VGA_NODE &node) {
+        vga_for_each(node.lus, &VGA_LU62::name_links, [this](VGA_LU62 &lu) {
+            lus_of_pu.emplace(lu.vcb->def_data.pu_name, &lu);
+            vga_for_each(lu.routings, &VGA_LS_ROUTING::links, [this](VGA_LS_ROUTING &routing) {
+                routings_over_link.emplace(routing.vcb->def_data.ls_name, &routing);
+            });
+        });
+        vga_for_each(node.sl_security, &VGA_SLSEC_DEF::links, [this](VGA_SLSEC_DEF &password) {
+            passwords_of_alias.emplace(password.key.lu_alias, &password);
+        });
+        vga_for_each(node.directory, &VGA_DIR::links, [this](VGA_DIR &entry) {
+            entries_of_system.emplace(entry.key.fqcp_name, &entry);
+            entries_by_name.emplace(entry.key.resource_name, &entry);
+        });
+    }
+};
+
 /* Writes the plan, owners before what goes with them. */
 class PLANNER {
 public:
@@ -171,6 +204,17 @@ private:
         vga_for_each(tree, links, [&](Record &record) { add<Kind>(record, by_itself); });
     }
 
+    const REFERRERS &of(const VGA_NODE *node) {
+        return referrers_.try_emplace(node, *node).first->second;
+    }
+    template <class Names, class Visit>
+    static NB_VOID with_name(const Names &names, const NB_UCHAR *name, Visit visit) {
+        const auto range = names.equal_range(name);
+        for (auto at = range.first; at != range.second; ++at) {
+            visit(*at->second);
+        }
+    }
+
     /* What goes with a record.  What only names it stays, and the node says so. */
     template <class Record> NB_VOID below(Record &) {}
     NB_VOID below(VGA_DLC &dlc) { all<VGA_DELETE_PORT>(dlc.ports, &VGA_PORT::dlc_links); }
@@ -190,31 +234,20 @@ private:
         if (ls.down_pu != nullptr) {
             add<VGA_DELETE_DOWN_PU>(*ls.down_pu, 1);
         }
-        vga_for_each(ls.parent->node->lus, &VGA_LU62::name_links, [&](VGA_LU62 &lu) {
-            vga_for_each(lu.routings, &VGA_LS_ROUTING::links, [&](VGA_LS_ROUTING &routing) {
-                if (vga_compare_asc8(routing.vcb->def_data.ls_name, ls.name) == 0) {
-                    add<VGA_DELETE_ROUTING>(routing);
-                }
-            });
-        });
+        with_name(of(ls.parent->node).routings_over_link, ls.name,
+                  [this](VGA_LS_ROUTING &routing) { add<VGA_DELETE_ROUTING>(routing); });
     }
     NB_VOID below(VGA_CN &cn) { all<VGA_DELETE_CN_PORT>(cn.ports, &VGA_CN_PORT::links, 1); }
     NB_VOID below(VGA_LOCAL_PU &pu) {
         all<VGA_DELETE_LU03>(pu.lus, &VGA_LU03::links);
-        vga_for_each(pu.parent->lus, &VGA_LU62::name_links, [&](VGA_LU62 &lu) {
-            if (vga_compare_ebc8(lu.vcb->def_data.pu_name, pu.name) == 0) {
-                add<VGA_DELETE_LU62>(lu);
-            }
-        });
+        with_name(of(pu.parent).lus_of_pu, pu.name,
+                  [this](VGA_LU62 &lu) { add<VGA_DELETE_LU62>(lu); });
     }
     NB_VOID below(VGA_DOWN_PU &pu) { all<VGA_DELETE_DOWN_LU>(pu.lus, &VGA_DOWN_LU::links); }
     NB_VOID below(VGA_LU62 &lu) {
         all<VGA_DELETE_ROUTING>(lu.routings, &VGA_LS_ROUTING::links, 1);
-        vga_for_each(lu.parent->sl_security, &VGA_SLSEC_DEF::links, [&](VGA_SLSEC_DEF &password) {
-            if (vga_compare_asc8(password.key.lu_alias, lu.alias) == 0) {
-                add<VGA_DELETE_PASSWORD>(password, 1);
-            }
-        });
+        with_name(of(lu.parent).passwords_of_alias, lu.alias,
+                  [this](VGA_SLSEC_DEF &password) { add<VGA_DELETE_PASSWORD>(password, 1); });
     }
     NB_VOID below(VGA_MODE_DEF &mode) {
         if (VGA_LU62_TIMEOUT *timeout = vga_find_mode_timeout(mode.parent, mode.name)) {
@@ -228,12 +261,9 @@ private:
     NB_VOID below(VGA_REM_SYS &system) {
         const NB_LONG owner = owner_;
         const auto of_system = [&](auto visit) {
-            vga_for_each(system.parent->directory, &VGA_DIR::links, [&](VGA_DIR &entry) {
-                const bool own = memcmp(entry.key.resource_name, system.name, 17) == 0 &&
-                                 entry.key.resource_type != NAP_DIR_LU;
-                if (memcmp(entry.key.fqcp_name, system.name, 17) == 0) {
-                    visit(entry, own);
-                }
+            with_name(of(system.parent).entries_of_system, system.name, [&](VGA_DIR &entry) {
+                visit(entry, memcmp(entry.key.resource_name, system.name, 17) == 0 &&
+                                 entry.key.resource_type != NAP_DIR_LU);
             });
         };
         of_system([&](VGA_DIR &entry, bool own) {
@@ -258,9 +288,8 @@ private:
         if (plu.defined != 0) {
             add<VGA_DELETE_PLU_DEF>(plu);
         }
-        vga_for_each(plu.parent->parent->directory, &VGA_DIR::links, [&](VGA_DIR &entry) {
-            if (entry.key.resource_type == plu.key.type &&
-                memcmp(entry.key.resource_name, plu.key.fqplu_name, 17) == 0) {
+        with_name(of(plu.parent->parent).entries_by_name, plu.key.fqplu_name, [&](VGA_DIR &entry) {
+            if (entry.key.resource_type == plu.key.type) {
                 add<VGA_DELETE_DIRECTORY>(entry);
             }
         });
@@ -285,6 +314,7 @@ private:
     }
 
     VGA_DELETION &plan_;
+    std::map<const VGA_NODE *, REFERRERS> referrers_;
     std::set<std::string> taken_;            /* what is reached twice goes once */
     std::map<std::string, NB_LONG> changed_; /* entries, with the item that changes them last */
     NB_LONG owner_ = -1;
