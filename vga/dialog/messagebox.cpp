@@ -22,6 +22,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <utility>
 
 namespace {
 
@@ -39,6 +40,7 @@ struct MODAL_REQUEST {
     NB_ULONG client_data;
     NB_USHORT show_ok_to_all;
     NB_USHORT show_no;
+    NB_USHORT loses; /* flag: a question about a loss */
 };
 
 struct BOX_LOOK {
@@ -137,7 +139,7 @@ NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
     vga_set_sensitive(XtNameToWidget(box.dialog, "Help"), request.help_key != nullptr);
     show_mark(XtNameToWidget(box.dialog, "messageMark"), vga_mark_of(request.parent));
     const BOX_LOOK &look = looks[request.type];
-    const bool cancel_first = question != 0 && box.loses != 0;
+    const bool cancel_first = question != 0 && request.loses != 0;
     VGA_STRING title(vga_message(look.title));
     XtVaSetValues(box.dialog, XmNdialogTitle, title.get(), XmNdialogType, look.dialog_type,
                   XmNmessageString, request.text, nullptr);
@@ -204,9 +206,8 @@ NB_VOID show(const MODAL_REQUEST &request) {
     box.beside = nullptr;
     XtVaSetValues(box.dialog, XmNdefaultPosition, subject == nullptr, nullptr);
     XtManageChild(box.dialog);
-    if (request.type == VGA_MODAL_CONFIRM && box.loses != 0) {
+    if (request.type == VGA_MODAL_CONFIRM && request.loses != 0) {
         XmProcessTraversal(box.cancel_button, XmTRAVERSE_CURRENT);
-        box.loses = 0;
     }
     if (subject != nullptr) {
         place_beside(parent, subject);
@@ -374,12 +375,13 @@ NB_VOID vga_display_modal_dialog(VGA_MODAL_TYPE type, VGA_DIALOG *parent, XmStri
         return;
     }
     VGA_MODAL_DLG &box = parent->modal_dlg;
+    const NB_USHORT loses = std::exchange(box.loses, NB_USHORT{0});
     NB_USHORT blocked = vga_modal_firewall_up();
     if (box.dialog == nullptr && blocked == 0) {
         make_box(parent);
     }
-    MODAL_REQUEST request = {{},       type,        parent,         text,   help_key,
-                             callback, client_data, show_ok_to_all, show_no};
+    MODAL_REQUEST request = {{},       type,        parent,         text,    help_key,
+                             callback, client_data, show_ok_to_all, show_no, loses};
     NB_USHORT replaces = type == VGA_MODAL_CONFIRM && box.type == VGA_MODAL_CONFIRM;
     if (blocked != 0 || (box.showing != 0 && replaces == 0)) {
         owned.release();

@@ -42,7 +42,7 @@ struct VGA_MODAL_DLG {
     VGA_MODAL_CB callback; /* may be null */
     NB_ULONG client_data;
     const NB_CHAR *help_key;
-    NB_USHORT loses; /* flag: the question shown next is about a loss */
+    NB_USHORT loses; /* flag: the message displayed next is a question about a loss */
     Widget beside;   /* the field that the error shown next is about; null: none that is known */
     NB_LQE queue;    /* messages that wait */
 };
@@ -57,8 +57,8 @@ NB_VOID vga_display_info_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB_
                                 VGA_MODAL_CB callback, NB_ULONG client_data, const NB_CHAR *types,
                                 ...);
 
-/* The question of `parent` that is displayed next is about something that would be lost: Return
- * says Cancel. */
+/* The next message of `parent` that is displayed, even if it has to wait, is a question about
+ * something that would be lost: Return says Cancel. */
 NB_VOID vga_question_loses(VGA_DIALOG *parent);
 
 /* The error of `parent` that was displayed last is about this field: its box stands beside the

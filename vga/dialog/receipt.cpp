@@ -16,6 +16,7 @@
 namespace {
 
 NB_CHAR description[] = "receipt";
+NB_CHAR rule[] = "\n----------------------------------------\n\n";
 
 struct WINDOW {
     Widget box, text;
@@ -68,6 +69,19 @@ WINDOW *make_window(VGA_DIALOG *desc) {
     return &window;
 }
 
+/* Under what is still being read; the new account is then in sight, from its beginning. */
+NB_VOID put_text(const WINDOW &window, const NB_CHAR *text) {
+    if (XtIsManaged(window.box) == 0) {
+        XmTextSetString(window.text, const_cast<NB_CHAR *>(""));
+    } else {
+        XmTextInsert(window.text, XmTextGetLastPosition(window.text), rule);
+    }
+    const XmTextPosition begin = XmTextGetLastPosition(window.text);
+    XmTextInsert(window.text, begin, const_cast<NB_CHAR *>(text));
+    XmTextShowPosition(window.text, XmTextGetLastPosition(window.text));
+    XmTextShowPosition(window.text, begin);
+}
+
 } // namespace
 
 NB_VOID vga_show_receipt(VGA_DIALOG *desc, const NB_CHAR *title, const NB_CHAR *text,
@@ -84,8 +98,7 @@ NB_VOID vga_show_receipt(VGA_DIALOG *desc, const NB_CHAR *title, const NB_CHAR *
     }
     const VGA_STRING shown(title);
     XtVaSetValues(window->box, XmNdialogTitle, shown.get(), nullptr);
-    XmTextSetString(window->text, const_cast<NB_CHAR *>(text));
-    XmTextShowPosition(window->text, 0);
+    put_text(*window, text);
     XtRemoveAllCallbacks(window->box, XmNhelpCallback);
     XtAddCallback(window->box, XmNhelpCallback, vga_help_cb, const_cast<NB_CHAR *>(help_key));
     XtManageChild(window->box);

@@ -2,7 +2,7 @@
  * text can be scrolled, marked and copied; nothing waits for the operator to close it.
  *
  * A dialog has one receipt, made when it is first needed: a later account takes the place of the
- * one before.  It closes with its dialog. */
+ * one before, or stands behind a rule under one that is still shown.  It closes with its dialog. */
 #ifndef RECEIPT_H
 #define RECEIPT_H
 

@@ -1,5 +1,6 @@
 #include "deleting.h"
 #include "deletion.h"
+#include "globals.h"
 #include "holders.h"
 #include "listwindow.h"
 #include "messages.h"
@@ -34,20 +35,21 @@ NB_USHORT is_time_to_report(NB_VOID) {
     return 1;
 }
 
+/* Of a window that was closed meanwhile, what was refused is told over the main window. */
 NB_VOID told(NB_ULONG handle, const VGA_DELETION &deletion, NB_USHORT over) {
+    if (gvga_closing != 0 || deletion.to_do == 0) {
+        return;
+    }
     VGA_LIST_WINDOW *window = vga_listw_of(static_cast<VGA_DIALOG *>(nba_validate_handle(handle)));
-    if (window == nullptr || window->common.in_use == 0 || deletion.to_do == 0) {
-        return;
+    if (window != nullptr && over != 0) {
+        vga_listw_message_text(window, vga_deletion_outcome(deletion).c_str());
+    } else if (window != nullptr && is_time_to_report() != 0) {
+        vga_listw_message_text(window, vga_deletion_progress(deletion).c_str());
     }
-    if (over == 0) {
-        if (is_time_to_report() != 0) {
-            vga_listw_message_text(window, vga_deletion_progress(deletion).c_str());
-        }
-        return;
-    }
-    vga_listw_message_text(window, vga_deletion_outcome(deletion).c_str());
-    if (vga_count_refused(deletion) != 0 || deletion.lines.size() > few) {
-        vga_show_receipt(&window->common, vga_message(VGA_MSG_DELETE_ACCOUNT),
+    const bool is_long = window != nullptr && deletion.lines.size() > few;
+    VGA_DIALOG *shows = window != nullptr ? &window->common : gvga_main_dialog;
+    if (over != 0 && shows != nullptr && (is_long || vga_count_refused(deletion) != 0)) {
+        vga_show_receipt(shows, vga_message(VGA_MSG_DELETE_ACCOUNT),
                          vga_deletion_account(deletion).c_str(), "deletereceipt");
     }
 }
