@@ -1,7 +1,8 @@
 #include "startstopeffects.h"
 #include "recordtypes.h"
 #include <algorithm>
-#include <cstring>
+#include <map>
+#include <unordered_map>
 
 namespace {
 
@@ -35,46 +36,64 @@ template <class Visit> NB_VOID for_each_mode(const VGA_NODE &node, Visit visit) 
                  [&visit](const VGA_LU62 &lu) { vga_for_each(lu.modes, &VGA_MODE::links, visit); });
 }
 
+/* Sessions of modes, by node and adjacent control point: walks the modes of a node once. */
+class CARRIED {
+public:
+    NB_ULONG on(const VGA_LS &ls) {
+        const auto [place, is_new] = by_node_.try_emplace(ls.parent->node);
+        auto &sessions = place->second;
+        if (is_new) {
+            for_each_mode(*place->first, [&sessions](const VGA_MODE &mode) {
+                sessions[key(mode.vcb->fq_cp_name)] += mode.vcb->act_sess_count;
+            });
+        }
+        const auto found = sessions.find(key(ls.vcb->def_data.adj_cp_name));
+        return found != sessions.end() ? found->second : 0;
+    }
+
+private:
+    template <size_t Size> static std::string key(const NB_UCHAR (&name)[Size]) {
+        return {name, name + Size};
+    }
+
+    std::map<const VGA_NODE *, std::unordered_map<std::string, NB_ULONG>> by_node_;
+};
+
 /* Of the sessions on a link the node tells only when it is asked; modes and LUs say sooner what
  * they have, but not on which link, when the partner is behind another node. */
-NB_VOID add_below(VGA_EFFECTS &effects, const VGA_LS &ls) {
+NB_VOID add_below(VGA_EFFECTS &effects, CARRIED &carried, const VGA_LS &ls) {
     VGA_EFFECTS own = {};
     add_pu(own, ls.local_pu);
     add_pu(own, ls.down_pu);
-    const NAP_LS_DEF &definition = ls.vcb->def_data;
-    for_each_mode(*ls.parent->node, [&](const VGA_MODE &mode) {
-        const bool carried = memcmp(mode.vcb->fq_cp_name, definition.adj_cp_name,
-                                    sizeof(definition.adj_cp_name)) == 0;
-        own.sessions += carried ? mode.vcb->act_sess_count : 0;
-    });
+    own.sessions += carried.on(ls);
     effects.pus += own.pus;
     effects.lus += own.lus;
     effects.sessions += std::max<NB_ULONG>(own.sessions, ls.vcb->det_data.act_sess_count);
 }
 
-NB_VOID add_below(VGA_EFFECTS &effects, const VGA_PORT &port) {
-    vga_for_each(port.link_stations, &VGA_LS::port_links, [&effects](const VGA_LS &ls) {
+NB_VOID add_below(VGA_EFFECTS &effects, CARRIED &carried, const VGA_PORT &port) {
+    vga_for_each(port.link_stations, &VGA_LS::port_links, [&](const VGA_LS &ls) {
         if (ls.state != NAP_NOT_ACTIVE) {
             effects.links++;
-            add_below(effects, ls);
+            add_below(effects, carried, ls);
         }
     });
 }
 
-NB_VOID add_below(VGA_EFFECTS &effects, const VGA_DLC &dlc) {
-    vga_for_each(dlc.ports, &VGA_PORT::dlc_links, [&effects](const VGA_PORT &port) {
+NB_VOID add_below(VGA_EFFECTS &effects, CARRIED &carried, const VGA_DLC &dlc) {
+    vga_for_each(dlc.ports, &VGA_PORT::dlc_links, [&](const VGA_PORT &port) {
         if (port.vcb->det_data.port_state != NAP_NOT_ACTIVE) {
             effects.ports++;
-            add_below(effects, port);
+            add_below(effects, carried, port);
         }
     });
 }
 
 /* Of a node all sessions are known, whatever carries them. */
-NB_VOID add_below(VGA_EFFECTS &effects, const VGA_NODE &node) {
+NB_VOID add_below(VGA_EFFECTS &effects, CARRIED &carried, const VGA_NODE &node) {
     VGA_EFFECTS connected = {}, all = {};
     vga_for_each(node.dlcs, &VGA_DLC::links,
-                 [&connected](const VGA_DLC &dlc) { add_below(connected, dlc); });
+                 [&](const VGA_DLC &dlc) { add_below(connected, carried, dlc); });
     vga_for_each(node.local_pus, &VGA_LOCAL_PU::links,
                  [&all](const VGA_LOCAL_PU &pu) { add_pu(all, &pu); });
     vga_for_each(node.down_pus, &VGA_DOWN_PU::links,
@@ -91,19 +110,20 @@ NB_VOID add_below(VGA_EFFECTS &effects, const VGA_NODE &node) {
 
 VGA_EFFECTS vga_effects_of_stop(const std::vector<VGA_RESOURCE> &resources) {
     VGA_EFFECTS effects = {};
+    CARRIED carried;
     for (const VGA_RESOURCE &one : resources) {
         switch (one.kind) {
         case VGA_OPERABLE_NODE:
-            add_below(effects, as<VGA_NODE>(one.record));
+            add_below(effects, carried, as<VGA_NODE>(one.record));
             break;
         case VGA_OPERABLE_DLC:
-            add_below(effects, as<VGA_DLC>(one.record));
+            add_below(effects, carried, as<VGA_DLC>(one.record));
             break;
         case VGA_OPERABLE_PORT:
-            add_below(effects, as<VGA_PORT>(one.record));
+            add_below(effects, carried, as<VGA_PORT>(one.record));
             break;
         case VGA_OPERABLE_LS:
-            add_below(effects, as<VGA_LS>(one.record));
+            add_below(effects, carried, as<VGA_LS>(one.record));
             break;
         case VGA_OPERABLE_LOCAL_PU:
             add_below(effects, as<VGA_LOCAL_PU>(one.record));
