@@ -4,6 +4,7 @@
 #include "messages.h"
 #include "verberror.h"
 #include <algorithm>
+#include <deque>
 #include <list>
 
 namespace {
@@ -24,10 +25,11 @@ struct ITEM {
 };
 
 struct BATCH {
-    std::vector<ITEM> items; /* never grows once it has begun */
-    size_t next = 0;         /* that was not looked at yet */
-    NB_USHORT in_flight = 0;
-    NB_USHORT waiting = 0; /* items for a record */
+    std::vector<ITEM> items;  /* never grows once it has begun */
+    size_t next = 0;          /* that was not looked at yet */
+    std::deque<ITEM *> ready; /* they have waited, and come before those */
+    NB_ULONG in_flight = 0;
+    NB_ULONG waiting = 0; /* items for a record */
     NB_ULONG user_data;
     VGA_OPERATION_NEWS news;
     VGA_OPERATION_ACCOUNT account;
@@ -56,7 +58,7 @@ NB_VOID fail_without(ITEM &item, const VGA_RESOURCE &needed) {
     NB_CHAR text[200];
     vga_print_msg(text, sizeof(text), VGA_MSG_OPER_NEEDED, "s",
                   vga_resource_in_words(needed).c_str());
-    fail(item, text, "confirmstop");
+    fail(item, text, "verbfailed");
 }
 
 NB_VOID refuse(ITEM &item, NB_USHORT reason) {
@@ -152,13 +154,27 @@ NB_VOID ask(ITEM &item) {
     }
 }
 
+/* Null: there is none. */
+ITEM *take_next(BATCH &batch) {
+    if (batch.ready.empty()) {
+        return batch.next < batch.items.size() ? &batch.items[batch.next++] : nullptr;
+    }
+    ITEM *item = batch.ready.front();
+    batch.ready.pop_front();
+    return item;
+}
+
 /* The asker may begin another batch when this one is over. */
 NB_VOID go_on(BATCH &batch) {
     if (gvga_closing) {
         return;
     }
-    while (batch.in_flight < VGA_OPERATIONS_IN_FLIGHT && batch.next < batch.items.size()) {
-        ask(batch.items[batch.next++]);
+    while (batch.in_flight < VGA_OPERATIONS_IN_FLIGHT) {
+        ITEM *item = take_next(batch);
+        if (item == nullptr) {
+            break;
+        }
+        ask(*item);
     }
     if (!batch.account.over()) {
         batch.news(batch.user_data, batch.account);
@@ -185,11 +201,12 @@ Wait look_at(const ITEM &item) {
     return state == NAP_ACTIVE ? Wait::Over : state == NAP_PENDING_ACTIVE ? Wait::On : Wait::Vain;
 }
 
+/* The caller lets the batch go on. */
 NB_VOID end_wait(ITEM &item, Wait how) {
     const bool there = nba_validate_handle(item.needed) != nullptr;
     wait_no_more(item);
     if (how == Wait::Over) {
-        ask(item);
+        item.batch->ready.push_back(&item);
     } else if (there) {
         fail_without(item, item.first);
     } else {
