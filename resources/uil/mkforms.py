@@ -82,7 +82,7 @@ from checkforms import Fault, check_choice, check_dialog, check_line, check_toge
 
 WORD = re.compile(r'(?:"[^"]*"|[^\s"])+')
 PLAN_FUNCTIONS = {'load', 'may_edit', 'refuses', 'check', 'question', 'shows_too', 'issue', 'next', 'arranged',
-                  'subject', 'failed', 'refresh', 'answered', 'act'}
+                  'subject', 'failed', 'refresh', 'answered', 'act', 'other'}
 FIELD_FUNCTIONS = {'most': 'at_most', 'check': 'check', 'from': 'choices'}
 FLAGS = {'not', 'renames', 'zero', 'free', 'toggle'}
 VALUES = {'as', 'member', 'box', 'button', 'part', 'style', 'required', 'low', 'high', 'most', 'check',
@@ -671,7 +671,7 @@ class Coder:
 # In the order of the members of VGA_FORM_PLAN.
 PLAN_ORDER = ['kind', 'fields', 'widgets', 'children', 'lists', 'pages', 'shown', 'working', 'wanted',
               'data_size', 'type', 'schema', 'settings', 'defines', 'gone', 'help', 'load', 'may_edit', 'refuses', 'check',
-              'question', 'shows_too', 'subject', 'issue', 'act', 'answered', 'next', 'failed', 'refresh', 'arranged']
+              'question', 'shows_too', 'other', 'subject', 'issue', 'act', 'answered', 'next', 'failed', 'refresh', 'arranged']
 
 
 def rows_of_table(dialogs):

@@ -79,6 +79,12 @@ TEST_F(Operating, NameWhatElseStops) {
     ASSERT_NE(question(), nullptr);
     push(button(question(), "Cancel"));
 
+    vga_stop_resources(window, {{VGA_OPERABLE_LS, host}, port});
+    vga_record_changed(host, VGA_RECORD_GONE);
+    EXPECT_EQ(vga_form_text_of(question(), VGA_STOPR_WHAT, vga_form_shown(question())),
+              "port LINE0");
+    push(button(question(), "Cancel"));
+
     vga_stop_resources(window, {port});
     unsigned char by_return = 0;
     XtVaGetValues(question()->common.widget, XmNdefaultButtonType, &by_return, nullptr);

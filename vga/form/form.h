@@ -133,6 +133,9 @@ struct VGA_FORM_PLAN {
      * that one changes, too. */
     NB_USHORT (*shows_too)(const VGA_FORM *form, const NB_VOID *item) = nullptr;
 
+    /* Of a form about several records, whose record goes: another one to go on with; null: none. */
+    NB_VOID *(*other)(const VGA_FORM *form) = nullptr;
+
     /* What the title calls the record; without it, the first field's text, and of settings whose
      * they are. */
     std::string (*subject)(const VGA_FORM *form) = nullptr;

@@ -248,6 +248,17 @@ NB_VOID vga_form_show_title(VGA_FORM *form) {
     vga_set_title(&form->common, title);
 }
 
+/* The form goes on with another record, where it is about several. */
+static NB_USHORT has_other(VGA_FORM *form) {
+    NB_VOID *record = form->plan->other != nullptr ? form->plan->other(form) : nullptr;
+    if (record == nullptr) {
+        return 0;
+    }
+    vga_form_attach(form, record, nullptr);
+    vga_form_follow(form);
+    return 1;
+}
+
 NB_VOID vga_form_follow(VGA_FORM *form) {
     if (form->pending != 0 || vga_form_record(form) == nullptr) {
         return; /* the answer brings what is so then; where nothing is, all stays */
@@ -274,7 +285,7 @@ NB_VOID vga_form_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHAN
     }
     const bool own = item == desc->parent_item;
     if (what == VGA_RECORD_GONE) {
-        if (own) {
+        if (own && has_other(form) == 0) {
             lose_record(form);
         } else if (item == desc->owner_item && desc->parent_item == nullptr) {
             lose_owner(form);

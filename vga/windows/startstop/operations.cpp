@@ -117,7 +117,7 @@ NB_VOID tell(NB_ULONG handle, const VGA_OPERATION_ACCOUNT &account) {
     }
 }
 
-/* What a stop is asked about, by handle, until the next one of the window. */
+/* What a stop is asked about, by handle, until it is answered. */
 
 struct TARGET {
     VGA_OPERABLE kind;
@@ -217,12 +217,26 @@ NB_VOID vga_stop_resources(VGA_DIALOG *window, const std::vector<VGA_RESOURCE> &
 
 std::vector<VGA_RESOURCE> vga_asked_to_stop(const VGA_DIALOG *window) {
     std::vector<VGA_RESOURCE> resources;
-    for (const TARGET &target : asked[window]) {
+    const auto found = asked.find(window);
+    if (found == asked.end()) {
+        return resources;
+    }
+    for (const TARGET &target : found->second) {
         if (NB_VOID *record = nba_validate_handle(target.handle)) {
             resources.push_back({target.kind, record});
         }
     }
     return resources;
+}
+
+NB_VOID vga_asked_no_more(const VGA_DIALOG *window, const NB_VOID *record) {
+    std::erase_if(asked[window], [record](const TARGET &target) {
+        return nba_validate_handle(target.handle) == record;
+    });
+}
+
+NB_VOID vga_asked_no_more(const VGA_DIALOG *window) {
+    asked.erase(window);
 }
 
 /* Texts. */

@@ -21,6 +21,10 @@ NB_VOID vga_operate_over(VGA_DIALOG *window, const std::vector<VGA_RESOURCE> &re
 /* What the stop that is being asked about over the window is about: those that are still there. */
 std::vector<VGA_RESOURCE> vga_asked_to_stop(const VGA_DIALOG *window);
 
+/* It is not about the record any more, or about nothing: it was answered. */
+NB_VOID vga_asked_no_more(const VGA_DIALOG *window, const NB_VOID *record);
+NB_VOID vga_asked_no_more(const VGA_DIALOG *window);
+
 /* For the texts of these dialogs. */
 
 /* "ETH0", "2 ports: ETH0, ETH1", "60 LUs: LU01, LU02, ..." where not all fit, "nothing" for none.

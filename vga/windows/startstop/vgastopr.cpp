@@ -1,5 +1,6 @@
 /* The question before a stop of anything but one link station: what stops with it, and how.  It is
- * about what the window was asked to stop; its record is the first of that. */
+ * about what the window was asked to stop; its record is one of that, and another when that goes.
+ */
 #include "forms.h"
 #include "messages.h"
 #include "operations.h"
@@ -62,6 +63,19 @@ NB_VOID vga_stopr_arranged(VGA_FORM *form) {
     vga_make_careful(form, vga_stopr_data(vga_form_shown(form)).operation.ending);
 }
 
+/* One that can still be stopped: when a node is lost with all of them, the question is over. */
+NB_VOID *vga_stopr_other(const VGA_FORM *form) {
+    vga_asked_no_more(form->common.parent, vga_form_record(form));
+    for (const VGA_RESOURCE &one : asked(form)) {
+        if (vga_refuses_operation(one, VGA_STOP_IMMEDIATE) == 0) {
+            return one.record;
+        }
+    }
+    return nullptr;
+}
+
 NB_VOID vga_stopr_act(VGA_FORM *form) {
-    vga_operate_over(form->common.parent, asked(form), operation_of(vga_form_wanted(form)));
+    const std::vector<VGA_RESOURCE> resources = asked(form);
+    vga_asked_no_more(form->common.parent);
+    vga_operate_over(form->common.parent, resources, operation_of(vga_form_wanted(form)));
 }
