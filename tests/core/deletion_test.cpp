@@ -304,7 +304,7 @@ TEST_F(Deletion, WhatCannotBeIsRefusedBeforeAnythingIsAsked) {
     EXPECT_EQ(vga_refuses_deletion(link), VGA_MSG_NODEW_LOOK_ONLY);
     gvga_read_only = 0;
     const NB_ULONG target = std::exchange(node->target, 0);
-    EXPECT_EQ(vga_refuses_deletion(link), VGA_MSG_NODEW_NODE_LOST);
+    EXPECT_EQ(vga_refuses_deletion(link), VGA_MSG_NODEW_NODE_NOT_CONNECTED);
     node->target = target;
     EXPECT_EQ(vga_to_delete(VGA_VIEWER_LS_LEAF, link.record).kind, VGA_DELETE_LS);
     EXPECT_EQ(vga_to_delete(VGA_VIEWER_RTP_CONN, link.record).kind, VGA_DELETE_NOTHING);

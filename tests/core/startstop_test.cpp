@@ -15,9 +15,13 @@ namespace {
 
 std::vector<NB_USHORT> completed; /* primary codes */
 std::vector<VGA_OPERATION_ACCOUNT> news;
+std::ptrdiff_t most; /* starts of links under way at a time */
 
 NB_VOID note(NB_ULONG, const VGA_OPERATION_ACCOUNT &account) {
     news.push_back(account);
+    const auto is_start = [](const ISSUED_VERB &one) { return one.vcb->opcode == NAP_START_LS; };
+    const auto &verbs = scripted_nof.in_flight;
+    most = std::max(most, std::count_if(verbs.begin(), verbs.end(), is_start));
 }
 
 NB_VOID done(const VGA_PROCESS_STATE *work) {
@@ -34,10 +38,11 @@ protected:
         node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
         gvga_hooks.record_awaited = vga_operations_follow;
         gvga_hooks.verb_purged = vga_operation_purged;
-        gvga_messages[VGA_MSG_OPER_PORT] = "port";
+        gvga_messages[VGA_MSG_KIND_PORTS] = "port|%1 ports";
         gvga_messages[VGA_MSG_OPER_NEEDED] = "It needs%1.";
         completed.clear();
         news.clear();
+        most = 0;
     }
     void TearDown() override { close(); }
 
@@ -153,7 +158,7 @@ TEST_F(StartStop, WhatIsRefusedIsNotIssued) {
     EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_NODEW_LOOK_ONLY);
     gvga_read_only = 0;
     const NB_ULONG target = std::exchange(node->target, 0);
-    EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_NODEW_NODE_LOST);
+    EXPECT_EQ(vga_operate(port, VGA_STOP_ORDERLY, 0, done), VGA_MSG_NODEW_NODE_NOT_CONNECTED);
     node->target = target;
     EXPECT_EQ(vga_operate({VGA_OPERABLE_NONE, nullptr}, VGA_START, 0, done),
               VGA_MSG_NODEW_NOT_STARTABLE);
@@ -206,7 +211,8 @@ TEST_F(StartStop, WhyNot) {
         {[] {}, VGA_MSG_NODEW_ACTIVE_ALREADY},
         {[&] { node->node_state = NAP_NODE_STOPPED; }, VGA_MSG_NODEW_NODE_NOT_ACTIVE},
         {[] { gvga_read_only = 1; }, VGA_MSG_NODEW_LOOK_ONLY},
-        {[&] { node->connection = VGA_NOT_CONNECTED; }, VGA_MSG_NODEW_NODE_LOST},
+        {[&] { node->connection = VGA_NOT_CONNECTED; }, VGA_MSG_NODEW_NODE_NOT_CONNECTED},
+        {[&] { node->lost_at = 1; }, VGA_MSG_NODEW_NODE_LOST},
     };
     for (const auto &[make_worse, reason] : worse) {
         make_worse();
@@ -273,6 +279,14 @@ TEST_F(StartStop, WhatAStartNeedsComesFirst) {
         vga_record_changed(port, VGA_RECORD_GONE);
         vga_record_changed(dlc, VGA_RECORD_GONE);
     });
+
+    operate({VGA_OPERABLE_DLC, dlc}, VGA_STOP_IMMEDIATE);
+    const std::vector<VGA_RESOURCE> many(2 * VGA_OPERATIONS_IN_FLIGHT, {VGA_OPERABLE_LS, ls});
+    EXPECT_EQ(vga_operate_all(many, VGA_START, 0, note), 0);
+    follow();
+    EXPECT_GT(most, 1);
+    EXPECT_LE(most, VGA_OPERATIONS_IN_FLIGHT) << "also of those that have waited";
+    EXPECT_TRUE(news.back().over());
 }
 
 /* A node that is stopping is started when it has stopped. */

@@ -36,7 +36,7 @@ template <class Record> VGA_NODE *node_of(Record &record) {
 std::string name_of(const ROW &row, const NB_UCHAR *entry) {
     const records::FieldRow *field = records::find_field(row.schema->fields, "name");
     const std::string name = field != nullptr ? records::format_field(*field, entry) : "";
-    const bool of_clients = row.message == VGA_MSG_DELETE_TN_RECORDS;
+    const bool of_clients = row.message == VGA_MSG_KIND_TN_RECORDS;
     return !name.empty() ? name : vga_message(of_clients ? VGA_MSG_DEFAULT : VGA_MSG_BLANK_NAME);
 }
 template <class Record> std::string name_of(const ROW &row, const Record &record) {
@@ -347,8 +347,8 @@ constexpr ACCESS accesses[] = {VGA_DELETABLES(VGA_ACCESS)};
 /* A pool of the domain is deleted where its nodes can be reached. */
 NB_USHORT refuses_owner(const VGA_TO_DELETE &what) {
     const VGA_NODE *node = accesses[what.kind].node(what.record);
-    if (node != nullptr && (node->target == 0 || node->connection != VGA_CONNECTED)) {
-        return VGA_MSG_NODEW_NODE_LOST;
+    if (const NB_USHORT reason = node != nullptr ? vga_refuses_unconnected(*node) : NB_USHORT{0}) {
+        return reason;
     }
     if (node == nullptr && what.kind != VGA_DELETE_POOL && gvga_system->domain_target == 0) {
         return VGA_MSG_NO_MASTER;

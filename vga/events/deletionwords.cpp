@@ -7,25 +7,6 @@ namespace {
 
 constexpr size_t most_names = 5; /* in a question */
 
-/* With the locale's separators between thousands. */
-std::string number(NB_ULONG count) {
-    NB_CHAR text[32];
-    snprintf(text, sizeof(text), "%'lu", static_cast<unsigned long>(count));
-    return text;
-}
-
-/* The message's form for one, or for several with their number. */
-std::string form_for(NB_USHORT message, NB_ULONG count) {
-    const std::string both = vga_message(message);
-    const size_t bar = std::min(both.find('|'), both.size());
-    if (count <= 1) {
-        return both.substr(0, bar);
-    }
-    std::string many = both.substr(std::min(bar + 1, both.size()));
-    const size_t place = many.find("%1");
-    return place == std::string::npos ? many : many.replace(place, 2, number(count));
-}
-
 NB_VOID add_part(std::string &list, const std::string &part) {
     list += (list.empty() ? "" : ", ") + part;
 }
@@ -100,11 +81,11 @@ std::string vga_deletion_words(NB_USHORT message, const std::string &first,
 }
 
 std::string vga_kind_word(VGA_DELETABLE kind) {
-    return form_for(vga_deletable_row(kind).message, 1);
+    return vga_counted(vga_deletable_row(kind).message, 1);
 }
 
 std::string vga_count_words(VGA_DELETABLE kind, NB_ULONG count) {
-    const std::string text = form_for(vga_deletable_row(kind).message, count);
+    const std::string text = vga_counted(vga_deletable_row(kind).message, count);
     return count == 1 ? "1 " + text : text;
 }
 
@@ -134,7 +115,7 @@ std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<si
     std::string stopped = list_of(stops);
     stopped = stopped.empty() ? stopped : vga_deletion_words(VGA_MSG_DELETE_STOPS, stopped);
     if (sessions != 0) {
-        stopped += (stopped.empty() ? "" : " ") + form_for(VGA_MSG_DELETE_SESSIONS, sessions);
+        stopped += (stopped.empty() ? "" : " ") + vga_counted(VGA_MSG_DELETE_SESSIONS, sessions);
     }
     if (!stopped.empty()) {
         add(stopped);
@@ -146,8 +127,9 @@ std::string vga_deletion_question(const VGA_DELETION &plan, const std::vector<si
 }
 
 std::string vga_deletion_progress(const VGA_DELETION &deletion) {
-    return vga_deletion_words(VGA_MSG_DELETE_PROGRESS, number(static_cast<NB_ULONG>(deletion.done)),
-                              number(static_cast<NB_ULONG>(deletion.to_do)));
+    return vga_deletion_words(VGA_MSG_DELETE_PROGRESS,
+                              vga_number(static_cast<NB_ULONG>(deletion.done)),
+                              vga_number(static_cast<NB_ULONG>(deletion.to_do)));
 }
 
 std::string vga_deletion_outcome(const VGA_DELETION &deletion) {

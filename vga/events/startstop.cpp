@@ -35,7 +35,7 @@ struct OPERABLE {
     NB_USHORT startable, stoppable;      /* sets of states; an orderly stop can be followed */
     NB_USHORT interruptible;             /* by an immediate one in these */
     SUBJECT (*subject)(NB_VOID *record); /* no key: cannot be operated */
-    NB_USHORT noun;                      /* message: what one is called; the next: several */
+    NB_USHORT noun;                      /* message: what it is called, for vga_counted */
 };
 
 template <class Record> const Record &as(const NB_VOID *record) {
@@ -108,15 +108,15 @@ constexpr NB_USHORT node_up = in(NAP_NODE_STARTING, NAP_NODE_ACTIVE);
 
 /* clang-format off */
 constexpr OPERABLE operables[] = {
-    {VGA_OPERABLE_NODE, &records::domain_node, NAP_INIT_NODE, NAP_STOP_NODE, node_down, node_up, 0, node_subject, VGA_MSG_OPER_NODE},
-    {VGA_OPERABLE_DLC, &records::dlc, NAP_START_DLC, NAP_STOP_DLC, not_up, up, going_down, dlc_subject, VGA_MSG_OPER_DLC},
-    {VGA_OPERABLE_PORT, &records::port, NAP_START_PORT, NAP_STOP_PORT, not_up, up, going_down, port_subject, VGA_MSG_OPER_PORT},
-    {VGA_OPERABLE_LS, &records::ls, NAP_START_LS, NAP_STOP_LS, not_up, up, going_down, ls_subject, VGA_MSG_OPER_LS},
-    {VGA_OPERABLE_LOCAL_PU, &records::pu, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_LOCAL_PU>, VGA_MSG_OPER_PU},
-    {VGA_OPERABLE_DOWN_PU, &records::down_pu, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_DOWN_PU>, VGA_MSG_OPER_PU},
-    {VGA_OPERABLE_MODE, &records::mode, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, down | up, up, going_down, mode_subject, VGA_MSG_OPER_MODE},
-    {VGA_OPERABLE_LU62, &records::local_lu, 0, NAP_END_LU_SESSION, 0, up, 0, lu62_subject, VGA_MSG_OPER_LU},
-    {VGA_OPERABLE_LU03, &records::lu03, 0, NAP_END_LU_SESSION, 0, up, 0, lu03_subject, VGA_MSG_OPER_LU},
+    {VGA_OPERABLE_NODE, &records::domain_node, NAP_INIT_NODE, NAP_STOP_NODE, node_down, node_up, 0, node_subject, VGA_MSG_KIND_NODES},
+    {VGA_OPERABLE_DLC, &records::dlc, NAP_START_DLC, NAP_STOP_DLC, not_up, up, going_down, dlc_subject, VGA_MSG_KIND_DLCS},
+    {VGA_OPERABLE_PORT, &records::port, NAP_START_PORT, NAP_STOP_PORT, not_up, up, going_down, port_subject, VGA_MSG_KIND_PORTS},
+    {VGA_OPERABLE_LS, &records::ls, NAP_START_LS, NAP_STOP_LS, not_up, up, going_down, ls_subject, VGA_MSG_KIND_LINKS},
+    {VGA_OPERABLE_LOCAL_PU, &records::pu, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_LOCAL_PU>, VGA_MSG_KIND_PUS},
+    {VGA_OPERABLE_DOWN_PU, &records::down_pu, NAP_START_PU, NAP_STOP_PU, not_up, up, going_down, pu_subject<VGA_DOWN_PU>, VGA_MSG_KIND_PUS},
+    {VGA_OPERABLE_MODE, &records::mode, NAP_ACTIVATE_SESSION, NAP_DEACTIVATE_SESSION, down | up, up, going_down, mode_subject, VGA_MSG_KIND_MODES},
+    {VGA_OPERABLE_LU62, &records::local_lu, 0, NAP_END_LU_SESSION, 0, up, 0, lu62_subject, VGA_MSG_KIND_LOCAL_LUS},
+    {VGA_OPERABLE_LU03, &records::lu03, 0, NAP_END_LU_SESSION, 0, up, 0, lu03_subject, VGA_MSG_KIND_LUS},
 };
 /* clang-format on */
 
@@ -160,8 +160,8 @@ NB_USHORT refuses_state(const OPERABLE &row, VGA_OPERATION operation, NB_ULONG s
 }
 
 NB_USHORT refuses_node(const OPERABLE &row, const VGA_NODE &node) {
-    if (node.target == 0 || node.connection != VGA_CONNECTED) {
-        return VGA_MSG_NODEW_NODE_LOST;
+    if (const NB_USHORT reason = vga_refuses_unconnected(node)) {
+        return reason;
     }
     if (gvga_read_only) {
         return VGA_MSG_NODEW_LOOK_ONLY;
@@ -235,6 +235,13 @@ std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root) {
             vga_resource_of_line(vga_viewer_find_selected(&lines, static_cast<NB_ULONG>(at))));
     }
     return resources;
+}
+
+NB_USHORT vga_refuses_unconnected(const VGA_NODE &node) {
+    if (node.target != 0 && node.connection == VGA_CONNECTED) {
+        return 0;
+    }
+    return node.lost_at != 0 ? VGA_MSG_NODEW_NODE_LOST : VGA_MSG_NODEW_NODE_NOT_CONNECTED;
 }
 
 NB_USHORT vga_refuses_operation(const VGA_RESOURCE &resource, VGA_OPERATION operation) {
@@ -355,12 +362,11 @@ std::string vga_name_of(const VGA_RESOURCE &resource) {
 
 std::string vga_resource_in_words(const VGA_RESOURCE &resource) {
     const OPERABLE *row = find_operable(resource.kind);
-    return row != nullptr ? vga_message(row->noun) + (" " + vga_name_of(resource)) : "";
+    return row != nullptr ? vga_counted(row->noun, 1) + " " + vga_name_of(resource) : "";
 }
 
 std::string vga_count_in_words(VGA_OPERABLE kind, NB_ULONG count) {
     const OPERABLE *row = find_operable(kind);
-    const NB_USHORT noun = row == nullptr ? NB_USHORT{VGA_MSG_OPER_SESSION} : row->noun;
-    return std::to_string(count) + " " +
-           vga_message(static_cast<NB_USHORT>(count == 1 ? noun : noun + 1));
+    const NB_USHORT noun = row == nullptr ? NB_USHORT{VGA_MSG_KIND_SESSIONS} : row->noun;
+    return (count == 1 ? "1 " : "") + vga_counted(noun, count);
 }

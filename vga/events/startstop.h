@@ -51,6 +51,9 @@ std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root);
  * stopped at all can be stopped immediately: that is what a command Stop asks about. */
 NB_USHORT vga_refuses_operation(const VGA_RESOURCE &resource, VGA_OPERATION operation);
 
+/* 0 when there is a connection to the node, else the message that says that there is none. */
+NB_USHORT vga_refuses_unconnected(const VGA_NODE &node);
+
 /* What has to be active before the start can succeed, and is not: the DLC of a port, the port of a
  * link station, the link station of a PU.  VGA_OPERABLE_NONE: nothing. */
 VGA_RESOURCE vga_needed_first(const VGA_RESOURCE &resource);

@@ -2,6 +2,7 @@
 #include "globals.h"
 #include "message_help.h"
 #include "nbproblem.h"
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstdio>
@@ -179,6 +180,23 @@ NB_VOID vga_unload_messages(NB_VOID) {
 const NB_CHAR *vga_message(NB_USHORT message) {
     const NB_CHAR *text = message <= VGA_MESSAGE_COUNT ? gvga_messages[message] : nullptr;
     return text != nullptr ? text : "";
+}
+
+std::string vga_number(NB_ULONG number) {
+    NB_CHAR text[32];
+    snprintf(text, sizeof(text), "%'lu", static_cast<unsigned long>(number));
+    return text;
+}
+
+std::string vga_counted(NB_USHORT message, NB_ULONG count) {
+    const std::string both = vga_message(message);
+    const size_t bar = std::min(both.find('|'), both.size());
+    if (count == 1) {
+        return both.substr(0, bar);
+    }
+    std::string many = both.substr(std::min(bar + 1, both.size()));
+    const size_t place = many.find("%1");
+    return place == std::string::npos ? many : many.replace(place, 2, vga_number(count));
 }
 
 const NB_CHAR *vga_message_help(NB_USHORT message) {

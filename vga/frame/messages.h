@@ -4,6 +4,7 @@
 #define MESSAGES_H
 
 #include "nbtypes.h"
+#include <string>
 
 #define VGA_MESSAGE_SET   2
 #define VGA_MESSAGE_COUNT 1483
@@ -134,14 +135,7 @@ enum VGA_MESSAGE : NB_USHORT {
     VGA_MSG_BAND_NO_RIGHT = 888,
     VGA_MSG_BAND_ASKED = 890,
     VGA_MSG_LISTW_TITLE = 889,
-    VGA_MSG_OPER_NODE = 920, /* one of a kind, and several in the next number, up to 935 */
-    VGA_MSG_OPER_DLC = 922,
-    VGA_MSG_OPER_PORT = 924,
-    VGA_MSG_OPER_LS = 926,
-    VGA_MSG_OPER_PU = 928,
-    VGA_MSG_OPER_MODE = 930,
-    VGA_MSG_OPER_LU = 932,
-    VGA_MSG_OPER_SESSION = 934,
+    VGA_MSG_KIND_NODES = 920, /* with those from 965 on for vga_counted */
     VGA_MSG_OPER_MODE_NAME = 936,
     VGA_MSG_OPER_NEEDED = 937,
     VGA_MSG_OPER_STARTING = 938,
@@ -171,31 +165,31 @@ enum VGA_MESSAGE : NB_USHORT {
     VGA_MSG_DELETE_NOT_STOPPED = 962,
     VGA_MSG_DELETE_IN_USE = 963,
     VGA_MSG_DELETE_ACTIVE = 964,
-    VGA_MSG_DELETE_PARTS = 965,
+    VGA_MSG_KIND_SESSIONS = 965,
     VGA_MSG_DELETE_NAMED_BELOW = 966,
-    VGA_MSG_DELETE_DLCS = 967,
-    VGA_MSG_DELETE_PORTS = 968,
-    VGA_MSG_DELETE_LINKS = 969,
-    VGA_MSG_DELETE_CNS = 970,
-    VGA_MSG_DELETE_CN_PORTS = 971,
-    VGA_MSG_DELETE_PUS = 972,
-    VGA_MSG_DELETE_LUS = 973,
-    VGA_MSG_DELETE_LOCAL_LUS = 974,
-    VGA_MSG_DELETE_ROUTINGS = 975,
-    VGA_MSG_DELETE_SECURITY = 976,
-    VGA_MSG_DELETE_MODES = 977,
-    VGA_MSG_DELETE_COSES = 978,
-    VGA_MSG_DELETE_REM_SYSTEMS = 979,
-    VGA_MSG_DELETE_PARTNERS = 980,
-    VGA_MSG_DELETE_PRIMARY_LINES = 981,
-    VGA_MSG_DELETE_PROGRAMS = 982,
-    VGA_MSG_DELETE_ACCESS_LISTS = 983,
-    VGA_MSG_DELETE_TN_RECORDS = 984,
-    VGA_MSG_DELETE_POOLS = 985,
-    VGA_MSG_DELETE_POOL_LUS = 986,
-    VGA_MSG_DELETE_USERS = 987,
-    VGA_MSG_DELETE_CPICS = 988,
-    VGA_MSG_DELETE_RJES = 989,
+    VGA_MSG_KIND_DLCS = 967,
+    VGA_MSG_KIND_PORTS = 968,
+    VGA_MSG_KIND_LINKS = 969,
+    VGA_MSG_KIND_CNS = 970,
+    VGA_MSG_KIND_CN_PORTS = 971,
+    VGA_MSG_KIND_PUS = 972,
+    VGA_MSG_KIND_LUS = 973,
+    VGA_MSG_KIND_LOCAL_LUS = 974,
+    VGA_MSG_KIND_ROUTINGS = 975,
+    VGA_MSG_KIND_SECURITY = 976,
+    VGA_MSG_KIND_MODES = 977,
+    VGA_MSG_KIND_COSES = 978,
+    VGA_MSG_KIND_REM_SYSTEMS = 979,
+    VGA_MSG_KIND_PARTNERS = 980,
+    VGA_MSG_KIND_PRIMARY_LINES = 981,
+    VGA_MSG_KIND_PROGRAMS = 982,
+    VGA_MSG_KIND_ACCESS_LISTS = 983,
+    VGA_MSG_KIND_TN_RECORDS = 984,
+    VGA_MSG_KIND_POOLS = 985,
+    VGA_MSG_KIND_POOL_LUS = 986,
+    VGA_MSG_KIND_USERS = 987,
+    VGA_MSG_KIND_CPICS = 988,
+    VGA_MSG_KIND_RJES = 989,
     VGA_MSG_HEAD_OF_NODES = 1020,
     VGA_MSG_HEAD_NAME = 1021,
     VGA_MSG_HEAD_TYPE = 1022,
@@ -407,6 +401,12 @@ NB_VOID vga_unload_messages(NB_VOID);
 /* The text of a message, never null: an empty text for a number outside 1..VGA_MESSAGE_COUNT or
  * before the messages were loaded. */
 const NB_CHAR *vga_message(NB_USHORT message);
+
+/* With the locale's separators between thousands. */
+std::string vga_number(NB_ULONG number);
+
+/* Of a message with a form for one and, behind a bar, one for several: that for so many. */
+std::string vga_counted(NB_USHORT message, NB_ULONG count);
 
 /* The help topic of a message that stands in a box (a literal); null: it has none. */
 const NB_CHAR *vga_message_help(NB_USHORT message);
