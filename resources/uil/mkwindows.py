@@ -635,7 +635,8 @@ def main():
     try:
         windows = [Window(Path(source)) for source in sys.argv[2:]]
         files = {'windows.uih': descriptions(windows), 'windows.h': header(windows),
-                 'windows.inc': '/* Made by mkwindows.py. */\n' + ''.join(map(tables, windows)),
+                 'windows.inc': '/* Made by mkwindows.py. */\n' + ''.join(map(tables, windows)) +
+                 table('const VGA_LISTW_PLAN *', 'plans', [f'    &gvga_{window.name}_plan,\n' for window in windows]),
                  'windowrows.h': '/* Made by mkwindows.py. */\n' +
                  ''.join(f'#include "{name}"\n' for name in sorted({window.header for window in windows})) +
                  '#include "windows.h"\n' + table('VGA_LISTW_UID_ROW', 'window_rows', map(window_row, windows))}

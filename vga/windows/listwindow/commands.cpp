@@ -123,19 +123,23 @@ static NB_VOID set_title(VGA_DIALOG *opened, const VGA_NODE *node) {
 NB_VOID vga_listw_open(VGA_LIST_WINDOW *window, NB_USHORT dialog_id) {
     VGA_NODE *node = vga_listw_node(window);
     const VGA_UID_DESC *row = vga_find_row(dialog_id);
-    if (row == nullptr || row->command_proc != vga_listw_command_proc) {
-        NB_VOID *owner = node != nullptr ? static_cast<NB_VOID *>(node) : gvga_system;
-        vga_form_open(dialog_id, &window->common, nullptr, owner, VGA_FORM_REPEAT);
+    const VGA_LISTW_PLAN *plan = row != nullptr ? vga_find_plan(row->name) : nullptr;
+    const bool of_domain =
+        node == nullptr || (plan != nullptr && plan->lists[0].of_node == nullptr);
+    NB_VOID *shown = of_domain ? gvga_system : static_cast<NB_VOID *>(node);
+    if (plan == nullptr) {
+        vga_form_open(dialog_id, &window->common, nullptr, shown, VGA_FORM_REPEAT);
         return;
     }
     for (VGA_DIALOG *open = row->first_desc; open != nullptr; open = open->next_desc) {
-        if (open->in_use != 0 && open->parent_item == node) {
+        if (open->in_use != 0 && open->parent_item == shown) {
             vga_raise_with_keyboard(open);
             return;
         }
     }
     VGA_DIALOG *opened = nullptr;
-    if (vga_get_dialog(dialog_id, &window->common, node, &opened) != 0) {
+    VGA_DIALOG *over = of_domain ? gvga_main_dialog : &window->common;
+    if (vga_get_dialog(dialog_id, over, shown, &opened) != 0) {
         set_title(opened, node);
         vga_listw_show_lists(reinterpret_cast<VGA_LIST_WINDOW *>(opened));
         if (row->kind != VGA_KIND_MAIN) {

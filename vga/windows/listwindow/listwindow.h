@@ -62,6 +62,9 @@ struct VGA_LISTW_PLAN {
     const NB_CHAR *head = nullptr;  /* what stands between tool bar and lists */
 };
 
+/* The plan of the window of that name; null: that is no list window. */
+const VGA_LISTW_PLAN *vga_find_plan(const NB_CHAR *name);
+
 struct VGA_LISTW_PANE {
     Widget form; /* its border marks the current list */
     Widget title;
@@ -123,8 +126,9 @@ struct VGA_LISTW_UID_ROW {
     NB_USHORT action_count;
 };
 
-/* Opens the window or dialog of that row over `window`, for the node that it shows: a list window
- * (raised when it is open for that node already), or the form of a new record. */
+/* Opens the window or dialog of that row: a list window, for the node that `window` shows or, over
+ * the program's main window, for the domain (raised when it is open for that already); or, over
+ * `window`, the form of a new record. */
 NB_VOID vga_listw_open(VGA_LIST_WINDOW *window, NB_USHORT dialog_id);
 
 /* The window of a widget, or of a descriptor that may be any or null; null elsewhere. */

@@ -5,3 +5,13 @@
 #include "messages.h"
 #include "windows.h"
 #include "windows.inc"
+#include <cstring>
+
+const VGA_LISTW_PLAN *vga_find_plan(const NB_CHAR *name) {
+    for (const VGA_LISTW_PLAN *plan : plans) {
+        if (strcmp(plan->prefix, name) == 0) {
+            return plan;
+        }
+    }
+    return nullptr;
+}
