@@ -4,6 +4,7 @@
 #include "messages.h"
 #include "nofverbs.h"
 #include "schemas.h"
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -223,14 +224,14 @@ VGA_RESOURCE vga_resource_of_line(const VGA_VIEWER_ITEM *item) {
     return {VGA_OPERABLE_NONE, nullptr};
 }
 
-std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root) {
+std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root, NB_LONG most) {
     std::vector<VGA_RESOURCE> resources;
     if (root->select_count == 0) {
         return resources;
     }
     const VGA_VIEWER_LIST &lines =
         root->select_parent != nullptr ? root->select_parent->children : root->top_items;
-    for (NB_LONG at = 0; at < root->select_count; at++) {
+    for (NB_LONG at = 0; at < std::min(root->select_count, most); at++) {
         resources.push_back(
             vga_resource_of_line(vga_viewer_find_selected(&lines, static_cast<NB_ULONG>(at))));
     }

@@ -42,8 +42,9 @@ struct VGA_RESOURCE {
 /* What a line (null: none) stands for; VGA_OPERABLE_NONE for one that cannot be operated. */
 VGA_RESOURCE vga_resource_of_line(const VGA_VIEWER_ITEM *item);
 
-/* What the selected lines of a list stand for, in the order of the list. */
-std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root);
+/* What the selected lines of a list stand for, in the order of the list; of the first `most`. */
+std::vector<VGA_RESOURCE> vga_selected_resources(const VGA_VIEWER_ROOT *root,
+                                                 NB_LONG most = INT32_MAX);
 
 /* 0 when the operation can be asked for now; else the number of the message that says why not.  Of
  * several reasons the first that holds: the kind never can, no connection, no right to change, the

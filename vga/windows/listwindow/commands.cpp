@@ -18,18 +18,20 @@
 /* The situation. */
 
 /* Of many lines the first ones stand for all: a selection changes with every key. */
-static constexpr size_t lines_asked = 1000;
+static constexpr NB_LONG lines_asked = 1000;
 
+/* Nothing stands in the way as long as one can be operated, or may be among those not asked. */
 static NB_USHORT refuses_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERATION operation) {
     NB_USHORT first = 0;
-    for (size_t at = 0; at < std::min(resources.size(), lines_asked); at++) {
-        const NB_USHORT reason = vga_refuses_operation(resources[at], operation);
+    for (const VGA_RESOURCE &resource : resources) {
+        const NB_USHORT reason = vga_refuses_operation(resource, operation);
         if (reason == 0) {
             return 0;
         }
         first = first != 0 ? first : reason;
     }
-    return resources.size() > lines_asked ? NB_USHORT{0} : first;
+    const bool asked_all = resources.size() <= static_cast<size_t>(lines_asked);
+    return asked_all || first == VGA_MSG_NODEW_NOT_STARTABLE ? first : NB_USHORT{0};
 }
 
 static NB_USHORT refuses_stop(const std::vector<VGA_RESOURCE> &resources) {
@@ -46,7 +48,7 @@ VGA_SITUATION vga_listw_situation(const VGA_LIST_WINDOW *window) {
     situation.record = vga_listw_get_selection(window, &situation.type, &situation.count);
     std::vector<VGA_RESOURCE> resources;
     if (situation.count != 0) {
-        resources = vga_selected_resources(vga_listw_current_root(window));
+        resources = vga_selected_resources(vga_listw_current_root(window), lines_asked + 1);
     } else if (situation.node != nullptr) {
         resources.push_back({VGA_OPERABLE_NODE, vga_listw_node(window)});
     }
