@@ -3,15 +3,23 @@
 #include "resourcereader.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
-#include <Xm/Xm.h>
+#include <Xm/Label.h>
 #include <fnmatch.h>
 #include <map>
+#include <utility>
 
 namespace {
 
 constexpr NB_USHORT longest = 1000; /* bytes of the resource */
 
 std::map<const VGA_DIALOG *, VGA_MARK> marks;
+
+/* What labels look like without a mark: background and foreground. */
+std::map<Widget, std::pair<Pixel, Pixel>> plain;
+
+NB_VOID forget_label(Widget label, XtPointer, XtPointer) {
+    plain.erase(label);
+}
 
 std::string trimmed(const std::string &text) {
     const size_t from = text.find_first_not_of(" \t");
@@ -75,8 +83,32 @@ NB_VOID vga_show_mark(Widget label, const VGA_MARK *mark, const NB_CHAR *text) {
     line += text != nullptr ? text : "";
     VGA_STRING string(line.c_str());
     XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
-    if (mark != nullptr) {
-        XtVaSetValues(label, XmNbackground, mark->background, XmNforeground, mark->foreground,
+    const auto [own, is_new] = plain.try_emplace(label);
+    if (is_new) {
+        XtVaGetValues(label, XmNbackground, &own->second.first, XmNforeground, &own->second.second,
                       nullptr);
+        XtAddCallback(label, XmNdestroyCallback, forget_label, nullptr);
     }
+    XtVaSetValues(label, XmNbackground, mark != nullptr ? mark->background : own->second.first,
+                  XmNforeground, mark != nullptr ? mark->foreground : own->second.second, nullptr);
+}
+
+NB_VOID vga_mark_form(Widget last, const VGA_MARK *mark) {
+    Widget label = XtNameToWidget(XtParent(last), "messageMark");
+    if (mark == nullptr) {
+        XtVaSetValues(last, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+        if (label != nullptr) {
+            XtUnmanageChild(label);
+        }
+        return;
+    }
+    if (label == nullptr) {
+        label =
+            XtVaCreateWidget("messageMark", xmLabelWidgetClass, XtParent(last), XmNleftAttachment,
+                             XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment,
+                             XmATTACH_FORM, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    }
+    vga_show_mark(label, mark, nullptr);
+    XtManageChild(label);
+    XtVaSetValues(last, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, label, nullptr);
 }

@@ -4,7 +4,7 @@
  *     Quiladmin.nodeColours: prod*=#a02020, test?=dark green
  *
  * The first pattern (as of file names) that fits the node's name counts.  A window that shows such
- * a node bears its name in that colour, and so does every question and report over it. */
+ * a node bears its name in that colour, and so does every question, report and dialog over it. */
 #ifndef MARKS_H
 #define MARKS_H
 
@@ -29,5 +29,9 @@ const VGA_MARK *vga_mark_of(const VGA_DIALOG *dialog);
 /* Shows a mark in a label, in front of `text` (null: nothing), in its colours, or without a mark
  * the text alone in the label's own colours. */
 NB_VOID vga_show_mark(Widget label, const VGA_MARK *mark, const NB_CHAR *text);
+
+/* The same at the foot of an XmForm, below `last`, the child that reaches down to its edge; null
+ * takes the mark away. */
+NB_VOID vga_mark_form(Widget last, const VGA_MARK *mark);
 
 #endif

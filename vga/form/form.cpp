@@ -8,6 +8,7 @@
 #include "globals.h"
 #include "hints.h"
 #include "holders.h"
+#include "marks.h"
 #include "messages.h"
 #include "nesteditems.h"
 #include "widgets.h"
@@ -305,6 +306,7 @@ VGA_FORM *open(const OPENING &opening) {
     vga_form_set_rights(form);
     vga_form_fill(form);
     vga_form_show_title(form);
+    vga_mark_form(form->message_line, vga_mark_of(desc));
     vga_form_fit_pages(form);
     vga_form_show_page(form, 0);
     vga_form_say(form, "");

@@ -3,6 +3,7 @@
 #include "vgadgutl.h"
 #include "vgaviewr.h"
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -153,6 +154,10 @@ NB_USHORT vga_is_written(NB_USHORT dialog_id) {
 }
 
 std::string vga_line_name(const VGA_VIEWER_ITEM &item) {
+    if (item.type == VGA_VIEWER_NODE) { /* its column may be too narrow */
+        const auto &node = as<VGA_NODE>(item.data);
+        return {node.name, strnlen(node.name, sizeof(node.name))};
+    }
     const VGA_VIEWER_DESC *type = vga_viewer_type(item.type);
     if (type->create_text == nullptr) {
         return {};

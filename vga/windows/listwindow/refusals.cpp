@@ -48,7 +48,7 @@ NB_USHORT vga_refusal(const VGA_SITUATION &situation, const VGA_COMMAND_ROW &row
     const NB_USHORT peculiar = row.refuses != nullptr ? row.refuses(situation) : NB_USHORT{0};
     /* That a thing can never be asked for comes before why it cannot be now. */
     if (peculiar == VGA_MSG_NODEW_NOT_FOR_THIS || peculiar == VGA_MSG_NODEW_NOT_STARTABLE ||
-        peculiar == VGA_MSG_NODEW_LATER) {
+        peculiar == VGA_MSG_NODEW_NOT_DEFINED || peculiar == VGA_MSG_NODEW_LATER) {
         return peculiar;
     }
     if (reason != 0 || peculiar != 0) {
@@ -118,5 +118,6 @@ NB_USHORT vga_refuses_delete(const VGA_SITUATION &situation) {
     if (rule == nullptr || rule->can_delete == 0) {
         return VGA_MSG_NODEW_NOT_FOR_THIS;
     }
-    return refuses_undefined(*rule, situation);
+    /* Of several, those that stay are named in the question. */
+    return situation.count == 1 ? refuses_undefined(*rule, situation) : NB_USHORT{0};
 }

@@ -145,7 +145,9 @@ static NB_VOID show_help(VGA_LIST_WINDOW *window, const VGA_TOOL_ROW &row) {
         return;
     }
     NB_CHAR text[512];
-    vga_print_msg(text, sizeof(text), row.named_help, "s", vga_line_name(*line).c_str());
+    const std::string name = vga_line_name(*line);
+    vga_print_msg(text, sizeof(text), row.named_help, "cs", static_cast<NB_INT>(name.size()),
+                  name.c_str());
     vga_listw_message_text(window, text);
 }
 

@@ -11,9 +11,7 @@ std::string view_only_text(NB_VOID) {
     if (gvga_read_only == 0) {
         return {};
     }
-    const NB_USHORT reason = gvga_look_only != 0               ? VGA_MSG_BAND_ASKED
-                             : gvga_system->domain_target == 0 ? VGA_MSG_BAND_NO_DOMAIN
-                                                               : VGA_MSG_BAND_NO_RIGHT;
+    const NB_USHORT reason = gvga_look_only != 0 ? VGA_MSG_BAND_ASKED : VGA_MSG_BAND_NO_RIGHT;
     NB_CHAR text[512];
     vga_print_msg(text, sizeof(text), VGA_MSG_BAND_VIEW_ONLY, "s", vga_message(reason));
     return text;

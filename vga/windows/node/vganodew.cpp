@@ -320,6 +320,7 @@ static NB_VOID node_gone(VGA_NODEW_DESC *desc) {
     }
     vga_close_children(&desc->common, 0, 1);
     show_node(desc);
+    vga_listw_show_band(desc);
     vga_nodew_set_button_states(desc);
     vga_message_node_window(&desc->common, VGA_MSG_NODEW_NODE_LOST);
 }
