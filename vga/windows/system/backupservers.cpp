@@ -41,7 +41,9 @@ NB_VOID show_outcome(const VGA_PROCESS_STATE *work, NB_USHORT done) {
         NB_CHAR text[256];
         vga_print_msg(text, sizeof(text), done, "cs", static_cast<NB_INT>(sizeof(node->name)),
                       node->name);
-        vga_listw_message_text(vga_listw_of(gvga_system->window), text);
+        if (VGA_LIST_WINDOW *window = vga_listw_of(gvga_system->window)) {
+            vga_listw_message_text(window, text);
+        }
     }
 }
 

@@ -41,13 +41,20 @@ static constexpr NODE_REFUSALS by_state[] = {
     {NAP_NODE_BACK_LEVEL, VGA_MSG_BACK_LEVEL, VGA_MSG_BACK_LEVEL, VGA_MSG_BACK_LEVEL},
 };
 
+/* Keys can select several. */
 static const VGA_NODE *node_of(const VGA_SITUATION &situation) {
-    return static_cast<const VGA_NODE *>(situation.record);
+    return situation.count == 1 ? static_cast<const VGA_NODE *>(situation.record) : nullptr;
+}
+
+static NB_USHORT refuses_count(const VGA_SITUATION &situation) {
+    return situation.count == 1  ? NB_USHORT{0}
+           : situation.count > 1 ? NB_USHORT{VGA_MSG_NODEW_ONE_ONLY}
+                                 : NB_USHORT{VGA_MSG_SYSW_SELECT_FIRST};
 }
 
 template <auto Refusal> static NB_USHORT refuses_state(const VGA_SITUATION &situation) {
     const VGA_NODE *node = node_of(situation);
-    return node == nullptr                          ? NB_USHORT{VGA_MSG_SYSW_SELECT_FIRST}
+    return node == nullptr                          ? refuses_count(situation)
            : node->node_state < std::size(by_state) ? by_state[node->node_state].*Refusal
                                                     : NB_USHORT{VGA_MSG_NODEW_WRONG_STATE};
 }
@@ -65,24 +72,24 @@ NB_USHORT vga_sysw_refuses_tracing(const VGA_SITUATION &situation) {
 }
 
 NB_USHORT vga_sysw_refuses_node(const VGA_SITUATION &situation) {
-    return situation.record == nullptr ? VGA_MSG_SYSW_SELECT_FIRST : 0;
+    return refuses_count(situation);
 }
 
 NB_USHORT vga_sysw_refuses_add_backup(const VGA_SITUATION &situation) {
     const VGA_NODE *node = node_of(situation);
-    return node == nullptr                           ? VGA_MSG_SYSW_SELECT_FIRST
-           : node->node_state == NAP_NODE_BACK_LEVEL ? VGA_MSG_BACK_LEVEL
-           : node->role != VGA_ROLE_NONE             ? VGA_MSG_SERVER_ALREADY
-           : gvga_system->domain_target == 0         ? VGA_MSG_DOMAIN_LOST
-                                                     : 0;
+    return node == nullptr                           ? refuses_count(situation)
+           : node->node_state == NAP_NODE_BACK_LEVEL ? NB_USHORT{VGA_MSG_BACK_LEVEL}
+           : node->role != VGA_ROLE_NONE             ? NB_USHORT{VGA_MSG_SERVER_ALREADY}
+           : gvga_system->domain_target == 0         ? NB_USHORT{VGA_MSG_DOMAIN_LOST}
+                                                     : NB_USHORT{0};
 }
 
 NB_USHORT vga_sysw_refuses_del_backup(const VGA_SITUATION &situation) {
     const VGA_NODE *node = node_of(situation);
-    return node == nullptr                   ? VGA_MSG_SYSW_SELECT_FIRST
-           : node->role == VGA_ROLE_NONE     ? VGA_MSG_NO_SERVER
-           : gvga_system->domain_target == 0 ? VGA_MSG_DOMAIN_LOST
-                                             : 0;
+    return node == nullptr                   ? refuses_count(situation)
+           : node->role == VGA_ROLE_NONE     ? NB_USHORT{VGA_MSG_NO_SERVER}
+           : gvga_system->domain_target == 0 ? NB_USHORT{VGA_MSG_DOMAIN_LOST}
+                                             : NB_USHORT{0};
 }
 
 NB_VOID vga_sysw_set_button_states(NB_VOID *window) {
@@ -209,7 +216,9 @@ NB_USHORT vga_display_system_window(NB_USHORT flag) {
     vga_listw_show_lists(desc);
     vga_listw_select_pane(desc, 0, 1);
     vga_display_dialog(&desc->common);
-    vga_message_system_window(&desc->common, VGA_MSG_SYSW_READY);
+    if (gvga_system->domain_target != 0) { /* otherwise the line says that it is not there */
+        vga_message_system_window(&desc->common, VGA_MSG_SYSW_READY);
+    }
     return 1;
 }
 
