@@ -425,7 +425,8 @@ def list_text(window, entry):
     text = object_text(f'{name}Form', 'XmForm', ['arguments pane_form'] + height, controls,
                        [f'XmNfocusCallback = {callback}'] if callback else [])
     beside = [f'XmNbottomAttachment = XmATTACH_WIDGET', f'XmNbottomWidget = {below}',
-              'XmNrightAttachment = XmATTACH_WIDGET', f'XmNrightWidget = {key}'] if keys else []
+              'XmNrightAttachment = XmATTACH_WIDGET', f'XmNrightWidget = {key}'] if keys else [
+                  'XmNmarginTop = 4', 'XmNmarginBottom = 4']
     text += object_text(f'{called}Title', 'XmLabel', ['arguments pane_title'] + beside +
                         [f'XmNlabelString = {quoted(entry.facts["label"])}'])
     text += object_text(f'{called}Key', 'XmRowColumn', ['arguments pane_key'], keys) if keys else ''

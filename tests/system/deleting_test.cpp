@@ -89,6 +89,7 @@ TEST_F(Deleting, OfFourThousandThreeStay) {
     ASSERT_TRUE(shows(window, "Deleting "));
     place.write("faults", "fail NAP_DELETE_LOCAL_LU 0x0200 0x5547 3");
     node->send(SIGHUP);
+    wait_for([&] { return screen().find(message(960)) != 0; }, 60000);
     const WindowId receipt = box(message(960), message(963));
     ASSERT_NE(receipt, 0u);
     EXPECT_TRUE(
