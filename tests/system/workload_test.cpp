@@ -331,7 +331,7 @@ protected:
     }
 
     /* Closes one of the programs whose window has the title, whatever it has to say, and returns
-     * what it knew but for what the nodes count. */
+     * what it knew but for what the nodes count and what is selected, which is the operator's. */
     std::vector<std::string> close_down(const std::string &window) {
         const auto running = [this] {
             return std::count_if(programs.begin(), programs.end(),
@@ -352,6 +352,7 @@ protected:
         for (std::string &line : lines) {
             line = std::regex_replace(line, counted, "");
             line = std::regex_replace(line, counted_of_links, "$1");
+            line = std::regex_replace(line, std::regex("^>"), " ");
         }
         return lines;
     }
