@@ -450,11 +450,13 @@ def list_text(window, entry):
 
 def panes_text(window, above, below):
     name = f'{window.name}Panes'
-    arguments = ['arguments window_panes', f'XmNtopWidget = {above}' if above else
-                 'XmNtopAttachment = XmATTACH_FORM', f'XmNbottomWidget = {below}']
+    arguments = ['arguments window_panes', f'XmNbottomWidget = {below}']
     if window.kind == 'dialog':
-        arguments += ['XmNrightAttachment = XmATTACH_WIDGET',
+        arguments += ['XmNtopAttachment = XmATTACH_FORM', 'XmNrightAttachment = XmATTACH_WIDGET',
                       f'XmNrightWidget = XmRowColumn {window.name}Buttons']
+    else:
+        arguments += ['XmNtopAttachment = XmATTACH_WIDGET', f'XmNtopWidget = {above}',
+                      'XmNrightAttachment = XmATTACH_FORM']
     return (object_text(name, 'XmPanedWindow', arguments,
                         [f'XmForm {window.name}{entry.name}Form' for entry in window.lists]) +
             ''.join(list_text(window, entry) for entry in window.lists))
@@ -475,7 +477,8 @@ def main_text(window):
                                          f'XmNheight = {height} font_units'], controls) +
             menu_bar_text(window) + tool_bar_text(window) +
             object_text(f'{name}Band', 'XmLabel',
-                        ['arguments window_band', f'XmNtopWidget = XmMenuBar {name}MenuBar']) +
+                        ['arguments window_band', 'XmNtopAttachment = XmATTACH_WIDGET',
+                         f'XmNtopWidget = XmMenuBar {name}MenuBar']) +
             message_bar_text(window) + panes_text(window, above, f'XmTextField {name}MessageBar'))
 
 
