@@ -25,11 +25,13 @@ constexpr VGA_UID_DESC row(NB_USHORT dialog_id, std::string_view name, VGA_DIALO
     return row;
 }
 
-/* What the build makes of a description in resources/dialogs; null where there is none. */
-constexpr const VGA_FORM_ROW *find_form(std::string_view name) {
-    for (const VGA_FORM_ROW &form : form_rows) {
-        if (name == form.name) {
-            return &form;
+/* What the build makes of a description in resources/dialogs (form_rows) or resources/windows
+ * (window_rows); null where there is none of that name. */
+template <class Row, size_t count>
+constexpr const Row *find_described(const Row (&rows)[count], std::string_view name) {
+    for (const Row &row : rows) {
+        if (name == row.name) {
+            return &row;
         }
     }
     return nullptr;
@@ -42,16 +44,6 @@ constexpr VGA_UID_DESC form(VGA_UID_DESC made, const VGA_FORM_ROW &form) {
     made.record_changed = vga_form_record_changed;
     made.may_close = vga_form_may_close;
     return made;
-}
-
-/* The same of a description in resources/windows. */
-constexpr const VGA_LISTW_UID_ROW *find_list_window(std::string_view name) {
-    for (const VGA_LISTW_UID_ROW &window : window_rows) {
-        if (name == window.name) {
-            return &window;
-        }
-    }
-    return nullptr;
 }
 
 constexpr VGA_UID_DESC list_window(VGA_UID_DESC made, const VGA_LISTW_UID_ROW &window) {
@@ -75,10 +67,10 @@ constexpr VGA_UID_DESC list_window(VGA_UID_DESC made, const VGA_LISTW_UID_ROW &w
 constexpr VGA_UID_DESC dialog(VGA_DIALOG_ID dialog_id, std::string_view name,
                               VGA_DIALOG_KIND kind) {
     VGA_UID_DESC made = row(dialog_id, name, kind);
-    if (const VGA_FORM_ROW *described = find_form(name)) {
+    if (const VGA_FORM_ROW *described = find_described(form_rows, name)) {
         return form(made, *described);
     }
-    if (const VGA_LISTW_UID_ROW *described = find_list_window(name)) {
+    if (const VGA_LISTW_UID_ROW *described = find_described(window_rows, name)) {
         return list_window(made, *described);
     }
     made.later = 1;
