@@ -11,7 +11,6 @@
 #include "startstopeffects.h"
 #include <Xm/MessageB.h>
 #include <chrono>
-#include <cstring>
 #include <map>
 
 namespace {
@@ -126,22 +125,14 @@ struct TARGET {
 
 std::map<const VGA_DIALOG *, std::vector<TARGET>> asked;
 
-/* The rows of parts are found by name. */
-NB_USHORT question_row() {
-    NB_USHORT found = VGA_UID_MAX;
-    vga_for_each_row([&found](const VGA_UID_DESC &row) {
-        found = strcmp(row.name, "stopr") == 0 ? row.dialog_id : found;
-    });
-    return found;
-}
-
 NB_VOID ask_to_stop(VGA_DIALOG *window, const std::vector<VGA_RESOURCE> &resources) {
     std::vector<TARGET> &targets = asked[window];
     targets.clear();
     for (const VGA_RESOURCE &one : resources) {
         targets.push_back({one.kind, vga_handle_of(one)});
     }
-    vga_form_open(question_row(), window, resources.front().record, nullptr, VGA_FORM_CHANGE);
+    vga_form_open(vga_find_row_named("stopr")->dialog_id, window, resources.front().record, nullptr,
+                  VGA_FORM_CHANGE);
 }
 
 /* Those that can be; when none can, says why. */
