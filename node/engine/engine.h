@@ -210,6 +210,7 @@ private:
     void start_failed(Resource &resource);
     void retry(Resource &resource);
     void failed(Resource &resource, NB_ULONG sense);
+    void forget_last_failure(Resource &resource);
     void stop(Resource &resource, Stop how);
     void go_on_stopping(Resource &resource);
     void finish_stop(Resource &resource);

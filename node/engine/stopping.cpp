@@ -77,6 +77,28 @@ void Engine::count_below(Resource &resource, int change) {
     }
 }
 
+/* Who stops a resource has taken note of why it went down before. */
+void Engine::forget_last_failure(Resource &resource) {
+    const auto forget = [this, &resource](auto entry) {
+        if (entry.det_data.failed_at == 0) {
+            return;
+        }
+        entry.det_data.failed_at = entry.det_data.last_sense = 0;
+        put(resource, entry);
+        if (resource.state == NAP_NOT_ACTIVE) {
+            indicate(resource, false);
+        }
+    };
+    if (resource.row->id == CLASS_PORT) {
+        forget(get<NAP_PORT_DATA>(resource));
+    } else if (resource.row->id == CLASS_LS) {
+        forget(get<NAP_LS_DATA>(resource));
+    }
+    for (Resource *below : dependants(resource)) {
+        forget_last_failure(*below);
+    }
+}
+
 Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
     const auto verb = nap_copy<NAP_NAME_VERB>(block);
     Resource *resource = named_by(row, block);
@@ -86,6 +108,7 @@ Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
     if (resource == nullptr) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
+    forget_last_failure(*resource);
     stop(*resource, static_cast<Stop>(verb.stop_type));
     return GOOD;
 }

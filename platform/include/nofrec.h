@@ -322,8 +322,8 @@ typedef struct nap_port_det { /* eight words that a merge carries over */
     NB_ULONG port_state;      /* NAP_NOT_ACTIVE to NAP_RESETTING */
     NB_ULONG active_links;
     NB_ULONG started_at; /* seconds since 1970, 0 unless active */
-    NB_ULONG last_sense; /* sense code of the last failure, 0: none */
-    NB_ULONG failed_at;  /* seconds since 1970 of that failure, 0: none */
+    NB_ULONG last_sense; /* sense code of the last failure, 0: none since an operator stopped it */
+    NB_ULONG failed_at;  /* seconds since 1970 of that failure; likewise */
     NB_ULONG failures;   /* starts that failed and losses, since the node came up */
     NB_ULONG in_bytes;   /* of all its links, since it came up */
     NB_ULONG out_bytes;
@@ -392,8 +392,8 @@ typedef struct nap_ls_det { /* 500 bytes that a merge carries over */
     NB_ULONG out_frames;
     NB_ULONG retransmissions;
     NB_ULONG started_at; /* seconds since 1970, 0 unless active */
-    NB_ULONG last_sense; /* sense code of the last failure, 0: none */
-    NB_ULONG failed_at;  /* seconds since 1970 of that failure, 0: none */
+    NB_ULONG last_sense; /* sense code of the last failure, 0: none since an operator stopped it */
+    NB_ULONG failed_at;  /* seconds since 1970 of that failure; likewise */
     NB_ULONG failures;   /* starts that failed and losses, since the node came up */
     NB_ULONG retries;    /* of them, tries that the node made by itself */
     NB_UCHAR reserved2[432];

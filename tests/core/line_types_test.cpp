@@ -244,6 +244,8 @@ TEST_F(LineTypes, AnyRecordKeepsTheColumnsOfItsList) {
                 EXPECT_EQ(known->second, parts.columns) << type << ", byte " << byte;
                 auto *icon = gvga_viewer_types[type].choose_icon;
                 EXPECT_TRUE(icon == nullptr || icon(record) < VGA_ICON_COUNT) << type;
+                auto *state = gvga_viewer_types[type].choose_state;
+                EXPECT_TRUE(state == nullptr || state(record) < VGA_LINE_STATES) << type;
             }
         }
     }
@@ -377,6 +379,28 @@ TEST_F(LineTypes, UsersAndTheirSessions) {
         record->mark = 1;
         EXPECT_EQ(parts_of(VGA_VIEWER_USER_SESS, record).texts[3], "Available");
     }
+}
+
+TEST_F(LineTypes, WhatWentDownByItselfHasFailed) {
+    const auto state_of = [](VGA_VIEWER_TYPE type, const NB_VOID *record) {
+        return gvga_viewer_types[type].choose_state(record);
+    };
+    auto *port = filled<VGA_PORT>(filled<VGA_DLC>(node, 0, false), 0, false);
+    auto *ls = filled<VGA_LS>(port, 0, false);
+    EXPECT_EQ(state_of(VGA_VIEWER_PORT, port), VGA_LINE_INACTIVE);
+    EXPECT_EQ(state_of(VGA_VIEWER_LS, ls), VGA_LINE_INACTIVE);
+    port->vcb->det_data.failed_at = ls->vcb->det_data.failed_at = 1;
+    EXPECT_EQ(state_of(VGA_VIEWER_PORT, port), VGA_LINE_FAILED);
+    EXPECT_EQ(state_of(VGA_VIEWER_LS_LEAF, ls), VGA_LINE_FAILED);
+    port->vcb->det_data.port_state = NAP_ACTIVE;
+    ls->state = NAP_PENDING_ACTIVE;
+    EXPECT_EQ(state_of(VGA_VIEWER_PORT, port), VGA_LINE_ACTIVE);
+    EXPECT_EQ(state_of(VGA_VIEWER_LS, ls), VGA_LINE_CHANGING) << "it is being tried again";
+    node->node_state = NAP_NODE_ACTIVE;
+    node->connection = VGA_CONNECTED;
+    EXPECT_EQ(state_of(VGA_VIEWER_NODE, node), VGA_LINE_ACTIVE);
+    node->connection = VGA_NOT_CONNECTED;
+    EXPECT_EQ(state_of(VGA_VIEWER_NODE, node), VGA_LINE_FAILED);
 }
 
 TEST_F(LineTypes, PoolsCountWhatIsInThem) {

@@ -279,6 +279,11 @@ TEST_F(Operating, FailuresSayWhenAndWhy) {
         activate(1);
     }
     EXPECT_EQ(rig.read_all(NAP_QUERY_NODE_LOG, 4, 65536).entries.size(), NAP_LOG_LINES);
+
+    EXPECT_EQ(rig.by_key(NAP_STOP_LS, local8("DARK")), OK_CODES);
+    const auto told = rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8("DARK")).det_data;
+    EXPECT_EQ(told.failed_at, 0U) << "who stops it knows of the failure";
+    EXPECT_EQ(told.failures, dark.failures);
 }
 
 /* Counters go on by themselves, and nothing is told of them. */

@@ -99,6 +99,11 @@ const VGA_VIEWER_DESC *vga_viewer_type(NB_SHORT type) {
     return type >= 0 && type < type_count ? &gvga_viewer_desc[type] : &empty_type;
 }
 
+VGA_LINE_STATE vga_viewer_line_state(const VGA_VIEWER_ITEM *item) {
+    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
+    return desc->choose_state != nullptr ? desc->choose_state(item->data) : VGA_LINE_NO_STATE;
+}
+
 VGA_VIEWER_VIEW *vga_viewer_view(VGA_VIEWER_ROOT *root) {
     if (root->view == nullptr) {
         auto *view = static_cast<VGA_VIEWER_VIEW *>(calloc(1, sizeof(VGA_VIEWER_VIEW)));

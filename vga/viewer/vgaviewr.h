@@ -11,6 +11,7 @@
 #define VGAVIEWR_H
 
 #include "linelayout.h"
+#include "linestate.h"
 #include "nbtypes.h"
 #include "selection.h"
 #include <X11/Intrinsic.h>
@@ -44,6 +45,8 @@ struct VGA_VIEWER_DESC {
     /* Writes what stands over the columns of such lines, as create_text does a line (headings.h).
      */
     NB_USHORT (*create_headings)(NB_VOID *no_data, NB_CHAR *buffer) = nullptr;
+
+    VGA_LINE_STATE (*choose_state)(const NB_VOID *data) = nullptr; /* null: such lines have none */
 };
 
 /* The table in use.  `table` must outlive every list. */
@@ -52,6 +55,9 @@ NB_VOID vga_viewer_set_types(const VGA_VIEWER_DESC *table, NB_USHORT count);
 
 /* The row of a type; an empty one for a type that the table does not have. */
 const VGA_VIEWER_DESC *vga_viewer_type(NB_SHORT type);
+
+/* The state of a line's record, as its type says. */
+VGA_LINE_STATE vga_viewer_line_state(const VGA_VIEWER_ITEM *item);
 
 /* What the dialog framework adds. */
 

@@ -1,5 +1,6 @@
 #include "linetable.h"
 #include "lineevents.h"
+#include "linestates.h"
 #include "nodewindowlines.h"
 #include "vgasysw.h"
 #include <array>
@@ -182,9 +183,17 @@ constexpr NB_USHORT in_order(NB_VOID) {
 
 static_assert(in_order());
 
+constexpr VGA_VIEWER_DESC with_state(const ROW &row) {
+    VGA_VIEWER_DESC desc = row.desc;
+    for (const VGA_STATE_OF_LINE &line : gvga_line_states) {
+        desc.choose_state = line.type == row.type ? line.state : desc.choose_state;
+    }
+    return desc;
+}
+
 template <size_t... Row>
 constexpr std::array<VGA_VIEWER_DESC, sizeof...(Row)> types(std::index_sequence<Row...>) {
-    return {rows[Row].desc...};
+    return {with_state(rows[Row])...};
 }
 
 } // namespace
