@@ -91,6 +91,8 @@ STANDARD = {
     'copy': standard('Copy...', 'C', 'copy', 'copy', **CHANGES),
     'copy_name': {'label': 'Copy name', 'letter': 'n', 'scope': 'VGA_FOR_SELECTION',
                   'action': 'vga_listw_copy_name'},
+    'copy_lines': {'label': 'Copy lines', 'letter': 'l', 'shown': 'Ctrl+C', 'scope': 'VGA_FOR_SELECTION',
+                   'states': 'VGA_ANY_STATE', 'action': 'vga_listw_copy_lines'},
     'help_on_this': {'label': 'Help on this', 'letter': 'H', 'scope': 'VGA_FOR_SELECTION',
                      'states': 'VGA_ANY_STATE', 'action': 'vga_listw_help_on_this'},
 }

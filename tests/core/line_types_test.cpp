@@ -264,15 +264,15 @@ TEST_F(LineTypes, AnyRecordKeepsTheColumnsOfItsList) {
         EXPECT_EQ(columns[title], columns[line]);
     }
     for (NB_USHORT type = 0; type < VGA_VIEWER_TYPE_COUNT; type++) {
-        if (auto *headings = gvga_viewer_types[type].create_headings) {
-            const PARTS parts = parts_of(type, nullptr, headings);
-            EXPECT_EQ(parts.columns, columns[type]) << type;
-            EXPECT_EQ(std::count(parts.texts.begin(), parts.texts.end(), ""), 0) << type;
-        }
+        auto *headings = gvga_viewer_types[type].create_headings;
+        ASSERT_NE(headings, nullptr) << type;
+        const PARTS parts = parts_of(type, nullptr, headings);
+        EXPECT_EQ(parts.columns, columns[type]) << type;
+        EXPECT_EQ(std::count(parts.texts.begin(), parts.texts.end(), ""), 0) << type;
     }
 }
 
-TEST_F(LineTypes, TextsAreCutAtTheirColumnsAndMadeHarmless) {
+TEST_F(LineTypes, TextsAreWholeAndMadeHarmless) {
     auto entry = new_entry<NAP_TN_REDIRECT_DATA>();
     entry.address_type = NAP_TN_ADDRESS_NAME;
     entry.client_port = 65535;
@@ -280,17 +280,14 @@ TEST_F(LineTypes, TextsAreCutAtTheirColumnsAndMadeHarmless) {
     text(entry.def_data.host_address, "%t99a%t5%b%%\t\nc");
     text(entry.def_data.description, "%t7");
     EXPECT_EQ(parts_of(VGA_VIEWER_TN_REDIRECT, keep<VGA_TN_REDIRECT>(node, &entry)).joined(),
-              "ccccccccccccccccccccccc|65535|% t99a% t5%b%%  c|0|No|No|% t7");
+              std::string(sizeof(entry.client_address), 'c') +
+                  "|65535|% t99a% t5%b%%  c|0|No|No|% t7");
 
     ASSERT_NE(setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
-    text(entry.client_address, "\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4"
-                               "\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4"
-                               "\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4");
     text(entry.def_data.host_address, "a\xe4"
                                       "b");
     const PARTS parts = parts_of(VGA_VIEWER_TN_REDIRECT, keep<VGA_TN_REDIRECT>(node, &entry));
     setlocale(LC_CTYPE, "C");
-    EXPECT_EQ(parts.texts[0].size(), 2U * 23U);
     EXPECT_EQ(parts.texts[2], "a?b");
 }
 
@@ -349,7 +346,7 @@ TEST_F(LineTypes, UsersAndTheirSessions) {
     user.def_data.is_group = 1;
     auto *owner = keep<VGA_USER>(gvga_system, &user);
     EXPECT_EQ(parts_of(VGA_VIEWER_USER, owner).joined(),
-              "uuuuuuuuuuuuuuuuuuuuuuuuu|Group|0 sessions|No limit|");
+              std::string(sizeof(user.user_name), 'u') + "|Group|0 sessions|No limit|");
     EXPECT_EQ(gvga_viewer_types[VGA_VIEWER_USER].choose_icon(owner), VGA_ICON_USERGROUP);
 
     NAP_USER_SESSION session = {};

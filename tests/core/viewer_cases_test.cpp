@@ -5,6 +5,7 @@
 #include "nbbase.h"
 #include "viewerparts.h"
 #include <clocale>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -79,6 +80,34 @@ TEST(VIEWER_LAYOUT, RunsAreCutAtTheNextColumn) {
         }
         EXPECT_EQ(runs, example.runs) << example.text;
     }
+}
+
+TEST(VIEWER_LAYOUT, ACutColumnLeavesABlankAndShowsIt) {
+    struct CASE {
+        const NB_CHAR *text, *plain, *utf8; // drawn in the two locales; null: as it is
+    } const cases[] = {
+        {"abc%t4%def%t8%and the rest is never cut", nullptr, nullptr},
+        {"abcd%t4%efghij%t8%x", "ab>%t4%ef>%t8%x", "ab\u2026%t4%ef\u2026%t8%x"},
+        {"a%t1%bc%t2%d%t1%e", nullptr, nullptr}, // no room for a mark
+        {"\u00E4\u00F6\u00FC%t4x", "\u00E4>%t4x", nullptr},
+        {"\u6F22\u5B57\u6F22%t6x", nullptr, "\u6F22\u5B57\u2026%t6x"},
+        {"\u6F22\u5B57\u6F22%t5x", nullptr, "\u6F22\u2026%t5x"}, // three columns, two wide
+    };
+    for (const char *locale : {"C", "C.UTF-8"}) {
+        ASSERT_NE(setlocale(LC_CTYPE, locale), nullptr);
+        const bool utf8 = strcmp(locale, "C") != 0;
+        for (const CASE &example : cases) {
+            if (!utf8 && example.plain == nullptr && example.utf8 != nullptr) {
+                continue; // bytes of half a character are no case
+            }
+            NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
+            strcpy(text, example.text);
+            const NB_CHAR *drawn = utf8 ? example.utf8 : example.plain;
+            EXPECT_EQ(vga_viewer_mark_cuts(text), drawn != nullptr) << example.text;
+            EXPECT_STREQ(text, drawn != nullptr ? drawn : example.text) << locale;
+        }
+    }
+    setlocale(LC_CTYPE, "C");
 }
 
 TEST(VIEWER_LAYOUT, CutsKeepCharactersWhole) {

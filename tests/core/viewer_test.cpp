@@ -152,7 +152,11 @@ struct MODEL {
         // Only a step up goes on up past a title; the ends and pages go on inwards.
         const bool on_down =
             direction == VGA_VIEWER_UP ? outline == nullptr : direction == VGA_VIEWER_DOWN || back;
-        while (line != nullptr && line->fixed) {
+        const auto passed = [&](const NODE *other) {
+            return other->fixed || (among_siblings && anchor != nullptr &&
+                                    anchor->parent == other->parent && anchor->type != other->type);
+        };
+        while (line != nullptr && passed(line)) {
             line = step(line, among_siblings, on_down ? 1 : -1);
         }
         return line;
@@ -169,9 +173,10 @@ struct MODEL {
 
     void select(NODE *node, bool toggle, bool extend) {
         outline = node;
-        const bool range = extend && anchor != nullptr && anchor->parent == node->parent;
+        const bool range = extend && anchor != nullptr && anchor->parent == node->parent &&
+                           anchor->type == node->type;
         const bool state = range && anchor->selected;
-        const NB_USHORT type = range ? anchor->type : node->type;
+        const NB_USHORT type = node->type;
         const std::vector<NODE *> before = selected();
         if (!toggle ||
             (!before.empty() && (before[0]->parent != node->parent || before[0]->type != type))) {
@@ -329,11 +334,14 @@ protected:
                                        [node](const auto &other) { return other.get() == node; }));
     }
 
+    static bool has_children(const NODE *node) {
+        return std::any_of(node->children.begin(), node->children.end(),
+                           [](const NODE *child) { return !child->hidden; });
+    }
+
     void expand(NODE *node) {
-        const bool children = std::any_of(node->children.begin(), node->children.end(),
-                                          [](const NODE *child) { return !child->hidden; });
         vga_expand_viewer(&root, &node->item, 1);
-        node->expanded = node->expanded || children;
+        node->expanded = node->expanded || has_children(node);
     }
 
     void contract(NODE *node) {
@@ -352,6 +360,27 @@ protected:
         }
         model.anchor = vanishes(model.anchor) ? node : model.anchor;
         model.outline = vanishes(model.outline) ? node : model.outline;
+    }
+
+    void expand_all() {
+        vga_viewer_expand_all(&root);
+        for (const auto &node : model.nodes) {
+            node->expanded = node->expanded || has_children(node.get());
+        }
+    }
+
+    void select_all() {
+        NODE *const current = node_of(vga_viewer_get_selected_viewer(&root));
+        if (current == nullptr) {
+            return;
+        }
+        vga_viewer_select_all(&root, &current->item);
+        model.deselect();
+        for (NODE *line : model.siblings(current)) {
+            line->selected =
+                line == current || (!line->hidden && !line->fixed && line->type == current->type);
+        }
+        model.anchor = model.outline = current;
     }
 
     void hide(NODE *node, bool hidden) {
@@ -403,8 +432,10 @@ protected:
             remove(any(), true);
         } else if (choice < 58) {
             expand(any());
-        } else if (choice < 63) {
+        } else if (choice < 62) {
             contract(any());
+        } else if (choice == 62) {
+            pick(4) == 0 ? expand_all() : select_all();
         } else if (choice < 70) {
             hide(any(), pick(2) == 0);
         } else if (choice < 73) {

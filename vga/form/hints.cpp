@@ -1,8 +1,10 @@
 #include "hints.h"
 #include "filtercallbacks.h"
 #include "holders.h"
+#include "messagebox.h"
 #include "messages.h"
 #include "tooltips.h"
+#include "verbqueue.h"
 #include <Xm/Gadget.h>
 #include <Xm/Label.h>
 #include <Xm/Manager.h>
@@ -14,6 +16,8 @@
 #include <unordered_map>
 
 namespace {
+
+constexpr NB_USHORT tip_columns = 60;
 
 struct HINT {
     std::string hint;
@@ -230,7 +234,9 @@ NB_VOID point_at(Widget widget) {
         refresh_line(shell_of(left));
     }
     if (widget != nullptr) {
-        vga_show_tip(widget, shown_for(widget).c_str());
+        const NB_CHAR *text = shown_for(widget).c_str();
+        const VGA_OWNED<NB_CHAR> lines(vga_wrap_text(text, tip_columns));
+        vga_show_tip(widget, lines != nullptr ? lines.get() : text);
         refresh_line(shell_of(widget));
     }
 }

@@ -1,5 +1,6 @@
 #include "linelayout.h"
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <cwchar>
 
@@ -34,7 +35,44 @@ const NB_CHAR *read_stop(const NB_CHAR *stop, NB_ULONG *column) {
     return *stop == '%' ? stop + 1 : stop;
 }
 
+/* Puts the mark of a cut, one column wide, in the place of a text's bytes from `at` to `end`.
+ * Returns where the line goes on behind it. */
+NB_CHAR *put_mark(NB_CHAR *at, const NB_CHAR *end) {
+    NB_CHAR mark[MB_LEN_MAX];
+    mbstate_t state = {};
+    size_t bytes = wcrtomb(mark, L'\u2026', &state);
+    if (bytes == static_cast<size_t>(-1) || wcwidth(L'\u2026') != 1) {
+        mark[0] = '>';
+        bytes = 1;
+    }
+    memmove(at + bytes, end, strlen(end) + 1);
+    memcpy(at, mark, bytes);
+    return at + bytes;
+}
+
 } // namespace
+
+NB_USHORT vga_viewer_mark_cuts(NB_CHAR *text) {
+    constexpr NB_ULONG blank = 1, mark = 1;
+    NB_USHORT any = 0;
+    NB_ULONG column = 0;
+    for (NB_CHAR *stop = nullptr; (stop = const_cast<NB_CHAR *>(find_stop(text))) != nullptr;) {
+        NB_ULONG next = 0;
+        NB_CHAR *behind = const_cast<NB_CHAR *>(read_stop(stop, &next));
+        const NB_ULONG room = next > column + blank ? next - column - blank : 0;
+        const NB_INT length = static_cast<NB_INT>(stop - text);
+        // A column with no room for a mark is left to vga_viewer_next_run.
+        if (room > mark && vga_viewer_cut(text, length, room) < length) {
+            const NB_CHAR *const moved =
+                put_mark(text + vga_viewer_cut(text, length, room - mark), stop);
+            behind += moved - stop;
+            any = 1;
+        }
+        text = behind;
+        column = next;
+    }
+    return any;
+}
 
 NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER_RUN *run) {
     if (*text == nullptr) {
@@ -45,11 +83,11 @@ NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER
     run->column = *column;
     run->last = stop == nullptr;
     if (stop == nullptr) {
-        run->length = static_cast<NB_INT>(strlen(*text));
+        run->length = run->whole = static_cast<NB_INT>(strlen(*text));
         *text = nullptr;
         return 1;
     }
-    run->length = static_cast<NB_INT>(stop - *text);
+    run->length = run->whole = static_cast<NB_INT>(stop - *text);
     *text = read_stop(stop, column);
     const NB_ULONG room = *column > run->column ? *column - run->column : 0;
     run->length = vga_viewer_cut(run->text, run->length, room);

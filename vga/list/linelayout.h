@@ -12,12 +12,18 @@
 struct VGA_VIEWER_RUN {
     const NB_CHAR *text;
     NB_INT length;   /* bytes, already cut where the next column begins */
+    NB_INT whole;    /* bytes, not cut */
     NB_ULONG column; /* in characters */
     NB_USHORT last;
 };
 
 /* Takes the next run off `*text`, which is null after the last; `*column` is 0 at the first. */
 NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER_RUN *run);
+
+/* Cuts every piece of a line that leaves no blank before the next column, and puts an ellipsis (">"
+ * where the locale has none) in its last place, so that it is seen to be cut.  `text` has room for
+ * VGA_VIEWER_TEXT_BUFFER + 1 bytes.  Returns 1 when it cut any. */
+NB_USHORT vga_viewer_mark_cuts(NB_CHAR *text);
 
 /* The bytes of the first `columns` columns of the text, a whole number of characters. */
 NB_INT vga_viewer_cut(const NB_CHAR *text, NB_INT length, NB_ULONG columns);

@@ -18,19 +18,71 @@ NB_VOID count_selected(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT s
     }
 }
 
+/* What lines get what state: those of a type in [from, to) of the lines of their siblings. */
+struct RANGE {
+    NB_ULONG from, to;
+    NB_UCHAR type;
+    NB_USHORT state;
+};
+
+/* The part of a binary tree whose first line is number `first`.  However many lines change, each is
+ * met once.  Returns the change of the number of selected lines. */
+NB_LONG set_range(const VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *node, NB_ULONG first,
+                  const RANGE &range) {
+    if (node == nullptr || first >= range.to || first + node->lines_sum <= range.from) {
+        return 0;
+    }
+    const NB_ULONG own = first + (node->left != nullptr ? node->left->lines_sum : 0);
+    NB_LONG change = set_range(root, node->left, first, range) +
+                     set_range(root, node->right, own + node->lines, range);
+    if (node->lines != 0 && own >= range.from && own < range.to && node->type == range.type &&
+        node->selected != range.state && vga_viewer_can_select(root, node) != 0) {
+        node->selected = range.state;
+        change += range.state != 0 ? 1 : -1;
+    }
+    node->selected_sum += static_cast<NB_ULONG>(change);
+    return change;
+}
+
+/* Deselects a part of a binary tree. */
+NB_VOID clear_branch(VGA_VIEWER_ITEM *node) {
+    if (node != nullptr && node->selected_sum != 0) {
+        clear_branch(node->left);
+        clear_branch(node->right);
+        node->selected = 0;
+        node->selected_sum = 0;
+    }
+}
+
+/* Notes the lines of siblings `from` to `to` and what is open between them. */
+NB_VOID mark_between(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *from,
+                     const VGA_VIEWER_ITEM *to) {
+    if (root->displayed != 0 && vga_viewer_is_visible(from) != 0) {
+        vga_viewer_mark(root, vga_viewer_get_line(from), vga_viewer_get_line(to) + 1);
+    }
+}
+
+/* Gives the state to every line of the siblings from `from` to `to` that is of the type. */
+NB_VOID select_lines(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *from, const VGA_VIEWER_ITEM *to,
+                     NB_UCHAR type, NB_USHORT state, NB_USHORT redraw) {
+    const RANGE range = {vga_viewer_get_line_in_list(from), vga_viewer_get_line_in_list(to) + 1,
+                         type, state};
+    root->select_count += set_range(root, vga_viewer_siblings(root, from)->root, 0, range);
+    root->select_type = root->select_count != 0 ? NB_SHORT{type} : NB_SHORT{VGA_VIEWER_SELECT_NONE};
+    root->select_parent = root->select_count != 0 ? from->parent : nullptr;
+    if (redraw != 0) {
+        mark_between(root, from, to);
+    }
+}
+
 /* Gives the anchor's state to every line of its type between it and `item`. */
-NB_VOID select_range(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT state,
+NB_VOID select_range(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item, NB_USHORT state,
                      NB_USHORT redraw) {
-    VGA_VIEWER_ITEM *from = root->select_anchor, *to = item;
+    const VGA_VIEWER_ITEM *from = root->select_anchor, *to = item;
     if (vga_viewer_get_line_in_list(from) > vga_viewer_get_line_in_list(to)) {
         std::swap(from, to);
     }
-    for (VGA_VIEWER_ITEM *line = from; line != nullptr;
-         line = line == to ? nullptr : vga_viewer_next_sibling(root, line)) {
-        if (line->type == root->select_anchor->type && vga_viewer_can_select(root, line) != 0) {
-            vga_viewer_mark_selected(root, line, state, redraw);
-        }
-    }
+    select_lines(root, from, to, root->select_anchor->type, state, redraw);
 }
 
 /* The first selected item, null without one. */
@@ -72,10 +124,32 @@ NB_SHORT vga_viewer_mark_selected(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, 
 }
 
 NB_VOID vga_viewer_deselect_all(VGA_VIEWER_ROOT *root, NB_USHORT redraw) {
-    VGA_VIEWER_ITEM *item;
-    while ((item = first_selected(root)) != nullptr) {
-        vga_viewer_mark_selected(root, item, 0, redraw);
+    if (root->select_count == 0) {
+        return;
     }
+    VGA_VIEWER_LIST *list =
+        root->select_parent != nullptr ? &root->select_parent->children : &root->top_items;
+    if (redraw != 0) {
+        mark_between(root, vga_viewer_find_selected(list, 0),
+                     vga_viewer_find_selected(list, static_cast<NB_ULONG>(root->select_count) - 1));
+    }
+    clear_branch(list->root);
+    root->select_count = 0;
+    root->select_type = VGA_VIEWER_SELECT_NONE;
+    root->select_parent = nullptr;
+}
+
+NB_VOID vga_viewer_select_all(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *current) {
+    const VGA_VIEWER_LIST *list = vga_viewer_siblings(root, current);
+    const NB_ULONG lines = vga_viewer_list_lines(list);
+    if (lines != 0) {
+        vga_viewer_deselect_all(root, 1);
+        select_lines(root, vga_viewer_find_in_list(list, 0),
+                     vga_viewer_find_in_list(list, lines - 1), current->type, 1, 1);
+        vga_viewer_mark_selected(root, current, 1, 1); // it may have become a title
+    }
+    root->select_anchor = current;
+    vga_viewer_set_outline(root, current, 1);
 }
 
 NB_VOID vga_viewer_set_outline(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw) {
@@ -100,10 +174,9 @@ NB_VOID vga_viewer_select(VGA_VIEWER_ITEM *viewer, VGA_VIEWER_ROOT *root, NB_USH
     vga_viewer_set_outline(root, viewer, redraw);
     NB_ASSERT_FATAL(root->outline_viewer != nullptr);
     const VGA_VIEWER_ITEM *anchor = root->select_anchor;
-    const bool range = extend != 0 && anchor != nullptr && anchor->parent == viewer->parent;
+    const bool range = extend != 0 && vga_viewer_extends_to(anchor, viewer) != 0;
     const NB_USHORT anchor_state = range ? anchor->selected : 0;
-    const NB_UCHAR type = range ? anchor->type : viewer->type;
-    if (toggle == 0 || root->select_parent != viewer->parent || root->select_type != type) {
+    if (toggle == 0 || root->select_parent != viewer->parent || root->select_type != viewer->type) {
         vga_viewer_deselect_all(root, redraw);
     }
     if (range) {
@@ -121,6 +194,10 @@ NB_VOID vga_viewer_select(VGA_VIEWER_ITEM *viewer, VGA_VIEWER_ROOT *root, NB_USH
 NB_USHORT vga_viewer_can_select(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
     return item->fixed == 0 &&
            (root->watcher == nullptr || root->watcher->is_title(item->type) == 0);
+}
+
+NB_USHORT vga_viewer_extends_to(const VGA_VIEWER_ITEM *anchor, const VGA_VIEWER_ITEM *item) {
+    return anchor != nullptr && anchor->parent == item->parent && anchor->type == item->type;
 }
 
 NB_SHORT vga_viewer_set_select(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT state) {
@@ -150,8 +227,7 @@ NB_VOID *vga_viewer_get_selection(const VGA_VIEWER_ROOT *root, NB_SHORT *type) {
 NB_VOID vga_viewer_drag_cb(VGA_VIEWER_ITEM *item, VGA_VIEWER_ROOT *root, NB_USHORT select,
                            NB_USHORT redraw) {
     const VGA_VIEWER_ITEM *anchor = root->select_anchor;
-    if (anchor != nullptr && item->parent == anchor->parent && item->type == anchor->type &&
-        vga_viewer_can_select(root, item) != 0) {
+    if (vga_viewer_extends_to(anchor, item) != 0 && vga_viewer_can_select(root, item) != 0) {
         vga_viewer_mark_selected(root, item, select, redraw);
     }
 }

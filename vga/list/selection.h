@@ -10,13 +10,21 @@
 
 /* What a click does: outlines `item` and selects it alone; with `toggle` (Ctrl) flips it and keeps
  * the others; with `extend` (Shift) gives every line of the anchor's type from the anchor to `item`
- * the anchor's state. */
+ * the anchor's state.  An item that the anchor's range cannot end at is selected as without
+ * `extend`. */
 NB_VOID vga_viewer_select(VGA_VIEWER_ITEM *item, VGA_VIEWER_ROOT *root, NB_USHORT toggle,
                           NB_USHORT extend, NB_USHORT redraw, NB_USHORT notify);
 
 /* Whether keys, ranges, drags and closing may select the line: neither fixed nor of a type of
  * titles. */
 NB_USHORT vga_viewer_can_select(const VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
+
+/* Whether a range from the anchor, which may be null, can end at the item: siblings of one type. */
+NB_USHORT vga_viewer_extends_to(const VGA_VIEWER_ITEM *anchor, const VGA_VIEWER_ITEM *item);
+
+/* Selects all siblings of `current`, which is in the list, that are of its type; it becomes anchor
+ * and gets the outline.  The window is not told. */
+NB_VOID vga_viewer_select_all(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *current);
 
 /* Sets or flips one item; count and type follow.  Returns the change of the count: 1, -1 or 0. */
 NB_SHORT vga_viewer_set_select(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT state);

@@ -231,6 +231,21 @@ NB_VOID set_expanded(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT sta
     }
 }
 
+/* Opens all that has lines below it in a part of a binary tree, bottom up, so that every sum is
+ * made once. */
+NB_VOID open_branch(VGA_VIEWER_ITEM *node) {
+    if (node == nullptr) {
+        return;
+    }
+    open_branch(node->left);
+    open_branch(node->right);
+    open_branch(node->children.root);
+    const NB_ULONG below = vga_viewer_list_lines(&node->children);
+    node->expanded = node->expanded != 0 || below != 0;
+    node->lines = node->hidden != 0 ? 0 : 1 + below;
+    add_up(node);
+}
+
 /* Selection changes of a call are told to the window at its end. */
 class SELECTION_WATCH {
 public:
@@ -398,6 +413,12 @@ NB_VOID vga_expand_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHOR
     if (vga_viewer_has_children(item) != 0) {
         set_expanded(root, item, 1, redraw);
     }
+}
+
+NB_VOID vga_viewer_expand_all(VGA_VIEWER_ROOT *root) {
+    open_branch(root->top_items.root);
+    vga_viewer_mark(root, 0, VGA_VIEWER_TO_END);
+    tell_lines_changed(root);
 }
 
 NB_VOID vga_viewer_contract(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw) {

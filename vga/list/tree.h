@@ -127,6 +127,9 @@ NB_VOID vga_update_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
 NB_VOID vga_expand_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw);
 NB_VOID vga_viewer_contract(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw);
 
+/* Opens every line of the list that has children, on all levels, in one pass. */
+NB_VOID vga_viewer_expand_all(VGA_VIEWER_ROOT *root);
+
 /* Title lines, and lines that a filter leaves out.  A line that is hidden loses selection, anchor
  * and outline, and so do those below it. */
 NB_VOID vga_viewer_set_fixed(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT fixed);

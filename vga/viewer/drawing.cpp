@@ -296,6 +296,7 @@ NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
     }
     // Drawing may find a wider line, and a bar that comes or goes changes the window.
     constexpr NB_INT most_rounds = 4;
+    vga_viewer_follow_level(view);
     for (NB_INT round = 0; round < most_rounds && view->root->displayed != 0; ++round) {
         if (view->bars_due != 0) {
             vga_viewer_set_scroll_bars(view);
@@ -338,6 +339,7 @@ NB_ULONG vga_viewer_get_content_height(const VGA_VIEWER_ROOT *root) {
 NB_VOID vga_viewer_content_changed(VGA_VIEWER_VIEW *view) {
     if (view->root->displayed != 0) {
         view->bars_due = 1;
+        vga_viewer_hide_tip(view);
         vga_viewer_set_offsets(view, view->x_offset, view->y_offset, nullptr);
         vga_viewer_schedule(view);
     }
@@ -360,6 +362,7 @@ NB_VOID vga_viewer_set_offsets(VGA_VIEWER_VIEW *view, int64_t x, int64_t y, Widg
             continue;
         }
         *axis.offset = axis.value;
+        vga_viewer_hide_tip(view);
         vga_viewer_mark_all(view);
         // A bar that is being dragged keeps the value that the pointer gives it.  One that is out
         // of date gets its value with the rest.
@@ -393,7 +396,7 @@ NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
            (desc->show_icon != 0 ? gvga_viewer_icon_width + icon_gap : 0);
 }
 
-NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
+NB_VOID vga_viewer_whole_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
     const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
     NB_USHORT text_len = 0;
     if (desc->create_text != nullptr) {
@@ -404,7 +407,11 @@ NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
         text_len = 0;
     }
     buffer[text_len] = '\0';
-    return text_len;
+}
+
+NB_VOID vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
+    vga_viewer_whole_text(item, buffer);
+    vga_viewer_mark_cuts(buffer);
 }
 
 NB_VOID vga_viewer_draw_text(Display *display, Drawable drawable, GC gc, NB_INT x, NB_ULONG width,

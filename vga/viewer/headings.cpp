@@ -31,7 +31,31 @@ NB_VOID make_grey(Widget strip, GC gc) {
 
 NB_VOID write(const VGA_VIEWER_DESC *desc, NB_CHAR (&text)[VGA_VIEWER_TEXT_BUFFER + 1]) {
     const NB_USHORT length = desc->create_headings(nullptr, text);
-    text[std::min<NB_USHORT>(length, VGA_VIEWER_TEXT_BUFFER)] = '\0';
+    text[std::min<NB_USHORT>(length, VGA_VIEWER_MAX_TEXT_LENGTH)] = '\0';
+    vga_viewer_mark_cuts(text);
+}
+
+/* The content is at least as wide as the headings: what has no line yet can be scrolled to its last
+ * heading all the same. */
+NB_VOID make_room(VGA_VIEWER_VIEW *view) {
+    const VGA_VIEWER_DESC *desc = vga_viewer_type(view->headings_type);
+    if (desc->create_headings != nullptr) {
+        NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
+        write(desc, text);
+        const NB_ULONG width = vga_viewer_left_width(desc) + vga_viewer_text_width(text);
+        vga_viewer_set_width(view->root, std::max(view->content_width, width));
+    }
+}
+
+/* The type of the line that has the keyboard, or is selected. */
+NB_SHORT current_type(const VGA_VIEWER_VIEW *view) {
+    const VGA_VIEWER_ITEM *line = view->root->outline_viewer;
+    if (line == nullptr) {
+        line = vga_viewer_get_selected_viewer(view->root);
+    }
+    return line != nullptr && vga_viewer_type(line->type)->create_headings != nullptr
+               ? NB_SHORT{line->type}
+               : view->headings_head;
 }
 
 /* Draws into `drawable`, which is as large as the strip and blank. */
@@ -81,19 +105,13 @@ NB_USHORT vga_viewer_show_headings(VGA_VIEWER_ROOT *root, Widget strip, NB_SHORT
     }
     vga_viewer_forget_headings(view);
     view->headings = strip;
-    view->headings_type = type;
+    view->headings_head = type;
+    view->headings_type = current_type(view);
     for (const auto &callback : callbacks) {
         XtAddCallback(strip, callback.name, callback.proc, view);
     }
     XtVaSetValues(strip, XmNheight, vga_viewer_headings_height(), nullptr);
-    const VGA_VIEWER_DESC *desc = vga_viewer_type(type);
-    if (desc->create_headings != nullptr) {
-        // What has no line yet can be scrolled to its last heading all the same.
-        NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
-        write(desc, text);
-        const NB_ULONG width = vga_viewer_left_width(desc) + vga_viewer_text_width(text);
-        vga_viewer_set_width(root, std::max(view->content_width, width));
-    }
+    make_room(view);
     vga_viewer_draw_headings(view);
     return 1;
 }
@@ -110,6 +128,14 @@ NB_VOID vga_viewer_forget_headings(VGA_VIEWER_VIEW *view) {
     }
     view->headings = nullptr;
     view->headings_due = 0;
+}
+
+NB_VOID vga_viewer_follow_level(VGA_VIEWER_VIEW *view) {
+    if (view->headings != nullptr && view->headings_type != current_type(view)) {
+        view->headings_type = current_type(view);
+        view->headings_due = 1;
+        make_room(view);
+    }
 }
 
 NB_VOID vga_viewer_draw_headings(VGA_VIEWER_VIEW *view) {

@@ -129,6 +129,7 @@ NB_VOID vga_viewer_arm(Widget, XtPointer client_data, XtPointer call_data) {
     if (cbs->event == nullptr || cbs->event->type != ButtonPress) {
         return;
     }
+    vga_viewer_hide_tip(view);
     vga_clear_outline_selection(view->root);
     view->root->armed = vga_viewer_hit(view, cbs->event->xbutton.y);
     view->armed_type = VGA_VIEWER_SELECT_NONE;
@@ -156,6 +157,7 @@ NB_VOID vga_viewer_disarm(Widget, XtPointer client_data, XtPointer) {
     view->root->armed = nullptr;
     view->armed_type = VGA_VIEWER_SELECT_NONE;
     vga_viewer_call_disarm(view, type);
+    vga_viewer_offer_selection(view);
 }
 
 NB_VOID vga_viewer_activate(Widget, XtPointer client_data, XtPointer call_data) {
@@ -174,7 +176,7 @@ NB_VOID vga_viewer_activate(Widget, XtPointer client_data, XtPointer call_data) 
         if (item->expanded != 0) {
             vga_viewer_contract(view->root, item, 1);
         } else {
-            vga_expand_viewer(view->root, item, 1);
+            vga_viewer_open(view->root, item);
         }
         return;
     }

@@ -1,6 +1,8 @@
 #include "globals.h"
 #include "graphics.h"
 #include "nbbase.h"
+#include "textselection.h"
+#include "tooltips.h"
 #include "viewerparts.h"
 #include <Xm/DrawnB.h>
 #include <Xm/ScrollBar.h>
@@ -45,11 +47,14 @@ const CALLBACK callbacks[] = {
 const HANDLER handlers[] = {
     {Button1MotionMask, vga_viewer_motion},        {EnterWindowMask, vga_viewer_enter_hierarchy},
     {LeaveWindowMask, vga_viewer_leave_hierarchy}, {ButtonPressMask, vga_viewer_wheel},
-    {KeyPressMask, vga_viewer_key_input},
+    {KeyPressMask, vga_viewer_key_input},          {PointerMotionMask, vga_viewer_pointer_moved},
+    {LeaveWindowMask, vga_viewer_pointer_left},
 };
 
 NB_VOID detach(VGA_VIEWER_VIEW *view) {
     vga_viewer_end_drag(view);
+    vga_viewer_hide_tip(view);
+    vga_withdraw_text(view->draw_widget);
     vga_viewer_forget_headings(view);
     if (view->update_timer != 0) {
         XtRemoveTimeOut(view->update_timer);
@@ -113,6 +118,7 @@ VGA_VIEWER_VIEW *vga_viewer_view(VGA_VIEWER_ROOT *root) {
         }
         view->root = root;
         view->armed_type = VGA_VIEWER_SELECT_NONE;
+        view->tip_line = VGA_VIEWER_NO_TIP;
         root->view = view;
         root->watcher = &watcher;
     }
@@ -143,6 +149,7 @@ NB_VOID vga_viewer_display_root(VGA_VIEWER_ROOT *root, Widget draw_widget, Widge
     if (XmIsScrolledWindow(XtParent(draw_widget))) {
         XmScrolledWindowSetAreas(XtParent(draw_widget), hscroll, vscroll, draw_widget);
     }
+    vga_enable_tips(draw_widget);
     view->window_width = view->window_height = 0;
     vga_viewer_read_size(view);
     vga_viewer_content_changed(view);
@@ -176,16 +183,10 @@ VGA_VIEWER_ITEM *vga_find_viewer(const VGA_VIEWER_ROOT *root, NB_LONG y) {
     return vga_viewer_find_line(root, static_cast<NB_ULONG>(y) / gvga_viewer_item_height);
 }
 
-NB_VOID vga_viewer_set_view(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
-    VGA_VIEWER_VIEW *view = root->view;
-    if (view == nullptr) {
-        return;
-    }
-    for (const VGA_VIEWER_ITEM *above = item->parent; above != nullptr; above = above->parent) {
-        item = above->expanded == 0 ? above : item;
-    }
+/* Scrolls as little as shows `lines` lines from the item's on, or as many as fit with the item. */
+static NB_VOID show_lines(VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *item, NB_ULONG lines) {
     const int64_t top = vga_viewer_get_screen_pos(item);
-    const int64_t bottom = top + gvga_viewer_item_height;
+    const int64_t bottom = top + int64_t{lines} * gvga_viewer_item_height;
     int64_t y = view->y_offset;
     if (top < y) {
         y = top;
@@ -193,6 +194,23 @@ NB_VOID vga_viewer_set_view(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) 
         y = bottom - view->window_height + gvga_viewer_item_height - 1; // rounded up to a line
     }
     vga_viewer_set_offsets(view, view->x_offset, std::min(y, top), nullptr);
+}
+
+NB_VOID vga_viewer_set_view(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
+    if (root->view == nullptr) {
+        return;
+    }
+    for (const VGA_VIEWER_ITEM *above = item->parent; above != nullptr; above = above->parent) {
+        item = above->expanded == 0 ? above : item;
+    }
+    show_lines(root->view, item, 1);
+}
+
+NB_VOID vga_viewer_open(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
+    vga_expand_viewer(root, item, 1);
+    if (root->view != nullptr && vga_viewer_is_visible(item) != 0) {
+        show_lines(root->view, item, item->lines);
+    }
 }
 
 NB_VOID vga_viewer_scroll_view(VGA_VIEWER_ROOT *root, NB_LONG pixels) {

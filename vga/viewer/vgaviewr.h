@@ -16,6 +16,7 @@
 #include "selection.h"
 #include <X11/Intrinsic.h>
 #include <Xm/Xm.h>
+#include <string>
 
 /* A type of line.  `data` is the item's record; every function may be null. */
 struct VGA_VIEWER_DESC {
@@ -42,8 +43,8 @@ struct VGA_VIEWER_DESC {
     NB_USHORT level;      /* indentation, 0 to 2 */
     NB_USHORT flat;       /* keeps no column free for an expand icon that it cannot have */
 
-    /* Writes what stands over the columns of such lines, as create_text does a line (headings.h).
-     */
+    /* Writes what stands over the columns of such lines, as create_text does a line: a heading for
+     * each (headings.h). */
     NB_USHORT (*create_headings)(NB_VOID *no_data, NB_CHAR *buffer) = nullptr;
 
     VGA_LINE_STATE (*choose_state)(const NB_VOID *data) = nullptr; /* null: such lines have none */
@@ -73,6 +74,8 @@ typedef NB_VOID (*VGA_VIEWER_WINDOW_ACTION)(NB_VOID *window, VGA_VIEWER_ACTION a
                                             Widget widget);
 extern VGA_VIEWER_WINDOW_ACTION gvga_viewer_window_action;
 
+#define VGA_VIEWER_NO_TIP (-1)
+
 /* What shows a list. */
 struct VGA_VIEWER_VIEW {
     VGA_VIEWER_ROOT *root;
@@ -87,9 +90,11 @@ struct VGA_VIEWER_VIEW {
     XtIntervalId drag_timer; /* 0: none */
     Pixmap line_pixmap;      /* one line is drawn in it, then copied */
     NB_ULONG line_pixmap_width;
-    Widget headings; /* the strip that shows those of the type; null: none */
+    Widget headings;        /* the strip that shows those of the type; null: none */
+    NB_SHORT headings_head; /* the type whose headings are shown while no line is current */
     NB_SHORT headings_type;
     NB_USHORT headings_due; /* the timer is to draw them */
+    NB_LONG tip_line;       /* whose tip is shown or waited for, or VGA_VIEWER_NO_TIP */
 };
 
 /* The list's view, made if need be; null, and an exit request, without memory. */
@@ -130,6 +135,10 @@ NB_USHORT vga_viewer_is_open(const XmDrawnButtonCallbackStruct *cbs);
 /* Scrolls as little as shows the item (the line that it is closed in, if it is). */
 NB_VOID vga_viewer_set_view(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 
+/* Opens the item, as vga_expand_viewer does, and scrolls as little as shows what came below it, or
+ * as much of that as the window holds with the item itself. */
+NB_VOID vga_viewer_open(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item);
+
 /* Moves the view by pixels, down or to the right for more than 0, within the content.  (The wheel
  * does so, too, by three lines, or with Shift by three columns.) */
 NB_VOID vga_viewer_scroll_view(VGA_VIEWER_ROOT *root, NB_LONG pixels);
@@ -147,6 +156,16 @@ NB_VOID vga_viewer_add_underline(NB_VOID *data, Widget widget, Drawable drawable
 
 /* Draws at once what the timer would draw. */
 NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root);
+
+/* Lines as text.  Texts are whole, whatever room their columns have. */
+
+/* The selected lines: their columns with tabs between them, and line ends between the lines. */
+std::string vga_viewer_selected_lines(const VGA_VIEWER_ROOT *root);
+
+/* Puts that on the clipboard; nothing while no line is selected or the list is not displayed.  (The
+ * primary selection is taken by itself, whenever mouse or keyboard select, and its text is made
+ * when somebody asks for it.) */
+NB_VOID vga_viewer_copy_lines(const VGA_VIEWER_ROOT *root);
 
 /* Keyboard. */
 

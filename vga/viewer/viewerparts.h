@@ -4,7 +4,8 @@
  *   headings  headings
  *   vgaviewr  the interface, attaching to widgets
  *   mouse  mouse
- *   vgaviewk  keyboard */
+ *   vgaviewk  keyboard
+ *   wholelines  tips, and lines as text */
 #ifndef VIEWERPARTS_H
 #define VIEWERPARTS_H
 
@@ -41,13 +42,29 @@ NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc);
 NB_VOID vga_viewer_draw_text(Display *display, Drawable drawable, GC gc, NB_INT x, NB_ULONG width,
                              const NB_CHAR *text);
 
-/* Writes the line's text, terminated, into a buffer of VGA_VIEWER_TEXT_BUFFER + 1 bytes.
- * Returns its length. */
-NB_USHORT vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
+/* Writes the line's text, terminated, into a buffer of VGA_VIEWER_TEXT_BUFFER + 1 bytes: whole, or
+ * as it is drawn, with what does not fit its column cut. */
+NB_VOID vga_viewer_whole_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
+NB_VOID vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
 
 /* Headings: nothing where the list has none. */
 NB_VOID vga_viewer_draw_headings(VGA_VIEWER_VIEW *view);
 NB_VOID vga_viewer_forget_headings(VGA_VIEWER_VIEW *view);
+
+/* Has the strip show the headings of the level that the current line is of. */
+NB_VOID vga_viewer_follow_level(VGA_VIEWER_VIEW *view);
+
+/* Tips: the whole of a line, with its headings.  That of the current line, for who has no mouse;
+ * the one that is shown or waited for goes. */
+NB_VOID vga_viewer_show_whole(VGA_VIEWER_VIEW *view);
+NB_VOID vga_viewer_hide_tip(VGA_VIEWER_VIEW *view);
+NB_VOID vga_viewer_pointer_moved(Widget widget, XtPointer client_data, XEvent *event,
+                                 Boolean *go_on);
+NB_VOID vga_viewer_pointer_left(Widget widget, XtPointer client_data, XEvent *event,
+                                Boolean *go_on);
+
+/* What mouse or keyboard have selected is the primary selection from now on. */
+NB_VOID vga_viewer_offer_selection(VGA_VIEWER_VIEW *view);
 
 /* Mouse and keyboard. */
 

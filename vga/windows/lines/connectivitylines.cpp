@@ -40,23 +40,34 @@ NB_VOID down_lu_application(const VGA_DOWN_LU &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN down_lu_columns[] = {
-    {.field = &field(records::down_lu, "name")},
-    {.stop = status_stop, .write = vga_written<down_lu_status>},
-    {.stop = kind_stop, .write = vga_written<down_lu_host>},
+    {.heading = VGA_MSG_HEAD_LU, .field = &field(records::down_lu, "name")},
+    {.stop = status_stop, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<down_lu_status>},
+    {.stop = kind_stop, .heading = VGA_MSG_HEAD_HOST_LU, .write = vga_written<down_lu_host>},
     {.stop = address_stop,
+     .heading = VGA_MSG_HEAD_NAU_ADDRESS,
      .field = &field(records::down_lu, "nau_address"),
      .label = VGA_MSG_LABEL_NAU},
-    {.stop = last_stop, .write = vga_written<down_lu_application>},
+    {.stop = last_stop,
+     .heading = VGA_MSG_HEAD_APPLICATION,
+     .write = vga_written<down_lu_application>},
 };
 
 /* Primary lines and the LUs on them. */
 
 constexpr VGA_LINE_COLUMN primary_line_columns[] = {
-    {.field = &field(records::primary_line, "name")},
-    {.stop = status_stop, .field = &field(records::primary_line, "line_state")},
-    {.stop = kind_stop, .field = &field(records::primary_line, "line_type")},
-    {.stop = address_stop, .field = &field(records::primary_line, "device")},
-    {.stop = last_stop, .field = &field(records::primary_line, "description")},
+    {.heading = VGA_MSG_HEAD_LINE, .field = &field(records::primary_line, "name")},
+    {.stop = status_stop,
+     .heading = VGA_MSG_HEAD_STATUS,
+     .field = &field(records::primary_line, "line_state")},
+    {.stop = kind_stop,
+     .heading = VGA_MSG_HEAD_TYPE,
+     .field = &field(records::primary_line, "line_type")},
+    {.stop = address_stop,
+     .heading = VGA_MSG_HEAD_DEVICE,
+     .field = &field(records::primary_line, "device")},
+    {.stop = last_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::primary_line, "description")},
 };
 
 NB_VOID primary_lu0_status(const VGA_PRIMARY_LU0 &record, NB_CHAR *text) {
@@ -75,13 +86,18 @@ NB_VOID primary_lu0_address(const VGA_PRIMARY_LU0 &record, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN primary_lu0_columns[] = {
-    {.field = &field(records::primary_lu0, "name")},
-    {.stop = status_stop, .write = vga_written<primary_lu0_status>},
+    {.heading = VGA_MSG_HEAD_LU, .field = &field(records::primary_lu0, "name")},
+    {.stop = status_stop, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<primary_lu0_status>},
     {.stop = kind_stop,
+     .heading = VGA_MSG_HEAD_PROGRAM,
      .field = &field(records::primary_lu0, "plu_name"),
      .none = VGA_MSG_ANY_PROGRAM},
-    {.stop = address_stop, .write = vga_written<primary_lu0_address>},
-    {.stop = last_stop, .field = &field(records::primary_lu0, "description")},
+    {.stop = address_stop,
+     .heading = VGA_MSG_HEAD_STATION_NAU,
+     .write = vga_written<primary_lu0_address>},
+    {.stop = last_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::primary_lu0, "description")},
 };
 
 /* Routing of a local LU's partners to link stations, in the list of local LUs. */
@@ -176,5 +192,4 @@ VGA_LINE_TEXT(rtp_conn, VGA_VIEWER_RTP_CONN, VGA_RTP_CONN)
 VGA_SAME_ICON(rtp_conn, VGA_ICON_RTPCONN)
 
 VGA_LINE_TEXT(dslu_template, VGA_VIEWER_DSLU_TEMPLATE, VGA_DSLU_TEMPLATE)
-VGA_HEADINGS(dslu_template, VGA_VIEWER_DSLU_TEMPLATE)
 VGA_SAME_ICON(dslu_template, VGA_ICON_LU03)

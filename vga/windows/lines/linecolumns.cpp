@@ -29,6 +29,7 @@ public:
             buffer[used] = '\0';
         }
     }
+    size_t left() const { return VGA_VIEWER_MAX_TEXT_LENGTH - used; }
     NB_USHORT length() const { return static_cast<NB_USHORT>(used); }
 
 private:
@@ -37,33 +38,32 @@ private:
     bool full = false;
 };
 
-/* Puts the text of a column, harmless and cut to `room` characters. */
-NB_VOID put_cell(LINE &line, const NB_CHAR *text, NB_INT room) {
+/* Puts the text of a column, harmless, in at most `room` bytes. */
+NB_VOID put_cell(LINE &line, const NB_CHAR *text, size_t room) {
     size_t left = strlen(text);
     mbstate_t state{};
     while (left > 0) {
         wchar_t character = L'\0';
         size_t bytes = mbrtowc(&character, text, left, &state);
         const NB_CHAR *shown = text;
-        NB_INT width = 1;
         if (bytes == 0 || bytes > left) {
             state = mbstate_t{};
             bytes = 1;
             shown = "?";
         } else if (iswcntrl(static_cast<wint_t>(character))) {
             shown = " ";
-        } else {
-            width = std::max(wcwidth(character), 0);
         }
-        room -= width;
-        if (room < 0) {
+        const size_t width = shown == text ? bytes : 1;
+        const bool stop =
+            left > 2 && text[0] == '%' && text[1] == 't' && isdigit(static_cast<NB_UCHAR>(text[2]));
+        if (width + stop > room) {
             return;
         }
-        line.put(shown, shown == text ? bytes : 1);
-        if (left > 2 && text[0] == '%' && text[1] == 't' &&
-            isdigit(static_cast<NB_UCHAR>(text[2])) && room-- > 0) {
+        line.put(shown, width);
+        if (stop) {
             line.put(" ", 1);
         }
+        room -= width + stop;
         text += bytes;
         left -= bytes;
     }
@@ -73,21 +73,19 @@ NB_VOID put_cell(LINE &line, const NB_CHAR *text, NB_INT room) {
 template <class Cell>
 NB_USHORT write_columns(NB_USHORT type, std::span<const VGA_LINE_COLUMN> columns, NB_CHAR *buffer,
                         Cell cell) {
-    constexpr NB_INT no_limit = VGA_VIEWER_MAX_TEXT_LENGTH;
+    constexpr size_t least_cell = 100; // bytes that every column has, however long those before it
     LINE line(buffer);
     const NB_INT indent = gvga_viewer_types[type].level * indent_columns;
-    NB_INT start = indent;
     for (size_t index = 0; index < columns.size(); index++) {
         if (index > 0) {
             NB_CHAR stop[16];
-            start = columns[index].stop;
-            const NB_INT bytes = snprintf(stop, sizeof(stop), "%%t%d%%", start - indent);
+            const NB_INT bytes =
+                snprintf(stop, sizeof(stop), "%%t%d%%", columns[index].stop - indent);
             line.put(stop, static_cast<size_t>(bytes));
         }
-        const bool last = index + 1 == columns.size();
         NB_CHAR text[VGA_CELL_SIZE] = {};
         cell(columns[index], text);
-        put_cell(line, text, last ? no_limit : columns[index + 1].stop - start - 1);
+        put_cell(line, text, line.left() - least_cell * (columns.size() - index - 1));
     }
     return line.length();
 }

@@ -3,7 +3,7 @@
  *
  * A table of columns belongs to a list, not to a level: its stops are columns of the whole list,
  * and the writer takes off what a line is indented by, so that all lines of a list stand under each
- * other.  A text fills its column up to one blank before the next and is cut there.
+ * other.  Texts are written whole; what does not fit its column the viewer cuts when it draws.
  * What comes from a node is anybody's text: control characters, bytes that are no characters of the
  * locale and what looks like a column stop are made harmless. */
 #ifndef LINECOLUMNS_H
@@ -27,7 +27,7 @@
  * or what a function of the record writes.  Words are shown by the texts of their messages. */
 struct VGA_LINE_COLUMN {
     NB_USHORT stop = 0;    /* column of the list where it begins; 0 for the first on any level */
-    NB_USHORT heading = 0; /* message; 0: none */
+    NB_USHORT heading = 0; /* message */
     const records::FieldRow *field = nullptr;
 
     /* Messages that stand for values: for a blank text or the number 0, and for another number that
@@ -89,8 +89,10 @@ NB_ULONG vga_count_items(const NB_VOID *entry, size_t offset, NB_USHORT count) {
     return static_cast<NB_ULONG>(room < count ? room : count);
 }
 
-/* Defines the text function of a line from <line>_columns, and that of a title. */
+/* Defines the text function of a line and what stands over its columns from <line>_columns, and the
+ * text function of a title. */
 #define VGA_LINE_TEXT(line, type, record)                                                          \
+    VGA_HEADINGS(line, type)                                                                       \
     NB_USHORT vga_create_##line##_viewer_text(NB_VOID *data, NB_CHAR *buffer) {                    \
         return vga_write_line(type, line##_columns, data, static_cast<record *>(data)->vcb,        \
                               buffer);                                                             \
@@ -100,7 +102,7 @@ NB_ULONG vga_count_items(const NB_VOID *entry, size_t offset, NB_USHORT count) {
         return vga_write_title(type, columns, buffer);                                             \
     }
 
-/* Defines what stands over the columns of lines that head a list, from <line>_columns. */
+/* Defines what stands over the columns of lines, from <line>_columns. */
 #define VGA_HEADINGS(line, type) VGA_TITLE_TEXT(vga_create_##line##_headings, type, line##_columns)
 
 /* Defines the icon function of a line whose icon never changes. */

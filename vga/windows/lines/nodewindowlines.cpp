@@ -111,11 +111,16 @@ NB_VOID ls_partner(const VGA_LS &ls, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN ls_columns[] = {
-    {.field = &field(records::ls, "name")},
-    {.stop = status_stop, .write = vga_written<ls_status>},
-    {.stop = kind_stop, .field = &field(records::ls, "adj_cp_type"), .other = VGA_MSG_ANY_PEER},
-    {.stop = address_stop, .write = vga_written<ls_partner>},
-    {.stop = last_stop, .field = &field(records::ls, "description")},
+    {.heading = VGA_MSG_HEAD_LS, .field = &field(records::ls, "name")},
+    {.stop = status_stop, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<ls_status>},
+    {.stop = kind_stop,
+     .heading = VGA_MSG_HEAD_TYPE,
+     .field = &field(records::ls, "adj_cp_type"),
+     .other = VGA_MSG_ANY_PEER},
+    {.stop = address_stop, .heading = VGA_MSG_HEAD_PU_OR_CP, .write = vga_written<ls_partner>},
+    {.stop = last_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::ls, "description")},
 };
 
 constexpr ICON_OF ls_icons[] = {
@@ -125,10 +130,14 @@ constexpr ICON_OF ls_icons[] = {
 };
 
 constexpr VGA_LINE_COLUMN local_pu_columns[] = {
-    {.field = &field(records::pu, "name")},
-    {.stop = status_stop, .field = &field(records::pu, "pu_sscp_sess_active")},
-    {.stop = kind_stop, .field = &field(records::pu, "dlus_name")},
-    {.stop = last_stop, .field = &field(records::pu, "description")},
+    {.heading = VGA_MSG_HEAD_PU, .field = &field(records::pu, "name")},
+    {.stop = status_stop,
+     .heading = VGA_MSG_HEAD_STATUS,
+     .field = &field(records::pu, "pu_sscp_sess_active")},
+    {.stop = kind_stop, .heading = VGA_MSG_HEAD_DLUS, .field = &field(records::pu, "dlus_name")},
+    {.stop = last_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::pu, "description")},
 };
 
 NB_VOID deplu_status(const VGA_LU03 &lu, NB_CHAR *text) {
@@ -145,15 +154,17 @@ NB_VOID deplu_pool(const VGA_LU03 &lu, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN deplu_columns[] = {
-    {.field = &field(records::lu03, "name")},
-    {.stop = status_stop, .write = vga_written<deplu_status>},
+    {.heading = VGA_MSG_HEAD_LU, .field = &field(records::lu03, "name")},
+    {.stop = status_stop, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<deplu_status>},
     {.stop = kind_stop,
+     .heading = VGA_MSG_HEAD_MODEL,
      .field = &field(records::lu03, "lu_model"),
      .other = records::MSG_UNRESTRICTED},
     {.stop = address_stop,
+     .heading = VGA_MSG_HEAD_NAU_ADDRESS,
      .field = &field(records::lu03, "nau_address"),
      .label = VGA_MSG_LABEL_NAU},
-    {.stop = last_stop, .write = vga_written<deplu_pool>},
+    {.stop = last_stop, .heading = VGA_MSG_HEAD_POOL_OR_TEXT, .write = vga_written<deplu_pool>},
 };
 
 constexpr ICON_OF deplu_icons[] = {
@@ -211,21 +222,27 @@ NB_VOID rem_sess_sessions(const VGA_REM_SESS &session, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN mode_columns[] = {
-    {.field = &field(records::mode, "mode_name")},
-    {.stop = second_name_stop, .field = &field(records::mode, "name")},
-    {.stop = session_stop, .write = vga_written<mode_sessions>},
+    {.heading = VGA_MSG_HEAD_MODE, .field = &field(records::mode, "mode_name")},
+    {.stop = second_name_stop,
+     .heading = VGA_MSG_HEAD_PARTNER_LU,
+     .field = &field(records::mode, "name")},
+    {.stop = session_stop, .heading = VGA_MSG_HEAD_SESSIONS, .write = vga_written<mode_sessions>},
 };
 
 constexpr VGA_LINE_COLUMN rem_sess_columns[] = {
-    {.field = &field(records::mode, "lu_alias")},
-    {.stop = second_name_stop, .field = &field(records::mode, "mode_name")},
-    {.stop = session_stop, .write = vga_written<rem_sess_sessions>},
+    {.heading = VGA_MSG_HEAD_LOCAL_LU, .field = &field(records::mode, "lu_alias")},
+    {.stop = second_name_stop,
+     .heading = VGA_MSG_HEAD_MODE,
+     .field = &field(records::mode, "mode_name")},
+    {.stop = session_stop,
+     .heading = VGA_MSG_HEAD_SESSIONS,
+     .write = vga_written<rem_sess_sessions>},
 };
 
 constexpr VGA_LINE_COLUMN rem_sys_columns[] = {
     {.heading = VGA_MSG_HEAD_NAME, .field = &field(records::directory, "fqcp_name")},
     {.stop = second_name_stop,
-     .heading = VGA_MSG_HEAD_TYPE_OR_ALIAS,
+     .heading = VGA_MSG_HEAD_TYPE,
      .field = &field(records::directory, "resource_type"),
      .other = VGA_MSG_UNKNOWN_NODE_TYPE},
     {.stop = session_stop,
@@ -243,9 +260,13 @@ NB_VOID rem_plu_name(const VGA_REM_PLU &plu, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN rem_plu_columns[] = {
-    {.write = vga_written<rem_plu_name>},
-    {.stop = second_name_stop, .field = &field(records::plu_def, "plu_alias")},
-    {.stop = session_stop, .field = &field(records::plu_def, "description")},
+    {.heading = VGA_MSG_HEAD_PARTNER_LU, .write = vga_written<rem_plu_name>},
+    {.stop = second_name_stop,
+     .heading = VGA_MSG_HEAD_ALIAS,
+     .field = &field(records::plu_def, "plu_alias")},
+    {.stop = session_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &field(records::plu_def, "description")},
 };
 
 /* What to do next; else its connection, when there is something to say of it; else how many
@@ -342,7 +363,6 @@ NB_USHORT vga_choose_deplu_viewer_icon(NB_VOID *data) {
 }
 
 VGA_LINE_TEXT(lu62, VGA_VIEWER_LU62, VGA_LU62)
-VGA_HEADINGS(lu62, VGA_VIEWER_LU62)
 
 NB_USHORT vga_choose_lu62_viewer_icon(NB_VOID *data) {
     return static_cast<VGA_LU62 *>(data)->vcb->def_data.nau_address != 0 ? VGA_ICON_DLU

@@ -1,10 +1,10 @@
-/* What the lists show for each record: the text and the icon of its line.
+/* What the lists show for each record: the text of its line, its headings and its icon.
  *
- * A text function writes at most VGA_VIEWER_TEXT_BUFFER bytes and returns the length; an icon
- * function returns an index into gvga_pixmaps.  `data` is the record of the line, of the type that
- * the model has for it; a title's functions do not look at it.  The node window's own lines are in
- * nodewindowlines, links to other systems in connectivitylines, LUs, programs and security in
- * lulines, users and services in servicelines. */
+ * A text function, and one of headings (create_headings), writes at most VGA_VIEWER_TEXT_BUFFER
+ * bytes and returns the length; an icon function returns an index into gvga_pixmaps.  `data` is the
+ * record of the line, of the type that the model has for it; a title's functions do not look at it.
+ * The node window's own lines are in nodewindowlines, links to other systems in connectivitylines,
+ * LUs, programs and security in lulines, users and services in servicelines. */
 #ifndef NODEWINDOWLINES_H
 #define NODEWINDOWLINES_H
 
@@ -18,8 +18,9 @@ struct VGA_USER_STATUS {
     VGA_VIEWER_ITEM viewer;
 };
 
-/* Lines with a text and an icon. */
+/* Lines with a text, headings over its columns, and an icon. */
 #define VGA_LINE(line)                                                                             \
+    NB_USHORT vga_create_##line##_headings(NB_VOID *, NB_CHAR *buffer);                            \
     NB_USHORT vga_create_##line##_viewer_text(NB_VOID *data, NB_CHAR *buffer);                     \
     NB_USHORT vga_choose_##line##_viewer_icon(NB_VOID *data)
 
@@ -34,18 +35,6 @@ VGA_LINE(tn_sess); VGA_LINE(tn_assoc); VGA_LINE(tn_redirect); VGA_LINE(appcip_se
 // clang-format on
 
 #undef VGA_LINE
-
-/* What stands over the columns of a list that begins with such lines (create_headings). */
-#define VGA_HEADINGS_OF(line) NB_USHORT vga_create_##line##_headings(NB_VOID *, NB_CHAR *buffer)
-
-// clang-format off
-VGA_HEADINGS_OF(port); VGA_HEADINGS_OF(lu62); VGA_HEADINGS_OF(rem_sys);
-VGA_HEADINGS_OF(node); VGA_HEADINGS_OF(user); VGA_HEADINGS_OF(pool); VGA_HEADINGS_OF(cpic);
-VGA_HEADINGS_OF(rje); VGA_HEADINGS_OF(mode_def); VGA_HEADINGS_OF(tp_def); VGA_HEADINGS_OF(tp_load_info);
-VGA_HEADINGS_OF(cl_security); VGA_HEADINGS_OF(access_list); VGA_HEADINGS_OF(dslu_template);
-// clang-format on
-
-#undef VGA_HEADINGS_OF
 
 /* Titles, and the one line without an icon. */
 NB_USHORT vga_nodew_create_ls_r_title_viewer_text(NB_VOID *data, NB_CHAR *buffer);

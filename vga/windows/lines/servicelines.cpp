@@ -79,11 +79,13 @@ NB_VOID user_session_mark(const VGA_USER_SESSION &session, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN user_sess_columns[] = {
-    {.field = &item_field(records::user, "session_name")},
-    {.stop = 26, .write = vga_written<user_session_kind>},
-    {.stop = 41, .write = vga_written<user_session_goal>},
-    {.stop = 61, .write = vga_written<user_session_mark>},
-    {.stop = last_user_stop, .field = &item_field(records::user, "description")},
+    {.heading = VGA_MSG_HEAD_SESSION, .field = &item_field(records::user, "session_name")},
+    {.stop = 26, .heading = VGA_MSG_HEAD_TYPE, .write = vga_written<user_session_kind>},
+    {.stop = 41, .heading = VGA_MSG_HEAD_LU_OR_SYSTEM, .write = vga_written<user_session_goal>},
+    {.stop = 61, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<user_session_mark>},
+    {.stop = last_user_stop,
+     .heading = VGA_MSG_HEAD_DESCRIPTION,
+     .field = &item_field(records::user, "description")},
 };
 
 /* The status of a user's sessions. */
@@ -134,10 +136,10 @@ NB_VOID pool_lu_node(const VGA_POOL_LU &lu, NB_CHAR *text) {
 }
 
 constexpr VGA_LINE_COLUMN pool_lu_columns[] = {
-    {.field = &field(records::lu_pool, "lu_name")},
-    {.stop = 26, .write = vga_written<pool_lu_status>},
-    {.stop = 39, .field = &field(records::lu_pool, "pu_name")},
-    {.stop = 53, .write = vga_written<pool_lu_node>},
+    {.heading = VGA_MSG_HEAD_LU, .field = &field(records::lu_pool, "lu_name")},
+    {.stop = 26, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<pool_lu_status>},
+    {.stop = 39, .heading = VGA_MSG_HEAD_PU, .field = &field(records::lu_pool, "pu_name")},
+    {.stop = 53, .heading = VGA_MSG_HEAD_NODE, .write = vga_written<pool_lu_node>},
 };
 
 /* CPI-C side information. */
@@ -308,7 +310,6 @@ constexpr VGA_LINE_COLUMN appcip_sess_columns[] = {
 } // namespace
 
 VGA_LINE_TEXT(user, VGA_VIEWER_USER, VGA_USER)
-VGA_HEADINGS(user, VGA_VIEWER_USER)
 
 NB_USHORT vga_choose_user_viewer_icon(NB_VOID *data) {
     const VGA_USER *user = static_cast<VGA_USER *>(data);
@@ -332,16 +333,13 @@ NB_USHORT vga_create_ustad_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
 VGA_TITLE_TEXT(vga_create_ustad_title_viewer_text, VGA_VIEWER_USTAD_TITLE, ustad_columns)
 
 VGA_LINE_TEXT(pool, VGA_VIEWER_POOL, VGA_SYS_POOL)
-VGA_HEADINGS(pool, VGA_VIEWER_POOL)
 VGA_SAME_ICON(pool, VGA_ICON_POOL)
 VGA_LINE_TEXT(pool_lu, VGA_VIEWER_POOL_LU, VGA_POOL_LU)
 VGA_SAME_ICON(pool_lu, VGA_ICON_POOLLU03)
 
 VGA_LINE_TEXT(cpic, VGA_VIEWER_CPIC, VGA_CPIC)
-VGA_HEADINGS(cpic, VGA_VIEWER_CPIC)
 VGA_SAME_ICON(cpic, VGA_ICON_CPIC)
 VGA_LINE_TEXT(rje, VGA_VIEWER_RJE, VGA_RJE_WKSTN)
-VGA_HEADINGS(rje, VGA_VIEWER_RJE)
 VGA_SAME_ICON(rje, VGA_ICON_RJEW)
 
 VGA_TITLE_TEXT(vga_tnw_create_sess_title_viewer_text, VGA_VIEWER_TN_SESS_TITLE, tn_sess_columns)

@@ -192,6 +192,12 @@ NB_VOID vga_listw_copy(VGA_LIST_WINDOW *window) {
     }
 }
 
+NB_VOID vga_listw_copy_lines(VGA_LIST_WINDOW *window) {
+    if (const VGA_VIEWER_ROOT *root = vga_listw_current_root(window)) {
+        vga_viewer_copy_lines(root);
+    }
+}
+
 NB_VOID vga_listw_copy_name(VGA_LIST_WINDOW *window) {
     const VGA_VIEWER_ROOT *root = vga_listw_current_root(window);
     std::string names;

@@ -1,17 +1,15 @@
 #include "tooltips.h"
 #include "holders.h"
-#include "messagebox.h"
 #include <X11/Shell.h>
 #include <Xm/Label.h>
 #include <Xm/MenuShell.h>
+#include <Xm/RowColumn.h>
 #include <Xm/VendorS.h>
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 
 namespace {
 
-constexpr NB_USHORT tip_columns = 60;
 constexpr NB_INT tip_border = 1;
 constexpr NB_INT pointer_height = 20; /* pixels that the pointer covers below its hot spot */
 
@@ -68,14 +66,12 @@ NB_VOID time_is_over(XtPointer, XtIntervalId *) {
     vga_hide_tip();
 }
 
-/* The label of the toolkit's own tips has the look that was configured for them. */
-Widget make_label(Widget shell) {
-    NB_CHAR *wrapped = vga_wrap_text(tip.text.c_str(), tip_columns);
-    const VGA_STRING string(wrapped != nullptr ? wrapped : tip.text.c_str());
-    free(wrapped);
+/* A label that looks as the toolkit's own tips were configured to. */
+Widget make_label(Widget parent, const std::string &text) {
+    const VGA_STRING string(text.c_str());
     Widget label =
-        XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, shell, XmNlabelString, string.get(),
-                                XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+        XtVaCreateManagedWidget("TipLabel", xmLabelWidgetClass, parent, XmNlabelString,
+                                string.get(), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
     if (Widget model = XmToolTipGetLabel(tip.over)) {
         Pixel foreground = 0;
         Pixel background = 0;
@@ -88,39 +84,80 @@ Widget make_label(Widget shell) {
     return label;
 }
 
-/* Below the pointer, and all of it on the screen. */
-NB_VOID place(Widget shell, Widget label) {
+/* One label, or one for each column. */
+Widget make_content(Widget shell) {
+    if (tip.text.find('\t') == std::string::npos) {
+        return make_label(shell, tip.text);
+    }
+    std::string columns[2];
+    NB_INT column = 0;
+    for (const NB_CHAR character : tip.text) {
+        column = character == '\t' ? 1 : column;
+        if (character == '\n') {
+            columns[0] += character;
+            columns[1] += character;
+            column = 0;
+        } else if (character != '\t') {
+            columns[column] += character;
+        }
+    }
+    Widget row = XtVaCreateWidget("TipColumns", xmRowColumnWidgetClass, shell, XmNorientation,
+                                  XmHORIZONTAL, XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+    for (const std::string &text : columns) {
+        Pixel background = 0;
+        XtVaGetValues(make_label(row, text), XmNbackground, &background, nullptr);
+        XtVaSetValues(row, XmNbackground, background, nullptr);
+    }
+    XtManageChild(row);
+    return row;
+}
+
+/* Where the pointer is on the screen. */
+struct PLACE {
+    NB_INT x, y;
+};
+
+PLACE below_pointer(Widget shell) {
     Window root = None;
     Window child = None;
-    NB_INT x = 0;
-    NB_INT y = 0;
+    PLACE place{};
     NB_INT inside_x = 0;
     NB_INT inside_y = 0;
     unsigned buttons = 0;
+    XQueryPointer(XtDisplay(shell), RootWindowOfScreen(XtScreen(shell)), &root, &child, &place.x,
+                  &place.y, &inside_x, &inside_y, &buttons);
+    place.y += pointer_height;
+    return place;
+}
+
+/* All of it on the screen, and above `place` where there is no room below. */
+NB_VOID put(Widget shell, Widget content, PLACE place) {
     Screen *screen = XtScreen(shell);
-    XQueryPointer(XtDisplay(shell), RootWindowOfScreen(screen), &root, &child, &x, &y, &inside_x,
-                  &inside_y, &buttons);
     Dimension width = 0;
     Dimension height = 0;
-    XtVaGetValues(label, XmNwidth, &width, XmNheight, &height, nullptr);
-    const NB_INT below = y + pointer_height;
-    const NB_INT top = below + height > HeightOfScreen(screen) ? y - height - 2 : below;
-    const NB_INT left = std::min(x, WidthOfScreen(screen) - width);
+    XtVaGetValues(content, XmNwidth, &width, XmNheight, &height, nullptr);
+    const NB_INT above = place.y - height - pointer_height - 2;
+    const NB_INT top = place.y + height > HeightOfScreen(screen) ? above : place.y;
+    const NB_INT left = std::min(place.x, WidthOfScreen(screen) - width - 2 * tip_border);
     XtVaSetValues(shell, XmNx, static_cast<Position>(std::max(left, 0)), XmNy,
                   static_cast<Position>(std::max(top, 0)), nullptr);
 }
 
-NB_VOID post(XtPointer, XtIntervalId *) {
-    tip.timer = 0;
+NB_VOID post(PLACE place) {
     Widget parent = shell_of(tip.over);
     tip.shell =
         XtVaCreatePopupShell("TipShell", overrideShellWidgetClass, parent, XmNallowShellResize,
                              True, XmNborderWidth, tip_border, nullptr);
-    Widget label = make_label(tip.shell);
+    Widget content = make_content(tip.shell);
     XtRealizeWidget(tip.shell);
-    place(tip.shell, label);
+    put(tip.shell, content, place);
     XtPopup(tip.shell, XtGrabNone);
     wait_for(config_of(parent).duration, time_is_over);
+}
+
+NB_VOID delay_is_over(XtPointer, XtIntervalId *) {
+    tip.timer = 0;
+    post(below_pointer(shell_of(tip.over)));
 }
 
 } // namespace
@@ -147,7 +184,19 @@ NB_VOID vga_show_tip(Widget over, const NB_CHAR *text) {
     if (config.enable != False && text[0] != '\0') {
         tip.over = over;
         tip.text = text;
-        wait_for(config.delay, post);
+        wait_for(config.delay, delay_is_over);
+    }
+}
+
+NB_VOID vga_show_tip_at(Widget over, const NB_CHAR *text, NB_INT x, NB_INT y) {
+    vga_hide_tip();
+    if (text[0] != '\0') {
+        Position left = 0;
+        Position top = 0;
+        XtTranslateCoords(over, static_cast<Position>(x), static_cast<Position>(y), &left, &top);
+        tip.over = over;
+        tip.text = text;
+        post({left, top});
     }
 }
 
