@@ -371,7 +371,7 @@ protected:
 
     void select_all() {
         NODE *const current = node_of(vga_viewer_get_selected_viewer(&root));
-        if (current == nullptr) {
+        if (current == nullptr || vga_viewer_is_visible(&current->item) == 0) {
             return;
         }
         vga_viewer_select_all(&root, &current->item);

@@ -72,7 +72,7 @@ TEST_F(ViewerKeys, Movement) {
         {down, none, 12, 12, "12 "},
         {prior, none, 12, 14, "14 "},
         {next, none, 1, 8, "8 "},
-        {home, none, 7, 1, "1 "},
+        {home, none, 7, 1, "1 "}, // with the title above it
         {end, none, 1, 12, "12 "},
         {up, shift, 3, 2, "2 3 "},
         {down, ctrl, 2, 3, "2 3 "},
@@ -140,7 +140,7 @@ TEST_F(ViewerKeys, PlusAndMinusOpenAndClose) {
 }
 
 TEST_F(ViewerKeys, ControlSlashAndBackslashSelectAllAndOne) {
-    for (const char *name : {"slash", "KP_Divide"}) {
+    for (const char *name : {"slash", "KP_Divide", "a"}) {
         SCOPED_TRACE(name);
         start_from(14);
         key(name);
@@ -157,6 +157,121 @@ TEST_F(ViewerKeys, ControlSlashAndBackslashSelectAllAndOne) {
         key("backslash", ctrl);
         EXPECT_EQ(selected(), "") << "the outlined line was not selected";
     }
+}
+
+TEST_F(ViewerKeys, LeftAndRightWalkATreeThatFitsTheWindow) {
+    start_from(2);
+    ASSERT_LE(view()->content_width, view()->window_width);
+    const struct {
+        const char *name;
+        size_t at;
+        bool open;
+    } steps[] = {
+        {"Right", 13, true}, {"KP_Right", 13, true}, {"Left", 2, true},   {"KP_Left", 2, false},
+        {"Left", 2, false},  {"Right", 2, true},     {"Right", 13, true},
+    };
+    for (const auto &step : steps) {
+        key(step.name);
+        EXPECT_EQ(root.outline_viewer, &records[step.at]->item) << step.name;
+        EXPECT_EQ(selected(), std::to_string(step.at) + " ");
+        EXPECT_EQ(records[2]->item.expanded, step.open) << step.name;
+    }
+    key("Home");
+    EXPECT_EQ(view()->y_offset, 0U) << "the title is seen";
+}
+
+// The window shows ten lines; what is opened at its foot brings as much into view as fits.
+TEST_F(ViewerKeys, WhatIsOpenedIsSeen) {
+    for (int more = 0; more < 20; ++more) {
+        add(MEMBER, "MORE", records[12].get());
+    }
+    for (const bool by_mouse : {false, true}) {
+        start_from(1);
+        vga_viewer_contract(&root, &records[12]->item, 1);
+        vga_viewer_set_view(&root, &records[11]->item);
+        vga_viewer_scroll_view(&root, line());
+        drawn();
+        if (by_mouse) {
+            click(row_of(&records[12]->item), none, 5);
+        } else {
+            start_from(12);
+            key("plus", shift);
+        }
+        EXPECT_EQ(row_of(&records[12]->item), 0) << by_mouse;
+    }
+    start_from(12);
+    vga_viewer_contract(&root, &records[12]->item, 1);
+    vga_viewer_contract(&root, &records[2]->item, 1);
+    drawn();
+    const int row = row_of(&records[12]->item);
+    key("KP_Multiply");
+    EXPECT_EQ(records[2]->item.expanded + records[12]->item.expanded, 2);
+    EXPECT_EQ(row_of(&records[12]->item), row) << "the current line stays where it was";
+}
+
+// What somebody else gets when he asks for the selection.
+std::string text_of(Widget asks, const char *selection, const char *target) {
+    static std::string got;
+    static bool came;
+    came = false;
+    XtGetSelectionValue(
+        asks, XInternAtom(gvga_display, selection, False), XInternAtom(gvga_display, target, False),
+        [](Widget, XtPointer, Atom *, Atom *, XtPointer value, unsigned long *length, int *) {
+            got.assign(value != nullptr ? static_cast<char *>(value) : "nothing",
+                       value != nullptr ? *length : 7);
+            XtFree(static_cast<char *>(value));
+            came = true;
+        },
+        nullptr, XtLastTimestampProcessed(gvga_display));
+    EXPECT_TRUE(gui::wait_for([] { return came; }));
+    return got;
+}
+
+TEST_F(ViewerKeys, SelectedLinesAreOfferedAsTheyAreAndCopiedAsTheyWere) {
+    records[13]->text = "A name longer than its column%t8%\xE4%t20%";
+    start_from(14);
+    key("Up", shift);
+    const std::string both = "A name longer than its column\t\xE4\t\nMEMBER\tInactive";
+    EXPECT_EQ(text_of(shell, "PRIMARY", "STRING").size(), both.size());
+    EXPECT_EQ(text_of(shell, "PRIMARY", "UTF8_STRING").substr(0, 29), both.substr(0, 29));
+    key("c", ctrl);
+    key("Home");
+    EXPECT_EQ(text_of(shell, "PRIMARY", "TEXT"), "GROUP0\tActive\tFirst of its kind");
+    EXPECT_EQ(text_of(shell, "CLIPBOARD", "COMPOUND_TEXT").substr(0, 29), both.substr(0, 29));
+    key("space", ctrl);
+    EXPECT_EQ(text_of(shell, "PRIMARY", "STRING"), "") << "no line is selected";
+    vga_viewer_undisplay(&root);
+    EXPECT_EQ(text_of(shell, "PRIMARY", "STRING"), "nothing");
+    display();
+}
+
+// The tip of a line: by the pointer where it is cut, by the keyboard for each.
+TEST_F(ViewerKeys, ATipHasTheWholeLine) {
+    XtVaSetValues(shell, XmNtoolTipPostDelay, 50, nullptr);
+    const auto tip = [this] {
+        std::string text;
+        if (Widget found = XtNameToWidget(shell, "*TipColumns")) {
+            WidgetList labels = nullptr;
+            XtVaGetValues(found, XmNchildren, &labels, nullptr);
+            text = gui::label_text(labels[0]) + "|" + gui::label_text(labels[1]) + "|";
+        }
+        return text;
+    };
+    const auto is = [&tip](const std::string &text) {
+        EXPECT_TRUE(gui::wait_for([&] { return tip() == text; }, 1000)) << tip();
+    };
+    records[3]->text = "A name longer than its column%t12%Active%t24%";
+    vga_update_viewer(&root, &records[3]->item);
+    drawn();
+    gui::move_to(draw_widget, 100, middle_of(6));
+    is("|A name longer than its columnActive|");
+    gui::move_to(draw_widget, 100, middle_of(7));
+    is("");
+    start_from(4);
+    key("F1", shift);
+    is("|GROUP3ActiveFirst of its kind|");
+    key("Down");
+    is("");
 }
 
 TEST_F(ViewerKeys, ReturnDeleteAndInsertAskTheWindow) {

@@ -18,8 +18,8 @@ struct WALK {
     bool can_end_at(const VGA_VIEWER_ITEM *line) const {
         const VGA_VIEWER_ITEM *anchor = view->root->select_anchor;
         return vga_viewer_can_select(view->root, line) != 0 &&
-               (!siblings || anchor == nullptr || anchor->parent != line->parent ||
-                vga_viewer_extends_to(anchor, line) != 0);
+               (!siblings || start == nullptr || anchor == nullptr ||
+                anchor->parent != line->parent || vga_viewer_extends_to(anchor, line) != 0);
     }
 
     VGA_VIEWER_ITEM *step(const VGA_VIEWER_ITEM *line, bool down) const {
