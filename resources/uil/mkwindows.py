@@ -426,17 +426,15 @@ def list_text(window, entry):
     height = [f'XmNheight = {entry.facts["height"]} font_units'] if 'height' in entry.facts else []
     text = object_text(f'{name}Form', 'XmForm', ['arguments pane_form'] + height, controls,
                        [f'XmNfocusCallback = {callback}'] if callback else [])
-    beside = [f'XmNbottomAttachment = XmATTACH_WIDGET', f'XmNbottomWidget = {below}',
-              'XmNrightAttachment = XmATTACH_WIDGET', f'XmNrightWidget = {key}'] if keys else [
-                  'XmNmarginTop = 4', 'XmNmarginBottom = 4']
-    text += object_text(f'{called}Title', 'XmLabel', ['arguments pane_title'] + beside +
+    in_row = [f'XmNbottomWidget = {below}'] # titlerow.h does the rest
+    margins = [] if keys else ['XmNmarginTop = 4', 'XmNmarginBottom = 4']
+    text += object_text(f'{called}Title', 'XmLabel', ['arguments pane_title'] + in_row + margins +
                         [f'XmNlabelString = {quoted(entry.facts["label"])}'])
-    text += object_text(f'{called}Key', 'XmRowColumn', ['arguments pane_key'], keys) if keys else ''
+    text += object_text(f'{called}Key', 'XmRowColumn', ['arguments pane_key'] + in_row, keys) if keys else ''
     for kind in entry.inner:
         text += object_text(f'{window.name}Key{kind.name}', 'XmLabel',
                             [f'XmNlabelString = {quoted(kind.facts["label"])}'])
-    text += object_text(f'{called}Rule', 'XmSeparator',
-                        ['arguments pane_rule', f'XmNtopWidget = {key or f"XmLabel {called}Title"}'])
+    text += object_text(f'{called}Rule', 'XmSeparator', ['arguments pane_rule'])
     if headings:
         text += object_text(f'{name}Headings', 'XmDrawingArea',
                             ['arguments pane_headings', f'XmNtopWidget = {below}'])

@@ -2,14 +2,15 @@
 
 #include "nodew_fixture.h"
 
-#include "lowscreen.h"
 #include "nofverbs.h"
 #include "resourceindications.h"
+#include "roomrules.h"
 #include "schemas.h"
 #include "vgadsutl.h"
 #include "widgets.h"
 #include "windowband.h"
 
+#include <Xm/SashP.h>
 #include <functional>
 #include <random>
 
@@ -318,8 +319,17 @@ TEST_F(NodeWindow, KeysOfTheListAskForCommands) {
 
 // Heights.
 
-TEST_F(NodeWindow, PanesShareTheHeight) {
+// Whatever the operator makes of the window: every title is there and every list shows two lines;
+// what had no room comes back with it; and only a sash changes the proportions.
+TEST_F(NodeWindow, PanesKeepTheirSharesOfAnyWindow) {
     show_node();
+    const gui::WARNINGS quiet;
+    auto resize = [](unsigned width, unsigned new_height) {
+        SCOPED_TRACE(new_height);
+        XResizeWindow(gvga_display, XtWindow(gvga_toplevel), width, new_height);
+        gui::wait_for([&] { return height(gvga_toplevel) == new_height; });
+        gui::settle();
+    };
     auto heights = [&] {
         std::vector<int> result;
         for (const VGA_LISTW_PANE &pane : desc->panes) {
@@ -327,25 +337,65 @@ TEST_F(NodeWindow, PanesShareTheHeight) {
         }
         return result;
     };
-    std::vector<int> before = heights();
-    Dimension first_height = height(gvga_toplevel);
-    auto resize = [&](Dimension width, Dimension new_height) {
-        XtVaSetValues(gvga_toplevel, XmNwidth, width, XmNheight, new_height, nullptr);
-        gui::settle();
+    auto expect_whole = [&](unsigned width, unsigned new_height) {
+        resize(width, new_height);
+        for (const VGA_LISTW_PANE &pane : desc->panes) {
+            SCOPED_TRACE(gui::label_text(pane.title) + " " + std::to_string(width));
+            Dimension width_of_title = 0;
+            XtVaGetValues(pane.title, XmNwidth, &width_of_title, nullptr);
+            EXPECT_GE(width_of_title, vga_wanted_size(pane.title).width);
+            EXPECT_GE(height(pane.title), vga_wanted_size(pane.title).height);
+            EXPECT_GE(height(pane.draw_area), (new_height > 500 ? 2 : 1) * gvga_viewer_item_height);
+            Position top, window_top;
+            XtTranslateCoords(pane.hscroll, 0, 0, nullptr, &top);
+            XtTranslateCoords(desc->common.widget, 0, 0, nullptr, &window_top);
+            EXPECT_LE(top + height(pane.hscroll), window_top + static_cast<int>(new_height));
+        }
     };
-    resize(1100, static_cast<Dimension>(first_height + 150));
-    std::vector<int> grown = heights();
-    for (size_t pane = 0; pane < before.size(); pane++) {
-        EXPECT_GT(grown[pane], before[pane] + 20) << pane;
+    auto shown = [&] {
+        return std::vector<bool>{XtIsManaged(part("*nodewToolbar")) != 0,
+                                 XtIsManaged(desc->panes[0].headings) != 0,
+                                 XtIsManaged(desc->panes[0].key) != 0};
+    };
+    const struct {
+        unsigned width, height;
+        std::vector<bool> shown; // tool bar, headings, key
+    } sizes[] = {{1056, 920, {true, true, true}},   {1056, 620, {true, true, false}},
+                 {1056, 580, {true, false, false}}, {616, 540, {true, false, false}},
+                 {616, 452, {false, false, false}}, {480, 920, {true, true, false}},
+                 {1056, 2900, {true, true, true}}};
+    for (const bool by_sash : {false, true}) {
+        resize(1056, 920);
+        if (by_sash) {
+            const std::vector<int> before = heights();
+            WidgetList children = nullptr;
+            XtVaGetValues(desc->panes_widget, XmNchildren, &children, nullptr);
+            Widget sash = *std::find_if(children, children + 9, [&](Widget child) {
+                Position top = 0, next = 0;
+                XtVaGetValues(child, XmNy, &top, nullptr);
+                XtVaGetValues(desc->panes[1].form, XmNy, &next, nullptr);
+                return XmIsSash(child) && top < next;
+            });
+            gui::move_to(sash, 3, 3);
+            gui::press();
+            gui::move_to(sash, 3, 73);
+            gui::release();
+            gui::settle();
+            EXPECT_GT(heights()[0], before[0] + 20);
+        }
+        const std::vector<int> before = heights();
+        for (const auto &size : sizes) {
+            expect_whole(size.width, size.height);
+            EXPECT_EQ(shown(), size.shown) << size.width << "x" << size.height;
+            if (size.height > 920) {
+                EXPECT_NEAR(heights()[1] * before[0], heights()[0] * before[1], 4 * before[0]);
+            }
+            resize(1056, 300); // too low for anything
+            resize(1056, 920);
+            EXPECT_EQ(heights(), before);
+        }
     }
-    resize(700, 480);
-    for (const VGA_LISTW_PANE &pane : desc->panes) {
-        Position top, window_top;
-        XtTranslateCoords(pane.draw_area, 0, 0, nullptr, &top);
-        XtTranslateCoords(desc->common.widget, 0, 0, nullptr, &window_top);
-        EXPECT_GE(height(pane.draw_area), gvga_viewer_item_height);
-        EXPECT_LE(top + height(pane.draw_area), window_top + 480);
-    }
+    EXPECT_EQ(quiet.texts, std::vector<std::string>{});
 }
 
 TEST(NodeWindowHeights, DivideTheTotalWithoutALoss) {

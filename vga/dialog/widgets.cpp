@@ -238,6 +238,14 @@ Widget vga_get_work_area(Widget message_box) {
     return nullptr;
 }
 
+XtWidgetGeometry vga_wanted_size(Widget widget) {
+    XtWidgetGeometry wanted = {};
+    if (widget != nullptr) {
+        XtQueryGeometry(widget, nullptr, &wanted);
+    }
+    return wanted;
+}
+
 /* A column makes its labels of a font of its own, which the resources for all text do not reach. */
 NB_VOID vga_set_label_fonts(Widget widget, Widget message_box) {
     Widget like = box_part(message_box, "OK"); /* as the resources have it */

@@ -37,6 +37,9 @@ NB_VOID vga_set_label_fonts(Widget widget, Widget message_box);
 /* The part of a message box that is not its own: the work area, or null. */
 Widget vga_get_work_area(Widget message_box);
 
+/* The size that the widget asks for. */
+XtWidgetGeometry vga_wanted_size(Widget widget);
+
 /* State and look. */
 
 /* Also ends the gesture when the widget is held: an insensitive widget never sees its release. */

@@ -7,12 +7,12 @@
 #include "hints.h"
 #include "linerules.h"
 #include "listwindow.h"
-#include "lowscreen.h"
 #include "messages.h"
 #include "panes.h"
 #include "startstop.h"
 #include "textselection.h"
 #include "widgets.h"
+#include "windowroom.h"
 #include <cstring>
 
 /* The situation. */

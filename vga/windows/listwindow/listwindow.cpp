@@ -3,13 +3,13 @@
 #include "graphics.h"
 #include "headings.h"
 #include "hints.h"
-#include "lowscreen.h"
 #include "messages.h"
 #include "panes.h"
 #include "popupmenu.h"
 #include "rememberedlines.h"
 #include "tools.h"
 #include "windowband.h"
+#include "windowroom.h"
 #include <Xm/TextF.h>
 
 /* Which window. */
@@ -79,6 +79,8 @@ static NB_USHORT find_panes(VGA_LIST_WINDOW *window) {
         VGA_LISTW_PANE &pane = window->panes[at];
         pane.form = find(row.form);
         pane.title = find(row.title);
+        pane.rule = find(row.rule);
+        pane.key = find(row.key);
         pane.draw_area = find(row.draw_area);
         pane.hscroll = find(row.hscroll);
         pane.vscroll = find(row.vscroll);
@@ -112,7 +114,7 @@ NB_USHORT vga_listw_find_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan)
 }
 
 NB_VOID vga_listw_arrange(VGA_LIST_WINDOW *window) {
-    vga_listw_fit_screen(window);
+    vga_listw_prepare_room(window);
     vga_listw_prepare_panes(window);
     vga_listw_install_popup(window);
     vga_set_hint_line(window->common.widget, window->message_bar);

@@ -9,8 +9,9 @@
  * The lists belong to the record that the window shows (parent_item: a node, or null for the
  * domain) and outlive the window: they are attached to its widgets while it is open.  A list is
  * current when it has the keyboard; at most one has a selection, the current one.
- * Parts: commands rules and running, panes lists, popupmenu the lists' menu, linerules types of
- * lines, lineevents their callbacks, operating and deleting the actions that issue verbs. */
+ * Parts: commands rules and running, panes lists, windowroom who gets the window's room, popupmenu
+ * the lists' menu, linerules types of lines, lineevents their callbacks, operating and deleting the
+ * actions that issue verbs. */
 #ifndef LISTWINDOW_H
 #define LISTWINDOW_H
 
@@ -67,10 +68,11 @@ const VGA_LISTW_PLAN *vga_find_plan(const NB_CHAR *name);
 
 struct VGA_LISTW_PANE {
     Widget form; /* its border marks the current list */
-    Widget title;
+    Widget title, rule;
+    Widget key; /* explains its icons; null: none */
     Widget draw_area, hscroll, vscroll;
     Widget headings; /* null: none */
-    NB_ULONG share;  /* height in pixels that its part of the window comes from */
+    NB_ULONG share;  /* height in pixels that its part of the window comes from (paneheights.h) */
 };
 
 struct VGA_LISTW_TOOL {
@@ -89,8 +91,6 @@ struct VGA_LIST_WINDOW {
     NB_USHORT current_pane; /* VGA_LISTW_NO_LIST: none */
     NB_USHORT lists_shown;  /* flag: the panes show the lists */
     NB_USHORT zoom;         /* flag: what is selected has properties that can be shown */
-    Dimension panes_height; /* of all panes when their shares were last looked at */
-    Dimension least_pane;   /* height of a pane that shows two lines */
     Pixel normal_border, current_border;
     VGA_LISTW_TOOL tools[VGA_LISTW_MAX_TOOLS];
     Widget items[VGA_LISTW_MAX_COMMANDS];      /* menu items; null where a command has none */

@@ -1,8 +1,5 @@
 #include "panes.h"
-#include "lowscreen.h"
 #include "rememberedlines.h"
-#include <Xm/PanedW.h>
-#include <algorithm>
 
 VGA_VIEWER_ROOT *vga_listw_list(const VGA_LIST_WINDOW *window, NB_USHORT pane) {
     const VGA_LISTW_ROW &row = window->plan->lists[pane];
@@ -126,101 +123,9 @@ static NB_VOID pane_called(Widget widget, XtPointer pane, XtPointer call_data) {
                           call_data);
 }
 
-/* Heights. */
-
-NB_VOID vga_listw_divide(const NB_ULONG *shares, NB_USHORT count, NB_ULONG total, NB_ULONG minimum,
-                         NB_ULONG *heights) {
-    NB_ULONG sum = 0;
-    for (NB_USHORT pane = 0; pane < count; pane++) {
-        sum += shares[pane];
-    }
-    NB_ULONG floor = std::min(minimum, total / count);
-    NB_ULONG left = total;
-    for (NB_USHORT pane = 0; pane + 1 < count; pane++) {
-        NB_ULONG wanted =
-            sum == 0 ? total / count
-                     : static_cast<NB_ULONG>(static_cast<uint64_t>(total) * shares[pane] / sum);
-        NB_ULONG others = floor * (count - 1 - pane);
-        heights[pane] = std::clamp(wanted, floor, left - others);
-        left -= heights[pane];
-    }
-    heights[count - 1] = left;
-}
-
-static Dimension height_of(Widget widget) {
-    Dimension height = 0;
-    XtVaGetValues(widget, XmNheight, &height, nullptr);
-    return height;
-}
-
-static NB_VOID note_shares(VGA_LIST_WINDOW *window) {
-    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
-        window->panes[pane].share = height_of(window->panes[pane].form);
-    }
-}
-
-/* The paned window gives all of a change to one pane.  It obeys limits, however, so each pane is
- * fixed at its height for a moment. */
-static NB_VOID divide_again(VGA_LIST_WINDOW *window) {
-    NB_ULONG shares[VGA_LISTW_MAX_LISTS], heights[VGA_LISTW_MAX_LISTS], total = 0;
-    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
-        shares[pane] = window->panes[pane].share;
-        total += height_of(window->panes[pane].form);
-    }
-    vga_listw_set_headings(window, total >= NB_ULONG{window->list_count} * window->least_pane);
-    Dimension minimum[VGA_LISTW_MAX_LISTS], maximum[VGA_LISTW_MAX_LISTS];
-    vga_listw_divide(shares, window->list_count, total, window->least_pane, heights);
-    XtVaSetValues(window->panes_widget, XmNrefigureMode, False, nullptr);
-    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
-        Widget form = window->panes[pane].form;
-        XtVaGetValues(form, XmNpaneMinimum, &minimum[pane], XmNpaneMaximum, &maximum[pane],
-                      nullptr);
-        XtVaSetValues(form, XmNpaneMinimum, static_cast<Dimension>(heights[pane]), XmNpaneMaximum,
-                      static_cast<Dimension>(heights[pane]), nullptr);
-    }
-    XtVaSetValues(window->panes_widget, XmNrefigureMode, True, nullptr);
-    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
-        XtVaSetValues(window->panes[pane].form, XmNpaneMinimum, minimum[pane], XmNpaneMaximum,
-                      maximum[pane], nullptr);
-    }
-}
-
-/* One handler for the paned window and for the panes, also when they come on the screen.  Where the
- * paned window's own height is the one that is known, the operator has moved a sash, and the shares
- * follow. */
-static NB_VOID resized(Widget, XtPointer client_data, XEvent *event, Boolean *) {
-    if (event->type != ConfigureNotify && event->type != MapNotify) {
-        return;
-    }
-    auto *window = static_cast<VGA_LIST_WINDOW *>(client_data);
-    Dimension height = height_of(window->panes_widget);
-    if (height == window->panes_height) {
-        note_shares(window);
-    } else {
-        window->panes_height = height;
-        divide_again(window);
-    }
-}
-
-/* A sash between two lists would be a stop of the Tab key. */
-static NB_VOID keep_focus_off_sashes(VGA_LIST_WINDOW *window) {
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(window->panes_widget, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    for (Cardinal child = 0; child < count; child++) {
-        if (!XmIsManager(children[child])) {
-            XtVaSetValues(children[child], XmNtraversalOn, False, nullptr);
-        }
-    }
-}
-
 NB_VOID vga_listw_prepare_panes(VGA_LIST_WINDOW *window) {
-    note_shares(window);
-    keep_focus_off_sashes(window);
-    XtAddEventHandler(window->panes_widget, StructureNotifyMask, False, resized, window);
     for (NB_USHORT at = 0; at < window->list_count; at++) {
         const VGA_LISTW_PANE &pane = window->panes[at];
-        XtAddEventHandler(pane.form, StructureNotifyMask, False, resized, window);
         if (window->plan->lists[at].selects == 0) {
             const auto number = reinterpret_cast<XtPointer>(uintptr_t{at});
             XtAddCallback(pane.form, XmNfocusCallback, pane_called, number);

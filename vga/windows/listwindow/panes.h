@@ -1,4 +1,4 @@
-/* The panes of a list window: which one is current, and how they share the window's height. */
+/* The panes of a list window: which one is current. */
 #ifndef PANES_H
 #define PANES_H
 
@@ -21,16 +21,9 @@ NB_VOID vga_listw_forget_pane(VGA_LIST_WINDOW *window);
 /* The pane that holds the keyboard focus; VGA_LISTW_NO_LIST for none. */
 NB_USHORT vga_listw_focus_pane(const VGA_LIST_WINDOW *window);
 
-/* From now on all panes grow and shrink with the window, each in proportion to its height; and they
- * become current by their list or by the keyboard, where the description does not name what does
- * so. */
+/* From now on panes become current by their list or by the keyboard, where the description does not
+ * name what does so. */
 NB_VOID vga_listw_prepare_panes(VGA_LIST_WINDOW *window);
-
-/* The heights of `count` panes in a window that leaves `total` pixels for them: in proportion to
- * `shares`, none below `minimum` as long as the total allows it.  Writes as many heights, whose sum
- * is `total`. */
-NB_VOID vga_listw_divide(const NB_ULONG *shares, NB_USHORT count, NB_ULONG total, NB_ULONG minimum,
-                         NB_ULONG *heights);
 
 /* For callbacks of a pane: a press in the list, or the focus coming to it. */
 NB_VOID vga_listw_pane_called(Widget widget, NB_USHORT pane, XtPointer call_data);

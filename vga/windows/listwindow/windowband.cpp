@@ -2,6 +2,7 @@
 #include "globals.h"
 #include "marks.h"
 #include "messages.h"
+#include "windowroom.h"
 #include <Xm/Xm.h>
 #include <string>
 
@@ -17,20 +18,6 @@ std::string view_only_text(NB_VOID) {
     return text;
 }
 
-/* What stands below the band hangs on it while it is there, else on what is above. */
-NB_VOID hang(const VGA_LIST_WINDOW *window, Widget upper) {
-    const std::string prefix = std::string("*") + window->plan->prefix;
-    Widget tool_bar = XtNameToWidget(window->common.widget, (prefix + "Toolbar").c_str());
-    Widget below = tool_bar != nullptr && XtIsManaged(tool_bar)
-                       ? tool_bar
-                       : XtNameToWidget(window->common.widget, window->plan->head);
-    if (below == nullptr) {
-        below = window->panes_widget;
-    }
-    XtVaSetValues(below, XmNtopAttachment, upper != nullptr ? XmATTACH_WIDGET : XmATTACH_FORM,
-                  XmNtopWidget, upper, nullptr);
-}
-
 } // namespace
 
 NB_VOID vga_listw_show_band(VGA_LIST_WINDOW *window) {
@@ -44,16 +31,8 @@ NB_VOID vga_listw_show_band(VGA_LIST_WINDOW *window) {
     if (wanted) {
         vga_show_mark(window->band, mark, text.c_str());
     }
-    if (wanted == (XtIsManaged(window->band) != 0)) {
-        return;
-    }
-    const std::string bar = std::string("*") + window->plan->prefix + "MenuBar";
-    Widget menu_bar = XtNameToWidget(window->common.widget, bar.c_str());
-    if (wanted) {
-        XtManageChild(window->band);
-        hang(window, window->band);
-    } else {
-        hang(window, menu_bar);
-        XtUnmanageChild(window->band);
+    if (wanted != (XtIsManaged(window->band) != 0)) {
+        (wanted ? XtManageChild : XtUnmanageChild)(window->band);
+        vga_listw_share_room(window);
     }
 }

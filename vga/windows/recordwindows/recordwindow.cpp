@@ -205,12 +205,6 @@ NB_VOID forget_cb(Widget, XtPointer desc, XtPointer) {
 
 /* The room that the lists want, and what there is of it on the screen. */
 
-XtWidgetGeometry wanted_by(Widget widget) {
-    XtWidgetGeometry wanted = {};
-    XtQueryGeometry(widget, nullptr, &wanted);
-    return wanted;
-}
-
 NB_VOID set_size(Widget widget, int width, int height) {
     XtVaSetValues(widget, XmNwidth, static_cast<Dimension>(width), XmNheight,
                   static_cast<Dimension>(height), nullptr);
@@ -227,11 +221,11 @@ NB_VOID stretch(Widget clip, XtPointer data, XEvent *, Boolean *) {
 
 NB_VOID fit_screen(WINDOW &window, Widget page) {
     constexpr int bar = 24, edge = 64; /* pixels: a scroll bar; what a window manager adds */
-    const XtWidgetGeometry wanted = wanted_by(window.panes);
+    const XtWidgetGeometry wanted = vga_wanted_size(window.panes);
     window.least_width = wanted.width;
     window.least_height = wanted.height;
     set_size(page, wanted.width, wanted.height);
-    const XtWidgetGeometry all = wanted_by(window.desc->widget);
+    const XtWidgetGeometry all = vga_wanted_size(window.desc->widget);
     const int wide = all.width + edge - WidthOfScreen(gvga_screen);
     const int high = all.height + edge - HeightOfScreen(gvga_screen);
     if (wide > 0 || high > 0) {
