@@ -216,9 +216,22 @@ NB_VOID print_texts(NB_INT catalog, const NB_CHAR *bad_argument) {
     fputs(usage, stdout);
 }
 
+/* The font library knows "C.UTF-8" and warns of "C.UTF".  It gets the name that the locale has
+ * before the cut. */
+NB_VOID tell_fonts_the_language(NB_VOID) {
+    for (const NB_CHAR *variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const NB_CHAR *name = getenv(variable);
+        if (name != nullptr && *name != '\0') {
+            setenv("FC_LANG", name, 0);
+            return;
+        }
+    }
+}
+
 } // namespace
 
 NB_VOID vga_set_locale_environment(NB_VOID) {
+    tell_fonts_the_language();
     const NB_CHAR *lang = getenv("LANG");
     if (lang == nullptr) {
         return;

@@ -28,6 +28,7 @@
 #include <Xm/PushBG.h>
 #include <Xm/RowColumn.h>
 #include <Xm/Screen.h>
+#include <Xm/ScrollBar.h>
 #include <Xm/TabStack.h>
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
@@ -119,6 +120,9 @@ TEST_F(Looks, TextsCanBeRead) {
         SCOPED_TRACE(XtName(widget));
         seen++;
         const Pixel ground = colour(widget, XmNbackground);
+        if (XtIsShell(XtParent(XtParent(widget))) && XmIsRowColumn(XtParent(widget))) {
+            EXPECT_EQ(ground, colour(XtParent(widget), XmNbackground)) << "an entry of a menu";
+        }
         EXPECT_GE(contrast(colour(widget, XmNforeground), ground), look().text_contrast);
         if (XmIsLabel(widget) && !XmIsDrawnButton(widget)) {
             // The toolkit's colour of insensitive texts.  A gadget does not tell its own.
@@ -140,6 +144,9 @@ TEST_F(Looks, TextsCanBeRead) {
 
 TEST_F(Looks, TheKeyboardsPlaceIsSeen) {
     for (Widget widget : widgets) {
+        if (XmIsScrollBar(widget)) { // or it would look as if nothing could be moved
+            EXPECT_GE(contrast(colour(widget, XmNbackground), colour(widget, XmNtroughColor)), 3);
+        }
         if (XtIsWidget(widget) && XmIsPrimitive(widget) && XmIsManager(XtParent(widget))) {
             EXPECT_GE(contrast(colour(widget, XmNhighlightColor),
                                colour(XtParent(widget), XmNbackground)),

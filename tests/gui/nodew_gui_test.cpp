@@ -288,7 +288,25 @@ TEST_F(NodeWindow, TheKeyboardGoesFromPaneToPane) {
     gui::key("Down");
     EXPECT_EQ(vga_nodew_get_selection(desc, nullptr, nullptr), ports[1]);
     EXPECT_EQ(marked(), VGA_NODEW_TOP_PANE) << "arrow keys stay in the list";
+    for (char name[] = "LU00"; name[3] < '9'; name[3]++) {
+        auto lu = new_entry<NAP_LOCAL_LU_DATA>();
+        set_ebcdic(lu.lu_name, name);
+        set_local(lu.def_data.lu_alias, name);
+        vga_insert_vga_lu62(vga_init_vga_lu62(node, &lu));
+    }
+    gui::settle();
+    VGA_VIEWER_ROOT &lus = node->local_lu_root;
+    vga_viewer_scroll_view(&lus, 10000);
     gui::key("Tab");
+    EXPECT_EQ(lus.view->y_offset, 0u) << "what is selected is seen";
+    gui::key("Tab", {"Shift_L"});
+    vga_viewer_scroll_view(&lus, 10000);
+    gui::settle();
+    const NB_ULONG scrolled = lus.view->y_offset;
+    EXPECT_GT(scrolled, 0u);
+    click_line(VGA_NODEW_MIDDLE_PANE, 1);
+    EXPECT_EQ(lus.view->y_offset, scrolled) << "and what is pressed stays where it is";
+    EXPECT_NE(vga_viewer_get_selected_viewer(&lus), vga_viewer_find_line(&lus, 0));
     EXPECT_EQ(marked(), VGA_NODEW_MIDDLE_PANE);
     EXPECT_EQ(node->connectivity_root.select_count, 0);
     EXPECT_EQ(node->local_lu_root.select_count, 1);

@@ -53,6 +53,19 @@ static VGA_VIEWER_ITEM *first_selectable(const VGA_VIEWER_ROOT *root) {
     return item;
 }
 
+/* In a list that was scrolled the keyboard would work on a line out of sight.  Where a line is
+ * pressed the pointer is in view, and must not point at another one. */
+static NB_VOID bring_into_view(const VGA_LIST_WINDOW *window, VGA_VIEWER_ROOT *root) {
+    const XEvent *event = XtLastEventProcessed(XtDisplay(window->common.widget));
+    const VGA_VIEWER_ITEM *line = vga_viewer_get_selected_viewer(root);
+    if (line != nullptr && (event == nullptr || event->type != ButtonPress)) {
+        if (line == first_selectable(root)) {
+            vga_viewer_set_view(root, vga_viewer_find_line(root, 0)); /* and what stands above it */
+        }
+        vga_viewer_set_view(root, line);
+    }
+}
+
 NB_VOID vga_listw_forget_pane(VGA_LIST_WINDOW *window) {
     set_border(window, window->current_pane, window->normal_border);
     window->current_pane = VGA_LISTW_NO_LIST;
@@ -83,6 +96,7 @@ NB_VOID vga_listw_select_pane(VGA_LIST_WINDOW *window, NB_USHORT pane, NB_USHORT
     if (item != nullptr && root->select_count == 0 && !selected_lines_come) {
         vga_viewer_select(item, root, 0, 0, 1, 0);
     }
+    bring_into_view(window, root);
     vga_listw_set_button_states(window);
 }
 
