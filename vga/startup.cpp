@@ -216,13 +216,29 @@ NB_VOID print_texts(NB_INT catalog, const NB_CHAR *bad_argument) {
     fputs(usage, stdout);
 }
 
-/* The font library knows "C.UTF-8" and warns of "C.UTF".  It gets the name that the locale has
- * before the cut. */
-NB_VOID tell_fonts_the_language(NB_VOID) {
+/* Two or three letters, and the same behind "_"; whatever behind "." or "@". */
+bool begins_with_language(const std::string &name) {
+    const std::string places = name.substr(0, name.find_first_of(".@"));
+    const size_t gap = places.find('_');
+    const auto is_code = [](const std::string &code) {
+        return (code.size() == 2 || code.size() == 3) &&
+               std::all_of(code.begin(), code.end(), [](unsigned char letter) {
+                   return letter < 128 && isalpha(letter) != 0;
+               });
+    };
+    return is_code(places.substr(0, gap)) &&
+           (gap == std::string::npos || is_code(places.substr(gap + 1)));
+}
+
+/* The font library warns of a locale whose name does not begin with a language, as "C.UTF" does
+ * not, which is what is left of "C.UTF-8"; such a locale has English texts. */
+NB_VOID name_language_of_fonts(NB_VOID) {
     for (const NB_CHAR *variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
         const NB_CHAR *name = getenv(variable);
         if (name != nullptr && *name != '\0') {
-            setenv("FC_LANG", name, 0);
+            if (!begins_with_language(name)) {
+                setenv("FC_LANG", "en", 0);
+            }
             return;
         }
     }
@@ -231,7 +247,6 @@ NB_VOID tell_fonts_the_language(NB_VOID) {
 } // namespace
 
 NB_VOID vga_set_locale_environment(NB_VOID) {
-    tell_fonts_the_language();
     const NB_CHAR *lang = getenv("LANG");
     if (lang == nullptr) {
         return;
@@ -247,6 +262,7 @@ NB_VOID vga_set_locale_environment(NB_VOID) {
     if (getenv("LC_CTYPE") != nullptr) {
         setenv("LC_CTYPE", cut.c_str(), 1);
     }
+    name_language_of_fonts();
 }
 
 NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv) {

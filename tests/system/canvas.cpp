@@ -3,7 +3,8 @@
 #include <X11/Xlib.h>
 #include <X11/Xproto.h>
 #include <X11/extensions/record.h>
-#include <cstring>
+#include <X11/extensions/render.h>
+#include <X11/extensions/renderproto.h>
 
 namespace sys {
 
@@ -16,25 +17,16 @@ constexpr unsigned char reported[][2] = {{X_DestroyWindow, X_DestroyWindow},
                                          {X_PolyFillRectangle, X_PolyFillRectangle},
                                          {X_PolyText8, X_ImageText16}};
 
+constexpr unsigned char reported_of_render[][2] = {
+    {X_RenderCreatePicture, X_RenderCreatePicture},
+    {X_RenderFreePicture, X_RenderFreePicture},
+    {X_RenderAddGlyphs, X_RenderAddGlyphs},
+    {X_RenderCompositeGlyphs8, X_RenderFillRectangles}};
+
 /* Each client numbers its windows and pixmaps from a base of its own. */
 constexpr uint32_t numbers_of_a_client = 1u << 21;
 
 } // namespace
-
-/* One request, as the client sent it. */
-struct Canvas::Request {
-    const unsigned char *bytes;
-    size_t length;
-
-    template <class Value> Value at(size_t offset) const {
-        Value value = {};
-        if (offset + sizeof value <= length) {
-            memcpy(&value, bytes + offset, sizeof value);
-        }
-        return value;
-    }
-    template <class Form> Form as() const { return at<Form>(0); }
-};
 
 bool Canvas::Area::holds(int text_x, int text_y) const {
     return text_x >= x && text_x < x + width && text_y >= y && text_y < y + height;
@@ -50,6 +42,13 @@ Canvas::Canvas(const std::string &display_name)
         ranges.push_back(XRecordAllocRange());
         ranges.back()->core_requests = {first, last};
         ranges.back()->client_died = True;
+    }
+    int event = 0, error = 0;
+    XQueryExtension(control_, RENDER_NAME, &render_, &event, &error);
+    const auto major = static_cast<unsigned char>(render_);
+    for (const auto &[first, last] : reported_of_render) {
+        ranges.push_back(XRecordAllocRange());
+        ranges.back()->ext_requests = {{major, major}, {first, last}};
     }
     XRecordClientSpec clients = XRecordFutureClients;
     context_ = XRecordCreateContext(control_, 0, &clients, 1, ranges.data(),
@@ -103,6 +102,10 @@ void Canvas::on_data(char *canvas, void *data) {
 
 void Canvas::handle(const Request &request) {
     const uint32_t drawable = request.at<uint32_t>(4);
+    if (request.at<uint8_t>(0) == render_) {
+        handle_render(request);
+        return;
+    }
     switch (request.at<uint8_t>(0)) {
     case X_DestroyWindow:
     case X_CreatePixmap:
@@ -120,11 +123,7 @@ void Canvas::handle(const Request &request) {
         copy(request);
         break;
     case X_PolyFillRectangle:
-        for (size_t at = sizeof(xPolyFillRectangleReq); at < request.length;
-             at += sizeof(xRectangle)) {
-            const auto form = request.at<xRectangle>(at);
-            erase(drawable, {form.x, form.y, form.width, form.height});
-        }
+        erase_all(drawable, request, sizeof(xPolyFillRectangleReq));
         break;
     case X_PolyText8:
         draw(request, 1);
@@ -140,6 +139,42 @@ void Canvas::handle(const Request &request) {
         break;
     default:
         break;
+    }
+}
+
+void Canvas::handle_render(const Request &request) {
+    const uint8_t kind = request.at<uint8_t>(1);
+    switch (kind) {
+    case X_RenderCreatePicture: {
+        const auto form = request.as<xRenderCreatePictureReq>();
+        pictures_[form.pid] = form.drawable;
+        break;
+    }
+    case X_RenderFreePicture:
+        pictures_.erase(request.at<uint32_t>(4));
+        break;
+    case X_RenderAddGlyphs:
+        glyphs_.learn(request);
+        break;
+    case X_RenderFillRectangles:
+        erase_all(pictures_[request.as<xRenderFillRectanglesReq>().dst], request,
+                  sizeof(xRenderFillRectanglesReq));
+        break;
+    default:
+        for (const Text &text :
+             glyphs_.read(request, size_t{1} << (kind - X_RenderCompositeGlyphs8))) {
+            put(pictures_[request.as<xRenderCompositeGlyphs8Req>().dst], text.x, text.y,
+                text.words);
+        }
+        break;
+    }
+}
+
+/* A list of rectangles. */
+void Canvas::erase_all(uint32_t drawable, const Request &request, size_t first) {
+    for (size_t at = first; at < request.length; at += sizeof(xRectangle)) {
+        const auto form = request.at<xRectangle>(at);
+        erase(drawable, {form.x, form.y, form.width, form.height});
     }
 }
 

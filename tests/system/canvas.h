@@ -3,10 +3,11 @@
  * where. Areas that are filled, cleared or copied take their texts with them, so that a list that
  * is drawn line by line into a pixmap reads as it looks.
  *
- * Only texts in the server's own fonts are seen; the tests' user resources choose such fonts. */
+ * Texts in the server's own fonts are seen, and those in scalable ones (glyphs.h). */
 #ifndef SYSTEM_CANVAS_H
 #define SYSTEM_CANVAS_H
 
+#include "glyphs.h"
 #include "poll.h"
 
 #include <cstddef>
@@ -18,11 +19,6 @@
 typedef struct _XDisplay Display;
 
 namespace sys {
-
-struct Text {
-    int x, y; /* where its base line begins */
-    std::string words;
-};
 
 class Canvas : public Source {
 public:
@@ -51,12 +47,12 @@ private:
     };
     using Row = std::map<int, std::string>; /* by x */
     using Rows = std::map<int, Row>;        /* by y */
-    struct Request;
-
     static void on_data(char *canvas, void *data);
     void handle(const Request &request);
     void draw(const Request &request, unsigned width);
     void draw_image(const Request &request, unsigned width);
+    void handle_render(const Request &request);
+    void erase_all(uint32_t drawable, const Request &request, size_t first);
     void put(uint32_t drawable, int x, int y, const std::string &words);
     void erase(uint32_t drawable, const Area &area);
     void copy(const Request &request);
@@ -65,6 +61,9 @@ private:
     Display *data_ = nullptr;
     unsigned long context_ = 0;
     bool working_ = false;
+    int render_ = 0; /* first byte of the requests that draw glyphs */
+    Glyphs glyphs_;
+    std::map<uint32_t, uint32_t> pictures_; /* the drawable that each is for */
     std::map<uint32_t, Rows> drawables_;
 };
 

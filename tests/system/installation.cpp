@@ -15,26 +15,23 @@ namespace {
 
 const std::string build_tree = SYSTEM_BUILD_TREE;
 
-/* Texts of windows in a font of the server. */
-constexpr char user_resources[] = "Quiladmin*renderTable.fontType: FONT_IS_FONT\n"
-                                  "Quiladmin*renderTable.fontName: fixed\n";
-
 } // namespace
 
 Installation::Installation() {
     char folder[] = "/tmp/sna.XXXXXX";
     prefix_ = mkdtemp(folder) != nullptr ? folder : "/tmp/sna.none";
-    // Another user may run the program, too.
+    // Another user may run the program, too, and tell what it knew.
     fs::permissions(prefix_, fs::perms(0755));
     for (const char *part : {"bin", "share"}) {
         fs::create_directory_symlink(build_tree + "/" + part, path(part));
     }
     for (const char *part : {"etc", "var", "home"}) {
         fs::create_directory(path(part));
+        fs::permissions(path(part), fs::perms(0777));
     }
     link_tree("lib/nls");
     link_tree("lib/X11");
-    write("home/.quilrc", user_resources + ("Quiladmin.modelFile: " + path("var/model") + "\n"));
+    write("home/.quilrc", "Quiladmin.modelFile: " + path("var/model") + "\n");
 }
 
 Installation::~Installation() {
@@ -70,7 +67,7 @@ std::string Installation::read(const std::string &name) const {
 }
 
 Environment Installation::environment() const {
-    Environment all = {{"LANG", "C"}, {"HOME", path("home")}, {"SNA_PREFIX", prefix_}};
+    Environment all = {{"LANG", "C.UTF-8"}, {"HOME", path("home")}, {"SNA_PREFIX", prefix_}};
     for (const char *name : {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
         if (const char *value = getenv(name)) {
             all[name] = value;

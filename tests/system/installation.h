@@ -1,6 +1,6 @@
 /* An installation of the test's own in a folder below /tmp: the programs and files of the build
- * tree by symbolic links, its own etc and var, and a home folder whose resources choose fonts that
- * the canvas can read.  Gone with the object. */
+ * tree by symbolic links, its own etc and var, and a home folder whose resources name the file
+ * for what the program knew.  Gone with the object. */
 #ifndef SYSTEM_INSTALLATION_H
 #define SYSTEM_INSTALLATION_H
 

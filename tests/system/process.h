@@ -32,7 +32,13 @@ public:
     void take() override;
 
     const std::string &out() const { return output_[0].text; }
-    const std::string &err() const { return output_[1].text; }
+    const std::string &err() const {
+        err_read_ = true;
+        return output_[1].text;
+    }
+
+    /* Whether it wrote on standard error what nobody has looked at. */
+    bool complains() const { return !err_read_ && !output_[1].text.empty(); }
 
     bool running() const { return running_; }
 
@@ -64,6 +70,7 @@ private:
     Output output_[2];
     bool running_ = false;
     int status_ = -1;
+    mutable bool err_read_ = false;
 };
 
 } // namespace sys

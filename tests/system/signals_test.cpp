@@ -201,9 +201,7 @@ TEST_F(Installed, ShowsTheDomainWithoutAnyEnvironment) {
     Process front(installed({"snanode", "--domain", "single"}));
     ASSERT_TRUE(wait_for([&] { return front.out().find(" ready\n") != std::string::npos; }))
         << front.err();
-    Process shown(installed({"quiladmin", "-xrm", "Quiladmin*renderTable.fontType: FONT_IS_FONT",
-                             "-xrm", "Quiladmin*renderTable.fontName: fixed"},
-                            {"DISPLAY=" + screen().name()}));
+    Process shown(installed({"quiladmin"}, {"DISPLAY=" + screen().name()}));
     window = loaded_window();
     EXPECT_NE(window, 0u) << shown.err();
     EXPECT_TRUE(wait_for([&] { return screen().window_with(window, "ETH0") != 0; }));

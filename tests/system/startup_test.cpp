@@ -15,10 +15,6 @@ namespace {
 constexpr char user_file[] = "home/.quilrc";
 constexpr char application_defaults[] = "lib/X11/app-defaults/Quiladmin";
 
-/* For a program that does not find the user's resources: fonts that the canvas can read. */
-const std::vector<std::string> readable = {"-xrm", "Quiladmin*renderTable.fontType: FONT_IS_FONT",
-                                           "-xrm", "Quiladmin*renderTable.fontName: fixed"};
-
 bool warns(const std::string &err, int number) {
     return flat(err).find(message(number)) != std::string::npos;
 }
@@ -49,8 +45,8 @@ protected:
         return program.err();
     }
 
-    /* The user's resources, with these lines before the fonts. */
-    void resources(const std::string &lines) { place.write(user_file, lines + "\n" + fonts_); }
+    /* The user's resources, with these lines before the test's own. */
+    void resources(const std::string &lines) { place.write(user_file, lines + "\n" + own_); }
 
     /* A file of the installation in place of the link to the built one. */
     void replace(const std::string &name, const std::string &text) {
@@ -58,7 +54,7 @@ protected:
         place.write(name, text);
     }
 
-    std::string fonts_ = place.read(user_file);
+    std::string own_ = place.read(user_file);
 };
 
 TEST_F(StartUp, AMalformedUserFileIsReadAsFarAsItGoes) {
@@ -79,16 +75,15 @@ TEST_F(StartUp, AMalformedUserFileIsReadAsFarAsItGoes) {
 TEST_F(StartUp, WithoutAUserFileThatCanBeReadTheDefaultsHold) {
     start_node();
     place.remove(user_file);
-    EXPECT_EQ(run(readable), "");
+    EXPECT_EQ(run(), "");
     fs::create_directory(place.path(user_file));
-    EXPECT_EQ(run(readable), "");
+    EXPECT_EQ(run(), "");
     fs::remove(place.path(user_file));
     const std::string far(400, 'h');
-    EXPECT_EQ(run(readable, {{"HOME", "/" + far}}), "");
-    EXPECT_EQ(run(readable, {{"HOME", ""}}), "");
+    EXPECT_EQ(run({}, {{"HOME", "/" + far}}), "");
+    EXPECT_EQ(run({}, {{"HOME", ""}}), "");
 
     Command homeless = {{place.path("bin/quiladmin")}, place.environment()};
-    homeless.words.insert(homeless.words.end(), readable.begin(), readable.end());
     homeless.environment.erase("HOME");
     homeless.environment["DISPLAY"] = screen().name();
     Process program(homeless);
@@ -105,9 +100,9 @@ TEST_F(StartUp, AHomeFolderIsUsedUpToItsLimit) {
             home += home.size() % 100 == 0 && home.size() + 1 < length ? '/' : 'h';
         }
         fs::create_directories(home);
-        fs::copy_file(place.write("home/medium", "Quiladmin*size: medium\n" + fonts_),
+        fs::copy_file(place.write("home/medium", "Quiladmin*size: medium\n" + own_),
                       home + "/.quilrc");
-        const std::string err = run(readable, {{"HOME", home}});
+        const std::string err = run({}, {{"HOME", home}});
         EXPECT_EQ(warns(err, 611), length <= longest) << length << ": " << err;
     }
 }

@@ -130,6 +130,10 @@ void SystemTest::TearDown() {
     for (const std::string &line : known()) {
         EXPECT_NE(line.rfind("wrong: ", 0), 0u) << line;
     }
+    for (const auto &program : programs_) {
+        program->take();
+        EXPECT_FALSE(program->complains()) << program->err();
+    }
     if (HasFailure()) {
         explain();
     }

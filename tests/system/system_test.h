@@ -26,7 +26,8 @@ protected:
     /* Ends the node software in order. */
     void stop_node();
 
-    /* The administration program with these arguments; `with` is added to its environment. */
+    /* The administration program with these arguments; `with` is added to its environment.  It must
+     * write nothing on standard error, unless the test looks at that itself. */
     Process &start_program(const std::vector<std::string> &arguments = {},
                            const Environment &with = {}, uid_t user = 0);
 
