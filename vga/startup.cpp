@@ -150,6 +150,18 @@ NB_VOID add_small_screen_resources(NB_VOID) {
     XrmCombineDatabase(small, &gvga_resource_database, False);
 }
 
+/* Letters with soft edges are mixed with what they stand on, which the server can only do where a
+ * pixel says its colour; of others it would make black ones. */
+NB_VOID add_few_colours_resources(NB_VOID) {
+    if (DefaultVisualOfScreen(gvga_screen)->c_class == TrueColor) {
+        return;
+    }
+    XrmDatabase sharp = nullptr;
+    XrmPutStringResource(&sharp, "Xft.render", "False");
+    XrmPutStringResource(&sharp, "Xft.antialias", "False");
+    XrmCombineDatabase(sharp, &gvga_resource_database, False);
+}
+
 NB_VOID merge_user_file(NB_VOID) {
     snprintf(gvga_local_db_file, sizeof(gvga_local_db_file), "%s", user_file_path().c_str());
     gvga_local_database = read_user_file();
@@ -272,6 +284,7 @@ NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv) {
     start_toolkit(argc, argv);
     read_own_option(argc, argv);
     add_small_screen_resources();
+    add_few_colours_resources();
     merge_user_file();
     if (*argc >= 2) {
         vga_print_usage(1, argv);

@@ -228,6 +228,7 @@ TEST_F(NodeFaults, ASlowNodeDoesNotHoldTheOperator) {
     ASSERT_NE(window, 0u);
     const std::string reading = message(1240, {message(1243, {"corvid1"}), "1"});
     EXPECT_TRUE(shows(window, reading.substr(0, reading.size() - 1)));
+    EXPECT_GT(screen().width(screen().window_with(window, message(1315))), 100) << "not in full";
     screen().canvas().forget();
     screen().expose(window);
     EXPECT_TRUE(shows(window, "Selection")) << "it is not drawn again";

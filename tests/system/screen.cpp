@@ -97,6 +97,12 @@ int Screen::top(WindowId window) const {
     return y;
 }
 
+int Screen::width(WindowId window) const {
+    XWindowAttributes attributes = {};
+    XGetWindowAttributes(display_, window, &attributes);
+    return attributes.width;
+}
+
 std::vector<WindowId> Screen::inside(WindowId window) const {
     std::vector<WindowId> all = {window};
     for (const WindowId child : children(display_, window)) {

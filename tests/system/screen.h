@@ -31,8 +31,9 @@ public:
     WindowId find(const std::string &title) const;
     std::string title(WindowId window) const;
 
-    /* Pixels from the top of the screen to the top of the window. */
+    /* Pixels from the top of the screen to the top of the window; and its width. */
     int top(WindowId window) const;
+    int width(WindowId window) const;
 
     /* All texts in a window and in those inside it: line by line, window by window. */
     std::vector<std::string> lines(WindowId window) const;

@@ -4,8 +4,10 @@
 
 #include "nbbase.h"
 #include <X11/Xutil.h>
+#include <algorithm>
 #include <bit>
 #include <dlfcn.h>
+#include <vector>
 
 namespace {
 
@@ -33,6 +35,13 @@ struct {
     CHANNEL red, green, blue;
 } known;
 
+/* A colormap that other programs fill, too, and that may be full. */
+struct {
+    Display *display = nullptr; /* null: there is none */
+    Colormap colormap = 0;
+    int cells = 0;
+} shared_map;
+
 bool is_known(const Display *display, Colormap colormap) {
     return known.display != nullptr && display == known.display && colormap == known.colormap;
 }
@@ -52,11 +61,42 @@ template <class... Arguments> int ask_library(const NB_CHAR *name, Arguments... 
     return function != nullptr ? function(arguments...) : 0;
 }
 
+double distance(const XColor &one, const XColor &other) {
+    const double red = one.red - other.red, green = one.green - other.green,
+                 blue = one.blue - other.blue;
+    return red * red + green * green + blue * blue;
+}
+
+/* The nearest colour that there is.  Cells that their owners may change cannot be had. */
+Status allocate_nearest(const XColor &wanted, XColor *colour) {
+    std::vector<XColor> cells(static_cast<size_t>(shared_map.cells));
+    for (size_t at = 0; at < cells.size(); at++) {
+        cells[at].pixel = at;
+    }
+    XQueryColors(shared_map.display, shared_map.colormap, cells.data(), shared_map.cells);
+    std::sort(cells.begin(), cells.end(), [&wanted](const XColor &one, const XColor &other) {
+        return distance(one, wanted) < distance(other, wanted);
+    });
+    for (const XColor &cell : cells) {
+        *colour = cell;
+        if (ask_library("XAllocColor", shared_map.display, shared_map.colormap, colour) != 0) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colour) {
     if (!is_known(display, colormap)) {
-        return ask_library("XAllocColor", display, colormap, colour);
+        const XColor wanted = *colour;
+        if (ask_library("XAllocColor", display, colormap, colour) != 0) {
+            return 1;
+        }
+        return display == shared_map.display && colormap == shared_map.colormap
+                   ? allocate_nearest(wanted, colour)
+                   : 0;
     }
     colour->pixel = known.red.to_pixel(colour->red) | known.green.to_pixel(colour->green) |
                     known.blue.to_pixel(colour->blue);
@@ -80,6 +120,9 @@ extern "C" int XQueryColor(Display *display, Colormap colormap, XColor *colour) 
 
 NB_VOID vga_work_out_colours(Display *display, Screen *screen) {
     const Visual *visual = DefaultVisualOfScreen(screen);
+    if (visual->c_class == PseudoColor || visual->c_class == GrayScale) {
+        shared_map = {display, DefaultColormapOfScreen(screen), visual->map_entries};
+    }
     if (visual->c_class != TrueColor || visual->red_mask == 0 || visual->green_mask == 0 ||
         visual->blue_mask == 0 || visual->bits_per_rgb < 1 || visual->bits_per_rgb > 16) {
         return;

@@ -3,7 +3,12 @@
  * some 600 times at start, which is most of the wait on a distant display.  On a TrueColor visual
  * the answer follows from the visual's masks.  So the X library's XAllocColor, XQueryColor and
  * XQueryColors are replaced here for the default colormap of the program's screen; calls for any
- * other colormap or visual go on to the library.  Without the build option QUILADMIN_OWN_COLOURS
+ * other colormap or visual go on to the library.
+ *
+ * Where the default colormap has cells that all programs share, and they are used up, XAllocColor
+ * gives the nearest colour that there is in place of none, which the toolkit would show as black.
+ *
+ * Without the build option QUILADMIN_OWN_COLOURS
  * nothing is replaced, and the server is asked. */
 #ifndef COLOURS_H
 #define COLOURS_H
@@ -12,7 +17,7 @@
 
 #include "nbtypes.h"
 
-/* From now on.  Without effect where the screen's default visual is not a TrueColor one. */
+/* From now on. */
 NB_VOID vga_work_out_colours(Display *display, Screen *screen);
 
 #endif
