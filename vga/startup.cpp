@@ -8,6 +8,7 @@
 #include "messages.h"
 #include "nbproblem.h"
 #include "resourcereader.h"
+#include "screenresources.h"
 #include "toolkit.h"
 #include "v0uidpth.h"
 #include "verbqueue.h"
@@ -30,7 +31,6 @@ namespace {
 
 constexpr NB_INT io_limit = 10;
 constexpr size_t locale_length = 5;
-constexpr NB_INT small_screen_height = 480;
 
 const NB_CHAR user_file[] = "/.quilrc";
 
@@ -137,29 +137,6 @@ NB_VOID read_own_option(NB_INT *argc, NB_CHAR **argv) {
     XrmInitialize();
     gvga_resource_database = XtDatabase(gvga_display);
     XrmParseCommand(&gvga_resource_database, options, std::size(options), VGA_CLASS, argc, argv);
-}
-
-/* Small screens get tighter margins and a small font, unless they are told otherwise. */
-NB_VOID add_small_screen_resources(NB_VOID) {
-    if (HeightOfScreen(gvga_screen) > small_screen_height) {
-        return;
-    }
-    XrmDatabase small = nullptr;
-    XrmPutStringResource(&small, VGA_CLASS "*marginHeight", "0");
-    XrmPutStringResource(&small, VGA_CLASS "*fontList", vga_message(VGA_MSG_SMALL_SCREEN_FONT));
-    XrmCombineDatabase(small, &gvga_resource_database, False);
-}
-
-/* Letters with soft edges are mixed with what they stand on, which the server can only do where a
- * pixel says its colour; of others it would make black ones. */
-NB_VOID add_few_colours_resources(NB_VOID) {
-    if (DefaultVisualOfScreen(gvga_screen)->c_class == TrueColor) {
-        return;
-    }
-    XrmDatabase sharp = nullptr;
-    XrmPutStringResource(&sharp, "Xft.render", "False");
-    XrmPutStringResource(&sharp, "Xft.antialias", "False");
-    XrmCombineDatabase(sharp, &gvga_resource_database, False);
 }
 
 NB_VOID merge_user_file(NB_VOID) {
@@ -283,8 +260,7 @@ NB_USHORT vga_initialise_frontend(NB_INT *argc, NB_CHAR **argv) {
     }
     start_toolkit(argc, argv);
     read_own_option(argc, argv);
-    add_small_screen_resources();
-    add_few_colours_resources();
+    vga_add_screen_resources(gvga_screen, &gvga_resource_database);
     merge_user_file();
     if (*argc >= 2) {
         vga_print_usage(1, argv);

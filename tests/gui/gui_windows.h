@@ -3,11 +3,14 @@
 #ifndef GUI_WINDOWS_H
 #define GUI_WINDOWS_H
 
+#include "gui_support.h" // before the X headers
+
+#include "colours.h"
 #include "commonnames.h"
-#include "gui_support.h"
 #include "linetable.h"
 #include "messages.h"
 #include "nbbase.h"
+#include "screenresources.h"
 #include "toolkit.h"
 #include "vgadgutl.h"
 #include <cstdlib>
@@ -45,6 +48,8 @@ private:
 /* Opens the display and the descriptions of the windows, as start-up does. */
 inline void open_windows() {
     open();
+    vga_work_out_colours(gvga_display, gvga_screen);
+    vga_add_screen_resources(gvga_screen, &gvga_resource_database);
     char file[] = "quildlg.uid";
     String files[] = {file};
     ASSERT_EQ(MrmOpenHierarchyPerDisplay(gvga_display, 1, files, nullptr, &gvga_uil_hierarchy),

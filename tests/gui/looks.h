@@ -21,7 +21,8 @@ namespace looks {
 struct LOOK {
     const char *name, *resources, *language;
     double text_contrast;
-    int unit; // pixels of a font unit
+    int unit;         // pixels of a font unit
+    double slack = 0; // of contrasts, where only the nearest colour can be had
 };
 
 inline const LOOK cases[] = {
@@ -30,6 +31,8 @@ inline const LOOK cases[] = {
     {"contrast", "Quiladmin*customization: -contrast\n", "", 7, 8},
     {"dots", "Xft.dpi: 192\nQuiladmin*size: big\n", "", 4.5, 16},
     {"pseudo", "", "xx_XX", 4.5, 8},
+    {"planes", "", "", 4.5, 8},    // eight
+    {"full", "", "", 4.5, 8, 0.1}, // eight, and others have taken all colours that are left
 };
 
 inline const LOOK &look() {
@@ -107,6 +110,18 @@ inline void expect_whole(Widget widget) {
     }
 }
 
+/* Takes all colours that nobody has yet. */
+inline void take_colours() {
+    const Visual *visual = DefaultVisualOfScreen(gvga_screen);
+    ASSERT_EQ(visual->c_class, PseudoColor);
+    std::vector<unsigned long> cells(static_cast<size_t>(visual->map_entries));
+    for (unsigned count = static_cast<unsigned>(cells.size()); count > 0; count /= 2) {
+        while (XAllocColorCells(gvga_display, DefaultColormapOfScreen(gvga_screen), False, nullptr,
+                                0, cells.data(), count) != 0) {
+        }
+    }
+}
+
 /* What start-up does, in the look. */
 inline void open_windows() {
     if (gvga_uil_hierarchy != nullptr) {
@@ -118,6 +133,9 @@ inline void open_windows() {
     nba_pd_set_log("/dev/null", NB_PD_ALL);
     ASSERT_EQ(vga_load_messages(), 1);
     gui::open_windows();
+    if (look().slack > 0) {
+        take_colours();
+    }
 }
 
 } // namespace looks
