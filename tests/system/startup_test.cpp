@@ -233,7 +233,8 @@ TEST_F(SmallScreen, EveryListHasTwoLines) {
     }
 }
 
-/* It comes up with its lists, on the screen and not beyond. */
+/* It comes up on the screen and not beyond.  Letters with sharp edges are drawn dot by dot, which
+ * the canvas does not read. */
 TEST_F(SmallScreen, LowAndWithFewColours) {
     use_screen_of("800x480x8");
     start_node();
@@ -247,7 +248,12 @@ TEST_F(SmallScreen, LowAndWithFewColours) {
     EXPECT_LE(place_of.width, DisplayWidth(display, 0));
     EXPECT_LE(place_of.height, DisplayHeight(display, 0));
     XCloseDisplay(display);
-    EXPECT_EQ(run_to_end(program, window), "");
+    screen().ask_to_close(window);
+    WindowId question = 0;
+    ASSERT_TRUE(wait_for([&] { return (question = screen().find(message(185))) != 0; }));
+    screen().focus(question);
+    screen().key("Return");
+    expect_end(program, 0);
 }
 
 } // namespace sys
