@@ -1,10 +1,12 @@
 /* The viewer beside a list that only draws and beside the toolkit's own list: time and memory, from
  * a thousand lines to a million.
  *
- *   bench_viewer [largest number of lines]
+ *   bench_viewer [largest number of lines [server-font]]
  *
- * Times are of the wall, with the server's part (every measured drawing ends with XSync), but for
- * those called processor time, which are this process's.  The lists take turns, and a ratio is the
+ * Lists are drawn in the scalable font that is shipped or, when asked, in one of the server, all in
+ * the same.  Times are of the wall, with the server's part (every measured drawing ends with
+ * XSync), but for those called processor time: the client's is this process's, and the server's is
+ * had where the server is our own (without DISPLAY).  The lists take turns, and a ratio is the
  * median of the ratios of the turns, so that a machine that is busy with other things slows both
  * sides alike.  Status 1 when a goal is missed. */
 #include "graphics.h"
@@ -12,6 +14,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <malloc.h>
 #include <memory>
@@ -25,7 +28,9 @@ using namespace bench;
 constexpr size_t list_limit = 100000;  /* beyond, the toolkit's list takes minutes */
 constexpr size_t churn_lines = 100000; /* for the single operations */
 constexpr double fill_goal = 0.5;      /* of the toolkit's list */
+constexpr double bare_fill_goal = 1.2; /* of the bare list, from the lines of a big node on */
 constexpr double page_goal = 1.3;      /* of the bare list */
+constexpr double list_goal = 1;        /* of the toolkit's list */
 constexpr double growth_goal = 1.2;    /* a page of the longest list to one of the shortest */
 constexpr double insert_goal = 1;      /* ms */
 constexpr double random_goal = 2;      /* s */
@@ -67,11 +72,23 @@ struct TURNS {
     }
 };
 
+/* Processor time of the client and of the server, in ms. */
+struct COSTS {
+    std::vector<double> client, server;
+    template <class Work> double of(const Work &work) {
+        const double before = server_seconds();
+        double time = 0;
+        client.push_back(processor([&] { time = wall(work); }) * 1e3);
+        server.push_back((server_seconds() - before) * 1e3);
+        return time * 1e3;
+    }
+};
+
 /* A row of the table: our figure, theirs and the ratio, where there are any, and a goal for the
  * ratio or, without one, for our figure. */
 void print(const char *what, size_t lines, double ours, const char *unit, double theirs = 0,
            double ratio = 0, double goal = 0) {
-    printf("%-44s %8zu  %9.3f %-5s", what, lines, ours, unit);
+    printf("%-50s %8zu  %9.3f %-5s", what, lines, ours, unit);
     if (theirs != 0) {
         printf(" %9.3f  %6.2f", theirs, ratio != 0 ? ratio : ours / theirs);
     } else {
@@ -84,6 +101,15 @@ void print(const char *what, size_t lines, double ours, const char *unit, double
     }
     printf("\n");
     fflush(stdout);
+}
+
+void print_costs(const std::string &beside, size_t lines, const COSTS &ours, const COSTS &theirs) {
+    print(("  client's processor time, beside the " + beside).c_str(), lines, median(ours.client),
+          "ms", median(theirs.client));
+    if (median(theirs.server) > 0) {
+        print(("  server's processor time, beside the " + beside).c_str(), lines,
+              median(ours.server), "ms", median(theirs.server));
+    }
 }
 
 struct LISTS {
@@ -150,24 +176,27 @@ void measure_pages(LISTS *lists, LINES *lines) {
     catch_up();
     std::mt19937 random(1);
     TURNS bare, list;
+    COSTS our_costs, bare_costs, list_costs;
     for (int step = 0; step < steps; ++step) {
         // Half of them one page further, half of them anywhere.
         const size_t page = step % 2 == 0 ? static_cast<size_t>(step) % pages : random() % pages;
         const size_t first = page * page_lines;
-        const auto our_step = [&] { return wall([&] { lists->ours.step(first); }) * 1e3; };
-        const auto bare_step = [&] { return wall([&] { lists->bare.step(first); }) * 1e3; };
+        const auto our_step = [&] { return our_costs.of([&] { lists->ours.step(first); }); };
+        const auto bare_step = [&] { return bare_costs.of([&] { lists->bare.step(first); }); };
         const bool turn = step % 4 < 2;
         const double one = turn ? our_step() : bare_step(), other = turn ? bare_step() : our_step();
         bare.add(turn ? one : other, turn ? other : one);
         if (toolkit) {
-            list.add(bare.ours.back(), wall([&] { lists->toolkit.step(first); }) * 1e3);
+            list.add(bare.ours.back(), list_costs.of([&] { lists->toolkit.step(first); }));
         }
     }
     print("page step, beside the bare list", count, median(bare.ours), "ms", median(bare.theirs),
           median(bare.ratios), page_goal);
+    print_costs("bare list", count, our_costs, bare_costs);
     if (toolkit) {
         print("page step, beside the toolkit's", count, median(list.ours), "ms",
-              median(list.theirs), median(list.ratios));
+              median(list.theirs), median(list.ratios), list_goal);
+        print_costs("toolkit's", count, our_costs, list_costs);
         lists->toolkit.clear();
     }
     const double found = wall([&] {
@@ -321,10 +350,10 @@ void measure_random(LISTS *lists, size_t count, double goal) {
 
 int main(int argc, char **argv) {
     const size_t largest = std::max(argc > 1 ? strtoul(argv[1], nullptr, 10) : 1000000, 1000UL);
-    open_display();
+    open_display(argc > 2 && strcmp(argv[2], "server-font") == 0);
     LISTS lists;
     catch_up();
-    printf("%-44s %8s  %9s %-5s %9s  %6s  %5s\n", "", "lines", "viewer", "", "other", "ratio",
+    printf("%-50s %8s  %9s %-5s %9s  %6s  %5s\n", "", "lines", "viewer", "", "other", "ratio",
            "goal");
     for (size_t count = 1000; count <= largest; count *= 10) {
         LINES lines = make_lines(count);

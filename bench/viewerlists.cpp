@@ -14,6 +14,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <span>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,6 +26,7 @@ namespace {
 constexpr int window_width = 780;
 constexpr int line_height = 20; // of the small icons
 constexpr NB_CHAR font_name[] = "-misc-fixed-medium-r-semicondensed--13-*-*-*-*-*-*-*";
+constexpr NB_CHAR scalable_font[] = "DejaVu Sans Mono:size=9";
 constexpr NB_USHORT group_icon = 2, member_icon = 6;
 enum TYPE : NB_USHORT { GROUP, MEMBER, TYPES };
 
@@ -56,13 +58,16 @@ constexpr VGA_VIEWER_DESC types[TYPES] = {row(choose_group_icon, 1), row(choose_
     exit(2);
 }
 
+pid_t server_process;
+
 /* A server that ends with this process; its display becomes DISPLAY. */
 void start_server() {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
         die("no pipe");
     }
-    if (fork() == 0) {
+    server_process = fork();
+    if (server_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         dup2(ends[1], STDOUT_FILENO);
         dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
@@ -147,7 +152,7 @@ bool begins_group(size_t line) {
     return line % group_lines == 0;
 }
 
-void open_display() {
+void open_display(bool server_font) {
     setenv("UIDPATH", BENCH_UID_PATH, 0);
     setenv("LC_ALL", "C", 1);
     if (getenv("DISPLAY") == nullptr) {
@@ -168,7 +173,34 @@ void open_display() {
     gvga_resource_database = XtDatabase(gvga_display);
     XrmPutStringResource(&gvga_resource_database, "Quiladmin*size", "small");
     gvga_messages[VGA_MSG_SMALL_FONT] = font_name;
+    XrmPutStringResource(&gvga_resource_database, "*list.renderTable", "");
+    const NB_CHAR *const resources[][2] = {
+        {"*list.fontList", font_name},
+        {"Quiladmin*viewerFont", scalable_font},
+        {"*list.renderTable.fontType", "FONT_IS_XFT"},
+        {"*list.renderTable.fontName", "DejaVu Sans Mono"},
+        {"*list.renderTable.fontSize", "9"},
+    };
+    for (const auto &[name, value] :
+         std::span(resources).subspan(server_font ? 0 : 1, server_font ? 1 : 4)) {
+        XrmPutStringResource(&gvga_resource_database, name, value);
+    }
     vga_viewer_set_types(types, TYPES);
+}
+
+double server_seconds() {
+    if (server_process == 0) {
+        return 0;
+    }
+    const std::string path = "/proc/" + std::to_string(server_process) + "/schedstat";
+    double nanoseconds = 0;
+    if (FILE *file = fopen(path.c_str(), "re")) {
+        if (fscanf(file, "%lf", &nanoseconds) != 1) {
+            nanoseconds = 0;
+        }
+        fclose(file);
+    }
+    return nanoseconds * 1e-9;
 }
 
 void catch_up() {
@@ -239,6 +271,7 @@ BARE::BARE(int place) {
     XtRealizeWidget(window.shell);
     gc_ = gvga_normal_gc;
     erase_ = gvga_inverted_gc;
+    canvas_ = vga_list_canvas(gvga_display, XtWindow(area_));
 }
 
 void BARE::fill(const LINES &lines) {
@@ -269,13 +302,15 @@ void BARE::step(size_t first) {
     Dimension width = 0, window_height = 0;
     XtVaGetValues(area_, XmNwidth, &width, XmNheight, &window_height, nullptr);
     XFillRectangle(gvga_display, XtWindow(area_), erase_, 0, 0, width, window_height);
+    VGA_LIST_PEN pen(gvga_display, XtWindow(area_), canvas_, gc_);
     for (int y = 0; first < rows_.size() && y < window_height; y += height) {
-        draw_row(rows_[first++], y);
+        draw_row(rows_[first++], y, &pen);
     }
+    pen.draw();
     XSync(gvga_display, False);
 }
 
-void BARE::draw_row(const ROW &row, int y) const {
+void BARE::draw_row(const ROW &row, int y, VGA_LIST_PEN *pen) const {
     int x = 0;
     const auto icon = [&](int number, NB_ULONG width, NB_ULONG height, NB_ULONG down) {
         XCopyArea(gvga_display, gvga_pixmaps[number], XtWindow(area_), gc_, 0, 0,
@@ -291,17 +326,14 @@ void BARE::draw_row(const ROW &row, int y) const {
          gvga_viewer_icon_y);
     x += static_cast<int>(gvga_viewer_icon_width) + 4;
     for (const RUN &run : row.runs) {
-        XmbDrawString(gvga_display, XtWindow(area_), gvga_viewer_fontset, gc_,
-                      x + run.column * static_cast<int>(gvga_viewer_char_width),
-                      y + static_cast<int>(gvga_viewer_text_y), run.text, run.length);
+        pen->put(x + run.column * static_cast<int>(gvga_viewer_char_width),
+                 y + static_cast<int>(gvga_viewer_text_y), run.text, run.length);
     }
 }
 
 /* The toolkit's. */
 
 TOOLKIT::TOOLKIT(int place) {
-    XrmPutStringResource(&gvga_resource_database, "*list.renderTable", "");
-    XrmPutStringResource(&gvga_resource_database, "*list.fontList", font_name);
     const WINDOW window = make_window(place);
     list_ = XtVaCreateManagedWidget("list", xmListWidgetClass, window.scrolled, XmNvisibleItemCount,
                                     page_lines, XmNlistSizePolicy, XmCONSTANT,

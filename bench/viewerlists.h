@@ -8,6 +8,7 @@
 #ifndef VIEWERLISTS_H
 #define VIEWERLISTS_H
 
+#include "listfont.h"
 #include "vgaviewr.h"
 #include <Xm/Xm.h>
 #include <string>
@@ -28,8 +29,12 @@ using LINES = std::vector<LINE>;
 /* The same `count` lines at every call. */
 LINES make_lines(size_t count);
 
-/* Connects the toolkit and makes icons, contexts and font, on DISPLAY or on a server of its own. */
-void open_display();
+/* Connects the toolkit and makes icons, contexts and font, on DISPLAY or on a server of its own.
+ * The font of all lists is the scalable one that is shipped, or one of the server. */
+void open_display(bool server_font);
+
+/* Processor time of our own server; 0 on DISPLAY. */
+double server_seconds();
 void catch_up();
 bool begins_group(size_t line);
 
@@ -63,10 +68,11 @@ private:
         RUN runs[5];
         bool group;
     };
-    void draw_row(const ROW &row, int y) const;
+    void draw_row(const ROW &row, int y, VGA_LIST_PEN *pen) const;
 
     Widget area_, bar_;
     GC gc_, erase_;
+    XftDraw *canvas_;
     std::vector<ROW> rows_;
 };
 

@@ -1,15 +1,20 @@
 #!/usr/bin/env python3
 """Makes one UIL module of icon literals from the drawings in src/.
 
-    svg2uil.py --set small|big --table icons.txt --src src --out icons.uil
+    svg2uil.py --set small --table icons.txt --src src --out icons.uil
 
 Every row of the table names an icon, its class (which fixes the size), its drawing and whether
 it is coloured or greyed.  For each icon the module exports <name><suffix>_icon and, for selected
-lines, <name><suffix>_iconi: the same picture with foreground and background exchanged.
+lines, <name><suffix>_iconi.  There the ground is the window's foreground, and a picture keeps its
+outlines on a plate of the background that follows them.  Only the expanders, which have a bevel
+for an outline, exchange the two colours.
+
+A mark of a state goes on top of another icon, in ink of a colour of its own: instead of a picture
+for selected lines it has one in ink of all that it covers, which is a plate that follows it.
 
 The drawings use the colours of PALETTE and no others.  Ink and ground stand for the window's
-foreground and background, so they change places on a selected line; the other colours stay.
-Hence the rule of the set: ink for outlines, slate for what is drawn inside a filled shape.
+foreground and background.  Hence the rule of the set: ink for outlines, slate for what is drawn
+inside a filled shape.
 """
 
 import argparse
@@ -43,15 +48,19 @@ GREYED = {mark: MARKS['grey' if name in ('ink', 'slate', 'grey') else 'ground']
           for name, mark in MARKS.items()}
 TINTS = {'colour': None, 'grey': GREYED}
 
-SETS = {'small': ('', {'line': 20, 'tool': 24, 'expand': 13}),
-        'big': ('big', {'line': 28, 'tool': 36, 'expand': 17})}
+SETS = {'small': ('', {'line': 20, 'mark': 20, 'tool': 24, 'expand': 13}),
+        'big': ('big', {'line': 28, 'mark': 28, 'tool': 36, 'expand': 17}),
+        'medium': ('medium', {'line': 42, 'mark': 42, 'tool': 54, 'expand': 25}),
+        'large': ('large', {'line': 56, 'mark': 56, 'tool': 72, 'expand': 34})}
+EXPANDERS_GAP = {13: 3, 17: 3, 25: 5, 34: 6}  # blank columns towards the icon of the line
+PLATE_UNITS = 20  # a plate reaches a pixel beyond the picture for each so many of its pixels
 
 SAMPLES = 4         # samples a pixel in each direction
 COLUMNS = 10        # icons in a row of the sheet
 OUTLINE_WEIGHT = 5  # votes of an ink or slate sample, so that thin strokes keep their pixels
 FILL_WEIGHT = 4
 
-Icon = collections.namedtuple('Icon', 'name pixels drawing tint')
+Icon = collections.namedtuple('Icon', 'name kind pixels drawing tint')
 
 
 def read_table(path, source_folder, pixels_of_class):
@@ -68,7 +77,7 @@ def read_table(path, source_folder, pixels_of_class):
             name, kind, source, tint = fields
             if source not in drawings:
                 drawings[source] = read_drawing(source_folder, source, parts)
-            icons.append(Icon(name, pixels_of_class[kind], drawings[source], TINTS[tint]))
+            icons.append(Icon(name, kind, pixels_of_class[kind], drawings[source], TINTS[tint]))
     return icons
 
 
@@ -125,6 +134,33 @@ def picture(marks, x, y, icon):
     return rows
 
 
+def on_plate(rows):
+    """The picture for a selected line: what is further from it than the plate reaches is ink."""
+    reach = round(len(rows) / PLATE_UNITS)
+    around = range(-reach, reach + 1)
+    size = len(rows)
+
+    def is_ground(x, y):
+        return not (0 <= x < size and 0 <= y < size) or rows[y][x] == GROUND
+
+    outside, found = set(), [(-1, -1)]
+    while found:
+        x, y = found.pop()
+        if (x, y) not in outside and -1 <= min(x, y) and max(x, y) <= size and is_ground(x, y):
+            outside.add((x, y))
+            found += [(x - 1, y), (x + 1, y), (x, y - 1), (x, y + 1)]
+    return [''.join(INK if (x, y) in outside and all(is_ground(x + right, y + down)
+                                                     for right in around for down in around)
+                    else row[x] for x in range(size)) for y, row in enumerate(rows)]
+
+
+def covered(rows):
+    """What a mark covers of the icon under it."""
+    plate = on_plate(rows)
+    return [''.join(GROUND if mark == GROUND and on == INK else INK
+                    for mark, on in zip(row, plate_row)) for row, plate_row in zip(rows, plate)]
+
+
 def vote(samples):
     """The mark of one pixel: ground when more than half of it is, else the strongest colour."""
     counts = collections.Counter(samples)
@@ -146,15 +182,20 @@ def write_module(path, module, suffix, icons, pictures):
     for colours in sorted(set(used)):
         entries = ''.join(f",\n        pal_{name}='{mark}'" for name, _, mark in PALETTE
                           if mark in colours)
-        for form, ground, ink in (('n', 'background', 'foreground'),
-                                  ('i', 'foreground', 'background')):
-            out += [f"    tab_{form}_{colours} : color_table({ground} color='{GROUND}', "
-                    f"{ink} color='{INK}'{entries});"]
+        out += [f"    tab_n_{colours} : color_table(background color='{GROUND}', "
+                f"foreground color='{INK}'{entries});"]
+    out += [f"    tab_i_ : color_table(foreground color='{GROUND}', background color='{INK}');"]
     for icon, rows, colours in zip(icons, pictures, used):
-        body = ',\n'.join(f"        '{row}'" for row in rows)
-        for form, ending in (('n', ''), ('i', 'i')):
+        forms = [('', f'tab_n_{colours}', rows), ('i', f'tab_n_{colours}', on_plate(rows))]
+        if icon.kind == 'expand':
+            rows = [row + GROUND * EXPANDERS_GAP[len(rows)] for row in rows]
+            forms = [('', 'tab_n_', rows), ('i', 'tab_i_', rows)]
+        elif icon.kind == 'mark':
+            forms = [('', 'tab_n_', rows), ('i', 'tab_n_', covered(rows))]
+        for ending, table, picture_rows in forms:
+            body = ',\n'.join(f"        '{row}'" for row in picture_rows)
             out += [f'    {icon.name}{suffix}_icon{ending} : exported icon('
-                    f'color_table = tab_{form}_{colours},\n{body});']
+                    f'color_table = {table},\n{body});']
     out += ['end module;', '']
     with open(path, 'w', encoding='ascii') as module_file:
         module_file.write('\n'.join(out))

@@ -10,7 +10,7 @@ import svg2uil
 from gridfit import Drawing, DrawingError, Grid
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-SIZES = ((20, 28), (24, 36), (13, 17), (20, 20))
+SIZES = ((20, 28), (24, 36), (13, 17), (20, 20), (20, 42), (20, 56), (24, 54), (13, 25), (13, 34))
 
 
 class GridTest(unittest.TestCase):
@@ -78,8 +78,8 @@ class IconSetTest(unittest.TestCase):
 
     def test_every_icon_is_a_full_square_of_its_own(self):
         for pictures in self.sets:
-            self.assertEqual(len(pictures), 85)
-            self.assertEqual(len({tuple(rows) for rows in pictures.values()}), 85)
+            self.assertEqual(len(pictures), 85 + 4)
+            self.assertEqual(len({tuple(rows) for rows in pictures.values()}), 85 + 4)
             for name, rows in pictures.items():
                 self.assertEqual({len(row) for row in rows}, {len(rows)}, name)
 
@@ -90,6 +90,17 @@ class IconSetTest(unittest.TestCase):
                 border = rows[0] + rows[-1] + ''.join(row[0] + row[-1] for row in rows)
                 self.assertEqual(border.strip(), '', name)
                 self.assertIn(svg2uil.INK, ''.join(rows))
+
+    def test_pictures_of_selected_lines_keep_their_outlines_on_a_plate(self):
+        for pictures in self.sets:
+            for name in ('ls', 'pu', 'remsys'):
+                rows = pictures[name]
+                for row, selected in zip(rows, svg2uil.on_plate(rows)):
+                    for mark, to in zip(row, selected):
+                        self.assertIn(to, mark if mark != svg2uil.GROUND
+                                      else (svg2uil.GROUND, svg2uil.INK), name)
+            self.assertEqual(set(''.join(svg2uil.on_plate(pictures['blank']))), {svg2uil.INK})
+            self.assertIn(svg2uil.GROUND, ''.join(svg2uil.on_plate(pictures['lu62'])))
 
     def test_insensitive_pictures_are_grey_and_otherwise_the_same(self):
         for pictures in self.sets:

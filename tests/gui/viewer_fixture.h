@@ -7,11 +7,13 @@
 
 #include "graphics.h"
 #include "headings.h"
+#include "listfont.h"
 #include "messages.h"
 #include "verbqueue.h"
 #include "vgaviewr.h"
 #include <Xm/DrawingA.h>
 #include <Xm/DrawnB.h>
+#include <Xm/Screen.h>
 #include <Xm/ScrollBar.h>
 #include <Xm/ScrolledW.h>
 #include <cstring>
@@ -97,6 +99,7 @@ protected:
     static void SetUpTestSuite() {
         gui::open();
         XrmPutStringResource(&gvga_resource_database, "Quiladmin*size", "small");
+        XrmPutStringResource(&gvga_resource_database, "Quiladmin*viewerFont", "DejaVu Sans Mono");
         gvga_messages[VGA_MSG_SMALL_FONT] = "-misc-fixed-medium-r-semicondensed--13-*-*-*-*-*-*-*";
     }
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
-#include <cwchar>
 
 namespace {
 
@@ -94,37 +93,49 @@ NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER
     return 1;
 }
 
+NB_USHORT VGA_VIEWER_CHARACTERS::next(VGA_VIEWER_CHARACTER *character) {
+    if (left_ <= 0) {
+        return 0;
+    }
+    if (is_plain(*text_)) {
+        *character = {static_cast<wchar_t>(*text_), 1, 1};
+    } else {
+        wchar_t code = L'\0';
+        const size_t bytes = mbrtowc(&code, text_, static_cast<size_t>(left_), &state_);
+        if (bytes == 0 || bytes > static_cast<size_t>(left_)) {
+            state_ = mbstate_t(); // no character of the locale: a byte is shown as one
+            *character = {static_cast<unsigned char>(*text_), 1, 1};
+        } else {
+            *character = {code, static_cast<NB_INT>(bytes),
+                          static_cast<NB_USHORT>(std::max(wcwidth(code), 0))};
+        }
+    }
+    text_ += character->length;
+    left_ -= character->length;
+    return 1;
+}
+
+NB_ULONG vga_viewer_columns(const NB_CHAR *text, NB_INT length) {
+    VGA_VIEWER_CHARACTERS characters(text, length);
+    VGA_VIEWER_CHARACTER character;
+    NB_ULONG columns = 0;
+    while (characters.next(&character) != 0) {
+        columns += character.columns;
+    }
+    return columns;
+}
+
 NB_INT vga_viewer_cut(const NB_CHAR *text, NB_INT length, NB_ULONG columns) {
     // No character takes more columns than it has bytes.
     if (static_cast<NB_ULONG>(length) <= columns) {
         return length;
     }
-    mbstate_t state = {};
+    VGA_VIEWER_CHARACTERS characters(text, length);
+    VGA_VIEWER_CHARACTER character;
     NB_INT cut = 0;
-    NB_ULONG used = 0;
-    while (cut < length) {
-        if (is_plain(text[cut])) {
-            if (used == columns) {
-                break;
-            }
-            ++used;
-            ++cut;
-            continue;
-        }
-        wchar_t character = L'\0';
-        size_t bytes = mbrtowc(&character, text + cut, static_cast<size_t>(length - cut), &state);
-        NB_INT width = 1;
-        if (bytes == 0 || bytes > static_cast<size_t>(length - cut)) {
-            state = mbstate_t(); // no character of the locale: a byte is shown as one
-            bytes = 1;
-        } else {
-            width = std::max(wcwidth(character), 0);
-        }
-        if (used + static_cast<NB_ULONG>(width) > columns) {
-            break;
-        }
-        used += static_cast<NB_ULONG>(width);
-        cut += static_cast<NB_INT>(bytes);
+    while (characters.next(&character) != 0 && character.columns <= columns) {
+        columns -= character.columns;
+        cut += character.length;
     }
     return cut;
 }

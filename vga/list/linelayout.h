@@ -4,6 +4,7 @@
 #define LINELAYOUT_H
 
 #include "nbtypes.h"
+#include <cwchar>
 
 #define VGA_VIEWER_MAX_TEXT_LENGTH 1000 /* bytes of a line */
 #define VGA_VIEWER_TEXT_BUFFER     4096 /* bytes that a writer of lines may use */
@@ -24,6 +25,29 @@ NB_USHORT vga_viewer_next_run(const NB_CHAR **text, NB_ULONG *column, VGA_VIEWER
  * where the locale has none) in its last place, so that it is seen to be cut.  `text` has room for
  * VGA_VIEWER_TEXT_BUFFER + 1 bytes.  Returns 1 when it cut any. */
 NB_USHORT vga_viewer_mark_cuts(NB_CHAR *text);
+
+/* A character of a text as it stands in a column. */
+struct VGA_VIEWER_CHARACTER {
+    wchar_t code;      /* of a byte that is no character of the locale, the byte */
+    NB_INT length;     /* bytes */
+    NB_USHORT columns; /* 2 for a wide one, 0 for one that goes on top of that before it */
+};
+
+/* The characters of a text one after the other. */
+class VGA_VIEWER_CHARACTERS {
+public:
+    VGA_VIEWER_CHARACTERS(const NB_CHAR *text, NB_INT length) : text_(text), left_(length) {}
+    /* 0 at the end. */
+    NB_USHORT next(VGA_VIEWER_CHARACTER *character);
+
+private:
+    const NB_CHAR *text_;
+    NB_INT left_;
+    mbstate_t state_ = {};
+};
+
+/* The columns that a text takes. */
+NB_ULONG vga_viewer_columns(const NB_CHAR *text, NB_INT length);
 
 /* The bytes of the first `columns` columns of the text, a whole number of characters. */
 NB_INT vga_viewer_cut(const NB_CHAR *text, NB_INT length, NB_ULONG columns);

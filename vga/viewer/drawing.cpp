@@ -10,153 +10,7 @@
 
 namespace {
 
-constexpr NB_ULONG icon_gap = 4; // pixels between icon and text
-
-/* One line. */
-
-/* Where a line is being drawn: a pixmap of one line, so that the window never shows it half done.
- */
-struct PEN {
-    VGA_VIEWER_VIEW *view;
-    Display *display;
-    Drawable drawable;
-    GC gc;
-    const Pixmap *pixmaps;
-    NB_INT x;
-};
-
-NB_VOID draw_pixmap(const PEN &pen, NB_USHORT icon, NB_ULONG width, NB_ULONG height, NB_ULONG y) {
-    XCopyArea(pen.display, pen.pixmaps[icon], pen.drawable, pen.gc, 0, 0,
-              static_cast<unsigned>(width), static_cast<unsigned>(height), pen.x,
-              static_cast<NB_INT>(y));
-}
-
-NB_VOID draw_icons(PEN *pen, const VGA_VIEWER_ITEM *item, const VGA_VIEWER_DESC *desc) {
-    pen->x += static_cast<NB_INT>(desc->level * gvga_viewer_indent_width);
-    if (desc->expandable != 0 && vga_viewer_has_children(item) != 0) {
-        draw_pixmap(*pen, item->expanded != 0 ? VGA_ICON_MINUS : VGA_ICON_PLUS,
-                    gvga_viewer_expand_icon_width, gvga_viewer_expand_icon_height,
-                    gvga_viewer_expand_icon_y);
-    }
-    if (desc->expandable != 0 || desc->flat == 0) {
-        pen->x += static_cast<NB_INT>(gvga_viewer_expand_icon_width);
-    }
-    if (desc->show_icon != 0) {
-        NB_USHORT icon = desc->choose_icon != nullptr ? desc->choose_icon(item->data)
-                                                      : NB_USHORT{VGA_ICON_BLANK};
-        icon = icon < VGA_ICON_COUNT ? icon : NB_USHORT{VGA_ICON_BLANK};
-        draw_pixmap(*pen, icon, gvga_viewer_icon_width, gvga_viewer_icon_height,
-                    gvga_viewer_icon_y);
-        pen->x += static_cast<NB_INT>(gvga_viewer_icon_width + icon_gap);
-    }
-}
-
-VGA_VIEWER_RUN last_run(const NB_CHAR *text) {
-    NB_ULONG column = 0;
-    VGA_VIEWER_RUN run = {};
-    while (vga_viewer_next_run(&text, &column, &run) != 0) {
-    }
-    return run;
-}
-
-NB_ULONG width_with_last(const VGA_VIEWER_RUN &last) {
-    return last.column * gvga_viewer_char_width + vga_viewer_measure(last.text, last.length);
-}
-
-/* The width is taken when the line is first drawn, and the content is at least as wide. */
-NB_VOID measure(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, const VGA_VIEWER_RUN &last) {
-    if (item->laid_out == 0) {
-        item->laid_out = 1;
-        item->line_width =
-            vga_viewer_left_width(vga_viewer_type(item->type)) + width_with_last(last);
-    }
-    if (item->line_width > view->content_width) {
-        view->content_width = item->line_width;
-        view->bars_due = 1;
-    }
-}
-
-/* Pixels from the left edge of the window that the line needs the pixmap for; what is right of them
- * is ground.  The text is taken as if each of its bytes had a column of its own, which costs no
- * measuring and in a fixed pitch is never too little; for another font there is the measured width.
- */
-NB_ULONG inked_width(const VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *item,
-                     const VGA_VIEWER_DESC *desc, const VGA_VIEWER_RUN &last) {
-    if (desc->decor_cb != nullptr || view->root->outline_viewer == item) {
-        return view->window_width;
-    }
-    const NB_ULONG columns = last.column + static_cast<NB_ULONG>(last.length);
-    const NB_ULONG right =
-        std::max(vga_viewer_left_width(desc) + columns * gvga_viewer_char_width, item->line_width);
-    return std::clamp<NB_ULONG>(right, view->x_offset, view->x_offset + view->window_width) -
-           view->x_offset;
-}
-
-NB_VOID vga_draw_viewer(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM *item, NB_INT window_y) {
-    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
-    const bool selected = item->selected != 0;
-    PEN pen = {view,
-               XtDisplay(view->draw_widget),
-               view->line_pixmap,
-               selected ? gvga_inverted_gc : gvga_normal_gc,
-               selected ? gvga_inverted_pixmaps : gvga_pixmaps,
-               -static_cast<NB_INT>(view->x_offset)};
-    const GC ground = selected ? gvga_normal_gc : gvga_inverted_gc;
-    const Window window = XtWindow(view->draw_widget);
-    const unsigned width = static_cast<unsigned>(view->window_width);
-    const unsigned height = static_cast<unsigned>(gvga_viewer_item_height);
-    NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
-    vga_viewer_line_text(item, text);
-    const VGA_VIEWER_RUN last = last_run(text);
-    measure(view, item, last);
-    const unsigned inked = static_cast<unsigned>(inked_width(view, item, desc, last));
-    if (inked != 0) {
-        XFillRectangle(pen.display, pen.drawable, ground, 0, 0, inked, height);
-        draw_icons(&pen, item, desc);
-        vga_viewer_draw_text(pen.display, pen.drawable, pen.gc, pen.x, view->window_width, text);
-        if (desc->decor_cb != nullptr) {
-            desc->decor_cb(item->data, view->draw_widget, pen.drawable, pen.x, 0, pen.gc);
-        }
-        if (view->root->outline_viewer == item) {
-            XDrawRectangle(pen.display, pen.drawable, gvga_outline_gc, 0, 0, width - 1, height - 1);
-        }
-        XCopyArea(pen.display, pen.drawable, window, gvga_normal_gc, 0, 0, inked, height, 0,
-                  window_y);
-    }
-    if (inked < width) {
-        XFillRectangle(pen.display, window, ground, static_cast<NB_INT>(inked), window_y,
-                       width - inked, height);
-    }
-}
-
 /* A band of lines. */
-
-/* Makes the pixmap wide enough; 0 without a window to draw in. */
-bool ready_to_draw(VGA_VIEWER_VIEW *view) {
-    if (!XtIsRealized(view->draw_widget) || gvga_viewer_item_height == 0 ||
-        gvga_normal_gc == nullptr || view->window_width < 2) {
-        return false;
-    }
-    if (view->line_pixmap_width < view->window_width) {
-        Display *const display = XtDisplay(view->draw_widget);
-        if (view->line_pixmap != 0) {
-            XFreePixmap(display, view->line_pixmap);
-        } else {
-            // Or the server would blank the window whenever a scroll bar comes or goes.
-            XSetWindowAttributes attributes;
-            attributes.bit_gravity = NorthWestGravity;
-            XChangeWindowAttributes(display, XtWindow(view->draw_widget), CWBitGravity,
-                                    &attributes);
-        }
-        NB_INT depth = 0;
-        XtVaGetValues(view->draw_widget, XmNdepth, &depth, nullptr);
-        view->line_pixmap_width = view->window_width;
-        view->line_pixmap = XCreatePixmap(
-            display, XtWindow(view->draw_widget), static_cast<unsigned>(view->window_width),
-            static_cast<unsigned>(gvga_viewer_item_height), static_cast<unsigned>(depth));
-    }
-    return true;
-}
 
 /* Draws the lines of the band that the window shows, and the ground below the last line. */
 NB_VOID vga_viewer_redraw(VGA_VIEWER_VIEW *view, VGA_VIEWER_BAND band) {
@@ -169,9 +23,9 @@ NB_VOID vga_viewer_redraw(VGA_VIEWER_VIEW *view, VGA_VIEWER_BAND band) {
         return;
     }
     VGA_VIEWER_ITEM *item = vga_viewer_find_line(view->root, line);
-    for (; item != nullptr && line < end; ++line) {
-        vga_draw_viewer(view, item, static_cast<NB_INT>((line - first) * height));
-        item = vga_viewer_get_next_item(view->root, item);
+    while (item != nullptr && line < end) {
+        const auto window_y = static_cast<NB_INT>((line - first) * height);
+        line += vga_viewer_draw_lines(view, &item, end - line, window_y);
     }
     if (line < end) {
         XFillRectangle(XtDisplay(view->draw_widget), XtWindow(view->draw_widget), gvga_inverted_gc,
@@ -187,7 +41,7 @@ NB_VOID draw_marked(VGA_VIEWER_VIEW *view) {
     const NB_USHORT count = view->root->dirty_count;
     std::copy_n(view->root->dirty, count, bands);
     view->root->dirty_count = 0;
-    if (ready_to_draw(view)) {
+    if (vga_viewer_ready_to_draw(view) != 0) {
         for (NB_USHORT i = 0; i < count; ++i) {
             vga_viewer_redraw(view, bands[i]);
         }
@@ -388,65 +242,6 @@ NB_USHORT vga_viewer_read_size(VGA_VIEWER_VIEW *view) {
 NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view) {
     vga_viewer_mark(view->root, 0, VGA_VIEWER_TO_END);
     view->headings_due = view->headings != nullptr;
-}
-
-NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc) {
-    return desc->level * gvga_viewer_indent_width +
-           (desc->expandable != 0 || desc->flat == 0 ? gvga_viewer_expand_icon_width : 0) +
-           (desc->show_icon != 0 ? gvga_viewer_icon_width + icon_gap : 0);
-}
-
-NB_VOID vga_viewer_whole_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
-    const VGA_VIEWER_DESC *desc = vga_viewer_type(item->type);
-    NB_USHORT text_len = 0;
-    if (desc->create_text != nullptr) {
-        text_len = desc->create_text(item->data, buffer);
-    }
-    if (text_len > VGA_VIEWER_MAX_TEXT_LENGTH) {
-        v0_assert_fatal(__FILE__, __LINE__, "text_len <= VGA_VIEWER_MAX_TEXT_LENGTH");
-        text_len = 0;
-    }
-    buffer[text_len] = '\0';
-}
-
-NB_VOID vga_viewer_line_text(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer) {
-    vga_viewer_whole_text(item, buffer);
-    vga_viewer_mark_cuts(buffer);
-}
-
-NB_VOID vga_viewer_draw_text(Display *display, Drawable drawable, GC gc, NB_INT x, NB_ULONG width,
-                             const NB_CHAR *text) {
-    const NB_INT baseline = static_cast<NB_INT>(gvga_viewer_text_y);
-    NB_ULONG column = 0;
-    VGA_VIEWER_RUN run;
-    while (vga_viewer_next_run(&text, &column, &run) != 0) {
-        const NB_INT left = x + static_cast<NB_INT>(run.column * gvga_viewer_char_width);
-        if (run.length == 0 || left >= static_cast<NB_INT>(width)) {
-            continue;
-        }
-        // Coordinates have 16 bits, so what ends left of the window is not even tried.
-        if (left < 0 && left + static_cast<NB_INT>(vga_viewer_measure(run.text, run.length)) <= 0) {
-            continue;
-        }
-        if (gvga_viewer_fontset != nullptr) {
-            XmbDrawString(display, drawable, gvga_viewer_fontset, gc, left, baseline, run.text,
-                          run.length);
-        } else {
-            XDrawString(display, drawable, gc, left, baseline, run.text, run.length);
-        }
-    }
-}
-
-NB_ULONG vga_viewer_text_width(const NB_CHAR *text) {
-    return width_with_last(last_run(text));
-}
-
-NB_VOID vga_viewer_add_underline(NB_VOID *, Widget widget, Drawable drawable, NB_INT x, NB_INT y,
-                                 GC gc) {
-    Dimension width = 0;
-    XtVaGetValues(widget, XmNwidth, &width, nullptr);
-    const NB_INT line = y + static_cast<NB_INT>(gvga_viewer_item_height) - 1;
-    XDrawLine(XtDisplay(widget), drawable, gc, std::max(x, 0), line, width, line);
 }
 
 NB_VOID vga_viewer_resize(Widget, XtPointer client_data, XtPointer) {

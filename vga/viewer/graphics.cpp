@@ -2,15 +2,17 @@
 #include "dotscale.h"
 #include "globals.h"
 #include "holders.h"
+#include "listfont.h"
 #include "messages.h"
 #include "nbproblem.h"
 #include "resourcereader.h"
+#include "statemarks.h"
 #include "toolkit.h"
+#include <Xm/Screen.h>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 const NB_CHAR *const gvga_pixmap_names[VGA_ICON_COUNT] = {
     "plus",      "minus",     "port",       "portsdlc", "porttr",     "portx25",   "ls",
@@ -39,7 +41,9 @@ NB_ULONG gvga_viewer_char_width, gvga_viewer_char_ascent, gvga_viewer_char_desce
 namespace {
 
 constexpr NB_CHAR default_fonts[] = "-misc-fixed-*-*-*-*-*-*-*-*-*-*-*-*";
-constexpr NB_INT small_screen = 1024;  // pixels of its width
+constexpr NB_INT small_screen = 1024; // pixels of its width
+constexpr double small_points = 9;    // of the scalable font beside small icons
+constexpr double points_of_dialogs = 10;
 constexpr NB_ULONG indent_columns = 8; // character widths that a level is indented by
 
 Display *graphics_display;
@@ -139,6 +143,13 @@ public:
                                    colours.foreground, colours.background, pixmap) == MrmSUCCESS;
     }
 
+    bool fetch_bitmap(const NB_CHAR *name, Screen *screen, Pixmap *bitmap) {
+        const VGA_NO_WARNINGS quiet;
+        Dimension width, height;
+        return MrmFetchBitmapLiteral(hierarchy, const_cast<String>(name), screen, graphics_display,
+                                     bitmap, &width, &height) == MrmSUCCESS;
+    }
+
 private:
     MrmHierarchy hierarchy = nullptr;
 };
@@ -167,7 +178,41 @@ NB_INT list_scale(Screen *screen) {
     return std::min(vga_dot_scale(screen), most);
 }
 
-NB_VOID enlarge_default_font(Display *display, NB_INT scale);
+/* The icons for more dots an inch, the largest first: from which font unit (fontunits.h) on, if the
+ * screen is as wide as that. */
+struct DENSE_ICONS {
+    const NB_CHAR *suffix;
+    NB_INT font_unit, screen_width;
+};
+constexpr DENSE_ICONS dense_icons[] = {{"large", 16, 2 * small_screen},
+                                       {"medium", 12, small_screen * 3 / 2}};
+
+/* Screens with many dots an inch get icons to match, unless a size was chosen. */
+NB_VOID add_dense_screen_resources(Screen *screen) {
+    NB_CHAR size[31];
+    if (vga_get_resource_string("*size", "", size, sizeof(size) - 1) != 0) {
+        return;
+    }
+    NB_INT unit = 0;
+    XtVaGetValues(XmGetXmScreen(screen), XmNverticalFontUnit, &unit, nullptr);
+    for (const DENSE_ICONS &row : dense_icons) {
+        if (unit >= row.font_unit && WidthOfScreen(screen) >= row.screen_width) {
+            XrmDatabase dense = nullptr;
+            XrmPutStringResource(&dense, VGA_CLASS ".iconSize", row.suffix);
+            XrmCombineDatabase(dense, &gvga_resource_database, False);
+            return;
+        }
+    }
+}
+
+/* How many pixels one of an icon takes: of those for more dots an inch it is one, where the other
+ * icons would take two. */
+NB_INT icon_scale(Screen *screen, const ICON_SET &set) {
+    const bool dense =
+        std::any_of(std::begin(dense_icons), std::end(dense_icons),
+                    [&](const DENSE_ICONS &row) { return strcmp(row.suffix, set.suffix) == 0; });
+    return dense ? std::max(list_scale(screen) / 2, 1) : list_scale(screen);
+}
 
 bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COLOURS &colours) {
     struct FORM {
@@ -176,7 +221,7 @@ bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COL
         NB_USHORT problem;
     } const forms[] = {{"", gvga_pixmaps, NB_PD_WINDOW_ICON},
                        {"i", gvga_inverted_pixmaps, NB_PD_WINDOW_SELECTED_ICON}};
-    const NB_INT scale = list_scale(screen);
+    const NB_INT scale = icon_scale(screen, set);
     for (NB_USHORT icon = 0; icon < VGA_ICON_COUNT; ++icon) {
         NB_ASSERT(strlen(gvga_pixmap_names[icon]) < VGA_MAX_ICON_NAME);
         for (const FORM &form : forms) {
@@ -193,6 +238,54 @@ bool fetch_icons(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COL
     return true;
 }
 
+/* Whoever names a font of the server gets that, and so does a locale whose application defaults
+ * name none that is scalable. */
+bool open_scalable_font(Widget widget, const ICON_SET &set) {
+    NB_CHAR name[129];
+    if (vga_get_resource_string("*fontName", "", name, sizeof(name) - 1) != 0 ||
+        vga_get_resource_string("*viewerFont", "", name, sizeof(name) - 1) == 0 ||
+        name[0] == '\0') {
+        return false;
+    }
+    const double points = set.suffix[0] == '\0' ? small_points : points_of_dialogs;
+    return vga_open_list_font(widget, name, points) != 0;
+}
+
+/* The colour that a resource names; the foreground where it names none. */
+Pixel colour_of(const NB_CHAR *resource, const COLOURS &colours) {
+    NB_CHAR name[31];
+    XColor colour;
+    return vga_get_resource_string(resource, "", name, sizeof(name) - 1) != 0 &&
+                   XParseColor(graphics_display, colours.map, name, &colour) != 0 &&
+                   XAllocColor(graphics_display, colours.map, &colour) != 0
+               ? colour.pixel
+               : colours.foreground;
+}
+
+/* A file of a site's own icons may have no marks: the icons then stand alone. */
+NB_VOID fetch_marks(ICON_FILE *file, const ICON_SET &set, Screen *screen, const COLOURS &colours) {
+    const NB_INT scale = icon_scale(screen, set);
+    for (NB_UCHAR state = VGA_LINE_NO_STATE + 1; state < VGA_LINE_STATES; ++state) {
+        const VGA_STATE_MARK_NAMES &mark = gvga_state_marks[state];
+        NB_CHAR name[VGA_MAX_ICON_NAME + sizeof(set.suffix) + 8];
+        snprintf(name, sizeof(name), "%s%s_icon", mark.icon, set.suffix);
+        COLOURS inked = colours;
+        inked.foreground = colour_of(mark.colour, colours);
+        Pixmap picture, mask;
+        if (!file->fetch(name, screen, inked, &picture)) {
+            return;
+        }
+        strcat(name, "i");
+        if (!file->fetch_bitmap(name, screen, &mask)) {
+            XFreePixmap(graphics_display, picture);
+            return;
+        }
+        vga_set_state_mark(graphics_display, static_cast<VGA_LINE_STATE>(state),
+                           vga_enlarge_pixmap(screen, picture, scale),
+                           vga_enlarge_pixmap(screen, mask, scale));
+    }
+}
+
 VGA_VIEWER_ICON_SIZE size_of(Pixmap pixmap) {
     Window root;
     NB_INT x, y;
@@ -203,6 +296,9 @@ VGA_VIEWER_ICON_SIZE size_of(Pixmap pixmap) {
 
 VGA_VIEWER_FONT_SIZE size_of_font() {
     VGA_VIEWER_FONT_SIZE size = {};
+    if (vga_list_font_size(&size) != 0) {
+        return size;
+    }
     if (gvga_viewer_fontset != nullptr) {
         XFontStruct **fonts;
         NB_CHAR **names;
@@ -229,8 +325,11 @@ NB_USHORT vga_init_graphics(Widget widget, Widget font_widget) {
     graphics_display = XtDisplay(widget);
     Screen *const screen = XtScreen(widget);
     const COLOURS colours = read_colours(widget);
+    add_dense_screen_resources(screen);
     ICON_SET set = choose_size(screen);
-    enlarge_default_font(graphics_display, list_scale(screen));
+    if (!open_scalable_font(widget, set)) {
+        vga_enlarge_default_font(graphics_display, list_scale(screen));
+    }
     gvga_viewer_fontset =
         vga_load_fixed_fontset("*fontName", default_fonts, set.font_message, font_widget);
     make_contexts(widget, colours);
@@ -239,6 +338,7 @@ NB_USHORT vga_init_graphics(Widget widget, Widget font_widget) {
     if (!open_icons(&file, &set) || !fetch_icons(&file, set, screen, colours)) {
         return 0;
     }
+    fetch_marks(&file, set, screen, colours);
     if (PlanesOfScreen(screen) == 1 && BlackPixelOfScreen(screen) == colours.foreground) {
         std::swap(gvga_pixmaps, gvga_inverted_pixmaps);
     }
@@ -255,6 +355,7 @@ NB_USHORT vga_init_graphics(Widget widget, Widget font_widget) {
 }
 
 NB_VOID vga_free_pixmaps(NB_VOID) {
+    vga_free_state_marks();
     for (Pixmap *pixmaps : {gvga_pixmaps, gvga_inverted_pixmaps}) {
         for (NB_USHORT icon = 0; icon < VGA_ICON_COUNT; ++icon) {
             if (pixmaps[icon] != 0) {
@@ -273,6 +374,7 @@ NB_VOID vga_free_graphics(NB_VOID) {
             *gc = nullptr;
         }
     }
+    vga_close_list_font();
     if (gvga_viewer_fontset != nullptr) {
         XFreeFontSet(graphics_display, gvga_viewer_fontset);
         gvga_viewer_fontset = nullptr;
@@ -285,6 +387,10 @@ NB_VOID vga_free_graphics(NB_VOID) {
 
 NB_ULONG vga_viewer_measure(const NB_CHAR *text, NB_INT length) {
     NB_INT width = 0;
+    VGA_VIEWER_FONT_SIZE size;
+    if (vga_list_font_size(&size) != 0) {
+        return vga_list_font_measure(text, length);
+    }
     if (gvga_viewer_fontset != nullptr) {
         width = XmbTextEscapement(gvga_viewer_fontset, text, length);
     } else if (gc_font != nullptr) {
@@ -298,8 +404,8 @@ NB_VOID vga_swap_shadows(Pixmap pixmap, Pixel top_shadow, Pixel bottom_shadow) {
     if (size.width < 2 || size.height < 2) {
         return;
     }
-    const short right = static_cast<short>(size.width - 1);
     const short bottom = static_cast<short>(size.height - 1);
+    const short right = std::min(static_cast<short>(size.width - 1), bottom);
     XGCValues values;
     values.foreground = bottom_shadow;
     const GC gc = XCreateGC(graphics_display, pixmap, GCForeground, &values);
@@ -332,131 +438,4 @@ NB_VOID vga_set_viewer_metrics(const VGA_VIEWER_FONT_SIZE *font, const VGA_VIEWE
     }
     gvga_viewer_icon_y = (gvga_viewer_item_height - icon->height) / 2;
     gvga_viewer_expand_icon_y = (gvga_viewer_item_height - expand_icon->height) / 2;
-}
-
-/* Font sets. */
-
-namespace {
-
-struct FONT_SET_TRY {
-    XFontSet set;
-    bool complete;
-};
-
-FONT_SET_TRY make_font_set(Display *display, const NB_CHAR *pattern) {
-    NB_CHAR **missing = nullptr, *default_string;
-    NB_INT missing_count = 0;
-    const XFontSet set =
-        XCreateFontSet(display, pattern, &missing, &missing_count, &default_string);
-    if (missing != nullptr) {
-        XFreeStringList(missing);
-    }
-    return {set, set != nullptr && missing_count == 0};
-}
-
-NB_VOID free_font_set(Display *display, XFontSet set) {
-    if (set != nullptr) {
-        XFreeFontSet(display, set);
-    }
-}
-
-/* Where drawings take more pixels the lists take the font of big icons as many times as high,
- * unless the user has named one or the server cannot make it. */
-NB_VOID enlarge_default_font(Display *display, NB_INT scale) {
-    constexpr NB_INT height = 18; /* pixels at 96 dots an inch */
-    NB_CHAR named[129];
-    if (scale == 1 || vga_get_resource_string("*fontName", "", named, sizeof(named) - 1) != 0) {
-        return;
-    }
-    const std::string pattern =
-        "-misc-fixed-medium-r-normal--" + std::to_string(height * scale) + "-*-*-*-*-*-*-*";
-    const FONT_SET_TRY found = make_font_set(display, pattern.c_str());
-    if (found.complete) {
-        XrmPutStringResource(&gvga_resource_database, VGA_CLASS "*fontName", pattern.c_str());
-    }
-    free_font_set(display, found.set);
-}
-
-bool is_fixed_pitch(Display *display, XFontSet set) {
-    XFontStruct **fonts;
-    NB_CHAR **names;
-    const NB_INT count = XFontsOfFontSet(set, &fonts, &names);
-    bool fixed = true;
-    for (NB_INT i = 0; i < count && fixed; ++i) {
-        XFontStruct *font = XLoadQueryFont(display, names[i]);
-        fixed = font != nullptr && font->min_bounds.width == font->max_bounds.width;
-        if (font != nullptr) {
-            XFreeFont(display, font);
-        }
-    }
-    return fixed;
-}
-
-/* The first font set of the widget's font list; it stays the toolkit's. */
-XFontSet font_set_of_list(Widget widget) {
-    XmFontList list = nullptr;
-    XtVaGetValues(widget, XmNfontList, &list, nullptr);
-    XmFontContext context;
-    if (list == nullptr || !XmFontListInitFontContext(&context, list)) {
-        return nullptr;
-    }
-    XFontSet set = nullptr;
-    XmFontListEntry entry;
-    while (set == nullptr && (entry = XmFontListNextEntry(context)) != nullptr) {
-        XmFontType type = XmFONT_IS_FONT;
-        XtPointer font = XmFontListEntryGetFont(entry, &type);
-        set = type == XmFONT_IS_FONTSET ? static_cast<XFontSet>(font) : nullptr;
-    }
-    XmFontListFreeFontContext(context);
-    return set;
-}
-
-/* A set of our own with the widget's fonts, which may go before ours. */
-XFontSet copy_of_widget_fonts(Widget widget) {
-    const XFontSet set = font_set_of_list(widget);
-    if (set == nullptr || (MB_CUR_MAX == 1 && !is_fixed_pitch(XtDisplay(widget), set))) {
-        return nullptr;
-    }
-    return make_font_set(XtDisplay(widget), XBaseFontNameListOfFontSet(set)).set;
-}
-
-} // namespace
-
-XFontSet vga_load_fixed_fontset(const NB_CHAR *resource_name, const NB_CHAR *default_pattern,
-                                NB_USHORT message_number, Widget widget) {
-    if (const XFontSet own = copy_of_widget_fonts(widget)) {
-        return own;
-    }
-    Display *const display = XtDisplay(widget);
-    NB_CHAR named[129];
-    if (vga_get_resource_string(resource_name, "", named, sizeof(named) - 1) != 0) {
-        const FONT_SET_TRY found = make_font_set(display, named);
-        if (!found.complete) {
-            XtAppWarning(
-                gvga_appcontext,
-                vga_message(found.set != nullptr ? VGA_MSG_FONT_PARTIAL : VGA_MSG_FONT_NOT_FOUND));
-        }
-        if (found.set != nullptr) {
-            return found.set;
-        }
-    }
-    XFontSet partial = nullptr;
-    for (const NB_CHAR *pattern : {vga_message(message_number), default_pattern}) {
-        const FONT_SET_TRY found = make_font_set(display, pattern);
-        if (found.set == nullptr) {
-            continue;
-        }
-        if (found.complete) {
-            free_font_set(display, partial);
-            return found.set;
-        }
-        if (partial == nullptr) {
-            partial = found.set;
-        } else {
-            free_font_set(display, found.set);
-        }
-    }
-    XtAppWarning(gvga_appcontext, vga_message(partial != nullptr ? VGA_MSG_FONT_DEFAULT_PARTIAL
-                                                                 : VGA_MSG_FONT_NONE));
-    return partial;
 }

@@ -109,11 +109,16 @@ NB_VOID vga_free_graphics(NB_VOID);
 XFontSet vga_load_fixed_fontset(const NB_CHAR *resource_name, const NB_CHAR *default_pattern,
                                 NB_USHORT message_number, Widget widget);
 
-/* Pixels of `length` bytes of text in the font set, or in the font of gvga_normal_gc without one.
- * 0 before the graphics were made. */
+/* Where drawings take more pixels the lists take the font of big icons as many times as high,
+ * unless the user has named one or the server cannot make it. */
+NB_VOID vga_enlarge_default_font(Display *display, NB_INT scale);
+
+/* Pixels of `length` bytes of text in the font of lists: the scalable one (listfont.h), the font
+ * set or that of gvga_normal_gc.  0 before the graphics were made. */
 NB_ULONG vga_viewer_measure(const NB_CHAR *text, NB_INT length);
 
-/* Draws the bevel of an expand icon anew: one pixel wide, light at the top and left. */
+/* Draws the bevel of an expand icon anew: one pixel wide, light at the top and left, around a box
+ * as wide as it is high; what is right of that stays blank. */
 NB_VOID vga_swap_shadows(Pixmap pixmap, Pixel top_shadow, Pixel bottom_shadow);
 
 /* Sizes, without a display. */

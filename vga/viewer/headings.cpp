@@ -19,16 +19,6 @@ NB_INT list_left(const VGA_VIEWER_VIEW *view) {
     return list_x - strip_x;
 }
 
-/* Grey in the toolkit's manner, by leaving every other dot out. */
-NB_VOID make_grey(Widget strip, GC gc) {
-    NB_CHAR name[] = "50_foreground";
-    const Pixmap half = XmGetPixmapByDepth(XtScreen(strip), name, 1, 0, 1);
-    if (half != XmUNSPECIFIED_PIXMAP) {
-        XSetStipple(XtDisplay(strip), gc, half);
-        XSetFillStyle(XtDisplay(strip), gc, FillStippled);
-    }
-}
-
 NB_VOID write(const VGA_VIEWER_DESC *desc, NB_CHAR (&text)[VGA_VIEWER_TEXT_BUFFER + 1]) {
     const NB_USHORT length = desc->create_headings(nullptr, text);
     text[std::min<NB_USHORT>(length, VGA_VIEWER_MAX_TEXT_LENGTH)] = '\0';
@@ -59,18 +49,25 @@ NB_SHORT current_type(const VGA_VIEWER_VIEW *view) {
 }
 
 /* Draws into `drawable`, which is as large as the strip and blank. */
-NB_VOID draw(const VGA_VIEWER_VIEW *view, Drawable drawable, GC gc, Dimension width,
+NB_VOID draw(const VGA_VIEWER_VIEW *view, Pixmap drawable, GC gc, Dimension width,
              Dimension height) {
+    Display *const display = XtDisplay(view->headings);
     const VGA_VIEWER_DESC *desc = vga_viewer_type(view->headings_type);
     NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
     write(desc, text);
     const NB_INT left = list_left(view);
     const NB_INT x = left + static_cast<NB_INT>(vga_viewer_left_width(desc)) -
                      static_cast<NB_INT>(view->x_offset);
-    vga_viewer_draw_text(XtDisplay(view->headings), drawable, gc, x, width, text);
+    XftDraw *const canvas = vga_list_canvas(display, drawable);
+    VGA_LIST_PEN pen(display, drawable, canvas, gc);
+    vga_viewer_draw_text(&pen, x, 0, width, text);
+    pen.draw();
+    if (canvas != nullptr) {
+        XftDrawDestroy(canvas);
+    }
     const NB_INT rule = height - static_cast<NB_INT>(rule_height);
-    XDrawLine(XtDisplay(view->headings), drawable, gc, left, rule,
-              left + static_cast<NB_INT>(view->window_width) - 1, rule);
+    XDrawLine(display, drawable, gc, left, rule, left + static_cast<NB_INT>(view->window_width) - 1,
+              rule);
 }
 
 NB_VOID expose(Widget, XtPointer client_data, XtPointer) {
@@ -145,10 +142,11 @@ NB_VOID vga_viewer_draw_headings(VGA_VIEWER_VIEW *view) {
         return;
     }
     Dimension width = 0, height = 0;
-    Pixel foreground = 0, background = 0;
+    Pixel foreground = 0, background = 0, grey = 0;
     NB_INT depth = 0;
     XtVaGetValues(strip, XmNwidth, &width, XmNheight, &height, XmNforeground, &foreground,
-                  XmNbackground, &background, XmNdepth, &depth, nullptr);
+                  XmNbackground, &background, XmNbottomShadowColor, &grey, XmNdepth, &depth,
+                  nullptr);
     Display *const display = XtDisplay(strip);
     const Window window = XtWindow(strip);
     if (vga_viewer_type(view->headings_type)->create_headings == nullptr) {
@@ -167,12 +165,9 @@ NB_VOID vga_viewer_draw_headings(VGA_VIEWER_VIEW *view) {
     const GC gc = XCreateGC(display, window, GCForeground | GCGraphicsExposures, &values);
     XCopyGC(display, gvga_normal_gc, GCFont, gc); // the font of lists without a font set
     XFillRectangle(display, pixmap, gc, 0, 0, width, height);
-    XSetForeground(display, gc, foreground);
-    if (!XtIsSensitive(strip)) {
-        make_grey(strip, gc);
-    }
+    // The toolkit, too, draws the texts of what is insensitive in that shadow's colour.
+    XSetForeground(display, gc, XtIsSensitive(strip) ? foreground : grey);
     draw(view, pixmap, gc, width, height);
-    XSetFillStyle(display, gc, FillSolid);
     XCopyArea(display, pixmap, window, gc, 0, 0, width, height, 0, 0);
     XFreeGC(display, gc);
     XFreePixmap(display, pixmap);

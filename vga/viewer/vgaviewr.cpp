@@ -59,12 +59,9 @@ NB_VOID detach(VGA_VIEWER_VIEW *view) {
     if (view->update_timer != 0) {
         XtRemoveTimeOut(view->update_timer);
     }
-    if (view->line_pixmap != 0) {
-        XFreePixmap(XtDisplay(view->draw_widget), view->line_pixmap);
-    }
+    vga_viewer_free_pixmap(view);
     view->bars_due = 0;
     view->update_timer = 0;
-    view->line_pixmap = view->line_pixmap_width = 0;
     view->draw_widget = view->hscroll = view->vscroll = nullptr;
     view->armed_type = VGA_VIEWER_SELECT_NONE;
     VGA_VIEWER_ROOT *root = view->root;

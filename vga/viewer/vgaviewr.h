@@ -88,10 +88,11 @@ struct VGA_VIEWER_VIEW {
     NB_SHORT armed_type;         /* of the line that is pressed, though it may be gone */
     NB_USHORT dragging;
     XtIntervalId drag_timer; /* 0: none */
-    Pixmap line_pixmap;      /* one line is drawn in it, then copied */
+    Pixmap line_pixmap;      /* lines are drawn in it, then copied */
     NB_ULONG line_pixmap_width;
-    Widget headings;        /* the strip that shows those of the type; null: none */
-    NB_SHORT headings_head; /* the type whose headings are shown while no line is current */
+    struct _XftDraw *canvas; /* of the pixmap; null: the font is one of the server */
+    Widget headings;         /* the strip that shows those of the type; null: none */
+    NB_SHORT headings_head;  /* the type whose headings are shown while no line is current */
     NB_SHORT headings_type;
     NB_USHORT headings_due; /* the timer is to draw them */
     NB_LONG tip_line;       /* whose tip is shown or waited for, or VGA_VIEWER_NO_TIP */

@@ -1,6 +1,7 @@
 /* What the viewer's own modules tell each other; nobody else includes this.
  *
- *   drawing  drawing, scroll bars, the update timer
+ *   drawing  what is to be drawn, scroll bars, the update timer
+ *   linedrawing  lines
  *   headings  headings
  *   vgaviewr  the interface, attaching to widgets
  *   mouse  mouse
@@ -9,6 +10,7 @@
 #ifndef VIEWERPARTS_H
 #define VIEWERPARTS_H
 
+#include "listfont.h"
 #include "vgaviewr.h"
 
 /* Screen. */
@@ -37,10 +39,19 @@ NB_VOID vga_viewer_mark_all(VGA_VIEWER_VIEW *view);
 /* Pixels before a line's text: indentation and icons. */
 NB_ULONG vga_viewer_left_width(const VGA_VIEWER_DESC *desc);
 
-/* Draws a text with its column stops into a window or pixmap of that width; the text begins at x.
- * What is more than `width` to the right is left out. */
-NB_VOID vga_viewer_draw_text(Display *display, Drawable drawable, GC gc, NB_INT x, NB_ULONG width,
+/* Draws a text with its column stops into a window or pixmap of that width; the text begins at x,
+ * its line at y.  What is more than `width` to the right is left out. */
+NB_VOID vga_viewer_draw_text(VGA_LIST_PEN *pen, NB_INT x, NB_INT y, NB_ULONG width,
                              const NB_CHAR *text);
+
+/* Makes the pixmap that lines are drawn in; 0 without a window to draw in. */
+NB_USHORT vga_viewer_ready_to_draw(VGA_VIEWER_VIEW *view);
+NB_VOID vga_viewer_free_pixmap(VGA_VIEWER_VIEW *view);
+
+/* Draws some lines from `*item` on, at most `count`, and moves `*item` behind them.
+ * Returns how many. REQUIRES: the view is ready to draw. */
+NB_ULONG vga_viewer_draw_lines(VGA_VIEWER_VIEW *view, VGA_VIEWER_ITEM **item, NB_ULONG count,
+                               NB_INT window_y);
 
 /* Writes the line's text, terminated, into a buffer of VGA_VIEWER_TEXT_BUFFER + 1 bytes: whole, or
  * as it is drawn, with what does not fit its column cut. */
