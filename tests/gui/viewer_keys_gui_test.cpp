@@ -239,7 +239,7 @@ TEST_F(ViewerKeys, SelectedLinesAreOfferedAsTheyAreAndCopiedAsTheyWere) {
     EXPECT_EQ(text_of(shell, "PRIMARY", "TEXT"), "GROUP0\tActive\tFirst of its kind");
     EXPECT_EQ(text_of(shell, "CLIPBOARD", "COMPOUND_TEXT").substr(0, 29), both.substr(0, 29));
     key("space", ctrl);
-    EXPECT_EQ(text_of(shell, "PRIMARY", "STRING"), "") << "no line is selected";
+    EXPECT_EQ(text_of(shell, "PRIMARY", "STRING"), "nothing") << "no line is selected";
     vga_viewer_undisplay(&root);
     EXPECT_EQ(text_of(shell, "PRIMARY", "STRING"), "nothing");
     display();
@@ -271,6 +271,14 @@ TEST_F(ViewerKeys, ATipHasTheWholeLine) {
     key("F1", shift);
     is("|GROUP3ActiveFirst of its kind|");
     key("Down");
+    is("");
+    key("F1", shift);
+    is("|GROUP4ActiveFirst of its kind|");
+    vga_update_viewer(&root, &records[5]->item);
+    drawn();
+    is("|GROUP4ActiveFirst of its kind|");
+    records[5]->text = "GROUP4%t12%Inactive";
+    vga_update_viewer(&root, &records[5]->item);
     is("");
 }
 

@@ -62,6 +62,9 @@ Boolean convert(Widget widget, Atom *selection, Atom *target, Atom *type, XtPoin
     }
     std::string made = vga_utf8_from_locale(source.make().c_str());
     *type = utf8;
+    if (made.empty()) {
+        return False;
+    }
     if (old &&
         !encode(widget, made, *target == compound ? XCompoundTextStyle : XStringStyle, type)) {
         return False;

@@ -15,8 +15,8 @@
 NB_USHORT vga_own_text(Widget widget, const std::string &text);
 NB_USHORT vga_own_clipboard(Widget widget, const std::string &text);
 
-/* PRIMARY is from now on what `make` writes each time when somebody asks for it.  Costs nothing
- * while the widget offers such a text already. */
+/* PRIMARY is from now on what `make` writes each time when somebody asks for it; an empty text is
+ * refused.  Costs nothing while the widget offers such a text already. */
 NB_VOID vga_offer_text(Widget widget, const std::function<std::string()> &make);
 
 /* Ends what vga_offer_text began, so that `make` is not called any more. */

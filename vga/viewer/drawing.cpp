@@ -156,6 +156,7 @@ NB_VOID vga_viewer_update_now(VGA_VIEWER_ROOT *root) {
             vga_viewer_set_scroll_bars(view);
         }
         if (view->root->dirty_count != 0) {
+            vga_viewer_check_tip(view);
             draw_marked(view);
         }
         if (view->headings_due != 0) {

@@ -96,6 +96,7 @@ struct VGA_VIEWER_VIEW {
     NB_SHORT headings_type;
     NB_USHORT headings_due; /* the timer is to draw them */
     NB_LONG tip_line;       /* whose tip is shown or waited for, or VGA_VIEWER_NO_TIP */
+    size_t tip_hash;        /* of its text */
 };
 
 /* The list's view, made if need be; null, and an exit request, without memory. */

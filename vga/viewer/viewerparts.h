@@ -66,9 +66,10 @@ NB_VOID vga_viewer_forget_headings(VGA_VIEWER_VIEW *view);
 NB_VOID vga_viewer_follow_level(VGA_VIEWER_VIEW *view);
 
 /* Tips: the whole of a line, with its headings.  That of the current line, for who has no mouse;
- * the one that is shown or waited for goes. */
+ * the one that is shown or waited for goes, or goes if its line says something else by now. */
 NB_VOID vga_viewer_show_whole(VGA_VIEWER_VIEW *view);
 NB_VOID vga_viewer_hide_tip(VGA_VIEWER_VIEW *view);
+NB_VOID vga_viewer_check_tip(VGA_VIEWER_VIEW *view);
 NB_VOID vga_viewer_pointer_moved(Widget widget, XtPointer client_data, XEvent *event,
                                  Boolean *go_on);
 NB_VOID vga_viewer_pointer_left(Widget widget, XtPointer client_data, XEvent *event,

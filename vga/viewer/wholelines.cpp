@@ -3,6 +3,7 @@
 #include "tooltips.h"
 #include "viewerparts.h"
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -67,6 +68,18 @@ std::string tip_of(const VGA_VIEWER_ITEM *item) {
     return tip;
 }
 
+size_t tip_hash(const std::string &tip) {
+    return std::hash<std::string>()(tip);
+}
+
+/* Notes what the tip of a line is made of; returns it. */
+std::string begin_tip(VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *line) {
+    std::string tip = tip_of(line);
+    view->tip_line = static_cast<NB_LONG>(vga_viewer_get_line(line));
+    view->tip_hash = tip_hash(tip);
+    return tip;
+}
+
 /* A column, or the window, does not show all of the line. */
 bool is_cut(const VGA_VIEWER_VIEW *view, const VGA_VIEWER_ITEM *item) {
     NB_CHAR text[VGA_VIEWER_TEXT_BUFFER + 1];
@@ -114,8 +127,19 @@ NB_VOID vga_viewer_show_whole(VGA_VIEWER_VIEW *view) {
     const NB_LONG below = vga_viewer_get_screen_pos(line) - static_cast<NB_LONG>(view->y_offset) +
                           static_cast<NB_LONG>(gvga_viewer_item_height);
     const NB_ULONG left = vga_viewer_left_width(vga_viewer_type(line->type));
-    view->tip_line = static_cast<NB_LONG>(vga_viewer_get_line(line));
-    vga_show_tip_at(view->draw_widget, tip_of(line).c_str(), static_cast<NB_INT>(left), below);
+    vga_show_tip_at(view->draw_widget, begin_tip(view, line).c_str(), static_cast<NB_INT>(left),
+                    below);
+}
+
+NB_VOID vga_viewer_check_tip(VGA_VIEWER_VIEW *view) {
+    if (view->tip_line == VGA_VIEWER_NO_TIP) {
+        return;
+    }
+    const VGA_VIEWER_ITEM *line =
+        vga_viewer_find_line(view->root, static_cast<NB_ULONG>(view->tip_line));
+    if (line == nullptr || tip_hash(tip_of(line)) != view->tip_hash) {
+        vga_viewer_hide_tip(view);
+    }
 }
 
 NB_VOID vga_viewer_hide_tip(VGA_VIEWER_VIEW *view) {
@@ -135,8 +159,7 @@ NB_VOID vga_viewer_pointer_moved(Widget, XtPointer client_data, XEvent *event, B
     }
     vga_viewer_hide_tip(view);
     if (item != nullptr && view->dragging == 0 && is_cut(view, item)) {
-        view->tip_line = line;
-        vga_show_tip(view->draw_widget, tip_of(item).c_str());
+        vga_show_tip(view->draw_widget, begin_tip(view, item).c_str());
     }
 }
 

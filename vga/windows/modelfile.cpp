@@ -24,7 +24,7 @@ NB_VOID add_text(std::string &text, const VGA_VIEWER_ITEM &item) {
     VGA_VIEWER_RUN run;
     for (NB_ULONG column = 0; vga_viewer_next_run(&at, &column, &run) != 0;) {
         text += run.column > 0 ? " | " : " ";
-        text.append(run.text, static_cast<size_t>(run.length));
+        text.append(run.text, static_cast<size_t>(run.whole));
     }
 }
 
