@@ -45,9 +45,12 @@ const CALLBACK callbacks[] = {
     {&VGA_VIEWER_VIEW::vscroll, XmNvalueChangedCallback, vga_viewer_scroll},
 };
 const HANDLER handlers[] = {
-    {Button1MotionMask, vga_viewer_motion},        {EnterWindowMask, vga_viewer_enter_hierarchy},
-    {LeaveWindowMask, vga_viewer_leave_hierarchy}, {ButtonPressMask, vga_viewer_wheel},
-    {KeyPressMask, vga_viewer_key_input},          {PointerMotionMask, vga_viewer_pointer_moved},
+    {Button1MotionMask, vga_viewer_motion},
+    {EnterWindowMask, vga_viewer_enter_hierarchy},
+    {LeaveWindowMask, vga_viewer_leave_hierarchy},
+    {ButtonPressMask, vga_viewer_wheel},
+    {KeyPressMask, vga_viewer_key_input},
+    {PointerMotionMask | EnterWindowMask, vga_viewer_pointer_moved},
     {LeaveWindowMask, vga_viewer_pointer_left},
 };
 

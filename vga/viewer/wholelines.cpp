@@ -151,7 +151,8 @@ NB_VOID vga_viewer_hide_tip(VGA_VIEWER_VIEW *view) {
 
 NB_VOID vga_viewer_pointer_moved(Widget, XtPointer client_data, XEvent *event, Boolean *) {
     auto *view = static_cast<VGA_VIEWER_VIEW *>(client_data);
-    const VGA_VIEWER_ITEM *item = vga_viewer_hit(view, event->xmotion.y);
+    const NB_INT y = event->type == EnterNotify ? event->xcrossing.y : event->xmotion.y;
+    const VGA_VIEWER_ITEM *item = vga_viewer_hit(view, y);
     const NB_LONG line =
         item != nullptr ? static_cast<NB_LONG>(vga_viewer_get_line(item)) : VGA_VIEWER_NO_TIP;
     if (line == view->tip_line) {

@@ -28,7 +28,8 @@ NB_USHORT find_icon(std::span<const ICON_OF> icons, NB_ULONG value, NB_USHORT ot
 
 /* A fixed title over lines, which is a record without an entry. */
 NB_USHORT write_title(NB_USHORT message, NB_CHAR *buffer) {
-    return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, message, "");
+    vga_write_harmless(vga_message(message), buffer);
+    return static_cast<NB_USHORT>(strlen(buffer));
 }
 
 /* Nodes of the domain: a message for each state, with its columns. */
@@ -293,7 +294,7 @@ NB_VOID node_remark(const VGA_NODE &node, NB_CHAR (&text)[node_remark_size]) {
 } // namespace
 
 NB_USHORT vga_create_node_headings(NB_VOID *, NB_CHAR *buffer) {
-    return write_title(VGA_MSG_HEAD_OF_NODES, buffer);
+    return vga_print_msg(buffer, VGA_VIEWER_TEXT_BUFFER, VGA_MSG_HEAD_OF_NODES, "");
 }
 
 NB_USHORT vga_create_node_viewer_text(NB_VOID *data, NB_CHAR *buffer) {
