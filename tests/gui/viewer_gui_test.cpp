@@ -304,6 +304,21 @@ TEST_F(Viewer, HeadingsStandOverTheirColumnsWhereverTheListIsScrolled) {
     drawn();
     EXPECT_EQ(gui::IMAGE(strip), before);
 
+    // On the line of another level they are those of that level.
+    headed[MEMBER].create_headings = [](NB_VOID *, NB_CHAR *buffer) {
+        return static_cast<NB_USHORT>(snprintf(buffer, 64, "Member"));
+    };
+    VGA_VIEWER_ITEM *member = &add(MEMBER, "MEMBER", records[0].get())->item;
+    vga_expand_viewer(&root, &records[0]->item, 1);
+    vga_viewer_select(member, &root, 0, 0, 1, 0);
+    drawn();
+    EXPECT_EQ(view()->headings_type, MEMBER);
+    EXPECT_FALSE(gui::IMAGE(strip) == before);
+    vga_clear_outline_selection(&root);
+    vga_viewer_clear_selection(&root);
+    drawn();
+    EXPECT_EQ(gui::IMAGE(strip), before);
+
     XtSetSensitive(strip, False);
     XClearArea(gvga_display, XtWindow(strip), 0, 0, 0, 0, True);
     Pixel grey = 0;
