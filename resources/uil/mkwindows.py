@@ -46,6 +46,8 @@ as vga_command_cb(number).  These members are for the window description:
     procedure=NAME           instead of vga_<window>_<command>
     by_hand                  the procedure does more than to run the command: the program has it
 
+Every main window has the menu Find, and so have the lists of a dialog: what finds lines needs no word.
+
 Any other MEMBER=VALUE is C++: a member of VGA_COMMAND_ROW, in the order of its declaration.
 
 A line below `lists` is
@@ -54,7 +56,7 @@ A line below `lists` is
         key NAME "label" icon=NAME           a kind of line, explained beside the title
 
 ROOT is a member of VGA_NODE or VGA_SYSTEM.  The widgets are <window><NAME>Form, DrawArea, HScrollBar,
-VScrollBar, Window, Headings, and <window><NAME>Title, Key and Rule.  These members there are:
+VScrollBar, Window, Headings, and <window><NAME>Title, Counts, Key and Rule.  These members there are:
 
     called=NAME        in the names of title, key and rule
     height=N           font units, of which each list gets its share
@@ -80,6 +82,11 @@ def standard(label, letter, icon, verb, **facts):
             'scope': 'VGA_FOR_SELECTION', 'refuses': f'vga_refuses_{verb}', 'action': f'vga_listw_{verb}', **facts}
 
 
+def finding(label, letter, action, **facts):
+    return {'label': label, 'letter': letter, 'scope': 'VGA_FOR_LIST', 'states': 'VGA_ANY_STATE',
+            'action': f'vga_listw_{action}', **facts}
+
+
 CHANGES = {'changes': '1'}
 STANDARD = {
     'start': standard('Start', 'S', 'start', 'start', **CHANGES),
@@ -95,7 +102,18 @@ STANDARD = {
                    'states': 'VGA_ANY_STATE', 'action': 'vga_listw_copy_lines'},
     'help_on_this': {'label': 'Help on this', 'letter': 'H', 'scope': 'VGA_FOR_SELECTION',
                      'states': 'VGA_ANY_STATE', 'action': 'vga_listw_help_on_this'},
+    'find_text': finding('Find...', 'F', 'find', accelerator='Ctrl+F'),
+    'find_next': finding('Find next', 'n', 'find_next', accelerator='F3'),
+    'find_previous': finding('Find previous', 'p', 'find_previous', accelerator='Shift+F3'),
+    'filter': finding('Show only...', 'S', 'filter', accelerator='Ctrl+L'),
+    'filter_off': finding('Show all', 'l', 'filter_off', accelerator='Ctrl+Shift+L'),
+    'failed_next': finding('Next failed line', 'x', 'failed_next', accelerator='F8'),
+    'failed_previous': finding('Previous failed line', 'v', 'failed_previous', accelerator='Shift+F8'),
 }
+FINDING = ('find_text', 'find_next', 'find_previous', '-', 'filter', 'filter_off', '-', 'failed_next', 'failed_previous')
+FIND_MENU = 'menu Find "Find" F\n' + ''.join(f'    {command}\n' for command in FINDING)
+# A dialog has no menu bar: the menu of its lists offers what its keys do.
+FIND_POPUP = 'popup\n    -\n    find_text\n    filter\n    filter_off\n'
 HELP_MENU = '''menu Help "Help" H
     item HelpContents    "Contents"            C  calls=vga_menu_help_contents()
     item HelpIndex       "Index"               I  calls=vga_menu_help_index()
@@ -185,9 +203,11 @@ class Window:
         self.size = facts.get('size', ['132', '80'] if self.kind == 'main' else ['70', '14'])
         self.commands, self.tools, self.menus, self.popup, self.registered, self.lists = {}, [], [], [], [], []
         if self.kind == 'main':
-            sections += read('the help menu', HELP_MENU)[0]
+            sections += read('the find menu', FIND_MENU)[0] + read('the help menu', HELP_MENU)[0]
         for section in sections:
             self.take(section)
+        if self.kind == 'dialog':
+            self.add_to_popup(read('the popup menu', FIND_POPUP)[0][0])
         for tool in self.tools:
             self.facts_of(tool, 'label', 'letter', 'help', *(('icon',) if self.kind == 'main' else ()))
         self.check_menu(self.popup)
@@ -209,6 +229,10 @@ class Window:
             self.popup = section.inner
         elif section.name != 'elsewhere':
             raise ValueError(f'{section.place}: {section.name} is no section')
+        self.note_commands(section)
+
+    def add_to_popup(self, section):
+        self.popup += section.inner
         self.note_commands(section)
 
     def facts_of(self, entry, *wanted):
@@ -421,7 +445,7 @@ def list_text(window, entry):
     headings = f'XmDrawingArea {name}Headings' if 'headings' in entry.facts else None
     keys = [f'XmLabel {window.name}Key{key.name}' for key in entry.inner]
     key = f'XmRowColumn {called}Key' if keys else None
-    controls = [f'XmLabel {called}Title'] + ([key] if keys else []) + [below]
+    controls = [f'XmLabel {called}Title', f'XmLabel {called}Counts'] + ([key] if keys else []) + [below]
     controls += ([headings] if headings else []) + [f'XmScrolledWindow {name}Window']
     height = [f'XmNheight = {entry.facts["height"]} font_units'] if 'height' in entry.facts else []
     text = object_text(f'{name}Form', 'XmForm', ['arguments pane_form'] + height, controls,
@@ -430,6 +454,8 @@ def list_text(window, entry):
     margins = [] if keys else ['XmNmarginTop = 4', 'XmNmarginBottom = 4']
     text += object_text(f'{called}Title', 'XmLabel', ['arguments pane_title'] + in_row + margins +
                         [f'XmNlabelString = {quoted(entry.facts["label"])}'])
+    text += object_text(f'{called}Counts', 'XmLabel', ['arguments pane_counts'] + in_row +
+                        [f'XmNleftWidget = XmLabel {called}Title'])
     text += object_text(f'{called}Key', 'XmRowColumn', ['arguments pane_key'] + in_row, keys) if keys else ''
     for kind in entry.inner:
         text += object_text(f'{window.name}Key{kind.name}', 'XmLabel',
@@ -536,7 +562,8 @@ def list_row(window, entry):
     root = f'.of_node = &VGA_NODE::{facts["node"]}' if 'node' in facts else \
         f'.of_domain = &VGA_SYSTEM::{facts["domain"]}'
     key = f'"{called}Key"' if entry.inner else 'nullptr'
-    row = [f'.form = "{name}Form"', f'.title = "{called}Title"', f'.key = {key}', f'.rule = "{called}Rule"',
+    row = [f'.form = "{name}Form"', f'.title = "{called}Title"',
+           f'.counts = "{called}Counts"', f'.key = {key}', f'.rule = "{called}Rule"',
            f'.draw_area = "{name}DrawArea"', f'.hscroll = "{name}HScrollBar"', f'.vscroll = "{name}VScrollBar"']
     if 'headings' in facts:
         row += [f'.headings = "{name}Headings"', f'.headings_of = {facts["headings"]}']

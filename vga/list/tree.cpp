@@ -1,4 +1,5 @@
 #include "tree.h"
+#include "finder.h"
 #include "nbbase.h"
 #include "selection.h"
 #include <algorithm>
@@ -184,13 +185,18 @@ NB_VOID leave(VGA_VIEWER_LIST *list, VGA_VIEWER_ITEM *node) {
     add_up(node);
 }
 
+/* A line with the visible ones below it. */
+NB_ULONG own_lines(const VGA_VIEWER_ITEM *item) {
+    if (item->hidden != 0) {
+        return 0;
+    }
+    return 1 + (item->expanded != 0 ? vga_viewer_list_lines(&item->children) : 0);
+}
+
 /* Carries a changed number of lines up, as far as it changes anything. */
 NB_VOID recount(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
     for (; item != nullptr; item = item->parent) {
-        NB_ULONG lines = 0;
-        if (item->hidden == 0) {
-            lines = 1 + (item->expanded != 0 ? vga_viewer_list_lines(&item->children) : 0);
-        }
+        const NB_ULONG lines = own_lines(item);
         if (lines == item->lines) {
             return;
         }
@@ -295,9 +301,25 @@ NB_USHORT find_predecessor(const VGA_VIEWER_LIST &list, const VGA_VIEWER_ITEM *p
 NB_VOID take_out(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
     VGA_VIEWER_LIST *list = vga_viewer_siblings(root, item);
     mark_from(root, item, vga_viewer_list_lines(list) == item->lines);
+    vga_finder_line_goes(root, item);
     leave(list, item);
     item->in_list = 0;
     recount(root, item->parent);
+    vga_finder_line_gone(root, item->parent);
+}
+
+/* A part of a binary tree, bottom up. */
+NB_VOID sweep(VGA_VIEWER_ITEM *node, NB_VOID (*visit)(VGA_VIEWER_ITEM *, NB_VOID *),
+              NB_VOID *data) {
+    if (node == nullptr) {
+        return;
+    }
+    sweep(node->left, visit, data);
+    sweep(node->right, visit, data);
+    sweep(node->children.root, visit, data);
+    visit(node, data);
+    node->lines = own_lines(node);
+    add_up(node);
 }
 
 NB_VOID put_in(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, VGA_VIEWER_ITEM *after) {
@@ -308,6 +330,7 @@ NB_VOID put_in(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, VGA_VIEWER_ITEM *af
     recount(root, item->parent);
     mark_from(root, item, first_child);
     tell_lines_changed(root);
+    vga_finder_line_came(root, item);
 }
 
 } // namespace
@@ -338,6 +361,7 @@ NB_VOID vga_viewer_destroy_root(VGA_VIEWER_ROOT *root) {
         root->watcher->list_gone(root->view);
         root->view = nullptr;
     }
+    vga_free_finder(root);
     nba_destroy_handle(root->handle);
     root->handle = 0;
 }
@@ -407,6 +431,7 @@ NB_VOID vga_update_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
         item->laid_out = 0;
         vga_viewer_mark_item(root, item);
     }
+    vga_finder_line_changed(root, item);
 }
 
 NB_VOID vga_expand_viewer(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT redraw) {
@@ -443,8 +468,9 @@ NB_VOID vga_viewer_contract(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USH
     set_expanded(root, item, 0, redraw);
 }
 
-NB_VOID vga_viewer_set_fixed(VGA_VIEWER_ROOT *, VGA_VIEWER_ITEM *item, NB_USHORT fixed) {
+NB_VOID vga_viewer_set_fixed(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT fixed) {
     item->fixed = fixed != 0;
+    vga_finder_line_changed(root, item);
 }
 
 NB_VOID vga_viewer_set_hidden(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT hidden) {
@@ -560,6 +586,27 @@ VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER
 
 VGA_VIEWER_ITEM *vga_viewer_next_in_list(const VGA_VIEWER_ITEM *item) {
     return successor(item);
+}
+
+VGA_VIEWER_ITEM *vga_viewer_previous_in_list(VGA_VIEWER_ITEM *item) {
+    return predecessor(item);
+}
+
+NB_VOID vga_viewer_set_quietly(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT hidden,
+                               NB_USHORT expanded) {
+    item->hidden = hidden != 0;
+    item->expanded = expanded != 0;
+    recount(root, item);
+}
+
+NB_VOID vga_viewer_sweep(VGA_VIEWER_ROOT *root, NB_VOID (*visit)(VGA_VIEWER_ITEM *, NB_VOID *),
+                         NB_VOID *data) {
+    sweep(root->top_items.root, visit, data);
+}
+
+NB_VOID vga_viewer_changed_all(VGA_VIEWER_ROOT *root) {
+    vga_viewer_mark(root, 0, VGA_VIEWER_TO_END);
+    tell_lines_changed(root);
 }
 
 VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {

@@ -19,6 +19,7 @@
 
 struct VGA_VIEWER_ITEM;
 struct VGA_VIEWER_VIEW; /* what shows a list; known to the viewer only */
+struct VGA_FINDER;      /* what searches, filters and counts its lines (finder.h) */
 
 /* The siblings under one item, or the top level. */
 struct VGA_VIEWER_LIST {
@@ -37,8 +38,11 @@ struct VGA_VIEWER_ITEM {
     NB_ULONG lines_sum;    /* of this item and both branches of the binary tree */
     NB_ULONG selected_sum; /* likewise: selected items, without descendants */
     NB_ULONG line_width;   /* pixels, when laid_out; the view's */
+    NB_ULONG text_at;      /* where the finder keeps its text */
     NB_UCHAR type;         /* what kind of line it is: a row of the view's table */
     NB_UCHAR height;       /* in the binary tree */
+    NB_UCHAR counted;      /* the finder's: the state that it was counted in, plus 1 */
+    NB_UCHAR filtered;     /* the finder's: what the filter has said of it */
     NB_USHORT in_list;
     NB_USHORT expanded;
     NB_USHORT selected;
@@ -71,6 +75,7 @@ struct VGA_VIEWER_ROOT {
     NB_ULONG handle;                   /* for whoever may outlive the list */
     NB_VOID *window;                   /* the owner's: whose buttons and actions these are */
     VGA_VIEWER_VIEW *view;             /* null: not shown yet */
+    VGA_FINDER *finder;                /* null: nobody has asked for any */
     const VGA_VIEWER_WATCHER *watcher; /* of the view; null without one */
     NB_USHORT displayed;               /* while 0, nothing is noted for drawing */
     VGA_VIEWER_LIST top_items;
@@ -91,7 +96,7 @@ struct VGA_VIEWER_ROOT {
 /* Makes an empty list without a view, window null.  Returns 0 if no handle can be had. */
 NB_USHORT vga_viewer_init_root(VGA_VIEWER_ROOT *root);
 
-/* Has the view go and ends the list's handle.  The items are left as they are. */
+/* Has view and finder go and ends the list's handle.  The items are left as they are. */
 NB_VOID vga_viewer_destroy_root(VGA_VIEWER_ROOT *root);
 
 /* `after` of vga_create_viewer: before every line but the leading fixed ones; at the end. */
@@ -188,16 +193,31 @@ VGA_VIEWER_ITEM *vga_viewer_get_prev_item(const VGA_VIEWER_ROOT *root, const VGA
 VGA_VIEWER_ITEM *vga_viewer_next_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 VGA_VIEWER_ITEM *vga_viewer_prev_sibling(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 
-/* The next sibling, hidden or not; null at the end. */
+/* The next and the previous sibling, hidden or not; null at the ends. */
 VGA_VIEWER_ITEM *vga_viewer_next_in_list(const VGA_VIEWER_ITEM *item);
+VGA_VIEWER_ITEM *vga_viewer_previous_in_list(VGA_VIEWER_ITEM *item);
 
 /* The list that the item is, or would be, in. */
 VGA_VIEWER_LIST *vga_viewer_siblings(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item);
 
-/* For the other half of the list (selection.h). */
+/* For the other parts of the list (selection.h, finder.h). */
 
 /* Sums and balance anew from a changed node (which may be null) up. */
 NB_VOID vga_viewer_add_up(VGA_VIEWER_LIST *list, VGA_VIEWER_ITEM *node);
+
+/* Gives a line another `hidden` or `expanded`, and nothing more: no reference is let go of, nothing
+ * is noted for drawing, nobody is told. */
+NB_VOID vga_viewer_set_quietly(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT hidden,
+                               NB_USHORT expanded);
+
+/* Calls visit(item, data) for every line of the list, children first; it may change `hidden` and
+ * `expanded` of that one.  All sums are made once, so that a million lines change in one pass.  As
+ * quiet as the call above. */
+NB_VOID vga_viewer_sweep(VGA_VIEWER_ROOT *root, NB_VOID (*visit)(VGA_VIEWER_ITEM *, NB_VOID *),
+                         NB_VOID *data);
+
+/* Notes the whole list for drawing and tells the view that lines came or went. */
+NB_VOID vga_viewer_changed_all(VGA_VIEWER_ROOT *root);
 
 /* Selected item number `index` of the list, null beyond; the number of those before an item. */
 VGA_VIEWER_ITEM *vga_viewer_find_selected(const VGA_VIEWER_LIST *list, NB_ULONG index);

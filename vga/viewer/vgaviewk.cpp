@@ -363,4 +363,7 @@ NB_VOID vga_viewer_key_input(Widget, XtPointer client_data, XEvent *event, Boole
             return;
         }
     }
+    if (vga_viewer_type_ahead(view, &event->xkey) != 0) {
+        *go_on = False;
+    }
 }

@@ -97,6 +97,10 @@ struct VGA_VIEWER_VIEW {
     NB_USHORT headings_due; /* the timer is to draw them */
     NB_LONG tip_line;       /* whose tip is shown or waited for, or VGA_VIEWER_NO_TIP */
     size_t tip_hash;        /* of its text */
+    NB_USHORT find_due;     /* a timer is to go on with finding (search.h) */
+    NB_USHORT sought;       /* what for: a VGA_VIEWER_SOUGHT */
+    NB_CHAR typed[64];      /* in the list, the last characters not long ago */
+    Time typed_at;
 };
 
 /* The list's view, made if need be; null, and an exit request, without memory. */

@@ -6,7 +6,8 @@
  *   vgaviewr  the interface, attaching to widgets
  *   mouse  mouse
  *   vgaviewk  keyboard
- *   wholelines  tips, and lines as text */
+ *   wholelines  tips, and lines as text
+ *   search  finding lines, by what is typed, too */
 #ifndef VIEWERPARTS_H
 #define VIEWERPARTS_H
 
@@ -77,6 +78,9 @@ NB_VOID vga_viewer_pointer_left(Widget widget, XtPointer client_data, XEvent *ev
 
 /* What mouse or keyboard have selected is the primary selection from now on. */
 NB_VOID vga_viewer_offer_selection(VGA_VIEWER_VIEW *view);
+
+/* A key that no table of keys has: a letter goes to a line.  Returns 1 when it was taken. */
+NB_USHORT vga_viewer_type_ahead(VGA_VIEWER_VIEW *view, XKeyEvent *event);
 
 /* Mouse and keyboard. */
 

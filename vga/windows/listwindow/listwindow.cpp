@@ -1,5 +1,7 @@
 #include "listwindow.h"
 #include "globals.h"
+#include "findbar.h"
+#include "findtitles.h"
 #include "graphics.h"
 #include "headings.h"
 #include "hints.h"
@@ -7,6 +9,7 @@
 #include "panes.h"
 #include "popupmenu.h"
 #include "rememberedlines.h"
+#include "search.h"
 #include "tools.h"
 #include "windowband.h"
 #include "windowroom.h"
@@ -81,6 +84,9 @@ static NB_USHORT find_panes(VGA_LIST_WINDOW *window) {
         pane.title = find(row.title);
         pane.rule = find(row.rule);
         pane.key = find(row.key);
+        pane.counts = find(row.counts);
+        pane.filter_off = pane.bar = nullptr;
+        pane.filtered = 0;
         pane.draw_area = find(row.draw_area);
         pane.hscroll = find(row.hscroll);
         pane.vscroll = find(row.vscroll);
@@ -117,6 +123,7 @@ NB_VOID vga_listw_arrange(VGA_LIST_WINDOW *window) {
     vga_listw_prepare_room(window);
     vga_listw_prepare_panes(window);
     vga_listw_install_popup(window);
+    vga_listw_prepare_finding(window);
     vga_set_hint_line(window->common.widget, window->message_bar);
 }
 
@@ -145,6 +152,7 @@ NB_VOID vga_listw_show_lists(VGA_LIST_WINDOW *window) {
         const VGA_LISTW_PANE &place = window->panes[pane];
         if (VGA_VIEWER_ROOT *root = vga_listw_root(window, pane)) {
             vga_viewer_display_root(root, place.draw_area, place.hscroll, place.vscroll);
+            vga_viewer_has_finder(root);
             if (place.headings != nullptr) {
                 vga_viewer_show_headings(root, place.headings,
                                          window->plan->lists[pane].headings_of);
@@ -152,11 +160,13 @@ NB_VOID vga_listw_show_lists(VGA_LIST_WINDOW *window) {
         }
     }
     vga_listw_show_band(window);
+    vga_listw_show_counts(window);
     vga_listw_message_at_rest(window);
     vga_listw_set_button_states(window);
 }
 
 NB_VOID vga_listw_hide_lists(VGA_LIST_WINDOW *window) {
+    vga_listw_close_bar(window, 0);
     for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
         if (VGA_VIEWER_ROOT *root = vga_listw_root(window, pane)) {
             vga_viewer_undisplay(root);
@@ -164,12 +174,14 @@ NB_VOID vga_listw_hide_lists(VGA_LIST_WINDOW *window) {
     }
     vga_listw_forget_pane(window);
     window->lists_shown = 0;
+    vga_listw_show_counts(window);
 }
 
 NB_VOID vga_listw_close_proc(VGA_DIALOG *dialog) {
     auto *window = reinterpret_cast<VGA_LIST_WINDOW *>(dialog);
     vga_listw_forget_button(window);
     vga_listw_forget_lines(window);
+    vga_listw_end_filters(window);
     vga_listw_hide_lists(window);
     set_window_of_lists(window, nullptr);
 }

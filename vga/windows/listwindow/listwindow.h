@@ -37,7 +37,7 @@ struct VGA_TOOL_ROW {
 
 /* A list: names of its widgets, and where it lies. */
 struct VGA_LISTW_ROW {
-    const NB_CHAR *form, *title, *key, *rule, *draw_area, *hscroll, *vscroll;
+    const NB_CHAR *form, *title, *counts, *key, *rule, *draw_area, *hscroll, *vscroll;
     const NB_CHAR *headings = nullptr; /* null: none */
     VGA_VIEWER_TYPE headings_of = VGA_VIEWER_NODE;
     VGA_VIEWER_ROOT VGA_NODE::*of_node = nullptr; /* one of the two */
@@ -68,8 +68,12 @@ const VGA_LISTW_PLAN *vga_find_plan(const NB_CHAR *name);
 
 struct VGA_LISTW_PANE {
     Widget form; /* its border marks the current list */
-    Widget title, rule;
-    Widget key; /* explains its icons; null: none */
+    Widget title, counts, rule;
+    Widget key;         /* explains its icons; null: none */
+    Widget filter_off;  /* ends the filter; null: there was none yet */
+    Widget bar;         /* the field in the row of the title; null: closed */
+    NB_ULONG bar_height;
+    NB_USHORT filtered; /* flag: a filter is on */
     Widget draw_area, hscroll, vscroll;
     Widget headings; /* null: none */
     NB_ULONG share;  /* height in pixels that its part of the window comes from (paneheights.h) */
@@ -77,6 +81,17 @@ struct VGA_LISTW_PANE {
 
 struct VGA_LISTW_TOOL {
     Widget frame, icon, text; /* the first two null in a dialog */
+};
+
+/* The field in the row of a list's title (findbar.h). */
+enum VGA_LISTW_BAR_KIND : NB_UCHAR { VGA_LISTW_NO_BAR, VGA_LISTW_FIND_BAR, VGA_LISTW_FILTER_BAR };
+struct VGA_LISTW_BAR {
+    VGA_LISTW_BAR_KIND kind;
+    NB_USHORT pane;
+    Widget form, field;
+    Widget result;      /* of the search */
+    Widget state;       /* the filter's option menu */
+    NB_CHAR sought[64]; /* the last text; what "next" goes to */
 };
 
 /* The beginning of every list window's descriptor. */
@@ -92,6 +107,8 @@ struct VGA_LIST_WINDOW {
     NB_USHORT lists_shown;  /* flag: the panes show the lists */
     NB_USHORT zoom;         /* flag: what is selected has properties that can be shown */
     Pixel normal_border, current_border;
+    VGA_LISTW_BAR bar;
+    NB_USHORT counts_due; /* flag: a timer is to show the counts */
     VGA_LISTW_TOOL tools[VGA_LISTW_MAX_TOOLS];
     Widget items[VGA_LISTW_MAX_COMMANDS];      /* menu items; null where a command has none */
     Widget popups[VGA_LISTW_MAX_COMMANDS];     /* entries of the lists' menu; likewise */
@@ -171,6 +188,13 @@ NB_VOID vga_listw_status(VGA_LIST_WINDOW *window); /* its status */
 NB_VOID vga_listw_copy(VGA_LIST_WINDOW *window);   /* its properties as those of a new record */
 NB_VOID vga_listw_copy_name(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_help_on_this(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_find(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_find_next(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_find_previous(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_filter(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_filter_off(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_failed_next(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_failed_previous(VGA_LIST_WINDOW *window);
 
 /* Message line. */
 
