@@ -61,8 +61,8 @@ uint64_t now(NB_VOID) {
 
 VGA_FINDER *vga_make_finder(VGA_VIEWER_ROOT *root, const VGA_FINDER_SOURCE &source) {
     if (root->finder == nullptr) {
-        root->finder = new VGA_FINDER{.root = root, .source = &source,
-                                      .texts = VGA_LINE_TEXTS(source.text)};
+        root->finder =
+            new VGA_FINDER{.root = root, .source = &source, .texts = VGA_LINE_TEXTS(source.text)};
         for (VGA_VIEWER_ITEM *line = root->top_items.first; line != nullptr;
              line = vga_finder_next(line)) {
             line->counted = not_counted;
@@ -188,6 +188,7 @@ NB_VOID vga_finder_line_goes(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
     vga_finder_leave(*root->finder, item);
     for_branch(item, [root](VGA_VIEWER_ITEM *line) {
         uncount(*root->finder, line);
+        vga_finder_forget(*root->finder, line);
         line->text_at = 0;
     });
 }

@@ -40,7 +40,7 @@ struct VGA_FINDER {
     std::vector<VGA_FINDER_COUNT> counts = {};
     VGA_FINDER_FILTER filter = {};
     VGA_VIEWER_ITEM *unfiltered = nullptr; /* looked at next by the filter; null: all were */
-    bool narrows = false; /* what failed before cannot pass now */
+    bool narrows = false;                  /* what failed before cannot pass now */
     VGA_FINDER_SEEK seek = {};
     VGA_VIEWER_ITEM *marked = nullptr;
     VGA_FINDER_NUMBERING numbering = {};
@@ -63,6 +63,9 @@ bool vga_finder_number_some(VGA_FINDER &finder);
 
 /* A line came or changed: the filter looks at it. */
 NB_VOID vga_finder_filter_line(VGA_FINDER &finder, VGA_VIEWER_ITEM *item);
+
+/* A line leaves the list: the filter has said nothing of it. */
+NB_VOID vga_finder_forget(VGA_FINDER &finder, VGA_VIEWER_ITEM *item);
 
 /* Lines above one that came, went or changed are shown or hidden with what is below them. */
 NB_VOID vga_finder_settle(VGA_FINDER &finder, VGA_VIEWER_ITEM *item);

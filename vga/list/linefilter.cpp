@@ -37,11 +37,11 @@ NB_VOID open_above(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item) {
 
 /* Returns whether it passes. */
 bool judge(VGA_FINDER &finder, VGA_VIEWER_ITEM *item) {
-    const bool good =
-        vga_finder_matches(finder, item, finder.filter.pattern, finder.filter.states);
+    const bool good = vga_finder_matches(finder, item, finder.filter.pattern, finder.filter.states);
     const bool news = good && item->hidden != 0;
     set_verdict(finder, item, good ? passes : fails);
     vga_finder_settle(finder, item);
+    vga_finder_settle(finder, item->parent); // a line that came may be shown already
     if (news) {
         open_above(finder.root, item);
     }
@@ -87,8 +87,8 @@ NB_VOID let_go_of_hidden(VGA_VIEWER_ROOT *root) {
             at++;
         }
     }
-    for (VGA_VIEWER_ITEM **line : {&root->select_anchor, &root->outline_viewer,
-                                   &root->last_dragged, &root->armed, &root->clicked}) {
+    for (VGA_VIEWER_ITEM **line : {&root->select_anchor, &root->outline_viewer, &root->last_dragged,
+                                   &root->armed, &root->clicked}) {
         *line = *line != nullptr && vga_viewer_is_visible(*line) != 0 ? *line : nullptr;
     }
 }
@@ -109,9 +109,9 @@ NB_VOID forget_line(VGA_VIEWER_ITEM *item, NB_VOID *data) {
 
 NB_VOID show_line(VGA_VIEWER_ITEM *item, NB_VOID *data) {
     const auto *root = static_cast<const VGA_VIEWER_ROOT *>(data);
-    const bool in_use = vga_viewer_is_within(root->outline_viewer, item) != 0 ||
-                        (root->select_count != 0 &&
-                         vga_viewer_is_within(root->select_parent, item) != 0);
+    const bool in_use =
+        vga_viewer_is_within(root->outline_viewer, item) != 0 ||
+        (root->select_count != 0 && vga_viewer_is_within(root->select_parent, item) != 0);
     if ((item->filtered & opened) != 0 && !in_use) {
         item->expanded = 0;
     }
@@ -139,6 +139,10 @@ private:
 };
 
 } // namespace
+
+NB_VOID vga_finder_forget(VGA_FINDER &finder, VGA_VIEWER_ITEM *item) {
+    set_verdict(finder, item, unknown);
+}
 
 NB_VOID vga_finder_settle(VGA_FINDER &finder, VGA_VIEWER_ITEM *item) {
     for (; item != nullptr && item->hidden != is_hidden(item); item = item->parent) {
@@ -180,8 +184,12 @@ bool vga_finder_filter_some(VGA_FINDER &finder) {
         }
         finder.unfiltered = vga_finder_next(item);
     }
-    finder.filter.pending = finder.unfiltered != nullptr;
-    return finder.unfiltered != nullptr;
+    const bool more = finder.unfiltered != nullptr;
+    finder.filter.pending = more;
+    if (!more) {
+        vga_finder_renumber(finder);
+    }
+    return more;
 }
 
 NB_VOID vga_finder_filter(VGA_VIEWER_ROOT *root, const VGA_PATTERN &pattern, NB_UCHAR states) {

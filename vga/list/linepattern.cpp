@@ -141,7 +141,8 @@ std::string_view name_of(std::string_view folded) {
 VGA_PATTERN vga_plain_pattern(std::string_view typed) {
     std::string folded;
     add_folded(&folded, typed);
-    return {folded.empty() ? VGA_PATTERN_ALL : VGA_PATTERN_CONTAINS, std::string(typed), folded, {}};
+    return {
+        folded.empty() ? VGA_PATTERN_ALL : VGA_PATTERN_CONTAINS, std::string(typed), folded, {}};
 }
 
 VGA_PATTERN vga_parse_pattern(std::string_view typed) {

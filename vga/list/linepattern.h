@@ -19,7 +19,7 @@ enum VGA_PATTERN_KIND : NB_UCHAR {
     VGA_PATTERN_CONTAINS, /* lines with `text` in them */
     VGA_PATTERN_BEGINS,   /* names that begin with `text` */
     VGA_PATTERN_ENDS,
-    VGA_PATTERN_LIKE, /* names of the form that was typed */
+    VGA_PATTERN_LIKE,      /* names of the form that was typed */
     VGA_PATTERN_OPEN_SET,  /* faults: a [ without its ] */
     VGA_PATTERN_EMPTY_SET, /* nothing between the two */
     VGA_PATTERN_BAD_RANGE, /* a range that ends before it begins, as [9-0] */

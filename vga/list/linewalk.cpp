@@ -28,13 +28,11 @@ VGA_VIEWER_ITEM *next_shown(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item,
 VGA_VIEWER_ITEM *last_of(const VGA_VIEWER_LIST *list, NB_USHORT open_only) {
     const NB_ULONG lines = vga_viewer_list_lines(list);
     VGA_VIEWER_ITEM *last = lines != 0 ? vga_viewer_find_in_list(list, lines - 1) : nullptr;
-    return last != nullptr && shows_children(last, open_only)
-               ? last_of(&last->children, open_only)
-               : last;
+    return last != nullptr && shows_children(last, open_only) ? last_of(&last->children, open_only)
+                                                              : last;
 }
 
-VGA_VIEWER_ITEM *previous_shown(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item,
-                                NB_USHORT open_only) {
+VGA_VIEWER_ITEM *previous_shown(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item, NB_USHORT open_only) {
     VGA_VIEWER_ITEM *previous = vga_viewer_previous_in_list(item);
     if (previous != nullptr && previous->hidden != 0) {
         previous = vga_viewer_prev_sibling(root, item);
@@ -63,9 +61,8 @@ NB_VOID end_seek(VGA_FINDER_SEEK &seek, VGA_FINDER_RESULT result, VGA_VIEWER_ITE
 
 /* Goes on behind a line without a match. */
 NB_VOID go_on(VGA_FINDER &finder, VGA_FINDER_SEEK &seek) {
-    VGA_VIEWER_ITEM *next = seek.at == seek.last && seek.wrapped != 0
-                                ? nullptr
-                                : step(finder.root, seek.at, seek.goal);
+    VGA_VIEWER_ITEM *next =
+        seek.at == seek.last && seek.wrapped != 0 ? nullptr : step(finder.root, seek.at, seek.goal);
     if (next == nullptr && seek.wrapped == 0) {
         seek.wrapped = 1;
         next = end_of(finder.root, seek.goal);
@@ -135,7 +132,8 @@ VGA_VIEWER_ITEM *vga_finder_marked(const VGA_VIEWER_ROOT *root) {
 bool vga_finder_seek_some(VGA_FINDER &finder) {
     VGA_FINDER_SEEK &seek = finder.seek;
     for (NB_USHORT at = 0; at < lines_a_time && seek.result == VGA_FINDER_SEEKING; at++) {
-        if (vga_finder_matches(finder, seek.at, seek.goal.pattern, seek.goal.states)) {
+        if (seek.at->hidden == 0 &&
+            vga_finder_matches(finder, seek.at, seek.goal.pattern, seek.goal.states)) {
             end_seek(seek, VGA_FINDER_FOUND, seek.at);
         } else {
             go_on(finder, seek);
@@ -172,7 +170,8 @@ bool vga_finder_number_some(VGA_FINDER &finder) {
         return false;
     }
     for (NB_USHORT at = 0; at < lines_a_time && numbering.at != nullptr; at++) {
-        if (vga_finder_matches(finder, numbering.at, numbering.pattern, VGA_ANY_LINE_STATE)) {
+        if (numbering.at->hidden == 0 &&
+            vga_finder_matches(finder, numbering.at, numbering.pattern, VGA_ANY_LINE_STATE)) {
             ++numbering.total;
             numbering.number =
                 numbering.at == numbering.current ? numbering.total : numbering.number;
@@ -183,10 +182,11 @@ bool vga_finder_number_some(VGA_FINDER &finder) {
         return true;
     }
     numbering.known = {numbering.total, numbering.number, 0};
-    if (numbering.stale != 0) {
+    const bool again = numbering.stale != 0;
+    if (again) {
         begin_numbering(finder);
     }
-    return numbering.stale != 0;
+    return again;
 }
 
 NB_VOID vga_finder_renumber(VGA_FINDER &finder) {

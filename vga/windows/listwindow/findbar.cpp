@@ -36,8 +36,7 @@ std::string with_text(NB_USHORT message, const std::string &text) {
 }
 
 std::string typed_text(const VGA_LISTW_BAR &bar) {
-    const VGA_OWNED<NB_CHAR, XtFree> text(XmTextFieldGetString(bar.field));
-    return text ? text.get() : "";
+    return VGA_TEXT(XmTextFieldGetString(bar.field)).get();
 }
 
 NB_VOID set_label(Widget label, const NB_CHAR *text) {
@@ -47,10 +46,13 @@ NB_VOID set_label(Widget label, const NB_CHAR *text) {
 
 /* The row of the title. */
 
+Widget named(const VGA_LIST_WINDOW *window, const NB_CHAR *name) {
+    return name != nullptr ? XtNameToWidget(window->common.widget, name) : nullptr;
+}
+
 /* What the field takes the place of stays where it is, so that the row keeps its height. */
 NB_VOID show_beside_title(const VGA_LIST_WINDOW *window, NB_USHORT pane, bool shown) {
-    const NB_CHAR *name = window->plan->lists[pane].key;
-    Widget key = name != nullptr ? XtNameToWidget(window->common.widget, name) : nullptr;
+    Widget key = named(window, window->plan->lists[pane].key);
     for (Widget widget : {window->panes[pane].counts, window->panes[pane].filter_off, key}) {
         if (widget != nullptr) {
             XtVaSetValues(widget, XmNmappedWhenManaged, static_cast<int>(shown), nullptr);
@@ -67,6 +69,12 @@ Widget fetch(const NB_CHAR *name, Widget parent) {
                : nullptr;
 }
 
+/* What stands to the left of another part, or of the pane's edge, ends there. */
+NB_VOID end_at(Widget left, Widget right) {
+    XtVaSetValues(left, XmNrightAttachment, right != nullptr ? XmATTACH_WIDGET : XmATTACH_FORM,
+                  XmNrightWidget, right, nullptr);
+}
+
 NB_VOID show_all(Widget button, XtPointer client_data, XtPointer call_data);
 
 /* What ends the filter of a list stands in its title's row as long as there is one. */
@@ -77,11 +85,25 @@ NB_VOID show_filter_off(VGA_LIST_WINDOW *window, NB_USHORT at) {
     if (!on && pane.filter_off == nullptr) {
         return;
     }
+    const VGA_LISTW_ROW &row = window->plan->lists[at];
     if (pane.filter_off == nullptr) {
         pane.filter_off = fetch("filterOff", pane.form);
+        if (pane.filter_off == nullptr) {
+            return;
+        }
+        XtVaSetValues(pane.filter_off, XmNbottomWidget, named(window, row.rule), nullptr);
         XtAddCallback(pane.filter_off, XmNactivateCallback, show_all, window);
     }
-    (on ? XtManageChild : XtUnmanageChild)(pane.filter_off);
+    Widget key = named(window, row.key);
+    key = key != nullptr && XtIsManaged(key) ? key : nullptr;
+    end_at(pane.filter_off, key);
+    if (on) {
+        XtManageChild(pane.filter_off);
+    }
+    end_at(pane.counts, on ? pane.filter_off : key);
+    if (!on) {
+        XtUnmanageChild(pane.filter_off);
+    }
 }
 
 /* Searching. */
@@ -291,10 +313,15 @@ bool open_bar(VGA_LIST_WINDOW *window, VGA_LISTW_BAR_KIND kind) {
     bar.field = XtNameToWidget(bar.form, find ? "*findBarField" : "*filterBarField");
     bar.result = find ? XtNameToWidget(bar.form, "*findBarResult") : nullptr;
     bar.state = find ? nullptr : XtNameToWidget(bar.form, "*filterBarState");
-    Widget rule = XtNameToWidget(window->common.widget, window->plan->lists[at].rule);
+    Widget rule = named(window, window->plan->lists[at].rule);
     XtVaSetValues(bar.form, XmNleftWidget, pane.title, XmNbottomAttachment, XmATTACH_WIDGET,
                   XmNbottomWidget, rule, nullptr);
     show_beside_title(window, at, false);
+    Position row = 0;
+    Dimension field = 0;
+    XtVaGetValues(rule, XmNy, &row, nullptr);
+    XtVaGetValues(bar.field, XmNheight, &field, nullptr);
+    XtVaSetValues(bar.field, XmNtopOffset, row > field ? (row - field) / 2 : 0, nullptr);
     XtManageChild(bar.form);
     XtInsertEventHandler(bar.field, KeyPressMask, False, field_key, window, XtListHead);
     return true;
@@ -356,11 +383,12 @@ NB_VOID sought(VGA_VIEWER_ROOT *root, VGA_VIEWER_SOUGHT what, VGA_FINDER_RESULT 
     if (what == VGA_VIEWER_SOUGHT_TEXT) {
         text_sought(window, root, result);
     } else if (what == VGA_VIEWER_SOUGHT_STATE) {
-        vga_listw_message(window, none ? VGA_MSG_FIND_NO_FAILED : NB_USHORT{0});
+        vga_listw_message(window, none ? NB_USHORT{VGA_MSG_FIND_NO_FAILED} : NB_USHORT{0});
     } else {
         vga_listw_message_text(
-            window, with_text(none ? VGA_MSG_FIND_TYPED_NONE : VGA_MSG_FIND_TYPED, root->view->typed)
-                        .c_str());
+            window,
+            with_text(none ? VGA_MSG_FIND_TYPED_NONE : VGA_MSG_FIND_TYPED, root->view->typed)
+                .c_str());
     }
     if (none && what != VGA_VIEWER_SOUGHT_TEXT) {
         XBell(XtDisplay(window->common.widget), 0);

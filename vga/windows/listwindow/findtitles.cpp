@@ -104,9 +104,8 @@ NB_VOID vga_listw_show_counts(VGA_LIST_WINDOW *window) {
 NB_VOID vga_listw_counts_due(VGA_LIST_WINDOW *window) {
     if (window->counts_due == 0) {
         window->counts_due = 1;
-        XtAppAddTimeOut(
-            gvga_appcontext, moment, show_due,
-            reinterpret_cast<XtPointer>(static_cast<uintptr_t>(window->common.handle)));
+        XtAppAddTimeOut(gvga_appcontext, moment, show_due,
+                        reinterpret_cast<XtPointer>(static_cast<uintptr_t>(window->common.handle)));
     }
 }
 

@@ -1,7 +1,7 @@
 #include "listwindow.h"
-#include "globals.h"
 #include "findbar.h"
 #include "findtitles.h"
+#include "globals.h"
 #include "graphics.h"
 #include "headings.h"
 #include "hints.h"
