@@ -106,7 +106,7 @@ STANDARD = {
     'find_next': finding('Find next', 'n', 'find_next', accelerator='F3'),
     'find_previous': finding('Find previous', 'p', 'find_previous', accelerator='Shift+F3'),
     'filter': finding('Show only...', 'S', 'filter', accelerator='Ctrl+L'),
-    'filter_off': finding('Show all', 'l', 'filter_off', accelerator='Ctrl+Shift+L'),
+    'filter_off': finding('Show all', 'w', 'filter_off', accelerator='Ctrl+Shift+L'),
     'failed_next': finding('Next failed line', 'x', 'failed_next', accelerator='F8'),
     'failed_previous': finding('Previous failed line', 'v', 'failed_previous', accelerator='Shift+F8'),
 }

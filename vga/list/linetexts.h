@@ -13,8 +13,8 @@
 class VGA_LINE_TEXTS {
 public:
     /* Writes a line's text, with its column stops and terminated, into VGA_VIEWER_TEXT_BUFFER + 1
-     * bytes, and returns its length. */
-    using WRITER = NB_USHORT (*)(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
+     * bytes. */
+    using WRITER = NB_VOID (*)(const VGA_VIEWER_ITEM *item, NB_CHAR *buffer);
 
     explicit VGA_LINE_TEXTS(WRITER writer) : write(writer) {}
 

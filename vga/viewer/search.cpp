@@ -75,7 +75,7 @@ NB_VOID news(VGA_VIEWER_ROOT *root) {
 }
 
 constexpr VGA_FINDER_SOURCE source = {
-    .text = vga_viewer_line_text,
+    .text = vga_viewer_whole_text,
     .state = vga_viewer_line_state,
     .work_due = work_due,
     .news = news,

@@ -6,6 +6,7 @@
 #include "panes.h"
 #include "search.h"
 #include "toolkit.h"
+#include "windowroom.h"
 #include <Mrm/MrmPublic.h>
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
@@ -46,20 +47,6 @@ NB_VOID set_label(Widget label, const NB_CHAR *text) {
 
 /* The row of the title. */
 
-Widget named(const VGA_LIST_WINDOW *window, const NB_CHAR *name) {
-    return name != nullptr ? XtNameToWidget(window->common.widget, name) : nullptr;
-}
-
-/* What the field takes the place of stays where it is, so that the row keeps its height. */
-NB_VOID show_beside_title(const VGA_LIST_WINDOW *window, NB_USHORT pane, bool shown) {
-    Widget key = named(window, window->plan->lists[pane].key);
-    for (Widget widget : {window->panes[pane].counts, window->panes[pane].filter_off, key}) {
-        if (widget != nullptr) {
-            XtVaSetValues(widget, XmNmappedWhenManaged, static_cast<int>(shown), nullptr);
-        }
-    }
-}
-
 Widget fetch(const NB_CHAR *name, Widget parent) {
     Widget widget = nullptr;
     MrmType type;
@@ -69,12 +56,6 @@ Widget fetch(const NB_CHAR *name, Widget parent) {
                : nullptr;
 }
 
-/* What stands to the left of another part, or of the pane's edge, ends there. */
-NB_VOID end_at(Widget left, Widget right) {
-    XtVaSetValues(left, XmNrightAttachment, right != nullptr ? XmATTACH_WIDGET : XmATTACH_FORM,
-                  XmNrightWidget, right, nullptr);
-}
-
 NB_VOID show_all(Widget button, XtPointer client_data, XtPointer call_data);
 
 /* What ends the filter of a list stands in its title's row as long as there is one. */
@@ -82,28 +63,17 @@ NB_VOID show_filter_off(VGA_LIST_WINDOW *window, NB_USHORT at) {
     const VGA_VIEWER_ROOT *root = vga_listw_root(window, at);
     VGA_LISTW_PANE &pane = window->panes[at];
     const bool on = root != nullptr && vga_finder_filter_of(root).on != 0;
-    if (!on && pane.filter_off == nullptr) {
-        return;
-    }
-    const VGA_LISTW_ROW &row = window->plan->lists[at];
-    if (pane.filter_off == nullptr) {
+    if (on && pane.filter_off == nullptr) {
         pane.filter_off = fetch("filterOff", pane.form);
         if (pane.filter_off == nullptr) {
             return;
         }
-        XtVaSetValues(pane.filter_off, XmNbottomWidget, named(window, row.rule), nullptr);
+        XtVaSetValues(pane.filter_off, XmNbottomWidget, pane.rule, nullptr);
         XtAddCallback(pane.filter_off, XmNactivateCallback, show_all, window);
     }
-    Widget key = named(window, row.key);
-    key = key != nullptr && XtIsManaged(key) ? key : nullptr;
-    end_at(pane.filter_off, key);
-    if (on) {
-        XtManageChild(pane.filter_off);
-    }
-    end_at(pane.counts, on ? pane.filter_off : key);
-    if (!on) {
-        XtUnmanageChild(pane.filter_off);
-    }
+    pane.filtered = on;
+    vga_listw_share_room(window);
+    vga_listw_counts_due(window);
 }
 
 /* Searching. */
@@ -302,7 +272,7 @@ bool open_bar(VGA_LIST_WINDOW *window, VGA_LISTW_BAR_KIND kind) {
         return false;
     }
     vga_listw_close_bar(window, 0);
-    const VGA_LISTW_PANE &pane = window->panes[at];
+    VGA_LISTW_PANE &pane = window->panes[at];
     const bool find = kind == VGA_LISTW_FIND_BAR;
     bar.form = fetch(find ? "findBar" : "filterBar", pane.form);
     if (bar.form == nullptr) {
@@ -313,16 +283,16 @@ bool open_bar(VGA_LIST_WINDOW *window, VGA_LISTW_BAR_KIND kind) {
     bar.field = XtNameToWidget(bar.form, find ? "*findBarField" : "*filterBarField");
     bar.result = find ? XtNameToWidget(bar.form, "*findBarResult") : nullptr;
     bar.state = find ? nullptr : XtNameToWidget(bar.form, "*filterBarState");
-    Widget rule = named(window, window->plan->lists[at].rule);
-    XtVaSetValues(bar.form, XmNleftWidget, pane.title, XmNbottomAttachment, XmATTACH_WIDGET,
-                  XmNbottomWidget, rule, nullptr);
-    show_beside_title(window, at, false);
+    Dimension height = 0;
+    XtVaGetValues(bar.field, XmNheight, &height, nullptr);
+    pane.bar = bar.form;
+    pane.bar_height = height + 2U;
+    XtVaSetValues(bar.form, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, pane.rule,
+                  nullptr);
+    vga_listw_share_room(window);
     Position row = 0;
-    Dimension field = 0;
-    XtVaGetValues(rule, XmNy, &row, nullptr);
-    XtVaGetValues(bar.field, XmNheight, &field, nullptr);
-    XtVaSetValues(bar.field, XmNtopOffset, row > field ? (row - field) / 2 : 0, nullptr);
-    XtManageChild(bar.form);
+    XtVaGetValues(pane.rule, XmNy, &row, nullptr);
+    XtVaSetValues(bar.field, XmNtopOffset, row > height ? (row - height) / 2 : 0, nullptr);
     XtInsertEventHandler(bar.field, KeyPressMask, False, field_key, window, XtListHead);
     return true;
 }
@@ -447,10 +417,12 @@ NB_VOID vga_listw_close_bar(VGA_LIST_WINDOW *window, NB_USHORT to_list) {
     if (to_list != 0) {
         XmProcessTraversal(window->panes[pane].draw_area, XmTRAVERSE_CURRENT);
     }
-    XtUnmanageChild(bar.form);
-    XtDestroyWidget(bar.form);
+    Widget form = bar.form;
     bar.form = bar.field = bar.result = bar.state = nullptr;
-    show_beside_title(window, pane, true);
+    window->panes[pane].bar = nullptr;
+    XtUnmanageChild(form);
+    XtDestroyWidget(form);
+    vga_listw_share_room(window);
     if (root != nullptr) {
         vga_finder_stop_numbering(root);
         vga_finder_rest(root);

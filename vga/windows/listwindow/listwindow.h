@@ -69,9 +69,9 @@ const VGA_LISTW_PLAN *vga_find_plan(const NB_CHAR *name);
 struct VGA_LISTW_PANE {
     Widget form; /* its border marks the current list */
     Widget title, counts, rule;
-    Widget key;         /* explains its icons; null: none */
-    Widget filter_off;  /* ends the filter; null: there was none yet */
-    Widget bar;         /* the field in the row of the title; null: closed */
+    Widget key;        /* explains its icons; null: none */
+    Widget filter_off; /* ends the filter; null: there was none yet */
+    Widget bar;        /* the field in the row of the title; null: closed */
     NB_ULONG bar_height;
     NB_USHORT filtered; /* flag: a filter is on */
     Widget draw_area, hscroll, vscroll;

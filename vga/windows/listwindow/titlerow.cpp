@@ -1,9 +1,76 @@
 #include "titlerow.h"
 #include "roomrules.h"
 #include "widgets.h"
+#include <algorithm>
+
+namespace {
+
+constexpr NB_ULONG least_counts = 64; // pixels that say anything
+
+NB_ULONG wanted_width(Widget widget) {
+    return widget != nullptr ? vga_wanted_size(widget).width : NB_ULONG{0};
+}
+
+/* What is to the left of a part ends there, or at the edge of the pane. */
+NB_VOID end_at(Widget left, Widget right) {
+    Widget now = nullptr;
+    NB_UCHAR attachment = XmATTACH_NONE;
+    const NB_UCHAR wanted = right != nullptr ? XmATTACH_WIDGET : XmATTACH_FORM;
+    XtVaGetValues(left, XmNrightWidget, &now, XmNrightAttachment, &attachment, nullptr);
+    if (now != right || attachment != wanted) {
+        XtVaSetValues(left, XmNrightAttachment, wanted, XmNrightWidget, right, nullptr);
+    }
+}
+
+/* What follows a title that has all the room it wants. */
+NB_VOID end_by_itself(Widget title, NB_ULONG width) {
+    Dimension now = 0;
+    NB_UCHAR attachment = XmATTACH_FORM;
+    XtVaGetValues(title, XmNwidth, &now, XmNrightAttachment, &attachment, nullptr);
+    if (now != width || attachment != XmATTACH_NONE) {
+        XtVaSetValues(title, XmNrightAttachment, XmATTACH_NONE, XmNrightWidget, nullptr, XmNwidth,
+                      static_cast<Dimension>(width), nullptr);
+    }
+}
+
+NB_VOID hide(Widget widget) {
+    if (widget != nullptr) {
+        XtUnmanageChild(widget);
+    }
+}
+
+NB_VOID set_height(const VGA_LISTW_PANE &pane, NB_ULONG height) {
+    int offset = 0;
+    XtVaGetValues(pane.rule, XmNtopOffset, &offset, nullptr);
+    if (offset != static_cast<int>(height)) {
+        XtVaSetValues(pane.rule, XmNtopOffset, static_cast<int>(height), nullptr);
+    }
+}
+
+/* The field and, where there is room, the title. */
+NB_VOID arrange_bar(const VGA_LISTW_PANE &pane, NB_ULONG width) {
+    const NB_ULONG title = wanted_width(pane.title);
+    const bool both = vga_listw_key_fits(width, title, 0, wanted_width(pane.bar)) != 0;
+    if (both) {
+        XtManageChild(pane.title);
+        end_by_itself(pane.title, title);
+    }
+    XtVaSetValues(pane.bar, XmNleftAttachment, both ? XmATTACH_WIDGET : XmATTACH_FORM,
+                  XmNleftWidget, both ? pane.title : nullptr, nullptr);
+    XtManageChild(pane.bar);
+    for (Widget widget : {pane.counts, pane.filter_off, pane.key}) {
+        hide(widget);
+    }
+    if (!both) {
+        hide(pane.title);
+    }
+}
+
+} // namespace
 
 NB_ULONG vga_listw_row_height(const VGA_LISTW_PANE &pane) {
-    return vga_wanted_size(pane.title).height;
+    const NB_ULONG title = vga_wanted_size(pane.title).height;
+    return pane.bar != nullptr ? std::max(title, pane.bar_height) : title;
 }
 
 NB_ULONG vga_listw_key_height(const VGA_LISTW_PANE &pane) {
@@ -15,41 +82,42 @@ NB_ULONG vga_listw_key_height(const VGA_LISTW_PANE &pane) {
     return key > row ? key - row : 0;
 }
 
-/* What is to the left of a part ends there, or at the edge of the pane. */
-static NB_VOID end_at(Widget left, Widget right) {
-    Widget now = nullptr;
-    XtVaGetValues(left, XmNrightWidget, &now, nullptr);
-    if (now != right) {
-        XtVaSetValues(left, XmNrightAttachment, right != nullptr ? XmATTACH_WIDGET : XmATTACH_FORM,
-                      XmNrightWidget, right, nullptr);
-    }
-}
-
-static NB_VOID put_rule_below(const VGA_LISTW_PANE &pane, NB_ULONG row_height) {
-    Dimension margin = 0;
-    int now = 0;
-    XtVaGetValues(pane.form, XmNmarginHeight, &margin, nullptr);
-    XtVaGetValues(pane.rule, XmNtopOffset, &now, nullptr);
-    const int offset = margin + static_cast<int>(row_height);
-    if (now != offset) {
-        XtVaSetValues(pane.rule, XmNtopOffset, offset, nullptr);
-    }
-}
-
 NB_VOID vga_listw_arrange_row(const VGA_LISTW_PANE &pane, NB_ULONG width, NB_USHORT key_wanted) {
-    const bool shown = pane.key != nullptr && key_wanted != 0 &&
-                       vga_listw_key_fits(width, vga_wanted_size(pane.title).width, 0,
-                                          vga_wanted_size(pane.key).width) != 0;
-    put_rule_below(pane,
-                   vga_listw_row_height(pane) + (shown ? vga_listw_key_height(pane) : NB_ULONG{0}));
-    /* The layout of the pane knows only parts that are there. */
+    const NB_ULONG title = wanted_width(pane.title);
+    Widget off = pane.filtered != 0 ? pane.filter_off : nullptr;
+    const bool shown =
+        pane.key != nullptr && key_wanted != 0 &&
+        vga_listw_key_fits(width, title, wanted_width(off), wanted_width(pane.key)) != 0;
+    set_height(pane,
+               vga_listw_row_height(pane) + (shown ? vga_listw_key_height(pane) : NB_ULONG{0}));
+    if (pane.bar != nullptr) {
+        arrange_bar(pane, width);
+        return;
+    }
+    /* The layout of the pane knows only parts that are there, and nothing may hang on another. */
+    Widget right = shown ? pane.key : nullptr;
     if (shown) {
         XtManageChild(pane.key);
-        end_at(pane.title, pane.key);
+    }
+    if (off != nullptr) {
+        end_at(off, right);
+        XtManageChild(off);
+        right = off;
+    }
+    const NB_ULONG others = wanted_width(off) + (shown ? wanted_width(pane.key) : NB_ULONG{0});
+    XtManageChild(pane.title);
+    if (vga_listw_key_fits(width, title, others, least_counts) != 0) {
+        end_by_itself(pane.title, title);
+        end_at(pane.counts, right);
+        XtManageChild(pane.counts);
     } else {
-        end_at(pane.title, nullptr);
-        if (pane.key != nullptr) {
-            XtUnmanageChild(pane.key);
-        }
+        end_at(pane.title, right);
+        hide(pane.counts);
+    }
+    if (off == nullptr) {
+        hide(pane.filter_off);
+    }
+    if (!shown) {
+        hide(pane.key);
     }
 }

@@ -1,6 +1,8 @@
-/* The row of a pane's title.  From the left: the title, which may be cut; at the right end what
- * explains the icons (the key), as long as it has room.  The row is as high as its highest part;
- * the rule below it hangs on no part, so that any of them may come and go. */
+/* The row of a pane's title.  From the left: the title, the counts of the list in what room is
+ * left, what ends its filter while one is on, and at the right end what explains the icons (the
+ * key), as long as it has room.  While the field for finding is open (findbar.h), it has all that
+ * is to the right of the title, and that place, too, where it would not fit.  The row is as high as
+ * its highest part; the rule below it hangs on no part, so that any of them may come and go. */
 #ifndef TITLEROW_H
 #define TITLEROW_H
 
