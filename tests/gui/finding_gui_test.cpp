@@ -26,7 +26,11 @@ protected:
     static void type(const std::string &text) {
         for (const char letter : text) {
             const char name[] = {letter, '\0'};
-            gui::key(letter == '*' ? "asterisk" : letter == '[' ? "bracketleft" : name);
+            if (letter == '*') {
+                gui::key("asterisk", {"Shift_L"});
+            } else {
+                gui::key(letter == '[' ? "bracketleft" : name);
+            }
         }
         gui::settle();
     }

@@ -91,7 +91,8 @@ private:
         auto *previous = static_cast<Record *>(ntl_avl_prev(place.order));
         if (previous != nullptr && previous->gui_data.list == place.root &&
             previous->gui_data.viewer.parent == line.parent) {
-            expect(vga_viewer_get_line_in_list(&previous->gui_data.viewer) <
+            const VGA_VIEWER_ITEM &before = previous->gui_data.viewer; // hidden, it has no lines
+            expect(vga_viewer_get_line_in_list(&before) + before.lines <=
                        vga_viewer_get_line_in_list(&line),
                    type, "its line is out of order");
         }
