@@ -70,6 +70,8 @@ void open() {
     gvga_display = XtOpenDisplay(gvga_appcontext, nullptr, "quiladmin", VGA_CLASS, nullptr, 0,
                                  &count, nullptr);
     ASSERT_NE(gvga_display, nullptr);
+    XtAppSetWarningHandler(gvga_appcontext,
+                           [](String text) { ADD_FAILURE() << "the toolkit warns: " << text; });
     gvga_screen = DefaultScreenOfDisplay(gvga_display);
     gvga_root_window = RootWindowOfScreen(gvga_screen);
     gvga_resource_database = XtDatabase(gvga_display);

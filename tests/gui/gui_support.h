@@ -17,7 +17,7 @@
 namespace gui {
 
 /* Connects the toolkit, once a program; the class is that of the program, the resource database the
- * display's. */
+ * display's.  From then on a warning of the toolkit is a failure, unless WARNINGS takes it. */
 void open();
 
 /* Handles events and timers until the condition holds; false after `milliseconds`. */

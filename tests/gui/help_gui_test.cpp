@@ -246,6 +246,7 @@ TEST_F(Help, AManualPageIsReadBesideTheLoop) {
 class Messages : public Help {
 protected:
     void SetUp() override {
+        vga_register_common_names(); // the actions of boxes
         desc.in_use = 1;
         desc.shell = gui::make_shell("parent", 600, 500, 200, 100);
         desc.widget = XtVaCreateManagedWidget("parent", xmRowColumnWidgetClass, desc.shell,

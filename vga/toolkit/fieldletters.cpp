@@ -128,10 +128,11 @@ NB_VOID prepare_stack(Widget stack) {
         XtFree(tags[at]);
     }
     XtFree(reinterpret_cast<NB_CHAR *>(tags));
-    Arg args[1];
+    Arg args[2];
     XtSetArg(args[0], XmNunderlineType, XmSINGLE_LINE);
-    const VGA_NO_WARNINGS quiet; /* it has no font: that is the text's */
-    renditions.push_back(XmRenditionCreate(stack, letter_rendition, args, 1));
+    XtSetArg(args[1], XmNfontName, XmAS_IS); /* not that of the lists: it has the text's */
+    const VGA_NO_WARNINGS quiet;             /* that there is none */
+    renditions.push_back(XmRenditionCreate(stack, letter_rendition, args, std::size(args)));
     fonts = XmRenderTableAddRenditions(nullptr, renditions.data(),
                                        static_cast<Cardinal>(renditions.size()), XmMERGE_NEW);
     XtVaSetValues(stack, XmNrenderTable, fonts, nullptr); /* not copied: the stack frees it */
