@@ -220,9 +220,15 @@ private:
     const std::string path_ = getenv("PATH") != nullptr ? getenv("PATH") : "/usr/bin:/bin";
 };
 
-/* The panes' lists show two lines each, on which the operator can click. */
-TEST_F(SmallScreen, EveryListHasTwoLines) {
-    use_screen_of("640x400x24");
+/* The panes' lists show two lines each, on which the operator can click, on screens of all sizes
+ * and dots an inch. */
+class AnyScreen : public SmallScreen, public testing::WithParamInterface<const char *> {};
+INSTANTIATE_TEST_SUITE_P(Sizes, AnyScreen,
+                         testing::Values("640x400x24", "800x600x24 -dpi 144",
+                                         "1024x768x24 -dpi 192", "3840x2160x24 -dpi 192"));
+
+TEST_P(AnyScreen, EveryListHasTwoLines) {
+    use_screen_of(GetParam());
     start_node();
     start_program();
     const WindowId window = loaded_window();
