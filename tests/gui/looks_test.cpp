@@ -146,11 +146,13 @@ TEST_F(Looks, TextsCanBeRead) {
 TEST_F(Looks, LettersAreDrawnOnTheirBackground) {
     vga_close_modal_dialog(gvga_main_dialog);
     gui::settle();
-    Widget menu = XtNameToWidget(gvga_main_dialog->widget, "*nodewMenuBar.nodewNode");
-    ASSERT_NE(menu, nullptr);
-    const gui::IMAGE image(menu);
-    EXPECT_GT(image.count(colour(menu, XmNforeground)), 20);
-    EXPECT_GT(image.count(colour(menu, XmNbackground)), image.width * image.height / 2);
+    for (const char *name : {"*nodewMenuBar.nodewNode", "*nodewMessageBar"}) {
+        Widget text = XtNameToWidget(gvga_main_dialog->widget, name);
+        ASSERT_NE(text, nullptr);
+        const gui::IMAGE image(text);
+        EXPECT_GT(image.count(colour(text, XmNforeground)), 20) << name;
+        EXPECT_GT(image.count(colour(text, XmNbackground)), image.width * image.height / 2) << name;
+    }
 }
 
 TEST_F(Looks, TheKeyboardsPlaceIsSeen) {

@@ -3,10 +3,14 @@
 #ifdef QUILADMIN_OWN_COLOURS
 
 #include "nbbase.h"
+#include <X11/Xft/Xft.h>
 #include <X11/Xutil.h>
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <dlfcn.h>
+#include <map>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -35,11 +39,11 @@ struct {
     CHANNEL red, green, blue;
 } known;
 
-/* A colormap that other programs fill, too, and that may be full. */
+/* The colormap of a visual whose pixels do not say their colours. */
 struct {
     Display *display = nullptr; /* null: there is none */
     Colormap colormap = 0;
-    int cells = 0;
+    int cells = 0; /* that other programs fill, too; 0: nobody can */
 } shared_map;
 
 bool is_known(const Display *display, Colormap colormap) {
@@ -94,7 +98,8 @@ extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colou
         if (ask_library("XAllocColor", display, colormap, colour) != 0) {
             return 1;
         }
-        return display == shared_map.display && colormap == shared_map.colormap
+        return display == shared_map.display && colormap == shared_map.colormap &&
+                       shared_map.cells != 0
                    ? allocate_nearest(wanted, colour)
                    : 0;
     }
@@ -114,14 +119,50 @@ extern "C" int XQueryColors(Display *display, Colormap colormap, XColor *colours
     return 1;
 }
 
+/* The toolkit leaves the pixel of a text field's colour to chance: where letters are not mixed with
+ * what they stand on, that is what is drawn. */
+template <class... Text>
+static NB_VOID draw_text(const NB_CHAR *name, XftDraw *draw, const XftColor *colour, XftFont *font,
+                         Text... text) {
+    XftColor whole = *colour;
+    if (shared_map.display != nullptr && XftDrawDisplay(draw) == shared_map.display) {
+        static std::map<std::array<unsigned short, 3>, unsigned long> pixels;
+        const auto [known, is_new] =
+            pixels.try_emplace({colour->color.red, colour->color.green, colour->color.blue});
+        if (is_new) {
+            XColor asked = {};
+            std::tie(asked.red, asked.green, asked.blue) =
+                std::tie(colour->color.red, colour->color.green, colour->color.blue);
+            XAllocColor(shared_map.display, shared_map.colormap, &asked);
+            known->second = asked.pixel;
+        }
+        whole.pixel = known->second;
+    }
+    using DRAW = NB_VOID (*)(XftDraw *, const XftColor *, XftFont *, Text...);
+    if (auto *const function = reinterpret_cast<DRAW>(dlsym(RTLD_NEXT, name))) {
+        function(draw, &whole, font, text...);
+    }
+}
+
+extern "C" NB_VOID XftDrawStringUtf8(XftDraw *draw, const XftColor *colour, XftFont *font, int x,
+                                     int y, const FcChar8 *text, int length) {
+    draw_text("XftDrawStringUtf8", draw, colour, font, x, y, text, length);
+}
+
+extern "C" NB_VOID XftDrawString32(XftDraw *draw, const XftColor *colour, XftFont *font, int x,
+                                   int y, const FcChar32 *text, int length) {
+    draw_text("XftDrawString32", draw, colour, font, x, y, text, length);
+}
+
 extern "C" int XQueryColor(Display *display, Colormap colormap, XColor *colour) {
     return XQueryColors(display, colormap, colour, 1);
 }
 
 NB_VOID vga_work_out_colours(Display *display, Screen *screen) {
     const Visual *visual = DefaultVisualOfScreen(screen);
-    if (visual->c_class == PseudoColor || visual->c_class == GrayScale) {
-        shared_map = {display, DefaultColormapOfScreen(screen), visual->map_entries};
+    if (visual->c_class != TrueColor) {
+        const bool filled = visual->c_class == PseudoColor || visual->c_class == GrayScale;
+        shared_map = {display, DefaultColormapOfScreen(screen), filled ? visual->map_entries : 0};
     }
     if (visual->c_class != TrueColor || visual->red_mask == 0 || visual->green_mask == 0 ||
         visual->blue_mask == 0 || visual->bits_per_rgb < 1 || visual->bits_per_rgb > 16) {

@@ -7,6 +7,7 @@
  *
  * Where the default colormap has cells that all programs share, and they are used up, XAllocColor
  * gives the nearest colour that there is in place of none, which the toolkit would show as black.
+ * On such a visual texts of fields have the colour that they should (XftDrawString...).
  *
  * Without the build option QUILADMIN_OWN_COLOURS nothing is replaced, and the server is asked. */
 #ifndef COLOURS_H
