@@ -145,6 +145,7 @@ TEST_F(Looks, TextsCanBeRead) {
 /* Letters with soft edges need colours between two, which a screen may not have. */
 TEST_F(Looks, LettersAreDrawnOnTheirBackground) {
     vga_close_modal_dialog(gvga_main_dialog);
+    vga_message_node_window(gvga_main_dialog, VGA_MSG_NODEW_READY);
     gui::settle();
     for (const char *name : {"*nodewMenuBar.nodewNode", "*nodewMessageBar"}) {
         Widget text = XtNameToWidget(gvga_main_dialog->widget, name);
