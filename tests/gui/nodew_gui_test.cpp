@@ -380,8 +380,8 @@ TEST_F(NodeWindow, PanesKeepTheirSharesOfAnyWindow) {
         std::vector<bool> shown; // tool bar, headings, key
     } sizes[] = {{1056, 920, {true, true, true}},   {1056, 620, {true, true, false}},
                  {1056, 580, {true, false, false}}, {616, 540, {true, false, false}},
-                 {616, 452, {false, false, false}}, {480, 920, {true, true, false}},
-                 {1056, 2900, {true, true, true}}};
+                 {616, 452, {false, false, false}}, {560, 920, {true, true, false}},
+                 {320, 920, {false, true, false}},  {1056, 2900, {true, true, true}}};
     for (const bool by_sash : {false, true}) {
         resize(1056, 920);
         if (by_sash) {

@@ -154,8 +154,10 @@ NB_VOID set_first_size(const VGA_LIST_WINDOW *window) {
 NB_VOID vga_listw_share_room(VGA_LIST_WINDOW *window) {
     const VGA_LISTW_STEP step = vga_listw_choose_step(measure(window));
     Dimension width = 0;
+    XtVaGetValues(window->common.widget, XmNwidth, &width, nullptr);
+    stack_parts(window, step < VGA_LISTW_STEP_NO_TOOL_BAR &&
+                            vga_wanted_size(part(window, "ToolbarRowColumn")).width <= width);
     XtVaGetValues(window->panes_widget, XmNwidth, &width, nullptr);
-    stack_parts(window, step < VGA_LISTW_STEP_NO_TOOL_BAR);
     NB_ULONG least = 0;
     for (NB_USHORT at = 0; at < window->list_count; at++) {
         const VGA_LISTW_PANE &pane = window->panes[at];
