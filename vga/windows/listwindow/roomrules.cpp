@@ -42,8 +42,8 @@ NB_ULONG vga_listw_width_limit(NB_ULONG screen) {
     return less(screen, side_room);
 }
 
-NB_USHORT vga_listw_key_fits(NB_ULONG window, NB_ULONG title, NB_ULONG others, NB_ULONG key) {
-    return title + others + key + row_gaps <= window;
+NB_ULONG vga_listw_row_room(NB_ULONG window, NB_ULONG taken) {
+    return window > taken + row_gaps ? window - taken - row_gaps : 0;
 }
 
 NB_VOID vga_listw_divide(const NB_ULONG *shares, NB_USHORT count, NB_ULONG total, NB_ULONG minimum,

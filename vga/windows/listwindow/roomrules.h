@@ -33,8 +33,8 @@ NB_ULONG vga_listw_height_limit(NB_ULONG screen, NB_ULONG need);
 /* The same for its width. */
 NB_ULONG vga_listw_width_limit(NB_ULONG screen);
 
-/* Whether what explains the icons fits beside a title and what else (`others`) is in its row. */
-NB_USHORT vga_listw_key_fits(NB_ULONG window, NB_ULONG title, NB_ULONG others, NB_ULONG key);
+/* The width that parts of a title's row which take up `taken` leave for one more. */
+NB_ULONG vga_listw_row_room(NB_ULONG window, NB_ULONG taken);
 
 /* The heights of `count` panes in a window that leaves `total` pixels for them: in proportion to
  * `shares`, none below `minimum` as long as the total allows it.  Writes as many heights, whose sum
