@@ -11,6 +11,8 @@
 #include "linetable.h"
 #include "messagebox.h"
 #include "messages.h"
+#include "resourcereader.h"
+#include "statemarks.h"
 #include "vgadgutl.h"
 #include "vgadsadd.h"
 #include "vgadsdel.h"
@@ -35,6 +37,7 @@
 #include <Xm/ToggleB.h>
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <utility>
 
 using namespace looks;
@@ -153,6 +156,22 @@ TEST_F(Looks, LettersAreDrawnOnTheirBackground) {
         const gui::IMAGE image(text);
         EXPECT_GT(image.count(colour(text, XmNforeground)), 20) << name;
         EXPECT_GT(image.count(colour(text, XmNbackground)), image.width * image.height / 2) << name;
+    }
+}
+
+TEST_F(Looks, MarksOfStatesAreSeen) {
+    const auto *window = reinterpret_cast<const VGA_LIST_WINDOW *>(gvga_main_dialog);
+    const Pixel ground = colour(window->panes[0].draw_area, XmNbackground);
+    std::set<Pixel> seen;
+    for (int state = VGA_LINE_NO_STATE + 1; state < VGA_LINE_STATES; state++) {
+        char name[31];
+        XColor mark;
+        ASSERT_EQ(vga_get_resource_string(gvga_state_marks[state].colour, "", name, 30), 1);
+        ASSERT_NE(XParseColor(gvga_display, DefaultColormapOfScreen(gvga_screen), name, &mark), 0);
+        ASSERT_NE(XAllocColor(gvga_display, DefaultColormapOfScreen(gvga_screen), &mark), 0);
+        EXPECT_GE(contrast(mark.pixel, ground), 3) << name;
+        EXPECT_TRUE(seen.insert(mark.pixel).second) << name;
+        EXPECT_NE(vga_state_sign(static_cast<VGA_LINE_STATE>(state)), None);
     }
 }
 

@@ -11,6 +11,7 @@
 #include "messages.h"
 #include "verbqueue.h"
 #include "vgaviewr.h"
+#include "viewerparts.h"
 #include <Xm/DrawingA.h>
 #include <Xm/DrawnB.h>
 #include <Xm/Screen.h>

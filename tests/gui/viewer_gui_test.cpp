@@ -220,6 +220,36 @@ TEST_F(Viewer, FontAndIconsFollowTheDisplayAndTheUser) {
     XtVaSetValues(screen, XmNverticalFontUnit, 8, nullptr);
 }
 
+// Plain and selected: a state changes the icon alone, and no two states look alike.
+TEST_F(Viewer, StatesAreMarkedOnTheIcon) {
+    VGA_VIEWER_DESC told[TYPES];
+    std::copy(std::begin(types), std::end(types), told);
+    told[GROUP].choose_state = [](const NB_VOID *data) {
+        return static_cast<VGA_LINE_STATE>(static_cast<const RECORD *>(data)->text.size() - 1);
+    };
+    vga_viewer_set_types(told, TYPES);
+    for (int state = VGA_LINE_NO_STATE; state < VGA_LINE_STATES; ++state) {
+        add(GROUP, std::string(static_cast<size_t>(state + 1), ' '));
+    }
+    display();
+    const int text_begins = static_cast<int>(vga_viewer_left_width(&told[GROUP]));
+    for (const bool select : {false, true}) {
+        std::vector<gui::IMAGE> icons;
+        for (int row = 0; row < VGA_LINE_STATES; ++row) {
+            vga_viewer_set_select(&root, &records[static_cast<size_t>(row)]->item, select);
+        }
+        drawn();
+        for (int row = 0; row < VGA_LINE_STATES; ++row) {
+            icons.emplace_back(draw_widget, 0, row * line(), text_begins, line());
+            EXPECT_EQ(gui::IMAGE(draw_widget, text_begins, row * line(), 100, line()),
+                      gui::IMAGE(draw_widget, text_begins, 0, 100, line()));
+            for (int other = 0; other < row; ++other) {
+                EXPECT_FALSE(icons.back() == icons[static_cast<size_t>(other)]) << row << other;
+            }
+        }
+    }
+}
+
 /* With a scalable font and with one of the server. */
 class ViewerUtf8 : public Viewer, public testing::WithParamInterface<bool> {
 protected:

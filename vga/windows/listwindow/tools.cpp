@@ -3,9 +3,11 @@
 #include "hints.h"
 #include "linerules.h"
 #include "messages.h"
+#include "statemarks.h"
 #include "widgets.h"
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 Widget gvga_current_button;
 
@@ -53,6 +55,21 @@ NB_USHORT vga_icon_by_name(const NB_CHAR *name) {
     return VGA_ICON_BLANK;
 }
 
+/* Labels that explain the marks of the states get those for pictures. */
+static NB_VOID put_signs(const VGA_LIST_WINDOW *window) {
+    static constexpr const NB_CHAR *labels[VGA_LINE_STATES] = {nullptr, "Active", "Changing",
+                                                               "Inactive", "Failed"};
+    for (NB_UCHAR state = VGA_LINE_NO_STATE + 1; state < VGA_LINE_STATES; state++) {
+        const std::string name = std::string("*") + window->plan->prefix + "Key" + labels[state];
+        Widget label = XtNameToWidget(window->common.widget, name.c_str());
+        const Pixmap sign = vga_state_sign(static_cast<VGA_LINE_STATE>(state));
+        if (label != nullptr && sign != None) {
+            vga_put_widget_pixmap(label, sign);
+            XtVaSetValues(label, XmNlabelType, XmPIXMAP_AND_STRING, nullptr);
+        }
+    }
+}
+
 NB_VOID vga_listw_put_pixmaps(VGA_LIST_WINDOW *window) {
     for (const VGA_TOOL_ROW &row : window->plan->tools) {
         if (Widget icon = window->tools[row.command].icon) {
@@ -67,6 +84,7 @@ NB_VOID vga_listw_put_pixmaps(VGA_LIST_WINDOW *window) {
             XtVaSetValues(label, XmNlabelType, XmPIXMAP_AND_STRING, nullptr);
         }
     }
+    put_signs(window);
 }
 
 /* Sensitivity. */

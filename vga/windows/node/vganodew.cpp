@@ -17,6 +17,10 @@
 #include <algorithm>
 #include <cstring>
 
+constexpr const NB_CHAR *sign_names[] = {"*nodewKeyActive", "*nodewKeyChanging",
+                                         "*nodewKeyInactive", "*nodewKeyFailed"};
+static_assert(std::size(sign_names) == std::size(VGA_NODEW_DESC().signs));
+
 static VGA_NODEW_DESC *node_window(VGA_LIST_WINDOW *window) {
     return window != nullptr && window->common.dialog_id == VGA_UID_NODE_WINDOW
                ? static_cast<VGA_NODEW_DESC *>(window)
@@ -32,6 +36,41 @@ static VGA_NODEW_DESC *open_window(VGA_DIALOG *dialog) {
 static NB_VOID set_label(Widget label, const NB_CHAR *text) {
     VGA_STRING string(text);
     XtVaSetValues(label, XmNlabelString, string.get(), nullptr);
+}
+
+/* The key to the marks of states stands at the right end of the node's line, as long as the whole
+ * of that has room beside it. */
+static NB_VOID arrange_line(const VGA_NODEW_DESC *desc) {
+    Dimension room = 0;
+    XtVaGetValues(XtParent(desc->server_text), XmNwidth, &room, nullptr);
+    NB_INT left = room - 2 * vga_wanted_size(desc->server_icon).width -
+                  vga_wanted_size(desc->server_text).width;
+    for (Widget sign : desc->signs) {
+        NB_INT offset = 0;
+        XtVaGetValues(sign, XmNrightOffset, &offset, nullptr);
+        left -= vga_wanted_size(sign).width + offset;
+    }
+    // The form looks in vain for the place of a part that hangs on one that is not there.
+    const auto signs = const_cast<WidgetList>(desc->signs);
+    if (left >= 0 && !XtIsManaged(signs[0])) {
+        XtManageChildren(signs, std::size(desc->signs));
+        XtVaSetValues(desc->server_text, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
+                      signs[0], nullptr);
+    } else if (left < 0 && XtIsManaged(signs[0])) {
+        XtVaSetValues(desc->server_text, XmNrightAttachment, XmATTACH_FORM, nullptr);
+        XtUnmanageChildren(signs, std::size(desc->signs));
+    }
+}
+
+static NB_VOID line_resized(Widget, XtPointer client_data, XEvent *event, Boolean *) {
+    if (event->type == ConfigureNotify) {
+        arrange_line(static_cast<const VGA_NODEW_DESC *>(client_data));
+    }
+}
+
+static NB_VOID set_line(const VGA_NODEW_DESC *desc, const NB_CHAR *text) {
+    set_label(desc->server_text, text);
+    arrange_line(desc);
 }
 
 NB_VOID vga_message_node_window_text(VGA_DIALOG *dialog, const NB_CHAR *text) {
@@ -74,7 +113,7 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
     const VGA_NODE *node = vga_nodew_node(desc);
     if (node == nullptr) {
         vga_set_title(&desc->common, vga_message(VGA_MSG_NODEW_EMPTY_TITLE));
-        set_label(desc->server_text, vga_message(VGA_MSG_NODEW_NO_NODE));
+        set_line(desc, vga_message(VGA_MSG_NODEW_NO_NODE));
         return;
     }
     NB_CHAR name[sizeof(node->name) + 1] = {};
@@ -89,7 +128,7 @@ static NB_VOID show_node(VGA_NODEW_DESC *desc) {
     vga_set_title(&desc->common, text);
     vga_print_msg(text, sizeof(text), VGA_MSG_NODEW_NODE_LINE, "s s s", name, cp_name,
                   connection[0] != '\0' ? connection : state_word(*node));
-    set_label(desc->server_text, text);
+    set_line(desc, text);
     const NB_USHORT icon = node->connection == VGA_CONNECTED
                                ? vga_choose_node_viewer_icon(vga_nodew_node(desc))
                                : NB_USHORT{VGA_ICON_BACKNODE};
@@ -106,6 +145,13 @@ NB_USHORT vga_get_widgets_node_window(VGA_DIALOG *dialog) {
         vga_listw_find_widgets(dialog, gvga_nodew_plan) == 0) {
         return 0;
     }
+    for (size_t i = 0; i < std::size(sign_names); i++) {
+        desc->signs[i] = XtNameToWidget(dialog->widget, sign_names[i]);
+        if (desc->signs[i] == nullptr) {
+            return 0;
+        }
+    }
+    XtAddEventHandler(XtParent(desc->server_text), StructureNotifyMask, False, line_resized, desc);
     vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[VGA_ICON_NODE]);
     vga_listw_arrange(desc);
     return 1;
@@ -305,7 +351,7 @@ VGA_LIST_WINDOW *vga_nodew_reading(const VGA_NODE *node, NB_ULONG *before) {
 
 NB_VOID vga_nodew_show_closing(VGA_DIALOG *dialog) {
     if (VGA_NODEW_DESC *desc = open_window(dialog)) {
-        set_label(desc->server_text, vga_message(VGA_MSG_NODEW_CLOSING));
+        set_line(desc, vga_message(VGA_MSG_NODEW_CLOSING));
         vga_put_widget_pixmap(desc->server_icon, gvga_pixmaps[VGA_ICON_BACKNODE]);
         vga_nodew_set_button_states(desc);
     }

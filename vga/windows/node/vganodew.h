@@ -20,7 +20,8 @@ enum VGA_NODEW_PANE_ID : NB_USHORT {
 
 struct VGA_NODEW_DESC : VGA_LIST_WINDOW {
     Widget server_icon, server_text;
-    NB_USHORT reading;    /* flag: the node's lines are on their way */
+    Widget signs[VGA_LINE_STATES - 1]; /* explain the marks of states */
+    NB_USHORT reading;                 /* flag: the node's lines are on their way */
     NB_ULONG read_before; /* resources that were read before those of the build that runs */
 };
 
