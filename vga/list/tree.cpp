@@ -209,8 +209,17 @@ NB_VOID recount(VGA_VIEWER_ROOT *root, VGA_VIEWER_ITEM *item) {
     }
 }
 
+/* While a list is filled all of it is noted already, and no line has to be looked for. */
+NB_USHORT is_marked_whole(const VGA_VIEWER_ROOT *root) {
+    return root->dirty_count == 1 && root->dirty[0].top == 0 &&
+           root->dirty[0].bottom == VGA_VIEWER_TO_END;
+}
+
 /* Notes everything from the item's line on, and the parent's line if its icon changes. */
 NB_VOID mark_from(VGA_VIEWER_ROOT *root, const VGA_VIEWER_ITEM *item, NB_USHORT parent_too) {
+    if (is_marked_whole(root)) {
+        return;
+    }
     if (root->displayed != 0 && vga_viewer_is_visible(item) != 0) {
         vga_viewer_mark(root, vga_viewer_get_line(item), VGA_VIEWER_TO_END);
     }

@@ -192,6 +192,10 @@ NB_ULONG vga_viewer_get_content_height(const VGA_VIEWER_ROOT *root) {
 }
 
 NB_VOID vga_viewer_content_changed(VGA_VIEWER_VIEW *view) {
+    const bool noted = view->bars_due != 0 && view->update_timer != 0;
+    if (noted && view->x_offset == 0 && view->y_offset == 0) {
+        return; // there is nothing to be moved back
+    }
     if (view->root->displayed != 0) {
         view->bars_due = 1;
         vga_viewer_hide_tip(view);
