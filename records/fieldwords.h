@@ -225,9 +225,12 @@ inline constexpr FieldWord keepalive_words[] = {
 };
 
 inline constexpr FieldWord state_words[] = {
-    {"inactive", NAP_NOT_ACTIVE, MSG_INACTIVE},  {"starting", NAP_PENDING_ACTIVE, MSG_STARTING},
-    {"active", NAP_ACTIVE, MSG_ACTIVE},          {"stopping", NAP_PENDING_INACTIVE, MSG_STOPPING},
-    {"resetting", NAP_RESETTING, MSG_RESETTING}, {"sscp_active", NAP_SSCP_ACTIVE, MSG_SSCP},
+    {"inactive", NAP_NOT_ACTIVE, MSG_INACTIVE},
+    {"starting", NAP_PENDING_ACTIVE, MSG_STARTING},
+    {"active", NAP_ACTIVE, MSG_ACTIVE},
+    {"stopping", NAP_PENDING_INACTIVE, MSG_STOPPING},
+    {"resetting", NAP_RESETTING, MSG_RESETTING},
+    {"sscp_active", NAP_SSCP_ACTIVE, MSG_READY_FOR_LOGON},
     {"in_session", NAP_IN_SESSION, MSG_IN_USE},
 };
 

@@ -1,5 +1,6 @@
 #include "programend.h"
 #include "busycursor.h"
+#include "details.h"
 #include "globals.h"
 #include "messages.h"
 #include "modelfile.h"
@@ -12,6 +13,7 @@
 #include "vganofbd.h"
 #include "vgasysw.h"
 #include <chrono>
+#include <climits>
 #include <cstdio>
 
 namespace {
@@ -84,12 +86,27 @@ REPORT report_of(NB_LONG code) {
     return {code, report_unexpected};
 }
 
+/* Without a catalogue in English. */
+NB_VOID print_where_installed(NB_VOID) {
+    NB_CHAR line[PATH_MAX + 200];
+    const NB_CHAR *log = nba_pd_log_file();
+    if (*vga_message(VGA_MSG_WHERE_INSTALLED) != '\0') {
+        vga_print_msg(line, sizeof(line), VGA_MSG_WHERE_INSTALLED, "s s", nba_prefix(),
+                      vga_log_name().c_str());
+    } else {
+        snprintf(line, sizeof(line), "Installed in: %s; error log: %s.\n", nba_prefix(),
+                 log != nullptr ? log : "standard error");
+    }
+    fputs(line, stderr);
+}
+
 NB_VOID print_start_up_failure(NB_VOID) {
     const NB_CHAR *text = vga_message(VGA_MSG_START_UP_FAILED);
     if (*text == '\0') {
         text = "Unable to start the SNA admin tool - please check error log\n";
     }
     fputs(text, stderr);
+    print_where_installed();
 }
 
 NB_VOID log_exit(NB_USHORT known) {
@@ -178,6 +195,8 @@ NB_VOID vga_error_exit(NB_VOID) {
     log_exit(report.in_window != report_unexpected);
     if (gvga_exit_code == VGA_EXIT_START_UP) {
         print_start_up_failure();
+    } else if (gvga_exit_code == VGA_EXIT_UNAVAILABLE) {
+        fputs(vga_unreachable_line(nof_last_failure()).c_str(), stderr);
     }
     NB_USHORT on_screen = gvga_main_dialog != nullptr && gvga_main_dialog->in_use &&
                           XtIsRealized(gvga_main_dialog->shell);

@@ -31,6 +31,7 @@ namespace {
 
 constexpr NB_INT io_limit = 10;
 constexpr size_t locale_length = 5;
+constexpr NB_USHORT usage_size = 8192; /* more than a message and a path */
 
 const NB_CHAR user_file[] = "/.quilrc";
 
@@ -179,30 +180,38 @@ NB_USHORT asks_for_help(const NB_CHAR *argument) {
     return 0;
 }
 
-NB_VOID print_bad_argument(NB_INT catalog, const NB_CHAR *argument, ...) {
-    const NB_CHAR *text = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_BAD_ARGUMENT);
+/* The toolkit takes every beginning of its name, too. */
+NB_USHORT is_own_option(const std::string &argument) {
+    return argument.size() > 1 && std::string("-size").rfind(argument, 0) == 0;
+}
+
+/* On standard output, with arguments of the type "s".  Without the text the exit is requested, with
+ * this detail of the problem. */
+NB_VOID print_text(NB_INT catalog, NB_USHORT message, NB_USHORT missing, const NB_CHAR *types,
+                   ...) {
+    const NB_CHAR *text = v0_get_message(catalog, VGA_MESSAGE_SET, message);
     if (text == nullptr) {
-        start_up_failed(NB_PD_CATALOGUE, NB_PD_CATALOGUE_NO_ARGUMENT_TEXT);
+        start_up_failed(NB_PD_CATALOGUE, missing);
         return;
     }
-    NB_CHAR line[1024];
+    std::vector<NB_CHAR> lines(usage_size);
     va_list arguments;
-    va_start(arguments, argument);
-    vga_format_text(line, sizeof(line), text, "s", arguments);
+    va_start(arguments, types);
+    vga_format_text(lines.data(), usage_size, text, types, arguments);
     va_end(arguments);
-    fputs(line, stdout);
+    fputs(lines.data(), stdout);
 }
 
 NB_VOID print_texts(NB_INT catalog, const NB_CHAR *bad_argument) {
     if (bad_argument != nullptr) {
-        print_bad_argument(catalog, bad_argument, bad_argument);
+        print_text(catalog,
+                   is_own_option(bad_argument) ? VGA_MSG_SIZE_WITHOUT_VALUE : VGA_MSG_BAD_ARGUMENT,
+                   NB_PD_CATALOGUE_NO_ARGUMENT_TEXT, "s", bad_argument);
     }
-    const NB_CHAR *usage = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_USAGE);
-    if (usage == nullptr) {
-        start_up_failed(NB_PD_CATALOGUE, NB_PD_CATALOGUE_NO_USAGE_TEXT);
-        return;
-    }
-    fputs(usage, stdout);
+    const NB_CHAR *log = nba_pd_log_file();
+    const NB_CHAR *nowhere = v0_get_message(catalog, VGA_MESSAGE_SET, VGA_MSG_STANDARD_ERROR);
+    print_text(catalog, VGA_MSG_USAGE, NB_PD_CATALOGUE_NO_USAGE_TEXT, "s s", gvga_version,
+               log != nullptr ? log : nowhere);
 }
 
 /* Two or three letters, and the same behind "_"; whatever behind "." or "@". */

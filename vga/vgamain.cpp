@@ -205,6 +205,9 @@ NB_VOID vga_system_built(NB_VOID) {
 }
 
 int main(int argc, char **argv) {
+    if (!nba_check_prefix("quiladmin")) {
+        return VGA_EXIT_START_UP;
+    }
     read_environment();
     if (vga_check_print_usage(&argc, argv)) {
         if (gvga_exit_code != 0) {

@@ -200,6 +200,9 @@ int run_domain(const Options &options) {
 
 int run_snanode(int argc, char **argv) {
     Options options;
+    if (!nba_check_prefix("snanode")) {
+        return 1;
+    }
     if (!parse_options(argc, argv, options)) {
         fputs(usage, stderr);
         return USAGE_ERROR;

@@ -18,9 +18,18 @@ namespace base {
 namespace {
 
 struct Destination {
-    char file[PATH_MAX]; // empty: standard error
+    char file[PATH_MAX]; // empty: none
+    char own[PATH_MAX];  // the user's, for what cannot be written there; empty: none
     NB_USHORT level;
 };
+
+// Empty where it does not fit.
+void put_path(char (&path)[PATH_MAX], const char *folder, const char *rest) {
+    const int length = std::snprintf(path, sizeof(path), "%s%s", folder, rest);
+    if (length < 0 || static_cast<size_t>(length) >= sizeof(path)) {
+        path[0] = '\0';
+    }
+}
 
 NB_USHORT level_named(const char *name) {
     static const char *const names[] = {"none", "problem", "exception", "all"};
@@ -34,12 +43,15 @@ NB_USHORT level_named(const char *name) {
 
 Destination from_environment() {
     Destination where{};
-    const char *file = std::getenv("SNA_LOG");
-    const int length = file && *file ? std::snprintf(where.file, sizeof(where.file), "%s", file)
-                                     : std::snprintf(where.file, sizeof(where.file),
-                                                     "%s/var/log/sna.err", nba_prefix());
-    if (length < 0 || static_cast<size_t>(length) >= sizeof(where.file)) {
-        where.file[0] = '\0';
+    const char *const file = std::getenv("SNA_LOG");
+    const bool named = file && *file;
+    put_path(where.file, named ? file : nba_prefix(), named ? "" : "/var/log/sna.err");
+    const char *const state = std::getenv("XDG_STATE_HOME");
+    const char *const home = std::getenv("HOME");
+    if (state && *state == '/') {
+        put_path(where.own, state, "/quiladmin/sna.err");
+    } else if (home && *home == '/') {
+        put_path(where.own, home, "/.local/state/quiladmin/sna.err");
     }
     where.level = level_named(std::getenv("SNA_LOG_LEVEL"));
     return where;
@@ -82,10 +94,28 @@ bool write_to_file(const char *file, std::string_view line) {
 }
 
 void write_line(std::string_view line) {
-    if (!write_to_file(destination().file, line) &&
+    if (!write_to_file(destination().file, line) && !write_to_file(destination().own, line) &&
         write(STDERR_FILENO, line.data(), line.size()) < 0) {
         // There is no other place to say it.
     }
+}
+
+// Whether the file can be written, or made in the nearest folder above it that is there.
+bool can_write(const char *file) {
+    char path[PATH_MAX];
+    struct stat facts;
+    std::snprintf(path, sizeof(path), "%s", file);
+    bool folder = false;
+    while (path[0] && stat(path, &facts) != 0) {
+        char *const slash = std::strrchr(path, '/');
+        if (errno != ENOENT || !slash) {
+            return errno == ENOENT && !slash && access(".", W_OK | X_OK) == 0;
+        }
+        path[slash == path && path[1] ? 1 : slash - path] = '\0';
+        folder = true;
+    }
+    return path[0] && S_ISDIR(facts.st_mode) == folder &&
+           access(path, folder ? W_OK | X_OK : W_OK) == 0;
 }
 
 // A reader that has gone away must not end the process that logs.
@@ -174,9 +204,17 @@ NB_VOID nba_pd_print_exception(NB_ULONG identifier, NB_USHORT detail, const NB_C
 
 NB_VOID nba_pd_set_log(const NB_CHAR *file, NB_USHORT level) {
     base::Destination &where = base::destination();
-    const int length = std::snprintf(where.file, sizeof(where.file), "%s", file ? file : "");
-    if (length < 0 || static_cast<size_t>(length) >= sizeof(where.file)) {
-        where.file[0] = '\0';
-    }
+    base::put_path(where.file, file ? file : "", "");
+    where.own[0] = '\0';
     where.level = level;
+}
+
+const NB_CHAR *nba_pd_log_file(NB_VOID) {
+    const base::Destination &where = base::destination();
+    for (const char *file : {where.file, where.own}) {
+        if (base::can_write(file)) {
+            return file;
+        }
+    }
+    return nullptr;
 }

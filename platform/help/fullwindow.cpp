@@ -119,14 +119,14 @@ void FullWindow::make_navigation() {
     XtAddCallback(
         field, XmNactivateCallback,
         [](Widget, XtPointer self, XtPointer) {
-            guarded([&] { static_cast<FullWindow *>(self)->search_now(); });
+            guarded([&] { static_cast<FullWindow *>(self)->follow_field(); });
         },
         this);
     for (size_t ii = 0; ii < pane_count; ii++) {
         tabs[ii] = XtVaCreateManagedWidget(
             panes[ii].tab, xmToggleButtonWidgetClass, tab_row, XmNindicatorOn, XmINDICATOR_NONE,
             XmNshadowThickness, 1, XmNmarginWidth, look.em() / 2, XmNmarginHeight, look.em() / 5,
-            XmNfillOnSelect, True, XmNselectColor, look.colour(Colour::panel).pixel, nullptr);
+            XmNfillOnSelect, True, XmNselectColor, look.colour(Colour::selection).pixel, nullptr);
         set_label(tabs[ii], label(panes[ii].text));
         XtAddCallback(tabs[ii], XmNvalueChangedCallback, on_tab, this);
         lists[ii] = std::make_unique<OutlineView>(navigation, panes[ii].list, look);
@@ -150,11 +150,12 @@ void FullWindow::on_tab(Widget tab, XtPointer self, XtPointer call_data) {
         window->show_pane(static_cast<Pane>(found - window->tabs.begin()));
         if (window->pane == Pane::contents) {
             window->list(Pane::contents).focus();
-        } else {
-            XmProcessTraversal(window->field, XmTRAVERSE_CURRENT);
-            XmTextFieldSetSelection(window->field, 0, XmTextFieldGetLastPosition(window->field),
-                                    XtLastTimestampProcessed(XtDisplay(tab)));
+            return;
         }
+        window->typed();
+        XmProcessTraversal(window->field, XmTRAVERSE_CURRENT);
+        XmTextFieldSetSelection(window->field, 0, XmTextFieldGetLastPosition(window->field),
+                                XtLastTimestampProcessed(XtDisplay(tab)));
     });
 }
 
@@ -162,8 +163,11 @@ void FullWindow::show_pane(Pane wanted) {
     pane = wanted;
     const bool with_field = pane != Pane::contents;
     for (size_t ii = 0; ii < pane_count; ii++) {
-        XmToggleButtonSetState(tabs[ii], ii == static_cast<size_t>(pane), False);
-        if (ii != static_cast<size_t>(pane)) {
+        const bool here = ii == static_cast<size_t>(pane);
+        XmToggleButtonSetState(tabs[ii], here, False);
+        XtVaSetValues(tabs[ii], XmNforeground,
+                      look.colour(here ? Colour::selected_text : Colour::text).pixel, nullptr);
+        if (!here) {
             XtUnmanageChild(lists[ii]->widget());
         }
     }
@@ -177,7 +181,7 @@ void FullWindow::fill_lists() {
     if (listed != loaded.volume) {
         listed = loaded.volume;
         list(Pane::contents).show_entries(listed ? listed->contents : std::vector<Entry>());
-        list(Pane::index).show_entries(listed ? listed->index : std::vector<Entry>());
+        list(Pane::index).show_entries(listed ? listed->index : std::vector<Entry>(), true);
     }
 }
 
@@ -185,12 +189,22 @@ void FullWindow::shown(const std::string &location) {
     fill_lists();
     if (location == NB_HELP_INDEX) {
         show_pane(Pane::index);
+    } else if (location == NB_HELP_SEARCH) {
+        show_pane(Pane::search);
     } else if (location == NB_HELP_HOME) {
         show_pane(Pane::contents);
     }
     list(Pane::contents).select_topic(view->topic().id);
     XtSetSensitive(back_button, can_step(-1));
     XtSetSensitive(forward_button, can_step(1));
+}
+
+void FullWindow::focus() {
+    if (pane == Pane::contents) {
+        Window::focus();
+    } else {
+        XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+    }
 }
 
 void FullWindow::say(const std::string &text) {
@@ -209,27 +223,28 @@ std::string FullWindow::query() const {
 void FullWindow::typed() {
     if (pane == Pane::index) {
         list(Pane::index).select_text(query());
+    } else if (pane == Pane::search && loaded.volume != nullptr) {
+        search();
     }
 }
 
-void FullWindow::search_now() {
-    if (pane == Pane::index) {
-        if (const Entry *entry = list(Pane::index).selection()) {
-            go(std::string(entry->topic));
-        }
-        return;
+/* Return in the field: what is selected, which is the first of what a search found. */
+void FullWindow::follow_field() {
+    if (const Entry *entry = list(pane).selection()) {
+        go(std::string(entry->topic));
     }
-    if (loaded.volume == nullptr) {
-        return;
-    }
+}
+
+void FullWindow::search() {
     std::vector<Entry> found;
-    for (const Topic *topic : search(*loaded.volume, query())) {
+    for (const Topic *topic : help::search(*loaded.volume, query())) {
         found.push_back({0, topic->title, topic->id});
     }
     const bool asked = !query_words(query()).empty();
     list(Pane::search).set_empty_text(label(asked ? Label::none_found : Label::type_to_search));
-    say(std::to_string(found.size()) + " " + label(Label::hits));
+    say(asked ? std::to_string(found.size()) + " " + label(Label::hits) : "");
     list(Pane::search).show_entries(std::move(found));
+    list(Pane::search).select_first();
 }
 
 } // namespace help

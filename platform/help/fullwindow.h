@@ -18,13 +18,15 @@ private:
 
     void shown(const std::string &location) override;
     void say(const std::string &text) override;
+    void focus() override;
     void make_toolbar();
     void make_body();
     void make_navigation();
     void show_pane(Pane pane);
     void fill_lists();
     void typed();
-    void search_now();
+    void search();
+    void follow_field();
     std::string query() const;
     OutlineView &list(Pane pane) { return *lists[static_cast<size_t>(pane)]; }
     static void on_tab(Widget, XtPointer, XtPointer);

@@ -107,7 +107,7 @@ XtResource resource_list[] = {
     label("moreText", Label::more, "More"),
     label("findText", Label::find, "Find:"),
     label("noneFoundText", Label::none_found, "No topic has all of these words."),
-    label("typeToSearchText", Label::type_to_search, "Type words and press Return."),
+    label("typeToSearchText", Label::type_to_search, "Type words to find pages."),
     label("hitsText", Label::hits, "topics found"),
     label("noHelpText", Label::no_help, "Help cannot be shown"),
     label("noTopicText", Label::no_topic, "The help volume has no topic of this name:"),

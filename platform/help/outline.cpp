@@ -8,7 +8,7 @@ namespace help {
 OutlineView::OutlineView(Widget parent, const char *name, const Look &view_look)
     : Canvas(parent, name, view_look, Colour::panel) {}
 
-void OutlineView::show_entries(std::vector<Entry> entries) {
+void OutlineView::show_entries(std::vector<Entry> entries, bool all_open) {
     lines.clear();
     for (Entry &entry : entries) {
         if (!lines.empty() && entry.depth > lines.back().entry.depth) {
@@ -16,7 +16,11 @@ void OutlineView::show_entries(std::vector<Entry> entries) {
         }
         lines.push_back({std::move(entry), false, false});
     }
-    if (!lines.empty()) {
+    if (all_open) {
+        for (Line &line : lines) {
+            line.open = true;
+        }
+    } else if (!lines.empty()) {
         lines.front().open = true;
     }
     selected = -1;
@@ -104,6 +108,10 @@ void OutlineView::select_text(const std::string &text) {
         const auto at = std::find(visible.begin(), visible.end(), selected) - visible.begin();
         scroll_to(static_cast<int>(at) * line_height());
     }
+}
+
+void OutlineView::select_first() {
+    select(lines.empty() ? -1 : 0);
 }
 
 const Entry *OutlineView::selection() const {

@@ -10,8 +10,8 @@ class OutlineView : public Canvas {
 public:
     OutlineView(Widget parent, const char *name, const Look &view_look);
 
-    /* Shows other lines; those above others are closed, but for the first of all. */
-    void show_entries(std::vector<Entry> lines);
+    /* Shows other lines; those above others are closed, but for the first of all, or open. */
+    void show_entries(std::vector<Entry> lines, bool all_open = false);
 
     /* Shown when there is no line. */
     void set_empty_text(std::string text) { empty_text = std::move(text); }
@@ -21,6 +21,9 @@ public:
 
     /* Selects the first line that begins with the text, without case. */
     void select_text(const std::string &text);
+
+    /* Selects the first line that there is. */
+    void select_first();
 
     const Entry *selection() const;
 

@@ -142,7 +142,8 @@ void Window::show_topic(const std::string &name, int top) {
         show_fault(Label::no_help, loaded.fault);
         return;
     }
-    const bool first = name.empty() || name == NB_HELP_HOME || name == NB_HELP_INDEX;
+    const bool first =
+        name.empty() || name == NB_HELP_HOME || name == NB_HELP_INDEX || name == NB_HELP_SEARCH;
     const Topic *topic = first ? &loaded.volume->topics.front() : loaded.volume->find(name);
     if (topic == nullptr) {
         show_fault(Label::no_topic, name);
@@ -255,11 +256,11 @@ void Window::close(XEvent *event) {
     XtCallCallbackList(widget, own.close_callback, &data);
 }
 
-/* The keyboard begins at the text; before the window is there it cannot be given it. */
+/* Before the window is there nothing in it can be given the keyboard. */
 void Window::on_map(Widget shell, XtPointer window, XEvent *event, Boolean *) {
     if (event->type == MapNotify) {
         XtRemoveEventHandler(shell, StructureNotifyMask, False, on_map, window);
-        static_cast<Window *>(window)->view->focus();
+        static_cast<Window *>(window)->focus();
     }
 }
 

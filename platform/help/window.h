@@ -36,6 +36,8 @@ protected:
     /* A topic was shown: `location` is its name, or one of the locations of every volume. */
     virtual void shown(const std::string &location) = 0;
     virtual void say(const std::string & /*text*/) {}
+    /* Gives the keyboard to where an operator begins. */
+    virtual void focus() { view->focus(); }
 
     void start(TopicView &topic_view);    // by the heir, once there is a view
     void set_size(int columns, int rows); // in lines of text, but no larger than the screen

@@ -34,9 +34,11 @@ NB_EXTERN_C_BEGIN
 #define NB_HELP_TYPE_TOPIC    0
 #define NB_HELP_TYPE_MAN_PAGE 1
 
-/* Locations of every volume: its first topic with the contents beside it, and with the index. */
-#define NB_HELP_HOME  "_home"
-#define NB_HELP_INDEX "_index"
+/* Locations of every volume: its first topic with the contents beside it, with the index, and with
+ * the search, whose field has the keyboard. */
+#define NB_HELP_HOME   "_home"
+#define NB_HELP_INDEX  "_index"
+#define NB_HELP_SEARCH "_search"
 
 enum NB_HELP_REASON { NB_HELP_CLOSED, NB_HELP_LINK };
 

@@ -20,6 +20,11 @@ NB_EXTERN_C_BEGIN
  * first call.  The text belongs to the library and never changes. */
 const NB_CHAR *nba_prefix(NB_VOID);
 
+/* Returns 1 when SNA_PREFIX is not set, is empty, or names a folder that can be read and that fits.
+ * Else 0, with a line on standard error that begins with `program` and says what is wrong: a
+ * program then ends, since it would work on another installation than the one that was meant. */
+NB_USHORT nba_check_prefix(const NB_CHAR *program);
+
 /* Adds the prefix's application-defaults folder to the end of the environment's XFILESEARCHPATH
  * (of the toolkit's own default when there is none).  To be called before the toolkit starts. */
 NB_VOID nba_set_app_defaults_path(NB_VOID);
@@ -101,8 +106,10 @@ NB_USHORT v0_mb_strncpy(NB_CHAR *out, const NB_CHAR *text, NB_USHORT size);
 
 /* One line a record: time, process, identifier, what it means, detail, and the values with their
  * names where the identifier has any.  The file is SNA_LOG in the environment, else
- * "<prefix>/var/log/sna.err"; what cannot be written there goes to standard error.  The level is
- * SNA_LOG_LEVEL: "none", "problem", "exception" (the default) or "all".
+ * "<prefix>/var/log/sna.err".  What cannot be written there goes to the user's own
+ * "quiladmin/sna.err" in the folder XDG_STATE_HOME, else in "$HOME/.local/state", and what cannot
+ * be written there either to standard error.  The level is SNA_LOG_LEVEL: "none", "problem",
+ * "exception" (the default) or "all".
  *
  * `format` holds one word a value, separated by blanks:
  *   s text | i, l decimal | x, lx hexadecimal (NB_INT or NB_ULONG, passed as 32 bits)
@@ -112,7 +119,12 @@ NB_USHORT v0_mb_strncpy(NB_CHAR *out, const NB_CHAR *text, NB_USHORT size);
 NB_VOID nba_pd_print_problem(NB_ULONG identifier, NB_USHORT detail, const NB_CHAR *format, ...);
 NB_VOID nba_pd_print_exception(NB_ULONG identifier, NB_USHORT detail, const NB_CHAR *format, ...);
 
-/* Sets the log's file (null: standard error) and level for the rest of the process. */
+/* The file that a record would go to now; null: standard error.  Makes neither file nor folder.
+ * The text is the library's and good until the next call. */
+const NB_CHAR *nba_pd_log_file(NB_VOID);
+
+/* Sets the log's file (null: standard error) and level for the rest of the process; there is no
+ * other file then. */
 #define NB_PD_NONE      0
 #define NB_PD_PROBLEM   1
 #define NB_PD_EXCEPTION 2

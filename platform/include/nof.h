@@ -40,6 +40,16 @@ const NB_UCHAR *vnv_verb_search(NB_USHORT opcode, NB_UCHAR format, NB_USHORT res
 #define VNV_BUFFER_BYTE 10
 #define VNV_HAS_BUFFER  2
 
+/* Why the node software could not be reached, after an answer NAP_UNAVAILABLE.  The texts are the
+ * library's and good until the next verb; all empty and 0 while there was no such failure. */
+typedef struct nof_failure {
+    const NB_CHAR *socket; /* path that was tried */
+    const NB_CHAR *reason; /* as the problem log has it: English, or the system's words */
+    NB_INT system_error;   /* errno; 0: it was not the system that refused */
+} NOF_FAILURE;
+
+NOF_FAILURE nof_last_failure(NB_VOID);
+
 /* The library's path to the node software: "<prefix>/var/sna.sock", unless SNA_SOCKET names
  * another.  Closes the connection and forgets every verb in flight without calling anybody; the
  * next verb connects again.  For the end of a process and for tests. */

@@ -33,14 +33,16 @@ bool would_block() {
 
 } // namespace
 
-bool Connection::fail(const char *reason) {
+bool Connection::fail(const char *reason, int error) {
     close();
     reason_ = reason;
+    error_ = error;
     return false;
 }
 
-Event Connection::end(const char *reason) {
+Event Connection::end(const char *reason, int error) {
     reason_ = reason;
+    error_ = error;
     return Event::ended;
 }
 
@@ -64,7 +66,7 @@ bool Connection::open(const char *path, NB_ULONG wait_ms) {
     }
     // A full backlog is tried again until the deadline.
     if (!try_connect() && !would_block()) {
-        return fail(std::strerror(errno));
+        return fail(std::strerror(errno), errno);
     }
     const bool connected = state_ == State::connected;
     if (!set_timer(connected ? wait_ms : retry_ms, connected ? 0 : retry_ms) ||
@@ -143,7 +145,7 @@ Event Connection::receive() {
         return end("no answer to the connection in time");
     }
     if (state_ == State::connecting && !try_connect()) {
-        return would_block() ? Event::nothing : end(std::strerror(errno));
+        return would_block() ? Event::nothing : end(std::strerror(errno), errno);
     }
     if (!readable_.is_set()) {
         return end("no resources for a connection");
@@ -162,7 +164,7 @@ Event Connection::receive() {
         return Event::frame;
     }
     if (!would_block()) {
-        return end(std::strerror(errno));
+        return end(std::strerror(errno), errno);
     }
     return write_failed_ ? end("writing failed") : Event::nothing;
 }

@@ -53,6 +53,7 @@ public:
     bool flush();
 
     const char *reason() const { return reason_; }
+    int system_error() const { return error_; } /* errno behind it; 0: none */
 
 private:
     enum class State { connecting, connected };
@@ -61,8 +62,8 @@ private:
     bool set_timer(NB_ULONG first_ms, NB_ULONG every_ms);
     bool late();
     Event receive();
-    Event end(const char *reason);
-    bool fail(const char *reason);
+    Event end(const char *reason, int error = 0);
+    bool fail(const char *reason, int error = 0);
 
     NB_READY_PROC ready_;
     NB_VOID *data_;
@@ -71,6 +72,7 @@ private:
     uint64_t deadline_ms_ = 0;
     bool write_failed_ = false;
     const char *reason_ = "";
+    int error_ = 0;
     Descriptor socket_;
     Descriptor timer_;
     Input readable_;

@@ -121,7 +121,7 @@ void Interface::connect() {
             status_.emplace_back();
         }
         if (!link_.open(path, hello_wait_ms_)) {
-            give_up(link_.reason());
+            give_up(link_.reason(), link_.system_error());
         }
     } catch (const std::bad_alloc &) {
         give_up("no memory");
@@ -230,17 +230,18 @@ void Interface::fail(const char *reason) {
         return; // it ended while a callback ran
     }
     if (state_ == State::greeting) {
-        give_up(reason);
+        give_up(reason, link_.system_error());
     } else {
         lose(reason);
     }
 }
 
 // The node software was never reached.
-void Interface::give_up(const char *reason) {
-    char path[PATH_MAX];
-    socket_path(path, sizeof(path));
-    nba_pd_print_problem(NB_PD_UNREACHABLE, 0, "s s", path, reason);
+void Interface::give_up(const char *reason, int system_error) {
+    socket_path(unreachable_at_, sizeof(unreachable_at_));
+    std::snprintf(unreachable_why_, sizeof(unreachable_why_), "%s", reason);
+    unreachable_error_ = system_error;
+    nba_pd_print_problem(NB_PD_UNREACHABLE, 0, "s s", unreachable_at_, reason);
     link_.close();
     state_ = State::idle;
     flights_.finish_all(deferred_, NAP_UNAVAILABLE, 0);

@@ -12,8 +12,10 @@
 
 #include "connection.h"
 #include "flights.h"
+#include "nof.h"
 #include "wakeup.h"
 
+#include <climits>
 #include <unordered_set>
 
 namespace nof {
@@ -27,6 +29,7 @@ public:
     /* See nof_async_version and nof_terminate. */
     NB_USHORT issue(NB_ULONG target, NB_UCHAR *vcb, NOF_CALLBACK callback, NB_ULONG user_data);
     void terminate();
+    NOF_FAILURE failure() const { return {unreachable_at_, unreachable_why_, unreachable_error_}; }
 
 private:
     enum class State { idle, greeting, ready, lost };
@@ -39,7 +42,7 @@ private:
     bool fails_at_once(const Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc);
     void connect();
     void fail(const char *reason);
-    void give_up(const char *reason);
+    void give_up(const char *reason, int system_error = 0);
     void lose(const char *reason);
     void complete_deferred();
     void tell_lost(const Verb &status);
@@ -56,6 +59,9 @@ private:
     bool collecting_ = false; /* `work` will send what is issued now */
     unsigned terminations_ = 0;
     NOF_CALLBACK last_callback_ = nullptr;
+    char unreachable_at_[PATH_MAX] = ""; /* empty: it never was */
+    char unreachable_why_[128] = "";
+    int unreachable_error_ = 0;
     Wakeup wakeup_;
     Connection link_;
     Flights flights_;

@@ -32,6 +32,10 @@ NB_USHORT nof_async_version(NB_USHORT version, NB_ULONG target, NB_VOID *vcb, NO
     return interface().issue(target, bytes, callback, user_data);
 }
 
+NOF_FAILURE nof_last_failure(NB_VOID) {
+    return interface().failure();
+}
+
 NB_VOID nof_terminate(NB_VOID) {
     interface().terminate();
 }

@@ -9,8 +9,10 @@ the topic has to name it, alone or as one of several ("Local LU, mode").
 A source *.txt lists the windows that are not written yet, "NAME KIND TITLE" each (resources/uil/later.txt): the
 pages of that name say so.
 
-Topics stand in the contents in the order of the files and of the topics in them.  A fault is a
-field that is not explained, a topic that is there twice, a link to a topic that is not there, a
+Topics stand in the contents in the order of the files and of the topics in them.  A page of a chapter
+ends with links to the topics below it that its text does not lead to.  The index has each word once, and
+below it, where it leads to several topics, their titles.  A fault is a
+field that is not explained, a topic or a title that is there twice, a link to a topic that is not there, a
 topic that nothing leads to, one without text, a mark that does not end, and text that would not fit;
 each is printed as file:line, no volume is written, and the exit status is 1.
 """
@@ -27,6 +29,7 @@ ITEM = re.compile(r"(\*+|#|\+|!|:|\?|\|) ?(.*)")
 MARK = re.compile(r"\[\[(?P<link>[^\]]*)\]\]|``(?P<fixed>.*?)``|\*\*(?P<strong>.*?)\*\*"
                   r"|//(?P<emphasis>.*?)//")
 NOT_YET = "This release does not have this window yet. The page says what it is for."
+CHAPTER = "Pages"
 STYLES = {"fixed": "f", "strong": "b", "emphasis": "i"}
 OTHER_TARGETS = re.compile(r"(man:[\w.+-]+\(\w+\)|app:\w+)")
 
@@ -113,6 +116,8 @@ class Reader:
             self.fault(place, "a topic that is nested deeper than the one before allows")
         if any(topic.name == found[2] for topic in self.topics):
             self.fault(place, f"the topic {found[2]} is there twice")
+        if any(topic.title.lower() == found[3].strip().lower() for topic in self.topics):
+            self.fault(place, f'there are two pages with the title "{found[3].strip()}"')
         self.topics.append(Topic(place, depth, found[2], found[3].strip()))
 
     def add_fixed(self, place, text):
@@ -170,6 +175,41 @@ class Writer:
             self.fault(place, "a mark that does not end")
         return out
 
+    def add_chapters(self):
+        """Links from each topic to those right below it in the contents."""
+        for at, topic in enumerate(self.topics):
+            text = " ".join(block[3] for block in topic.blocks)
+            linked = {found["link"].partition("|")[0].lstrip("+")
+                      for found in MARK.finditer(text) if found["link"] is not None}
+            below = [below for below in self.below(at) if below.name not in linked]
+            if below:
+                if topic.blocks:
+                    topic.blocks.append((topic.place, "H", 0, CHAPTER))
+                topic.blocks += [(topic.place, "B", 0, f"[[{one.name}]]") for one in below]
+
+    def below(self, at):
+        depth = self.topics[at].depth
+        for topic in self.topics[at + 1:]:
+            if topic.depth <= depth:
+                return
+            if topic.depth == depth + 1:
+                yield topic
+
+    def index(self):
+        """Yields (depth, text, topic)."""
+        titles = {topic.title.lower(): topic for topic in self.topics}
+        words = {word: (topic.title, []) for word, topic in titles.items()}
+        for topic in self.topics:
+            for term in topic.terms:
+                others = words.setdefault(term.lower(), (term, []))[1]
+                if topic not in others and titles.get(term.lower()) != topic:
+                    others.append(topic)
+        for word, (text, others) in sorted(words.items()):
+            yield 0, text, titles.get(word, (others or [None])[0]).name
+            if word in titles or len(others) > 1:
+                for topic in sorted(others, key=lambda topic: topic.title.lower()):
+                    yield 1, topic.title, topic.name
+
     def link(self, place, text):
         target, _, shown = text.partition("|")
         name = target.lstrip("+")
@@ -179,12 +219,11 @@ class Writer:
 
     def records(self, title):
         yield f"V\t{title}"
+        self.add_chapters()
         for topic in self.topics:
             yield f"C\t{topic.depth}\t{topic.title}\t{topic.name}"
-        terms = {(topic.title, topic.name) for topic in self.topics}
-        terms |= {(term, topic.name) for topic in self.topics for term in topic.terms}
-        for term, name in sorted(terms, key=lambda pair: (pair[0].lower(), pair[1])):
-            yield f"X\t0\t{term}\t{name}"
+        for depth, term, name in self.index():
+            yield f"X\t{depth}\t{term}\t{name}"
         for topic in self.topics:
             if not topic.blocks:
                 self.fault(topic.place, f"the topic {topic.name} says nothing")

@@ -32,7 +32,7 @@ LONGEST = (
     (692, 692, 900, "the text of a failed request"),
     (1223, 1223, 15, "the role column"),
     (1225, 1226, 15, "the role column"),
-    (1250, 1259, 13, "the status column"),
+    (1250, 1259, 15, "the status column"),
     (1271, 1280, 21, "the link type column"),
     (1281, 1285, 11, "the link role column"),
     (1286, 1292, 21, "the LU type column"),
@@ -41,7 +41,7 @@ LONGEST = (
 )
 # Names, patterns and addresses: something else than an operator reads them.
 NO_BLANK_ENDS = (228, 229, 600, 601, 607, 612)
-FOR_TERMINAL = (599, 603, 609)
+FOR_TERMINAL = (599, 603, 609, 1120, 1121, 1124)
 
 TOKEN = re.compile(r"%%|%t(?P<column>\d+)%|%(?P<argument>[1-9])(?!\d)|%|[^%]+")
 ESCAPES = {"n": "\n", "t": "\t", "\\": "\\", '"': '"'}

@@ -63,6 +63,7 @@ VScrollBar, Window, Headings, and <window><NAME>Title, Counts, Key and Rule.  Th
     selects=PROCEDURE  makes the list the current one; otherwise the program's own does
     headings=TYPE      above the list stand the headings of lines of that viewer type
     add=DIALOG         the dialog that Add opens: its number
+    topic=NAME         help on the list, while no line is selected; otherwise the window's
 
 A fault is printed as file:line, nothing is written, and the exit status is 1.
 """
@@ -74,7 +75,7 @@ from pathlib import Path
 WORD = re.compile(r'"[^"]*"|(?:"[^"]*"|[^\s"])+')
 SHARED = {'label', 'letter', 'icon', 'help', 'named_help', 'accelerator', 'shown', 'procedure', 'by_hand', 'calls'}
 MEMBERS = ('scope', 'changes', 'told', 'states', 'capability', 'offered', 'opens', 'refuses', 'action')
-LIST_FACTS = {'node', 'domain', 'called', 'height', 'selects', 'headings', 'add', 'label'}
+LIST_FACTS = {'topic', 'node', 'domain', 'called', 'height', 'selects', 'headings', 'add', 'label'}
 
 
 def standard(label, letter, icon, verb, **facts):
@@ -117,6 +118,7 @@ FIND_POPUP = 'popup\n    -\n    find_text\n    filter\n    filter_off\n'
 HELP_MENU = '''menu Help "Help" H
     item HelpContents    "Contents"            C  calls=vga_menu_help_contents()
     item HelpIndex       "Index"               I  calls=vga_menu_help_index()
+    item HelpSearch      "Search..."           e  calls=vga_menu_help_search()
     item HelpHelp        "Using help"          U  calls=vga_menu_help_help()
     -
     item HelpWeb         "On the web"          w  calls=vga_menu_help_web("1")
@@ -568,6 +570,7 @@ def list_row(window, entry):
     if 'headings' in facts:
         row += [f'.headings = "{name}Headings"', f'.headings_of = {facts["headings"]}']
     row += [root] + ([f'.add = {facts["add"]}'] if 'add' in facts else [])
+    row += [f'.topic = "{facts["topic"]}"'] if 'topic' in facts else []
     row += ['.selects = 1'] if 'selects' in facts else []
     return f'    {{{", ".join(row)}}},\n'
 

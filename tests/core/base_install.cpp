@@ -58,6 +58,59 @@ TEST(Prefix, ComesFromTheEnvironmentOnce) {
     EXPECT_EQ(nba_prefix(), prefix.string());
 }
 
+TEST(Prefix, OneThatIsSetAndCannotBeUsedIsRefused) {
+    std::ofstream(prefix / "file") << "";
+    const struct {
+        std::string value, why; // empty: it can be used
+    } cases[] = {
+        {prefix.string() + "//", ""},
+        {"", ""},
+        {"/", ""},
+        {"relative/path", "does not begin with a slash"},
+        {(prefix / "missing").string(), "No such file"},
+        {(prefix / "file").string(), "not a folder"},
+        {(prefix / "file/below").string(), "Not a directory"},
+        {"/" + std::string(NB_MAX_PREFIX, 'x'), "more than 60"},
+    };
+    const std::string before = getenv("SNA_PREFIX");
+    for (const auto &c : cases) {
+        setenv("SNA_PREFIX", c.value.c_str(), 1);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(nba_check_prefix("program"), c.why.empty()) << c.value;
+        const std::string err = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(err.empty(), c.why.empty()) << err;
+        EXPECT_NE(err.find(c.why), std::string::npos) << err;
+        EXPECT_EQ(err.find("program: SNA_PREFIX") == 0, !c.why.empty()) << err;
+    }
+    setenv("SNA_PREFIX", before.c_str(), 1);
+}
+
+// The files that the log would go to, and does, while the common one cannot be made.
+TEST(LogFile, IsTheUsersOwnWhenTheCommonOneCannotBeWritten) {
+    const fs::path state = prefix / "state", own = state / "quiladmin/sna.err";
+    const fs::path common = prefix / "var/log/sna.err";
+    unsetenv("SNA_LOG");
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
+    EXPECT_EQ(nba_pd_log_file(), common.string());
+    EXPECT_FALSE(fs::exists(prefix / "var")) << "asking makes no folder";
+    std::ofstream(prefix / "var") << "no folder";
+    EXPECT_EQ(nba_pd_log_file(), own.string());
+    nba_pd_print_problem(0x7777, 0, nullptr);
+    EXPECT_TRUE(fs::exists(own));
+    EXPECT_EQ(nba_pd_log_file(), own.string());
+    fs::remove_all(state);
+    std::ofstream(state.string()) << "no folder either";
+    EXPECT_EQ(nba_pd_log_file(), nullptr);
+    testing::internal::CaptureStderr();
+    nba_pd_print_problem(0x7777, 0, nullptr);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("0x00007777"), std::string::npos);
+    fs::remove(prefix / "var");
+    nba_pd_print_problem(0x7777, 0, nullptr);
+    EXPECT_TRUE(fs::exists(common));
+    nba_pd_set_log(nullptr, NB_PD_ALL);
+    EXPECT_EQ(nba_pd_log_file(), nullptr);
+}
+
 TEST(Prefix, SearchPathKeepsWhatWasThere) {
     // ':' and '%' of the folder's own name are escaped.
     const std::string folder = prefix.parent_path().string() + "/p%:x%%/lib/X11";

@@ -26,28 +26,40 @@ that goes on, [[man:quiladmin(1)]] and [[app:web1|the web]].
 |   as it stands
 == page: Page
 See [[+home|the first one]].
+== other: Other
+? Begin; page; thing
+Text.
+== third: Third
+? thing
+Text.
 """
 LATER = "# a comment\n\npage  dialog  Page\n"
 LABELS = "LABELS\nhome\ta.dlg:4\tOther term:\n"
 
 FAULTS = (  # what stands behind the good source, and the fault it has
     ("= home: Again\nText.\n", "is there twice"),
-    ("= other: Other\nSee [[nowhere]].\n", "there is no topic nowhere"),
-    ("= other: Other\nSee [[+nowhere|this]].\n", "there is no topic nowhere"),
-    ("= other: Other\nSee [[app:rm -rf]].\n", "there is no topic"),
-    ("= other: Other\n", "says nothing"),
-    ("= other: Other\nA **mark.\n", "does not end"),
-    ("= other: Other\nA [[page.\n", "does not end"),
-    ("= other: Other\n: term\n", "a definition is"),
-    ("= other: Other\n| " + "x" * 73 + "\n", "more than 72"),
-    ("= other: Other\n=== deep: Deep\nText.\n", "nested deeper"),
-    ("= other: Other\nA\tb.\n", "cannot be printed"),
+    ("= again: pagE\nText.\n", "two pages with the title"),
+    ("= one: One\nSee [[nowhere]].\n", "there is no topic nowhere"),
+    ("= one: One\nSee [[+nowhere|this]].\n", "there is no topic nowhere"),
+    ("= one: One\nSee [[app:rm -rf]].\n", "there is no topic"),
+    ("= one: One\n", "says nothing"),
+    ("= one: One\nA **mark.\n", "does not end"),
+    ("= one: One\nA [[page.\n", "does not end"),
+    ("= one: One\n: term\n", "a definition is"),
+    ("= one: One\n| " + "x" * 73 + "\n", "more than 72"),
+    ("= one: One\n=== deep: Deep\nText.\n", "nested deeper"),
+    ("= one: One\nA\tb.\n", "cannot be printed"),
     ("LABELS\nhome\ta.dlg:5\tThird:\n", 'a.dlg:5: the help topic home does not explain "Third:"'),
     ("LABELS\npage\ta.dlg:5\tTerm\n", "a.dlg:5: the help topic page does not explain"),
 )
 
 RECORDS = ("T\tpage\tPage\nW\t0\tpThis release does not have this window yet. The page says what it is for.",
-           "C\t1\tPage\tpage", "X\t0\tbegin\thome", "N\t2\tptwo", "B\t1\tpbelow it",
+           "C\t1\tPage\tpage",
+           # A word stands once, with what it leads to below it, unless that is the page of this title.
+           "X\t0\tbegin\thome\nX\t1\tHome\thome\nX\t1\tOther\tother", "X\t0\tPage\tpage\nX\t1\tOther\tother",
+           "X\t0\tthing\tother\nX\t1\tOther\tother\nX\t1\tThird\tthird",
+           # The page links to the first topic below it itself.
+           "H\t0\tpPages\nB\t0\tlother|Other\nB\t0\tlthird|Third\nT\tpage\tPage", "N\t2\tptwo", "B\t1\tpbelow it",
            "F\t0\tp  as it stands", "P\t0\tpSee \tl+home|the first one\tp.",
            "P\t0\tpText with \tbstrong\tp, \tiemphasis\tp, \tffixed\tp and a link to "
            "\tlpage|Page\tp that goes on, \tlman:quiladmin(1)|man:quiladmin(1)\tp and "

@@ -16,6 +16,9 @@ MESSAGES = "resources/messages/sna.msg.in"
 ROW = re.compile(r'[{(]\s*VGA_UID_\w+,\s*"(\w+)"')
 BOX = re.compile(r"vga_display_(?:error|info|confirm|confirm_each)_dialog\s*\(([^;]*);", re.S)
 KEY = re.compile(r'^"([a-z0-9_]+)"$')
+# Topics of lines and lists.
+NAMED = ((re.compile(r'\.topic = "(\w+)"'), "vga/windows/listwindow/linerules.cpp"),
+         (re.compile(r"\btopic=(\w+)"), "resources/windows/nodew.window"))
 ASSIGNED = re.compile(r'\bhelp_key\s*=\s*"(\w+)"')
 
 
@@ -41,6 +44,9 @@ def main(arguments):
     keys = set(re.findall(r"^\$ help: *(\w+)$", messages, re.M))
     for path in (root / "vga").rglob("*.cpp"):
         keys |= keys_of(path.read_text(encoding="utf-8"))
+    for pattern, name in NAMED:
+        named = set(pattern.findall((root / name).read_text(encoding="utf-8")))
+        keys |= named or {f"(none in {name})"}
     faults = [f"the window {name} has no topic" for name in sorted(rows - topics)]
     faults += [f"the message key {name} has no topic" for name in sorted(keys - topics)]
     if len(rows) != 87:

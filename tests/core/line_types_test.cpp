@@ -203,12 +203,12 @@ struct LIST {
 const LIST lists[] = {
     {{VGA_VIEWER_PORT, VGA_VIEWER_LS, VGA_VIEWER_LS_LEAF, VGA_VIEWER_LOCAL_PU, VGA_VIEWER_DEPLU,
       VGA_VIEWER_DOWN_LU, VGA_VIEWER_PRIMARY_LINE, VGA_VIEWER_PRIMARY_LU0},
-     {26, 39, 54, 72}},
+     {26, 42, 57, 75}},
     {{VGA_VIEWER_LU62, VGA_VIEWER_MODE, VGA_VIEWER_LS_R_TITLE, VGA_VIEWER_LS_R}, {26, 44, 57}},
     {{VGA_VIEWER_REM_SYS, VGA_VIEWER_REM_PLU, VGA_VIEWER_REM_PLU_LEAF, VGA_VIEWER_REM_SESS},
      {26, 44}},
     {{VGA_VIEWER_USER, VGA_VIEWER_USER_SESS}, {26, 41, 61, 75}},
-    {{VGA_VIEWER_POOL, VGA_VIEWER_POOL_LU}, {26, 39, 53}},
+    {{VGA_VIEWER_POOL, VGA_VIEWER_POOL_LU}, {26, 42, 56}},
 };
 const std::pair<NB_USHORT, NB_USHORT> titles[] = {
     {VGA_VIEWER_USTAD_TITLE, VGA_VIEWER_USTAD},
@@ -411,7 +411,7 @@ TEST_F(LineTypes, PoolsCountWhatIsInThem) {
     entry.lu_active = 1;
     VGA_POOL_LU *lu = vga_insert_vga_pool_lu(vga_init_vga_pool_lu(pool, &entry));
     EXPECT_EQ(parts_of(VGA_VIEWER_POOL, pool->sys_pool).texts[1], "1 LUs");
-    EXPECT_EQ(parts_of(VGA_VIEWER_POOL_LU, lu).joined(), "LU0001|SSCP|HOSTPU|berlin");
+    EXPECT_EQ(parts_of(VGA_VIEWER_POOL_LU, lu).joined(), "LU0001|Ready for logon|HOSTPU|berlin");
     pool->sys_pool->gui_data.viewer.laid_out = 1;
     vga_delete_vga_pool_lu(lu);
     EXPECT_EQ(pool->sys_pool->gui_data.viewer.laid_out, 0);

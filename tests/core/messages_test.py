@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks every use of a message in the sources against the message catalogue's source.
+"""Checks every use of a message in the sources against the message catalogue's source, and that no
+text for operators has a name that the table of words in docs/help.md says is out.
 
 usage: messages_test.py REPO_ROOT
 
@@ -208,6 +209,36 @@ def load_mkcat(root):
     return module
 
 
+def words_out(root):
+    """Returns the pattern of the names that the table of words has as out, and what to say instead."""
+    rows = re.findall(r"^\|([^|]+)\|[^|]+\|([^|]+)\|$",
+                      (root / "docs/help.md").read_text(encoding="utf-8").split("## Words", 1)[1], re.M)
+    instead = {name.strip().lower(): say.strip() for say, names in rows[1:] for name in names.split(",")
+               if set(name.strip()) - set("-")}
+    return re.compile(rf"\b({'|'.join(map(re.escape, instead))})\b", re.I), instead
+
+
+def texts_for_operators(root, messages):
+    """Yields (place, text).  Of descriptions of windows only what is quoted is shown."""
+    for message in messages.values():
+        yield f"sna.msg.in:{message.line}", message.text
+    for glob, shown, passed in (
+            ("resources/windows/*.window", r'"([^"]*)"', "#"), ("resources/dialogs/*.dlg", r'"([^"]*)"', "#"),
+            ("resources/uil/*.ui?", r'compound_string\("([^"]*)"', "!"), ("resources/uil/later.txt", r"(.*)", "#"),
+            ("resources/help/*.hlp", r"(.*)", ("?", ": SSCP ")), ("resources/pages/*.html", r"(.*)", "<!--"),
+            ("resources/desktop/*.in", r"(.*)", "#"), ("docs/man/*", r"(.*)", '.\\"'), ("README.md", r"(.*)", "<!--")):
+        for path in sorted(root.glob(glob)):
+            for number, line in enumerate(path.read_text(encoding="utf-8").split("\n"), 1):
+                for text in re.findall(shown, line) if not line.startswith(passed) else ():
+                    yield f"{path.name}:{number}", text
+
+
+def check_words(root, messages):
+    pattern, instead = words_out(root)
+    return [f'{place}: "{found[1]}" is out, say "{instead[found[1].lower()]}"'
+            for place, text in texts_for_operators(root, messages) for found in pattern.finditer(text)]
+
+
 def main(arguments):
     if len(arguments) != 2:
         print(__doc__, file=sys.stderr)
@@ -226,7 +257,7 @@ def main(arguments):
     for path in sorted(path for path in (root / "vga").rglob("*") if path.suffix in SOURCES):
         checker.check_source(path.relative_to(root), path.read_text(encoding="utf-8"))
 
-    faults += checker.faults
+    faults += checker.faults + check_words(root, messages)
     if not checker.uses:
         faults.append("vga: no use of a message was found")
     for fault in faults:

@@ -53,6 +53,9 @@ extern "C" inline NB_USHORT scripted_issue(NB_ULONG target, NB_VOID *vcb, NOF_CA
                                 NB_ULONG user_data) {                                              \
         return scripted_issue(target, vcb, callback, user_data);                                   \
     }                                                                                              \
-    NB_VOID nof_terminate(NB_VOID) {}
+    NB_VOID nof_terminate(NB_VOID) {}                                                              \
+    NOF_FAILURE nof_last_failure(NB_VOID) {                                                        \
+        return {"", "", 0};                                                                        \
+    }
 
 #endif

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h> // before X, whose macros it does not survive
 
+#include "details.h"
 #include "globals.h"
 #include "messages.h"
+#include "nofverbs.h"
 #include "verberror.h"
 
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -67,6 +70,43 @@ TEST_F(VerbError, TextAndHelpKey) {
         ASSERT_NE(text, nullptr);
         EXPECT_STRCASEEQ(text.get(), one.text);
         EXPECT_STREQ(help_key, one.help_key);
+    }
+}
+
+/* The facts behind "Details". */
+TEST_F(VerbError, DetailsNameVerbCodesResourceAndNode) {
+    const struct {
+        NB_USHORT message;
+        const char *text;
+    } texts_here[] = {{VGA_MSG_VERB_DETAILS, "%1; %2"},
+                      {VGA_MSG_DETAILS_RESOURCE, "R %1"},
+                      {VGA_MSG_DETAILS_NODE, "N %1"},
+                      {VGA_MSG_CODE_STATE_CHECK, "state"},
+                      {VGA_MSG_CODE_IN_USE, "used"}};
+    for (const auto &one : texts_here) {
+        gvga_messages[one.message] = one.text;
+    }
+    NAP_NAME_VERB verb = {};
+    verb.opcode = NAP_DELETE_PORT;
+    verb.primary_rc = NAP_STATE_CHECK;
+    verb.secondary_rc = NAP_IN_USE;
+    memset(verb.key, ' ', sizeof(verb.key));
+    memcpy(verb.key, "ETH0", 4);
+    NAP_VCB header;
+    memcpy(&header, &verb, sizeof(header));
+    EXPECT_EQ(vga_verb_resource(reinterpret_cast<const NAP_VCB *>(&verb)), "ETH0");
+    EXPECT_EQ(vga_verb_details(header, "ETH0", "corvid1"),
+              "0x2043 (NAP_DELETE_PORT); 0x0200 (state), 0x00005547 (used)\nR ETH0\nN corvid1");
+    header = {0x0BAD, 0, 0, 0x0077, 0, 0x12345678};
+    EXPECT_EQ(vga_verb_details(header, "", ""), "0x0BAD; 0x0077, 0x12345678");
+    EXPECT_EQ(vga_verb_resource(&header), "");
+    NAP_DEFINE_MODE_VERB mode = {};
+    mode.opcode = NAP_DEFINE_MODE;
+    memset(mode.mode_name, 0x40, sizeof(mode.mode_name));
+    mode.mode_name[0] = 0xC1;
+    EXPECT_EQ(vga_verb_resource(reinterpret_cast<const NAP_VCB *>(&mode)), "A");
+    for (const auto &one : texts_here) {
+        gvga_messages[one.message] = nullptr;
     }
 }
 

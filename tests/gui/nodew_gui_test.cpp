@@ -49,7 +49,7 @@ TEST_F(NodeWindow, ShowsItsNodeAndFollowsIt) {
     EXPECT_EQ(line(), "berlin (NETA.BERLIN): active");
     node->node_state = 77; // from the wire
     vga_update_node_window(node);
-    EXPECT_EQ(line(), "berlin (NETA.BERLIN): back level");
+    EXPECT_EQ(line(), "berlin (NETA.BERLIN): older software");
 }
 
 TEST_F(NodeWindow, StaysEmptyWhenItsNodeGoesAndTakesTheNext) {

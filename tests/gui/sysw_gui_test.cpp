@@ -144,7 +144,7 @@ TEST_F(SystemWindow, LinesSayStateRoleAndWhatElseThereIs) {
         {3, VGA_ROLE_NONE, VGA_CONNECTING, "Active%t44%No server role%t60%connecting"},
         {4, VGA_ROLE_NONE, VGA_NOT_CONNECTED,
          "Not configured%t44%No server role%t60%Define the node"},
-        {5, VGA_ROLE_NONE, VGA_CONNECTED, "Back level%t44%", VGA_ICON_BACKNODE},
+        {5, VGA_ROLE_NONE, VGA_CONNECTED, "Older software%t44%", VGA_ICON_BACKNODE},
     };
     for (const auto &row : rows) {
         node->node_state = row.state;

@@ -19,6 +19,7 @@ public:
     Installation &operator=(const Installation &) = delete;
 
     /* The place of a file by its name below the prefix, as in "lib/X11/uid/Quiladmin/icons.uid". */
+    const std::string &prefix() const { return prefix_; }
     std::string path(const std::string &name) const { return prefix_ + "/" + name; }
     void remove(const std::string &name) const;
     std::string write(const std::string &name, const std::string &text) const; /* its path */

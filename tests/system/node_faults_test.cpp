@@ -30,6 +30,13 @@ protected:
         expect_end(program, 0);
     }
 
+    /* The same of node software that cannot be reached; standard error says why. */
+    void expect_unreachable(Process &program, const std::string &why) {
+        ASSERT_NO_FATAL_FAILURE(expect_report(program, error_title, message(605, {"sna"})));
+        EXPECT_EQ(flat(program.err()),
+                  message(1124, {place.path("var/sna.sock"), why, place.path("bin/snanode")}));
+    }
+
     /* The window without a node, as it stands while nothing is known yet. */
     WindowId empty_window() {
         WindowId found = 0;
@@ -39,10 +46,10 @@ protected:
 };
 
 TEST_F(NodeFaults, NoNodeSoftware) {
-    expect_report(start_program(), error_title, message(605, {"sna"}));
+    expect_unreachable(start_program(), message(1125));
     EXPECT_EQ(place.log("quiladmin").size(), 1u);
     start_node().kill_all(); // its socket stays, but nobody serves it
-    expect_report(start_program(), error_title, message(605, {"sna"}));
+    expect_unreachable(start_program(), message(1126));
 }
 
 TEST_F(NodeFaults, ConnectionLostWhileTheWindowIsOpen) {
@@ -299,6 +306,7 @@ TEST_F(NodeFaults, AReportIsReadWhenItsBoxIsClosed) {
     ASSERT_NE(report, 0u);
     screen().ask_to_close(report);
     expect_end(program, 0);
+    EXPECT_NE(program.err(), "");
 }
 
 /* Something else than the node software has its socket. */
@@ -342,7 +350,7 @@ TEST_F(WrongSocket, OneThatTalksOtherwiseIsNoNodeSoftware) {
     Process &program = start_program();
     ASSERT_NE(empty_window(), 0u);
     say("220 ready when you are\r\n" + std::string(64, '\xFF'));
-    expect_report(program, error_title, message(605, {"sna"}));
+    expect_unreachable(program, "a frame with impossible lengths");
 }
 
 } // namespace sys

@@ -77,7 +77,7 @@ TEST_F(NodeWindow, StartsAndStopsWhatIsSelected) {
     ASSERT_TRUE(says(list, "HOSTLINE", "Active"));
     ASSERT_TRUE(screen().click(list, "HOSTLINE"));
     screen().key("plus"); // its LUs
-    ASSERT_TRUE(says(list, "CLM001", "SSCP"));
+    ASSERT_TRUE(says(list, "CLM001", "Ready for logon"));
     ASSERT_TRUE(screen().click(window, "Stop"));
     WindowId dialog = dialog_with("Sessions that end:");
     press(dialog, "Stop");
@@ -89,7 +89,7 @@ TEST_F(NodeWindow, StartsAndStopsWhatIsSelected) {
     screen().focus(dialog);
     screen().key("Return");
     EXPECT_TRUE(says(list, "HOSTLINE", "Active"));
-    EXPECT_TRUE(says(list, "CLM001", "SSCP"));
+    EXPECT_TRUE(says(list, "CLM001", "Ready for logon"));
 
     screen().focus(window);
     ASSERT_TRUE(screen().click(list, "LINE0")); // the port under it

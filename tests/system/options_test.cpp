@@ -13,6 +13,10 @@ protected:
         return program.out();
     }
 
+    std::string usage_text() const {
+        return message(609, {SYSTEM_VERSION, place.path("var/log/sna.err")});
+    }
+
     /* Pixels from line to line in the lists of a program with these arguments. */
     int distance_of_lines(const std::vector<std::string> &arguments, std::string &err) {
         Process &program = start_program(arguments);
@@ -32,19 +36,22 @@ protected:
     }
 };
 
-TEST_F(Options, HelpIsTheUsageText) {
+TEST_F(Options, HelpIsTheUsageTextWithVersionAndLog) {
     const std::string usage = run({"-h"}, 0);
-    EXPECT_EQ(flat(usage), message(609));
+    EXPECT_EQ(flat(usage), usage_text());
+    EXPECT_EQ(usage.rfind("quiladmin ", 0), 0u) << usage;
+    EXPECT_NE(usage.find(place.path("var/log/sna.err")), std::string::npos) << usage;
     EXPECT_EQ(run({"-size", "small", "-x", "-h"}, 0), usage);
     EXPECT_EQ(run({"-help"}, 33), usage);
     EXPECT_EQ(run({"-?"}, 33), usage);
 }
 
 TEST_F(Options, AnUnknownArgumentIsNamed) {
-    for (const std::string argument : {"-x", "100%d", "-H"}) {
+    for (const std::string argument : {"-x", "100%d", "-H", "--help", "--version"}) {
         const std::string out = run({argument}, 33);
-        EXPECT_EQ(flat(out), message(599, {argument}) + " " + message(609));
+        EXPECT_EQ(flat(out), message(599, {argument}) + " " + usage_text());
     }
+    EXPECT_EQ(flat(run({"-size"}, 33)), message(1120, {"-size"}) + " " + usage_text());
     const std::string out = run({"-xrm", "*a: b", "first", "second"}, 33);
     EXPECT_EQ(split_lines(out).front(), message(599, {"first"}));
 }

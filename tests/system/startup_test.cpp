@@ -134,6 +134,24 @@ TEST_F(StartUp, WhatIsWrongIsToldOfTheSourceThatCounts) {
     EXPECT_EQ(run(), "") << "it needs the application defaults";
 }
 
+/* Neither another installation is used nor a folder made. */
+TEST_F(StartUp, APrefixThatCannotBeUsedIsRefused) {
+    for (const std::string &prefix :
+         {std::string("relative"), place.path("missing"), place.path(user_file)}) {
+        for (const bool node : {false, true}) {
+            Command command = {
+                {place.path(node ? "bin/snanode" : "bin/quiladmin"), node ? "--help" : "-h"},
+                place.environment()};
+            command.environment["SNA_PREFIX"] = prefix;
+            Process program(command);
+            expect_end(program, node ? 1 : 165);
+            EXPECT_NE(program.err().find('"' + prefix + '"'), std::string::npos) << program.err();
+            EXPECT_EQ(program.out(), "");
+        }
+    }
+    EXPECT_FALSE(fs::exists(place.path("missing")));
+}
+
 TEST_F(StartUp, ColoursThatDoNotExistAreTold) {
     start_node();
     resources("Quiladmin*background: no such colour\nQuiladmin*foreground: #12345\n"

@@ -158,6 +158,10 @@ NB_VOID vga_menu_help_index(Widget, XtPointer, XtPointer) {
     vga_display_help_topic(nullptr, NB_HELP_INDEX, VGA_HELP_FULL);
 }
 
+NB_VOID vga_menu_help_search(Widget, XtPointer, XtPointer) {
+    vga_display_help_topic(nullptr, NB_HELP_SEARCH, VGA_HELP_FULL);
+}
+
 NB_VOID vga_menu_help_help(Widget, XtPointer, XtPointer) {
     vga_display_help_topic(nullptr, "helphelp", VGA_HELP_FULL);
 }

@@ -35,6 +35,7 @@ NB_VOID vga_help_close_cb(Widget widget, XtPointer client_data, XtPointer call_d
 /* Entries of the help menus (the web's are in webhelp.h). */
 NB_VOID vga_menu_help_contents(Widget widget, XtPointer client_data, XtPointer call_data);
 NB_VOID vga_menu_help_index(Widget widget, XtPointer client_data, XtPointer call_data);
+NB_VOID vga_menu_help_search(Widget widget, XtPointer client_data, XtPointer call_data);
 NB_VOID vga_menu_help_help(Widget widget, XtPointer client_data, XtPointer call_data);
 NB_VOID vga_menu_help_about(Widget widget, XtPointer client_data, XtPointer call_data);
 

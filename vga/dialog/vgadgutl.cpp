@@ -166,6 +166,9 @@ NB_VOID prepare_widget(const VGA_UID_DESC &row, VGA_DIALOG *desc) {
 }
 
 NB_VOID report_failure(const VGA_UID_DESC &row, nb_problem_detail detail, VGA_DIALOG *parent) {
+    if (gvga_exit_code == VGA_EXIT_START_UP) {
+        return; /* what it lacks was named where it was missed */
+    }
     nba_pd_print_problem(NB_PD_WINDOW, detail, "s", row.name);
     vga_display_error_dialog(parent, VGA_MSG_DIALOG_FAILED, nullptr, nullptr, 0, "");
 }

@@ -1,9 +1,11 @@
 #include "webhelp.h"
 #include "childprocess.h"
 #include "globals.h"
+#include "messagebox.h"
 #include "messages.h"
 #include "nbbase.h"
 #include "resourcereader.h"
+#include "vgadgutl.h"
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -33,15 +35,23 @@ const WEB_ENTRY entries[] = {
 
 } // namespace
 
-NB_VOID vga_menu_help_web(Widget, XtPointer client_data, XtPointer) {
+NB_VOID vga_menu_help_web(Widget widget, XtPointer client_data, XtPointer) {
     const auto *tag = static_cast<const NB_CHAR *>(client_data);
     for (const WEB_ENTRY &entry : entries) {
         if (tag != nullptr && strcmp(tag, entry.tag) == 0) {
             NB_CHAR command[2 * max_part + 2];
+            const std::string address = real_address(vga_message(entry.address));
             vga_get_web_browser_path();
             snprintf(command, sizeof(command), "%.*s %.*s", max_part, gvga_web_browser, max_part,
-                     real_address(vga_message(entry.address)).c_str());
-            vga_run_detached(command);
+                     address.c_str());
+            if (vga_can_run(gvga_web_browser)) {
+                vga_run_detached(command);
+            } else {
+                vga_display_error_dialog(widget != nullptr ? vga_get_dialog_from_widget(widget)
+                                                           : nullptr,
+                                         VGA_MSG_NO_BROWSER, nullptr, nullptr, 0, "s s",
+                                         gvga_web_browser, address.c_str());
+            }
             return;
         }
     }

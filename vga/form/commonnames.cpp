@@ -25,6 +25,7 @@ NB_VOID vga_register_common_names(NB_VOID) {
         {"vga_menu_help_contents", vga_menu_help_contents},
         {"vga_menu_help_help", vga_menu_help_help},
         {"vga_menu_help_index", vga_menu_help_index},
+        {"vga_menu_help_search", vga_menu_help_search},
         {"vga_menu_help_web", vga_menu_help_web},
         {"vga_modal_dialog_cb", vga_modal_dialog_cb},
         {"vga_modal_firewall_on", vga_modal_firewall_on},

@@ -2,10 +2,13 @@
 #include "messages.h"
 #include "nbproblem.h"
 #include "v0toebcd.h"
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -58,6 +61,32 @@ NB_VOID vga_signal_catcher(NB_INT caught) {
         gvga_web_temp_pid = 0;
     }
     errno = saved_errno;
+}
+
+NB_USHORT vga_can_run(const NB_CHAR *command) {
+    const std::string_view text(command);
+    const size_t from = std::min(text.find_first_not_of(" \t"), text.size());
+    const std::string word(text.substr(from, text.find_first_of(" \t", from) - from));
+    if (word.find_first_of("=$`'\"\\()&|;<>{}*?~[") != std::string::npos) {
+        return 1;
+    }
+    if (word.find('/') != std::string::npos) {
+        return access(word.c_str(), X_OK) == 0;
+    }
+    const NB_CHAR *path = getenv("PATH");
+    std::string_view folders(path != nullptr ? path : "/usr/bin:/bin");
+    while (!word.empty()) {
+        const size_t end = folders.find(':');
+        const std::string folder(folders.substr(0, end));
+        if (access(((folder.empty() ? "." : folder) + "/" + word).c_str(), X_OK) == 0) {
+            return 1;
+        }
+        if (end == std::string_view::npos) {
+            return 0;
+        }
+        folders.remove_prefix(end + 1);
+    }
+    return 0;
 }
 
 NB_USHORT vga_run_detached(const NB_CHAR *command) {

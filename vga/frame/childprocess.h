@@ -15,6 +15,10 @@ extern volatile NB_LONG gvga_web_temp_pid;
  * For SIGCHLD: takes leave of the short-lived child if it has ended, and only of that. */
 NB_VOID vga_signal_catcher(NB_INT signal);
 
+/* 0 when the command begins with the name of a program that is not there: no such file, or none in
+ * PATH.  1 for one that is, and for whatever only the shell can tell. */
+NB_USHORT vga_can_run(const NB_CHAR *command);
+
 /* Runs a command with "/bin/bash -c" as nobody's child, deaf to the hang-up of the terminal, and
  * returns when it has been started: what becomes of it, even that there is no such command, is not
  * known here.  Of the signals that the program catches or blocks it inherits nothing.

@@ -20,6 +20,7 @@ NB_USHORT gvga_read_only;
 NB_USHORT gvga_look_only;
 NB_USHORT gvga_closing;
 const NB_UCHAR gvga_null_name[2] = {0, 0};
+const NB_CHAR gvga_version[] = QUILADMIN_VERSION;
 
 static const NB_CHAR main_file[] = "../../p/vga/vgamain";
 

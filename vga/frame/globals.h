@@ -39,6 +39,7 @@ extern NB_USHORT gvga_read_only;     /* the operator may look but not change */
 extern NB_USHORT gvga_look_only;     /* he asked for that himself: no verb that changes goes out */
 extern NB_USHORT gvga_closing;       /* the orderly close is under way */
 extern const NB_UCHAR gvga_null_name[2];
+extern const NB_CHAR gvga_version[]; /* of the program */
 
 /* Exit request. */
 

@@ -10,9 +10,9 @@ using records::item_field;
 /* The connectivity list: name, status, what it is or leads to, address, description. */
 
 constexpr NB_USHORT status_stop = 26;
-constexpr NB_USHORT kind_stop = 39;
-constexpr NB_USHORT address_stop = 54;
-constexpr NB_USHORT last_stop = 72;
+constexpr NB_USHORT kind_stop = 42;
+constexpr NB_USHORT address_stop = 57;
+constexpr NB_USHORT last_stop = 75;
 
 /* Downstream LUs. */
 

@@ -159,7 +159,7 @@ NB_VOID vga_write_field(const VGA_LINE_COLUMN &column, const NB_VOID *entry, NB_
 
 NB_VOID vga_write_lu_status(bool in_session, bool to_host, NB_CHAR *text) {
     vga_write_word(in_session ? records::MSG_IN_USE
-                   : to_host  ? records::MSG_SSCP
+                   : to_host  ? records::MSG_READY_FOR_LOGON
                               : records::MSG_INACTIVE,
                    text);
 }

@@ -60,9 +60,9 @@ NB_USHORT node_message(NB_ULONG state) {
 /* The connectivity list: name, status, what it is or leads to, address, description. */
 
 constexpr NB_USHORT status_stop = 26;
-constexpr NB_USHORT kind_stop = 39;
-constexpr NB_USHORT address_stop = 54;
-constexpr NB_USHORT last_stop = 72;
+constexpr NB_USHORT kind_stop = 42;
+constexpr NB_USHORT address_stop = 57;
+constexpr NB_USHORT last_stop = 75;
 
 NB_VOID port_kind(const VGA_PORT &port, NB_CHAR *text) {
     const NB_USHORT word = vga_word_message(records::dlc_words, port.vcb->def_data.dlc_type, 0);

@@ -102,8 +102,8 @@ constexpr VGA_LINE_COLUMN ustad_columns[] = {
     {.heading = VGA_MSG_HEAD_USER, .field = &ustad_user},
     {.stop = 18, .heading = VGA_MSG_HEAD_SESSION, .field = &ustad_session},
     {.stop = 28, .heading = VGA_MSG_HEAD_STATUS, .field = &ustad_status},
-    {.stop = 41, .heading = VGA_MSG_HEAD_LU, .field = &ustad_lu},
-    {.stop = 51, .heading = VGA_MSG_HEAD_NODE, .field = &ustad_node},
+    {.stop = 44, .heading = VGA_MSG_HEAD_LU, .field = &ustad_lu},
+    {.stop = 54, .heading = VGA_MSG_HEAD_NODE, .field = &ustad_node},
 };
 
 /* Pools of the domain, and the LUs of all nodes in each. */
@@ -119,8 +119,8 @@ NB_VOID pool_nodes(const VGA_SYS_POOL &pool, NB_CHAR *text) {
 constexpr VGA_LINE_COLUMN pool_columns[] = {
     {.heading = VGA_MSG_HEAD_POOL, .field = &field(records::lu_pool, "name")},
     {.stop = 26, .heading = VGA_MSG_HEAD_LUS, .write = vga_written<pool_lus>},
-    {.stop = 39, .heading = VGA_MSG_HEAD_NODES, .write = vga_written<pool_nodes>},
-    {.stop = 53,
+    {.stop = 42, .heading = VGA_MSG_HEAD_NODES, .write = vga_written<pool_nodes>},
+    {.stop = 56,
      .heading = VGA_MSG_HEAD_DESCRIPTION,
      .field = &field(records::lu_pool, "description")},
 };
@@ -138,8 +138,8 @@ NB_VOID pool_lu_node(const VGA_POOL_LU &lu, NB_CHAR *text) {
 constexpr VGA_LINE_COLUMN pool_lu_columns[] = {
     {.heading = VGA_MSG_HEAD_LU, .field = &field(records::lu_pool, "lu_name")},
     {.stop = 26, .heading = VGA_MSG_HEAD_STATUS, .write = vga_written<pool_lu_status>},
-    {.stop = 39, .heading = VGA_MSG_HEAD_PU, .field = &field(records::lu_pool, "pu_name")},
-    {.stop = 53, .heading = VGA_MSG_HEAD_NODE, .write = vga_written<pool_lu_node>},
+    {.stop = 42, .heading = VGA_MSG_HEAD_PU, .field = &field(records::lu_pool, "pu_name")},
+    {.stop = 56, .heading = VGA_MSG_HEAD_NODE, .write = vga_written<pool_lu_node>},
 };
 
 /* CPI-C side information. */

@@ -210,13 +210,21 @@ NB_VOID vga_listw_copy_name(VGA_LIST_WINDOW *window) {
     vga_own_text(window->panes[0].draw_area, names);
 }
 
-/* The topic of a line is that of its properties; a line without any has that of its window. */
+/* What is selected, else the list, else the window. */
 NB_VOID vga_listw_help_on_this(VGA_LIST_WINDOW *window) {
     NB_SHORT type;
     const NB_VOID *record = vga_listw_get_selection(window, &type, nullptr);
     const VGA_LINE_RULE *rule = vga_line_rule(type);
-    const NB_USHORT dialog = rule != nullptr ? vga_properties_of(*rule, record) : VGA_NO_DIALOG;
-    const VGA_UID_DESC *row = dialog != VGA_NO_DIALOG ? vga_find_row(dialog) : nullptr;
-    vga_display_help_topic(nullptr, row != nullptr ? row->name : vga_row_of(&window->common).name,
+    const NB_CHAR *topic = rule != nullptr ? vga_topic_of(*rule, record) : nullptr;
+    if (topic == nullptr && window->current_pane != VGA_LISTW_NO_LIST) {
+        topic = window->plan->lists[window->current_pane].topic;
+    }
+    vga_display_help_topic(nullptr, topic != nullptr ? topic : vga_row_of(&window->common).name,
                            VGA_HELP_FULL);
+}
+
+NB_VOID vga_listw_help_cb(Widget list, XtPointer, XtPointer) {
+    if (VGA_LIST_WINDOW *window = vga_listw_from_widget(list)) {
+        vga_listw_help_on_this(window);
+    }
 }

@@ -104,16 +104,16 @@ constexpr VGA_LINE_RULE rules[] = {
     {.type = VGA_VIEWER_REM_PLU_LEAF,
      .properties = VGA_UID_PLU_DEF_DIALOG,
      .is_defined = rem_plu_is_defined},
-    {.type = VGA_VIEWER_REM_SESS, .can_copy = 0, .can_delete = 0},
+    {.type = VGA_VIEWER_REM_SESS, .topic = "c_limits", .can_copy = 0, .can_delete = 0},
     {.type = VGA_VIEWER_LS_R, .properties = VGA_UID_LS_ROUTING_DIALOG},
     {.type = VGA_VIEWER_PRIMARY_LINE, .properties = VGA_UID_SDLC_PORT_DIALOG},
     {.type = VGA_VIEWER_PRIMARY_LU0, .properties = VGA_UID_LULU_DIALOG},
-    {.type = VGA_VIEWER_NODE, .can_copy = 0, .can_delete = 0},
+    {.type = VGA_VIEWER_NODE, .topic = "noded", .can_copy = 0, .can_delete = 0},
     {.type = VGA_VIEWER_USER,
      .properties = VGA_UID_USER_DIALOG,
      .status = VGA_UID_USER_STATUS_DIALOG},
     {.type = VGA_VIEWER_POOL, .properties = VGA_UID_POOL_DIALOG},
-    {.type = VGA_VIEWER_POOL_LU, .can_copy = 0},
+    {.type = VGA_VIEWER_POOL_LU, .topic = "c_pools", .can_copy = 0},
     {.type = VGA_VIEWER_CPIC, .properties = VGA_UID_CPIC_DIALOG},
     {.type = VGA_VIEWER_MODE_DEF, .properties = VGA_UID_MODE_DIALOG},
     {.type = VGA_VIEWER_RJE, .properties = VGA_UID_RJEW_DIALOG},
@@ -146,6 +146,12 @@ const VGA_LINE_RULE *vga_line_rule(NB_SHORT type) {
 
 NB_USHORT vga_properties_of(const VGA_LINE_RULE &rule, const NB_VOID *record) {
     return rule.properties_of != nullptr ? rule.properties_of(record) : rule.properties;
+}
+
+const NB_CHAR *vga_topic_of(const VGA_LINE_RULE &rule, const NB_VOID *record) {
+    const NB_USHORT properties = vga_properties_of(rule, record);
+    const VGA_UID_DESC *row = vga_find_row(properties != VGA_NO_DIALOG ? properties : rule.status);
+    return rule.topic != nullptr ? rule.topic : row != nullptr ? row->name : nullptr;
 }
 
 NB_USHORT vga_is_written(NB_USHORT dialog_id) {

@@ -12,6 +12,8 @@ struct VGA_LINE_RULE {
     /* The same where it depends on the record, of which there may be none (null). */
     NB_USHORT (*properties_of)(const NB_VOID *record) = nullptr;
     NB_USHORT status = VGA_NO_DIALOG;
+    const NB_CHAR *topic =
+        nullptr; /* help on such a line; null: that on its properties, or status */
     NB_UCHAR can_copy = 1, can_delete = 1; /* flags */
     /* 0: no operator defined the record, so that it can be neither deleted nor copied.  Null: they
      * all are. */
@@ -25,6 +27,9 @@ const VGA_LINE_RULE *vga_line_rule(NB_SHORT type);
  * named: vga_is_written. */
 NB_USHORT vga_properties_of(const VGA_LINE_RULE &rule, const NB_VOID *record);
 NB_USHORT vga_is_written(NB_USHORT dialog_id);
+
+/* The help topic of a line, of which the record may be missing; null: its type has none. */
+const NB_CHAR *vga_topic_of(const VGA_LINE_RULE &rule, const NB_VOID *record);
 
 /* The name of what a line stands for, in the locale's characters: its first column. */
 std::string vga_line_name(const VGA_VIEWER_ITEM &item);

@@ -124,6 +124,9 @@ NB_VOID vga_listw_arrange(VGA_LIST_WINDOW *window) {
     vga_listw_prepare_panes(window);
     vga_listw_install_popup(window);
     vga_listw_prepare_finding(window);
+    for (NB_USHORT pane = 0; pane < window->list_count; pane++) {
+        XtAddCallback(window->panes[pane].draw_area, XmNhelpCallback, vga_listw_help_cb, nullptr);
+    }
     vga_set_hint_line(window->common.widget, window->message_bar);
 }
 

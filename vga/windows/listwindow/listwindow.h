@@ -42,8 +42,9 @@ struct VGA_LISTW_ROW {
     VGA_VIEWER_TYPE headings_of = VGA_VIEWER_NODE;
     VGA_VIEWER_ROOT VGA_NODE::*of_node = nullptr; /* one of the two */
     VGA_VIEWER_ROOT VGA_SYSTEM::*of_domain = nullptr;
-    NB_USHORT add = VGA_NO_DIALOG; /* the dialog that Add opens */
-    NB_USHORT selects = 0;         /* flag: the description names what makes it current */
+    NB_USHORT add = VGA_NO_DIALOG;  /* the dialog that Add opens */
+    const NB_CHAR *topic = nullptr; /* help on the list; null: that of the window */
+    NB_USHORT selects = 0;          /* flag: the description names what makes it current */
 };
 
 /* A kind of line that is explained beside a list's title. */
@@ -195,6 +196,9 @@ NB_VOID vga_listw_filter(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_filter_off(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_failed_next(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_failed_previous(VGA_LIST_WINDOW *window);
+
+/* F1 in a list: as vga_listw_help_on_this. */
+NB_VOID vga_listw_help_cb(Widget list, XtPointer client_data, XtPointer call_data);
 
 /* Message line. */
 

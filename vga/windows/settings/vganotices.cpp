@@ -1,4 +1,5 @@
 #include "vganotices.h"
+#include "details.h"
 #include "dialogids.h"
 #include "globals.h"
 #include "holders.h"
@@ -91,12 +92,6 @@ NB_VOID vga_shlpd_record_changed(VGA_DIALOG *desc, NB_VOID *item, VGA_RECORD_CHA
 
 namespace {
 
-/* As nbbase.h says where it is. */
-std::string log_file(NB_VOID) {
-    const NB_CHAR *named = getenv("SNA_LOG");
-    return named != nullptr ? named : std::string(nba_prefix()) + "/var/log/sna.err";
-}
-
 /* The releases that the nodes have, each once. */
 std::string releases(NB_VOID) {
     std::set<std::string> found;
@@ -116,8 +111,8 @@ std::string releases(NB_VOID) {
 
 NB_VOID show_cb(Widget box, XtPointer, XtPointer) {
     NB_CHAR text[2048];
-    vga_print_msg(text, sizeof(text), VGA_MSG_ABOUT, "s s s s", QUILADMIN_VERSION,
-                  releases().c_str(), nba_prefix(), log_file().c_str());
+    vga_print_msg(text, sizeof(text), VGA_MSG_ABOUT, "s s s s", gvga_version, releases().c_str(),
+                  nba_prefix(), vga_log_name().c_str());
     set_text(box, text);
 }
 
