@@ -166,7 +166,8 @@ void FullWindow::show_pane(Pane wanted) {
         const bool here = ii == static_cast<size_t>(pane);
         XmToggleButtonSetState(tabs[ii], here, False);
         XtVaSetValues(tabs[ii], XmNforeground,
-                      look.colour(here ? Colour::selected_text : Colour::text).pixel, nullptr);
+                      look.colour(here ? Colour::selected_text : Colour::text).pixel, XmNbackground,
+                      look.colour(here ? Colour::selection : Colour::panel).pixel, nullptr);
         if (!here) {
             XtUnmanageChild(lists[ii]->widget());
         }

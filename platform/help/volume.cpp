@@ -5,8 +5,10 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <unistd.h>
 
 namespace help {
 
@@ -225,7 +227,16 @@ std::string volume_path(const std::string &name) {
     if (!name.empty() && name[0] == '/') {
         return name;
     }
-    return std::string(nba_prefix()) + "/share/help/" + name + ".qhv";
+    const std::string folder = std::string(nba_prefix()) + "/share/help/";
+    const char *const lang = std::getenv("LANG");
+    // The value is one folder of the path; it must not lead out of it.
+    if (lang && *lang && !std::strchr(lang, '/') && lang[0] != '.') {
+        const std::string own = folder + lang + "/" + name + ".qhv";
+        if (access(own.c_str(), R_OK) == 0) {
+            return own;
+        }
+    }
+    return folder + name + ".qhv";
 }
 
 std::string plain_text(const Block &block) {

@@ -76,7 +76,8 @@ Loaded parse_volume(std::string_view body);
 /* Reads a file: first line, size, checksum, records. */
 Loaded read_volume(const std::string &path);
 
-/* "Help4Quiladmin" in the folder share/help of the installation; a path stays what it is. */
+/* "Help4Quiladmin" in the folder share/help of the installation, or in one below it that is named
+ * as LANG says, where there is such a volume; a path stays what it is. */
 std::string volume_path(const std::string &name);
 
 /* The text of a block without its styles, for searching and for tests. */

@@ -7,7 +7,8 @@
  *
  * A volume that is missing or damaged, or has no such topic, is no error of the caller: the window
  * opens and says so.  Texts are UTF-8.  Volumes are found in the folder share/help of the
- * installation (nba_prefix); a name that begins with '/' is a path. */
+ * installation (nba_prefix), in that of the locale LANG below it first; a name that begins with '/'
+ * is a path. */
 #ifndef HELP_H
 #define HELP_H
 

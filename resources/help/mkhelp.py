@@ -241,6 +241,12 @@ def checksum(data):
     return total
 
 
+def write_volume(path, records):
+    body = records.encode()
+    head = f"quiladmin-help 1 {len(body)} {checksum(body):08x}\n".encode()
+    Path(path).write_bytes(head + body)
+
+
 def main(arguments):
     if len(arguments) < 4:
         print(__doc__, file=sys.stderr)
@@ -251,15 +257,14 @@ def main(arguments):
         read(Path(name))
     reader.check_labels()
     reader.mark_later()
-    body = "".join(line + "\n" for line in Writer(reader).records(arguments[2])).encode()
+    records = "".join(line + "\n" for line in Writer(reader).records(arguments[2]))
     if not reader.topics:
         reader.fault(arguments[3], "there is no topic")
     for fault in reader.faults:
         print(fault, file=sys.stderr)
     if reader.faults:
         return 1
-    head = f"quiladmin-help 1 {len(body)} {checksum(body):08x}\n".encode()
-    Path(arguments[1]).write_bytes(head + body)
+    write_volume(arguments[1], records)
     return 0
 
 

@@ -3,6 +3,7 @@
 
     pseudo.py messages SNA.MSG.IN OUT.msg     catalogue source (UTF-8) from the message source
     pseudo.py uil FOLDER OUT_FOLDER           window descriptions from those of a folder
+    pseudo.py help VOLUME OUT_VOLUME          help volume from one
 
 Texts keep their meaning but get accents, grow by 40 % and stand in brackets: a text without its
 closing bracket was cut, one without accents is not translatable.  Placeholders, column stops, the
@@ -15,8 +16,10 @@ import pathlib
 import re
 import sys
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / 'messages'))
+RESOURCES = pathlib.Path(__file__).resolve().parent.parent
+sys.path[:0] = [str(RESOURCES / 'messages'), str(RESOURCES / 'help')]
 import mkcat  # noqa: E402  (needs the path above)
+import mkhelp  # noqa: E402
 
 ACCENTS = str.maketrans('aceinouyACEINOUY', 'áçéíñöüýÁÇÉÍÑÖÜÝ')
 GROWTH = 0.4
@@ -101,8 +104,30 @@ def translated_description(text):
     return OBJECT.sub(translated_object, text)
 
 
+def translated_runs(runs):
+    """Runs of a block: the style, of a link the target and a bar, the text."""
+    heads = [run[:run.index('|') + 1] if run[0] == 'l' else run[:1] for run in runs]
+    texts = [run[len(head):] for run, head in zip(runs, heads)]
+    texts = [text if head == 'f' else accented(text) for head, text in zip(heads, texts)]
+    return [f'{head}{"[" * (at == 0)}{text}{"]" * (at + 1 == len(runs))}'
+            for at, (head, text) in enumerate(zip(heads, texts))]
+
+
+def translated_volume(text):
+    lines = []
+    for line in text.split('\n')[1:]:
+        fields = line.split('\t')
+        if fields[0] in ('V', 'C', 'X', 'T'):
+            place = 1 if fields[0] == 'V' else 2
+            fields[place] = translated(fields[place])
+        elif fields[0] not in ('', 'F') and len(fields) > 2:  # what stands as it is stays
+            fields[2:] = translated_runs(fields[2:])
+        lines.append('\t'.join(fields))
+    return '\n'.join(lines)
+
+
 def main(arguments):
-    if len(arguments) != 4 or arguments[1] not in ('messages', 'uil'):
+    if len(arguments) != 4 or arguments[1] not in ('messages', 'uil', 'help'):
         print(__doc__, file=sys.stderr)
         return 2
     source, target = map(pathlib.Path, arguments[2:])
@@ -111,6 +136,10 @@ def main(arguments):
         for file in sorted(source.glob('*.ui[lh]')):
             (target / file.name).write_text(
                 translated_description(file.read_text(encoding='utf-8')), encoding='utf-8')
+        return 0
+    if arguments[1] == 'help':
+        target.parent.mkdir(parents=True, exist_ok=True)
+        mkhelp.write_volume(target, translated_volume(source.read_text(encoding='utf-8')))
         return 0
     messages, faults = mkcat.read_source(source)
     if faults:

@@ -217,4 +217,22 @@ WARNINGS::~WARNINGS() {
     XtAppSetWarningHandler(gvga_appcontext, previous);
 }
 
+std::vector<Widget> shells_with(const char *child) {
+    std::vector<Widget> shells;
+    Window root, parent, *windows = nullptr;
+    unsigned number = 0;
+    XQueryTree(gvga_display, gvga_root_window, &root, &parent, &windows, &number);
+    for (unsigned ii = 0; ii < number; ii++) {
+        const Widget shell = XtWindowToWidget(gvga_display, windows[ii]);
+        XWindowAttributes attributes;
+        if (shell != nullptr && XtNameToWidget(shell, child) != nullptr &&
+            XGetWindowAttributes(gvga_display, windows[ii], &attributes) != 0 &&
+            attributes.map_state == IsViewable) {
+            shells.push_back(shell);
+        }
+    }
+    XFree(windows);
+    return shells;
+}
+
 } // namespace gui

@@ -83,6 +83,10 @@ private:
     XtErrorHandler previous;
 };
 
+/* The shells on the screen with such a child.  Those without a parent are known to the display
+ * only: the windows of the screen tell. */
+std::vector<Widget> shells_with(const char *child);
+
 } // namespace gui
 
 #endif

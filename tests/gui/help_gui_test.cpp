@@ -43,22 +43,7 @@ public:
 };
 
 std::vector<Widget> help_shells() {
-    std::vector<Widget> shells;
-    // Shells without a parent are known to the display only: the windows of the screen tell.
-    Window root, parent, *windows = nullptr;
-    unsigned number = 0;
-    XQueryTree(gvga_display, gvga_root_window, &root, &parent, &windows, &number);
-    for (unsigned ii = 0; ii < number; ii++) {
-        const Widget shell = XtWindowToWidget(gvga_display, windows[ii]);
-        XWindowAttributes attributes;
-        if (shell != nullptr && XtNameToWidget(shell, "helpDialog") != nullptr &&
-            XGetWindowAttributes(gvga_display, windows[ii], &attributes) != 0 &&
-            attributes.map_state == IsViewable) {
-            shells.push_back(shell);
-        }
-    }
-    XFree(windows);
-    return shells;
+    return gui::shells_with("helpDialog");
 }
 
 SHOWN only_window() {

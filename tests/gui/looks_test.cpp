@@ -4,8 +4,11 @@
 
 #include "looks.h"
 
+#include "../../platform/help/helpclass.h"
+#include "../../platform/help/volume.h"
 #include "buttonletters.h"
 #include "checkedmodel.h"
+#include "helpwindows.h"
 #include "holders.h"
 #include "letters.h"
 #include "linetable.h"
@@ -357,6 +360,53 @@ TEST_F(Looks, TextsAreTranslated) {
         }
     }
     EXPECT_GT(seen, 60);
+}
+
+/* The same of help windows, whose texts come from the catalogue, too, and pages from a volume of
+ * the language. */
+TEST_F(Looks, HelpWindowsCanBeReadAndAreTranslated) {
+    vga_close_modal_dialog(gvga_main_dialog);
+    vga_display_help_topic(nullptr, "_index", VGA_HELP_FULL);
+    gui::settle();
+    const std::vector<Widget> shells = gui::shells_with("helpDialog");
+    ASSERT_EQ(shells.size(), 1U);
+    std::vector<Widget> parts;
+    collect(shells[0], parts);
+    int seen = 0;
+    for (Widget widget : parts) {
+        const std::string text = is_label(widget) ? gui::label_text(widget) : "";
+        if (!std::any_of(text.begin(), text.end(), isalpha) || !XtIsManaged(widget)) {
+            continue;
+        }
+        SCOPED_TRACE(text);
+        seen++;
+        expect_whole(widget);
+        EXPECT_GE(contrast(colour(widget, XmNforeground), colour(widget, XmNbackground)),
+                  look().text_contrast);
+        EXPECT_EQ(text.front() == '[' && text.back() == ']', *look().language != '\0');
+    }
+    EXPECT_GT(seen, 7);
+    const auto *own = help::resources_of(XtNameToWidget(shells[0], "helpDialog"));
+    const auto pixel = [own](help::Colour which) {
+        return own->pixels[static_cast<size_t>(which)];
+    };
+    const std::pair<help::Colour, help::Colour> pairs[] = {
+        {help::Colour::text, help::Colour::page},
+        {help::Colour::heading, help::Colour::page},
+        {help::Colour::link, help::Colour::page},
+        {help::Colour::text, help::Colour::panel},
+        {help::Colour::text, help::Colour::shade},
+        {help::Colour::muted, help::Colour::panel},
+        {help::Colour::selected_text, help::Colour::selection},
+    };
+    for (const auto &[text, ground] : pairs) {
+        EXPECT_GE(contrast(pixel(text), pixel(ground)), look().text_contrast)
+            << static_cast<int>(text) << " on " << static_cast<int>(ground);
+    }
+    const help::Loaded volume = help::read_volume(help::volume_path(VGA_HELP_VOLUME));
+    ASSERT_NE(volume.volume, nullptr) << volume.fault;
+    EXPECT_EQ(volume.volume->topics[0].title.find('[') == 0, *look().language != '\0');
+    vga_help_close_cb(XtNameToWidget(shells[0], "helpDialog"), nullptr, nullptr);
 }
 
 } // namespace

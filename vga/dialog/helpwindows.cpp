@@ -11,12 +11,38 @@
 #include <Xm/PushB.h>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <vector>
 
 namespace {
 
 constexpr NB_INT max_title_part = 100; /* of the topic and of the message */
+
+/* The library's own texts, by its resources. */
+struct HELP_TEXT {
+    const NB_CHAR *resource;
+    NB_USHORT message;
+};
+constexpr HELP_TEXT help_texts[] = {
+    {"backText", VGA_MSG_HELPW_BACK},
+    {"forwardText", VGA_MSG_HELPW_FORWARD},
+    {"homeText", VGA_MSG_HELPW_HOME},
+    {"closeText", VGA_MSG_HELP_CLOSE},
+    {"contentsText", VGA_MSG_HELP_CONTENTS},
+    {"indexText", VGA_MSG_HELPW_INDEX},
+    {"searchText", VGA_MSG_HELPW_SEARCH},
+    {"findText", VGA_MSG_HELPW_FIND},
+    {"noneFoundText", VGA_MSG_HELPW_NONE_FOUND},
+    {"typeToSearchText", VGA_MSG_HELPW_TYPE},
+    {"hitsText", VGA_MSG_HELPW_HITS},
+    {"noHelpText", VGA_MSG_HELPW_NO_HELP},
+    {"noTopicText", VGA_MSG_HELPW_NO_TOPIC},
+    {"noPageText", VGA_MSG_HELPW_NO_PAGE},
+    {"readingPageText", VGA_MSG_HELPW_READING},
+    {"newWindowText", VGA_MSG_HELPW_NEW_WINDOW},
+    {"manualPageText", VGA_MSG_HELPW_MAN_PAGE},
+};
 
 /* An open window. */
 struct HELP_WINDOW {
@@ -77,17 +103,24 @@ Widget make_dialog(const HELP_WINDOW &window) {
         window.form == VGA_HELP_MAN_PAGE ? NB_HELP_MAN_PAGE : NB_HELP_LOCATION;
     const NB_UCHAR type =
         window.form == VGA_HELP_MAN_PAGE ? NB_HELP_TYPE_MAN_PAGE : NB_HELP_TYPE_TOPIC;
-    Arg args[3];
+    Arg args[3 + std::size(help_texts)];
+    Cardinal count = 3;
     XtSetArg(args[0], const_cast<NB_CHAR *>(NB_HELP_VOLUME), window.volume.c_str());
     XtSetArg(args[1], const_cast<NB_CHAR *>(location), window.topic.c_str());
     XtSetArg(args[2], const_cast<NB_CHAR *>(NB_HELP_TYPE), type);
+    for (const HELP_TEXT &text : help_texts) {
+        if (*vga_message(text.message) != '\0') {
+            XtSetArg(args[count], const_cast<NB_CHAR *>(text.resource), vga_message(text.message));
+            count++;
+        }
+    }
     NB_CHAR name[] = "helpDialog";
     Widget dialog;
     if (window.form == VGA_HELP_QUICK) {
-        dialog = DtCreateHelpQuickDialog(window.shell, name, args, XtNumber(args));
+        dialog = DtCreateHelpQuickDialog(window.shell, name, args, count);
         set_quick_buttons(dialog);
     } else {
-        dialog = DtCreateHelpDialog(window.shell, name, args, XtNumber(args));
+        dialog = DtCreateHelpDialog(window.shell, name, args, count);
     }
     XtAddCallback(dialog, NB_HELP_HYPER_LINK_CALLBACK, vga_help_hyper_cb, nullptr);
     XtAddCallback(dialog, NB_HELP_CLOSE_CALLBACK, vga_help_close_cb, nullptr);
