@@ -145,7 +145,9 @@ protected:
             }
             break;
         case 5: // whoever counts which one it is has lost it
-            current = current == record ? nullptr : current;
+            current = current != nullptr && vga_viewer_is_within(&current->item, &record->item)
+                          ? nullptr
+                          : current;
             vga_move_viewer(&root, &record->item, 0, record->item.parent, VGA_VIEWER_LAST);
             break;
         default:
