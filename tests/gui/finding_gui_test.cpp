@@ -162,9 +162,10 @@ TEST_F(Finding, TitlesCountWhatFailedAndKeysGoThere) {
 
 // The less room, the fewer words, and the more important ones.
 TEST_F(Finding, CountsGiveWay) {
-    const VGA_LISTW_COUNTS counts = {{"2 ports", "4 links"}, "3 active", "1 failed", "1 shown: x"};
+    const VGA_LISTW_COUNTS counts = {
+        {"2 ports", "4 links"}, {"2 active", "3 active"}, "1 failed", "1 shown: x"};
     const char *const texts[] = {"2 ports, 4 links, 3 active, 1 failed, 1 shown: x",
-                                 "2 ports, 3 active, 1 failed, 1 shown: x",
+                                 "2 ports, 2 active, 1 failed, 1 shown: x",
                                  "2 ports, 1 failed, 1 shown: x",
                                  "1 failed, 1 shown: x",
                                  "1 shown: x",

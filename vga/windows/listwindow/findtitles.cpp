@@ -111,21 +111,24 @@ NB_VOID vga_listw_counts_due(VGA_LIST_WINDOW *window) {
 
 VGA_LISTW_COUNTS vga_listw_counts_of(const VGA_VIEWER_ROOT *root) {
     VGA_LISTW_COUNTS counts;
+    NB_ULONG active = 0;
     for (const auto &row : kinds) {
-        NB_ULONG lines = 0;
+        NB_ULONG lines = 0, active_lines = 0;
         bool named = false;
         for (const auto &other : kinds) {
-            named = named || (&other < &row && other.kind == row.kind);
-            lines += other.kind == row.kind ? vga_finder_count(root, other.type, VGA_LINE_STATES)
-                                            : NB_ULONG{0};
+            if (other.kind == row.kind) {
+                named = named || &other < &row;
+                lines += vga_finder_count(root, other.type, VGA_LINE_STATES);
+                active_lines += vga_finder_count(root, other.type, VGA_LINE_ACTIVE);
+            }
         }
         if (!named && lines != 0) {
+            active += active_lines;
             counts.kinds.push_back(counted(row.kind, lines));
+            counts.active.push_back(active != 0 ? with_number(VGA_MSG_COUNT_ACTIVE, active) : "");
         }
     }
-    const NB_ULONG active = vga_finder_count_all(root, VGA_LINE_ACTIVE);
     const NB_ULONG failed = vga_finder_count_all(root, VGA_LINE_FAILED);
-    counts.active = active != 0 ? with_number(VGA_MSG_COUNT_ACTIVE, active) : "";
     counts.failed = failed != 0 ? with_number(VGA_MSG_COUNT_FAILED, failed) : "";
     const VGA_FINDER_FILTER &filter = vga_finder_filter_of(root);
     if (filter.on != 0) {
@@ -142,7 +145,7 @@ std::string vga_listw_count_text(const VGA_LISTW_COUNTS &counts, NB_USHORT step)
     const size_t kinds_left = parts.size() > step ? parts.size() - step : size_t{parts.size() > 0};
     const size_t more = step + kinds_left - counts.kinds.size();
     parts.resize(kinds_left);
-    parts.push_back(more < 1 ? counts.active : "");
+    parts.push_back(more < 1 && kinds_left > 0 ? counts.active[kinds_left - 1] : "");
     parts.push_back(more < 3 || counts.shown.empty() ? counts.failed : "");
     parts.push_back(counts.shown);
     if (more >= 2) {

@@ -13,11 +13,12 @@
 NB_VOID vga_listw_show_counts(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_counts_due(VGA_LIST_WINDOW *window);
 
-/* The parts of a list's counts, the most important first: kinds of lines, then active ones, failed
- * ones, and what is shown of them.  Without a display. */
+/* The parts of a list's counts, the most important first: kinds of lines, how many of the first
+ * kind are active, of the first two, and so on, then failed lines of any kind, and what is shown.
+ * Without a display. */
 struct VGA_LISTW_COUNTS {
-    std::vector<std::string> kinds = {};
-    std::string active = {}, failed = {}, shown = {};
+    std::vector<std::string> kinds = {}, active = {};
+    std::string failed = {}, shown = {};
 };
 VGA_LISTW_COUNTS vga_listw_counts_of(const VGA_VIEWER_ROOT *root);
 
