@@ -375,7 +375,8 @@ TEST_F(Looks, HelpWindowsCanBeReadAndAreTranslated) {
     int seen = 0;
     for (Widget widget : parts) {
         const std::string text = is_label(widget) ? gui::label_text(widget) : "";
-        if (!std::any_of(text.begin(), text.end(), isalpha) || !XtIsManaged(widget)) {
+        if (!std::any_of(text.begin(), text.end(), isalpha) || !XtIsManaged(widget) ||
+            strcmp(XtName(widget), "TipLabel") == 0) { // empty until it is shown
             continue;
         }
         SCOPED_TRACE(text);

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr NB_ULONG least_counts = 64; // pixels that say anything
-constexpr NB_ULONG part_gap = 16;     // beside a part of a bar, at most
+constexpr NB_ULONG part_gap = 16;     // beside a part, at most
 
 NB_ULONG wanted_width(Widget widget) {
     return widget != nullptr ? vga_wanted_size(widget).width : NB_ULONG{0};
@@ -123,7 +123,7 @@ NB_VOID vga_listw_arrange_row(const VGA_LISTW_PANE &pane, NB_ULONG width, NB_USH
         right = off;
     }
     const NB_ULONG others = wanted_width(off) + (shown ? wanted_width(pane.key) : NB_ULONG{0});
-    const NB_ULONG counts = vga_listw_row_room(width, title + others);
+    const NB_ULONG counts = vga_listw_row_room(width, title + others + part_gap);
     XtManageChild(pane.title);
     if (counts >= least_counts) {
         end_by_itself(pane.title, title);
