@@ -188,7 +188,8 @@ protected:
         gvga_hooks = {};
         gvga_querybuf_size = 32768;
         nba_pd_set_log(nullptr, NB_PD_NONE);
-        domain = std::make_unique<LIVE_DOMAIN>(SAMPLE_DOMAINS "/" + sample + ".domain");
+        domain = std::make_unique<LIVE_DOMAIN>(
+            sample.starts_with("/") ? sample : SAMPLE_DOMAINS "/" + sample + ".domain");
         begin();
     }
     static NB_VOID close() {
