@@ -95,7 +95,7 @@ STANDARD = {
     'add': standard('Add...', 'A', 'add', 'add', scope='VGA_FOR_LIST', told='1', shown='Insert', refuses='nullptr'),
     'delete': standard('Delete', 'D', 'del', 'delete', shown='Delete', **CHANGES),
     'zoom': standard('Properties...', 'P', 'zoom', 'zoom', accelerator='Alt+Return'),
-    'status': standard('Status...', 'u', 'status', 'status'),
+    'status': standard('Status...', 'u', 'status', 'status', accelerator='Ctrl+I'),
     'copy': standard('Copy...', 'C', 'copy', 'copy', **CHANGES),
     'copy_name': {'label': 'Copy name', 'letter': 'n', 'scope': 'VGA_FOR_SELECTION',
                   'action': 'vga_listw_copy_name'},

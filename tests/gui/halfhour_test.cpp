@@ -74,7 +74,10 @@ protected:
     }
     void click(Widget widget) {
         ASSERT_NE(widget, nullptr);
-        gui::click(widget, 8, 8);
+        Position x, y, top, left;
+        XtTranslateCoords(widget, 8, 8, &x, &y);
+        XtTranslateCoords(gvga_toplevel, 0, 0, &left, &top);
+        gui::click(gvga_toplevel, x - left, y - top);
         actions++;
         gui::settle();
     }
@@ -132,17 +135,21 @@ TEST_F(HalfHour, FailedLinksAreFoundReadCopiedAndStarted) {
         key("i", {"Control_L"});
         const VGA_FORM *status = status_of_selected();
         ASSERT_NE(status, nullptr);
-        EXPECT_NE(gui::label_text(widget_of(status, "last_sense")), "");
+        EXPECT_NE(gui::label_text(XtNameToWidget(status->common.widget, "*linksLastSense")), "");
+        gui::give_focus(status->common.shell); // what a window manager does
         key("Escape");
-        gui::give_focus(window->common.shell); // what a window manager does
+        gui::give_focus(window->common.shell);
         EXPECT_EQ(status_of_selected(), nullptr);
     }
     EXPECT_EQ(actions, 9);
 
     // Their names, to be pasted.
     key("l", {"Control_L"});
-    click(window->bar.state);
+    click(XmOptionButtonGadget(window->bar.state));
     click(XtNameToWidget(gvga_toplevel, "*filterBarFailed"));
+    EXPECT_TRUE(gui::wait_for([this] {
+        return gui::label_text(window->panes[0].counts).find("3 shown") != std::string::npos;
+    })) << gui::label_text(window->panes[0].counts);
     key("Return");
     const VGA_VIEWER_ROOT *root = vga_listw_current_root(window);
     key("Home");
