@@ -311,6 +311,12 @@ NB_VOID choose_states(const VGA_LISTW_BAR &bar, NB_UCHAR states) {
     }
 }
 
+/* The keyboard goes on in the field, where Return and Escape close it. */
+NB_VOID state_chosen(Widget widget, XtPointer client_data, XtPointer call_data) {
+    typed(widget, client_data, call_data);
+    XmProcessTraversal(static_cast<VGA_LIST_WINDOW *>(client_data)->bar.field, XmTRAVERSE_CURRENT);
+}
+
 NB_VOID follow_states(VGA_LIST_WINDOW *window) {
     Widget menu = nullptr;
     WidgetList entries = nullptr;
@@ -318,7 +324,7 @@ NB_VOID follow_states(VGA_LIST_WINDOW *window) {
     XtVaGetValues(window->bar.state, XmNsubMenuId, &menu, nullptr);
     XtVaGetValues(menu, XmNchildren, &entries, XmNnumChildren, &count, nullptr);
     for (Cardinal at = 0; at < count; at++) {
-        XtAddCallback(entries[at], XmNactivateCallback, typed, window);
+        XtAddCallback(entries[at], XmNactivateCallback, state_chosen, window);
     }
 }
 
