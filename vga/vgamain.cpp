@@ -6,6 +6,7 @@
 #include "globals.h"
 #include "hooks.h"
 #include "messagebox.h"
+#include "messageline.h"
 #include "messages.h"
 #include "nbproblem.h"
 #include "nofverbs.h"
@@ -107,6 +108,7 @@ NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.node_died = node_died;
     gvga_hooks.record_awaited = vga_operations_follow;
     gvga_hooks.verb_purged = verb_purged;
+    gvga_hooks.outcome = vga_listw_outcome;
     gvga_hooks.line_added = vga_listw_line_added;
     gvga_hooks.wake = vga_add_null_timeout;
     gvga_hooks.flush = vga_update_display;

@@ -101,6 +101,7 @@ STANDARD = {
                   'action': 'vga_listw_copy_name'},
     'copy_lines': {'label': 'Copy lines', 'letter': 'l', 'shown': 'Ctrl+C', 'scope': 'VGA_FOR_SELECTION',
                    'states': 'VGA_ANY_STATE', 'action': 'vga_listw_copy_lines'},
+    'messages': {'label': 'Messages...', 'letter': 'M', 'states': 'VGA_ANY_STATE', 'action': 'vga_listw_messages'},
     'help_on_this': {'label': 'Help on this', 'letter': 'H', 'scope': 'VGA_FOR_SELECTION',
                      'states': 'VGA_ANY_STATE', 'action': 'vga_listw_help_on_this'},
     'find_text': finding('Find...', 'F', 'find', accelerator='Ctrl+F'),
@@ -491,8 +492,18 @@ def panes_text(window, above, below):
 
 
 def message_bar_text(window):
-    return object_text(f'{window.name}MessageBar', 'XmTextField',
-                       ['arguments fill_width', 'arguments message_line', 'XmNbottomAttachment = XmATTACH_FORM'])
+    """The message line, and beside it the button that opens the history."""
+    name = window.name
+    return (object_text(f'{name}MessageBar', 'XmTextField',
+                        ['arguments message_line', 'XmNbottomAttachment = XmATTACH_FORM',
+                         'XmNleftAttachment = XmATTACH_FORM', 'XmNrightAttachment = XmATTACH_WIDGET',
+                         f'XmNrightWidget = XmRowColumn {name}MessageButtons']) +
+            object_text(f'{name}MessageButtons', 'XmRowColumn', ['arguments message_buttons'],
+                        [f'unmanaged XmPushButton {name}CancelWork', f'XmPushButton {name}History']) +
+            object_text(f'{name}CancelWork', 'XmPushButton',
+                        ['arguments message_button', f'XmNlabelString = {quoted("Cancel")}']) +
+            object_text(f'{name}History', 'XmPushButton', ['arguments message_button',
+                                                           f'XmNlabelString = {quoted("Messages...")}']))
 
 
 def main_text(window):
@@ -500,7 +511,8 @@ def main_text(window):
     above = f'XmForm {window.head}' if window.head else f'XmForm {name}Toolbar'
     controls = [f'XmMenuBar {name}MenuBar', f'unmanaged XmLabel {name}Band', f'XmForm {name}Toolbar']
     controls += [above] if window.head else []
-    controls += [f'XmTextField {name}MessageBar', f'XmPanedWindow {name}Panes']
+    controls += [f'XmTextField {name}MessageBar', f'XmRowColumn {name}MessageButtons',
+                 f'XmPanedWindow {name}Panes']
     return (object_text(name, 'XmForm', ['arguments main_window', f'XmNwidth = {width} font_units',
                                          f'XmNheight = {height} font_units'], controls) +
             menu_bar_text(window) + tool_bar_text(window) +
@@ -517,7 +529,8 @@ def dialog_text(window):
                         [f'XmForm {name}Area'], ['XmNcancelCallback = procedure vga_close_cb()']) +
             object_text(f'{name}Area', 'XmForm', ['arguments form_area'],
                         [f'unmanaged XmLabel {name}Band', f'XmRowColumn {name}Buttons',
-                         f'XmTextField {name}MessageBar', f'XmPanedWindow {name}Panes']) +
+                         f'XmTextField {name}MessageBar', f'XmRowColumn {name}MessageButtons',
+                         f'XmPanedWindow {name}Panes']) +
             object_text(f'{name}Band', 'XmLabel', ['arguments window_band', 'XmNtopAttachment = XmATTACH_FORM']) +
             buttons_text(window) + message_bar_text(window) +
             panes_text(window, None, f'XmTextField {name}MessageBar')

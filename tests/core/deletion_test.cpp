@@ -19,6 +19,7 @@ struct RESULT {
     NB_USHORT over;
     size_t done, refused;
     std::string progress, outcome, account;
+    NB_ULONG number;
 } result;
 
 NB_VOID told(NB_ULONG, const VGA_DELETION &deletion, NB_USHORT over) {
@@ -29,7 +30,8 @@ NB_VOID told(NB_ULONG, const VGA_DELETION &deletion, NB_USHORT over) {
               vga_count_refused(deletion),
               vga_deletion_progress(deletion),
               vga_deletion_outcome(deletion),
-              vga_deletion_account(deletion)};
+              vga_deletion_account(deletion),
+              deletion.number};
 }
 
 class Deletion : public LIVE_MODEL, public testing::Test {
@@ -279,6 +281,24 @@ TEST_F(Deletion, WhatWentMeanwhileIsGoneAndADeadNodeEndsTheRun) {
     EXPECT_EQ(result.outcome.find("Deleted: 2 LUs. Not deleted: 35 LUs."), 0u) << result.outcome;
     EXPECT_NE(result.account.find(vga_message(VGA_MSG_CONNECTION_LOST)), std::string::npos);
     scripted_nof.in_flight.clear();
+}
+
+TEST_F(Deletion, ARunIsCancelledBetweenItsItems) {
+    std::vector<VGA_TO_DELETE> what;
+    vga_delete_all<VGA_TN_CLIENT>(node->tn_clients);
+    vga_for_each(vga_find_local_pu(node, link_named("HOSTLAN")->local_pu->name)->lus,
+                 &VGA_LU03::links, [&what](VGA_LU03 &lu) {
+                     what.push_back({VGA_DELETE_LU03, &lu});
+                 });
+    vga_run_deletion(plan(what), 0, told);
+    vga_cancel_deletion(result.number);
+    EXPECT_EQ(scripted_nof.in_flight.size(), 32u) << "what is under way completes";
+    while (!scripted_nof.in_flight.empty()) {
+        answer(0);
+    }
+    EXPECT_EQ(result.over, 1);
+    EXPECT_EQ(result.refused, 0u);
+    EXPECT_EQ(result.outcome, "Deleted: 30 LUs. Cancelled: 7 LUs.") << "two were only stopped";
 }
 
 TEST_F(Deletion, WhatCannotBeIsRefusedBeforeAnythingIsAsked) {

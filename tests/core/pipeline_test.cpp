@@ -98,6 +98,18 @@ TEST_F(Pipeline, APurgedVerbInFlightHoldsLaterVerbsOfItsTargetBack) {
     EXPECT_EQ(completed, (LIST{13, 14, 12}));
 }
 
+TEST_F(Pipeline, KnowsWhatIsOutstandingAtWhom) {
+    for (const NB_ULONG target : {5, 6, 6}) {
+        queue(target, NAP_START_PORT, target);
+    }
+    const auto verbs = [](NB_ULONG target) { return vga_outstanding(target).verbs; };
+    EXPECT_EQ((LIST{verbs(0), verbs(5), verbs(6), verbs(7)}), (LIST{3, 1, 2, 0}));
+    EXPECT_EQ(vga_outstanding(0).target, 5U);
+    vga_purge_verb_queue(0, 0, nullptr, 5, nullptr); /* nobody waits any more */
+    EXPECT_EQ((LIST{verbs(0), vga_outstanding(0).target}), (LIST{2, 6}));
+    scripted_nof.in_flight.clear();
+}
+
 TEST_F(Pipeline, WhoOnlyLooksChangesNothing) {
     for (const NAP_VERB &verb : gnap_verbs) {
         SCOPED_TRACE(verb.name);

@@ -4,6 +4,7 @@
 
 #include "completions.h"
 #include "messages.h"
+#include "outcomes.h"
 #include "startstopbatch.h"
 #include "startstopeffects.h"
 #include "vgadsutl.h"
@@ -304,6 +305,32 @@ TEST_F(StartStop, StopsBeforeItStarts) {
     run(1);
     EXPECT_EQ(news.back().done, 1u);
     EXPECT_EQ(node->node_state, NB_ULONG{NAP_NODE_STARTING});
+}
+
+/* What is under way completes, the rest is not sent; and what was stopped is told of when it is. */
+TEST_F(StartStop, ABatchIsCancelledBetweenItsItems) {
+    vga_forget_outcomes();
+    gvga_messages[VGA_MSG_OPER_NOW_STOPPED] = "Stopped.";
+    VGA_LS *link = nullptr;
+    vga_for_each(node->link_stations, &VGA_LS::node_links,
+                 [&link](VGA_LS &ls) { link = ls.state == NAP_ACTIVE ? &ls : link; });
+    ASSERT_NE(link, nullptr);
+    const std::vector<VGA_RESOURCE> many(3 * VGA_OPERATIONS_IN_FLIGHT, {VGA_OPERABLE_LS, link});
+    EXPECT_EQ(vga_operate_all(many, VGA_STOP_IMMEDIATE, 0, note), 0);
+    vga_cancel_operations(news.back().number + 1);
+    EXPECT_EQ(news.back().cancelled, 0U) << "another one";
+    vga_cancel_operations(news.back().number);
+    EXPECT_EQ(news.back().cancelled, 2U * VGA_OPERATIONS_IN_FLIGHT);
+    EXPECT_FALSE(news.back().over());
+    EXPECT_EQ(scripted_nof.in_flight.size(), VGA_OPERATIONS_IN_FLIGHT);
+    follow();
+    EXPECT_TRUE(news.back().over());
+    EXPECT_EQ(news.back().settled(), many.size());
+    vga_cancel_operations(news.back().number); /* it is over */
+    const auto &all = vga_outcomes();
+    EXPECT_EQ(std::count_if(all.begin(), all.end(),
+                            [](const VGA_OUTCOME &one) { return one.text == "Stopped."; }),
+              1);
 }
 
 /* Refused, gone, and purged with the node: each is counted, and all come to an end. */

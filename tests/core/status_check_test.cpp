@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "modelrecords.h"
+#include "outcomes.h"
 #include "recordtypes.h"
 #include "reports.h"
 #include "resourceindications.h"
+#include "statusclasses.h"
 #include "vgadsbld.h"
 #include "vgadschk.h"
 
@@ -295,6 +297,46 @@ TEST_F(Indication, ATamrixNumberMayStandForAnotherSession) {
     send(indication(NAP_TAMRIX_INDICATION, &entry, 2, at, sizeof(entry) - at));
     EXPECT_EQ(ntl_avl_find(&node->tamrix_sessions, &session->key), session);
     EXPECT_EQ(memcmp(session->key.lu_name, EBCDIC<8>("NEWLU").bytes, 8), 0);
+}
+
+/* A failure is told once: not what the node tries again by itself, nor what it told before. */
+TEST_F(Indication, FailuresOfLinksAreToldOnceAndKeptUpToABound) {
+    vga_forget_outcomes();
+    VGA_LS *ls = add_ls(ports[0], "LINK", NAP_ADJ_END_NODE, "");
+    const struct {
+        const char *what;
+        NB_UCHAR state;
+        NB_ULONG failures, retries;
+        bool told;
+    } rows[] = {
+        {"starts", NAP_PENDING_ACTIVE, 0, 0, false},
+        {"did not come up", NAP_NOT_ACTIVE, 1, 0, true},
+        {"tried again", NAP_PENDING_ACTIVE, 1, 1, false},
+        {"in vain", NAP_NOT_ACTIVE, 2, 1, false},
+        {"tried again", NAP_PENDING_ACTIVE, 2, 2, false},
+        {"comes up", NAP_ACTIVE, 2, 2, false},
+        {"is lost", NAP_NOT_ACTIVE, 3, 2, true},
+        {"told again", NAP_NOT_ACTIVE, 3, 2, false},
+    };
+    for (const auto &row : rows) {
+        NAP_LS_DET status = {};
+        status.ls_state = row.state;
+        status.failures = status.failed_at = row.failures;
+        status.retries = row.retries;
+        const size_t before = vga_outcomes().size();
+        gvga_status_classes[VGA_STATUS_LS].change(ls, reinterpret_cast<NB_UCHAR *>(&status),
+                                                  sizeof(status));
+        EXPECT_EQ(vga_outcomes().size() - before, row.told ? 1U : 0U) << row.what;
+    }
+    EXPECT_EQ(vga_outcomes().back().node, "CORVID1");
+    EXPECT_EQ(vga_outcomes().back().failed, 1U);
+    for (int more = 0; more < VGA_OUTCOMES_KEPT; more++) {
+        vga_tell_outcome("", std::to_string(more));
+    }
+    ASSERT_EQ(vga_outcomes().size(), size_t{VGA_OUTCOMES_KEPT});
+    EXPECT_EQ(vga_outcomes().front().text, "0") << "the oldest have gone";
+    EXPECT_EQ(vga_outcomes().back().number, vga_outcomes().front().number + VGA_OUTCOMES_KEPT - 1);
+    vga_forget_outcomes();
 }
 
 TEST_F(Indication, WhatDoesNotFitIsDroppedWithAReport) {

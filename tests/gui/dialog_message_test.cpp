@@ -3,6 +3,7 @@
 #include "dialog_support.h"
 
 #include "boxplace.h"
+#include "wraptext.h"
 
 using namespace dialogs;
 
@@ -66,6 +67,34 @@ TEST_F(Dialogs, AnswersOfAQuestion) {
         answer(desc);
     }
     EXPECT_EQ(events.answers.size(), 12U) << "an answer came twice";
+}
+
+// Details belong to the next message only, wait with it, and go where one can paste them.
+TEST_F(Dialogs, DetailsAreShownAndCopied) {
+    gvga_messages[VGA_MSG_DETAILS] = "Details";
+    gvga_messages[VGA_MSG_HIDE_DETAILS] = "Hide details";
+    error(main_dialog, "first");
+    EXPECT_FALSE(XtIsManaged(box_button(main_dialog, "messageDetailsButton")));
+    vga_box_details(nullptr, "Request 1234, code 5");
+    error(main_dialog, "second");
+    error(main_dialog, "third");
+    answer(main_dialog);
+    Widget details = box_button(main_dialog, "messageDetailsButton");
+    EXPECT_TRUE(XtIsManaged(details));
+    EXPECT_EQ(shown(main_dialog), "second");
+    for (const char *text : {"secondRequest 1234, code 5", "second"}) {
+        XtCallActionProc(details, "ArmAndActivate", nullptr, nullptr, 0);
+        EXPECT_EQ(shown(main_dialog), text);
+    }
+    gui::settle();
+    XtCallActionProc(box_button(main_dialog, "messageCopyButton"), "ArmAndActivate", nullptr,
+                     nullptr, 0);
+    EXPECT_EQ(XGetSelectionOwner(gvga_display, XInternAtom(gvga_display, "CLIPBOARD", False)),
+              XtWindow(main_dialog->modal_dlg.dialog));
+    answer(main_dialog);
+    EXPECT_EQ(shown(main_dialog), "third");
+    EXPECT_FALSE(XtIsManaged(details));
+    answer(main_dialog);
 }
 
 TEST_F(Dialogs, QuestionReplacesQuestion) {

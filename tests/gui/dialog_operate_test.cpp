@@ -2,6 +2,9 @@
 // follow, and what the operator is told at the end.
 
 #include "live_forms.h"
+#include "messageline.h"
+#include "outcomes.h"
+#include "textwindow.h"
 
 #include "forms.h"
 #include "messages.h"
@@ -23,6 +26,7 @@ protected:
         LIVE_FORMS::SetUp();
         gvga_hooks.record_awaited = vga_operations_follow;
         gvga_hooks.verb_purged = vga_operation_purged;
+        gvga_hooks.outcome = vga_listw_outcome;
         node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
         vga_for_each(node->link_stations, &VGA_LS::node_links, [this](VGA_LS &one) {
             host = one.local_pu != nullptr && one.state == NAP_ACTIVE ? &one : host;
@@ -40,7 +44,8 @@ protected:
         NB_CHAR *text = XmTextFieldGetString(XtNameToWidget(window->widget, "*nodewMessageBar"));
         std::string copy = text;
         XtFree(text);
-        return copy;
+        const size_t clock = copy.size() > 3 && copy[2] == ':' ? strlen("12:04:31 ") : 0;
+        return copy.substr(clock);
     }
     NB_VOID follow() {
         for (int round = 0; round < 20; round++) {
@@ -96,10 +101,44 @@ TEST_F(Operating, NameWhatElseStops) {
     EXPECT_EQ(verb().stop_type, NAP_IMMEDIATE_STOP);
     EXPECT_EQ(line(), "Stopping port LINE0...");
     follow();
-    EXPECT_EQ(line(), "Stop under way: port LINE0.");
+    const auto told =
+        std::find_if(vga_outcomes().begin(), vga_outcomes().end(), [](const VGA_OUTCOME &one) {
+            return one.text == "Stop under way: port LINE0.";
+        });
+    EXPECT_NE(told, vga_outcomes().end()) << "links fail meanwhile, and say so";
     EXPECT_EQ(host->state, NAP_NOT_ACTIVE);
     vga_stop_resources(window, {port});
     EXPECT_EQ(line(), "Not active, so there is nothing to stop.");
+}
+
+TEST_F(Operating, SayWhatIsOutstandingAndCanBeCancelled) {
+    const std::vector<VGA_RESOURCE> many(40, {VGA_OPERABLE_LS, host});
+    Widget cancel = XtNameToWidget(window->widget, "*nodewCancelWork");
+    Widget list = vga_listw_of(window)->panes[0].draw_area;
+    for (const bool by_key : {false, true}) {
+        vga_operate_over(window, many, VGA_STOP_ORDERLY);
+        EXPECT_EQ(line(), "Stopping 0 of 40 link stations...");
+        EXPECT_FALSE(XtIsManaged(cancel)) << "what is over soon needs none";
+        ASSERT_TRUE(gui::wait_for([&] { return line().find("(32 verbs, ") != line().npos; }))
+            << line();
+        EXPECT_TRUE(XtIsManaged(cancel));
+        if (by_key) {
+            gui::give_focus(window->shell);
+            XmProcessTraversal(list, XmTRAVERSE_CURRENT);
+            gui::settle();
+            gui::key("Escape");
+        } else {
+            push(cancel);
+        }
+        while (in_flight() != 0) {
+            scripted_nof.complete(0, NAP_STATE_CHECK, NAP_NODE_NOT_ACTIVE);
+        }
+        gui::settle();
+        EXPECT_FALSE(XtIsManaged(cancel));
+        EXPECT_NE(vga_outcomes().back().text.find("Cancelled: 8 link stations."), std::string::npos)
+            << vga_outcomes().back().text;
+        vga_close_text_windows(window);
+    }
 }
 
 TEST_F(Operating, TellWhatFailed) {

@@ -11,7 +11,9 @@
 #include "graphics.h"
 #include "linerules.h"
 #include "linetable.h"
+#include "messageline.h"
 #include "messages.h"
+#include "outcomes.h"
 #include "panes.h"
 #include "rememberedlines.h"
 #include "toolkit.h"
@@ -55,6 +57,8 @@ protected:
                 vga_update_node_window(changed);
             }
         };
+        gvga_hooks.outcome = vga_listw_outcome;
+        vga_forget_outcomes();
         gvga_system = vga_init_vga_system();
         ASSERT_EQ(vga_display_node_window(nullptr, 1), 1);
         gvga_main_dialog = gvga_first_dialog;

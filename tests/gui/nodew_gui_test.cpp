@@ -2,6 +2,7 @@
 
 #include "nodew_fixture.h"
 
+#include "holders.h"
 #include "nofverbs.h"
 #include "resourceindications.h"
 #include "roomrules.h"
@@ -10,6 +11,7 @@
 #include "widgets.h"
 #include "windowband.h"
 
+#include <X11/Xutil.h>
 #include <Xm/SashP.h>
 #include <functional>
 #include <random>
@@ -141,7 +143,7 @@ TEST_F(NodeWindow, NothingLooksAliveWithoutAConnection) {
         gui::key("Down");
         EXPECT_EQ(marked(), VGA_NODEW_NO_PANE);
         for (NB_USHORT command = 0; command < VGA_NODEW_COMMAND_COUNT; command++) {
-            EXPECT_EQ(desc->allowed[command], 0) << command;
+            EXPECT_EQ(desc->allowed[command], command == VGA_NODEW_MESSAGES) << command;
         }
         vga_listw_run(desc, VGA_NODEW_STOP);
         EXPECT_EQ(message(), vga_message(VGA_MSG_NODEW_NODE_NOT_CONNECTED));
@@ -255,6 +257,96 @@ TEST_F(ReturningNode, LooksAsBeforeButForWhatTheOperatorDid) {
         EXPECT_EQ(marked(), row.pane);
         EXPECT_EQ(node->local_lu_root.view->y_offset, place);
     }
+}
+
+// The message line.
+
+TEST_F(NodeWindow, SaysWhatIsSelectedAndWhatHappened) {
+    show_node();
+    const std::string ready = vga_message(VGA_MSG_NODEW_READY);
+    const std::string later = vga_message(VGA_MSG_NODEW_LATER);
+    const auto tell = [](const char *whose, const char *text) {
+        return [whose, text] { vga_tell_outcome(whose, text, 1); };
+    };
+    const struct {
+        std::function<void()> what;
+        std::string said;
+    } rows[] = {
+        {[] {}, ready},
+        {[this] { click_line(VGA_NODEW_TOP_PANE, 1); }, "ETHP0 (port) selected"},
+        {[] { gui::key("Down", {"Shift_L"}); }, "2 ports selected"},
+        {[] { gui::key("Insert"); }, later},
+        {[] { gui::key("Up"); }, "ETHP0 (port) selected"},
+        {tell("berlin", "One failed.\nBecause."), "One failed."},
+        {tell("other", "Not here."), "One failed."},
+        {[] { gui::key("Insert"); }, later},
+        {[] { gui::key("F9"); }, "One failed."},
+        {tell("", "The domain, too."), "The domain, too."},
+        {[] { gui::key("Down"); }, "ETHP1 (port) selected"},
+        {[this] { vga_listw_select_nothing(desc); }, "The domain, too."},
+        {[this] { vga_message_node_window(&desc->common, VGA_MSG_NODEW_LATER); }, later},
+        {[this] { vga_message_node_window(&desc->common, 0); }, "The domain, too."},
+        {[this] { vga_listw_message_busy(desc, "Reading."); }, "Reading."},
+        {[this] { vga_listw_message_busy(desc, ""); }, "The domain, too."},
+    };
+    for (const auto &row : rows) {
+        row.what();
+        gui::settle();
+        const std::string line = message();
+        const size_t clock = line.size() > 3 && line[2] == ':' ? strlen("12:04:31 ") : 0;
+        EXPECT_EQ(line.substr(clock), row.said) << "row " << &row - rows;
+    }
+}
+
+TEST_F(NodeWindow, ShowsTheHistoryOfMessages) {
+    show_node();
+    vga_tell_outcome("berlin", "Port ETHP0 defined.");
+    gui::click(desc->message_bar, 20, 5);
+    Widget box = XtNameToWidget(desc->common.shell, "*history");
+    ASSERT_NE(box, nullptr);
+    Widget text = XtNameToWidget(box, "*historyText");
+    const auto has = [text](const char *part) {
+        const VGA_TEXT all(XmTextGetString(text));
+        return std::string(all.get()).find(part) != std::string::npos;
+    };
+    EXPECT_TRUE(has("\tberlin\tPort ETHP0 defined."));
+    vga_tell_outcome("hamburg", "Port LAN0 failed.", 1);
+    EXPECT_TRUE(has("\thamburg\tFAILED: Port LAN0 failed."));
+    gui::settle();
+    gui::give_focus(XtParent(box));
+    gui::key("Escape");
+    EXPECT_FALSE(XtIsManaged(box));
+    gui::click(part("*nodewHistory"), 5, 5);
+    EXPECT_TRUE(XtIsManaged(box));
+    EXPECT_TRUE(has("Port LAN0 failed."));
+}
+
+TEST_F(NodeWindow, CountsFailuresWhileNobodyLooks) {
+    show_node();
+    const std::string plain = title();
+    Widget other = gui::make_shell("other", 0, 0, 50, 50);
+    const auto urgent = [] {
+        XWMHints *hints = XGetWMHints(gvga_display, XtWindow(gvga_toplevel));
+        const bool is = hints != nullptr && (hints->flags & XUrgencyHint) != 0;
+        XFree(hints);
+        return is;
+    };
+    const struct {
+        bool looked_at;
+        const char *node;
+        NB_ULONG failed;
+        const char *before;
+    } rows[] = {{true, "berlin", 1, ""},         {false, "berlin", 0, ""},
+                {false, "hamburg", 1, ""},       {false, "berlin", 1, "(1 failed) "},
+                {false, "", 12, "(13 failed) "}, {true, "", 0, ""}};
+    for (const auto &row : rows) {
+        gui::give_focus(row.looked_at ? gvga_toplevel : other);
+        vga_tell_outcome(row.node, "What happened.", row.failed);
+        vga_update_node_window(node); // which sets the title anew
+        EXPECT_TRUE(gui::wait_for([&] { return title() == row.before + plain; })) << title();
+        EXPECT_EQ(urgent(), row.before[0] != '\0');
+    }
+    XtDestroyWidget(other);
 }
 
 // Panes and lines.

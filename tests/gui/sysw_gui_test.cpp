@@ -172,14 +172,14 @@ TEST_F(SystemWindow, ExplainsItsButtonsByTheSelectedNode) {
         EXPECT_EQ(message(), row.named);
         EXPECT_EQ(gvga_current_button, desc->tools[row.command].icon);
         gui::move_to(desc->panes[0].draw_area, 120, 200);
-        EXPECT_EQ(message(), "");
+        EXPECT_EQ(message(), "second (node) selected");
         EXPECT_EQ(gvga_current_button, nullptr);
     }
     gui::move_to(desc->tools[VGA_SYSW_START].text, 8, 4);
     node->node_state = NAP_NODE_ACTIVE; // another administrator was faster
     vga_update_node_viewer(node);
     EXPECT_EQ(gvga_current_button, nullptr);
-    EXPECT_EQ(message(), "");
+    EXPECT_EQ(message(), "second (node) selected");
 }
 
 TEST_F(SystemWindow, OneNodeIsSelectedAtATime) {

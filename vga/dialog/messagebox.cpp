@@ -1,158 +1,26 @@
 #include "messagebox.h"
 #include "boxplace.h"
+#include "boxwidgets.h"
 #include "busycursor.h"
-#include "buttonletters.h"
+#include "details.h"
 #include "firewall.h"
 #include "globals.h"
-#include "helpwindows.h"
 #include "holders.h"
-#include "marks.h"
 #include "messages.h"
-#include "symbolpixmaps.h"
 #include "toolkit.h"
 #include "verberror.h"
 #include "verbqueue.h"
 #include "vgadgutl.h"
-#include "widgets.h"
-#include <Xm/DialogS.h>
-#include <Xm/MessageB.h>
-#include <Xm/Protocols.h>
-#include <Xm/PushB.h>
+#include "wraptext.h"
 #include <cstdarg>
 #include <cstdlib>
-#include <cstring>
-#include <cwchar>
 #include <utility>
 
 namespace {
 
 constexpr NB_USHORT text_size = 4096;
-constexpr NB_USHORT text_columns = 60;
-
-/* A message that waits in its dialog's queue. */
-struct MODAL_REQUEST {
-    NB_LQE links;
-    VGA_MODAL_TYPE type;
-    VGA_DIALOG *parent;
-    XmString text;
-    const NB_CHAR *help_key;
-    VGA_MODAL_CB callback;
-    NB_ULONG client_data;
-    NB_USHORT show_ok_to_all;
-    NB_USHORT show_no;
-    NB_USHORT loses; /* flag: a question about a loss */
-};
-
-struct BOX_LOOK {
-    NB_USHORT title;
-    unsigned char dialog_type;
-};
-/* By VGA_MODAL_TYPE. */
-const BOX_LOOK looks[] = {
-    {VGA_MSG_ERROR_TITLE, XmDIALOG_ERROR},
-    {VGA_MSG_INFO_TITLE, XmDIALOG_INFORMATION},
-    {VGA_MSG_CONFIRM_TITLE, XmDIALOG_QUESTION},
-};
 
 XtIntervalId check_timer; /* 0: no check is due */
-
-/* The box. */
-
-/* The description's box where there is one, so that its look can be changed there. */
-Widget fetch_box(Widget shell) {
-    if (gvga_uil_hierarchy != nullptr) {
-        VGA_NO_WARNINGS silence;
-        NB_CHAR name[] = "errorDialog";
-        Widget dialog = nullptr;
-        MrmType type;
-        if (MrmFetchWidget(gvga_uil_hierarchy, name, shell, &dialog, &type) == MrmSUCCESS &&
-            XmIsMessageBox(dialog)) {
-            return dialog;
-        }
-    }
-    Arg args[1];
-    XtSetArg(args[0], XmNautoUnmanage, False);
-    return XmCreateMessageBox(shell, const_cast<NB_CHAR *>("errorDialog"), args, 1);
-}
-
-Widget extra_button(Widget dialog, const NB_CHAR *name, NB_USHORT label) {
-    VGA_STRING text(vga_message(label));
-    Widget button = XtNameToWidget(dialog, name);
-    if (button == nullptr) {
-        button = XtVaCreateWidget(name, xmPushButtonWidgetClass, dialog, nullptr);
-    }
-    XtVaSetValues(button, XmNlabelString, text.get(), nullptr);
-    XtRemoveCallback(button, XmNactivateCallback, vga_modal_dialog_cb, nullptr);
-    XtAddCallback(button, XmNactivateCallback, vga_modal_dialog_cb, nullptr);
-    return button;
-}
-
-NB_VOID make_box(VGA_DIALOG *parent) {
-    VGA_MODAL_DLG &box = parent->modal_dlg;
-    Arg args[2];
-    XtSetArg(args[0], XmNdeleteResponse, XmDO_NOTHING);
-    XtSetArg(args[1], XmNallowShellResize, True);
-    NB_CHAR name[] = VGA_CLASS;
-    box.shell = XmCreateDialogShell(parent->shell, name, args, 2);
-    box.dialog = fetch_box(box.shell);
-    XtVaSetValues(box.dialog, XmNautoUnmanage, False, XmNdialogStyle,
-                  XmDIALOG_PRIMARY_APPLICATION_MODAL, XmNuserData, parent, nullptr);
-    box.ok_to_all_button =
-        extra_button(box.dialog, "confirmOKToAllButton", VGA_MSG_OK_TO_ALL_BUTTON);
-    box.no_button = extra_button(box.dialog, "confirmNoButton", VGA_MSG_NO_BUTTON);
-    box.cancel_button = XtNameToWidget(box.dialog, "Cancel");
-    for (const NB_CHAR *list : {XmNokCallback, XmNcancelCallback}) {
-        XtRemoveAllCallbacks(box.dialog, list);
-        XtAddCallback(box.dialog, list, vga_modal_dialog_cb, nullptr);
-    }
-    XmAddWMProtocolCallback(box.shell, gvga_close_atom, vga_modal_dialog_cb, nullptr);
-    XtRemoveAllCallbacks(box.dialog, XmNhelpCallback);
-    XtAddCallback(box.dialog, XmNhelpCallback, vga_modal_dialog_help_cb, nullptr);
-    vga_set_configured_colours(box.dialog);
-    vga_give_letters(box.dialog);
-}
-
-NB_VOID show_button(Widget button, NB_USHORT on) {
-    if (button != nullptr) {
-        (on != 0 ? XtManageChild : XtUnmanageChild)(button);
-    }
-}
-
-/* Whose window it is over, where nodes have colours. */
-NB_VOID show_mark(Widget label, const VGA_MARK *mark) {
-    if (label != nullptr && mark != nullptr) {
-        vga_show_mark(label, mark, nullptr);
-        XtManageChild(label);
-    } else if (label != nullptr) {
-        XtUnmanageChild(label);
-    }
-}
-
-/* Makes the box ready for the message.  Escape presses Cancel, or OK where there is nothing else.
- */
-NB_VOID fill_box(VGA_MODAL_DLG &box, const MODAL_REQUEST &request) {
-    NB_USHORT question = request.type == VGA_MODAL_CONFIRM;
-    show_button(box.cancel_button, question);
-    show_button(box.ok_to_all_button, question != 0 && request.show_ok_to_all != 0);
-    show_button(box.no_button, question != 0 && request.show_no != 0);
-    Widget ok = XtNameToWidget(box.dialog, "OK");
-    vga_set_sensitive(XtNameToWidget(box.dialog, "Help"), request.help_key != nullptr);
-    show_mark(XtNameToWidget(box.dialog, "messageMark"), vga_mark_of(request.parent));
-    const BOX_LOOK &look = looks[request.type];
-    const bool cancel_first = question != 0 && request.loses != 0;
-    VGA_STRING title(vga_message(look.title));
-    XtVaSetValues(box.dialog, XmNdialogTitle, title.get(), XmNdialogType, look.dialog_type,
-                  XmNmessageString, request.text, nullptr);
-    Pixmap symbol = vga_box_symbol(box.dialog, request.type);
-    if (symbol != None) {
-        XtVaSetValues(box.dialog, XmNsymbolPixmap, symbol, nullptr);
-    }
-    const Widget stops[] = {ok, box.ok_to_all_button, box.no_button, box.cancel_button,
-                            XtNameToWidget(box.dialog, "Help")};
-    vga_define_tab_groups(stops, XtNumber(stops));
-    XtVaSetValues(box.dialog, XmNdefaultButtonType,
-                  cancel_first ? XmDIALOG_CANCEL_BUTTON : XmDIALOG_OK_BUTTON, nullptr);
-}
 
 VGA_AREA area_of(Widget widget) {
     Position x = 0, y = 0, left = 0, top = 0;
@@ -185,14 +53,14 @@ Widget subject_of(const VGA_DIALOG *parent, VGA_MODAL_TYPE type) {
 }
 
 /* Shows the message now, in place of one that is shown. */
-NB_VOID show(const MODAL_REQUEST &request) {
+NB_VOID show(MODAL_REQUEST &request) {
     VGA_DIALOG *parent = request.parent;
     VGA_MODAL_DLG &box = parent->modal_dlg;
     if (box.dialog == nullptr) {
         v0_assert_fatal(__FILE__, __LINE__, "parent->modal_dlg.dialog != NULL");
         return;
     }
-    fill_box(box, request);
+    vga_fill_box(box, request);
     box.type = request.type;
     box.callback = request.callback;
     box.client_data = request.client_data;
@@ -224,11 +92,12 @@ NB_VOID take_down(VGA_MODAL_DLG &box) {
 
 /* The queue. */
 
-/* OWNS: the request's text from here on. */
+/* OWNS: the request's text and details from here on. */
 NB_VOID enqueue(const MODAL_REQUEST &request) {
     VGA_STRING text(request.text);
     auto *waiting = static_cast<MODAL_REQUEST *>(malloc(sizeof(MODAL_REQUEST)));
     if (waiting == nullptr) {
+        XtFree(request.details);
         VGA_EXIT(VGA_EXIT_INTERNAL, 0);
         return;
     }
@@ -249,6 +118,7 @@ VGA_OWNED<MODAL_REQUEST> dequeue(VGA_MODAL_DLG &box) {
 NB_VOID drop_queue(VGA_MODAL_DLG &box) {
     while (VGA_OWNED<MODAL_REQUEST> request = dequeue(box)) {
         VGA_STRING text(request->text);
+        XtFree(request->details);
     }
 }
 
@@ -258,20 +128,6 @@ NB_VOID check_timer_proc(XtPointer, XtIntervalId *) {
 }
 
 /* The text. */
-
-/* The bytes and columns of the character at `text`; a byte that is none counts as a column. */
-size_t character_at(const NB_CHAR *text, mbstate_t *state, NB_USHORT *columns) {
-    wchar_t character;
-    size_t bytes = mbrtowc(&character, text, strlen(text), state);
-    if (bytes == 0 || bytes > MB_LEN_MAX) {
-        *state = mbstate_t();
-        *columns = 1;
-        return 1;
-    }
-    int width = wcwidth(character);
-    *columns = width > 0 ? static_cast<NB_USHORT>(width) : 0;
-    return bytes;
-}
 
 /* Formats the message and shows it; the flags are those of vga_display_modal_dialog. */
 NB_VOID display(VGA_MODAL_TYPE type, VGA_DIALOG *parent, NB_USHORT message,
@@ -288,7 +144,7 @@ NB_VOID display(VGA_MODAL_TYPE type, VGA_DIALOG *parent, NB_USHORT message,
         }
         return;
     }
-    VGA_OWNED<NB_CHAR> lines(vga_wrap_text(text, text_columns));
+    VGA_OWNED<NB_CHAR> lines(vga_wrap_text(text, VGA_BOX_COLUMNS));
     XmString string = XmStringCreateLtoR(lines ? lines.get() : text,
                                          const_cast<NB_CHAR *>(XmFONTLIST_DEFAULT_TAG));
     const NB_CHAR *help_key = rest.help_key != nullptr ? rest.help_key : vga_message_help(message);
@@ -378,10 +234,19 @@ NB_VOID vga_display_modal_dialog(VGA_MODAL_TYPE type, VGA_DIALOG *parent, XmStri
     const NB_USHORT loses = std::exchange(box.loses, NB_USHORT{0});
     NB_USHORT blocked = vga_modal_firewall_up();
     if (box.dialog == nullptr && blocked == 0) {
-        make_box(parent);
+        vga_make_box(parent);
     }
-    MODAL_REQUEST request = {{},       type,        parent,         text,    help_key,
-                             callback, client_data, show_ok_to_all, show_no, loses};
+    MODAL_REQUEST request = {{},
+                             type,
+                             parent,
+                             text,
+                             help_key,
+                             callback,
+                             client_data,
+                             show_ok_to_all,
+                             show_no,
+                             loses,
+                             std::exchange(box.next_details, nullptr)};
     NB_USHORT replaces = type == VGA_MODAL_CONFIRM && box.type == VGA_MODAL_CONFIRM;
     if (blocked != 0 || (box.showing != 0 && replaces == 0)) {
         owned.release();
@@ -393,6 +258,14 @@ NB_VOID vga_display_modal_dialog(VGA_MODAL_TYPE type, VGA_DIALOG *parent, XmStri
 
 NB_VOID vga_question_loses(VGA_DIALOG *parent) {
     parent->modal_dlg.loses = 1;
+}
+
+NB_VOID vga_box_details(VGA_DIALOG *parent, const NB_CHAR *details) {
+    parent = parent != nullptr ? parent : gvga_main_dialog;
+    if (parent != nullptr && parent->in_use != 0) {
+        XtFree(parent->modal_dlg.next_details);
+        parent->modal_dlg.next_details = XtNewString(details);
+    }
 }
 
 NB_VOID vga_place_box_beside(VGA_DIALOG *parent, Widget field) {
@@ -421,7 +294,7 @@ NB_VOID vga_check_modal_dialog_queue(VGA_DIALOG *desc) {
         return;
     }
     if (box.dialog == nullptr) {
-        make_box(desc);
+        vga_make_box(desc);
     }
     VGA_OWNED<MODAL_REQUEST> request = dequeue(box);
     VGA_STRING text(request->text);
@@ -457,6 +330,10 @@ NB_VOID vga_close_confirm_dialog(VGA_DIALOG *desc) {
 NB_VOID vga_discard_modal_dialogs(VGA_DIALOG *desc) {
     drop_queue(desc->modal_dlg);
     vga_close_modal_dialog(desc);
+    VGA_MODAL_DLG &box = desc->modal_dlg;
+    for (NB_CHAR **text : {&box.text, &box.details, &box.next_details}) {
+        XtFree(std::exchange(*text, nullptr));
+    }
 }
 
 NB_VOID vga_modal_dialog_cb(Widget widget, XtPointer, XtPointer call_data) {
@@ -473,46 +350,15 @@ NB_VOID vga_modal_dialog_cb(Widget widget, XtPointer, XtPointer call_data) {
     }
 }
 
-NB_CHAR *vga_wrap_text(const NB_CHAR *text, NB_USHORT width) {
-    NB_CHAR *out = strdup(text);
-    if (out == nullptr) {
-        return nullptr;
-    }
-    mbstate_t state{};
-    NB_CHAR *blank = nullptr; /* the last one in the line, where it can be broken */
-    NB_ULONG column = 0;      /* behind the character that is looked at */
-    NB_ULONG after_blank = 0; /* columns since that blank */
-    NB_USHORT columns;
-    for (NB_CHAR *at = out; *at != '\0';) {
-        size_t bytes = character_at(at, &state, &columns);
-        column += columns;
-        after_blank += columns;
-        if (*at == '\n') {
-            blank = nullptr;
-            column = 0;
-        } else if (*at == ' ') {
-            /* A blank at the edge itself needs no room. */
-            if (column > width + 1U && blank != nullptr) {
-                *blank = '\n';
-                column = after_blank;
-            }
-            blank = at;
-            after_blank = 0;
-        } else if (column > width && blank != nullptr) {
-            *blank = '\n';
-            blank = nullptr;
-            column = after_blank;
-        }
-        at += bytes;
-    }
-    return out;
-}
-
 NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb) {
     const NB_CHAR *help_key;
     VGA_OWNED<NB_CHAR> reason(
         vga_get_verb_error_message(vcb->opcode, vcb->primary_rc, vcb->secondary_rc, &help_key));
     if (reason) {
+        VGA_DIALOG *over = parent != nullptr ? parent : gvga_main_dialog;
+        if (over != nullptr && over->modal_dlg.next_details == nullptr) {
+            vga_box_details(over, vga_verb_details(vcb, "").c_str());
+        }
         vga_display_error_dialog(parent, VGA_MSG_VERB_FAILED, help_key, nullptr, 0, "s",
                                  reason.get());
     }

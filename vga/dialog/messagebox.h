@@ -16,6 +16,8 @@
 
 struct VGA_DIALOG;
 
+#define VGA_BOX_COLUMNS 60 /* of its text, where lines are broken */
+
 enum VGA_MODAL_TYPE : NB_USHORT { VGA_MODAL_ERROR, VGA_MODAL_INFO, VGA_MODAL_CONFIRM };
 
 /* Which button took the box down.  Errors and information always give VGA_ANSWER_OK; closing a
@@ -37,14 +39,18 @@ struct VGA_MODAL_DLG {
     Widget ok_to_all_button;
     Widget no_button;
     Widget cancel_button;
+    Widget details_button, copy_button;
     VGA_MODAL_TYPE type; /* of the message that is or was shown last */
     NB_USHORT showing;
     VGA_MODAL_CB callback; /* may be null */
     NB_ULONG client_data;
     const NB_CHAR *help_key;
-    NB_USHORT loses; /* flag: the message displayed next is a question about a loss */
-    Widget beside;   /* the field that the error shown next is about; null: none that is known */
-    NB_LQE queue;    /* messages that wait */
+    NB_USHORT loses;         /* flag: the message displayed next is a question about a loss */
+    NB_CHAR *text, *details; /* of that message, from XtMalloc; without details null */
+    NB_USHORT details_shown;
+    NB_CHAR *next_details; /* of the message displayed next */
+    Widget beside; /* the field that the error shown next is about; null: none that is known */
+    NB_LQE queue;  /* messages that wait */
 };
 
 /* Formats a message as vga_print_msg does and shows it over `parent`; over the main dialog for
@@ -60,6 +66,12 @@ NB_VOID vga_display_info_dialog(VGA_DIALOG *parent, NB_USHORT message, const NB_
 /* The next message of `parent` that is displayed, even if it has to wait, is a question about
  * something that would be lost: Return says Cancel. */
 NB_VOID vga_question_loses(VGA_DIALOG *parent);
+
+/* The next message of `parent` (null: the main dialog) that is displayed, even if it has to wait,
+ * has these details, in the locale's characters: codes and whatever else helps those who look into
+ * it.  Its box has a button that shows them, and one that copies message and details to where mouse
+ * and keys paste from.  Copied; nothing for a dialog that is not open. */
+NB_VOID vga_box_details(VGA_DIALOG *parent, const NB_CHAR *details);
 
 /* The error of `parent` that was displayed last is about this field: its box stands beside the
  * dialog or, on a small screen, beside the field.  Without the call it stands beside what has the
@@ -99,15 +111,11 @@ NB_VOID vga_close_confirm_dialog(VGA_DIALOG *desc);
 /* Takes the box down and drops what waits: the dialog is closing. */
 NB_VOID vga_discard_modal_dialogs(VGA_DIALOG *desc);
 
-/* Shows over `parent` why a verb failed: message 167 with the reason. */
+/* Shows over `parent` why a verb failed: message 167 with the reason, and its codes as the details
+ * where the caller has given none that say more. */
 NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb);
 
 /* The buttons of the box. */
 NB_VOID vga_modal_dialog_cb(Widget widget, XtPointer client_data, XtPointer call_data);
-
-/* Copies `text` with its lines broken at blanks, so that none has more than `width` columns unless
- * one word alone has; line ends in the text stay.  Columns are those of the locale's characters.
- * Returns memory from malloc; null without memory. */
-NB_CHAR *vga_wrap_text(const NB_CHAR *text, NB_USHORT width);
 
 #endif

@@ -1,8 +1,6 @@
-/* A receipt: a window with a longer account of what was done, beside the window that did it.  The
- * text can be scrolled, marked and copied; nothing waits for the operator to close it.
- *
- * A dialog has one receipt, made when it is first needed: a later account takes the place of the
- * one before, or stands behind a rule under one that is still shown.  It closes with its dialog. */
+/* A receipt: a window (textwindow.h) with a longer account of what was done, beside the window that
+ * did it.  A later account takes the place of the one before, or stands behind a rule under one
+ * that is still shown. */
 #ifndef RECEIPT_H
 #define RECEIPT_H
 
@@ -14,8 +12,5 @@ struct VGA_DIALOG;
  * of its Help button.  Nothing for a dialog that is not open. */
 NB_VOID vga_show_receipt(VGA_DIALOG *desc, const NB_CHAR *title, const NB_CHAR *text,
                          const NB_CHAR *help_key);
-
-/* Takes it down, if it is up: the dialog is closing. */
-NB_VOID vga_close_receipt(const VGA_DIALOG *desc);
 
 #endif

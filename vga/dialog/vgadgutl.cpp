@@ -11,8 +11,8 @@
 #include "messages.h"
 #include "nbproblem.h"
 #include "openwindows.h"
-#include "receipt.h"
 #include "textfocus.h"
+#include "textwindow.h"
 #include "toolkit.h"
 #include "verbqueue.h"
 #include "vgaviewr.h"
@@ -272,7 +272,7 @@ NB_VOID close_self(VGA_DIALOG *desc, NB_USHORT force) {
         row.close_proc(desc);
     }
     vga_discard_modal_dialogs(desc);
-    vga_close_receipt(desc);
+    vga_close_text_windows(desc);
     vga_modal_firewall_forget_tree(desc->widget);
     if (desc != gvga_main_dialog) {
         hide(desc);
@@ -442,6 +442,17 @@ NB_VOID vga_raise_with_keyboard(VGA_DIALOG *desc) {
     }
 }
 
+/* What stands before the title of a window that was not looked at. */
+static std::string failures_before(const VGA_DIALOG *desc, const NB_CHAR *title) {
+    NB_CHAR text[1200];
+    if (desc->unseen == 0) {
+        return title;
+    }
+    vga_print_msg(text, sizeof(text), VGA_MSG_UNSEEN_TITLE, "s s", vga_number(desc->unseen).c_str(),
+                  title);
+    return text;
+}
+
 std::string vga_get_title(const VGA_DIALOG *desc) {
     const VGA_UID_DESC &row = vga_row_of(desc);
     std::string title;
@@ -457,6 +468,8 @@ std::string vga_get_title(const VGA_DIALOG *desc) {
         XtVaGetValues(desc->shell, XmNtitle, &text, nullptr);
         title = text != nullptr ? text : "";
     }
+    const std::string failures = failures_before(desc, "");
+    title = title.starts_with(failures) ? title.substr(failures.size()) : title;
     const std::string name = std::string(row.name) + ": ";
     return gvga_display_names != 0 && title.starts_with(name) ? title.substr(name.size()) : title;
 }
@@ -464,6 +477,7 @@ std::string vga_get_title(const VGA_DIALOG *desc) {
 NB_VOID vga_set_title(VGA_DIALOG *desc, const NB_CHAR *title) {
     const VGA_UID_DESC &row = vga_row_of(desc);
     std::string text = gvga_display_names != 0 ? std::string(row.name) + ": " + title : title;
+    text = failures_before(desc, text.c_str());
     if (row.kind != VGA_KIND_MAIN && XmIsBulletinBoard(desc->widget)) {
         VGA_STRING string(text.c_str());
         XtVaSetValues(desc->widget, XmNdialogTitle, string.get(), nullptr);
@@ -488,6 +502,7 @@ NB_VOID vga_release_dialog(VGA_DIALOG *dialog_ptr) {
     dialog_ptr->handle = 0;
     dialog_ptr->context = nullptr;
     dialog_ptr->in_use = 0;
+    dialog_ptr->unseen = 0;
 }
 
 NB_VOID vga_close_children(VGA_DIALOG *desc, NB_USHORT include_self, NB_USHORT force) {

@@ -135,6 +135,7 @@ struct VGA_DIALOG {
         NB_VOID *context;     /* the caller's pointer */
         NB_VOID *parent_item; /* the same under its usual name: the record shown or edited */
     };
+    NB_ULONG unseen; /* failures that its title tells of (attention.h) */
     Widget shell;
     Widget widget; /* top widget from the UID file; its XmNuserData is this descriptor */
     VGA_MODAL_DLG modal_dlg;

@@ -76,7 +76,7 @@ struct VGA_DELETION_ITEM {
     std::string name = {};
 
     /* Of the run. */
-    enum : NB_UCHAR { WAITS, STOPPING, STOPPED, DELETING, GONE, REFUSED } phase = WAITS;
+    enum : NB_UCHAR { WAITS, STOPPING, STOPPED, DELETING, GONE, REFUSED, CANCELLED } phase = WAITS;
     size_t below = 0;        /* items that have to go before this one and did not yet */
     std::string reason = {}; /* why it stays; empty: it goes */
 };
@@ -97,6 +97,8 @@ struct VGA_DELETION {
     std::vector<VGA_DELETION_LINE> lines;
     std::vector<VGA_DELETION_ITEM> items;
     size_t to_do = 0, done = 0; /* items that the run is about; and through */
+    NB_ULONG number = 0;        /* of the run: no other has it */
+    NB_USHORT cancelled = 0;    /* flag */
 };
 
 /* Makes the plan.  Returns 0, or, when nothing of it can be deleted, the message that says why:
@@ -116,6 +118,9 @@ typedef NB_VOID (*VGA_DELETION_TOLD)(NB_ULONG user_data, const VGA_DELETION &del
  * returns. */
 NB_VOID vga_run_deletion(std::unique_ptr<VGA_DELETION> plan, NB_ULONG user_data,
                          VGA_DELETION_TOLD told);
+
+/* What is under way completes, the rest stays.  Nothing for a run that is over. */
+NB_VOID vga_cancel_deletion(NB_ULONG number);
 
 /* The hook: a verb of a run will not be answered, because the node is gone or the program closes.
  */

@@ -42,6 +42,7 @@ struct RUN {
 };
 
 std::list<RUN> runs;
+NB_ULONG last_number;
 
 NB_VOID go_on(RUN &run);
 
@@ -273,6 +274,11 @@ NB_USHORT issue_removal(const ITEM &item, NB_ULONG target, NB_ULONG user_data) {
 /* Sends the item's next verb, or finds that it needs none. */
 NB_VOID send_next(RUN &run, size_t at) {
     ITEM &item = run.item(at);
+    if (run.deletion->cancelled != 0) {
+        through(run, at, vga_deletion_words(VGA_MSG_CANCELLED, item.name));
+        item.phase = ITEM::CANCELLED;
+        return;
+    }
     SLOT &slot = free_slot(run);
     const NB_ULONG target = schema_of(item) != nullptr ? target_of(item) : 0;
     slot.item = at;
@@ -308,7 +314,8 @@ NB_VOID go_on(RUN &run) {
         return;
     }
     run.going_on = 1;
-    while (!run.ready.empty() && run.in_flight < most_in_flight && gvga_exit_code == 0) {
+    while (!run.ready.empty() && gvga_exit_code == 0 &&
+           (run.in_flight < most_in_flight || run.deletion->cancelled != 0)) {
         const size_t at = run.ready.front();
         run.ready.pop_front();
         send_next(run, at);
@@ -331,6 +338,7 @@ NB_VOID vga_run_deletion(std::unique_ptr<VGA_DELETION> plan, NB_ULONG user_data,
         slot = {.handle = nba_create_handle(&slot), .run = &run};
     }
     VGA_DELETION &deletion = *run.deletion;
+    deletion.number = ++last_number;
     for (const ITEM &item : deletion.items) {
         if (takes_part(run, item) != 0) {
             deletion.to_do++;
@@ -349,6 +357,16 @@ NB_VOID vga_run_deletion(std::unique_ptr<VGA_DELETION> plan, NB_ULONG user_data,
         consider(run, at);
     }
     go_on(run);
+}
+
+NB_VOID vga_cancel_deletion(NB_ULONG number) {
+    for (RUN &run : runs) {
+        if (run.deletion->number == number) {
+            run.deletion->cancelled = 1;
+            go_on(run);
+            return;
+        }
+    }
 }
 
 NB_VOID vga_deletion_verb_purged(NB_USHORT opcode, NB_ULONG user_data) {

@@ -51,9 +51,10 @@ std::string what_goes(const VGA_DELETION &plan, const std::vector<size_t> &lines
                                     plan.lines[lines.back()].name);
 }
 
-/* What a run made of its items: by kind, those that are gone and those that stay. */
+/* What a run made of its items: by kind, those that are gone, those that stay, and of these last
+ * those that were to stay when the run was cancelled. */
 struct SUMS {
-    VGA_KIND_COUNTS gone, stay;
+    VGA_KIND_COUNTS gone, stay, cancelled;
 };
 SUMS sum_up(const VGA_DELETION &deletion) {
     SUMS sums = {};
@@ -61,7 +62,9 @@ SUMS sum_up(const VGA_DELETION &deletion) {
         if (item.phase == VGA_DELETION_ITEM::GONE) {
             sums.gone[item.kind]++;
         } else if (deletion.lines[item.line].wanted != 0 && item.by_itself == 0) {
-            sums.stay[item.kind]++;
+            const bool refused =
+                deletion.cancelled == 0 || item.phase == VGA_DELETION_ITEM::REFUSED;
+            (refused ? sums.stay : sums.cancelled)[item.kind]++;
         }
     }
     for (const VGA_DELETION_LINE &line : deletion.lines) {
@@ -136,10 +139,17 @@ std::string vga_deletion_outcome(const VGA_DELETION &deletion) {
     const SUMS sums = sum_up(deletion);
     const std::string gone = list_of(sums.gone);
     const std::string stay = list_of(sums.stay);
-    return stay.empty()   ? vga_deletion_words(VGA_MSG_DELETE_DONE, gone)
-           : gone.empty() ? vga_deletion_words(VGA_MSG_DELETE_NOT_DONE, stay)
-                          : vga_deletion_words(VGA_MSG_DELETE_DONE, gone) + " " +
-                                vga_deletion_words(VGA_MSG_DELETE_NOT_DONE, stay);
+    const std::string cancelled = list_of(sums.cancelled);
+    std::string text;
+    const auto add = [&text](NB_USHORT message, const std::string &list) {
+        if (!list.empty()) {
+            text += (text.empty() ? "" : " ") + vga_deletion_words(message, list);
+        }
+    };
+    add(VGA_MSG_DELETE_DONE, gone);
+    add(VGA_MSG_DELETE_NOT_DONE, stay);
+    add(VGA_MSG_CANCELLED, cancelled);
+    return text;
 }
 
 /* What stays stands by its reason, each reason once. */

@@ -2,8 +2,10 @@
 #include "globals.h"
 #include "hooks.h"
 #include "listqueries.h"
+#include "messages.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
+#include "outcomes.h"
 #include "recordtypes.h"
 #include "vgadsadd.h"
 #include "vgadsbld.h"
@@ -78,6 +80,7 @@ NB_VOID node_died(VGA_NODE *node) {
     vga_lose_connection(node);
     node->lost_at =
         node->lost_at != 0 ? node->lost_at : time(nullptr); /* while it was being read */
+    vga_tell_outcome(vga_node_name(node), vga_message(VGA_MSG_CONNECTION_WAS_LOST), 1);
     if (gvga_hooks.node_died != nullptr) {
         gvga_hooks.node_died(node);
     }

@@ -2,7 +2,9 @@
 #include "completions.h"
 #include "globals.h"
 #include "messages.h"
+#include "startwatch.h"
 #include "verberror.h"
+#include "vgadsutl.h"
 #include <algorithm>
 #include <deque>
 #include <list>
@@ -33,9 +35,12 @@ struct BATCH {
     NB_ULONG user_data;
     VGA_OPERATION_NEWS news;
     VGA_OPERATION_ACCOUNT account;
+    std::vector<VGA_RESOURCE> taken_up; /* by the node */
+    bool cancelled = false;
 };
 
 std::list<BATCH> batches;
+NB_ULONG last_number;
 
 /* Settling. */
 
@@ -169,12 +174,16 @@ NB_VOID go_on(BATCH &batch) {
     if (gvga_closing) {
         return;
     }
-    while (batch.in_flight < VGA_OPERATIONS_IN_FLIGHT) {
+    while (batch.cancelled || batch.in_flight < VGA_OPERATIONS_IN_FLIGHT) {
         ITEM *item = take_next(batch);
         if (item == nullptr) {
             break;
         }
-        ask(*item);
+        if (batch.cancelled) {
+            settle(*item, &VGA_OPERATION_ACCOUNT::cancelled);
+        } else {
+            ask(*item);
+        }
     }
     if (!batch.account.over()) {
         batch.news(batch.user_data, batch.account);
@@ -185,6 +194,7 @@ NB_VOID go_on(BATCH &batch) {
                                     [&batch](const BATCH &one) { return &one == &batch; });
     ended.splice(ended.begin(), batches, place);
     ended.front().news(ended.front().user_data, ended.front().account);
+    vga_watch_operated(ended.front().taken_up, ended.front().account.operation);
 }
 
 /* What is waited for is there, is on its way, or will not come. */
@@ -214,6 +224,11 @@ NB_VOID end_wait(ITEM &item, Wait how) {
     }
 }
 
+NB_VOID cancel_wait(ITEM &item) {
+    wait_no_more(item);
+    settle(item, &VGA_OPERATION_ACCOUNT::cancelled);
+}
+
 /* Answers. */
 
 /* What the item had started cannot be; the others that wait for it share that. */
@@ -232,7 +247,9 @@ NB_VOID take_answer(ITEM &item, const NAP_VCB &vcb) {
     item.handle = 0;
     item.batch->in_flight--;
     const bool good = vga_verb_succeeded(&vcb) != 0;
-    if (item.needed != 0) { /* it was not its own; what it brings is told by indications */
+    if (item.needed != 0 && good && item.batch->cancelled) {
+        cancel_wait(item);
+    } else if (item.needed != 0) { /* it was not its own; what it brings is told by indications */
         if (!good) {
             fail_waiting(item, vcb);
         } else if (look_at(item) == Wait::Over) {
@@ -240,6 +257,9 @@ NB_VOID take_answer(ITEM &item, const NAP_VCB &vcb) {
         }
     } else if (good) {
         settle(item, &VGA_OPERATION_ACCOUNT::done);
+        if (NB_VOID *record = nba_validate_handle(item.record)) {
+            item.batch->taken_up.push_back({item.kind, record, item.sessions});
+        }
     } else if (nba_validate_handle(item.record) == nullptr) {
         settle(item, &VGA_OPERATION_ACCOUNT::gone);
     } else {
@@ -305,10 +325,13 @@ NB_USHORT vga_operate_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERAT
     BATCH &batch = batches.emplace_back();
     batch.user_data = user_data;
     batch.news = news;
-    batch.account = {operation,
+    batch.account = {++last_number,
+                     operation,
                      resources.front().kind,
                      vga_resource_in_words(resources.front()),
+                     vga_node_name(vga_node_of(resources.front())),
                      static_cast<NB_ULONG>(resources.size()),
+                     0,
                      0,
                      0,
                      0,
@@ -327,6 +350,22 @@ NB_USHORT vga_operate_all(const std::vector<VGA_RESOURCE> &resources, VGA_OPERAT
     return 0;
 }
 
+NB_VOID vga_cancel_operations(NB_ULONG number) {
+    const auto batch = std::find_if(batches.begin(), batches.end(), [number](const BATCH &one) {
+        return one.account.number == number;
+    });
+    if (batch == batches.end()) {
+        return;
+    }
+    batch->cancelled = true;
+    for (ITEM &item : batch->items) {
+        if (item.needed != 0 && item.handle == 0) {
+            cancel_wait(item);
+        }
+    }
+    go_on(*batch);
+}
+
 NB_VOID vga_operation_purged(NB_USHORT opcode, NB_ULONG user_data) {
     ITEM *item = user_data != 0 ? waiting_item(user_data) : nullptr;
     if (item != nullptr) {
@@ -339,6 +378,7 @@ NB_VOID vga_operation_purged(NB_USHORT opcode, NB_ULONG user_data) {
 }
 
 NB_VOID vga_operations_follow(const NB_VOID *record, VGA_RECORD_CHANGE what) {
+    vga_watched_follow(record, what);
     for (auto batch = batches.begin(); batch != batches.end();) {
         BATCH &one = *batch++;
         bool changed = false;

@@ -1,10 +1,13 @@
+#include "details.h"
 #include "fieldchecks.h"
 #include "fieldwidgets.h"
 #include "form.h"
 #include "formparts.h"
 #include "globals.h"
 #include "messages.h"
+#include "outcomes.h"
 #include "textfocus.h"
+#include "verberror.h"
 #include "widgets.h"
 #include <cstring>
 
@@ -88,6 +91,51 @@ NB_USHORT ask(VGA_FORM *form) {
     return question ? 1 : 0;
 }
 
+/* Outcomes. */
+
+/* "Mode BATCH", "Logging of the domain". */
+std::string subject_in_words(const VGA_FORM *form, const NB_VOID *data) {
+    const VGA_FORM_PLAN &plan = *form->plan;
+    if (plan.settings.empty() && !plan.fields.empty()) {
+        return form->title + (" " + vga_form_text_of(form, 0, data));
+    }
+    NB_CHAR text[300];
+    vga_print_msg(text, sizeof(text), VGA_MSG_FORM_TITLE_SETTINGS, "s s", form->title,
+                  vga_form_subject(form).c_str());
+    return text;
+}
+
+NB_VOID tell(const VGA_FORM *form, NB_USHORT message, const NB_VOID *data,
+             const std::string &rest = "", NB_ULONG failed = 0) {
+    const VGA_FORM_TYPE *type = form->plan->type;
+    const std::string subject = subject_in_words(form, data);
+    const std::string name = vga_form_text_of(form, 0, vga_form_wanted(form));
+    NB_CHAR text[600];
+    vga_print_msg(text, sizeof(text), message, "s s", subject.c_str(), name.c_str());
+    vga_tell_outcome(type != nullptr && type->of_domain == 0 ? vga_form_answerer_of(form) : "",
+                     text + rest, failed);
+}
+
+NB_VOID tell_success(const VGA_FORM *form) {
+    const VGA_FORM_PLAN &plan = *form->plan;
+    const NB_VOID *shown = vga_form_shown(form);
+    const NB_VOID *wanted = vga_form_wanted(form);
+    const bool renamed = form->adding == 0 && !plan.fields.empty() &&
+                         plan.fields[0].has(VGA_FIELD_KEY) &&
+                         vga_form_text_of(form, 0, shown) != vga_form_text_of(form, 0, wanted);
+    tell(form,
+         form->adding != 0 ? VGA_MSG_OUTCOME_DEFINED
+         : renamed         ? VGA_MSG_OUTCOME_RENAMED
+                           : VGA_MSG_OUTCOME_CHANGED,
+         form->adding != 0 ? wanted : shown);
+}
+
+NB_VOID tell_failure(const VGA_FORM *form, const std::string &reason) {
+    tell(form, form->adding != 0 ? VGA_MSG_OUTCOME_NOT_DEFINED : VGA_MSG_OUTCOME_NOT_CHANGED,
+         form->adding != 0 ? vga_form_wanted(form) : vga_form_shown(form),
+         reason.empty() ? "" : "\n" + reason, 1);
+}
+
 /* The parent gets the bytes of the fields, and what lists changed. */
 NB_VOID accept_child(VGA_FORM *form) {
     VGA_FORM *parent = vga_form_of(form->common.parent);
@@ -155,6 +203,9 @@ NB_VOID find_again(VGA_FORM *form) {
 NB_VOID finish(VGA_FORM *form) {
     const NB_USHORT leaving = form->leaving;
     form->leaving = 0;
+    if (form->pending != 0) {
+        tell_success(form);
+    }
     if (form->repeat != 0) {
         next_entry(form);
         return;
@@ -188,6 +239,11 @@ NB_VOID fail(VGA_FORM *form, const NAP_VCB &vcb) {
         vga_form_stop_asking(form);
         vga_form_say_when(form);
     } else {
+        const NB_CHAR *help_key;
+        const VGA_OWNED<NB_CHAR> reason(
+            vga_get_verb_error_message(vcb.opcode, vcb.primary_rc, vcb.secondary_rc, &help_key));
+        tell_failure(form, reason ? reason.get() : "");
+        vga_box_details(&form->common, vga_verb_details(&vcb, vga_form_answerer_of(form)).c_str());
         end_in_failure(form);
     }
     vga_display_verb_error(&form->common, &vcb);
@@ -362,6 +418,7 @@ NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
         return;
     }
     if (step == VGA_FORM_TOLD) {
+        tell_failure(form, "");
         end_in_failure(form);
     } else if (!good) {
         fail(form, *work->vcb);

@@ -5,6 +5,7 @@
 #include "messages.h"
 #include "tooltips.h"
 #include "verbqueue.h"
+#include "wraptext.h"
 #include <Xm/Gadget.h>
 #include <Xm/Label.h>
 #include <Xm/Manager.h>

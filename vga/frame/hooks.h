@@ -10,6 +10,7 @@ struct VGA_NODE;
 struct VGA_DIALOG;
 struct VGA_VIEWER_ROOT;
 struct VGA_VIEWER_ITEM;
+struct VGA_OUTCOME;
 
 enum VGA_NODE_CHANGE : NB_USHORT { VGA_NODE_ADDED, VGA_NODE_CHANGED, VGA_NODE_REMOVED };
 
@@ -40,6 +41,8 @@ struct VGA_HOOKS {
     NB_VOID (*record_changed)(NB_VOID *item, VGA_RECORD_CHANGE what);
     /* The same, and a change of a node, for what the core itself waits for (startstopbatch.h). */
     NB_VOID (*record_awaited)(const NB_VOID *item, VGA_RECORD_CHANGE what);
+    /* Something succeeded or failed (outcomes.h). */
+    NB_VOID (*outcome)(const VGA_OUTCOME &outcome);
     /* A verb was purged, so that its completion will not be called. */
     NB_VOID (*verb_purged)(NB_USHORT opcode, NB_ULONG user_data);
     /* The record that a dialog shows is about to be freed: the dialog stays, without its record and

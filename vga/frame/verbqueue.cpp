@@ -169,6 +169,7 @@ NB_USHORT vga_queue_verb(NB_ULONG target, NAP_VCB *vcb, NB_ULONG user_data,
     if (entry == nullptr) {
         return 0;
     }
+    entry->since = time(nullptr);
     entry->target = target;
     entry->vcb = vcb;
     entry->user_data = user_data;
@@ -270,6 +271,22 @@ NB_VOID vga_empty_verb_queues(NB_VOID) {
     empty(gvga_nof_queue);
     empty(gvga_immediate_nof_queue);
     vga_close_verb_log();
+}
+
+VGA_OUTSTANDING vga_outstanding(NB_ULONG target) {
+    VGA_OUTSTANDING result = {};
+    const time_t now = time(nullptr);
+    for (NB_LQE *links = gvga_nof_queue.next; links != &gvga_nof_queue; links = links->next) {
+        const VGA_QUEUE_ENTRY &entry = *entry_of(links);
+        if (entry.completion == nullptr || (target != 0 && entry.target != target)) {
+            continue;
+        }
+        if (result.verbs++ == 0) { /* they stand in the order in which they came */
+            result.target = entry.target;
+            result.seconds = now > entry.since ? static_cast<NB_ULONG>(now - entry.since) : 0;
+        }
+    }
+    return result;
 }
 
 NB_VOID *vga_get_querybuf(NB_ULONG size) {

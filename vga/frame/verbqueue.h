@@ -14,6 +14,7 @@
 #include "nofrec.h"
 #include "ntlavl.h"
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 
 /* What every completion routine and indication processor gets.  `vcb` is gone when it returns. */
@@ -30,6 +31,7 @@ typedef NB_VOID (*VGA_COMPLETION)(const VGA_PROCESS_STATE *work);
 struct VGA_QUEUE_ENTRY {
     NB_LQE links;
     AVL_NODE by_vcb;  /* in the index over both queues */
+    time_t since;     /* when it was queued */
     NB_USHORT issued; /* handed to the verb interface */
     NB_ULONG target;
     NAP_VCB *vcb;
@@ -76,6 +78,14 @@ NB_VOID vga_empty_immediate_queue(NB_VOID);
 /* Frees every entry of both queues with its blocks, calling nobody, and closes the verb log.  For
  * the end of the process. */
 NB_VOID vga_empty_verb_queues(NB_VOID);
+
+/* The verbs of a target (0: of all) that have no answer yet and whose issuers wait for one. */
+struct VGA_OUTSTANDING {
+    NB_ULONG verbs;
+    NB_ULONG target;  /* of the one that has waited longest */
+    NB_ULONG seconds; /* that it has waited */
+};
+VGA_OUTSTANDING vga_outstanding(NB_ULONG target);
 
 /* Allocates a query buffer of `size` bytes, of gvga_querybuf_size for 0.  Null without memory. */
 NB_VOID *vga_get_querybuf(NB_ULONG size);

@@ -24,6 +24,8 @@ enum ATOM_ID {
     NET_WM_WINDOW_TYPE,
     NET_WM_WINDOW_TYPE_NORMAL,
     NET_WM_WINDOW_TYPE_DIALOG,
+    NET_WM_STATE,
+    NET_WM_STATE_DEMANDS_ATTENTION,
     UTF8_STRING,
     COMPOUND_TEXT,
     ATOM_COUNT
@@ -38,6 +40,8 @@ const NB_CHAR *const atom_names[ATOM_COUNT] = {
     "_NET_WM_WINDOW_TYPE",
     "_NET_WM_WINDOW_TYPE_NORMAL",
     "_NET_WM_WINDOW_TYPE_DIALOG",
+    "_NET_WM_STATE",
+    "_NET_WM_STATE_DEMANDS_ATTENTION",
     "UTF8_STRING",
     "COMPOUND_TEXT",
 };
@@ -182,6 +186,27 @@ NB_VOID vga_watch_shells(NB_VOID) {
     watched = gvga_display;
     XInternAtoms(gvga_display, const_cast<NB_CHAR **>(atom_names), ATOM_COUNT, False, atoms);
     XtAddCallback(XtHooksOfDisplay(gvga_display), XtNchangeHook, widget_changed, nullptr);
+}
+
+NB_VOID vga_set_urgent(Widget shell, NB_USHORT on) {
+    if (!XtIsRealized(shell) || watched != XtDisplay(shell)) {
+        return;
+    }
+    XWMHints *hints = XGetWMHints(XtDisplay(shell), XtWindow(shell));
+    hints = hints != nullptr ? hints : XAllocWMHints();
+    hints->flags = on != 0 ? hints->flags | XUrgencyHint : hints->flags & ~XUrgencyHint;
+    XSetWMHints(XtDisplay(shell), XtWindow(shell), hints);
+    XFree(hints);
+    XEvent request = {};
+    request.xclient.type = ClientMessage;
+    request.xclient.window = XtWindow(shell);
+    request.xclient.message_type = atoms[NET_WM_STATE];
+    request.xclient.format = 32;
+    request.xclient.data.l[0] = on != 0; /* add or remove */
+    request.xclient.data.l[1] = static_cast<long>(atoms[NET_WM_STATE_DEMANDS_ATTENTION]);
+    request.xclient.data.l[3] = 1; /* from an application */
+    XSendEvent(XtDisplay(shell), RootWindowOfScreen(XtScreen(shell)), False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &request);
 }
 
 std::string vga_utf8_from_locale(const NB_CHAR *text) {

@@ -1,4 +1,5 @@
 #include "progressline.h"
+#include "messageline.h"
 #include "messages.h"
 #include "vganodew.h"
 #include "vgasysw.h"
@@ -32,7 +33,7 @@ NB_VOID vga_show_build_progress(const VGA_NODE *node, NB_ULONG resources) {
     NB_CHAR line[512];
     write_name(node, what);
     vga_print_msg(line, sizeof(line), VGA_MSG_READING, "s l", what, resources - before);
-    vga_listw_message_text(window, line);
+    vga_listw_message_busy(window, line);
 }
 
 NB_VOID vga_show_closing(const VGA_NODE *node) {
@@ -43,6 +44,6 @@ NB_VOID vga_show_closing(const VGA_NODE *node) {
     vga_sysw_set_insensitive(gvga_main_dialog, 0);
     vga_nodew_show_closing(gvga_main_dialog);
     if (VGA_LIST_WINDOW *window = vga_listw_of(gvga_main_dialog)) {
-        vga_listw_message_text(window, line);
+        vga_listw_message_busy(window, line);
     }
 }

@@ -25,6 +25,7 @@ struct VGA_LS : VGA_RECORD<VGA_PORT, NAP_LS_DATA> {
     AVL_NODE port_links;
     NB_UCHAR name[8];       /* local */
     NB_UCHAR state;         /* NAP_NOT_ACTIVE and the like: what its line shows */
+    NB_UCHAR retrying;      /* flag: the node tries again to start it, by itself */
     VGA_LOCAL_PU *local_pu; /* the PU that a host link makes; null: none */
     VGA_DOWN_PU *down_pu;   /* the PU that is served over a downstream link; null: none */
 };

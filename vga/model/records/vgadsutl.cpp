@@ -242,6 +242,10 @@ VGA_COMPOSITE(vga_compare_ip_address, {offsetof(NB_IP_ADDRESS, family), vga_comp
 
 #undef VGA_COMPOSITE
 
+std::string vga_node_name(const VGA_NODE *node) {
+    return node != nullptr ? std::string(node->name, strnlen(node->name, sizeof(node->name))) : "";
+}
+
 NB_VOID vga_server_follows(const VGA_NODE *node) {
     auto *server =
         static_cast<VGA_SNA_NET_NODE *>(ntl_avl_find(&gvga_system->net_nodes, node->name));

@@ -9,6 +9,7 @@
 #define VGADSUTL_H
 
 #include "model.h"
+#include <string>
 
 NB_INT vga_compare_asc4(const NB_VOID *a, const NB_VOID *b);
 NB_INT vga_compare_asc8(const NB_VOID *a, const NB_VOID *b);
@@ -53,6 +54,9 @@ NB_INT vga_compare_ip_address(const NB_VOID *a, const NB_VOID *b);    /* NB_IP_A
 /* The domain's list of servers says of a node what the node's own record says, but for its flags.
  */
 NB_VOID vga_server_follows(const VGA_NODE *node);
+
+/* The node's name in the locale's characters; empty for null. */
+std::string vga_node_name(const VGA_NODE *node);
 
 /* Look-ups by exact key; null when there is none.  Names as the model holds them. */
 VGA_NODE *vga_find_node_of_target(NB_ULONG target); /* its own or that of its TP load file */

@@ -1,6 +1,8 @@
 #include "statusclasses.h"
+#include "messages.h"
 #include "nofverbs.h"
 #include "opcodeindex.h"
+#include "outcomes.h"
 #include "recordtypes.h"
 #include "schemas.h"
 #include "takeout.h"
@@ -69,16 +71,60 @@ NB_VOID status_follows(VGA_TAMRIX_APPCIP_SESS *session) {
     vga_relink_as(*session, now);
 }
 
+/* Failures. */
+
+/* Names of records are padded or end with NUL. */
+NB_VOID tell_failed(const VGA_NODE &node, const NB_UCHAR *name, NB_USHORT message, NB_ULONG sense) {
+    NB_CHAR text[200];
+    vga_print_msg(text, sizeof(text), message, "ca lx", NTL_NAME_WIDTH, name, sense);
+    vga_tell_outcome(vga_node_name(&node), text, 1);
+}
+
+template <class Record> NB_VOID tell_failure(Record &, const NB_UCHAR *) {}
+
+NB_VOID tell_failure(VGA_PORT &port, const NB_UCHAR *status) {
+    NAP_PORT_DET before;
+    memcpy(&before, status, sizeof(before));
+    const NAP_PORT_DET &now = port.vcb->det_data;
+    if (now.failures > before.failures && now.failed_at != 0) {
+        tell_failed(*port.node, port.name,
+                    before.port_state == NAP_ACTIVE ? VGA_MSG_PORT_FAILED
+                                                    : VGA_MSG_PORT_NOT_STARTED,
+                    now.last_sense);
+    }
+}
+
+/* What the node tries again and again by itself has been told once. */
+NB_VOID tell_failure(VGA_LS &ls, const NB_UCHAR *status) {
+    NAP_LS_DET before;
+    memcpy(&before, status, sizeof(before));
+    const NAP_LS_DET &now = ls.vcb->det_data;
+    const bool goes_up = before.ls_state == NAP_NOT_ACTIVE && now.ls_state == NAP_PENDING_ACTIVE;
+    if (now.retries != before.retries) {
+        ls.retrying = 1;
+    } else if (goes_up || now.ls_state == NAP_ACTIVE) {
+        ls.retrying = 0;
+    }
+    if (now.failures > before.failures && now.failed_at != 0 && ls.retrying == 0) {
+        tell_failed(*ls.parent->node, ls.name,
+                    before.ls_state == NAP_ACTIVE ? VGA_MSG_LINK_FAILED : VGA_MSG_LINK_NOT_STARTED,
+                    now.last_sense);
+    }
+}
+
 /* The row's functions, from those above. */
 
-template <class Record, NB_USHORT Offset>
+template <class Record, NB_USHORT Offset, NB_USHORT Width>
 NB_VOID change(NB_VOID *item, const NB_UCHAR *status, NB_USHORT length) {
     auto *record = static_cast<Record *>(item);
     auto *held = reinterpret_cast<NB_UCHAR *>(record->vcb) + Offset;
     if (memcmp(held, status, length) == 0) {
         return;
     }
+    NB_UCHAR before[Width];
+    memcpy(before, held, Width);
     memcpy(held, status, length);
+    tell_failure(*record, before);
     status_follows(record);
     vga_update_line(record);
     vga_record_changed(record, VGA_RECORD_CHANGED);
@@ -113,7 +159,7 @@ constexpr VGA_STATUS_CLASS make_row(VGA_STATUS_ID id, NB_USHORT chain, const UNK
             .name_offset = unknown.name_offset,
             .name_width = NTL_NAME_WIDTH,
             .kept_by_merge = unknown.kept_by_merge,
-            .change = change<Record, Of.det.offset>};
+            .change = change<Record, Of.det.offset, Of.det.width>};
 }
 
 } // namespace

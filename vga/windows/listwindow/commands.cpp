@@ -5,6 +5,7 @@
 #include "graphics.h"
 #include "helpwindows.h"
 #include "hints.h"
+#include "history.h"
 #include "linerules.h"
 #include "listwindow.h"
 #include "messages.h"
@@ -208,6 +209,10 @@ NB_VOID vga_listw_copy_name(VGA_LIST_WINDOW *window) {
         names += (at > 0 ? "\n" : "") + (line != nullptr ? vga_line_name(*line) : std::string());
     }
     vga_own_text(window->panes[0].draw_area, names);
+}
+
+NB_VOID vga_listw_messages(VGA_LIST_WINDOW *window) {
+    vga_show_history(&window->common);
 }
 
 /* What is selected, else the list, else the window. */

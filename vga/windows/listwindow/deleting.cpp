@@ -3,18 +3,19 @@
 #include "globals.h"
 #include "holders.h"
 #include "listwindow.h"
+#include "longwork.h"
 #include "messages.h"
+#include "outcomes.h"
 #include "receipt.h"
-#include <chrono>
+#include "vgadsutl.h"
+#include "wraptext.h"
 #include <unordered_map>
 
 namespace {
 
 constexpr NB_USHORT text_columns = 60;
-constexpr size_t few = 5; /* lines whose end the message line can tell */
-constexpr std::chrono::milliseconds between_reports{100};
-
-using CLOCK = std::chrono::steady_clock;
+constexpr size_t most_in_detail = 20; /* lines, in the history */
+constexpr size_t few = 5;             /* lines whose end the message line can tell */
 
 /* What a window asks about: a question for each group of lines.  By the window's handle. */
 struct ASKED {
@@ -24,15 +25,14 @@ struct ASKED {
 };
 std::unordered_map<NB_ULONG, ASKED> asked;
 
-/* How far it is changes with every answer, and nobody reads that fast. */
-NB_USHORT is_time_to_report(NB_VOID) {
-    static CLOCK::time_point last;
-    const CLOCK::time_point now = CLOCK::now();
-    if (now - last < between_reports) {
-        return 0;
-    }
-    last = now;
-    return 1;
+NB_VOID tell_outcome(const VGA_DELETION &deletion) {
+    const size_t refused = vga_count_refused(deletion);
+    const bool in_detail = refused != 0 && deletion.lines.size() <= most_in_detail;
+    const auto *node = static_cast<const VGA_NODE *>(
+        nba_validate_handle(!deletion.items.empty() ? deletion.items.front().node : 0));
+    vga_tell_outcome(vga_node_name(node),
+                     in_detail ? vga_deletion_account(deletion) : vga_deletion_outcome(deletion),
+                     static_cast<NB_ULONG>(refused));
 }
 
 /* Of a window that was closed meanwhile, what was refused is told over the main window. */
@@ -41,10 +41,14 @@ NB_VOID told(NB_ULONG handle, const VGA_DELETION &deletion, NB_USHORT over) {
         return;
     }
     VGA_LIST_WINDOW *window = vga_listw_of(static_cast<VGA_DIALOG *>(nba_validate_handle(handle)));
+    const VGA_WORK work = {vga_cancel_deletion, deletion.number};
     if (window != nullptr && over != 0) {
-        vga_listw_message_text(window, vga_deletion_outcome(deletion).c_str());
-    } else if (window != nullptr && is_time_to_report() != 0) {
-        vga_listw_message_text(window, vga_deletion_progress(deletion).c_str());
+        vga_listw_work_over(window, work);
+    } else if (window != nullptr) {
+        vga_listw_work_goes_on(window, work, vga_deletion_progress(deletion));
+    }
+    if (over != 0) {
+        tell_outcome(deletion);
     }
     const bool is_long = window != nullptr && deletion.lines.size() > few;
     VGA_DIALOG *shows = window != nullptr ? &window->common : gvga_main_dialog;

@@ -434,7 +434,7 @@ NB_VOID vga_listw_close_bar(VGA_LIST_WINDOW *window, NB_USHORT to_list) {
         vga_finder_rest(root);
         show_filter_off(window, pane);
     }
-    vga_listw_message_at_rest(window);
+    vga_listw_message(window, 0);
 }
 
 NB_VOID vga_listw_end_filters(VGA_LIST_WINDOW *window) {

@@ -4,10 +4,12 @@
 #define LINERULES_H
 
 #include "commands.h"
+#include "messages.h"
 #include <string>
 
 struct VGA_LINE_RULE {
     VGA_VIEWER_TYPE type;
+    NB_USHORT words = VGA_MSG_KIND_LINES; /* message for vga_counted: what such lines are */
     NB_USHORT properties = VGA_NO_DIALOG; /* dialog that shows and changes such a record */
     /* The same where it depends on the record, of which there may be none (null). */
     NB_USHORT (*properties_of)(const NB_VOID *record) = nullptr;
@@ -22,6 +24,9 @@ struct VGA_LINE_RULE {
 
 /* The row of a type; null: a title, or a line that nothing can be done with. */
 const VGA_LINE_RULE *vga_line_rule(NB_SHORT type);
+
+/* So many lines of a type: "link station" for one, else "4,000 link stations". */
+std::string vga_lines_in_words(NB_SHORT type, NB_ULONG count);
 
 /* The dialogs of a line; VGA_NO_DIALOG: its type has none.  This release may lack one that is
  * named: vga_is_written. */

@@ -1,11 +1,10 @@
 #include "listwindow.h"
 #include "findbar.h"
 #include "findtitles.h"
-#include "globals.h"
 #include "graphics.h"
 #include "headings.h"
 #include "hints.h"
-#include "messages.h"
+#include "messageline.h"
 #include "panes.h"
 #include "popupmenu.h"
 #include "rememberedlines.h"
@@ -13,7 +12,6 @@
 #include "tools.h"
 #include "windowband.h"
 #include "windowroom.h"
-#include <Xm/TextF.h>
 
 /* Which window. */
 
@@ -32,35 +30,6 @@ VGA_NODE *vga_listw_node(const VGA_LIST_WINDOW *window) {
     return window->plan->lists[0].of_node != nullptr
                ? static_cast<VGA_NODE *>(window->common.parent_item)
                : nullptr;
-}
-
-/* Message line. */
-
-NB_VOID vga_listw_message_text(VGA_LIST_WINDOW *window, const NB_CHAR *text) {
-    XmTextFieldSetString(window->message_bar, const_cast<NB_CHAR *>(text));
-}
-
-NB_VOID vga_listw_message(VGA_LIST_WINDOW *window, NB_USHORT message) {
-    vga_listw_message_text(window, message != 0 ? vga_message(message) : "");
-}
-
-/* Why there is nothing to see; what can be worked with needs no more words. */
-NB_VOID vga_listw_message_at_rest(VGA_LIST_WINDOW *window) {
-    if (window->plan->lists[0].of_domain != nullptr) {
-        vga_listw_message(window, gvga_system->domain_target == 0 ? VGA_MSG_DOMAIN_LOST : 0);
-        return;
-    }
-    const VGA_NODE *node = vga_listw_node(window);
-    if (node == nullptr || node->connection == VGA_CONNECTED) {
-        vga_listw_message(window, 0);
-    } else if (node->lost_at != 0) {
-        vga_listw_message(window, VGA_MSG_NODEW_NODE_LOST);
-    } else if (node->connection == VGA_NOT_CONNECTED) {
-        NB_CHAR line[512];
-        vga_print_msg(line, sizeof(line), VGA_MSG_NODEW_NOT_CONNECTED, "cs",
-                      static_cast<NB_INT>(sizeof(node->name)), node->name);
-        vga_listw_message_text(window, line);
-    }
 }
 
 /* Widgets. */
@@ -128,6 +97,7 @@ NB_VOID vga_listw_arrange(VGA_LIST_WINDOW *window) {
         XtAddCallback(window->panes[pane].draw_area, XmNhelpCallback, vga_listw_help_cb, nullptr);
     }
     vga_set_hint_line(window->common.widget, window->message_bar);
+    vga_listw_watch_line(window);
 }
 
 NB_USHORT vga_listw_get_widgets(VGA_DIALOG *dialog, const VGA_LISTW_PLAN &plan) {
@@ -164,7 +134,7 @@ NB_VOID vga_listw_show_lists(VGA_LIST_WINDOW *window) {
     }
     vga_listw_show_band(window);
     vga_listw_show_counts(window);
-    vga_listw_message_at_rest(window);
+    vga_listw_message_busy(window, "");
     vga_listw_set_button_states(window);
 }
 
@@ -186,6 +156,7 @@ NB_VOID vga_listw_close_proc(VGA_DIALOG *dialog) {
     vga_listw_forget_lines(window);
     vga_listw_end_filters(window);
     vga_listw_hide_lists(window);
+    vga_listw_forget_line(window);
     set_window_of_lists(window, nullptr);
 }
 
@@ -211,7 +182,7 @@ NB_VOID vga_listw_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_C
             return;
         }
         draw_lines(window);
-        vga_listw_message_at_rest(window);
+        vga_listw_message(window, 0);
         vga_listw_set_button_states(window);
     } else if (what == VGA_RECORD_CHANGED &&
                item == vga_listw_get_selection(window, nullptr, nullptr)) {

@@ -11,7 +11,7 @@
  * current when it has the keyboard; at most one has a selection, the current one.
  * Parts: commands rules and running, panes lists, windowroom who gets the window's room, popupmenu
  * the lists' menu, linerules types of lines, lineevents their callbacks, operating and deleting the
- * actions that issue verbs. */
+ * actions that issue verbs, messageline what the message line says. */
 #ifndef LISTWINDOW_H
 #define LISTWINDOW_H
 
@@ -196,19 +196,17 @@ NB_VOID vga_listw_filter(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_filter_off(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_failed_next(VGA_LIST_WINDOW *window);
 NB_VOID vga_listw_failed_previous(VGA_LIST_WINDOW *window);
+NB_VOID vga_listw_messages(VGA_LIST_WINDOW *window); /* the history of messages */
 
 /* F1 in a list: as vga_listw_help_on_this. */
 NB_VOID vga_listw_help_cb(Widget list, XtPointer client_data, XtPointer call_data);
 
 /* Message line. */
 
-/* Puts a message, or a text in the locale's characters, into it; message 0 clears it. */
+/* Says a message, or a text in the locale's characters, for the moment; after that, and with
+ * message 0, the line says what it has to say of itself (messageline.h). */
 NB_VOID vga_listw_message(VGA_LIST_WINDOW *window, NB_USHORT message);
 NB_VOID vga_listw_message_text(VGA_LIST_WINDOW *window, const NB_CHAR *text);
-
-/* What stands there while nothing else is to be said: nothing, or why the lists of a node that is
- * not connected are blank. */
-NB_VOID vga_listw_message_at_rest(VGA_LIST_WINDOW *window);
 
 /* Pointer help: toolkit actions of the tools. */
 

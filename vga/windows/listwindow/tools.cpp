@@ -2,6 +2,7 @@
 #include "graphics.h"
 #include "hints.h"
 #include "linerules.h"
+#include "messageline.h"
 #include "messages.h"
 #include "statemarks.h"
 #include "widgets.h"
@@ -123,6 +124,7 @@ NB_VOID vga_listw_set_button_states(NB_VOID *data) {
     if (gvga_current_button != nullptr && !XtIsSensitive(gvga_current_button)) {
         vga_listw_forget_button(window);
     }
+    vga_listw_selection_seen(window);
 }
 
 /* Help under the pointer. */
@@ -177,7 +179,7 @@ NB_VOID vga_listw_enter_button(Widget widget, XEvent *, String *, Cardinal *) {
     if (const VGA_TOOL_ROW *row = tool_of(window, widget)) {
         show_help(window, *row);
     } else {
-        vga_listw_message_at_rest(window);
+        vga_listw_message(window, 0);
     }
     gvga_current_button = widget;
     show_edge(window, widget, 1);
@@ -188,7 +190,7 @@ NB_VOID vga_listw_leave_button(Widget widget, XEvent *, String *, Cardinal *) {
     if (window == nullptr) {
         return;
     }
-    vga_listw_message_at_rest(window);
+    vga_listw_message(window, 0);
     gvga_current_button = nullptr;
     show_edge(window, widget, 0);
 }
@@ -197,6 +199,6 @@ NB_VOID vga_listw_forget_button(VGA_LIST_WINDOW *window) {
     if (gvga_current_button != nullptr && tool_of(window, gvga_current_button) != nullptr) {
         show_edge(window, gvga_current_button, 0);
         gvga_current_button = nullptr;
-        vga_listw_message_at_rest(window);
+        vga_listw_message(window, 0);
     }
 }

@@ -5,6 +5,7 @@
 #include "hints.h"
 #include "holders.h"
 #include "linecolumns.h"
+#include "messageline.h"
 #include "nodeconnection.h"
 #include "nodewindowlines.h"
 #include "openwindows.h"
@@ -255,7 +256,7 @@ static NB_VOID follow_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
             vga_listw_remember_lines(desc);
             vga_listw_hide_lists(desc);
         }
-        vga_listw_message_at_rest(desc);
+        vga_listw_message_busy(desc, "");
         return;
     }
     if (desc->lists_shown == 0) {
@@ -265,6 +266,7 @@ static NB_VOID follow_connection(VGA_NODEW_DESC *desc, const VGA_NODE &node) {
     }
     if (desc->reading != 0 && vga_check_node_startup(&node, nullptr) != 0) {
         desc->reading = 0;
+        vga_listw_message_busy(desc, "");
         vga_listw_recall_lines(desc);
         if (desc->current_pane == VGA_NODEW_NO_PANE) {
             vga_listw_select_pane(desc, pane_to_begin_with(desc), 1);
@@ -279,12 +281,14 @@ static NB_VOID attach(VGA_NODEW_DESC *desc, VGA_NODE *node) {
     node->window = &desc->common;
     show_node(desc);
     vga_listw_show_band(desc);
-    vga_message_node_window(&desc->common, VGA_MSG_NODEW_READY);
+    vga_listw_message_busy(desc, "");
     follow_connection(desc, *node);
     if (desc->lists_shown != 0) {
         vga_listw_select_pane(desc, pane_to_begin_with(desc), 1);
     }
     vga_nodew_set_button_states(desc);
+    vga_message_node_window(&desc->common,
+                            node->connection == VGA_CONNECTED ? VGA_MSG_NODEW_READY : 0);
 }
 
 /* The window that shows the node; else the program's first window, if that is still empty. */
@@ -368,7 +372,7 @@ static NB_VOID node_gone(VGA_NODEW_DESC *desc) {
     show_node(desc);
     vga_listw_show_band(desc);
     vga_nodew_set_button_states(desc);
-    vga_message_node_window(&desc->common, VGA_MSG_NODEW_NODE_LOST);
+    vga_listw_message_busy(desc, vga_message(VGA_MSG_NODEW_NODE_LOST));
 }
 
 NB_VOID vga_nodew_record_changed(VGA_DIALOG *dialog, NB_VOID *item, VGA_RECORD_CHANGE what) {

@@ -42,8 +42,9 @@ VGA_LIST_WINDOW *vga_nodew_reading(const VGA_NODE *node, NB_ULONG *before);
 /* The program closes: the window is drawn without a node.  Nothing for another window. */
 NB_VOID vga_nodew_show_closing(VGA_DIALOG *dialog);
 
-/* Puts a message, or a text in the locale's character set, into the message line; message 0 clears
- * it.  The arguments may be those of any window; nothing happens without one. */
+/* Says a message, or a text in the locale's character set, in the message line for the moment; with
+ * message 0 that says what it has to say of itself.  The arguments may be those of any window;
+ * nothing happens without one. */
 NB_VOID vga_message_node_window(VGA_DIALOG *dialog, NB_USHORT message);
 NB_VOID vga_message_node_window_text(VGA_DIALOG *dialog, const NB_CHAR *text);
 

@@ -7,6 +7,7 @@
 #include "model.h"
 #include "recordpattern.h"
 #include "settingsdialogs.h"
+#include "wraptext.h"
 #include <Xm/MessageB.h>
 #include <cstdlib>
 #include <cstring>

@@ -3,19 +3,18 @@
 #include "fieldtext.h"
 #include "globals.h"
 #include "listwindow.h"
+#include "longwork.h"
 #include "messages.h"
 #include "newresources.h"
+#include "outcomes.h"
 #include "receipt.h"
 #include "recordtypes.h"
 #include "schemas.h"
 #include "startstopeffects.h"
 #include <Xm/MessageB.h>
-#include <chrono>
 #include <map>
 
 namespace {
-
-using CLOCK = std::chrono::steady_clock;
 
 NB_VOID say(VGA_DIALOG *window, const std::string &text) {
     if (VGA_LIST_WINDOW *list = vga_listw_of(window)) {
@@ -61,7 +60,13 @@ std::string outcome_in_words(const VGA_OPERATION_ACCOUNT &account) {
                       account.done, subject.c_str(), account.passed,
                       static_cast<NB_ULONG>(account.failures.size()), account.gone);
     }
-    return text;
+    std::string outcome = text;
+    if (account.cancelled != 0) {
+        vga_print_msg(text, sizeof(text), VGA_MSG_CANCELLED, "s",
+                      vga_count_in_words(account.kind, account.cancelled).c_str());
+        outcome += std::string(" ") + text;
+    }
+    return outcome;
 }
 
 /* Those with the same reason stand together; many fail for one. */
@@ -103,15 +108,25 @@ NB_VOID show_failures(VGA_DIALOG *window, const VGA_OPERATION_ACCOUNT &account) 
     }
 }
 
+NB_VOID tell_outcome(const VGA_OPERATION_ACCOUNT &account) {
+    std::string text = outcome_in_words(account);
+    if (!account.failures.empty() && account.failures.size() <= failures_in_box) {
+        text += "\n" + failures_in_words(account.failures);
+    }
+    vga_tell_outcome(account.node, text, static_cast<NB_ULONG>(account.failures.size()));
+}
+
 NB_VOID tell(NB_ULONG handle, const VGA_OPERATION_ACCOUNT &account) {
-    constexpr auto often = std::chrono::milliseconds(100); /* enough for the eye */
-    static CLOCK::time_point last;
+    const VGA_WORK work = {vga_cancel_operations, account.number};
     auto *window = static_cast<VGA_DIALOG *>(nba_validate_handle(handle));
-    if (window != nullptr && (account.over() || CLOCK::now() - last >= often)) {
-        last = CLOCK::now();
-        say(window, account.over() ? outcome_in_words(account) : progress_in_words(account));
+    VGA_LIST_WINDOW *list = vga_listw_of(window);
+    if (list != nullptr && account.over()) {
+        vga_listw_work_over(list, work);
+    } else if (list != nullptr) {
+        vga_listw_work_goes_on(list, work, progress_in_words(account));
     }
     if (account.over()) {
+        tell_outcome(account);
         show_failures(window, account);
     }
 }

@@ -4,7 +4,9 @@
 #include "messagebox.h"
 #include "messages.h"
 #include "nofverbs.h"
+#include "outcomes.h"
 #include "recordpattern.h"
+#include "vgadsutl.h"
 #include <cstring>
 
 namespace {
@@ -41,9 +43,7 @@ NB_VOID show_outcome(const VGA_PROCESS_STATE *work, NB_USHORT done) {
         NB_CHAR text[256];
         vga_print_msg(text, sizeof(text), done, "cs", static_cast<NB_INT>(sizeof(node->name)),
                       node->name);
-        if (VGA_LIST_WINDOW *window = vga_listw_of(gvga_system->window)) {
-            vga_listw_message_text(window, text);
-        }
+        vga_tell_outcome(vga_node_name(node), text);
     }
 }
 
