@@ -24,6 +24,7 @@ constexpr Key_Name key_names[] = {
     {"first", Key::first},     {"last", Key::last},
     {"next", Key::next},       {"previous", Key::previous},
     {"follow", Key::follow},   {"back", Key::back},
+    {"copy", Key::copy},       {"select-all", Key::select_all},
 };
 
 /* Whatever the toolkit's own table would do with these keys, it is nothing that is wanted here. */
@@ -44,9 +45,14 @@ const char translations[] = "Alt<Key>osfLeft: HelpKey(back)\n"
                             "<Key>KP_Enter: HelpKey(follow)\n"
                             "<Key>osfActivate: HelpKey(follow)\n"
                             "<Key>osfBackSpace: HelpKey(back)\n"
+                            "Ctrl<Key>c: HelpKey(copy)\n"
+                            "<Key>osfCopy: HelpKey(copy)\n"
+                            "Ctrl<Key>a: HelpKey(select-all)\n"
                             "<Key>osfHelp: ManagerGadgetHelp()\n"
                             "<Key>osfCancel: ManagerParentCancel()\n"
                             "<Btn1Down>: HelpPoint(press)\n"
+                            "<Btn1Up>: HelpPoint(release)\n"
+                            "<Btn1Motion>: HelpPoint(drag)\n"
                             "<Btn2Down>: HelpPoint(middle)\n"
                             "<Btn4Down>: HelpPoint(wheel-up)\n"
                             "<Btn5Down>: HelpPoint(wheel-down)\n"
@@ -289,10 +295,13 @@ void Canvas::on_point(Widget widget, XEvent *event, String *params, Cardinal *co
         if (what == "wheel-up" || what == "wheel-down") {
             const int lines = what == "wheel-up" ? -wheel_lines : wheel_lines;
             self->scroll_to(self->scrolled + lines * self->look.em());
-        } else if (what == "motion") {
-            self->point(Point::motion, event->xmotion.x, event->xmotion.y, event->xmotion.state);
+        } else if (what == "motion" || what == "drag") {
+            self->point(what == "drag" ? Point::drag : Point::motion, event->xmotion.x,
+                        event->xmotion.y, event->xmotion.state);
         } else if (what == "leave") {
             self->point(Point::leave, 0, 0, 0);
+        } else if (what == "release") {
+            self->point(Point::release, event->xbutton.x, event->xbutton.y, event->xbutton.state);
         } else {
             self->focus();
             self->point(what == "middle" ? Point::middle_press : Point::press, event->xbutton.x,

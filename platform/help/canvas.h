@@ -36,9 +36,11 @@ enum class Key {
     next,
     previous,
     follow,
-    back
+    back,
+    copy,
+    select_all
 };
-enum class Point { press, middle_press, motion, leave };
+enum class Point { press, middle_press, drag, release, motion, leave };
 
 class Canvas {
 public:

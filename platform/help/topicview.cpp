@@ -1,5 +1,7 @@
 #include "topicview.h"
 
+#include "ownedtext.h"
+
 #include <X11/cursorfont.h>
 #include <algorithm>
 
@@ -8,8 +10,14 @@ namespace help {
 TopicView::TopicView(Widget parent, const Look &view_look)
     : Canvas(parent, "helpTopic", view_look, Colour::page) {}
 
+TopicView::~TopicView() {
+    forget_text(area());
+}
+
 void TopicView::show_topic(Topic topic, int top) {
     shown = std::move(topic);
+    from = to = {};
+    marking = false;
     current = under = no_link;
     set_cursor(false);
     page = lay_out(shown, std::max(width(), 1), look);
@@ -21,6 +29,7 @@ void TopicView::resized() {
     /* The line at the top stays about there. */
     const int before = std::max(page.height, 1);
     const int at = top();
+    from = to = {}; // lines are others now
     page = lay_out(shown, width(), look);
     if (at > 0) {
         scroll_to(static_cast<int>(static_cast<long>(at) * page.height / before));
@@ -38,6 +47,7 @@ void TopicView::paint(XftDraw *draw) {
     for (const Piece &piece : page.pieces) {
         if (piece.top + piece.height >= top() && piece.top <= top() + height()) {
             paint_piece(draw, piece);
+            paint_marked(draw, static_cast<size_t>(&piece - page.pieces.data()));
         }
     }
 }
@@ -75,6 +85,42 @@ void TopicView::paint_piece(XftDraw *draw, const Piece &piece) const {
     }
 }
 
+/* Marking. */
+
+void TopicView::paint_marked(XftDraw *draw, size_t number) const {
+    const auto [begin, length] = marked_in(page, number, std::min(from, to), std::max(from, to));
+    if (length == 0) {
+        return;
+    }
+    const Piece &piece = page.pieces[number];
+    const std::string_view text = piece.text;
+    const int left = piece.x + look.width(piece.font, text.substr(0, begin));
+    const int right = piece.x + look.width(piece.font, text.substr(0, begin + length));
+    look.fill(draw, Colour::selection, left, piece.top - top(), right - left, piece.height);
+    look.draw_text(draw, piece.font, Colour::selected_text, left, piece.baseline - top(),
+                   text.substr(begin, length));
+}
+
+void TopicView::mark(Spot begin, Spot end) {
+    from = begin;
+    to = end;
+    redraw();
+}
+
+/* Out of the window it goes on, a line with each step. */
+void TopicView::drag_to(int x, int y) {
+    if (y < 0 || y > height()) {
+        scroll_to(top() + (y < 0 ? -look.em() : look.em()));
+    }
+    mark(from, place_at(page, look, x, y + top()));
+}
+
+void TopicView::own_marked() {
+    if (from != to) {
+        own_text(area(), "PRIMARY", text_between(page, std::min(from, to), std::max(from, to)));
+    }
+}
+
 /* Links. */
 
 /* To the next link by the keys; from nowhere to the first one on the screen.  False: there is none
@@ -105,6 +151,18 @@ bool TopicView::step(int by) {
 bool TopicView::key(Key which) {
     if (which == Key::next || which == Key::previous) {
         return step(which == Key::next ? 1 : -1);
+    }
+    if (which == Key::select_all) {
+        mark({}, end_of(page));
+        own_marked();
+        return true;
+    }
+    if (which == Key::copy) {
+        const bool all = from == to;
+        own_text(area(), "CLIPBOARD",
+                 text_between(page, all ? Spot{} : std::min(from, to),
+                              all ? end_of(page) : std::max(from, to)));
+        return true;
     }
     if (which == Key::follow && current != no_link && on_link) {
         const std::string target = page.links[static_cast<size_t>(current)].target;
@@ -142,12 +200,25 @@ void TopicView::hover(int link) {
 }
 
 void TopicView::point(Point what, int x, int y, unsigned state) {
+    if (what == Point::drag || what == Point::release) {
+        if (marking && what == Point::drag) {
+            drag_to(x, y);
+        } else if (marking) {
+            own_marked();
+        }
+        marking = marking && what == Point::drag;
+        return;
+    }
     const int link = what == Point::leave ? no_link : page.link_at(x, y + top());
     hover(link);
     if ((what == Point::press || what == Point::middle_press) && link != no_link && on_link) {
         current = link;
         const std::string target = page.links[static_cast<size_t>(link)].target;
         on_link(target, what == Point::middle_press || (state & ShiftMask) != 0);
+    } else if (what == Point::press) {
+        const Spot place = place_at(page, look, x, y + top());
+        marking = true;
+        mark((state & ShiftMask) != 0 ? from : place, place);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "../../platform/help/layout.h"
 #include "../../platform/help/manpage.h"
 #include "../../platform/help/search.h"
+#include "../../platform/help/textmarks.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -154,6 +155,39 @@ TEST(HelpLayout, BreaksLinesAtBlanksOnly) {
         EXPECT_GE(piece.x, 10);
         EXPECT_LE(piece.x + piece.width, 110);
     }
+}
+
+// What is marked reads as a paragraph does, however its lines were broken.
+TEST(HelpLayout, TextIsTakenAwayAsItReads) {
+    const Topic topic = topic_of({
+        {Kind::paragraph,
+         0,
+         {{Style::plain, "", "one two "},
+          {Style::strong, "", "three"},
+          {Style::plain, "", ", f\xC3\xBCr"}}},
+        {Kind::bullet, 0, {{Style::plain, "", "item"}}},
+        {Kind::fixed, 0, {{Style::plain, "", "a  b"}}},
+        {Kind::fixed, 0, {{Style::plain, "", "c"}}},
+    });
+    const Page page = lay_out(topic, 120, Made_Up());
+    EXPECT_EQ(text_between(page, {}, end_of(page)),
+              "Title\n\none two three, f\xC3\xBCr\n\nitem\n\na  b\nc");
+    const auto piece = std::find_if(page.pieces.begin(), page.pieces.end(),
+                                    [](const Piece &one) { return one.text.starts_with("one"); });
+    const Spot from = place_at(page, Made_Up(), piece->x + 4 * 8 + 2, piece->top + 1);
+    EXPECT_EQ(text_between(page, from, end_of(page)).substr(0, 9), "two three");
+    const struct {
+        int x, y;
+        Spot place;
+    } rows[] = {
+        {0, 0, {}},
+        {0, -50, {}},
+        {5000, page.height + 50, end_of(page)},
+        {5000, piece->top, {static_cast<size_t>(piece - page.pieces.begin()), piece->text.size()}}};
+    for (const auto &row : rows) {
+        EXPECT_EQ(place_at(page, Made_Up(), row.x, row.y), row.place) << row.x << ' ' << row.y;
+    }
+    EXPECT_EQ(text_between(Page{}, {}, end_of(Page{})), "");
 }
 
 TEST(HelpLayout, BreaksAWideWordBetweenCharacters) {

@@ -87,13 +87,17 @@ protected:
         return only_window();
     }
 
-    // Where the first piece of a link to `target` is, in the view's window.
-    static void click_link(const SHOWN &shown, const std::string &target, unsigned button = 1) {
-        Dimension width = 0, height = 0;
-        XtVaGetValues(shown.area, XmNwidth, &width, XmNheight, &height, nullptr);
+    static help::Page page_of(const SHOWN &shown) {
+        Dimension width = 0;
+        XtVaGetValues(shown.area, XmNwidth, &width, nullptr);
         help::Resources *own = help::resources_of(shown.dialog);
         const help::Look look(shown.dialog, own->text_font, own->fixed_font, own->pixels);
-        const help::Page page = lay_out(shown.view()->topic(), width, look);
+        return lay_out(shown.view()->topic(), width, look);
+    }
+
+    // Where the first piece of a link to `target` is, in the view's window.
+    static void click_link(const SHOWN &shown, const std::string &target, unsigned button = 1) {
+        const help::Page page = page_of(shown);
         for (const help::Piece &piece : page.pieces) {
             if (piece.link != help::no_link &&
                 page.links[static_cast<size_t>(piece.link)].target == target) {
@@ -146,6 +150,49 @@ TEST_F(Help, ALinkOpensAWindowOfItsOwnWhenAsked) {
     click_link(shown, "tasks", 2);
     EXPECT_TRUE(gui::wait_for([] { return help_shells().size() == 2; }));
     EXPECT_EQ(shown.topic(), "home");
+}
+
+// What somebody else gets when he asks for the selection.
+std::string pasted(Widget asks, const char *selection) {
+    static std::string got;
+    static bool came;
+    came = false;
+    XtGetSelectionValue(
+        asks, XInternAtom(gvga_display, selection, False),
+        XInternAtom(gvga_display, "UTF8_STRING", False),
+        [](Widget, XtPointer, Atom *, Atom *, XtPointer value, unsigned long *length, int *) {
+            got.assign(value != nullptr ? static_cast<char *>(value) : "",
+                       value != nullptr ? *length : 0);
+            XtFree(static_cast<char *>(value));
+            came = true;
+        },
+        nullptr, XtLastTimestampProcessed(gvga_display));
+    EXPECT_TRUE(gui::wait_for([] { return came; }));
+    return got;
+}
+
+TEST_F(Help, TextIsMarkedAndCopied) {
+    const SHOWN shown = open("nodew");
+    const std::string title = shown.view()->topic().title;
+    shown.view()->focus();
+    gui::settle();
+    const help::Page page = page_of(shown);
+    const help::Piece &first = page.pieces.front();
+    gui::move_to(shown.area, first.x + 1, first.top + first.height / 2);
+    gui::press();
+    gui::move_to(shown.area, first.x + first.width / 2, first.top + first.height / 2);
+    gui::move_to(shown.area, first.x + first.width + 20, first.top + first.height / 2);
+    gui::release();
+    gui::settle();
+    EXPECT_EQ(pasted(shown.window, "PRIMARY"), title);
+    gui::key("c", {"Control_L"});
+    EXPECT_EQ(pasted(shown.window, "CLIPBOARD"), title);
+    gui::key("a", {"Control_L"});
+    gui::key("c", {"Control_L"});
+    const std::string all = pasted(shown.window, "CLIPBOARD");
+    EXPECT_EQ(all, pasted(shown.window, "PRIMARY"));
+    EXPECT_EQ(all.substr(0, title.size() + 1), title + "\n");
+    EXPECT_GT(all.size(), 500U);
 }
 
 TEST_F(Help, KeysAndWheelScroll) {
