@@ -357,7 +357,7 @@ NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb) {
     if (reason) {
         VGA_DIALOG *over = parent != nullptr ? parent : gvga_main_dialog;
         if (over != nullptr && over->modal_dlg.next_details == nullptr) {
-            vga_box_details(over, vga_verb_details(vcb, "").c_str());
+            vga_box_details(over, vga_verb_details(*vcb, "", "").c_str());
         }
         vga_display_error_dialog(parent, VGA_MSG_VERB_FAILED, help_key, nullptr, 0, "s",
                                  reason.get());

@@ -243,7 +243,10 @@ NB_VOID fail(VGA_FORM *form, const NAP_VCB &vcb) {
         const VGA_OWNED<NB_CHAR> reason(
             vga_get_verb_error_message(vcb.opcode, vcb.primary_rc, vcb.secondary_rc, &help_key));
         tell_failure(form, reason ? reason.get() : "");
-        vga_box_details(&form->common, vga_verb_details(&vcb, vga_form_answerer_of(form)).c_str());
+        vga_box_details(&form->common,
+                        vga_verb_details(vcb, subject_in_words(form, vga_form_wanted(form)),
+                                         vga_form_answerer_of(form))
+                            .c_str());
         end_in_failure(form);
     }
     vga_display_verb_error(&form->common, &vcb);
