@@ -120,8 +120,9 @@ TEST_F(Deleting, WhatIsNotAlikeIsAskedAboutSeparately) {
         press(box(question, second), row.to_second);
         EXPECT_TRUE(shows(window, row.end));
         EXPECT_NE(screen().window_with(window, "NETA.NORTH"), 0u);
-        EXPECT_EQ(screen().window_with(window, "NETA.TELLER1 End node") == 0, !row.end.empty())
-            << "but for what its mode in use says";
+        EXPECT_TRUE(wait_for([&] {
+            return (screen().window_with(window, "NETA.TELLER1 End node") == 0) == !row.end.empty();
+        })) << "but for what its mode in use says";
     }
 }
 
