@@ -142,7 +142,7 @@ VGA_LISTW_COUNTS vga_listw_counts_of(const VGA_VIEWER_ROOT *root) {
 
 std::string vga_listw_count_text(const VGA_LISTW_COUNTS &counts, NB_USHORT step) {
     std::vector<std::string> parts = counts.kinds;
-    const size_t kinds_left = parts.size() > step ? parts.size() - step : size_t{parts.size() > 0};
+    const size_t kinds_left = parts.size() > step ? parts.size() - step : size_t{!parts.empty()};
     const size_t more = step + kinds_left - counts.kinds.size();
     parts.resize(kinds_left);
     parts.push_back(more < 1 && kinds_left > 0 ? counts.active[kinds_left - 1] : "");
