@@ -410,6 +410,11 @@ TEST_F(TwoPrograms, AgreeWheneverTheyWereStarted) {
             /* It is still there for a moment, while its program ends. */
             EXPECT_TRUE(wait_for([&] { return screen().find(message(210)) != box; }));
         }
+        for (const Process *each : programs) {
+            const std::string said = each->err();
+            EXPECT_TRUE(said.empty() || said.find("cannot be reached") != std::string::npos)
+                << said;
+        }
         front.send(SIGTERM);
         expect_end(front, 0);
     }
