@@ -35,6 +35,7 @@ NB_VOID show_error(NB_USHORT message, const NB_CHAR *types, Arguments... argumen
 }
 
 NB_VOID report_internal(NB_LONG, NB_ULONG, const NB_CHAR *file, NB_INT line) {
+    vga_box_details(gvga_main_dialog, vga_place_details(file, line).c_str());
     show_error(VGA_MSG_FATAL_INTERNAL, "s i", file, line);
 }
 
@@ -42,6 +43,7 @@ NB_VOID report_verb(NB_LONG, NB_ULONG subcode, const NB_CHAR *file, NB_INT line)
     if (subcode == open_file_failed) {
         show_error(VGA_MSG_FATAL_OPEN_FILE, "");
     } else {
+        vga_box_details(gvga_main_dialog, vga_place_details(file, line).c_str());
         show_error(VGA_MSG_FATAL_VERB, "x s i", subcode, file, line);
     }
 }
@@ -57,10 +59,15 @@ NB_VOID report_shutting_down(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
 }
 
 NB_VOID report_unavailable(NB_LONG, NB_ULONG, const NB_CHAR *, NB_INT) {
+    vga_box_details(gvga_main_dialog, vga_unreachable_details(nof_last_failure()).c_str());
     show_error(VGA_MSG_UNAVAILABLE, "s", "sna");
 }
 
 NB_VOID report_unexpected(NB_LONG code, NB_ULONG subcode, const NB_CHAR *file, NB_INT line) {
+    NB_CHAR reason[200];
+    vga_print_msg(reason, sizeof(reason), VGA_MSG_DETAILS_REASON, "x x", code, subcode);
+    const std::string details = std::string(reason) + "\n" + vga_place_details(file, line);
+    vga_box_details(gvga_main_dialog, details.c_str());
     show_error(VGA_MSG_FATAL_UNEXPECTED, "x x s i", code, subcode, file, line);
 }
 

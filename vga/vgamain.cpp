@@ -2,6 +2,7 @@
 #include "busycursor.h"
 #include "childprocess.h"
 #include "deletion.h"
+#include "details.h"
 #include "form.h"
 #include "globals.h"
 #include "hooks.h"
@@ -28,6 +29,7 @@
 #include "vgasysw.h"
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -71,6 +73,12 @@ NB_VOID tell_of_refusal(VGA_DIALOG *window, const VGA_NODE &first) {
     const VGA_OWNED<NB_CHAR> reason(vga_get_verb_error_message(
         NAP_CONNECT_NODE, first.refusal.primary_rc, first.refusal.secondary_rc, &help_key));
     if (reason) {
+        NAP_VCB header = {};
+        header.opcode = NAP_CONNECT_NODE;
+        header.primary_rc = first.refusal.primary_rc;
+        header.secondary_rc = first.refusal.secondary_rc;
+        const std::string name(first.name, strnlen(first.name, sizeof(first.name)));
+        vga_box_details(window, vga_verb_details(header, "", name).c_str());
         vga_display_error_dialog(window, VGA_MSG_NODE_REFUSES, help_key, refusal_read, 0, "cs s",
                                  static_cast<NB_INT>(sizeof(first.name)), first.name, reason.get());
     }

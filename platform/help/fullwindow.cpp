@@ -123,10 +123,10 @@ void FullWindow::make_navigation() {
         },
         this);
     for (size_t ii = 0; ii < pane_count; ii++) {
-        tabs[ii] = XtVaCreateManagedWidget(
-            panes[ii].tab, xmToggleButtonWidgetClass, tab_row, XmNindicatorOn, XmINDICATOR_NONE,
-            XmNshadowThickness, 1, XmNmarginWidth, look.em() / 2, XmNmarginHeight, look.em() / 5,
-            XmNfillOnSelect, True, XmNselectColor, look.colour(Colour::selection).pixel, nullptr);
+        tabs[ii] = XtVaCreateManagedWidget(panes[ii].tab, xmToggleButtonWidgetClass, tab_row,
+                                           XmNindicatorOn, XmINDICATOR_NONE, XmNshadowThickness, 1,
+                                           XmNmarginWidth, look.em() / 2, XmNmarginHeight,
+                                           look.em() / 5, XmNfillOnSelect, False, nullptr);
         set_label(tabs[ii], label(panes[ii].text));
         XtAddCallback(tabs[ii], XmNvalueChangedCallback, on_tab, this);
         lists[ii] = std::make_unique<OutlineView>(navigation, panes[ii].list, look);

@@ -114,8 +114,10 @@ protected:
 
 /* In the process of the program. */
 
-std::string flat_text(Widget box) {
-    std::string flat = gui::label_text(box, XmNmessageString);
+/* What the box says, and its details. */
+std::string flat_text(const VGA_MODAL_DLG &box) {
+    std::string flat = gui::label_text(box.dialog, XmNmessageString);
+    flat += std::string(" details: ") + (box.details != nullptr ? box.details : "");
     std::replace(flat.begin(), flat.end(), '\n', ' ');
     return flat;
 }
@@ -125,7 +127,7 @@ NB_VOID read_boxes(XtPointer, XtIntervalId *) {
     constexpr unsigned long pause = 20; // milliseconds
     const VGA_MODAL_DLG &box = gvga_main_dialog->modal_dlg;
     if (box.showing != 0 && XtIsManaged(box.dialog)) {
-        fprintf(stderr, "box: %s\n", flat_text(box.dialog).c_str());
+        fprintf(stderr, "box: %s\n", flat_text(box).c_str());
         XmPushButtonCallbackStruct pressed = {XmCR_ACTIVATE, nullptr, 1};
         XtCallCallbacks(XtNameToWidget(box.dialog, "OK"), XmNactivateCallback, &pressed);
     }
@@ -201,13 +203,13 @@ NB_VOID delete_the_node(XtPointer, XtIntervalId *) {
 
 TEST_F(Ends, AnInternalErrorIsReportedWithItsPlace) {
     EXPECT_EXIT(end_with(VGA_EXIT_INTERNAL, 0), testing::ExitedWithCode(0),
-                "box: .*lack of memory.*somewhere.*4711");
+                "box: .*lack of memory.* details: .*somewhere.*4711");
     EXPECT_TRUE(logged("0x40020001 ")) << log();
 }
 
 TEST_F(Ends, ACodeThatIsNotKnownIsReportedWithAllItsValues) {
     EXPECT_EXIT(end_with(77, 0xABCD), testing::ExitedWithCode(0),
-                "box: .*unexpected.*004D.*ABCD.*somewhere.*4711");
+                "box: .*unexpected.* details: .*004D.*ABCD.*somewhere.*4711");
     EXPECT_TRUE(logged("0x40020000 ")) << log();
 }
 

@@ -13,6 +13,7 @@ namespace {
 constexpr NB_USHORT longest = 1000; /* bytes of the resource */
 
 std::map<const VGA_DIALOG *, VGA_MARK> marks;
+std::map<const VGA_DIALOG *, std::string> nodes; /* names, of all windows that have one */
 
 /* What labels look like without a mark: background and foreground. */
 std::map<Widget, std::pair<Pixel, Pixel>> plain;
@@ -56,6 +57,7 @@ bool find_pixel(const std::string &colour, Pixel *pixel) {
 
 NB_VOID vga_set_mark(const VGA_DIALOG *window, const NB_CHAR *node_name) {
     marks.erase(window);
+    nodes[window] = node_name;
     const std::string colour = *node_name != '\0' ? colour_of(node_name) : std::string();
     VGA_MARK mark = {node_name, 0, 0};
     if (colour.empty() || !find_pixel(colour, &mark.background)) {
@@ -65,6 +67,16 @@ NB_VOID vga_set_mark(const VGA_DIALOG *window, const NB_CHAR *node_name) {
     XtVaGetValues(window->widget, XmNcolormap, &colours, nullptr);
     XmGetColors(gvga_screen, colours, mark.background, &mark.foreground, nullptr, nullptr, nullptr);
     marks.emplace(window, mark);
+}
+
+std::string vga_marked_node(const VGA_DIALOG *dialog) {
+    for (; dialog != nullptr; dialog = dialog->parent) {
+        const auto found = nodes.find(dialog);
+        if (found != nodes.end()) {
+            return found->second;
+        }
+    }
+    return {};
 }
 
 const VGA_MARK *vga_mark_of(const VGA_DIALOG *dialog) {

@@ -23,6 +23,9 @@ struct VGA_MARK {
  * none.  A colour that there is not is warned of and counts as none. */
 NB_VOID vga_set_mark(const VGA_DIALOG *window, const NB_CHAR *node_name);
 
+/* The name of the node that a dialog shows, or what it was opened over; empty: none, or several. */
+std::string vga_marked_node(const VGA_DIALOG *dialog);
+
 /* The mark of a dialog, or of what it was opened over; null: it has none. */
 const VGA_MARK *vga_mark_of(const VGA_DIALOG *dialog);
 

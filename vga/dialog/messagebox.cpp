@@ -6,6 +6,7 @@
 #include "firewall.h"
 #include "globals.h"
 #include "holders.h"
+#include "marks.h"
 #include "messages.h"
 #include "toolkit.h"
 #include "verberror.h"
@@ -357,7 +358,9 @@ NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb) {
     if (reason) {
         VGA_DIALOG *over = parent != nullptr ? parent : gvga_main_dialog;
         if (over != nullptr && over->modal_dlg.next_details == nullptr) {
-            vga_box_details(over, vga_verb_details(*vcb, "", "").c_str());
+            vga_box_details(
+                over,
+                vga_verb_details(*vcb, vga_verb_resource(vcb), vga_marked_node(over)).c_str());
         }
         vga_display_error_dialog(parent, VGA_MSG_VERB_FAILED, help_key, nullptr, 0, "s",
                                  reason.get());

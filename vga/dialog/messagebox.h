@@ -112,7 +112,8 @@ NB_VOID vga_close_confirm_dialog(VGA_DIALOG *desc);
 NB_VOID vga_discard_modal_dialogs(VGA_DIALOG *desc);
 
 /* Shows over `parent` why a verb failed: message 167 with the reason, and its codes as the details
- * where the caller has given none that say more. */
+ * where the caller has given none that say more.
+ * REQUIRES: the block has the length that the verb table states. */
 NB_VOID vga_display_verb_error(VGA_DIALOG *parent, const NAP_VCB *vcb);
 
 /* The buttons of the box. */

@@ -1,5 +1,6 @@
 #include "startstopbatch.h"
 #include "completions.h"
+#include "details.h"
 #include "globals.h"
 #include "messages.h"
 #include "startwatch.h"
@@ -48,15 +49,17 @@ NB_VOID settle(ITEM &item, NB_ULONG VGA_OPERATION_ACCOUNT::*count) {
     item.batch->account.*count += 1;
 }
 
-NB_VOID fail(ITEM &item, std::string reason, const NB_CHAR *help_key) {
-    item.batch->account.failures.push_back({item.words, std::move(reason), help_key});
+NB_VOID fail(ITEM &item, std::string reason, const NB_CHAR *help_key, std::string details = {}) {
+    item.batch->account.failures.push_back(
+        {item.words, std::move(reason), help_key, std::move(details)});
 }
 
 NB_VOID fail(ITEM &item, const NAP_VCB &vcb) {
     const NB_CHAR *help_key;
     const VGA_OWNED<NB_CHAR> reason(
         vga_get_verb_error_message(vcb.opcode, vcb.primary_rc, vcb.secondary_rc, &help_key));
-    fail(item, reason ? reason.get() : "", help_key);
+    fail(item, reason ? reason.get() : "", help_key,
+         vga_verb_details(vcb, vga_verb_resource(&vcb), item.batch->account.node));
 }
 
 NB_VOID fail_without(ITEM &item, const VGA_RESOURCE &needed) {

@@ -20,6 +20,7 @@ struct VGA_OPERATION_FAILURE {
     std::string resource; /* kind and name */
     std::string reason;
     const NB_CHAR *help_key; /* a literal */
+    std::string details;     /* facts about the verb; empty: none was issued */
 };
 
 struct VGA_OPERATION_ACCOUNT {

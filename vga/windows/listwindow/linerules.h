@@ -14,8 +14,7 @@ struct VGA_LINE_RULE {
     /* The same where it depends on the record, of which there may be none (null). */
     NB_USHORT (*properties_of)(const NB_VOID *record) = nullptr;
     NB_USHORT status = VGA_NO_DIALOG;
-    const NB_CHAR *topic =
-        nullptr; /* help on such a line; null: that on its properties, or status */
+    const NB_CHAR *topic = nullptr; /* of the help; null: that of its properties, or status */
     NB_UCHAR can_copy = 1, can_delete = 1; /* flags */
     /* 0: no operator defined the record, so that it can be neither deleted nor copied.  Null: they
      * all are. */

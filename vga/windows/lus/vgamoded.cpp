@@ -1,11 +1,14 @@
 #include "vgamoded.h"
 #include "completions.h"
 #include "defineblock.h"
+#include "details.h"
 #include "dialogids.h"
 #include "entry.h"
 #include "fieldtext.h"
 #include "forms.h"
 #include "globals.h"
+#include "marks.h"
+#include "messagebox.h"
 #include "messages.h"
 #include "moderules.h"
 #include "nofverbs.h"
@@ -320,6 +323,8 @@ VGA_FORM_STEP tell_of_refusal(VGA_FORM *form, NB_USHORT message, const NAP_VCB &
     VGA_OWNED<NB_CHAR> reason(vga_get_verb_error_message(refused.opcode, refused.primary_rc,
                                                          refused.secondary_rc, &help_key));
     const std::string name = vga_form_text_of(form, VGA_MODED_MODE_NAME, vga_form_shown(form));
+    const std::string details = vga_verb_details(refused, name, vga_marked_node(&form->common));
+    vga_box_details(&form->common, details.c_str());
     vga_display_error_dialog(&form->common, message, "moded", nullptr, 0, "s s", name.c_str(),
                              reason ? reason.get() : "");
     return VGA_FORM_TOLD;

@@ -96,6 +96,9 @@ NB_VOID show_failures(VGA_DIALOG *window, const VGA_OPERATION_ACCOUNT &account) 
     const auto &failures = account.failures;
     window = window != nullptr ? window : gvga_main_dialog;
     if (failures.size() == 1) {
+        if (!failures.front().details.empty()) {
+            vga_box_details(window, failures.front().details.c_str());
+        }
         vga_display_error_dialog(window, VGA_MSG_OPER_FAILED, failures.front().help_key, nullptr, 0,
                                  "s s", failures.front().resource.c_str(),
                                  failures.front().reason.c_str());
