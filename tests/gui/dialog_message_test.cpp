@@ -3,6 +3,7 @@
 #include "dialog_support.h"
 
 #include "boxplace.h"
+#include "letters.h"
 #include "wraptext.h"
 
 using namespace dialogs;
@@ -76,15 +77,17 @@ TEST_F(Dialogs, DetailsAreShownAndCopied) {
     error(main_dialog, "first");
     EXPECT_FALSE(XtIsManaged(box_button(main_dialog, "messageDetailsButton")));
     vga_box_details(nullptr, "Request 1234, code 5");
-    error(main_dialog, "second");
+    const std::string words = "the words of a message that is long enough to be broken into lines";
+    error(main_dialog, words.c_str());
     error(main_dialog, "third");
     answer(main_dialog);
     Widget details = box_button(main_dialog, "messageDetailsButton");
     EXPECT_TRUE(XtIsManaged(details));
-    EXPECT_EQ(shown(main_dialog), "second");
-    for (const char *text : {"secondRequest 1234, code 5", "second"}) {
+    const std::string before = vga_label_text(main_dialog->modal_dlg.dialog, XmNmessageString);
+    EXPECT_NE(before.find('\n'), std::string::npos);
+    for (const std::string &text : {before + "\n\nRequest 1234, code 5", before}) {
         XtCallActionProc(details, "ArmAndActivate", nullptr, nullptr, 0);
-        EXPECT_EQ(shown(main_dialog), text);
+        EXPECT_EQ(vga_label_text(main_dialog->modal_dlg.dialog, XmNmessageString), text);
     }
     gui::settle();
     XtCallActionProc(box_button(main_dialog, "messageCopyButton"), "ArmAndActivate", nullptr,

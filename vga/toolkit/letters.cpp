@@ -24,10 +24,18 @@ size_t vga_choose_letter(const std::string &text, VGA_LETTERS &taken) {
 std::string vga_label_text(Widget widget, const NB_CHAR *resource) {
     XmString label = nullptr;
     XtVaGetValues(widget, resource, &label, nullptr);
+    const XmString line_end = XmStringSeparatorCreate(); /* lost without a pattern of its own */
+    NB_CHAR pattern[] = "\n";
+    Arg args[2];
+    XtSetArg(args[0], XmNpattern, pattern);
+    XtSetArg(args[1], XmNsubstitute, line_end);
+    XmParseMapping mapping = XmParseMappingCreate(args, XtNumber(args));
     const VGA_TEXT text(label == nullptr ? nullptr
                                          : static_cast<NB_CHAR *>(XmStringUnparse(
                                                label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT,
-                                               nullptr, 0, XmOUTPUT_ALL)));
+                                               &mapping, 1, XmOUTPUT_ALL)));
+    XmParseMappingFree(mapping);
+    XmStringFree(line_end);
     XmStringFree(label); /* a copy, that of a tab, too */
     return text.get();
 }
