@@ -292,7 +292,7 @@ protected:
     }
     void TearDown() override {
         Help::TearDown();
-        vga_close_modal_dialog(&desc);
+        vga_discard_modal_dialogs(&desc);
         gvga_uid_desc[VGA_UID_NODE_WINDOW].first_desc = nullptr;
         gvga_uid_desc[VGA_UID_NODE_WINDOW].last_desc = nullptr;
         XtDestroyWidget(desc.shell);

@@ -373,10 +373,7 @@ NB_VOID vga_deletion_verb_purged(NB_USHORT opcode, NB_ULONG user_data) {
     for (RUN &run : runs) {
         for (const SLOT &slot : run.slots) {
             if (slot.busy != 0 && slot.handle == user_data) {
-                NAP_VCB vcb = {};
-                vcb.opcode = opcode;
-                vcb.primary_rc = NAP_COMM_FAILURE;
-                vcb.secondary_rc = NAP_NODE_GONE;
+                NAP_VCB vcb = vga_purged_answer(opcode);
                 const VGA_PROCESS_STATE work = {0, &vcb, user_data};
                 completed(&work);
                 return;

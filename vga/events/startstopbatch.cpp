@@ -59,7 +59,7 @@ NB_VOID fail(ITEM &item, const NAP_VCB &vcb) {
     const VGA_OWNED<NB_CHAR> reason(
         vga_get_verb_error_message(vcb.opcode, vcb.primary_rc, vcb.secondary_rc, &help_key));
     fail(item, reason ? reason.get() : "", help_key,
-         vga_verb_details(vcb, vga_verb_resource(&vcb), item.batch->account.node));
+         vga_verb_details(vcb, item.words, item.batch->account.node));
 }
 
 NB_VOID fail_without(ITEM &item, const VGA_RESOURCE &needed) {
@@ -372,10 +372,7 @@ NB_VOID vga_cancel_operations(NB_ULONG number) {
 NB_VOID vga_operation_purged(NB_USHORT opcode, NB_ULONG user_data) {
     ITEM *item = user_data != 0 ? waiting_item(user_data) : nullptr;
     if (item != nullptr) {
-        NAP_VCB vcb = {};
-        vcb.opcode = opcode;
-        vcb.primary_rc = NAP_COMM_FAILURE;
-        vcb.secondary_rc = NAP_NODE_GONE;
+        const NAP_VCB vcb = vga_purged_answer(opcode);
         take_answer(*item, vcb);
     }
 }

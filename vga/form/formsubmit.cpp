@@ -436,10 +436,7 @@ NB_VOID vga_form_verb_done(const VGA_PROCESS_STATE *work) {
 /* Others purge verbs, too: their user data is the handle of something else. */
 NB_VOID vga_form_verb_purged(NB_USHORT opcode, NB_ULONG user_data) {
     if (VGA_FORM *form = waiting_form(user_data)) {
-        NAP_VCB vcb = {};
-        vcb.opcode = opcode;
-        vcb.primary_rc = NAP_COMM_FAILURE;
-        vcb.secondary_rc = NAP_NODE_GONE;
+        const NAP_VCB vcb = vga_purged_answer(opcode);
         fail(form, vcb);
     }
 }

@@ -63,3 +63,11 @@ NB_CHAR *vga_get_verb_error_message(NB_USHORT opcode, NB_USHORT primary_rc, NB_U
                   static_cast<NB_ULONG>(opcode), static_cast<NB_ULONG>(primary_rc), secondary_rc);
     return text;
 }
+
+NAP_VCB vga_purged_answer(NB_USHORT opcode) {
+    NAP_VCB vcb = {};
+    vcb.opcode = opcode;
+    vcb.primary_rc = NAP_COMM_FAILURE;
+    vcb.secondary_rc = NAP_NODE_GONE;
+    return vcb;
+}

@@ -4,6 +4,7 @@
 #include "graphics.h"
 #include "headings.h"
 #include "hints.h"
+#include "longwork.h"
 #include "messageline.h"
 #include "panes.h"
 #include "popupmenu.h"
@@ -156,6 +157,7 @@ NB_VOID vga_listw_close_proc(VGA_DIALOG *dialog) {
     vga_listw_forget_lines(window);
     vga_listw_end_filters(window);
     vga_listw_hide_lists(window);
+    vga_listw_leave_work(window);
     vga_listw_forget_line(window);
     set_window_of_lists(window, nullptr);
 }

@@ -120,10 +120,12 @@ NB_USHORT vga_listw_cancel_work(VGA_LIST_WINDOW *window) {
     return 1;
 }
 
-NB_VOID vga_listw_forget_work(const VGA_LIST_WINDOW *window) {
-    const auto at = windows.find(const_cast<VGA_LIST_WINDOW *>(window));
-    if (at != windows.end()) {
-        windows.erase(at);
+NB_VOID vga_listw_leave_work(const VGA_LIST_WINDOW *window) {
+    if (windows.erase(const_cast<VGA_LIST_WINDOW *>(window)) != 0) {
         XtUnmanageChild(cancel_button(window));
     }
+}
+
+NB_VOID vga_listw_forget_work(const VGA_LIST_WINDOW *window) {
+    windows.erase(const_cast<VGA_LIST_WINDOW *>(window));
 }

@@ -27,6 +27,9 @@ std::string vga_listw_work_in_words(const VGA_LIST_WINDOW *window);
 NB_USHORT vga_listw_cancel_work(VGA_LIST_WINDOW *window);
 
 /* The window closes. */
+NB_VOID vga_listw_leave_work(const VGA_LIST_WINDOW *window);
+
+/* Its widgets go, at a time when its memory may be gone. */
 NB_VOID vga_listw_forget_work(const VGA_LIST_WINDOW *window);
 
 #endif

@@ -29,7 +29,7 @@ NB_VOID vga_listw_selection_seen(VGA_LIST_WINDOW *window);
 /* The hook of that name: lines and histories that it concerns follow. */
 NB_VOID vga_listw_outcome(const VGA_OUTCOME &outcome);
 
-/* The window closes. */
+/* The window closes, or its widgets go, at a time when its memory may be gone. */
 NB_VOID vga_listw_forget_line(const VGA_LIST_WINDOW *window);
 
 /* "4,000 LUs selected", "ETH0 (port) selected"; empty without a selection. */
