@@ -21,23 +21,33 @@ size_t vga_choose_letter(const std::string &text, VGA_LETTERS &taken) {
     return std::string::npos;
 }
 
+/* Part by part: the toolkit's way to take a text out whole loses line ends. */
+static std::string text_of(XmString string) {
+    std::string text;
+    XmStringContext parts;
+    if (string == nullptr || XmStringInitContext(&parts, string) == False) {
+        return text;
+    }
+    unsigned int length = 0;
+    XtPointer value = nullptr;
+    XmStringComponentType type;
+    while ((type = XmStringGetNextTriple(parts, &length, &value)) != XmSTRING_COMPONENT_END) {
+        if (type == XmSTRING_COMPONENT_TEXT || type == XmSTRING_COMPONENT_LOCALE_TEXT) {
+            text.append(static_cast<const NB_CHAR *>(value), length);
+        } else if (type == XmSTRING_COMPONENT_SEPARATOR) {
+            text += '\n';
+        }
+        XtFree(static_cast<NB_CHAR *>(value));
+    }
+    XmStringFreeContext(parts);
+    return text;
+}
+
 std::string vga_label_text(Widget widget, const NB_CHAR *resource) {
     XmString label = nullptr;
     XtVaGetValues(widget, resource, &label, nullptr);
-    const XmString line_end = XmStringSeparatorCreate(); /* lost without a pattern of its own */
-    NB_CHAR pattern[] = "\n";
-    Arg args[2];
-    XtSetArg(args[0], XmNpattern, pattern);
-    XtSetArg(args[1], XmNsubstitute, line_end);
-    XmParseMapping mapping = XmParseMappingCreate(args, XtNumber(args));
-    const VGA_TEXT text(label == nullptr ? nullptr
-                                         : static_cast<NB_CHAR *>(XmStringUnparse(
-                                               label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT,
-                                               &mapping, 1, XmOUTPUT_ALL)));
-    XmParseMappingFree(mapping);
-    XmStringFree(line_end);
-    XmStringFree(label); /* a copy, that of a tab, too */
-    return text.get();
+    const VGA_STRING owned(label); /* a copy, that of a tab, too */
+    return text_of(label);
 }
 
 NB_CHAR vga_letter_of(Widget label) {
