@@ -47,17 +47,6 @@ protected:
         const size_t clock = copy.size() > 3 && copy[2] == ':' ? strlen("12:04:31 ") : 0;
         return copy.substr(clock);
     }
-    NB_VOID follow() {
-        for (int round = 0; round < 20; round++) {
-            run(1);
-            domain->pass(500);
-            domain->take_indications([this](const std::string &, NAP_RESOURCE_INDICATION one) {
-                VGA_PROCESS_STATE work = {node->target, reinterpret_cast<NAP_VCB *>(&one),
-                                          node->handle};
-                vga_dispatch_indication(&work);
-            });
-        }
-    }
     static NAP_NAME_VERB verb() {
         NAP_NAME_VERB block;
         memcpy(&block, scripted_nof.in_flight.front().vcb, sizeof(block));
@@ -100,7 +89,7 @@ TEST_F(Operating, NameWhatElseStops) {
     EXPECT_EQ(verb().opcode, NAP_STOP_PORT);
     EXPECT_EQ(verb().stop_type, NAP_IMMEDIATE_STOP);
     EXPECT_EQ(line(), "Stopping port LINE0...");
-    follow();
+    follow(node);
     const auto told =
         std::find_if(vga_outcomes().begin(), vga_outcomes().end(), [](const VGA_OUTCOME &one) {
             return one.text == "Stop under way: port LINE0.";

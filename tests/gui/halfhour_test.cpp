@@ -8,6 +8,9 @@
 #include "helpwindows.h"
 #include "linerules.h"
 #include "listwindow.h"
+#include "messageline.h"
+#include "outcomes.h"
+#include "startstopbatch.h"
 #include <Xm/RowColumn.h>
 #include <cstdio>
 #include <fstream>
@@ -51,7 +54,9 @@ protected:
         std::ofstream(file) << domain_of_branches();
         sample = file.c_str();
         LIVE_FORMS::SetUp();
-        auto *node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+        node = static_cast<VGA_NODE *>(AVL_FIRST(gvga_system->nodes));
+        gvga_hooks.record_awaited = vga_operations_follow;
+        gvga_hooks.outcome = vga_listw_outcome;
         ASSERT_EQ(vga_display_node_window(node, 1), 1);
         window = vga_listw_of(gvga_main_dialog);
         ASSERT_NE(window, nullptr);
@@ -76,9 +81,23 @@ protected:
     void choose(Widget option, const char *name) {
         Widget entry = XtNameToWidget(gvga_toplevel, name);
         ASSERT_NE(entry, nullptr);
-        XtVaSetValues(option, XmNmenuHistory, entry, nullptr);
-        push(entry);
-        actions += 2;
+        click(XmOptionButtonGadget(option));
+        EXPECT_TRUE(gui::wait_for([entry] {
+            XWindowAttributes menu;
+            return XGetWindowAttributes(gvga_display, XtWindow(XtParent(entry)), &menu) != 0 &&
+                   menu.map_state == IsViewable;
+        }));
+        usleep(1000U * XtGetMultiClickTime(gvga_display)); // no hand is there sooner
+        click(entry);
+    }
+    void click(Widget button) {
+        Position x = 0, y = 0;
+        XtTranslateCoords(button, 5, 5, &x, &y);
+        Position left = 0, top = 0;
+        XtTranslateCoords(XtParent(button), 0, 0, &left, &top);
+        gui::click(XtParent(button), x - left, y - top);
+        actions++;
+        gui::settle();
     }
 
     std::string selected() const {
@@ -116,6 +135,7 @@ protected:
     }
 
     std::string file;
+    VGA_NODE *node = nullptr;
     VGA_LIST_WINDOW *window = nullptr;
     int actions = 0;
 };
@@ -158,6 +178,30 @@ TEST_F(HalfHour, FailedLinksAreFoundReadCopiedAndStarted) {
         EXPECT_NE(text.find(name_of(link) + "\t"), std::string::npos) << text;
     }
     EXPECT_EQ(actions, 17);
+
+    // What the help says of such a link.
+    key("F1");
+    ASSERT_TRUE(gui::wait_for([] { return gui::shells_with("helpDialog").size() == 1; }));
+    gui::give_focus(gui::shells_with("helpDialog").at(0));
+    key("Escape");
+    gui::give_focus(window->common.shell);
+    EXPECT_TRUE(gui::wait_for([] { return gui::shells_with("helpDialog").empty(); }));
+
+    // Started again; the line says what came of it, with the partners still silent.
+    click(window->tools[VGA_NODEW_START].icon);
+    follow(node);
+    EXPECT_TRUE(gui::wait_for([this] {
+        return gui::field_text(window->message_bar).find("could not be started") !=
+               std::string::npos;
+    })) << gui::field_text(window->message_bar);
+    std::string told;
+    for (const VGA_OUTCOME &outcome : vga_outcomes()) {
+        told += outcome.text + "\n";
+    }
+    for (const int link : dark) {
+        EXPECT_NE(told.find(name_of(link) + " "), std::string::npos) << told;
+    }
+    EXPECT_EQ(actions, 20);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "hints.h"
 #include "looks.h"
 #include "nodestate.h"
+#include "vgaindct.h"
 #include "vganodew.h"
 #include "windowtable.h"
 
@@ -45,6 +46,19 @@ protected:
         XtDestroyWidget(gvga_toplevel);
         gvga_first_dialog = nullptr;
         gui::settle();
+    }
+
+    /* Half a minute of what the nodes say by themselves; `node` is the only one that does. */
+    NB_VOID follow(const VGA_NODE *node) {
+        for (int round = 0; round < 20; round++) {
+            run(1);
+            domain->pass(500);
+            domain->take_indications([node](const std::string &, NAP_RESOURCE_INDICATION one) {
+                VGA_PROCESS_STATE work = {node->target, reinterpret_cast<NAP_VCB *>(&one),
+                                          node->handle};
+                vga_dispatch_indication(&work);
+            });
+        }
     }
 
     /* The records of a form's type, and what they belong to. */
