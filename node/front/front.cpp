@@ -11,12 +11,10 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
-#include <grp.h>
 #include <sys/file.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <unordered_map>
@@ -25,11 +23,9 @@ namespace node {
 
 namespace {
 
-constexpr const char *ADMINISTRATORS = "sna";
 constexpr size_t MAX_CLIENTS = 256;
 constexpr size_t MAX_IN_FLIGHT = 256;                 /* verbs of one client */
 constexpr size_t MAX_WAITING_BYTES = 4 * 1024 * 1024; /* to one client, before it is held */
-constexpr int MAX_GROUPS = 256;
 
 std::string system_error(const std::string &what) {
     return what + ": " + strerror(errno);
@@ -90,14 +86,12 @@ Front::Front(const FrontOptions &options, const DomainText &text)
 Front::~Front() {
     clients_.clear();
     nodes_.clear();
-    for (const int fd : {socket_, signals_}) {
-        if (fd >= 0) {
-            loop_.unwatch(fd);
-            close(fd);
-        }
+    if (socket_.fd() >= 0) {
+        loop_.unwatch(socket_.fd());
     }
-    if (socket_ >= 0) {
-        unlink(options_.socket_path.c_str());
+    if (signals_ >= 0) {
+        loop_.unwatch(signals_);
+        close(signals_);
     }
     if (lock_ >= 0) {
         close(lock_);
@@ -153,37 +147,14 @@ bool Front::check_numbers(std::string &why) {
            store_.set_fact(FACT_GENERATED, options_.generate);
 }
 
-/* A socket file that nobody answers on is left over from a process that was killed. */
 bool Front::listen_on_socket(std::string &why) {
-    const std::string &path = options_.socket_path;
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (path.size() >= sizeof address.sun_path) {
-        why = path + ": the path of a socket has at most " +
-              std::to_string(sizeof address.sun_path - 1) + " characters; give a shorter one";
+    if (!socket_.listen(options_.socket_path, why)) {
         return false;
     }
-    memcpy(address.sun_path, path.data(), path.size());
-    const auto *name = reinterpret_cast<const sockaddr *>(&address);
-    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool answered = connect(probe, name, sizeof address) == 0;
-    close(probe);
-    if (answered) {
-        why = "another snanode answers on " + path + "; end that first, or give another socket";
+    if (!loop_.watch(socket_.fd(), [this](bool, bool) { accept_client(); })) {
+        why = system_error(options_.socket_path);
         return false;
     }
-    unlink(path.c_str());
-    const int made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    const mode_t mask = umask(0111);
-    const bool bound = bind(made, name, sizeof address) == 0;
-    umask(mask);
-    if (!bound || listen(made, SOMAXCONN) != 0 ||
-        !loop_.watch(made, [this](bool, bool) { accept_client(); })) {
-        why = system_error(path);
-        close(made);
-        return false;
-    }
-    socket_ = made;
     return true;
 }
 
@@ -195,6 +166,7 @@ bool Front::watch_signals(std::string &why) {
     }
     sigprocmask(SIG_BLOCK, &wanted, nullptr);
     signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN); /* a limit on files is told by the write, here and in the nodes */
     signals_ = signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
     if (signals_ < 0 || !loop_.watch(signals_, [this](bool, bool) { on_signal(); })) {
         why = system_error("signals");
@@ -263,36 +235,8 @@ void Front::shut_down() {
     loop_.stop(0);
 }
 
-bool Front::has_rights(int fd, pid_t &process) const {
-    ucred peer = {};
-    socklen_t length = sizeof peer;
-    process = 0;
-    if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) {
-        return false;
-    }
-    process = peer.pid;
-    if (peer.uid == 0 || peer.uid == geteuid()) {
-        return true;
-    }
-    const group *administrators = getgrnam(ADMINISTRATORS);
-    gid_t groups[MAX_GROUPS];
-    length = sizeof groups;
-    if (administrators == nullptr) {
-        return false;
-    }
-    if (peer.gid == administrators->gr_gid) {
-        return true;
-    }
-    if (getsockopt(fd, SOL_SOCKET, SO_PEERGROUPS, groups, &length) != 0) {
-        return false;
-    }
-    const gid_t *begin = groups;
-    const gid_t *end = begin + length / sizeof groups[0];
-    return std::find(begin, end, administrators->gr_gid) != end;
-}
-
 void Front::accept_client() {
-    const int fd = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    const int fd = accept4(socket_.fd(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
     if (fd < 0) {
         return;
     }
@@ -303,7 +247,9 @@ void Front::accept_client() {
     const uint64_t number = ++last_number_;
     auto client = std::make_unique<Client>();
     client->number = number;
-    client->may_change = has_rights(fd, client->process);
+    const PeerUser user = rights_.of(fd);
+    client->process = user.process;
+    client->may_change = user.may_change;
     client->peer = std::make_unique<Peer>(loop_, fd, [this, number] { client_ready(number); });
     client->targets[0] = Target{};
     send_hello(*client);

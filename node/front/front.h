@@ -16,6 +16,8 @@
 #include "domainconfig.h"
 #include "faults.h"
 #include "peer.h"
+#include "rights.h"
+#include "socketfile.h"
 
 #include <map>
 #include <memory>
@@ -112,7 +114,6 @@ private:
     bool write_domain_facts(std::string &why) const;
     void on_signal();
     void accept_client();
-    bool has_rights(int fd, pid_t &process) const;
     void send_hello(Client &client);
     void client_ready(uint64_t number);
     void carry_out(Client &client, const Frame &frame);
@@ -180,7 +181,8 @@ private:
     DomainText text_;
     std::unique_ptr<Domain> domain_;
     Faults faults_;
-    int socket_ = -1;
+    SocketFile socket_;
+    Rights rights_;
     int signals_ = -1;
     int lock_ = -1;
     bool ready_ = false;

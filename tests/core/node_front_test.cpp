@@ -3,10 +3,12 @@
 
 #include "command.h"
 #include "frames.h"
+#include "rights.h"
 
 #include <csignal>
 #include <fstream>
 #include <grp.h>
+#include <numeric>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -281,6 +283,12 @@ TEST(NodeFront, OneAtATimeAndNoStaleSocket) {
     node.start({"--state", node.folder.file("other")});
     EXPECT_NE(node.printed.find("another snanode answers on"), std::string::npos) << node.printed;
     EXPECT_EQ(WEXITSTATUS(node.stop(0)), 1);
+    node.write("letters", "mine");
+    node.start({"--state", node.folder.file("other"), "--socket", node.folder.file("letters")});
+    EXPECT_NE(node.printed.find("letters is there and is not a socket"), std::string::npos)
+        << node.printed;
+    EXPECT_EQ(WEXITSTATUS(node.stop(0)), 1);
+    EXPECT_EQ(std::filesystem::file_size(node.folder.file("letters")), 4U);
     node.pid = first;
     node.stop(SIGKILL);
     EXPECT_TRUE(std::filesystem::exists(node.socket()));
@@ -489,6 +497,32 @@ TEST(NodeFront, OthersMayOnlyLook) {
     }
     int status = -1;
     waitpid(looker, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(NodeFront, AMemberOfManyGroupsMayChange) {
+    const group *one_of_them = geteuid() == 0 ? getgrnam("daemon") : nullptr;
+    if (one_of_them == nullptr) {
+        GTEST_SKIP() << "needs root to be somebody else";
+    }
+    std::vector<gid_t> groups(300);
+    std::iota(groups.begin(), groups.end(), 70000);
+    groups.back() = one_of_them->gr_gid;
+    const pid_t member = fork();
+    if (member == 0) {
+        int ends[2];
+        const bool other = setgroups(groups.size(), groups.data()) == 0 && setgid(NOBODY) == 0 &&
+                           socketpair(AF_UNIX, SOCK_STREAM, 0, ends) == 0 && seteuid(NOBODY) == 0;
+        int as_nobody[2];
+        const bool made = other && socketpair(AF_UNIX, SOCK_STREAM, 0, as_nobody) == 0;
+        const bool back = made && seteuid(0) == 0; /* whom the node software runs as may, too */
+        const bool right = back && node::Rights("daemon").of(as_nobody[0]).may_change &&
+                           !node::Rights("no such group").of(as_nobody[0]).may_change &&
+                           node::Rights("no such group").of(ends[0]).may_change;
+        _exit(right ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(member, &status, 0);
     EXPECT_EQ(status, 0);
 }
 
