@@ -2,16 +2,22 @@
 
 #include "nbbase.h"
 #include "nbproblem.h"
+#include "storefiles.h"
 
+#include <chrono>
 #include <cstring>
 #include <sqlite3.h>
+#include <thread>
+#include <unistd.h>
 
 namespace node {
 
 namespace {
 
+/* Exclusive before anything is read: then the write-ahead log has its index in memory, and there is
+ * no file of shared memory that others could lock. */
 constexpr const char *SCHEMA =
-    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
+    "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
     "CREATE TABLE IF NOT EXISTS resource (section TEXT NOT NULL, key BLOB NOT NULL,"
     " record BLOB NOT NULL, behaviour BLOB, PRIMARY KEY (section, key)) WITHOUT ROWID;"
     "CREATE TABLE IF NOT EXISTS fact (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;";
@@ -64,23 +70,47 @@ bool Store::run(const char *sql) {
     return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK || failed(sql);
 }
 
-bool Store::open(const std::string &path, bool fresh, std::string &why) {
-    path_ = path;
-    const bool opened =
-        sqlite3_open_v2(path.c_str(), &db_,
-                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
-                        nullptr) == SQLITE_OK &&
-        sqlite3_busy_timeout(db_, 5000) == SQLITE_OK && run(SCHEMA) &&
-        (!fresh || run("BEGIN IMMEDIATE; DELETE FROM resource; DELETE FROM fact; COMMIT;")) &&
-        sqlite3_prepare_v2(db_, "INSERT OR REPLACE INTO resource VALUES (?1, ?2, ?3, ?4)", -1,
-                           &put_, nullptr) == SQLITE_OK &&
-        sqlite3_prepare_v2(db_, "DELETE FROM resource WHERE section = ?1 AND key = ?2", -1, &erase_,
-                           nullptr) == SQLITE_OK;
-    if (!opened) {
-        why = path + ": " + (db_ != nullptr ? sqlite3_errmsg(db_) : "no memory");
-        failed("open");
+/* Returns the code of SQLite.  What is half open is closed by the next try or the destructor. */
+int Store::open_once(bool fresh) {
+    constexpr const char *FORGET =
+        "BEGIN IMMEDIATE; DELETE FROM resource; DELETE FROM fact; COMMIT;";
+    constexpr const char *PUT = "INSERT OR REPLACE INTO resource VALUES (?1, ?2, ?3, ?4)";
+    constexpr const char *ERASE = "DELETE FROM resource WHERE section = ?1 AND key = ?2";
+    sqlite3_close(db_);
+    int code =
+        sqlite3_open_v2(path_.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    for (const char *sql : {SCHEMA, fresh ? FORGET : ""}) {
+        code = code == SQLITE_OK ? sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) : code;
     }
-    return opened;
+    code = code == SQLITE_OK ? sqlite3_prepare_v2(db_, PUT, -1, &put_, nullptr) : code;
+    return code == SQLITE_OK ? sqlite3_prepare_v2(db_, ERASE, -1, &erase_, nullptr) : code;
+}
+
+/* A process that was killed a moment ago may still have the lock; it is waited for, here only. */
+bool Store::open(const std::string &path, bool fresh, std::string &why) {
+    constexpr int TRIES = 100;
+    constexpr auto PAUSE = std::chrono::milliseconds(20);
+    path_ = path;
+    if (!own_store_files(path, why)) {
+        return false;
+    }
+    int code = open_once(fresh);
+    for (int tried = 1; code == SQLITE_BUSY && tried < TRIES; tried++) {
+        std::this_thread::sleep_for(PAUSE);
+        code = open_once(fresh);
+    }
+    if (code == SQLITE_OK) {
+        unlink((path + "-shm").c_str()); /* of an earlier version; nothing reads it any more */
+        return true;
+    }
+    why = path + ": " + (db_ != nullptr ? sqlite3_errmsg(db_) : "no memory");
+    failed("open");
+    if (code == SQLITE_BUSY) {
+        sqlite3_close(db_);
+        db_ = nullptr;
+        why = path + " is held" + holder_of(path) + "; end that first";
+    }
+    return false;
 }
 
 bool Store::apply(const StoreChange &change) {
@@ -117,11 +147,11 @@ bool Store::write(const std::vector<StoreChange> &changes) {
             return false;
         }
     }
-    if (!run("COMMIT")) {
+    const bool done = run("COMMIT");
+    if (!done && sqlite3_get_autocommit(db_) == 0) {
         run("ROLLBACK");
-        return false;
     }
-    return true;
+    return done;
 }
 
 bool Store::read(const std::function<bool(const StoreRow &)> &take) {

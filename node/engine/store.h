@@ -2,7 +2,10 @@
  *
  * A write is one transaction and is on the disk when `write` returns true, so whatever was answered
  * with success is there after the process was killed.  A write that fails changes nothing. Problems
- * are logged here. */
+ * are logged here.
+ *
+ * An open store is this process's alone: it holds the lock of the file as long as it lives and asks
+ * for none in between, so that nobody's lock can fail a write or make it wait. */
 #ifndef STORE_H
 #define STORE_H
 
@@ -65,8 +68,9 @@ public:
     Store(const Store &) = delete;
     Store &operator=(const Store &) = delete;
 
-    /* Opens or makes the file; with `fresh`, an old one's contents go.  On failure returns false
-     * with a text for the operator in `why`. */
+    /* Opens or makes the file, for its owner alone; with `fresh`, an old one's contents go.  A file
+     * that another process holds, or another user owns, is refused.  On failure returns false with
+     * a text for the operator in `why`. */
     bool open(const std::string &path, bool fresh, std::string &why);
 
     /* From now on an erased row is kept as a mark: its record is that of `is_erased`. */
@@ -83,6 +87,7 @@ public:
     bool set_fact(const char *name, const std::string &value);
 
 private:
+    int open_once(bool fresh);
     bool run(const char *sql);
     bool apply(const StoreChange &change);
     bool failed(const char *what);

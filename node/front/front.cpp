@@ -4,6 +4,7 @@
 #include "nbproblem.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
+#include "storefiles.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -101,7 +102,10 @@ Front::~Front() {
 /* One node software a state folder: the lock goes with the process. */
 bool Front::start(std::string &why) {
     const std::string lock = options_.state_folder + "/lock";
-    lock_ = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (!own_folder(options_.state_folder, why)) {
+        return false;
+    }
+    lock_ = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (lock_ < 0) {
         why = system_error(lock);
         return false;

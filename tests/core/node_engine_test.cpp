@@ -3,7 +3,6 @@
 #include <map>
 #include <random>
 #include <set>
-#include <sqlite3.h>
 
 using namespace node_test;
 using node::Engine;
@@ -13,14 +12,6 @@ namespace {
 constexpr NB_UCHAR FIRST = NAP_FIRST_IN_LIST | NAP_DETAIL;
 constexpr NB_UCHAR NEXT = NAP_LIST_FROM_NEXT | NAP_DETAIL;
 constexpr NB_UCHAR AT = NAP_LIST_INCLUSIVE | NAP_DETAIL;
-
-NAP_DEFINE_DLC_VERB dlc(const std::string &name) {
-    NAP_DEFINE_DLC_VERB verb = {};
-    verb.opcode = NAP_DEFINE_DLC;
-    put(verb.dlc_name, local8(name));
-    verb.def_data.dlc_type = NAP_DLC_ETHERNET;
-    return verb;
-}
 
 NAP_DEFINE_PORT_VERB port(const std::string &name, const std::string &dlc_name) {
     NAP_DEFINE_PORT_VERB verb = {};
@@ -76,31 +67,6 @@ NAP_DEFINE_MODE_VERB mode(const std::string &name) {
     verb.mode_chars.min_conwin_src = 4;
     put(verb.mode_chars.cos_name, ebcdic("#INTER"));
     return verb;
-}
-
-NAP_DEFINE_DIR_VERB directory(const std::string &cp, const std::string &name, NB_USHORT type) {
-    NAP_DEFINE_DIR_VERB verb = {};
-    verb.opcode = NAP_DEFINE_DIRECTORY_ENTRY;
-    put(verb.fqcp_name, ebcdic(cp, 17));
-    put(verb.resource_name, ebcdic(name, 17));
-    verb.resource_type = type;
-    return verb;
-}
-
-/* Every list that has entries, by its verb; the log is of one process only. */
-using Lists = std::map<NB_USHORT, std::vector<std::string>>;
-
-Lists all_lists(Rig &rig) {
-    Lists lists;
-    for (const node::Schema *schema : records::all_schemas) {
-        for (const node::ListRow &row : schema->lists) {
-            const List list = row.list != 0 ? rig.list(row.list) : List();
-            if (!list.entries.empty() && row.list != NAP_QUERY_NODE_LOG) {
-                lists[row.list] = list.entries;
-            }
-        }
-    }
-    return lists;
 }
 
 void reads_whole_in_any_buffer(Rig &rig, NB_USHORT opcode, const node::Schema &schema) {
@@ -343,89 +309,6 @@ TEST(NodeDefine, DeleteAsksWhoElseNeedsIt) {
     }
     EXPECT_EQ(rig.by_key(NAP_DELETE_INTERNAL_PU, ebcdic("DLPU")), OK_CODES);
     EXPECT_EQ(rig.list(NAP_QUERY_DLUR_PU).total, 0U);
-}
-
-TEST(NodeStore, KeepsWhatWasAcknowledged) {
-    Folder folder;
-    std::string why;
-    Lists lists;
-    {
-        node::Store store;
-        ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
-        Rig rig(&store);
-        EXPECT_FALSE(rig.engine.load_store(why));
-        rig.load(SMALL_NODE);
-        NAP_DEFINE_DIR_VERB first = directory("NETB.Z", "NETB.Z", NAP_DIR_END_NODE);
-        NAP_DEFINE_DIR_VERB below = directory("NETB.Z", "NETB.A", NAP_DIR_LU);
-        EXPECT_EQ(rig.issue(first), OK_CODES);
-        EXPECT_EQ(rig.issue(below), OK_CODES);
-        EXPECT_EQ(rig.by_key(NAP_STOP_NODE, ""), OK_CODES);
-        rig.pass(1000);
-        lists = all_lists(rig);
-    }
-    node::Store store;
-    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
-    Rig rig(&store);
-    ASSERT_TRUE(rig.engine.load_store(why)) << why;
-    rig.engine.begin();
-    rig.pass(1000);
-    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPED})
-        << "a stopped node stays stopped";
-    EXPECT_EQ(all_lists(rig), lists);
-}
-
-/* Status that an older layout did not have is missing at the end of its records. */
-TEST(NodeStore, ReadsWhatAnOlderLayoutKept) {
-    Folder folder;
-    std::string why;
-    Lists lists;
-    {
-        node::Store store;
-        ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
-        Rig rig(&store);
-        rig.load(SMALL_NODE);
-        lists = all_lists(rig);
-    }
-    sqlite3 *file = nullptr;
-    ASSERT_EQ(sqlite3_open(folder.file("node.db").c_str(), &file), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(file,
-                           "UPDATE resource SET record = substr(record, 1, 72),"
-                           " behaviour = substr(behaviour, 1, 40) WHERE section = 'mode_in_use';"
-                           "UPDATE resource SET record = substr(record, 1, 100)"
-                           " WHERE section = 'dlc_trace';"
-                           "UPDATE resource SET record = substr(record, 1, 20)"
-                           " WHERE section = 'directory';",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(file);
-    node::Store store;
-    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
-    Rig rig(&store);
-    ASSERT_TRUE(rig.engine.load_store(why)) << why;
-    EXPECT_EQ(lists.erase(NAP_QUERY_DIRECTORY_ENTRY), 1U) << "what lost its definition is left out";
-    EXPECT_EQ(all_lists(rig), lists);
-    rig.engine.begin();
-    rig.pass(8000);
-    EXPECT_EQ(rig.engine.node_record().active_sessions, 3U) << "the network behaves as before";
-}
-
-TEST(NodeStore, NothingIsDoneWhenItCannotBeWritten) {
-    Folder folder;
-    std::string why;
-    node::Store store;
-    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
-    Rig rig(&store);
-    rig.load(SMALL_NODE);
-    sqlite3 *other = nullptr;
-    ASSERT_EQ(sqlite3_open(folder.file("node.db").c_str(), &other), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(other, "ALTER TABLE resource RENAME TO gone", nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    sqlite3_close(other);
-    NAP_DEFINE_DLC_VERB verb = dlc("NEW");
-    EXPECT_EQ(rig.issue(verb), state(NAP_STORE_FAILED));
-    EXPECT_EQ(rig.by_key(NAP_DELETE_LOCAL_LU, ebcdic("DEPLU")), state(NAP_STORE_FAILED));
-    EXPECT_EQ(rig.list(NAP_QUERY_DLC).total, 1U);
-    EXPECT_EQ(rig.list(NAP_QUERY_LOCAL_LU).total, 2U);
 }
 
 } // namespace

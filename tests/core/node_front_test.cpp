@@ -481,18 +481,25 @@ TEST(NodeFront, OthersMayOnlyLook) {
         GTEST_SKIP() << "needs root to be somebody else";
     }
     Running node;
+    node.stop();
+    const std::string state = node.folder.file("var/domain/pair");
+    ASSERT_EQ(chmod(state.c_str(), 0755), 0);
+    node.start();
     const pid_t looker = fork();
     if (looker == 0) {
         const bool other = setgroups(0, nullptr) == 0 && setgid(NOBODY) == 0 && setuid(NOBODY) == 0;
+        const bool closed = access((state + "/lock").c_str(), F_OK) != 0;
+        const bool told = access(node.folder.file("etc/domain").c_str(), R_OK) == 0;
         Client client(node.socket());
         const NB_ULONG target = other ? client.join("one") : 0;
         NAP_SET_PROCESSING_MODE_VERB mode = {};
         mode.opcode = NAP_SET_PROCESSING_MODE;
         mode.mode = NAP_MODE_ADMINISTER;
         const Codes refused = parameter(NAP_NO_PERMISSION);
-        const bool right =
-            other && client.hello.rights == 0 && client.query(target, NAP_QUERY_DLC) == OK_CODES &&
-            client.define_dlc(target, "NEW") == refused && client.issue(target, mode) == refused;
+        const bool right = other && closed && told && client.hello.rights == 0 &&
+                           client.query(target, NAP_QUERY_DLC) == OK_CODES &&
+                           client.define_dlc(target, "NEW") == refused &&
+                           client.issue(target, mode) == refused;
         _exit(right ? 0 : 1);
     }
     int status = -1;

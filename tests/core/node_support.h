@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
 #include <string>
 #include <unistd.h>
 #include <utility>
@@ -218,6 +219,40 @@ inline std::string ebcdic(const std::string &text, size_t width = 8) {
 
 template <size_t Size> void put(NB_UCHAR (&field)[Size], const std::string &bytes) {
     memcpy(field, bytes.data(), std::min(Size, bytes.size()));
+}
+
+inline NAP_DEFINE_DLC_VERB dlc(const std::string &name) {
+    NAP_DEFINE_DLC_VERB verb = {};
+    verb.opcode = NAP_DEFINE_DLC;
+    put(verb.dlc_name, local8(name));
+    verb.def_data.dlc_type = NAP_DLC_ETHERNET;
+    return verb;
+}
+
+inline NAP_DEFINE_DIR_VERB directory(const std::string &cp, const std::string &name,
+                                     NB_USHORT type) {
+    NAP_DEFINE_DIR_VERB verb = {};
+    verb.opcode = NAP_DEFINE_DIRECTORY_ENTRY;
+    put(verb.fqcp_name, ebcdic(cp, 17));
+    put(verb.resource_name, ebcdic(name, 17));
+    verb.resource_type = type;
+    return verb;
+}
+
+/* Every list that has entries, by its verb; the log is of one process only. */
+using Lists = std::map<NB_USHORT, std::vector<std::string>>;
+
+inline Lists all_lists(Rig &rig) {
+    Lists lists;
+    for (const node::Schema *schema : records::all_schemas) {
+        for (const node::ListRow &row : schema->lists) {
+            const List list = row.list != 0 ? rig.list(row.list) : List();
+            if (!list.entries.empty() && row.list != NAP_QUERY_NODE_LOG) {
+                lists[row.list] = list.entries;
+            }
+        }
+    }
+    return lists;
 }
 
 constexpr const char *SMALL_NODE = R"(
