@@ -2,6 +2,7 @@
 #include "pdline.h"
 #include "pdtable.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -21,7 +22,11 @@ struct Destination {
     char file[PATH_MAX]; // empty: none
     char own[PATH_MAX];  // the user's, for what cannot be written there; empty: none
     NB_USHORT level;
+    off_t size; // of the file, before it is put aside
 };
+
+constexpr long default_kilobytes = 16 * 1024;
+constexpr time_t repeats_kept = 60; // seconds
 
 // Empty where it does not fit.
 void put_path(char (&path)[PATH_MAX], const char *folder, const char *rest) {
@@ -54,6 +59,9 @@ Destination from_environment() {
         put_path(where.own, home, "/.local/state/quiladmin/sna.err");
     }
     where.level = level_named(std::getenv("SNA_LOG_LEVEL"));
+    const char *const size = std::getenv("SNA_LOG_SIZE");
+    const long kilobytes = size ? std::strtol(size, nullptr, 10) : 0;
+    where.size = (kilobytes > 0 ? kilobytes : default_kilobytes) * 1024;
     return where;
 }
 
@@ -83,8 +91,30 @@ int open_log(const char *file) {
     return open(file, flags, 0644);
 }
 
+// Of several processes that find it full at once, the first one does it.
+bool put_aside(const char *file, const struct stat &full) {
+    char aside[PATH_MAX];
+    struct stat now;
+    put_path(aside, file, ".old");
+    return aside[0] && stat(file, &now) == 0 && now.st_dev == full.st_dev &&
+           now.st_ino == full.st_ino && rename(file, aside) == 0;
+}
+
+int open_with_room(const char *file, size_t length) {
+    const int fd = open_log(file);
+    struct stat facts;
+    const bool full = fd >= 0 && fstat(fd, &facts) == 0 && S_ISREG(facts.st_mode) &&
+                      facts.st_size + static_cast<off_t>(length) > destination().size;
+    if (!full) {
+        return fd;
+    }
+    put_aside(file, facts); // who may not goes on in the full one
+    close(fd);
+    return open_log(file);
+}
+
 bool write_to_file(const char *file, std::string_view line) {
-    const int fd = file[0] ? open_log(file) : -1;
+    const int fd = file[0] ? open_with_room(file, line.size()) : -1;
     if (fd < 0) {
         return false;
     }
@@ -156,14 +186,62 @@ void add_head(PdLine &line, const char *kind, NB_ULONG identifier, NB_USHORT det
               static_cast<int>(getpid()), kind, identifier, detail);
 }
 
+const char *meaning_of(NB_ULONG identifier, NB_USHORT detail) {
+    const char *meaning = pd_detail(identifier, detail);
+    return meaning ? meaning : pd_find(identifier).meaning;
+}
+
+void write_held(std::string_view line) {
+    const PipeSignalHeld held;
+    write_line(line);
+}
+
+/* The record that was written last, and how often it has come again since. */
+struct Repeats {
+    const char *kind;
+    NB_ULONG identifier;
+    NB_USHORT detail;
+    time_t since;
+    unsigned long count;
+    char text[2048]; // what follows the time
+    size_t length;
+} last;
+
+void write_repeats() {
+    if (last.count != 0) {
+        PdLine line;
+        add_head(line, last.kind, last.identifier, last.detail);
+        line.add(meaning_of(last.identifier, last.detail));
+        line.addf(", %lu more times as before", last.count);
+        last.count = 0;
+        write_held(line.finish());
+    }
+}
+
+// Counts one that is as the one before; it is written again when a minute is over.
+bool is_repeated(std::string_view line, const char *kind, NB_ULONG identifier, NB_USHORT detail) {
+    constexpr size_t after_time = sizeof("2026-01-01 00:00:00");
+    static const bool at_end = std::atexit(write_repeats) == 0;
+    const std::string_view text = line.substr(std::min(after_time, line.size()));
+    const time_t now = time(nullptr);
+    if (at_end && text == std::string_view(last.text, last.length) &&
+        now - last.since < repeats_kept) {
+        last.count++;
+        return true;
+    }
+    write_repeats();
+    last = {kind, identifier, detail, now, 0, "", std::min(text.size(), sizeof(last.text))};
+    std::memcpy(last.text, text.data(), last.length);
+    return false;
+}
+
 void print(const char *kind, NB_ULONG identifier, NB_USHORT detail, const char *format,
            va_list values) {
     const int saved_errno = errno;
     const PdRow &row = pd_find(identifier);
     PdLine line;
     add_head(line, kind, identifier, detail);
-    const char *meaning = pd_detail(identifier, detail);
-    line.add(meaning ? meaning : row.meaning);
+    line.add(meaning_of(identifier, detail));
     line.add_values(row, format, values);
     if (row.facts) {
         char facts[1024];
@@ -171,9 +249,9 @@ void print(const char *kind, NB_ULONG identifier, NB_USHORT detail, const char *
         line.add(": ");
         line.add_text(facts);
     }
-    {
-        const PipeSignalHeld held;
-        write_line(line.finish());
+    const std::string_view whole = line.finish();
+    if (!is_repeated(whole, kind, identifier, detail)) {
+        write_held(whole);
     }
     errno = saved_errno;
 }
@@ -203,6 +281,8 @@ NB_VOID nba_pd_print_exception(NB_ULONG identifier, NB_USHORT detail, const NB_C
 }
 
 NB_VOID nba_pd_set_log(const NB_CHAR *file, NB_USHORT level) {
+    base::write_repeats();
+    base::last.length = 0;
     base::Destination &where = base::destination();
     base::put_path(where.file, file ? file : "", "");
     where.own[0] = '\0';

@@ -108,8 +108,11 @@ NB_USHORT v0_mb_strncpy(NB_CHAR *out, const NB_CHAR *text, NB_USHORT size);
  * names where the identifier has any.  The file is SNA_LOG in the environment, else
  * "<prefix>/var/log/sna.err".  What cannot be written there goes to the user's own
  * "quiladmin/sna.err" in the folder XDG_STATE_HOME, else in "$HOME/.local/state", and what cannot
- * be written there either to standard error.  The level is SNA_LOG_LEVEL: "none", "problem",
- * "exception" (the default) or "all".
+ * be written there either to standard error.  A record that is the same but for its time is counted
+ * for a minute in place of being written; the count follows before the next one, and at the end.  A
+ * file that would grow beyond SNA_LOG_SIZE kilobytes (16384) is renamed to "<file>.old", in place
+ * of one there, and a new one begun.  The level is SNA_LOG_LEVEL: "none", "problem", "exception"
+ * (the default) or "all".
  *
  * `format` holds one word a value, separated by blanks:
  *   s text | i, l decimal | x, lx hexadecimal (NB_INT or NB_ULONG, passed as 32 bits)

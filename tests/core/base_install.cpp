@@ -102,10 +102,10 @@ TEST(LogFile, IsTheUsersOwnWhenTheCommonOneCannotBeWritten) {
     std::ofstream(state.string()) << "no folder either";
     EXPECT_EQ(nba_pd_log_file(), nullptr);
     testing::internal::CaptureStderr();
-    nba_pd_print_problem(0x7777, 0, nullptr);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("0x00007777"), std::string::npos);
+    nba_pd_print_problem(0x7778, 0, nullptr);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("0x00007778"), std::string::npos);
     fs::remove(prefix / "var");
-    nba_pd_print_problem(0x7777, 0, nullptr);
+    nba_pd_print_problem(0x7779, 0, nullptr);
     EXPECT_TRUE(fs::exists(common));
     nba_pd_set_log(nullptr, NB_PD_ALL);
     EXPECT_EQ(nba_pd_log_file(), nullptr);

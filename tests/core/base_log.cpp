@@ -17,9 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The trace control is read before main.
+// The trace control is read before main, the size of the log with its first record.
 __attribute__((constructor(101))) void set_trace_control() {
     setenv("SNA_TRACE_CONTROL", "01fF00000000000001 5", 1);
+    setenv("SNA_LOG_SIZE", "64", 1);
 }
 
 class Log : public ::testing::Test {
@@ -139,6 +140,31 @@ TEST_F(Log, Levels) {
         expected += level == NB_PD_NONE ? 0 : level == NB_PD_PROBLEM ? 1 : 2;
         EXPECT_EQ(lines().size(), expected) << level;
     }
+}
+
+TEST_F(Log, RepeatsAreCountedAndAFullFileIsPutAside) {
+    for (int times = 0; times < 1000; times++) {
+        nba_pd_print_problem(1, 0, "i", 7);
+    }
+    EXPECT_EQ(lines().size(), 1U);
+    nba_pd_print_problem(1, 0, "i", 8);
+    ASSERT_EQ(lines().size(), 3U);
+    EXPECT_NE(lines()[1].find("999 more times"), std::string::npos) << lines()[1];
+
+    fs::path old = file;
+    old += ".old";
+    for (int number = 0; !fs::exists(old) && number < 10000; number++) {
+        nba_pd_print_problem(1, 0, "i", number);
+    }
+    EXPECT_EQ(lines().size(), 1U);
+    EXPECT_GT(fs::file_size(old), 60U * 1024);
+    EXPECT_LE(fs::file_size(old), 64U * 1024);
+    // A folder in the way: nothing is lost, and nobody waits.
+    fs::remove(old);
+    fs::create_directories(old / "taken");
+    fs::resize_file(file, 65536);
+    nba_pd_print_problem(1, 0, "i", -1);
+    EXPECT_GT(fs::file_size(file), 65536U);
 }
 
 TEST_F(Log, WhatCannotBeWrittenGoesToStandardError) {

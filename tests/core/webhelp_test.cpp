@@ -169,7 +169,7 @@ TEST_F(WebHelp, WhatCannotBeStartedIsNoHarm) {
         EXPECT_NE(line.find("FALSE"), std::string::npos) << line;
         lines++;
     }
-    EXPECT_EQ(lines, 3);
+    EXPECT_EQ(lines, 1) << "the other two are counted";
     EXPECT_FALSE(std::filesystem::exists(browser.string() + ".seen"));
 }
 
