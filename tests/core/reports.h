@@ -22,8 +22,9 @@ public:
         std::filesystem::remove(file);
     }
 
-    /* The records since the last call. */
+    /* The records since the last call, with the counts of those that came again. */
     std::string take() {
+        nba_pd_set_log(file.c_str(), NB_PD_ALL);
         std::ifstream stream(file);
         std::string text(std::istreambuf_iterator<char>(stream), {});
         return text.substr(std::min(text.size(), std::exchange(taken, text.size())));
