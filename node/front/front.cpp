@@ -24,7 +24,6 @@ namespace node {
 
 namespace {
 
-constexpr size_t MAX_CLIENTS = 256;
 constexpr size_t MAX_IN_FLIGHT = 256;                 /* verbs of one client */
 constexpr size_t MAX_WAITING_BYTES = 4 * 1024 * 1024; /* to one client, before it is held */
 
@@ -94,13 +93,16 @@ Front::~Front() {
         loop_.unwatch(signals_);
         close(signals_);
     }
-    if (lock_ >= 0) {
-        close(lock_);
+    for (const int fd : {lock_, spare_}) {
+        if (fd >= 0) {
+            close(fd);
+        }
     }
 }
 
 /* One node software a state folder: the lock goes with the process. */
 bool Front::start(std::string &why) {
+    reserve_descriptors();
     const std::string lock = options_.state_folder + "/lock";
     if (!own_folder(options_.state_folder, why)) {
         return false;
@@ -239,43 +241,6 @@ void Front::shut_down() {
     loop_.stop(0);
 }
 
-void Front::accept_client() {
-    const int fd = accept4(socket_.fd(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (fd < 0) {
-        return;
-    }
-    if (clients_.size() >= MAX_CLIENTS) {
-        close(fd);
-        return;
-    }
-    const uint64_t number = ++last_number_;
-    auto client = std::make_unique<Client>();
-    client->number = number;
-    const PeerUser user = rights_.of(fd);
-    client->process = user.process;
-    client->may_change = user.may_change;
-    client->peer = std::make_unique<Peer>(loop_, fd, [this, number] { client_ready(number); });
-    client->targets[0] = Target{};
-    send_hello(*client);
-    send_faults(*client);
-    clients_[number] = std::move(client);
-}
-
-void Front::send_hello(Client &client) {
-    NOF_HELLO hello = {};
-    hello.version = NOF_WIRE_VERSION;
-    hello.rights = client.may_change ? NOF_RIGHT_CHANGE : 0;
-    hello.client_server = text_.facts.client_server;
-    const std::string &name = options_.domain_name;
-    memcpy(hello.domain_name, name.data(), std::min(name.size(), sizeof hello.domain_name - 1));
-    client.peer->out().answer(make_frame(NOF_FRAME_HELLO, 0, 0, &hello, sizeof hello));
-}
-
-Front::Client *Front::find_client(uint64_t number) {
-    const auto found = clients_.find(number);
-    return found == clients_.end() || found->second->ended ? nullptr : found->second.get();
-}
-
 void Front::client_ready(uint64_t number) {
     Client *client = find_client(number);
     Frame frame;
@@ -290,6 +255,7 @@ void Front::client_ready(uint64_t number) {
             end_client(*client, "it sent what is no verb");
             return;
         }
+        client->silent = false;
         handle_verb(*client, frame);
     }
     if (client != nullptr && client->peer->gone()) {
@@ -305,7 +271,7 @@ Result Front::check_verb(const Client &client, const Frame &frame, const Target 
     const NB_USHORT opcode = block_opcode(frame.block);
     const NAP_VERB *verb = nap_find_verb(opcode);
     const bool needs_rights = verb->changes != 0 || opcode == NAP_SET_PROCESSING_MODE;
-    if (needs_rights && !client.may_change) {
+    if (needs_rights && !client.user.may_change) {
         return bad_parameter(NAP_NO_PERMISSION);
     }
     if (target == nullptr || (places_of(opcode) & target->place) == 0) {
@@ -375,19 +341,6 @@ void Front::refuse(Client &client, const Frame &frame, Result result) {
     std::vector<NB_UCHAR> block = frame.block;
     set_result(block, result);
     answer(client, frame.header, block, {});
-}
-
-/* The record stays until the end of the round: its own handler may be running. */
-void Front::end_client(Client &client, const char *why) {
-    if (why != nullptr) {
-        nba_pd_print_problem(NB_PD_CLIENT_ENDED, 1, "s l", why,
-                             static_cast<NB_ULONG>(client.process));
-    }
-    for (const auto &target : client.targets) {
-        handles_.erase(target.first);
-    }
-    client.targets.clear();
-    client.ended = true;
 }
 
 /* A client that does not take its answers is not listened to until it does. */

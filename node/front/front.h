@@ -5,7 +5,8 @@
  * node.  Correlators towards a node are the front's own, so that no client can answer, or be
  * answered, for another.  Targets belong to the client that opened them.
  *
- *   front.cpp   the socket, clients, routing of verbs
+ *   front.cpp   the socket, routing of verbs
+ *   clients.cpp  connections: who gets one, and their end
  *   targets.cpp  the verbs of a session: open, connect, register, close
  *   processes.cpp    the nodes' processes
  *   faulting.cpp    doing what the fault script says
@@ -80,8 +81,8 @@ private:
     struct Client {
         uint64_t number;
         std::unique_ptr<Peer> peer;
-        bool may_change;
-        pid_t process;
+        PeerUser user;
+        bool silent = true; /* it never sent a verb */
         size_t in_flight = 0;
         bool held = false;                  /* not listened to for now */
         std::map<NB_ULONG, Target> targets; /* by handle, with an entry for 0 */
@@ -113,8 +114,6 @@ private:
     bool watch_signals(std::string &why);
     bool write_domain_facts(std::string &why) const;
     void on_signal();
-    void accept_client();
-    void send_hello(Client &client);
     void client_ready(uint64_t number);
     void carry_out(Client &client, const Frame &frame);
     Result check_verb(const Client &client, const Frame &frame, const Target *target) const;
@@ -123,12 +122,19 @@ private:
     void answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
                 const std::vector<NB_UCHAR> &data);
     void refuse(Client &client, const Frame &frame, Result result);
-    void end_client(Client &client, const char *why);
     void sweep();
     bool is_crowded(const Client &client) const;
     void balance(Client &client);
-    Client *find_client(uint64_t number);
     void shut_down();
+
+    /* clients.cpp */
+    void reserve_descriptors();
+    void accept_client();
+    bool make_room(int fd, const PeerUser &user);
+    void send_away(int fd, Result why);
+    std::vector<NB_UCHAR> hello(NB_ULONG rights, Result result) const;
+    Client *find_client(uint64_t number);
+    void end_client(Client &client, const char *why);
 
     /* faulting.cpp */
     void read_faults();
@@ -185,6 +191,7 @@ private:
     Rights rights_;
     int signals_ = -1;
     int lock_ = -1;
+    int spare_ = -1; /* a descriptor for when there is no other */
     bool ready_ = false;
     bool ending_ = false;
     uint64_t last_number_ = 0;

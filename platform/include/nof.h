@@ -46,6 +46,8 @@ typedef struct nof_failure {
     const NB_CHAR *socket; /* path that was tried */
     const NB_CHAR *reason; /* as the problem log has it: English, or the system's words */
     NB_INT system_error;   /* errno; 0: it was not the system that refused */
+    NB_ULONG refusal;      /* NAP_NODE_BUSY: the node software has no place left; NAP_LIMIT_REACHED:
+                            * none for this user; other codes of later releases; 0: it refused nobody */
 } NOF_FAILURE;
 
 NOF_FAILURE nof_last_failure(NB_VOID);

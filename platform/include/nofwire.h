@@ -38,7 +38,7 @@ typedef struct nof_frame {
 #define NOF_RIGHT_CHANGE 1 /* bit of NOF_HELLO.rights */
 
 typedef struct nof_hello {
-    NAP_VCB_HEADER; /* opcode 0 */
+    NAP_VCB_HEADER; /* opcode 0; NAP_OK, or the connection ends and the secondary code says why */
     NB_ULONG version;
     NB_ULONG rights;          /* NOF_RIGHT_CHANGE, by the peer's credentials */
     NB_ULONG client_server;   /* flag: a domain of several nodes */

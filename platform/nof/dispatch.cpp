@@ -40,6 +40,12 @@ NB_USHORT primary_rc_of(const NB_UCHAR *vcb) {
     return header.primary_rc;
 }
 
+const char *refusal_words(NB_ULONG secondary_rc) {
+    return secondary_rc == NAP_LIMIT_REACHED ? "this user has all the connections that he may have"
+           : secondary_rc == NAP_NODE_BUSY   ? "all its connections are taken"
+                                             : "it refused the connection";
+}
+
 } // namespace
 
 // Returns false for garbage, and when there is no memory to go on with.
@@ -68,6 +74,10 @@ bool Interface::handle_hello(const Frame &frame) {
     std::memcpy(&hello, frame.vcb, sizeof(hello));
     if (hello.version != NOF_WIRE_VERSION) {
         return false;
+    }
+    if (hello.primary_rc != NAP_OK) {
+        give_up(refusal_words(hello.secondary_rc), 0, hello.secondary_rc);
+        return true;
     }
     link_.established();
     may_change_ = (hello.rights & NOF_RIGHT_CHANGE) != 0;

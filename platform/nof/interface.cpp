@@ -237,10 +237,11 @@ void Interface::fail(const char *reason) {
 }
 
 // The node software was never reached.
-void Interface::give_up(const char *reason, int system_error) {
+void Interface::give_up(const char *reason, int system_error, NB_ULONG refusal) {
     socket_path(unreachable_at_, sizeof(unreachable_at_));
     std::snprintf(unreachable_why_, sizeof(unreachable_why_), "%s", reason);
     unreachable_error_ = system_error;
+    refusal_ = refusal;
     nba_pd_print_problem(NB_PD_UNREACHABLE, 0, "s s", unreachable_at_, reason);
     link_.close();
     state_ = State::idle;

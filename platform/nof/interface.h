@@ -29,7 +29,9 @@ public:
     /* See nof_async_version and nof_terminate. */
     NB_USHORT issue(NB_ULONG target, NB_UCHAR *vcb, NOF_CALLBACK callback, NB_ULONG user_data);
     void terminate();
-    NOF_FAILURE failure() const { return {unreachable_at_, unreachable_why_, unreachable_error_}; }
+    NOF_FAILURE failure() const {
+        return {unreachable_at_, unreachable_why_, unreachable_error_, refusal_};
+    }
 
 private:
     enum class State { idle, greeting, ready, lost };
@@ -42,7 +44,7 @@ private:
     bool fails_at_once(const Verb &verb, NB_USHORT &primary_rc, NB_ULONG &secondary_rc);
     void connect();
     void fail(const char *reason);
-    void give_up(const char *reason, int system_error = 0);
+    void give_up(const char *reason, int system_error = 0, NB_ULONG refusal = 0);
     void lose(const char *reason);
     void complete_deferred();
     void tell_lost(const Verb &status);
@@ -62,6 +64,7 @@ private:
     char unreachable_at_[PATH_MAX] = ""; /* empty: it never was */
     char unreachable_why_[128] = "";
     int unreachable_error_ = 0;
+    NB_ULONG refusal_ = 0;
     Wakeup wakeup_;
     Connection link_;
     Flights flights_;

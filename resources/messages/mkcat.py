@@ -41,7 +41,7 @@ LONGEST = (
 )
 # Names, patterns and addresses: something else than an operator reads them.
 NO_BLANK_ENDS = (228, 229, 600, 601, 607, 612)
-FOR_TERMINAL = (599, 603, 609, 1120, 1121, 1124)
+FOR_TERMINAL = (599, 603, 609, 1120, 1121, 1124, 1161)
 # Their other arguments stand behind "Details".
 SHOWS_PART = (602, 604)
 

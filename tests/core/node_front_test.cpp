@@ -1,6 +1,7 @@
 /* The node software as processes: this program runs it as a child, and is the nodes, too. */
 #include "node_support.h"
 
+#include "admission.h"
 #include "command.h"
 #include "frames.h"
 #include "rights.h"
@@ -531,6 +532,116 @@ TEST(NodeFront, AMemberOfManyGroupsMayChange) {
     int status = -1;
     waitpid(member, &status, 0);
     EXPECT_EQ(status, 0);
+}
+
+/* Who comes while these have their places, and what comes of it. */
+TEST(NodeFront, PlacesGoToWhoUsesThem) {
+    constexpr uid_t ROOT = 0, SOMEBODY = 1000;
+    const node::PeerUser administrator = {SOMEBODY, 1, true}, looker = {SOMEBODY, 1, false};
+    struct Group {
+        size_t users, each;
+        bool may_change, silent;
+        uid_t first = 2000;
+    };
+    const struct {
+        const char *what;
+        std::vector<Group> seats;
+        node::PeerUser newcomer;
+        NB_ULONG refused;
+        uint64_t leaves; /* counted from 1 */
+    } rows[] = {
+        {"a user has a limit", {{1, 64, false, false, SOMEBODY}}, looker, NAP_LIMIT_REACHED, 0},
+        {"which is his own", {{1, 64, false, false}}, looker, 0, 0},
+        {"his own silent ones go",
+         {{9, 9, false, true}, {1, 63, false, false, SOMEBODY}, {1, 1, false, true, SOMEBODY}},
+         looker,
+         0,
+         145},
+        {"who may change has more", {{1, 191, true, false, SOMEBODY}}, administrator, 0, 0},
+        {"but not all", {{1, 192, true, false, SOMEBODY}}, administrator, NAP_LIMIT_REACHED, 0},
+        {"lookers leave some", {{4, 64, false, false}}, looker, NAP_NODE_BUSY, 0},
+        {"for others", {{4, 64, false, false}, {1, 192, true, false}}, administrator, 0, 0},
+        {"a looker takes no administrator's",
+         {{2, 192, true, true}, {2, 64, false, false}},
+         looker,
+         NAP_NODE_BUSY,
+         0},
+        {"an administrator a looker's",
+         {{2, 192, true, true}, {2, 63, false, false}, {1, 2, false, true, 1}},
+         administrator,
+         0,
+         511},
+        {"or another's", {{2, 192, true, true}, {2, 64, false, false}}, administrator, 0, 1},
+        {"all at work",
+         {{2, 192, true, false}, {2, 64, false, false}},
+         {ROOT, 1, true},
+         NAP_NODE_BUSY,
+         0},
+    };
+    for (const auto &row : rows) {
+        std::vector<node::Seat> seats;
+        for (const Group &group : row.seats) {
+            for (size_t at = 0; at < group.users * group.each; at++) {
+                seats.push_back({seats.size() + 1, group.first + uid_t(at / group.each),
+                                 group.may_change, group.silent});
+            }
+        }
+        const node::Admission admission = node::admit(seats, row.newcomer);
+        EXPECT_EQ(admission.refused.secondary, row.refused) << row.what;
+        EXPECT_EQ(admission.refused.ok(), row.refused == 0) << row.what;
+        EXPECT_EQ(admission.leaves, row.leaves) << row.what;
+    }
+}
+
+/* Every third of 500 connections is used; returns false when that is not as it should be. */
+bool storm(const Running &node, size_t limit, std::vector<std::unique_ptr<Client>> &all) {
+    size_t used = 0;
+    for (size_t at = 0; at < 500; at++) {
+        all.push_back(std::make_unique<Client>(node.socket()));
+        const bool full = used >= limit;
+        const bool refused = all.back()->hello.primary_rc == NAP_UNAVAILABLE &&
+                             all.back()->hello.secondary_rc == NAP_LIMIT_REACHED;
+        if (refused != full) {
+            return false;
+        }
+        if (!full && at % 3 == 0) {
+            used++;
+            if (all.back()->query(0, NAP_QUERY_NODE_ALL) != OK_CODES) {
+                return false;
+            }
+        }
+    }
+    for (size_t at = 0; used > 0; at += 3, used--) {
+        if (all[at]->query(0, NAP_QUERY_NODE_ALL) != OK_CODES) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST(NodeFront, FiveHundredConnectionsKeepNobodyOut) {
+    Running node;
+    std::vector<std::unique_ptr<Client>> own;
+    const pid_t other = geteuid() == 0 ? fork() : -1;
+    if (other == 0) {
+        std::vector<std::unique_ptr<Client>> all;
+        const bool right = setgroups(0, nullptr) == 0 && setgid(NOBODY) == 0 &&
+                           setuid(NOBODY) == 0 && storm(node, node::MAX_OF_LOOKER, all);
+        kill(getpid(), right ? SIGSTOP : SIGABRT); /* they stay */
+        _exit(0);
+    }
+    int status = 0;
+    if (other > 0) {
+        waitpid(other, &status, WUNTRACED);
+        EXPECT_TRUE(WIFSTOPPED(status));
+    }
+    EXPECT_TRUE(storm(node, node::MAX_OF_CHANGER, own));
+    Client last(node.socket());
+    EXPECT_EQ(last.define_dlc(last.join("one"), "NEW"), OK_CODES);
+    if (other > 0) {
+        kill(other, SIGKILL);
+        waitpid(other, &status, 0);
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "connectivity.h"
 #include "defineblock.h"
 #include "fieldtext.h"
+#include "nofwire.h"
 
 #include <algorithm>
 #include <csignal>
@@ -344,6 +345,27 @@ TEST_F(WrongSocket, OneThatIsSilentDoesNotHoldTheOperator) {
     EXPECT_TRUE(shows(window, "Selection"));
     close_window(window);
     expect_end(program, 0);
+}
+
+TEST_F(WrongSocket, NodeSoftwareThatIsFullSaysWhy) {
+    for (const auto &[code, reason] : {std::pair{NAP_NODE_BUSY, 1162}, {NAP_LIMIT_REACHED, 1163}}) {
+        NOF_FRAME frame = {};
+        NOF_HELLO hello = {};
+        frame.kind = NOF_FRAME_HELLO;
+        frame.vcb_length = sizeof(hello);
+        frame.length = sizeof(frame) + sizeof(hello);
+        hello.version = NOF_WIRE_VERSION;
+        hello.primary_rc = NAP_UNAVAILABLE;
+        hello.secondary_rc = code;
+        Process &program = start_program();
+        ASSERT_NE(empty_window(), 0u);
+        say(std::string(reinterpret_cast<char *>(&frame), sizeof(frame)) +
+            std::string(reinterpret_cast<char *>(&hello), sizeof(hello)));
+        ASSERT_NO_FATAL_FAILURE(expect_report(program, error_title, message(605, {"sna"})));
+        EXPECT_EQ(flat(program.err()),
+                  message(1161, {place.path("var/sna.sock"), message(reason)}));
+        close(connection_);
+    }
 }
 
 TEST_F(WrongSocket, OneThatTalksOtherwiseIsNoNodeSoftware) {

@@ -56,6 +56,11 @@ constexpr WORDS system_words[] = {
     {EPERM, VGA_MSG_NO_RIGHT_TO_CONNECT},
 };
 
+constexpr WORDS refusal_words[] = {
+    {NAP_NODE_BUSY, VGA_MSG_ALL_CONNECTIONS_TAKEN},
+    {NAP_LIMIT_REACHED, VGA_MSG_OWN_CONNECTIONS_TAKEN},
+};
+
 /* Empty for a code without words. */
 template <size_t Size> std::string words_of(const WORDS (&table)[Size], NB_ULONG code) {
     const auto *found = std::find_if(std::begin(table), std::end(table),
@@ -86,6 +91,12 @@ std::string codes_of(const NAP_VCB &vcb) {
 std::string name_of(const NAP_VCB &vcb) {
     const NAP_VERB *verb = nap_find_verb(vcb.opcode);
     return with_words("0x%04X", vcb.opcode, verb != nullptr ? verb->name : "");
+}
+
+/* The node software runs, but has no place for the program. */
+std::string refused(NB_USHORT message, const NOF_FAILURE &failure) {
+    const std::string words = words_of(refusal_words, failure.refusal);
+    return filled(message, "s s", failure.socket, words.empty() ? failure.reason : words.c_str());
 }
 
 std::string reason_of(const NOF_FAILURE &failure) {
@@ -134,11 +145,13 @@ std::string vga_verb_details(const NAP_VCB &header, const std::string &resource,
 }
 
 std::string vga_unreachable_details(const NOF_FAILURE &failure) {
-    return unreachable(VGA_MSG_UNREACHABLE_DETAILS, failure);
+    return failure.refusal != 0 ? refused(VGA_MSG_REFUSED_DETAILS, failure)
+                                : unreachable(VGA_MSG_UNREACHABLE_DETAILS, failure);
 }
 
 std::string vga_unreachable_line(const NOF_FAILURE &failure) {
-    return unreachable(VGA_MSG_UNREACHABLE_LINE, failure);
+    return failure.refusal != 0 ? refused(VGA_MSG_REFUSED_LINE, failure)
+                                : unreachable(VGA_MSG_UNREACHABLE_LINE, failure);
 }
 
 std::string vga_place_details(const NB_CHAR *file, NB_INT line) {
