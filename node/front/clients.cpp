@@ -63,7 +63,8 @@ bool Front::make_room(int fd, const PeerUser &user) {
     std::vector<Seat> seats;
     for (const auto &[number, client] : clients_) {
         if (!client->ended) {
-            seats.push_back({number, client->user.user, client->user.may_change, client->silent});
+            seats.push_back({number, client->user.user, client->user.may_change,
+                             client->silent || client->leaving});
         }
     }
     const Admission admission = admit(seats, user);
@@ -73,8 +74,9 @@ bool Front::make_room(int fd, const PeerUser &user) {
         send_away(fd, admission.refused);
         return false;
     }
-    if (Client *leaves = find_client(admission.leaves)) {
-        end_client(*leaves, "it never sent a verb, and its place is needed");
+    const auto leaves = clients_.find(admission.leaves);
+    if (leaves != clients_.end()) {
+        end_client(*leaves->second, "it is silent, and its place is needed");
     }
     return true;
 }
@@ -102,7 +104,8 @@ std::vector<NB_UCHAR> Front::hello(NB_ULONG rights, Result result) const {
 
 Front::Client *Front::find_client(uint64_t number) {
     const auto found = clients_.find(number);
-    return found == clients_.end() || found->second->ended ? nullptr : found->second.get();
+    const bool there = found != clients_.end() && !found->second->ended && !found->second->leaving;
+    return there ? found->second.get() : nullptr;
 }
 
 /* The record stays until the end of the round: its own handler may be running. */
@@ -116,6 +119,27 @@ void Front::end_client(Client &client, const char *why) {
     }
     client.targets.clear();
     client.ended = true;
+}
+
+/* It does not take its news.  When it wakes it hears so, by the registration that it has had
+ * longest, behind the frame that is half sent; until then only that waits. */
+void Front::cut_off(Client &client) {
+    NAP_NOF_STATUS_INDICATION_VERB last = {};
+    last.opcode = NAP_NOF_STATUS_INDICATION;
+    last.primary_rc = NAP_INDICATION;
+    last.secondary_rc = last.status = NAP_SINK_OVERFLOW;
+    NB_ULONG correlator = 0;
+    for (const auto &[handle, target] : client.targets) {
+        if (correlator == 0 && !target.registrations.empty()) {
+            correlator = target.registrations.front().correlator;
+            last.target_handle = handle;
+        }
+    }
+    client.peer->out().end_with({correlator, last.target_handle, share(&last, sizeof last)});
+    client.peer->hold(true);
+    end_client(client, "it does not take what it registered for");
+    client.ended = false;
+    client.leaving = true;
 }
 
 } // namespace node

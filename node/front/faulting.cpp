@@ -21,6 +21,9 @@ void Front::read_faults() {
     begin_faults();
     for (const auto &client : clients_) {
         const NOF_FAULT none = {};
+        if (client.second->leaving) {
+            continue;
+        }
         client.second->peer->out().answer(make_frame(NOF_FRAME_FAULT, 0, 0, &none, sizeof none));
         send_faults(*client.second);
     }

@@ -323,9 +323,12 @@ void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
         last_correlator_++;
     } while (last_correlator_ == 0 || node.flights.count(last_correlator_) != 0);
     const NB_ULONG correlator = last_correlator_;
+    const bool list = nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_LIST;
+    const size_t awaited = frame.block.size() + (list ? NOF_MAX_DATA : 0);
+    client.awaited += awaited;
     node.flights.emplace_hint(
         node.flights.end(), correlator,
-        Flight{client.number, frame.header.correlator, frame.header.target, frame.block});
+        Flight{client.number, frame.header.correlator, frame.header.target, awaited, frame.block});
     node.peer->out().answer(make_frame(NOF_FRAME_VERB, correlator, frame.header.target,
                                        frame.block.data(), frame.block.size()));
 }
@@ -345,7 +348,8 @@ void Front::refuse(Client &client, const Frame &frame, Result result) {
 
 /* A client that does not take its answers is not listened to until it does. */
 bool Front::is_crowded(const Client &client) const {
-    return client.in_flight > MAX_IN_FLIGHT || client.peer->out().bytes() > MAX_WAITING_BYTES;
+    return client.in_flight > MAX_IN_FLIGHT ||
+           client.peer->out().bytes() + client.awaited > MAX_WAITING_BYTES;
 }
 
 /* Bytes that were read before the client was held are looked at when it is let go. */
@@ -364,15 +368,18 @@ void Front::balance(Client &client) {
 void Front::sweep() {
     for (auto at = clients_.begin(); at != clients_.end();) {
         Client &client = *at->second;
-        if (!client.ended && client.peer->out().overflown()) {
-            end_client(client, "it does not take what it registered for");
+        if (!client.ended && !client.leaving && client.peer->out().overflown()) {
+            cut_off(client);
         }
-        if (!client.ended) {
+        if (!client.ended && !client.leaving) {
             client.peer->flush();
             balance(client);
         }
         if (!client.ended) {
             client.peer->flush();
+        }
+        if (client.leaving && (client.peer->out().empty() || client.peer->gone())) {
+            client.ended = true;
         }
         at = client.ended ? clients_.erase(at) : std::next(at);
     }

@@ -86,6 +86,9 @@ private:
         size_t in_flight = 0;
         bool held = false;                  /* not listened to for now */
         std::map<NB_ULONG, Target> targets; /* by handle, with an entry for 0 */
+        size_t registrations = 0;           /* of all targets */
+        size_t awaited = 0;                 /* bytes that answers on their way may have */
+        bool leaving = false;               /* it was cut off, and has not heard so yet */
         bool ended = false;
     };
 
@@ -94,6 +97,7 @@ private:
         uint64_t client;
         NB_ULONG correlator;
         NB_ULONG target;
+        size_t awaited; /* of its client */
         std::vector<NB_UCHAR> block;
     };
 
@@ -135,6 +139,7 @@ private:
     std::vector<NB_UCHAR> hello(NB_ULONG rights, Result result) const;
     Client *find_client(uint64_t number);
     void end_client(Client &client, const char *why);
+    void cut_off(Client &client);
 
     /* faulting.cpp */
     void read_faults();
@@ -177,7 +182,7 @@ private:
     void send_target_gone(NodeProcess &node);
     void send_file_moved();
     void send_news(Client &client, const Target &target, const Registration &registration,
-                   const NB_VOID *block, size_t length);
+                   const SharedBlock &block);
 
     FrontOptions options_;
     SystemClock clock_;

@@ -8,6 +8,21 @@
 
 namespace node {
 
+namespace {
+
+/* The key of a status indication is what merges it with the one before.  Those of one registration
+ * have one width: zeroes at the end tell none apart. */
+std::string key_of(const NAP_RESOURCE_INDICATION &indication) {
+    const auto *key = reinterpret_cast<const char *>(indication.key);
+    size_t length = sizeof indication.key;
+    while (length > 0 && key[length - 1] == 0) {
+        length--;
+    }
+    return {key, length};
+}
+
+} // namespace
+
 /* Calls action(client, target, registration) for every registration for `indication`. */
 template <class Action> void Front::for_registered(NB_USHORT indication, Action action) {
     for (const auto &client : clients_) {
@@ -22,34 +37,32 @@ template <class Action> void Front::for_registered(NB_USHORT indication, Action 
 }
 
 void Front::send_news(Client &client, const Target &target, const Registration &registration,
-                      const NB_VOID *block, size_t length) {
-    client.peer->out().news(
-        make_frame(NOF_FRAME_INDICATION, registration.correlator, target.handle, block, length));
+                      const SharedBlock &block) {
+    client.peer->out().news({registration.correlator, target.handle, block});
 }
 
-/* The key of a status indication is what merges it with the one before. */
 void Front::send_status(NodeProcess &node, const Frame &frame) {
     NAP_RESOURCE_INDICATION indication;
     if (frame.block.size() != sizeof indication) {
         return;
     }
     memcpy(&indication, frame.block.data(), sizeof indication);
-    const std::string key(reinterpret_cast<const char *>(indication.key), sizeof indication.key);
+    indication.data_lost = 0;
+    const std::string key = key_of(indication);
+    const SharedBlock block = share(&indication, sizeof indication);
     for_registered(indication.opcode, [&](Client &client, const Target &target,
                                           const Registration &registration) {
         if (target.place != PLACE_NODE || target.node != &node) {
             return;
         }
         const Faults::Fate fate = faults_.judge_indication();
-        NAP_RESOURCE_INDICATION sent = indication;
-        sent.data_lost = fate == Faults::Fate::DeliverWithLoss ? 1 : 0;
         if (fate != Faults::Fate::Lose) {
             client.peer->out().status(registration.number, key,
-                                      make_frame(NOF_FRAME_INDICATION, registration.correlator,
-                                                 target.handle, &sent, sizeof sent));
+                                      {registration.correlator, target.handle, block},
+                                      fate == Faults::Fate::DeliverWithLoss);
         }
         if (fate == Faults::Fate::Repeat) {
-            send_news(client, target, registration, &sent, sizeof sent);
+            send_news(client, target, registration, block);
         }
     });
 }
@@ -58,12 +71,13 @@ void Front::send_status(NodeProcess &node, const Frame &frame) {
 void Front::send_copy(const Client *issuer, NodeProcess *node, const std::vector<NB_UCHAR> &block) {
     std::vector<NB_UCHAR> copy = block;
     set_result(copy, {NAP_INDICATION, 0});
+    const SharedBlock shared = share(copy.data(), copy.size());
     for_registered(NAP_CONFIG_COPIES, [&](Client &client, const Target &target,
                                           const Registration &registration) {
         const bool meant = node != nullptr ? target.place == PLACE_NODE && target.node == node
                                            : target.place == PLACE_DOMAIN_FILE;
         if (meant && &client != issuer) {
-            send_news(client, target, registration, copy.data(), copy.size());
+            send_news(client, target, registration, shared);
         }
     });
 }
@@ -75,9 +89,10 @@ void Front::send_server_news(const std::string &name, NB_ULONG state) {
     news.state = state;
     news.server_flags = domain_->server_flags(name);
     memcpy(news.node_name, name.data(), std::min(name.size(), sizeof news.node_name));
+    const SharedBlock shared = share(&news, sizeof news);
     for_registered(NAP_SERVER_INDICATION,
                    [&](Client &client, const Target &target, const Registration &registration) {
-                       send_news(client, target, registration, &news, sizeof news);
+                       send_news(client, target, registration, shared);
                    });
 }
 
@@ -88,9 +103,10 @@ void Front::send_network_news(const std::string &name) {
     news.state = 1;
     news.server_flags = domain_->server_flags(name);
     memcpy(news.node_name, name.data(), std::min(name.size(), sizeof news.node_name));
+    const SharedBlock shared = share(&news, sizeof news);
     for_registered(NAP_SNA_NET_INDICATION,
                    [&](Client &client, const Target &target, const Registration &registration) {
-                       send_news(client, target, registration, &news, sizeof news);
+                       send_news(client, target, registration, shared);
                    });
 }
 
@@ -109,10 +125,11 @@ void Front::send_node_state(NodeProcess &node, NB_ULONG state) {
                    block_opcode(entry.second.block) == news.opcode;
         });
     };
+    const SharedBlock shared = share(&news, sizeof news);
     for_registered(NAP_CONFIG_COPIES,
                    [&](Client &client, const Target &target, const Registration &registration) {
                        if (target.place == PLACE_NODE && target.node == &node && !issued(client)) {
-                           send_news(client, target, registration, &news, sizeof news);
+                           send_news(client, target, registration, shared);
                        }
                    });
 }
@@ -136,8 +153,8 @@ void Front::send_target_gone(NodeProcess &node) {
                 return one.indication == NAP_NOF_STATUS_INDICATION;
             });
             if (!all.empty()) {
-                send_news(*client.second, target, meant != all.end() ? *meant : all.front(), &news,
-                          sizeof news);
+                send_news(*client.second, target, meant != all.end() ? *meant : all.front(),
+                          share(&news, sizeof news));
             }
         }
     }
@@ -153,7 +170,7 @@ void Front::send_file_moved() {
                    [&](Client &client, const Target &target, const Registration &registration) {
                        if (target.place == PLACE_DOMAIN_FILE) {
                            news.target_handle = target.handle;
-                           send_news(client, target, registration, &news, sizeof news);
+                           send_news(client, target, registration, share(&news, sizeof news));
                        }
                    });
 }

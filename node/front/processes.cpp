@@ -147,6 +147,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
         send_copy(client, &node, frame.block);
     }
     if (client != nullptr) {
+        client->awaited -= flight.awaited;
         NOF_FRAME to = {};
         to.correlator = flight.correlator;
         to.target = flight.target;
@@ -210,6 +211,7 @@ void Front::node_lost(NodeProcess &node) {
     for (const auto &entry : flights) {
         Client *client = find_client(entry.second.client);
         if (client != nullptr) {
+            client->awaited -= entry.second.awaited;
             Frame frame = {{}, entry.second.block, {}};
             frame.header.correlator = entry.second.correlator;
             frame.header.target = entry.second.target;

@@ -11,7 +11,9 @@ namespace node {
 
 namespace {
 
-constexpr size_t MAX_TARGETS = 1024; /* of one client */
+/* Of one client. */
+constexpr size_t MAX_TARGETS = 1024;
+constexpr size_t MAX_REGISTRATIONS = 8192;
 
 } // namespace
 
@@ -128,6 +130,10 @@ Result Front::register_sink(Client &client, const Frame &frame, Target &target) 
             return GOOD;
         }
     }
+    if (client.registrations >= MAX_REGISTRATIONS) {
+        return bad_state(NAP_LIMIT_REACHED);
+    }
+    client.registrations++;
     target.registrations.push_back({verb.indication, frame.header.correlator, ++last_number_});
     if (target.node != nullptr && target.node->peer != nullptr) {
         target.node->peer->out().answer(make_frame(NOF_FRAME_INDICATION, 0, 0, &verb, sizeof verb));
@@ -143,6 +149,7 @@ void Front::end_target(Client &client, NB_ULONG handle) {
     for (const Registration &registration : found->second.registrations) {
         client.peer->out().forget(registration.number);
     }
+    client.registrations -= found->second.registrations.size();
     client.targets.erase(found);
     handles_.erase(handle);
 }

@@ -11,6 +11,7 @@
 #include <grp.h>
 #include <numeric>
 #include <poll.h>
+#include <set>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -642,6 +643,50 @@ TEST(NodeFront, FiveHundredConnectionsKeepNobodyOut) {
         kill(other, SIGKILL);
         waitpid(other, &status, 0);
     }
+}
+
+size_t resident_mb(pid_t process) {
+    size_t pages = 0;
+    std::ifstream("/proc/" + std::to_string(process) + "/statm") >> pages >> pages;
+    return pages * 4096 / (1024 * 1024);
+}
+
+/* Two clients do not read while a node changes much: one learns that it lost indications, the
+ * other, which registered for what cannot be dropped, that it was cut off. */
+TEST(NodeFront, WhoSleepsInAStormCostsLittleAndLearnsOfIt) {
+    constexpr size_t TARGETS = 200, RESOURCES = 500;
+    setenv("ASAN_OPTIONS", "quarantine_size_mb=1", 0); /* or it keeps what the front gives back */
+    Running node;
+    Client asleep(node.socket()), too_slow(node.socket()), worker(node.socket());
+    std::set<NB_ULONG> targets;
+    for (size_t at = 0; at < TARGETS; at++) {
+        targets.insert(asleep.join("one"));
+        ASSERT_EQ(asleep.listen_to(*targets.rbegin(), NAP_DLC_INDICATION), OK_CODES);
+        ASSERT_EQ(too_slow.listen_to(too_slow.join("one"), NAP_CONFIG_COPIES), OK_CODES);
+    }
+    const size_t before = resident_mb(node.pid);
+    const NB_ULONG target = worker.join("one");
+    for (size_t at = 0; at < RESOURCES; at++) {
+        ASSERT_EQ(worker.define_dlc(target, ("D" + std::to_string(at)).c_str()), OK_CODES);
+    }
+    EXPECT_LT(resident_mb(node.pid), before + 40);
+    Frame frame, last;
+    while (!targets.empty() && asleep.receive(frame)) {
+        if (frame.block[offsetof(NAP_RESOURCE_INDICATION, data_lost)] != 0) {
+            targets.erase(frame.header.target);
+        }
+    }
+    EXPECT_TRUE(targets.empty()) << targets.size() << " are not told";
+    EXPECT_EQ(asleep.query(0, NAP_QUERY_NODE_ALL), OK_CODES);
+    while (too_slow.receive(frame)) {
+        last = frame;
+    }
+    NAP_NOF_STATUS_INDICATION_VERB status = {};
+    ASSERT_EQ(last.block.size(), sizeof status) << "the connection has ended, and says why";
+    memcpy(&status, last.block.data(), sizeof status);
+    EXPECT_EQ(status.opcode, NAP_NOF_STATUS_INDICATION);
+    EXPECT_EQ(status.secondary_rc, NB_ULONG{NAP_SINK_OVERFLOW});
+    EXPECT_NE(last.header.correlator, 0U);
 }
 
 } // namespace

@@ -67,12 +67,16 @@ TEST(NodeFrames, GarbageEndsTheStreamForGood) {
     EXPECT_EQ(reader.next(frame), FrameState::None) << "a truncated frame is waited for";
 }
 
-Bytes indication(NB_UCHAR state, NB_UCHAR data_lost = 0) {
+NAP_RESOURCE_INDICATION ls_indication(NB_UCHAR state) {
     NAP_RESOURCE_INDICATION one = {};
     one.opcode = NAP_LS_INDICATION;
     one.state = state;
-    one.data_lost = data_lost;
-    return node::make_frame(NOF_FRAME_INDICATION, 1, 1, &one, sizeof one);
+    return one;
+}
+
+node::Indication indication(NB_UCHAR state) {
+    const NAP_RESOURCE_INDICATION one = ls_indication(state);
+    return {1, 1, node::share(&one, sizeof one)};
 }
 
 /* A stream socket that takes little at a time, and what comes out of it. */
@@ -128,7 +132,7 @@ TEST(NodeQueue, MergesStatusPerResourceAndKeepsOrder) {
     queue.answer(verb_frame(9, sizeof(NAP_RESOURCE_INDICATION)));
     queue.status(1, "A", indication(2));
     queue.status(2, "A", indication(3));
-    queue.status(1, "A", indication(4, 0));
+    queue.status(1, "A", indication(4));
     const auto sent = flush(queue);
     ASSERT_EQ(sent.size(), 4U);
     EXPECT_EQ(sent[0].state, 7);
@@ -137,8 +141,8 @@ TEST(NodeQueue, MergesStatusPerResourceAndKeepsOrder) {
     EXPECT_EQ(sent[3].state, 4) << "the last state, behind an answer that may hold the first";
     queue.status(1, "A", indication(5));
     EXPECT_EQ(flush(queue).size(), 1U) << "what was sent is not merged with";
-    queue.status(1, "A", indication(1, 1));
-    queue.status(1, "A", indication(2, 0));
+    queue.status(1, "A", indication(1), true);
+    queue.status(1, "A", indication(2));
     EXPECT_EQ(flush(queue)[0].data_lost, 1) << "a loss is not forgotten by merging";
     queue.status(1, "A", indication(1));
     queue.forget(1);
@@ -147,9 +151,10 @@ TEST(NodeQueue, MergesStatusPerResourceAndKeepsOrder) {
 
 TEST(NodeQueue, TooManyBecomeOneThatSaysSo) {
     node::OutQueue queue;
+    constexpr size_t size = sizeof(NOF_FRAME) + sizeof(NAP_RESOURCE_INDICATION);
     for (size_t at = 0; at < 3 * node::MAX_WAITING_STATUS; at++) {
         queue.status(1, "K" + std::to_string(at), indication(1));
-        ASSERT_LE(queue.bytes(), (node::MAX_WAITING_STATUS + 1) * indication(1).size());
+        ASSERT_LE(queue.bytes(), (node::MAX_WAITING_STATUS + 1) * size);
     }
     queue.status(2, "other", indication(2));
     const auto sent = flush(queue);
@@ -158,6 +163,58 @@ TEST(NodeQueue, TooManyBecomeOneThatSaysSo) {
     EXPECT_EQ(sent[1].data_lost, 0);
     queue.status(1, "K1", indication(1));
     EXPECT_EQ(flush(queue)[0].data_lost, 0) << "only once";
+}
+
+/* One registration has much, one little, and many have one each. */
+TEST(NodeQueue, WhoHasLittleLosesNothingToOneThatHasMuch) {
+    constexpr uint64_t MUCH = 1, LITTLE = 2, OTHERS = 100;
+    node::OutQueue queue;
+    queue.status(LITTLE, "A", indication(3));
+    for (size_t at = 1; at < node::MAX_WAITING_STATUS; at++) {
+        queue.status(MUCH, "K" + std::to_string(at), indication(1));
+    }
+    queue.status(LITTLE, "B", indication(4));
+    auto sent = flush(queue);
+    ASSERT_EQ(sent.size(), 3U);
+    size_t lost = 0;
+    for (const NAP_RESOURCE_INDICATION &one : sent) {
+        EXPECT_EQ(one.data_lost, one.state == 1 ? 1 : 0);
+    }
+    for (uint64_t at = 0; at < 2 * node::MAX_WAITING_STATUS; at++) {
+        queue.status(OTHERS + at, "A", indication(1));
+        queue.status(OTHERS + at, "B", indication(2));
+    }
+    EXPECT_LE(queue.bytes(), 3 * node::MAX_WAITING_STATUS * 1024) << "one each, and what may wait";
+    for (const NAP_RESOURCE_INDICATION &one : flush(queue)) {
+        lost += one.data_lost;
+    }
+    EXPECT_GT(lost, node::MAX_WAITING_STATUS);
+}
+
+TEST(NodeQueue, TheLastWordComesBehindWhatIsHalfSent) {
+    for (const bool begun : {false, true}) {
+        Narrow pipe;
+        node::OutQueue queue;
+        while (begun && queue.empty()) {
+            queue.status(1, "A", indication(1));
+            ASSERT_TRUE(queue.write_to(pipe.in()));
+        }
+        queue.status(1, "A", indication(1));
+        queue.news(indication(1));
+        queue.end_with(indication(9));
+        queue.status(1, "A", indication(10));
+        EXPECT_FALSE(queue.overflown());
+        while (!queue.empty()) {
+            pipe.drain();
+            ASSERT_TRUE(queue.write_to(pipe.in()));
+        }
+        EXPECT_EQ(queue.bytes(), 0U);
+        pipe.drain();
+        const auto sent = pipe.received();
+        ASSERT_GE(sent.size(), 2U);
+        EXPECT_EQ(sent[sent.size() - 2].state, 9);
+        EXPECT_EQ(sent.back().state, 10);
+    }
 }
 
 TEST(NodeQueue, AFrameThatIsHalfSentStaysAsItIs) {
@@ -188,7 +245,8 @@ TEST(NodeQueue, ShortAnswersStayWholeAndInOrder) {
     Narrow pipe;
     node::OutQueue queue;
     for (size_t number = 0; number < 3000; number++) {
-        queue.answer(indication(static_cast<NB_UCHAR>(number)));
+        const auto one = ls_indication(static_cast<NB_UCHAR>(number));
+        queue.answer(node::make_frame(NOF_FRAME_ANSWER, 1, 1, &one, sizeof one));
         if (number % 7 == 0) {
             ASSERT_TRUE(queue.write_to(pipe.in()));
         }
@@ -208,9 +266,10 @@ TEST(NodeQueue, ShortAnswersStayWholeAndInOrder) {
 
 TEST(NodeQueue, NewsOverflowsAndABrokenPeerIsTold) {
     node::OutQueue queue;
+    const Bytes block(4096);
     EXPECT_FALSE(queue.overflown());
     while (!queue.overflown()) {
-        queue.news(verb_frame(1, 4096));
+        queue.news({1, 1, node::share(block.data(), block.size())});
         ASSERT_LE(queue.bytes(), node::MAX_WAITING_NEWS + 8192);
     }
     int pair[2];
