@@ -55,7 +55,7 @@ extern "C" inline NB_USHORT scripted_issue(NB_ULONG target, NB_VOID *vcb, NOF_CA
     }                                                                                              \
     NB_VOID nof_terminate(NB_VOID) {}                                                              \
     NOF_FAILURE nof_last_failure(NB_VOID) {                                                        \
-        return {"", "", 0};                                                                        \
+        return {"", "", 0, 0};                                                                     \
     }
 
 #endif
