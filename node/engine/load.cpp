@@ -143,7 +143,7 @@ bool Engine::load_text(const TextNode &text, DomainText &domain) {
     return true;
 }
 
-/* Everything as one transaction; the fact that says so comes last. */
+/* Everything, and the facts, as one transaction. */
 bool Engine::store_all() {
     std::vector<StoreChange> changes;
     if (store_ == nullptr) {
@@ -164,9 +164,11 @@ bool Engine::store_all() {
             changes.push_back({row.name, nullptr, 0, records_.image(row), row.block_size, nullptr});
         }
     }
-    return store_->write(changes) && store_->set_fact(FACT_WANTED, wanted_ ? "1" : "0") &&
-           store_->set_fact(FACT_BACK_LEVEL, node_state_ == NAP_NODE_BACK_LEVEL ? "1" : "0") &&
-           store_->set_fact(FACT_LOADED, "1");
+    store_->forget();
+    return store_->write(changes,
+                         {{FACT_WANTED, wanted_ ? "1" : "0"},
+                          {FACT_BACK_LEVEL, node_state_ == NAP_NODE_BACK_LEVEL ? "1" : "0"},
+                          {FACT_LOADED, "1"}});
 }
 
 void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behaviour &behaviour) {
@@ -200,11 +202,18 @@ void Engine::forget_erased(const std::vector<TextResource> &resources) {
 
 bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string &why) {
     std::vector<TextResource> stored;
+    std::string wanted;
+    std::string loaded;
     bool configured = false;
+    if (store_ != nullptr &&
+        !(store_->fact(FACT_WANTED, wanted) && store_->fact(FACT_LOADED, loaded))) {
+        why = store_->unreadable();
+        return false;
+    }
     generated_ = true;
     memcpy(records_.image(records::setting("node")), generated_node(domain, index).data(),
            sizeof(NAP_QUERY_NODE_VERB));
-    wanted_ = store_ == nullptr || store_->fact(FACT_WANTED) != "0";
+    wanted_ = wanted != "0";
     node_state_ = NAP_NODE_STOPPED;
     add_sna_defined();
     generate_resources(domain, index, [this](const ClassRow &row, const NB_UCHAR *bytes) {
@@ -219,7 +228,7 @@ bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string
     }
     store_->keep_erased();
     if (!read_store(stored, configured)) {
-        why = "the store cannot be read; see the problem log";
+        why = store_->unreadable();
         return false;
     }
     forget_erased(stored);
@@ -227,6 +236,10 @@ bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string
         if (!is_erased(one.entry.data(), one.entry.size())) {
             load_stored(*one.row, one.entry.data(), one.behaviour);
         }
+    }
+    if (loaded != "1" && !store_->set_fact(FACT_LOADED, "1")) {
+        why = "the store cannot be written; see the problem log";
+        return false;
     }
     return true;
 }
@@ -262,24 +275,34 @@ bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) 
 
 bool Engine::load_store(std::string &why) {
     std::vector<TextResource> resources;
+    std::string loaded;
+    std::string wanted;
+    std::string back_level;
     bool configured = false;
-    if (store_ == nullptr || store_->fact(FACT_LOADED) != "1") {
+    why.clear();
+    if (store_ == nullptr) {
         return false;
     }
-    if (!read_store(resources, configured)) {
-        why = "the store cannot be read; see the problem log";
+    const bool told = store_->fact(FACT_LOADED, loaded) && store_->fact(FACT_WANTED, wanted) &&
+                      store_->fact(FACT_BACK_LEVEL, back_level);
+    if (told && loaded != "1") {
         return false;
     }
-    node_state_ = store_->fact(FACT_BACK_LEVEL) == "1" ? NAP_NODE_BACK_LEVEL
-                  : configured                         ? NAP_NODE_STOPPED
-                                                       : NAP_NODE_UNCONFIGURED;
-    wanted_ = store_->fact(FACT_WANTED) == "1";
+    if (!told || !read_store(resources, configured)) {
+        why = store_->unreadable();
+        return false;
+    }
+    node_state_ = back_level == "1" ? NAP_NODE_BACK_LEVEL
+                  : configured      ? NAP_NODE_STOPPED
+                                    : NAP_NODE_UNCONFIGURED;
+    wanted_ = wanted == "1";
     for (const TextResource &stored : resources) {
         load_stored(*stored.row, stored.entry.data(), stored.behaviour);
     }
     if (scope_ == Scope::Node) {
         add_sna_defined();
     }
+    store_->claim(); /* no loss when it cannot be: the next write says it, too */
     return true;
 }
 

@@ -48,12 +48,21 @@ struct StoreRow {
     Behaviour behaviour;
 };
 
-/* Facts about a node's store; "1" or "0". */
+/* A small fact about a store as a whole. */
+struct StoreFact {
+    std::string name;
+    std::string value;
+};
+
+/* Facts of every store; "1" or "0". */
 inline constexpr const char *FACT_LOADED = "loaded";         /* it holds a whole node */
 inline constexpr const char *FACT_WANTED = "wanted";         /* the node is to run */
 inline constexpr const char *FACT_BACK_LEVEL = "back_level"; /* its software is too old */
 
-inline constexpr const char *FACT_GENERATED = "generated"; /* the numbers it was made with */
+/* What it is the store of, in words; earlier versions had only the numbers of a generated domain,
+ * and these in the domain's store alone. */
+inline constexpr const char *FACT_OWNER = "owner";
+inline constexpr const char *FACT_GENERATED = "generated";
 
 /* True for the mark of a row that was erased: two zeroes where a record has its length, and the
  * key. */
@@ -68,35 +77,60 @@ public:
     Store(const Store &) = delete;
     Store &operator=(const Store &) = delete;
 
-    /* Opens or makes the file, for its owner alone; with `fresh`, an old one's contents go.  A file
-     * that another process holds, or another user owns, is refused.  On failure returns false with
-     * a text for the operator in `why`. */
-    bool open(const std::string &path, bool fresh, std::string &why);
+    /* Opens or makes the file, for its owner alone.  A file that another process holds, that
+     * another user owns or that is no store is refused and not written to.  On failure returns
+     * false with a text for the operator in `why`. */
+    bool open(const std::string &path, std::string &why);
+
+    /* All that is in it is to go: it reads as empty from now on, and the next write begins with
+     * erasing it, in the same transaction. */
+    void forget() {
+        forgets_ = true;
+        claimed_ = false;
+    }
+
+    /* Says whose the store is to be, as in "node one of domain pair".  False, with a text for the
+     * operator, when it is another's, or that cannot be read.  A new one is told with its first
+     * write; one of an earlier version belongs to nobody until `claim`. */
+    bool belongs_to(const std::string &owner, std::string &why);
+
+    /* Writes down whose it is when it did not say so yet: for a store that was read whole. */
+    bool claim();
+
+    /* For the operator: that it cannot be read, which file it is, and what can be done. */
+    std::string unreadable() const;
 
     /* From now on an erased row is kept as a mark: its record is that of `is_erased`. */
     void keep_erased() { keeps_erased_ = true; }
 
-    bool write(const std::vector<StoreChange> &changes);
+    /* Writes all, or nothing and returns false. */
+    bool write(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts = {});
 
     /* Calls `take` for every row; its pointers are good for that call.  False when reading failed
      * or `take` returned false. */
     bool read(const std::function<bool(const StoreRow &)> &take);
 
-    /* Small facts about the store as a whole.  An unknown one reads as "". */
-    std::string fact(const char *name);
-    bool set_fact(const char *name, const std::string &value);
+    /* An unknown fact reads as "".  False when that could not be found out. */
+    [[nodiscard]] bool fact(const std::string &name, std::string &value);
+    bool set_fact(const std::string &name, const std::string &value);
 
 private:
-    int open_once(bool fresh);
+    int open_once();
+    bool is_foreign();
     bool run(const char *sql);
     bool apply(const StoreChange &change);
+    bool put_fact(const StoreFact &fact);
+    bool fill(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts);
     bool failed(const char *what);
 
+    bool forgets_ = false;
+    bool claimed_ = false; /* it says whose it is */
     bool keeps_erased_ = false;
     sqlite3 *db_ = nullptr;
     sqlite3_stmt *put_ = nullptr;
     sqlite3_stmt *erase_ = nullptr;
     std::string path_;
+    std::string owner_;
 };
 
 } // namespace node

@@ -92,6 +92,11 @@ bool own_store_files(const std::string &path, std::string &why) {
     return true;
 }
 
+bool is_empty_file(const std::string &path) {
+    struct stat found = {};
+    return stat(path.c_str(), &found) != 0 || found.st_size == 0;
+}
+
 std::string holder_of(const std::string &path) {
     struct flock lock = {};
     lock.l_type = F_WRLCK;

@@ -16,6 +16,9 @@ bool own_folder(const std::string &folder, std::string &why);
 /* Makes the database file when it is missing, and closes it and those beside it to others. */
 bool own_store_files(const std::string &path, std::string &why);
 
+/* There is no such file, or nothing in it. */
+bool is_empty_file(const std::string &path);
+
 /* The process that has a lock on a file, as " by process N", or "" when that is not known.
  * REQUIRES: this process has no lock on it; it would lose it. */
 std::string holder_of(const std::string &path);

@@ -45,7 +45,9 @@ struct Options {
     std::string fault;
     std::string serve;
     std::string generate;
+    std::string of; /* with --serve: what the domain's store is called */
     bool fresh = false;
+    bool known = false; /* with --serve: the node was loaded before */
     bool help = false;
 };
 
@@ -62,6 +64,8 @@ bool parse_options(int argc, char **argv, Options &options) {
         {{"fault", required_argument, nullptr, 0}, &options.fault, nullptr},
         {{"generate", required_argument, nullptr, 0}, &options.generate, nullptr},
         {{"serve", required_argument, nullptr, 0}, &options.serve, nullptr},
+        {{"of", required_argument, nullptr, 0}, &options.of, nullptr},
+        {{"known", no_argument, nullptr, 0}, nullptr, &options.known},
         {{"fresh", no_argument, nullptr, 0}, nullptr, &options.fresh},
         {{"help", no_argument, nullptr, 0}, nullptr, &options.help},
     };
@@ -215,8 +219,8 @@ int run_snanode(int argc, char **argv) {
         return USAGE_ERROR;
     }
     if (!options.serve.empty()) {
-        return serve_node(
-            {options.serve, options.domain, options.generate, options.state, options.fresh, 3});
+        return serve_node({options.serve, options.of, options.domain, options.generate,
+                           options.state, options.fresh, options.known, 3});
     }
     return run_domain(options);
 }

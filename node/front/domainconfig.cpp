@@ -1,12 +1,15 @@
 #include "domainconfig.h"
 
 #include "frames.h"
+#include "nodeprocess.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
+#include "storefiles.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <filesystem>
 
 namespace node {
 
@@ -27,11 +30,47 @@ std::string fact_of(const std::string &node) {
     return "server_flags " + node;
 }
 
+std::string known_fact_of(const std::string &node) {
+    return "loaded node " + node;
+}
+
 std::string name_of(const NAP_NODE_ALL_DATA &record) {
     return local_text(record.node_name, sizeof record.node_name);
 }
 
+/* The store of a node, "" when there is none in the folder. */
+std::string any_node_store(const std::string &folder) {
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename();
+        if (name.rfind(NODE_STORE, 0) == 0 && entry.path().extension() == ".db" &&
+            !is_empty_file(entry.path())) {
+            return name;
+        }
+    }
+    return "";
+}
+
 } // namespace
+
+bool open_domain_store(Store &store, const std::string &folder, const std::string &name, bool fresh,
+                       std::string &why) {
+    const std::string file = folder + "/domain.db";
+    const std::string of_node = fresh ? "" : any_node_store(folder);
+    if (!of_node.empty() && is_empty_file(file)) {
+        why = file + " is missing or empty, but " + of_node +
+              " is there; put a copy in its place, "
+              "or start with --fresh to begin the domain anew";
+        return false;
+    }
+    if (!store.open(file, why)) {
+        return false;
+    }
+    if (fresh) {
+        store.forget();
+    }
+    return store.belongs_to(name, why);
+}
 
 Domain::Domain(const DomainText &text, Store &store, TimerQueue &timers, const Clock &clock)
     : text_(text), store_(store), clock_(clock), nodes_(node_row),
@@ -40,28 +79,56 @@ Domain::Domain(const DomainText &text, Store &store, TimerQueue &timers, const C
         NAP_NODE_ALL_DATA record = {};
         record.overlay_size = NB_USHORT{node_size};
         memcpy(record.node_name, node.name.data(), node.name.size());
-        const std::string stored = store_.fact(fact_of(node.name).c_str());
-        const char *end = stored.data() + stored.size();
-        NB_ULONG flags = node.facts.server_flags;
-        std::from_chars(stored.data(), end, flags);
-        record.info.server_flags = flags;
-        if (text_.facts.client_server == 0 && text_.facts.domain_config != 0) {
-            record.info.server_flags |= NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
-        }
+        record.info.server_flags = node.facts.server_flags | flags_of_single_node();
         nodes_.insert(entry_of(record), DEFAULT_BEHAVIOUR);
     }
     show_servers();
 }
 
+/* A single node with a domain's configuration is its own server. */
+NB_ULONG Domain::flags_of_single_node() const {
+    const bool single = text_.facts.client_server == 0 && text_.facts.domain_config != 0;
+    return single ? NAP_SERVER_MASTER | NAP_SERVER_CONFIG : 0;
+}
+
 bool Domain::load(std::string &why) {
     if (engine_.load_store(why)) {
-        return true;
+        return read_facts(why);
     }
     if (!why.empty() || engine_.load_text(text_.own, text_)) {
         return why.empty();
     }
     why = text_.errors.empty() ? "the domain could not be loaded" : text_.errors.front();
     return false;
+}
+
+/* What was changed about the nodes since the text was read. */
+bool Domain::read_facts(std::string &why) {
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
+        const std::string name = name_of(record);
+        std::string flags;
+        std::string known;
+        if (!store_.fact(fact_of(name), flags) || !store_.fact(known_fact_of(name), known)) {
+            why = store_.unreadable();
+            return false;
+        }
+        NB_ULONG stored = record.info.server_flags;
+        std::from_chars(flags.data(), flags.data() + flags.size(), stored);
+        record.info.server_flags = stored | flags_of_single_node();
+        Engine::put(*at, record);
+        if (known == "1") {
+            known_.insert(name);
+        }
+    }
+    show_servers();
+    return true;
+}
+
+void Domain::came_up(const std::string &node) {
+    if (!is_known(node) && store_.set_fact(known_fact_of(node), "1")) {
+        known_.insert(node);
+    }
 }
 
 Resource *Domain::find(const std::string &node) const {

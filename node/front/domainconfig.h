@@ -11,9 +11,16 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace node {
+
+/* Opens the domain's store for the domain of this name; `fresh` is to forget what it holds.  False,
+ * with a text for the operator and nothing written, when it is another's, cannot be read, or is
+ * missing although nodes of the domain have theirs. */
+bool open_domain_store(Store &store, const std::string &folder, const std::string &name, bool fresh,
+                       std::string &why);
 
 class Domain {
 public:
@@ -23,6 +30,12 @@ public:
     /* Loads the engine from the store, or at the first start from the text.  False with a text for
      * the operator when neither can be done. */
     bool load(std::string &why);
+
+    /* The node was loaded before: its store must be there. */
+    bool is_known(const std::string &node) const { return known_.count(node) != 0; }
+
+    /* The node came up, so it has a store now. */
+    void came_up(const std::string &node);
 
     NB_ULONG server_flags(const std::string &node) const;
 
@@ -52,6 +65,8 @@ private:
         void indicate(const NB_VOID *, size_t) override {}
     };
 
+    NB_ULONG flags_of_single_node() const;
+    bool read_facts(std::string &why);
     Result dispatch(Answer &answer, std::string &changed);
     Result query(Answer &answer);
     Result change_backup(const Answer &answer, bool add, std::string &changed);
@@ -69,6 +84,7 @@ private:
     Deaf nobody_;
     Engine engine_;
     std::map<std::string, uint64_t> up_since_ms_;
+    std::set<std::string> known_;
 };
 
 } // namespace node

@@ -117,16 +117,15 @@ bool Front::start(std::string &why) {
                                       "another folder with --state";
         return false;
     }
-    if (!store_.open(options_.state_folder + "/domain.db", options_.fresh, why) ||
-        !check_numbers(why) || !listen_on_socket(why) || !watch_signals(why) ||
-        !write_domain_facts(why)) {
-        return false;
-    }
     if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
         return false;
     }
+    if (!open_domain_store(store_, options_.state_folder, owner(), options_.fresh, why) ||
+        !check_numbers(why) || !listen_on_socket(why) || !watch_signals(why)) {
+        return false;
+    }
     domain_ = std::make_unique<Domain>(text_, store_, timers_, clock_);
-    if (!domain_->load(why)) {
+    if (!domain_->load(why) || !write_domain_facts(why)) {
         return false;
     }
     for (const TextNode &text : text_.nodes) {
@@ -139,18 +138,29 @@ bool Front::start(std::string &why) {
     return true;
 }
 
-/* The kept changes belong to one generated domain and mean nothing in another. */
+/* The kept changes of a generated domain mean nothing in one of other numbers. */
+std::string Front::owner() const {
+    return "domain " +
+           (options_.generate.empty() ? options_.domain_name : "generated of " + options_.generate);
+}
+
+/* A store of an earlier version has the numbers, and not whose it is. */
 bool Front::check_numbers(std::string &why) {
-    const std::string kept = store_.fact(FACT_GENERATED);
-    const bool empty = store_.fact(FACT_LOADED).empty();
-    if (!empty && kept != options_.generate) {
+    std::string of;
+    std::string loaded;
+    std::string kept;
+    if (!store_.fact(FACT_OWNER, of) || !store_.fact(FACT_LOADED, loaded) ||
+        !store_.fact(FACT_GENERATED, kept)) {
+        why = store_.unreadable();
+        return false;
+    }
+    if (of.empty() && !loaded.empty() && kept != options_.generate) {
         why = options_.state_folder + " is of another domain (" +
               (kept.empty() ? "one with a text" : kept) +
               "); give another folder with --state, or --fresh to forget it";
         return false;
     }
-    return options_.generate.empty() || kept == options_.generate ||
-           store_.set_fact(FACT_GENERATED, options_.generate);
+    return true;
 }
 
 bool Front::listen_on_socket(std::string &why) {

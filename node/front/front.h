@@ -113,6 +113,7 @@ private:
     };
 
     /* front.cpp */
+    std::string owner() const;
     bool check_numbers(std::string &why);
     bool listen_on_socket(std::string &why);
     bool watch_signals(std::string &why);

@@ -5,6 +5,7 @@
 #include "nofcopy.h"
 #include "nofverbs.h"
 #include "peer.h"
+#include "storefiles.h"
 
 #include <cstdio>
 #include <cstring>
@@ -83,7 +84,9 @@ public:
     int run();
 
 private:
-    bool generate();
+    bool open_store(std::string &why);
+    bool load_first(std::string &why);
+    bool generate(std::string &why);
     void handle();
     void handle_frame(const Frame &frame);
     void handle_news(const Frame &frame);
@@ -97,42 +100,66 @@ private:
     Engine engine_;
 };
 
-bool NodeProcess::load() {
-    std::string why;
-    if (!store_.open(store_file(options_.state_folder, options_.node), options_.fresh, why)) {
-        fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
+/* A store that was lost must not look like a first start: the node would have what its text says,
+ * and what administrators changed would be gone without a word. */
+bool NodeProcess::open_store(std::string &why) {
+    const std::string file = store_file(options_.state_folder, options_.node);
+    const auto is_lost = [this, &file, &why](bool lost) {
+        lost = lost && options_.known && !options_.fresh;
+        if (lost) {
+            why = file + " is missing or empty, but the node was loaded before; put a copy in its "
+                         "place, or start with --fresh to begin the domain anew";
+        }
+        return lost;
+    };
+    std::string loaded;
+    if (is_lost(is_empty_file(file)) || !store_.open(file, why)) {
         return false;
     }
-    if (!options_.generate.empty()) {
-        return generate();
+    if (options_.fresh) {
+        store_.forget();
     }
-    if (engine_.load_store(why)) {
-        return true;
+    if (!store_.belongs_to("node " + options_.node + " of " + options_.domain, why)) {
+        return false;
     }
+    if (!store_.fact(FACT_LOADED, loaded)) {
+        why = store_.unreadable();
+        return false;
+    }
+    return !is_lost(loaded != "1");
+}
+
+bool NodeProcess::load_first(std::string &why) {
     DomainText domain = read_domain_file(options_.domain_file);
     const TextNode *text = domain.find(options_.node);
-    if (why.empty() && domain.errors.empty() && text != nullptr &&
-        engine_.load_text(*text, domain)) {
+    if (domain.errors.empty() && text == nullptr) {
+        why = options_.domain_file + " has no such node any more";
+    }
+    if (domain.errors.empty() && text != nullptr && engine_.load_text(*text, domain)) {
         return true;
     }
-    if (!why.empty()) {
-        fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
-    }
     for (const std::string &error : domain.errors) {
-        fprintf(stderr, "snanode: %s\n", error.c_str());
+        why += (why.empty() ? "" : "\nsnanode: ") + error;
     }
     return false;
 }
 
-bool NodeProcess::generate() {
-    Generated domain;
+bool NodeProcess::load() {
     std::string why;
-    const bool good = parse_generated(options_.generate, domain, why) &&
-                      engine_.load_generated(domain, generated_index(domain, options_.node), why);
-    if (!good) {
+    const bool loaded =
+        open_store(why) &&
+        (!options_.generate.empty() ? generate(why)
+                                    : engine_.load_store(why) || (why.empty() && load_first(why)));
+    if (!loaded) {
         fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
     }
-    return good;
+    return loaded;
+}
+
+bool NodeProcess::generate(std::string &why) {
+    Generated domain;
+    return parse_generated(options_.generate, domain, why) &&
+           engine_.load_generated(domain, generated_index(domain, options_.node), why);
 }
 
 int NodeProcess::run() {
@@ -190,7 +217,7 @@ void NodeProcess::handle() {
 } // namespace
 
 std::string store_file(const std::string &state_folder, const std::string &node) {
-    return state_folder + "/node-" + node + ".db";
+    return state_folder + "/" + NODE_STORE + node + ".db";
 }
 
 int serve_node(const ServeOptions &options) {

@@ -18,18 +18,21 @@ namespace node {
 constexpr NB_ULONG FOR_OTHER_NODES = 1; /* correlator */
 
 struct ServeOptions {
-    std::string node; /* its name in the domain text */
+    std::string node;   /* its name in the domain text */
+    std::string domain; /* whose node it is, as in "domain pair" */
     std::string domain_file;
     std::string generate; /* all numbers of a generated domain; "": there is a text */
     std::string state_folder;
     bool fresh = false;
-    int fd = -1; /* the socket to the front process */
+    bool known = false; /* it was loaded before: without its store it must not start */
+    int fd = -1;        /* the socket to the front process */
 };
 
 /* Runs until the front process ends the socket.  Returns the exit status. */
 int serve_node(const ServeOptions &options);
 
-/* The file of a node's store. */
+/* The files of the nodes' stores begin so; the whole name is that of one. */
+constexpr const char *NODE_STORE = "node-";
 std::string store_file(const std::string &state_folder, const std::string &node);
 
 } // namespace node

@@ -55,9 +55,13 @@ bool Front::spawn(NodeProcess &node, bool fresh, std::string &why) {
                                       options_.generate.empty() ? options_.domain_file
                                                                 : options_.generate,
                                       "--state",
-                                      options_.state_folder};
+                                      options_.state_folder,
+                                      "--of",
+                                      owner()};
     if (fresh) {
         words.emplace_back("--fresh");
+    } else if (domain_->is_known(node.name)) {
+        words.emplace_back("--known");
     }
     std::vector<char *> arguments;
     for (std::string &word : words) {
@@ -172,6 +176,7 @@ void Front::node_indication(NodeProcess &node, const Frame &frame) {
     domain_->update(node.name, record.info);
     if (!node.up) {
         node.up = node.was_up = true;
+        domain_->came_up(node.name);
         node.restart_ms = 0;
         send_server_news(node.name, 1); /* administrators may have come before it */
         all_ready();

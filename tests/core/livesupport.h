@@ -35,7 +35,7 @@ public:
         : text_(node::read_domain_file(text_file)), timers_(clock_) {
         EXPECT_TRUE(text_.errors.empty());
         std::string why;
-        EXPECT_TRUE(store_.open(folder_.file("domain.db"), true, why)) << why;
+        EXPECT_TRUE(store_.open(folder_.file("domain.db"), why)) << why;
         domain_ = std::make_unique<node::Domain>(text_, store_, timers_, clock_);
         EXPECT_TRUE(domain_->load(why)) << why;
         for (const node::TextNode &node : text_.nodes) {
@@ -132,7 +132,7 @@ private:
         NODE(LIVE_DOMAIN &domain, const node::TextNode &text)
             : name(text.name), engine(&store, domain.timers_, domain.clock_, heard) {
             std::string why;
-            EXPECT_TRUE(store.open(domain.folder_.file(name + ".db"), true, why)) << why;
+            EXPECT_TRUE(store.open(domain.folder_.file(name + ".db"), why)) << why;
             EXPECT_TRUE(engine.load_text(text, domain.text_));
             engine.begin();
         }

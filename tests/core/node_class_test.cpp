@@ -175,7 +175,7 @@ TEST(NodeClassWalk, EveryClassThatCanBeDefined) {
         std::vector<std::string> kept;
         for (const char *file : {"single.domain", "branch.domain"}) {
             node::Store store;
-            ASSERT_TRUE(store.open(folder.file(std::string(file) + ".db"), true, why)) << why;
+            ASSERT_TRUE(store.open(folder.file(std::string(file) + ".db"), why)) << why;
             Sample sample(file, of_domain(row), &store);
             const Resource *one = sample.any(row);
             if (one == nullptr) {
@@ -431,7 +431,7 @@ TEST(NodeSettings, AreSetByTheBlockOfTheirQuery) {
     Folder folder;
     std::string why;
     node::Store store;
-    ASSERT_TRUE(store.open(folder.file("n.db"), false, why)) << why;
+    ASSERT_TRUE(store.open(folder.file("n.db"), why)) << why;
     Rig rig(&store);
     rig.load(SMALL_NODE);
     NAP_QUERY_DEFAULTS_VERB defaults = {};

@@ -9,9 +9,12 @@
 #include <csignal>
 #include <fstream>
 #include <grp.h>
+#include <map>
 #include <numeric>
+#include <optional>
 #include <poll.h>
 #include <set>
+#include <sqlite3.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -687,6 +690,116 @@ TEST(NodeFront, WhoSleepsInAStormCostsLittleAndLearnsOfIt) {
     EXPECT_EQ(status.opcode, NAP_NOF_STATUS_INDICATION);
     EXPECT_EQ(status.secondary_rc, NB_ULONG{NAP_SINK_OVERFLOW});
     EXPECT_NE(last.header.correlator, 0U);
+}
+
+/* Every file of the stores, by name. */
+using Files = std::map<std::string, std::string>;
+
+Files stores_in(const std::string &folder) {
+    Files found;
+    for (const auto &one : std::filesystem::directory_iterator(folder)) {
+        std::ifstream file(one.path(), std::ios::binary);
+        found[one.path().filename()] = std::string(std::istreambuf_iterator<char>(file), {});
+    }
+    return found;
+}
+
+void put_stores(const std::string &folder, const Files &files) {
+    for (const auto &one : std::filesystem::directory_iterator(folder)) {
+        std::filesystem::remove(one.path());
+    }
+    for (const auto &[name, text] : files) {
+        std::ofstream(folder + "/" + name, std::ios::binary) << text;
+    }
+}
+
+std::string database(const std::string &file, const char *sql) {
+    sqlite3 *db = nullptr;
+    sqlite3_open(file.c_str(), &db);
+    EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+    sqlite3_close(db);
+    return file;
+}
+
+TEST(NodeFront, ARefusedStartLosesNothing) {
+    constexpr size_t PAGE = 4096;
+    Running node;
+    const std::string state = node.folder.file("var/domain/pair");
+    {
+        Client client(node.socket());
+        EXPECT_EQ(client.define_dlc(client.join("one"), "KEPT"), OK_CODES);
+    }
+    EXPECT_EQ(node.stop(), 0);
+    const Files good = stores_in(state);
+    const std::string one = good.at("node-one.db");
+    ASSERT_GT(one.size(), 3 * PAGE);
+    database(state + "/strange.db", "CREATE TABLE birds (name TEXT)");
+    const std::string strange = stores_in(state).at("strange.db");
+    std::string facts = one;
+    facts.replace(2 * PAGE, PAGE, std::string(PAGE, '\x55'));
+    const std::string broken = one.substr(0, 3 * PAGE) + std::string(one.size() - 3 * PAGE, '\x55');
+    const struct {
+        const char *what, *file;
+        std::optional<std::string> text; /* none: removed */
+        const char *says;
+    } rows[] = {
+        {"a node's is gone", "node-one.db", {}, "node-one.db is missing or empty"},
+        {"a node's is empty", "node-one.db", "", "node-one.db is missing or empty"},
+        {"the domain's is gone", "domain.db", {}, "domain.db is missing or empty"},
+        {"the domain's is empty", "domain.db", "", "domain.db is missing or empty"},
+        {"no database", "node-one.db", std::string(PAGE, 'x'), "cannot be read"},
+        {"no database for the domain", "domain.db", std::string(PAGE, 'x'), "cannot be read"},
+        {"damaged facts", "node-one.db", facts, "node-one.db cannot be read"},
+        {"damaged rows", "node-one.db", broken, "node-one.db cannot be read"},
+        {"of another node", "node-one.db", good.at("node-two.db"),
+         "is the store of node two of domain pair, not of node one of domain pair"},
+        {"of a node", "domain.db", one, "is the store of node one"},
+        {"of something else", "domain.db", strange, "is a database of something else"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.what);
+        Files damaged = good;
+        damaged.erase(row.file);
+        if (row.text) {
+            damaged[row.file] = *row.text;
+        }
+        put_stores(state, damaged);
+        node.start();
+        EXPECT_NE(node.printed.find(row.says), std::string::npos) << node.printed;
+        EXPECT_EQ(node.stop(0), 256) << "exit status 1";
+        Files after = stores_in(state);
+        if (!row.text) {
+            EXPECT_EQ(after.count(row.file), 0U);
+        }
+        for (const auto &[name, text] : after) {
+            EXPECT_TRUE(text == damaged[name]) << "it has written to " << name;
+        }
+    }
+    put_stores(state, good);
+    std::string renamed = TWO_NODES;
+    renamed.replace(renamed.find("= pair"), 6, "= bond");
+    for (const auto &[text, says] :
+         {std::pair{renamed, "is the store of domain pair, not of domain bond"},
+          std::pair{renamed + "[dlc LAN0]\n", "pair.domain:"}}) {
+        node.write("pair.domain", text);
+        node.start();
+        EXPECT_NE(node.printed.find(says), std::string::npos) << node.printed;
+        EXPECT_EQ(node.stop(0), 256);
+        EXPECT_TRUE(stores_in(state) == good);
+    }
+    node.write("pair.domain", TWO_NODES);
+    for (const char *file : {"/domain.db", "/node-one.db"}) {
+        database(state + file, "DELETE FROM fact WHERE name = 'owner'"); /* of an earlier version */
+    }
+    for (const bool fresh : {false, true}) {
+        fresh ? node.start({"--fresh"}) : node.start();
+        EXPECT_NE(node.printed.find("ready"), std::string::npos) << node.printed;
+        Client client(node.socket());
+        EXPECT_EQ(client.query(client.join("one"), NAP_QUERY_DLC), OK_CODES);
+        EXPECT_EQ(client.total, fresh ? 1U : 2U);
+        EXPECT_EQ(node.stop(), 0);
+        EXPECT_NE(stores_in(state).at("domain.db").find("domain pair"), std::string::npos);
+    }
 }
 
 } // namespace

@@ -45,7 +45,7 @@ TEST(NodeMake, OnlyChangesAreStored) {
     const std::string third = ebcdic("PU00001") + ebcdic("LU00003");
     {
         node::Store store;
-        ASSERT_TRUE(store.open(folder.file("n.db"), false, why)) << why;
+        ASSERT_TRUE(store.open(folder.file("n.db"), why)) << why;
         Rig rig(&store);
         ASSERT_TRUE(rig.engine.load_generated(domain, 0, why)) << why;
         EXPECT_EQ(rig.list(NAP_QUERY_LU_0_TO_3).total, 300U);
@@ -66,7 +66,7 @@ TEST(NodeMake, OnlyChangesAreStored) {
         lus = rig.list(NAP_QUERY_LU_0_TO_3).entries;
     }
     node::Store store;
-    ASSERT_TRUE(store.open(folder.file("n.db"), false, why)) << why;
+    ASSERT_TRUE(store.open(folder.file("n.db"), why)) << why;
     Rig rig(&store);
     ASSERT_TRUE(rig.engine.load_generated(domain, 0, why)) << why;
     EXPECT_EQ(rig.list(NAP_QUERY_LU_0_TO_3).entries, lus);

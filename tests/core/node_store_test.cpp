@@ -75,7 +75,7 @@ TEST(NodeStore, KeepsWhatWasAcknowledged) {
     Lists lists;
     {
         node::Store store;
-        ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+        ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
         Rig rig(&store);
         EXPECT_FALSE(rig.engine.load_store(why));
         rig.load(SMALL_NODE);
@@ -88,7 +88,7 @@ TEST(NodeStore, KeepsWhatWasAcknowledged) {
         lists = all_lists(rig);
     }
     node::Store store;
-    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+    ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
     Rig rig(&store);
     ASSERT_TRUE(rig.engine.load_store(why)) << why;
     rig.engine.begin();
@@ -105,7 +105,7 @@ TEST(NodeStore, ReadsWhatAnOlderLayoutKept) {
     Lists lists;
     {
         node::Store store;
-        ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+        ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
         Rig rig(&store);
         rig.load(SMALL_NODE);
         lists = all_lists(rig);
@@ -123,7 +123,7 @@ TEST(NodeStore, ReadsWhatAnOlderLayoutKept) {
               SQLITE_OK);
     sqlite3_close(file);
     node::Store store;
-    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+    ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
     Rig rig(&store);
     ASSERT_TRUE(rig.engine.load_store(why)) << why;
     EXPECT_EQ(lists.erase(NAP_QUERY_DIRECTORY_ENTRY), 1U) << "what lost its definition is left out";
@@ -149,7 +149,7 @@ TEST(NodeStore, IsItsOwnersAlone) {
     const mode_t mask = umask(0);
     {
         node::Store store;
-        ASSERT_TRUE(store.open(file, false, why)) << why;
+        ASSERT_TRUE(store.open(file, why)) << why;
         Rig rig(&store);
         rig.load(SMALL_NODE);
         expect_closed("when made");
@@ -163,7 +163,7 @@ TEST(NodeStore, IsItsOwnersAlone) {
     std::ofstream(file + "-shm") << "of an earlier version";
     {
         node::Store store;
-        EXPECT_TRUE(store.open(file, false, why)) << why;
+        EXPECT_TRUE(store.open(file, why)) << why;
         EXPECT_TRUE(store.set_fact(node::FACT_WANTED, "1"));
         expect_closed("when repaired");
     }
@@ -171,13 +171,13 @@ TEST(NodeStore, IsItsOwnersAlone) {
     {
         const Reader reader(file);
         node::Store store;
-        EXPECT_FALSE(store.open(file, false, why));
+        EXPECT_FALSE(store.open(file, why));
         EXPECT_NE(why.find("held by process " + std::to_string(reader.process())),
                   std::string::npos)
             << why;
     }
     node::Store store;
-    EXPECT_TRUE(store.open(file, false, why)) << "when the reader has gone: " << why;
+    EXPECT_TRUE(store.open(file, why)) << "when the reader has gone: " << why;
 }
 
 TEST(NodeStore, OfAnotherUserIsRefused) {
@@ -197,7 +197,7 @@ TEST(NodeStore, OfAnotherUserIsRefused) {
     for (const std::string &given : {foreign, folder.path()}) {
         ASSERT_EQ(chown(given.c_str(), NOBODY, NOBODY), 0);
         node::Store store;
-        EXPECT_FALSE(given == foreign ? store.open(folder.file("n.db"), false, why)
+        EXPECT_FALSE(given == foreign ? store.open(folder.file("n.db"), why)
                                       : node::own_folder(given, why));
         EXPECT_NE(why.find(given + " belongs to user 65534"), std::string::npos) << why;
     }
@@ -208,7 +208,7 @@ TEST(NodeStore, NothingIsDoneWhenItCannotBeWritten) {
     Folder folder;
     std::string why;
     node::Store store;
-    ASSERT_TRUE(store.open(folder.file("node.db"), false, why)) << why;
+    ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
     Rig rig(&store);
     rig.load(SMALL_NODE);
     const FullDisk full;

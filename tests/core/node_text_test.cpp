@@ -149,7 +149,7 @@ struct DomainRig {
 
     explicit DomainRig(const std::string &file) {
         std::string why;
-        EXPECT_TRUE(store.open(file, false, why)) << why;
+        EXPECT_TRUE(store.open(file, why)) << why;
         domain = std::make_unique<node::Domain>(text, store, timers, clock);
         EXPECT_TRUE(domain->load(why)) << why;
     }
