@@ -10,6 +10,7 @@
 #include "messageline.h"
 #include "messages.h"
 #include "nbproblem.h"
+#include "nodestate.h"
 #include "nofverbs.h"
 #include "programend.h"
 #include "progressline.h"
@@ -116,6 +117,7 @@ NB_VOID set_hooks(NB_VOID) {
     gvga_hooks.node_died = node_died;
     gvga_hooks.record_awaited = vga_operations_follow;
     gvga_hooks.verb_purged = verb_purged;
+    gvga_hooks.not_stored = vga_tell_not_stored;
     gvga_hooks.outcome = vga_listw_outcome;
     gvga_hooks.line_added = vga_listw_line_added;
     gvga_hooks.wake = vga_add_null_timeout;

@@ -146,7 +146,7 @@ Result remove_pool(Engine &engine, const NB_UCHAR *block) {
     if (whole) {
         changes.insert(changes.begin(), Engine::removal_of(*first));
     }
-    return engine.apply(std::move(changes));
+    return engine.apply(std::move(changes), Engine::IfFull::Owe);
 }
 
 } // namespace

@@ -12,6 +12,8 @@ namespace node {
 
 namespace {
 
+constexpr NB_ULONG SETTLE_MS = 5000;
+
 /* The bytes by which others name a resource. */
 const NB_UCHAR *referred_name(const RefRow &ref, const Resource &resource) {
     return resource.entry.get() +
@@ -234,7 +236,36 @@ Change Engine::removal_of(Resource &resource) {
     return change;
 }
 
-Result Engine::apply(std::vector<Change> changes) {
+/* Writes it, or does with it what is to be done when it cannot be. */
+Result Engine::remember(const std::vector<StoreChange> &changes,
+                        const std::vector<StoreFact> &facts, IfFull if_full) {
+    const bool owes = if_full == IfFull::Owe;
+    if (store_ == nullptr ||
+        (owes ? store_->write_or_owe(changes, facts) : store_->write(changes, facts))) {
+        return GOOD;
+    }
+    if (!owes) {
+        return bad_state(NAP_STORE_FAILED);
+    }
+    if (store_timer_ == 0) {
+        log(NAP_LOG_PROBLEM, NAP_LOG_NOT_STORED,
+            "The store cannot be written. What is stopped, started or deleted now is forgotten if "
+            "this node ends before it can be.");
+        store_timer_ = timers_.after(SETTLE_MS, [this] { settle_store(); });
+    }
+    return {NAP_OK, NAP_NOT_STORED};
+}
+
+void Engine::settle_store() {
+    if (store_->settle()) {
+        store_timer_ = 0;
+        log(NAP_LOG_AUDIT, NAP_LOG_STORED, "The store is written again: all is kept.");
+    } else {
+        store_timer_ = timers_.after(SETTLE_MS, [this] { settle_store(); });
+    }
+}
+
+Result Engine::apply(std::vector<Change> changes, IfFull if_full) {
     std::vector<StoreChange> rows;
     for (Change &change : changes) {
         if (change.entry == nullptr) {
@@ -243,8 +274,9 @@ Result Engine::apply(std::vector<Change> changes) {
             rows.push_back(kept(*change.row->schema, change.entry.get(), change.behaviour));
         }
     }
-    if (store_ != nullptr && !store_->write(rows)) {
-        return bad_state(NAP_STORE_FAILED);
+    const Result result = remember(rows, {}, if_full);
+    if (!result.ok()) {
+        return result;
     }
     telling_ = true;
     for (Change &change : changes) {
@@ -258,7 +290,7 @@ Result Engine::apply(std::vector<Change> changes) {
         }
     }
     telling_ = false;
-    return GOOD;
+    return result;
 }
 
 Resource &Engine::add_derived(ClassId id, const NB_VOID *entry, size_t length) {
@@ -342,7 +374,7 @@ Result Engine::remove(const ClassRow &row, const NB_UCHAR *block) {
     if (result.ok()) {
         std::vector<Change> changes;
         changes.push_back(removal_of(*resource));
-        result = apply(std::move(changes));
+        result = apply(std::move(changes), IfFull::Owe);
         traffic_changed();
     }
     return result;

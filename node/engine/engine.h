@@ -125,8 +125,12 @@ public:
     static Change change_to(ClassId id, const NB_VOID *entry, size_t length, Resource *old);
     static Change removal_of(Resource &resource);
 
+    /* What becomes of a change that the store cannot write: nothing, or it takes place and is
+     * owed, and the answer's secondary code is NAP_NOT_STORED. */
+    enum class IfFull : NB_UCHAR { Refuse, Owe };
+
     /* Stores all steps as one transaction, then takes them.  They are not checked. */
-    Result apply(std::vector<Change> changes);
+    Result apply(std::vector<Change> changes, IfFull if_full = IfFull::Refuse);
 
     /* A settings record, by the verb that asks for it. */
     template <class Record> Record settings(NB_USHORT opcode) const {
@@ -191,6 +195,11 @@ private:
 
     /* How sessions end when something stops. */
     enum class Stop : NB_UCHAR { Orderly = NAP_ORDERLY_STOP, Immediate = NAP_IMMEDIATE_STOP };
+
+    /* what is on disk (define.cpp) */
+    Result remember(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts,
+                    IfFull if_full);
+    void settle_store();
 
     /* states (life.cpp, stopping.cpp) */
     Resource *named_by(const ClassRow &row, const NB_UCHAR *block) const;
@@ -308,6 +317,7 @@ private:
     bool generated_ = false;               /* the store holds changes only */
     TimerId node_timer_ = 0;
     TimerId traffic_timer_ = 0;
+    TimerId store_timer_ = 0; /* something is owed to the store */
 };
 
 /* Sense codes of failures. */

@@ -274,12 +274,10 @@ Result Engine::init_node() {
     if (node_state_ == NAP_NODE_UNCONFIGURED || node_state_ == NAP_NODE_BACK_LEVEL) {
         return bad_state(NAP_NODE_NOT_ACTIVE);
     }
-    if (store_ != nullptr && !store_->set_fact(FACT_WANTED, "1")) {
-        return bad_state(NAP_STORE_FAILED);
-    }
+    const Result result = remember({}, {{FACT_WANTED, "1"}}, IfFull::Owe);
     wanted_ = true;
     begin();
-    return GOOD;
+    return result;
 }
 
 void Engine::begin() {

@@ -126,9 +126,7 @@ Result Engine::stop_node(const NB_UCHAR *block) {
     if (node_state_ == NAP_NODE_UNCONFIGURED || node_state_ == NAP_NODE_BACK_LEVEL) {
         return bad_state(NAP_NODE_NOT_ACTIVE);
     }
-    if (store_ != nullptr && !store_->set_fact(FACT_WANTED, "0")) {
-        return bad_state(NAP_STORE_FAILED);
-    }
+    const Result result = remember({}, {{FACT_WANTED, "0"}}, IfFull::Owe);
     wanted_ = false;
     timers_.cancel(node_timer_);
     set_node_state(NAP_NODE_STOPPING);
@@ -137,7 +135,7 @@ Result Engine::stop_node(const NB_UCHAR *block) {
         stop(*root, static_cast<Stop>(verb.stop_type));
     }
     node_may_end();
-    return GOOD;
+    return result;
 }
 
 void Engine::node_may_end() {

@@ -57,6 +57,7 @@ Behaviour read_behaviour(sqlite3_stmt *statement, int column) {
 } // namespace
 
 Store::~Store() {
+    settle();
     sqlite3_finalize(put_);
     sqlite3_finalize(erase_);
     sqlite3_close(db_);
@@ -191,7 +192,7 @@ bool Store::fill(const std::vector<StoreChange> &changes, const std::vector<Stor
            (owner_.empty() || claimed_ || put_fact({FACT_OWNER, owner_}));
 }
 
-bool Store::write(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts) {
+bool Store::commit(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts) {
     if (!run("BEGIN IMMEDIATE")) {
         return false;
     }
@@ -203,6 +204,26 @@ bool Store::write(const std::vector<StoreChange> &changes, const std::vector<Sto
     forgets_ = forgets_ && !done;
     claimed_ = claimed_ || (done && !owner_.empty());
     return done;
+}
+
+bool Store::write(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts) {
+    return settle() && commit(changes, facts);
+}
+
+bool Store::write_or_owe(const std::vector<StoreChange> &changes,
+                         const std::vector<StoreFact> &facts) {
+    if (debt_.empty() && commit(changes, facts)) {
+        return true;
+    }
+    debt_.add(changes, facts);
+    return settle();
+}
+
+bool Store::settle() {
+    if (!debt_.empty() && commit(debt_.changes(), debt_.facts())) {
+        debt_.clear();
+    }
+    return debt_.empty();
 }
 
 bool Store::read(const std::function<bool(const StoreRow &)> &take) {

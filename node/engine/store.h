@@ -10,6 +10,7 @@
 #define STORE_H
 
 #include "behaviour.h"
+#include "debt.h"
 #include "schema.h"
 
 #include <functional>
@@ -103,8 +104,17 @@ public:
     /* From now on an erased row is kept as a mark: its record is that of `is_erased`. */
     void keep_erased() { keeps_erased_ = true; }
 
-    /* Writes all, or nothing and returns false. */
+    /* Writes all, or nothing and returns false.  What is owed is written first. */
     bool write(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts = {});
+
+    /* For what must take place even when it cannot be written: then it is owed, which is true from
+     * now on until `settle` or another write wrote it.  True when nothing is owed. */
+    bool write_or_owe(const std::vector<StoreChange> &changes,
+                      const std::vector<StoreFact> &facts = {});
+
+    /* Writes what is owed; true when nothing is any more. */
+    bool settle();
+    bool owes() const { return !debt_.empty(); }
 
     /* Calls `take` for every row; its pointers are good for that call.  False when reading failed
      * or `take` returned false. */
@@ -121,6 +131,7 @@ private:
     bool apply(const StoreChange &change);
     bool put_fact(const StoreFact &fact);
     bool fill(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts);
+    bool commit(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts);
     bool failed(const char *what);
 
     bool forgets_ = false;
@@ -131,6 +142,7 @@ private:
     sqlite3_stmt *erase_ = nullptr;
     std::string path_;
     std::string owner_;
+    Debt debt_;
 };
 
 } // namespace node

@@ -102,6 +102,8 @@ typedef struct nap_log_data {
 #define NAP_LOG_DEFINED         10
 #define NAP_LOG_DELETED         11
 #define NAP_LOG_TRACE_FAILED    12 /* a trace file could not be written */
+#define NAP_LOG_NOT_STORED      13 /* changes are not on the disk yet */
+#define NAP_LOG_STORED          14 /* now they are */
 
 #define NAP_TRACE_DLC       1 /* trace_kind: set with NAP_SET_DLC_TRACE */
 #define NAP_TRACE_TYPE      2 /* NAP_SET_TRACE_TYPE, and so on */

@@ -328,6 +328,7 @@ static inline const NB_CHAR *nap_secondary_name(NB_ULONG code) {
         NAP_CODE(NAP_STORE_FAILED),        NAP_CODE(NAP_SINK_OVERFLOW),
         NAP_CODE(NAP_SYSTEM_FILE_CHANGED), NAP_CODE(NAP_NO_HPR_CONNECTION),
         NAP_CODE(NAP_LIMIT_REACHED),       NAP_CODE(NAP_PARTNER_UNREACHABLE),
+        NAP_CODE(NAP_NOT_STORED),
     };
     return nap_find_code(names, sizeof(names) / sizeof(names[0]), code);
 }

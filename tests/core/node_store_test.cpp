@@ -7,6 +7,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <optional>
 #include <sqlite3.h>
 #include <sys/file.h>
 #include <sys/resource.h>
@@ -204,19 +205,41 @@ TEST(NodeStore, OfAnotherUserIsRefused) {
     EXPECT_FALSE(std::filesystem::exists(folder.file("n.db")));
 }
 
-TEST(NodeStore, NothingIsDoneWhenItCannotBeWritten) {
+/* With a full disk. */
+TEST(NodeStore, WhatCannotBeWrittenIsRefusedOrOwed) {
     Folder folder;
     std::string why;
+    {
+        node::Store store;
+        ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
+        Rig rig(&store);
+        rig.load(SMALL_NODE);
+        NAP_DEFINE_DLC_VERB made = dlc("NEW");
+        std::optional<FullDisk> full(std::in_place);
+        EXPECT_EQ(rig.issue(made), state(NAP_STORE_FAILED));
+        EXPECT_EQ(rig.list(NAP_QUERY_DLC).total, 1U);
+        const Codes owed = {NAP_OK, NAP_NOT_STORED};
+        EXPECT_EQ(rig.by_key(NAP_DELETE_LOCAL_LU, ebcdic("DEPLU")), owed);
+        EXPECT_EQ(rig.list(NAP_QUERY_LOCAL_LU).total, 1U) << "room can be made";
+        EXPECT_EQ(rig.by_key(NAP_STOP_NODE, "", NAP_IMMEDIATE_STOP), owed);
+        rig.pass(20000);
+        EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPED});
+        EXPECT_EQ(rig.issue(made), state(NAP_STORE_FAILED));
+        full.reset();
+        EXPECT_EQ(rig.issue(made), OK_CODES) << "what is owed goes with it";
+        EXPECT_FALSE(store.owes());
+        full.emplace();
+        EXPECT_EQ(rig.by_key(NAP_INIT_NODE, ""), owed);
+    }
     node::Store store;
     ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
     Rig rig(&store);
-    rig.load(SMALL_NODE);
-    const FullDisk full;
-    NAP_DEFINE_DLC_VERB verb = dlc("NEW");
-    EXPECT_EQ(rig.issue(verb), state(NAP_STORE_FAILED));
-    EXPECT_EQ(rig.by_key(NAP_DELETE_LOCAL_LU, ebcdic("DEPLU")), state(NAP_STORE_FAILED));
-    EXPECT_EQ(rig.list(NAP_QUERY_DLC).total, 1U);
-    EXPECT_EQ(rig.list(NAP_QUERY_LOCAL_LU).total, 2U);
+    ASSERT_TRUE(rig.engine.load_store(why)) << why;
+    EXPECT_EQ(rig.list(NAP_QUERY_DLC).total, 2U);
+    EXPECT_EQ(rig.list(NAP_QUERY_LOCAL_LU).total, 1U);
+    std::string wanted;
+    EXPECT_TRUE(store.fact(node::FACT_WANTED, wanted));
+    EXPECT_EQ(wanted, "1") << "an orderly end writes what is owed";
 }
 
 } // namespace

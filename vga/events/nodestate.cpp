@@ -1,11 +1,16 @@
 #include "nodestate.h"
 #include "hooks.h"
+#include "messages.h"
 #include "model.h"
 #include "newresources.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
+#include "outcomes.h"
 #include "vgadsutl.h"
 #include <cstring>
+#include <ctime>
+#include <map>
+#include <string>
 
 namespace {
 
@@ -47,5 +52,20 @@ NB_VOID vga_process_node_status_ind(const VGA_PROCESS_STATE *work) {
         vga_process_init_node(node, copy.node_state);
     } else {
         vga_process_stop_node(node, copy.node_state);
+    }
+}
+
+NB_VOID vga_tell_not_stored(NB_ULONG target) {
+    constexpr time_t PAUSE = 60; /* many things may be deleted at once */
+    static std::map<std::string, time_t> told_at;
+    const VGA_NODE *node = vga_find_node_of_target(target);
+    if (node == nullptr) {
+        return;
+    }
+    const std::string name = vga_node_name(node);
+    const time_t now = time(nullptr);
+    if (time_t &last = told_at[name]; now - last >= PAUSE || now < last) {
+        last = now;
+        vga_tell_outcome(name, vga_message(VGA_MSG_NOT_STORED), 1);
     }
 }

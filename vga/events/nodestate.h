@@ -17,4 +17,8 @@ NB_VOID vga_process_node_status_ind(const VGA_PROCESS_STATE *work);
 NB_VOID vga_process_init_node(VGA_NODE *node, NB_ULONG state);
 NB_VOID vga_process_stop_node(VGA_NODE *node, NB_ULONG state);
 
+/* A change of that node took place and is not on its disk yet: an outcome says so, once a minute at
+ * most.  Nothing for a target that is no node's. */
+NB_VOID vga_tell_not_stored(NB_ULONG target);
+
 #endif

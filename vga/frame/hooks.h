@@ -43,6 +43,8 @@ struct VGA_HOOKS {
     NB_VOID (*record_awaited)(const NB_VOID *item, VGA_RECORD_CHANGE what);
     /* Something succeeded or failed (outcomes.h). */
     NB_VOID (*outcome)(const VGA_OUTCOME &outcome);
+    /* A verb was done at that target and is not on the disk yet (NAP_NOT_STORED). */
+    NB_VOID (*not_stored)(NB_ULONG target);
     /* A verb was purged, so that its completion will not be called. */
     NB_VOID (*verb_purged)(NB_USHORT opcode, NB_ULONG user_data);
     /* The record that a dialog shows is about to be freed: the dialog stays, without its record and

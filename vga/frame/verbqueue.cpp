@@ -146,7 +146,11 @@ NB_VOID complete(const VGA_QUEUE_ENTRY &entry, const VGA_PROCESS_STATE &work) {
     if (vcb.primary_rc == NAP_COMM_FAILURE && vcb.secondary_rc == NAP_CONNECTION_GONE) {
         return;
     }
-    entry.completion(&work);
+    const bool owed = vcb.primary_rc == NAP_OK && vcb.secondary_rc == NAP_NOT_STORED;
+    entry.completion(&work); /* may free the block */
+    if (owed && gvga_hooks.not_stored != nullptr) {
+        gvga_hooks.not_stored(work.target);
+    }
 }
 
 } // namespace
