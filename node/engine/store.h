@@ -124,6 +124,11 @@ public:
     [[nodiscard]] bool fact(const std::string &name, std::string &value);
     bool set_fact(const std::string &name, const std::string &value);
 
+    /* Makes a copy, one file for its owner alone, of what is on the disk now.  It is checked as a
+     * database and then takes the place of `path` (with a folder), so that no half copy has that
+     * name.  On failure returns false with a text for the operator; `path` is as it was. */
+    bool copy_to(const std::string &path, std::string &why);
+
 private:
     int open_once();
     bool is_foreign();

@@ -99,6 +99,37 @@ TEST(NodeStore, KeepsWhatWasAcknowledged) {
     EXPECT_EQ(all_lists(rig), lists);
 }
 
+TEST(NodeStore, CopiesAreWholeOrNotThere) {
+    Folder folder;
+    std::string why;
+    Lists lists;
+    const std::string copy = folder.file("copy.db");
+    {
+        node::Store store;
+        ASSERT_TRUE(store.open(folder.file("node.db"), why)) << why;
+        Rig rig(&store);
+        rig.load(SMALL_NODE);
+        ASSERT_TRUE(store.copy_to(copy, why)) << why;
+        lists = all_lists(rig);
+        NAP_DEFINE_DLC_VERB verb = dlc("NEW");
+        EXPECT_EQ(rig.issue(verb), OK_CODES);
+        const FullDisk full;
+        EXPECT_FALSE(store.copy_to(copy, why));
+        EXPECT_NE(why.find(copy), std::string::npos) << why;
+    }
+    unsigned files = 0;
+    for (const auto &one : std::filesystem::directory_iterator(folder.path())) {
+        EXPECT_EQ(one.status().permissions(), std::filesystem::perms(0600)) << one.path();
+        files++;
+    }
+    EXPECT_EQ(files, 2U) << "the store and its copy";
+    node::Store store;
+    ASSERT_TRUE(store.open(copy, why)) << why;
+    Rig rig(&store);
+    ASSERT_TRUE(rig.engine.load_store(why)) << why;
+    EXPECT_EQ(all_lists(rig), lists) << "the first copy outlives the one that failed";
+}
+
 /* Status that an older layout did not have is missing at the end of its records. */
 TEST(NodeStore, ReadsWhatAnOlderLayoutKept) {
     Folder folder;
