@@ -128,7 +128,7 @@ bool Store::open(const std::string &path, std::string &why) {
 
 std::string Store::unreadable() const {
     return path_ + " cannot be read (" + (db_ != nullptr ? sqlite3_errmsg(db_) : "no memory") +
-           "); put a copy in its place, or move it away and start with --fresh to begin anew";
+           "); take one back with --restore, or move it away and start with --fresh to begin anew";
 }
 
 bool Store::belongs_to(const std::string &owner, std::string &why) {

@@ -130,6 +130,8 @@ public:
     bool copy_to(const std::string &path, std::string &why);
 
 private:
+    friend class StoreCopy;
+
     int open_once();
     bool is_foreign();
     bool run(const char *sql);

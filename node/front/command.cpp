@@ -4,6 +4,7 @@
 #include "generate.h"
 #include "nbbase.h"
 #include "nodeprocess.h"
+#include "restore.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -35,6 +36,8 @@ constexpr char usage[] =
     "  --socket PATH   where administrators connect (default: PREFIX/var/sna.sock)\n"
     "  --fault FILE    a fault script, read again on SIGHUP\n"
     "  --fresh         forget what is kept and read the domain text again\n"
+    "  --copies        show the copies of what is kept, made each day, and end\n"
+    "  --restore COPY  put that copy in place of what is kept, and end; 'last' is the newest\n"
     "\n"
     "PREFIX is the installation prefix, or SNA_PREFIX in the environment.\n";
 
@@ -45,9 +48,11 @@ struct Options {
     std::string fault;
     std::string serve;
     std::string generate;
+    std::string restore;
     std::string of; /* with --serve: what the domain's store is called */
     bool fresh = false;
     bool known = false; /* with --serve: the node was loaded before */
+    bool copies = false;
     bool help = false;
 };
 
@@ -66,6 +71,8 @@ bool parse_options(int argc, char **argv, Options &options) {
         {{"serve", required_argument, nullptr, 0}, &options.serve, nullptr},
         {{"of", required_argument, nullptr, 0}, &options.of, nullptr},
         {{"known", no_argument, nullptr, 0}, nullptr, &options.known},
+        {{"restore", required_argument, nullptr, 0}, &options.restore, nullptr},
+        {{"copies", no_argument, nullptr, 0}, nullptr, &options.copies},
         {{"fresh", no_argument, nullptr, 0}, nullptr, &options.fresh},
         {{"help", no_argument, nullptr, 0}, nullptr, &options.help},
     };
@@ -166,14 +173,21 @@ bool check_text(DomainText &text) {
     return text.errors.empty();
 }
 
+std::string stem_of(const Options &options) {
+    return options.generate.empty() ? stem_of(options.domain) : "generated";
+}
+
+std::string state_folder_of(const Options &options) {
+    return options.state.empty() ? std::string(nba_prefix()) + "/var/domain/" + stem_of(options)
+                                 : options.state;
+}
+
 int run_domain(const Options &options) {
     FrontOptions front_options;
     const std::string prefix = nba_prefix();
-    const std::string stem = options.generate.empty() ? stem_of(options.domain) : "generated";
     front_options.domain_file = options.generate.empty() ? domain_file(options.domain) : "";
     front_options.generate = options.generate;
-    front_options.state_folder =
-        options.state.empty() ? prefix + "/var/domain/" + stem : options.state;
+    front_options.state_folder = state_folder_of(options);
     front_options.socket_path = options.socket.empty() ? prefix + "/var/sna.sock" : options.socket;
     front_options.fault_file = options.fault;
     front_options.fresh = options.fresh;
@@ -181,8 +195,9 @@ int run_domain(const Options &options) {
     if (options.generate.empty() && !check_text(text)) {
         return 1;
     }
-    front_options.domain_name =
-        text.facts.name[0] != 0 ? reinterpret_cast<const char *>(text.facts.name) : stem;
+    front_options.domain_name = text.facts.name[0] != 0
+                                    ? reinterpret_cast<const char *>(text.facts.name)
+                                    : stem_of(options);
     const std::string socket_folder =
         front_options.socket_path.substr(0, front_options.socket_path.find_last_of('/'));
     for (const std::string &folder : {prefix + "/etc", front_options.state_folder, socket_folder}) {
@@ -222,7 +237,10 @@ int run_snanode(int argc, char **argv) {
         return serve_node({options.serve, options.of, options.domain, options.generate,
                            options.state, options.fresh, options.known, 3});
     }
-    return run_domain(options);
+    if (!options.restore.empty()) {
+        return restore_copy(state_folder_of(options), options.restore);
+    }
+    return options.copies ? print_copies(state_folder_of(options)) : run_domain(options);
 }
 
 } // namespace node

@@ -55,11 +55,11 @@ std::string any_node_store(const std::string &folder) {
 
 bool open_domain_store(Store &store, const std::string &folder, const std::string &name, bool fresh,
                        std::string &why) {
-    const std::string file = folder + "/domain.db";
+    const std::string file = folder + "/" + DOMAIN_STORE;
     const std::string of_node = fresh ? "" : any_node_store(folder);
     if (!of_node.empty() && is_empty_file(file)) {
         why = file + " is missing or empty, but " + of_node +
-              " is there; put a copy in its place, "
+              " is there; take one back with --restore, "
               "or start with --fresh to begin the domain anew";
         return false;
     }

@@ -16,6 +16,9 @@
 
 namespace node {
 
+/* The file of the domain's own store. */
+constexpr const char *DOMAIN_STORE = "domain.db";
+
 /* Opens the domain's store for the domain of this name; `fresh` is to forget what it holds.  False,
  * with a text for the operator and nothing written, when it is another's, cannot be read, or is
  * missing although nodes of the domain have theirs. */

@@ -81,7 +81,10 @@ NB_UCHAR places_of(NB_USHORT opcode) {
 } // namespace
 
 Front::Front(const FrontOptions &options, const DomainText &text)
-    : options_(options), timers_(clock_), loop_(timers_), text_(text) {}
+    : options_(options), timers_(clock_), loop_(timers_),
+      copy_(store_, options.state_folder, DOMAIN_STORE, timers_, clock_,
+            [this] { prune_copies(options_.state_folder); }),
+      text_(text) {}
 
 Front::~Front() {
     clients_.clear();
@@ -221,6 +224,7 @@ void Front::on_signal() {
 
 int Front::run() {
     loop_.each_round([this] { sweep(); });
+    copy_.begin();
     return loop_.run();
 }
 

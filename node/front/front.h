@@ -19,6 +19,7 @@
 #include "peer.h"
 #include "rights.h"
 #include "socketfile.h"
+#include "storecopy.h"
 
 #include <map>
 #include <memory>
@@ -190,6 +191,7 @@ private:
     TimerQueue timers_;
     Loop loop_;
     Store store_;
+    DailyCopy copy_;
     DomainText text_;
     std::unique_ptr<Domain> domain_;
     Faults faults_;

@@ -5,6 +5,7 @@
 #include "nofcopy.h"
 #include "nofverbs.h"
 #include "peer.h"
+#include "storecopy.h"
 #include "storefiles.h"
 
 #include <cstdio>
@@ -77,6 +78,7 @@ class NodeProcess {
 public:
     explicit NodeProcess(const ServeOptions &options)
         : options_(options), timers_(clock_), loop_(timers_),
+          copy_(store_, options.state_folder, NODE_STORE + options.node + ".db", timers_, clock_),
           link_(loop_, options.fd, [this] { handle(); }), engine_(&store_, timers_, clock_, link_) {
     }
 
@@ -96,6 +98,7 @@ private:
     TimerQueue timers_;
     Loop loop_;
     Store store_;
+    DailyCopy copy_;
     FrontLink link_;
     Engine engine_;
 };
@@ -107,8 +110,8 @@ bool NodeProcess::open_store(std::string &why) {
     const auto is_lost = [this, &file, &why](bool lost) {
         lost = lost && options_.known && !options_.fresh;
         if (lost) {
-            why = file + " is missing or empty, but the node was loaded before; put a copy in its "
-                         "place, or start with --fresh to begin the domain anew";
+            why = file + " is missing or empty, but the node was loaded before; take one back "
+                         "with --restore, or start with --fresh to begin the domain anew";
         }
         return lost;
     };
@@ -166,6 +169,7 @@ int NodeProcess::run() {
     engine_.keep_traces_in(options_.state_folder + "/traces-" + options_.node);
     engine_.announce();
     engine_.begin();
+    copy_.begin();
     loop_.each_round([this] { link_.flush(); });
     return loop_.run();
 }

@@ -1,5 +1,7 @@
-/* The node software on a disk without room. */
+/* The node software on a disk without room, and the copies that it keeps. */
 #include "runningnode.h"
+
+#include "storecopy.h"
 
 #include <fcntl.h>
 #include <sched.h>
@@ -135,6 +137,102 @@ TEST(FullDisk, StopsStartsAndDeletesGoOnAndAllIsRightWithRoom) {
     Client client(node.socket());
     EXPECT_EQ(client.query(client.join("one"), NAP_QUERY_DLC), OK_CODES);
     EXPECT_EQ(client.total, kept + 1);
+}
+
+/* Makes today's copy of a store that nobody has open; it is changed meanwhile. */
+void copy_store(const std::string &state, const std::string &file) {
+    constexpr int TRIES = 2000;
+    node::ManualClock clock;
+    node::TimerQueue timers(clock);
+    node::Store store;
+    std::string why;
+    bool made = false;
+    ASSERT_TRUE(store.open(state + "/" + file, why)) << why;
+    node::DailyCopy copy(store, state, file, timers, clock, [&made] { made = true; });
+    copy.begin();
+    for (int at = 0; at < TRIES && !made; at++) {
+        usleep(1000);
+        clock.advance(1000);
+        timers.run_due();
+        store.set_fact("changed", std::to_string(at));
+    }
+    EXPECT_TRUE(made) << file;
+}
+
+std::string bytes_of(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+size_t dlcs_of_one(Running &node) {
+    Client client(node.socket());
+    EXPECT_EQ(client.query(client.join("one"), NAP_QUERY_DLC), OK_CODES);
+    return client.total;
+}
+
+TEST(Copies, AreTakenBackAndGivenBack) {
+    Running node;
+    const std::string state = node.folder.file("var/domain/pair");
+    const size_t before = dlcs_of_one(node);
+    node.stop();
+    for (const char *file : {"domain.db", "node-one.db", "node-two.db"}) {
+        copy_store(state, file);
+    }
+    node.start();
+    {
+        Client client(node.socket());
+        EXPECT_EQ(client.define_dlc(client.join("one"), "LATER"), OK_CODES);
+    }
+    const pid_t running = node.pid;
+    const auto restore = [&node](const std::string &copy) {
+        node.start({"--restore", copy});
+        const int status = node.stop(0);
+        return WEXITSTATUS(status);
+    };
+    EXPECT_EQ(restore("last"), 1);
+    EXPECT_NE(node.printed.find("in use by a running snanode"), std::string::npos) << node.printed;
+    node.pid = running;
+    node.stop(SIGKILL);
+
+    const std::string day = node::day_of(node::ManualClock().wall_seconds());
+    const std::string copied = node::copies_folder(state) + "/" + day + "/node-one.db";
+    const std::string whole = bytes_of(copied);
+    for (const std::string &bad : {std::string(), whole.substr(0, whole.size() / 2)}) {
+        std::ofstream(copied, std::ios::binary | std::ios::trunc) << bad;
+        EXPECT_EQ(restore(day), 1);
+        EXPECT_NE(node.printed.find("node-one.db is damaged"), std::string::npos) << node.printed;
+    }
+    std::ofstream(copied, std::ios::binary | std::ios::trunc) << whole;
+    EXPECT_EQ(restore("yesterday"), 1);
+    node.start();
+    EXPECT_EQ(dlcs_of_one(node), before + 1) << "nothing was moved yet";
+    node.stop(SIGKILL);
+
+    EXPECT_EQ(restore("last"), 0) << node.printed;
+    node.start();
+    EXPECT_EQ(dlcs_of_one(node), before);
+    node.stop(SIGKILL);
+    const std::string aside = node::copy_folders(state).back();
+    ASSERT_EQ(aside.rfind("before-restore-", 0), 0U) << aside;
+    EXPECT_EQ(restore(aside), 0) << node.printed;
+    node.start();
+    EXPECT_EQ(dlcs_of_one(node), before + 1) << "with what was in its log only";
+}
+
+TEST(Copies, TheOldestGo) {
+    Folder folder;
+    std::string why;
+    for (int day = 10; day < 20; day++) {
+        const std::string name = "2026-11-" + std::to_string(day);
+        EXPECT_TRUE(node::make_copy_folder(folder.path(), name, why)) << why;
+        EXPECT_TRUE(node::make_copy_folder(folder.path(), "before-restore-" + name, why)) << why;
+    }
+    node::prune_copies(folder.path());
+    const std::vector<std::string> kept = node::copy_folders(folder.path());
+    ASSERT_EQ(kept.size(), node::DAYS_KEPT + node::OTHERS_KEPT);
+    EXPECT_EQ(kept.front(), "2026-11-19");
+    EXPECT_EQ(kept[node::DAYS_KEPT - 1], "2026-11-13");
+    EXPECT_EQ(kept.back(), "before-restore-2026-11-17");
 }
 
 } // namespace
