@@ -84,8 +84,9 @@ public:
         raw(frame);
         return correlator_;
     }
-    void raw(const std::vector<NB_UCHAR> &bytes) {
-        EXPECT_EQ(send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL), ssize_t(bytes.size()));
+    void raw(const std::vector<NB_UCHAR> &bytes) { EXPECT_TRUE(try_raw(bytes)); }
+    bool try_raw(const std::vector<NB_UCHAR> &bytes) {
+        return send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL) == ssize_t(bytes.size());
     }
 
     /* Waits for the answer; what comes before it is kept in `heard`.  {0, 0xDEAD} for none. */
@@ -241,7 +242,7 @@ public:
     }
     std::string socket() const { return folder.file("var/sna.sock"); }
 
-    /* The processes of the nodes, in the order of the text. */
+    /* The processes of the nodes; at first in the order of the text. */
     std::vector<pid_t> nodes() const {
         const std::string task = "/proc/" + std::to_string(pid) + "/task/" + std::to_string(pid);
         std::ifstream file(task + "/children");
@@ -250,6 +251,18 @@ public:
             found.push_back(one);
         }
         return found;
+    }
+
+    /* The process of a node, whatever was started again meanwhile; 0: there is none. */
+    pid_t process_of(const std::string &name) const {
+        for (const pid_t one : nodes()) {
+            std::ifstream words("/proc/" + std::to_string(one) + "/cmdline");
+            const std::string text{std::istreambuf_iterator<char>(words), {}};
+            if (text.find(std::string("--serve") + '\0' + name + '\0') != std::string::npos) {
+                return one;
+            }
+        }
+        return 0;
     }
 
     Folder folder;
