@@ -108,6 +108,10 @@ bool parse_bare(const Words &words, FaultRule &) {
     return words.size() == 1;
 }
 
+bool parse_ask(const Words &words, FaultRule &rule) {
+    return words.size() == 2 && parse_number(words[1], rule.number) && rule.number > 0;
+}
+
 struct LineRow {
     const char *word;
     FaultKind kind;
@@ -126,6 +130,7 @@ constexpr LineRow line_rows[] = {
     {"lose", FaultKind::Lose, parse_indications},
     {"repeat", FaultKind::Repeat, parse_indications},
     {"no-restart", FaultKind::NoRestart, parse_bare},
+    {"ask", FaultKind::Ask, parse_ask},
 };
 
 bool parse_line(const Words &words, FaultRule &rule) {
@@ -233,6 +238,13 @@ Faults::Fate Faults::judge_indication() {
     const bool lost = lost_;
     lost_ = false;
     return lost ? Fate::DeliverWithLoss : Fate::Deliver;
+}
+
+std::optional<uint32_t> Faults::ask_ms() const {
+    const auto found = std::find_if(rules_.begin(), rules_.end(), [](const FaultRule &rule) {
+        return rule.kind == FaultKind::Ask;
+    });
+    return found != rules_.end() ? std::optional(found->number) : std::nullopt;
 }
 
 bool Faults::may_restart() const {

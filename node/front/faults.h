@@ -40,7 +40,8 @@ enum class FaultKind {
     HangNode,
     Lose,
     Repeat,
-    NoRestart
+    NoRestart,
+    Ask
 };
 
 /* One line of the script. */
@@ -79,6 +80,9 @@ public:
     Fate judge_indication();
 
     bool may_restart() const;
+
+    /* How often nodes are asked whether they are there, in milliseconds; empty: as usual. */
+    std::optional<uint32_t> ask_ms() const;
 
     /* Calls action(rule) for what is to happen to nodes now, once: Die and HangNode. */
     template <class Action> void for_now(Action action) {

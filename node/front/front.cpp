@@ -24,6 +24,8 @@ namespace node {
 
 namespace {
 
+constexpr size_t MAX_FLIGHTS = 16384; /* verbs that one node has not answered */
+constexpr size_t MAX_FLIGHTS_OF_LOOKERS = 4096;
 constexpr size_t MAX_IN_FLIGHT = 256;                 /* verbs of one client */
 constexpr size_t MAX_WAITING_BYTES = 4 * 1024 * 1024; /* to one client, before it is held */
 
@@ -225,6 +227,7 @@ void Front::on_signal() {
 int Front::run() {
     loop_.each_round([this] { sweep(); });
     copy_.begin();
+    watch_nodes();
     return loop_.run();
 }
 
@@ -332,11 +335,19 @@ void Front::to_domain(Client &client, const Frame &frame) {
     }
 }
 
-void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
+NB_ULONG Front::next_correlator(const NodeProcess &node) {
     do {
         last_correlator_++;
     } while (last_correlator_ == 0 || node.flights.count(last_correlator_) != 0);
-    const NB_ULONG correlator = last_correlator_;
+    return last_correlator_;
+}
+
+void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
+    if (node.flights.size() >= (client.user.may_change ? MAX_FLIGHTS : MAX_FLIGHTS_OF_LOOKERS)) {
+        refuse(client, frame, bad_state(NAP_NODE_BUSY));
+        return;
+    }
+    const NB_ULONG correlator = next_correlator(node);
     const bool list = nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_LIST;
     const size_t awaited = frame.block.size() + (list ? NOF_MAX_DATA : 0);
     client.awaited += awaited;

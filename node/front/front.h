@@ -95,7 +95,7 @@ private:
 
     /* A verb that a node has not answered yet. */
     struct Flight {
-        uint64_t client;
+        uint64_t client; /* 0: the front asks whether the node is there */
         NB_ULONG correlator;
         NB_ULONG target;
         size_t awaited; /* of its client */
@@ -111,6 +111,9 @@ private:
         NB_ULONG restart_ms = 0;
         std::vector<NB_UCHAR> record;       /* what it last said of itself: NAP_QUERY_NODE_VERB */
         std::map<NB_ULONG, Flight> flights; /* by the front's correlator */
+        bool asked = false;                 /* whether it is there, and has not answered yet */
+        bool heard = false;                 /* since it was last looked at */
+        unsigned silent = 0;                /* times it was looked at meanwhile */
     };
 
     /* front.cpp */
@@ -125,6 +128,7 @@ private:
     Result check_verb(const Client &client, const Frame &frame, const Target *target) const;
     void to_domain(Client &client, const Frame &frame);
     void to_node(Client &client, const Frame &frame, NodeProcess &node);
+    NB_ULONG next_correlator(const NodeProcess &node);
     void answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
                 const std::vector<NB_UCHAR> &data);
     void refuse(Client &client, const Frame &frame, Result result);
@@ -163,6 +167,8 @@ private:
     /* processes.cpp */
     bool spawn(NodeProcess &node, bool fresh, std::string &why);
     void node_ready(NodeProcess &node);
+    void watch_nodes();
+    void ask_node(NodeProcess &node);
     void node_answer(NodeProcess &node, const Frame &frame);
     void node_indication(NodeProcess &node, const Frame &frame);
     void node_lost(NodeProcess &node);

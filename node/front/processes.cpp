@@ -25,6 +25,8 @@ namespace {
 constexpr NB_ULONG FIRST_RESTART_MS = 1000;
 constexpr NB_ULONG LAST_RESTART_MS = 30000;
 constexpr int NODE_FD = 3;
+constexpr NB_ULONG ASK_MS = 3000;
+constexpr unsigned PATIENCE = 10; /* times ASK_MS */
 
 /* In the child: nothing here may allocate or lock. */
 [[noreturn]] void become_node(int fd, pid_t parent, char *const arguments[]) {
@@ -122,6 +124,7 @@ void Front::node_ready(NodeProcess &node) {
     Frame frame;
     FrameState state = FrameState::None;
     while ((state = node.peer->next(frame)) == FrameState::Ready) {
+        node.heard = true;
         if (frame.header.kind == NOF_FRAME_ANSWER) {
             node_answer(node, frame);
         } else {
@@ -136,6 +139,33 @@ void Front::node_ready(NodeProcess &node) {
     }
 }
 
+void Front::ask_node(NodeProcess &node) {
+    NAP_QUERY_NODE_VERB verb = {};
+    verb.opcode = NAP_QUERY_NODE;
+    const NB_ULONG correlator = next_correlator(node);
+    const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&verb);
+    node.flights[correlator] = {0, 0, 0, 0, {bytes, bytes + sizeof verb}};
+    node.asked = true;
+    node.peer->out().answer(make_frame(NOF_FRAME_VERB, correlator, 0, &verb, sizeof verb));
+}
+
+/* A node that hangs is replaced: it was asked, and has said nothing at all since.  Looks are
+ * counted and no clock is asked, since this process may have been stopped meanwhile, too. */
+void Front::watch_nodes() {
+    for (const auto &node : nodes_) {
+        node->silent = node->up && node->asked && !node->heard ? node->silent + 1 : 0;
+        node->heard = false;
+        if (node->silent >= PATIENCE) {
+            nba_pd_print_problem(NB_PD_NODE_HANGS, 1, "s", node->name.c_str());
+            node->silent = 0;
+            node_lost(*node);
+        } else if (node->up && !node->asked) {
+            ask_node(*node);
+        }
+    }
+    timers_.after(faults_.ask_ms().value_or(ASK_MS), [this] { watch_nodes(); });
+}
+
 void Front::node_answer(NodeProcess &node, const Frame &frame) {
     const auto found = node.flights.find(frame.header.correlator);
     if (found == node.flights.end()) {
@@ -143,6 +173,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     }
     const Flight flight = std::move(found->second);
     node.flights.erase(found);
+    node.asked = node.asked && flight.client != 0;
     auto header = nap_copy<NAP_VCB>(frame.block.data());
     Client *client = find_client(flight.client);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
@@ -203,7 +234,7 @@ void Front::node_lost(NodeProcess &node) {
         waitpid(node.process, nullptr, 0);
         node.process = 0;
     }
-    node.up = false;
+    node.up = node.asked = false;
     if (!node.was_up && !ready_) {
         fprintf(stderr, "snanode: node %s did not come up\n", node.name.c_str());
         shut_down();

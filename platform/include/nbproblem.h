@@ -35,6 +35,7 @@ enum nb_problem {
     NB_PD_CLIENT_ENDED = 0x40040004, /* why, process */
     NB_PD_FAULTS = 0x40040005,       /* fault file, line */
     NB_PD_NODE_LINK = 0x40040006,    /* node: it sent what it must not */
+    NB_PD_NODE_HANGS = 0x40040008,   /* node: it is replaced */
     NB_PD_NO_PLACE = 0x40040007,     /* user, process: a connection that was refused */
 };
 

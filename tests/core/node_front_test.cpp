@@ -213,6 +213,43 @@ TEST(NodeFront, TheScriptHangsNodesAndTellsLibraries) {
     EXPECT_EQ(client.answer(flight, verb), OK_CODES);
 }
 
+/* Its queue is bounded meanwhile. */
+TEST(NodeFront, ANodeThatHangsForEverIsReplaced) {
+    Running node;
+    node.stop();
+    node.write("faults", "ask 400\n");
+    node.start();
+    Client watcher(node.socket());
+    EXPECT_EQ(watcher.listen_to(0, NAP_SERVER_INDICATION), OK_CODES);
+    constexpr size_t CLIENTS = 70, EACH = 240;
+    NAP_QUERY_NODE_VERB verb = {};
+    verb.opcode = NAP_QUERY_NODE;
+    std::vector<std::unique_ptr<Client>> all;
+    std::vector<NB_ULONG> targets;
+    for (size_t at = 0; at < CLIENTS; at++) {
+        all.push_back(std::make_unique<Client>(node.socket()));
+        targets.push_back(all.back()->join("one"));
+    }
+    kill(node.nodes().at(0), SIGSTOP);
+    for (size_t at = 0; at < CLIENTS * EACH; at++) {
+        all[at / EACH]->send_verb(targets[at / EACH], verb);
+    }
+    watcher.wait_for_server("one", 0);
+    std::map<Codes, size_t> answers;
+    for (size_t at = 0; at < CLIENTS * EACH; at++) {
+        Frame frame;
+        ASSERT_TRUE(all[at / EACH]->receive(frame));
+        memcpy(&verb, frame.block.data(), sizeof verb);
+        answers[{verb.primary_rc, verb.secondary_rc}]++;
+    }
+    const size_t lost = answers[Codes{NAP_COMM_FAILURE, NAP_NODE_GONE}];
+    const size_t busy = answers[Codes{NAP_STATE_CHECK, NAP_NODE_BUSY}];
+    EXPECT_EQ(lost + busy, CLIENTS * EACH) << "none is forgotten";
+    EXPECT_GT(busy, 0U);
+    watcher.wait_for_server("one", 1);
+    EXPECT_EQ(watcher.query(watcher.join("one"), NAP_QUERY_DLC), OK_CODES);
+}
+
 TEST(NodeFront, ABackupServerTakesOver) {
     std::string text = TWO_NODES;
     text.replace(text.find("[node two]"), 10, "[node two]\nserver = backup");

@@ -290,7 +290,7 @@ TEST(NodeFaults, ScriptsAreReadOrRefusedWhole) {
     for (const char *bad :
          {"delay x", "delay 5 NAP_NO_SUCH", "fail NAP_QUERY_PORT 70000 1", "drop after 3",
           "die after 2 verbs", "die one after 0 verbs", "lose", "repeat 2", "hang", "hang one x",
-          "hang NAP_NO_SUCH", "at-once NAP_QUERY_PORT 0 0", "explode"}) {
+          "hang NAP_NO_SUCH", "at-once NAP_QUERY_PORT 0 0", "ask 0", "explode"}) {
         EXPECT_FALSE(faults.parse("f", std::string("delay 1\n") + bad, why)) << bad;
         EXPECT_EQ(why.rfind("f:2: ", 0), 0U) << why;
     }
