@@ -335,19 +335,15 @@ void Front::to_domain(Client &client, const Frame &frame) {
     }
 }
 
-NB_ULONG Front::next_correlator(const NodeProcess &node) {
-    do {
-        last_correlator_++;
-    } while (last_correlator_ == 0 || node.flights.count(last_correlator_) != 0);
-    return last_correlator_;
-}
-
 void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
     if (node.flights.size() >= (client.user.may_change ? MAX_FLIGHTS : MAX_FLIGHTS_OF_LOOKERS)) {
         refuse(client, frame, bad_state(NAP_NODE_BUSY));
         return;
     }
-    const NB_ULONG correlator = next_correlator(node);
+    do {
+        last_correlator_++;
+    } while (last_correlator_ == 0 || node.flights.count(last_correlator_) != 0);
+    const NB_ULONG correlator = last_correlator_;
     const bool list = nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_LIST;
     const size_t awaited = frame.block.size() + (list ? NOF_MAX_DATA : 0);
     client.awaited += awaited;

@@ -95,7 +95,7 @@ private:
 
     /* A verb that a node has not answered yet. */
     struct Flight {
-        uint64_t client; /* 0: the front asks whether the node is there */
+        uint64_t client;
         NB_ULONG correlator;
         NB_ULONG target;
         size_t awaited; /* of its client */
@@ -128,7 +128,6 @@ private:
     Result check_verb(const Client &client, const Frame &frame, const Target *target) const;
     void to_domain(Client &client, const Frame &frame);
     void to_node(Client &client, const Frame &frame, NodeProcess &node);
-    NB_ULONG next_correlator(const NodeProcess &node);
     void answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
                 const std::vector<NB_UCHAR> &data);
     void refuse(Client &client, const Frame &frame, Result result);

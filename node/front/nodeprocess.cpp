@@ -195,6 +195,11 @@ void NodeProcess::handle_news(const Frame &frame) {
 }
 
 void NodeProcess::handle_frame(const Frame &frame) {
+    if (frame.header.kind == NOF_FRAME_INDICATION && frame.header.correlator == SIGN_OF_LIFE) {
+        link_.answer(make_frame(NOF_FRAME_INDICATION, SIGN_OF_LIFE, 0, frame.block.data(),
+                                frame.block.size()));
+        return;
+    }
     if (frame.header.kind == NOF_FRAME_INDICATION) {
         handle_news(frame);
         return;

@@ -16,6 +16,7 @@
 namespace node {
 
 constexpr NB_ULONG FOR_OTHER_NODES = 1; /* correlator */
+constexpr NB_ULONG SIGN_OF_LIFE = 2;    /* another: asked for by the front, and given */
 
 struct ServeOptions {
     std::string node;   /* its name in the domain text */

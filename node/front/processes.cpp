@@ -140,13 +140,11 @@ void Front::node_ready(NodeProcess &node) {
 }
 
 void Front::ask_node(NodeProcess &node) {
-    NAP_QUERY_NODE_VERB verb = {};
-    verb.opcode = NAP_QUERY_NODE;
-    const NB_ULONG correlator = next_correlator(node);
-    const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&verb);
-    node.flights[correlator] = {0, 0, 0, 0, {bytes, bytes + sizeof verb}};
+    NAP_VCB question = {};
+    question.opcode = NAP_NOF_STATUS_INDICATION;
     node.asked = true;
-    node.peer->out().answer(make_frame(NOF_FRAME_VERB, correlator, 0, &verb, sizeof verb));
+    node.peer->out().answer(
+        make_frame(NOF_FRAME_INDICATION, SIGN_OF_LIFE, 0, &question, sizeof question));
 }
 
 /* A node that hangs is replaced: it was asked, and has said nothing at all since.  Looks are
@@ -173,7 +171,6 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     }
     const Flight flight = std::move(found->second);
     node.flights.erase(found);
-    node.asked = node.asked && flight.client != 0;
     auto header = nap_copy<NAP_VCB>(frame.block.data());
     Client *client = find_client(flight.client);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
@@ -192,6 +189,10 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
 
 void Front::node_indication(NodeProcess &node, const Frame &frame) {
     NAP_QUERY_NODE_VERB record;
+    if (frame.header.correlator == SIGN_OF_LIFE) {
+        node.asked = false;
+        return;
+    }
     if (frame.header.correlator == FOR_OTHER_NODES) {
         tell_others(node, frame.block);
         return;

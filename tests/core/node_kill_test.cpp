@@ -26,10 +26,23 @@ public:
 
     unsigned below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
 
-    /* Changes the node until it or the connection ends; some verbs are on their way then. */
-    void work(Client &client) {
+    /* Changes the node until it or the connection ends, since `victim` is killed a little after
+     * some answers; some verbs are on their way then. */
+    void work(Client &client, pid_t victim) {
+        constexpr unsigned MOST_ANSWERS = 30, LONGEST_US = 10000;
         const NB_ULONG target = client.join("one");
+        unsigned left = below(MOST_ANSWERS) + 1;
+        std::thread killer;
         while (keep_sending(client, target) && take_answer(client)) {
+            if (left > 0 && --left == 0) {
+                killer = std::thread([victim, wait = below(LONGEST_US)] {
+                    usleep(wait);
+                    kill(victim, SIGKILL);
+                });
+            }
+        }
+        if (killer.joinable()) {
+            killer.join();
         }
         for (const auto &[correlator, change] : sent_) {
             unsure_[change.name] = true;
@@ -149,7 +162,6 @@ std::set<std::string> listed_dlcs(Client &client) {
 TEST(Kills, LoseNothingThatWasAcknowledged) {
     const int seed = from_environment("KILL_SEED", 1);
     const int rounds = from_environment("KILL_ROUNDS", 5);
-    constexpr unsigned LONGEST_US = 60000;
     SCOPED_TRACE("KILL_SEED=" + std::to_string(seed));
     Changer changer(static_cast<unsigned>(seed));
     Running node;
@@ -163,12 +175,7 @@ TEST(Kills, LoseNothingThatWasAcknowledged) {
         ASSERT_GT(victim, 0);
         Client client(node.socket()), watcher(node.socket());
         ASSERT_EQ(watcher.listen_to(0, NAP_SERVER_INDICATION), OK_CODES);
-        std::thread killer([victim, wait = changer.below(LONGEST_US)] {
-            usleep(wait);
-            kill(victim, SIGKILL);
-        });
-        changer.work(client);
-        killer.join();
+        changer.work(client, victim);
         if (whole) {
             node.stop(SIGKILL);
             node.start();
