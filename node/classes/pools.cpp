@@ -24,6 +24,13 @@ NAP_LU_POOL_DATA pool_alone(const NB_UCHAR *pool_name) {
     return pool;
 }
 
+/* A pool by itself has no PU; what a text or the store brings says nothing of it. */
+void fill_pool(const Engine &, NB_UCHAR *bytes) {
+    auto pool = nap_copy<NAP_LU_POOL_DATA>(bytes);
+    memset(pool.pu_name, 0x40, sizeof pool.pu_name);
+    memcpy(bytes, &pool, sizeof pool);
+}
+
 /* The entry of the pool by itself: the first of its entries, since its LU name is blank. */
 Resource *find_pool(const Engine &engine, const NB_UCHAR *pool_name) {
     const NAP_LU_POOL_DATA key = pool_alone(pool_name);
@@ -196,6 +203,7 @@ constexpr ClassRow classes[] = {
     {.id = CLASS_LU_POOL,
      .schema = &records::lu_pool,
      .hooks = {.check = check_pool,
+               .fill = fill_pool,
                .busy = never_busy,
                .defined = pool_defined,
                .define = define_pool,

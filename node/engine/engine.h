@@ -187,9 +187,9 @@ private:
 
     /* loading (load.cpp) */
     void load_resource(const TextResource &text, DomainText &domain);
-    bool read_store(std::vector<TextResource> &resources, bool &configured);
-    void forget_erased(const std::vector<TextResource> &resources);
-    void load_stored(const ClassRow &row, const NB_UCHAR *entry, const Behaviour &behaviour);
+    bool read_store(bool &configured);
+    bool forget_erased();
+    void load_stored(const ClassRow &row, StoreRow stored);
     bool store_all();
     void add_sna_defined();
 

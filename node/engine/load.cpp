@@ -49,18 +49,6 @@ std::string title_of(const ClassRow &row, const NB_UCHAR *entry) {
     return title;
 }
 
-/* Records grow at their ends, and by status only: one that was stored before has the definition.
- * One of the key's length is the mark of an erased one. */
-bool is_whole(const Schema &schema, const StoreRow &stored) {
-    const size_t mark = KEY_OFFSET + schema.key_size();
-    size_t end = schema.nested.name != nullptr ? schema.overlay_size() : schema.def.end();
-    for (const FieldRow &field : schema.fields) {
-        end = std::max(end, size_t{field.offset} + field.width);
-    }
-    return stored.record_length > mark && stored.record_length >= end &&
-           stored.record_length <= schema.overlay_size();
-}
-
 std::unique_ptr<NB_UCHAR[]> copy_of(const ClassRow &row, const NB_UCHAR *entry, size_t length) {
     auto copy = std::make_unique<NB_UCHAR[]>(row.schema->overlay_size());
     memcpy(copy.get(), entry, length);
@@ -171,37 +159,39 @@ bool Engine::store_all() {
                           {FACT_LOADED, "1"}});
 }
 
-void Engine::load_stored(const ClassRow &row, const NB_UCHAR *bytes, const Behaviour &behaviour) {
-    Entry entry = copy_of(row, bytes, row.schema->overlay_size());
-    if (row.life.has_states) {
-        memset(entry.get() + row.schema->det.offset, 0, row.schema->det.width);
-    }
-    Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
-    if ((old != nullptr && !generated_) || check_fields(*row.schema, entry.get()) != 0 ||
-        !check_refs(row, entry.get()).ok() || !check_alias(row, entry.get(), old).ok()) {
-        nba_pd_print_problem(NB_PD_STORE_RECORD, 1, "s", title_of(row, bytes).c_str());
+/* What does not fit is left out, and stays in the store. */
+void Engine::load_stored(const ClassRow &row, StoreRow stored) {
+    NB_UCHAR *entry = stored.record.get();
+    Resource *old = tables_[row.id]->find(entry + KEY_OFFSET);
+    if (!stored.whole || (old != nullptr && !generated_) || check_fields(*row.schema, entry) != 0 ||
+        !check_refs(row, entry).ok() || !check_alias(row, entry, old).ok()) {
+        nba_pd_print_problem(NB_PD_STORE_RECORD, 1, "s", title_of(row, entry).c_str());
         return;
     }
     if (row.hooks.fill != nullptr) {
-        row.hooks.fill(*this, entry.get());
+        row.hooks.fill(*this, entry);
     }
-    place(row, std::move(entry), behaviour, old);
+    place(row, std::move(stored.record), stored.behaviour, old);
 }
 
 /* Takes what was deleted out of a generated node, dependants before their owners. */
-void Engine::forget_erased(const std::vector<TextResource> &resources) {
-    for (auto stored = resources.rbegin(); stored != resources.rend(); ++stored) {
-        Resource *resource = is_erased(stored->entry.data(), stored->entry.size())
-                                 ? find(stored->row->id, stored->entry.data() + KEY_OFFSET)
-                                 : nullptr;
-        if (resource != nullptr) {
-            remove_tree(*resource);
-        }
+bool Engine::forget_erased() {
+    bool good = true;
+    for (int id = CLASS_COUNT - 1; id >= 0 && good; id--) {
+        const ClassRow &row = class_row(static_cast<ClassId>(id));
+        good = store_->read(row, [this, &row](StoreRow &&stored) {
+            Resource *resource = stored.erased && stored.whole
+                                     ? find(row.id, stored.record.get() + KEY_OFFSET)
+                                     : nullptr;
+            if (resource != nullptr) {
+                remove_tree(*resource);
+            }
+        });
     }
+    return good;
 }
 
 bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string &why) {
-    std::vector<TextResource> stored;
     std::string wanted;
     std::string loaded;
     bool configured = false;
@@ -227,15 +217,12 @@ bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string
         return true;
     }
     store_->keep_erased();
-    if (!read_store(stored, configured)) {
-        why = store_->unreadable();
+    if (!store_->migrate(why)) {
         return false;
     }
-    forget_erased(stored);
-    for (const TextResource &one : stored) {
-        if (!is_erased(one.entry.data(), one.entry.size())) {
-            load_stored(*one.row, one.entry.data(), one.behaviour);
-        }
+    if (!forget_erased() || !read_store(configured)) {
+        why = store_->unreadable();
+        return false;
     }
     if (loaded != "1" && !store_->set_fact(FACT_LOADED, "1")) {
         why = "the store cannot be written; see the problem log";
@@ -244,37 +231,26 @@ bool Engine::load_generated(const Generated &domain, NB_ULONG index, std::string
     return true;
 }
 
-/* Settings take their places at once; resources are put in the order of what they refer to. */
-bool Engine::read_store(std::vector<TextResource> &resources, bool &configured) {
-    const bool good = store_->read([&](const StoreRow &stored) {
-        const ClassRow *row = class_by_name(stored.section);
-        const Settings *record = records::settings_by_name(stored.section);
-        if (record != nullptr && stored.record_length <= record->block_size) {
-            memcpy(records_.image(*record), stored.record, stored.record_length);
-            configured = configured || stored.section == "node";
-        } else if (row != nullptr &&
-                   (is_whole(*row->schema, stored) ||
-                    (stored.record_length == KEY_OFFSET + row->schema->key_size() &&
-                     is_erased(stored.record, stored.record_length)))) {
-            resources.push_back(
-                {row, {stored.record, stored.record + stored.record_length}, stored.behaviour, 0});
-            if (is_whole(*row->schema, stored)) {
-                resources.back().entry.resize(row->schema->overlay_size());
+/* Resources in the order of what they refer to. */
+bool Engine::read_store(bool &configured) {
+    bool there = false;
+    bool good = true;
+    for (const Settings &row : records::settings) {
+        good = good && store_->read(row, records_.image(row), there);
+        configured = configured || (there && strcmp(row.name, "node") == 0);
+    }
+    for (NB_UCHAR id = 0; id < CLASS_COUNT && good; id++) {
+        const ClassRow &row = class_row(static_cast<ClassId>(id));
+        good = store_->read(row, [this, &row](StoreRow &&stored) {
+            if (!stored.erased) {
+                load_stored(row, std::move(stored));
             }
-        } else {
-            nba_pd_print_problem(NB_PD_STORE_RECORD, 2, "s", stored.section.c_str());
-        }
-        return true;
-    });
-    std::stable_sort(resources.begin(), resources.end(),
-                     [](const TextResource &left, const TextResource &right) {
-                         return left.row->id < right.row->id;
-                     });
+        });
+    }
     return good;
 }
 
 bool Engine::load_store(std::string &why) {
-    std::vector<TextResource> resources;
     std::string loaded;
     std::string wanted;
     std::string back_level;
@@ -288,21 +264,22 @@ bool Engine::load_store(std::string &why) {
     if (told && loaded != "1") {
         return false;
     }
-    if (!told || !read_store(resources, configured)) {
+    if (told && !store_->migrate(why)) {
+        return false;
+    }
+    node_state_ = back_level == "1" ? NAP_NODE_BACK_LEVEL : NAP_NODE_STOPPED;
+    if (!told || !read_store(configured)) {
         why = store_->unreadable();
         return false;
     }
-    node_state_ = back_level == "1" ? NAP_NODE_BACK_LEVEL
-                  : configured      ? NAP_NODE_STOPPED
-                                    : NAP_NODE_UNCONFIGURED;
-    wanted_ = wanted == "1";
-    for (const TextResource &stored : resources) {
-        load_stored(*stored.row, stored.entry.data(), stored.behaviour);
+    if (back_level != "1" && !configured) {
+        node_state_ = NAP_NODE_UNCONFIGURED;
     }
+    wanted_ = wanted == "1";
     if (scope_ == Scope::Node) {
         add_sna_defined();
     }
-    store_->claim(); /* no loss when it cannot be: the next write says it, too */
+    store_->finish_reading(); /* no loss when it cannot: the next write does it, too */
     return true;
 }
 

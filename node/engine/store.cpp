@@ -3,11 +3,11 @@
 #include "nbbase.h"
 #include "nbproblem.h"
 #include "storefiles.h"
+#include "storesql.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <sqlite3.h>
 #include <thread>
 #include <unistd.h>
 
@@ -18,25 +18,20 @@ namespace {
 /* Exclusive before anything is read: then the write-ahead log has its index in memory, and there is
  * no file of shared memory that others could lock. */
 constexpr const char *LOCK = "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;";
-constexpr const char *SCHEMA =
-    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
-    "CREATE TABLE IF NOT EXISTS resource (section TEXT NOT NULL, key BLOB NOT NULL,"
-    " record BLOB NOT NULL, behaviour BLOB, PRIMARY KEY (section, key)) WITHOUT ROWID;"
-    "CREATE TABLE IF NOT EXISTS fact (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;";
+constexpr const char *MODES = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
+                              "PRAGMA secure_delete=ON;";
 
-/* Finalizes a statement that lives no longer than a block. */
-struct Statement {
-    sqlite3_stmt *handle = nullptr;
-
-    Statement(sqlite3 *db, const char *sql) {
-        if (sqlite3_prepare_v2(db, sql, -1, &handle, nullptr) != SQLITE_OK) {
-            handle = nullptr;
-        }
-    }
-    ~Statement() { sqlite3_finalize(handle); }
-    Statement(const Statement &) = delete;
-    Statement &operator=(const Statement &) = delete;
+/* What `apply` does, in the order of the statements.  Both tables have the same key. */
+enum Action { PUT, ERASE, PUT_SECRET, ERASE_SECRET };
+constexpr const char *actions[] = {
+    "INSERT OR REPLACE INTO resource VALUES (?1, ?2, ?3)",
+    "DELETE FROM resource WHERE section = ?1 AND key = ?2",
+    "INSERT OR REPLACE INTO secret VALUES (?1, ?2, ?3)",
+    "DELETE FROM secret WHERE section = ?1 AND key = ?2",
 };
+
+/* The first line of a mark. */
+constexpr std::string_view MARK = "-\n";
 
 void bind_key(sqlite3_stmt *statement, const StoreChange &change) {
     sqlite3_bind_text(statement, 1, change.section, -1, SQLITE_STATIC);
@@ -45,21 +40,13 @@ void bind_key(sqlite3_stmt *statement, const StoreChange &change) {
                       static_cast<int>(change.key_length), SQLITE_STATIC);
 }
 
-Behaviour read_behaviour(sqlite3_stmt *statement, int column) {
-    Behaviour behaviour = DEFAULT_BEHAVIOUR;
-    const auto length = static_cast<size_t>(sqlite3_column_bytes(statement, column));
-    if (length > 0 && length <= sizeof behaviour) {
-        memcpy(&behaviour, sqlite3_column_blob(statement, column), length);
-    }
-    return behaviour;
-}
-
 } // namespace
 
 Store::~Store() {
     settle();
-    sqlite3_finalize(put_);
-    sqlite3_finalize(erase_);
+    for (sqlite3_stmt *statement : statements_) {
+        sqlite3_finalize(statement);
+    }
     sqlite3_close(db_);
 }
 
@@ -81,20 +68,55 @@ bool Store::is_foreign() {
            sqlite3_column_int(count.handle, 0) != 0 && sqlite3_column_int(count.handle, 1) != 2;
 }
 
-/* Returns the code of SQLite, SQLITE_MISMATCH for a database of something else.  What is half open
- * is closed by the next try or the destructor. */
+bool Store::read_layout() {
+    const Statement ask(db_, "PRAGMA user_version");
+    const bool good = ask.handle != nullptr && sqlite3_step(ask.handle) == SQLITE_ROW;
+    layout_ = good ? sqlite3_column_int(ask.handle, 0) : 0;
+    return good;
+}
+
+/* A file without tables is a new store; one of an earlier layout is left as it is. */
+int Store::make_tables() {
+    const Statement count(db_, "SELECT count(*) FROM sqlite_master");
+    const int code = count.handle != nullptr ? sqlite3_step(count.handle) : SQLITE_ERROR;
+    if (code != SQLITE_ROW) {
+        return code;
+    }
+    const bool is_new = sqlite3_column_int(count.handle, 0) == 0;
+    sqlite3_reset(count.handle);
+    layout_ = is_new ? STORE_LAYOUT : layout_;
+    return is_new ? sqlite3_exec(db_, ("BEGIN;" + make_tables_sql() + ";COMMIT").c_str(), nullptr,
+                                 nullptr, nullptr)
+                  : SQLITE_OK;
+}
+
+/* Returns the code of SQLite; SQLITE_MISMATCH for a database of something else, SQLITE_SCHEMA for a
+ * store of a later layout.  What is half open is closed by the next try or the destructor. */
 int Store::open_once() {
-    constexpr const char *PUT = "INSERT OR REPLACE INTO resource VALUES (?1, ?2, ?3, ?4)";
-    constexpr const char *ERASE = "DELETE FROM resource WHERE section = ?1 AND key = ?2";
     sqlite3_close(db_);
     int code =
         sqlite3_open_v2(path_.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-    for (const char *sql : {LOCK, SCHEMA}) {
-        code = code == SQLITE_OK ? sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) : code;
-        code = code == SQLITE_OK && is_foreign() ? SQLITE_MISMATCH : code;
+    code = code == SQLITE_OK ? sqlite3_exec(db_, LOCK, nullptr, nullptr, nullptr) : code;
+    code = code == SQLITE_OK && !read_layout() ? sqlite3_errcode(db_) : code;
+    code = code == SQLITE_OK && is_foreign() ? SQLITE_MISMATCH : code;
+    code = code == SQLITE_OK && layout_ > STORE_LAYOUT ? SQLITE_SCHEMA : code;
+    code = code == SQLITE_OK ? sqlite3_exec(db_, MODES, nullptr, nullptr, nullptr) : code;
+    return code == SQLITE_OK ? make_tables() : code;
+}
+
+std::string Store::refusal(int code) const {
+    if (code == SQLITE_MISMATCH) {
+        return path_ + " is a database of something else; move it away, or give another folder "
+                       "with --state";
     }
-    code = code == SQLITE_OK ? sqlite3_prepare_v2(db_, PUT, -1, &put_, nullptr) : code;
-    return code == SQLITE_OK ? sqlite3_prepare_v2(db_, ERASE, -1, &erase_, nullptr) : code;
+    if (code == SQLITE_SCHEMA) {
+        return path_ + " has layout " + std::to_string(layout_) +
+               " of a later version of this program, which knows layouts up to " +
+               std::to_string(STORE_LAYOUT) +
+               "; start that version, put a copy from before it in its place, or give another "
+               "folder with --state";
+    }
+    return unreadable();
 }
 
 /* A process that was killed a moment ago may still have the lock; it is waited for, here only. */
@@ -115,9 +137,7 @@ bool Store::open(const std::string &path, std::string &why) {
         return true;
     }
     failed("open");
-    why = code == SQLITE_MISMATCH ? path + " is a database of something else; move it away, or "
-                                           "give another folder with --state"
-                                  : unreadable();
+    why = refusal(code);
     if (code == SQLITE_BUSY) {
         sqlite3_close(db_);
         db_ = nullptr;
@@ -148,31 +168,88 @@ bool Store::belongs_to(const std::string &owner, std::string &why) {
     return true;
 }
 
-bool Store::claim() {
-    return owner_.empty() || claimed_ || write({});
+/* The base that the store has goes over the program's; new fields keep the program's. */
+Store::Section *Store::section(std::string_view name) {
+    const auto known = sections_.find(name);
+    const ClassRow *row = class_by_name(name);
+    const Settings *settings = records::settings_by_name(name);
+    if (known != sections_.end()) {
+        return &known->second;
+    }
+    if (row == nullptr && settings == nullptr) {
+        return nullptr;
+    }
+    Section made = {row != nullptr ? StoredForm(*row) : StoredForm(*settings)};
+    if (!forgets_) {
+        const Statement select(db_, "SELECT text FROM initial WHERE section = ?1");
+        sqlite3_bind_text(select.handle, 1, name.data(), static_cast<int>(name.size()),
+                          SQLITE_STATIC);
+        const int step = select.handle != nullptr ? sqlite3_step(select.handle) : SQLITE_ERROR;
+        if (step != SQLITE_ROW && step != SQLITE_DONE) {
+            failed("initial");
+            return nullptr;
+        }
+        made.base_kept = step == SQLITE_ROW && made.form.take_base(column(select.handle, 0));
+    }
+    return &sections_.emplace(name, std::move(made)).first->second;
 }
 
-bool Store::apply(const StoreChange &change) {
-    const bool marks = change.record == nullptr && keeps_erased_;
-    sqlite3_stmt *statement = change.record != nullptr || marks ? put_ : erase_;
-    std::vector<NB_UCHAR> mark(2);
-    bind_key(statement, change);
-    if (marks) {
-        mark.insert(mark.end(), change.key, change.key + change.key_length);
-        sqlite3_bind_blob(statement, 3, mark.data(), static_cast<int>(mark.size()), SQLITE_STATIC);
+bool Store::finish_reading() {
+    const bool settled = (owner_.empty() || claimed_) &&
+                         std::all_of(sections_.begin(), sections_.end(),
+                                     [](const auto &one) { return is_settled(one.second); });
+    return log_unknown_sections() && (settled || write({}));
+}
+
+bool Store::act(int action, const StoreChange &change, const std::string &text) {
+    sqlite3_stmt *&statement = statements_[action];
+    if (statement == nullptr &&
+        sqlite3_prepare_v2(db_, actions[action], -1, &statement, nullptr) != SQLITE_OK) {
+        return false;
     }
-    if (change.record != nullptr) {
-        sqlite3_bind_blob(statement, 3, change.record, static_cast<int>(change.record_length),
-                          SQLITE_STATIC);
-        if (change.behaviour != nullptr) {
-            sqlite3_bind_blob(statement, 4, change.behaviour, sizeof *change.behaviour,
-                              SQLITE_STATIC);
-        }
+    bind_key(statement, change);
+    if (action == PUT || action == PUT_SECRET) {
+        sqlite3_bind_text(statement, 3, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
     }
     const bool done = sqlite3_step(statement) == SQLITE_DONE;
     sqlite3_reset(statement);
     sqlite3_clear_bindings(statement);
     return done;
+}
+
+bool Store::apply(const StoreChange &change) {
+    Section *of = section(change.section);
+    int action = change.record != nullptr || keeps_erased_ ? PUT : ERASE;
+    if (of == nullptr) {
+        return false;
+    }
+    of->used = true;
+    if (change.record != nullptr) {
+        of->form.write(change.record, change.behaviour, text_);
+    } else {
+        text_ = {std::string(MARK), ""};
+        of->form.write_key(change.key, change.key_length, text_.fields);
+    }
+    if (!act(action, change, text_.fields)) {
+        return false;
+    }
+    action = text_.secrets.empty() ? ERASE_SECRET : PUT_SECRET;
+    return !of->form.has_secrets() || act(action, change, text_.secrets);
+}
+
+bool Store::put_base(const std::string &name, Section &of) {
+    const Statement put(db_, "INSERT OR REPLACE INTO initial VALUES (?1, ?2)");
+    const std::string text = of.form.base_text();
+    sqlite3_bind_text(put.handle, 1, name.c_str(), -1, SQLITE_STATIC);
+    sqlite3_bind_text(put.handle, 2, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+    of.base_kept = put.handle != nullptr && sqlite3_step(put.handle) == SQLITE_DONE;
+    return of.base_kept;
+}
+
+bool Store::put_bases() {
+    return std::all_of(sections_.begin(), sections_.end(), [this](auto &one) {
+        return is_settled(one.second) || put_base(one.first, one.second);
+    });
 }
 
 bool Store::put_fact(const StoreFact &fact) {
@@ -184,23 +261,32 @@ bool Store::put_fact(const StoreFact &fact) {
 
 /* What a transaction does.  Whose the store is goes with it, and costs one row more. */
 bool Store::fill(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts) {
-    return (!forgets_ || run("DELETE FROM resource; DELETE FROM fact")) &&
+    return (!forgets_ || (run(DROP_TABLES) && run(make_tables_sql().c_str()))) &&
            std::all_of(changes.begin(), changes.end(),
                        [this](const StoreChange &change) { return apply(change); }) &&
            std::all_of(facts.begin(), facts.end(),
                        [this](const StoreFact &fact) { return put_fact(fact); }) &&
+           ((layout_ != STORE_LAYOUT && !forgets_) || put_bases()) &&
            (owner_.empty() || claimed_ || put_fact({FACT_OWNER, owner_}));
 }
 
-bool Store::commit(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts) {
+bool Store::in_transaction(const std::function<bool()> &action) {
     if (!run("BEGIN IMMEDIATE")) {
         return false;
     }
-    const bool filled = fill(changes, facts) || failed("write");
-    const bool done = filled && run("COMMIT");
+    const bool done = (action() || failed("write")) && run("COMMIT");
+    if (!done) {
+        sections_.clear(); /* the bases that it put are not there */
+    }
     if (!done && sqlite3_get_autocommit(db_) == 0) {
         run("ROLLBACK");
     }
+    return done;
+}
+
+bool Store::commit(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts) {
+    const bool done = in_transaction([&] { return fill(changes, facts); });
+    layout_ = done && forgets_ ? STORE_LAYOUT : layout_;
     forgets_ = forgets_ && !done;
     claimed_ = claimed_ || (done && !owner_.empty());
     return done;
@@ -226,24 +312,76 @@ bool Store::settle() {
     return debt_.empty();
 }
 
-bool Store::read(const std::function<bool(const StoreRow &)> &take) {
+bool Store::read_section(std::string_view name, size_t key_length,
+                         const std::function<void(StoreRow &&)> &take) {
     if (forgets_) {
         return true;
     }
-    const Statement select(db_, "SELECT section, record, behaviour FROM resource");
-    if (select.handle == nullptr) {
+    Section *of = section(name);
+    const Statement select(db_,
+                           of != nullptr && of->form.has_secrets()
+                               ? "SELECT key, text, (SELECT text FROM secret WHERE section = ?1"
+                                 " AND secret.key = resource.key) FROM resource WHERE section = ?1"
+                               : "SELECT key, text, '' FROM resource WHERE section = ?1");
+    if (of == nullptr || select.handle == nullptr) {
         return failed("read");
     }
     int step = SQLITE_DONE;
+    std::set<std::string> unknown;
+    sqlite3_bind_text(select.handle, 1, name.data(), static_cast<int>(name.size()), SQLITE_STATIC);
     while ((step = sqlite3_step(select.handle)) == SQLITE_ROW) {
-        const auto *section = reinterpret_cast<const char *>(sqlite3_column_text(select.handle, 0));
-        const StoreRow row = {section != nullptr ? section : "",
-                              static_cast<const NB_UCHAR *>(sqlite3_column_blob(select.handle, 1)),
-                              static_cast<size_t>(sqlite3_column_bytes(select.handle, 1)),
-                              read_behaviour(select.handle, 2)};
-        if (!take(row)) {
-            return false;
+        const std::string_view key = column(select.handle, 0);
+        std::string_view text = column(select.handle, 1);
+        StoreRow row;
+        row.record = std::make_unique_for_overwrite<NB_UCHAR[]>(of->form.record_size());
+        row.erased = text.substr(0, MARK.size()) == MARK;
+        text.remove_prefix(row.erased ? MARK.size() : 0);
+        of->used = true;
+        row.whole = of->form.read(text, column(select.handle, 2), row.record.get(), row.behaviour,
+                                  unknown) &&
+                    key.size() == key_length &&
+                    memcmp(key.data(), row.record.get() + KEY_OFFSET, key_length) == 0;
+        take(std::move(row));
+    }
+    for (const std::string &field : unknown) {
+        nba_pd_print_problem(NB_PD_STORE_FIELD, 1, "s s s", std::string(name).c_str(),
+                             field.c_str(), path_.c_str());
+    }
+    return step == SQLITE_DONE || failed("read");
+}
+
+bool Store::read(const ClassRow &row, const std::function<void(StoreRow &&)> &take) {
+    return read_section(row.schema->name, row.schema->key_size(), take);
+}
+
+bool Store::read(const Settings &row, NB_UCHAR *image, bool &there) {
+    there = false;
+    return read_section(row.name, 0, [&](StoreRow &&stored) {
+        there = stored.whole;
+        if (stored.whole) {
+            memcpy(image, stored.record.get(), row.block_size);
+        } else {
+            nba_pd_print_problem(NB_PD_STORE_RECORD, 2, "s", row.name);
         }
+    });
+}
+
+/* From section to section, without a look at their rows. */
+bool Store::log_unknown_sections() {
+    const Statement next(db_, "SELECT section FROM resource WHERE section > ?1"
+                              " ORDER BY section LIMIT 1");
+    int step = next.handle != nullptr && !forgets_ ? SQLITE_ROW : SQLITE_DONE;
+    std::string name;
+    while (step == SQLITE_ROW) {
+        sqlite3_bind_text(next.handle, 1, name.c_str(), -1, SQLITE_TRANSIENT);
+        step = sqlite3_step(next.handle);
+        if (step == SQLITE_ROW) {
+            name = column(next.handle, 0);
+            if (class_by_name(name) == nullptr && records::settings_by_name(name) == nullptr) {
+                nba_pd_print_problem(NB_PD_STORE_RECORD, 3, "s", name.c_str());
+            }
+        }
+        sqlite3_reset(next.handle);
     }
     return step == SQLITE_DONE || failed("read");
 }

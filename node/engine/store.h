@@ -1,5 +1,9 @@
 /* The store: what is defined, on disk.  One SQLite file a node and one for the domain.
  *
+ * It has a row a resource and a settings record: the section, which is the class or the settings,
+ * the key as the wire has it, and the text of storedform.h.  Secrets stand in a table of their own.
+ * A store of an earlier layout is brought to this one by `migrate`, one of a later is refused.
+ *
  * A write is one transaction and is on the disk when `write` returns true, so whatever was answered
  * with success is there after the process was killed.  A write that fails changes nothing. Problems
  * are logged here.
@@ -9,11 +13,13 @@
 #ifndef STORE_H
 #define STORE_H
 
-#include "behaviour.h"
 #include "debt.h"
-#include "schema.h"
+#include "storedform.h"
 
 #include <functional>
+#include <map>
+#include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,11 +48,12 @@ inline StoreChange erased(const records::Schema &schema, const NB_UCHAR *entry) 
     return {schema.name, entry + records::KEY_OFFSET, schema.key_size(), nullptr, 0, nullptr};
 }
 
+/* A row as it was read. */
 struct StoreRow {
-    std::string section;
-    const NB_UCHAR *record;
-    size_t record_length;
-    Behaviour behaviour;
+    std::unique_ptr<NB_UCHAR[]> record; /* an entry as long as a whole one */
+    Behaviour behaviour = DEFAULT_BEHAVIOUR;
+    bool erased = false; /* the mark of a row that was erased: the record has its key alone */
+    bool whole = true;   /* false: it does not fit, and the record has what could be read */
 };
 
 /* A small fact about a store as a whole. */
@@ -65,12 +72,6 @@ inline constexpr const char *FACT_BACK_LEVEL = "back_level"; /* its software is 
 inline constexpr const char *FACT_OWNER = "owner";
 inline constexpr const char *FACT_GENERATED = "generated";
 
-/* True for the mark of a row that was erased: two zeroes where a record has its length, and the
- * key. */
-inline bool is_erased(const NB_UCHAR *record, size_t length) {
-    return length >= 2 && record[0] == 0 && record[1] == 0;
-}
-
 class Store {
 public:
     Store() = default;
@@ -88,20 +89,34 @@ public:
     void forget() {
         forgets_ = true;
         claimed_ = false;
+        sections_.clear();
     }
 
     /* Says whose the store is to be, as in "node one of domain pair".  False, with a text for the
      * operator, when it is another's, or that cannot be read.  A new one is told with its first
-     * write; one of an earlier version belongs to nobody until `claim`. */
+     * write; one of an earlier version belongs to nobody until
+     * `finish_reading`. */
     bool belongs_to(const std::string &owner, std::string &why);
 
-    /* Writes down whose it is when it did not say so yet: for a store that was read whole. */
-    bool claim();
+    /* Brings a store of an earlier layout to this one, in one transaction: when nothing else speaks
+     * against using it, and before anything is read but facts.  What cannot be brought over is
+     * logged and kept.  False leaves it as it was, with a text for the operator in `why`. */
+    bool migrate(std::string &why);
+
+    /* What `migrate` does first when there is something to do; false, with a text for the operator,
+     * when it must not go on. */
+    void before_migration(std::function<bool(Store &, std::string &why)> action) {
+        before_migration_ = std::move(action);
+    }
+
+    /* Everything was read: logs what is in the store and nobody asked for, and writes down what it
+     * does not say yet: whose it is, and the values that its rows leave out. */
+    bool finish_reading();
 
     /* For the operator: that it cannot be read, which file it is, and what can be done. */
     std::string unreadable() const;
 
-    /* From now on an erased row is kept as a mark: its record is that of `is_erased`. */
+    /* From now on an erased row is kept as a mark. */
     void keep_erased() { keeps_erased_ = true; }
 
     /* Writes all, or nothing and returns false.  What is owed is written first. */
@@ -116,9 +131,13 @@ public:
     bool settle();
     bool owes() const { return !debt_.empty(); }
 
-    /* Calls `take` for every row; its pointers are good for that call.  False when reading failed
-     * or `take` returned false. */
-    bool read(const std::function<bool(const StoreRow &)> &take);
+    /* Calls `take` for every row of a class, in the order of keys.  What does not fit is not whole,
+     * and stays in the store.  False when reading failed. */
+    bool read(const ClassRow &row, const std::function<void(StoreRow &&)> &take);
+
+    /* Reads a settings record; `there` says whether it has a row.  One that does not fit is logged,
+     * stays in the store and reads as one that is not there. */
+    bool read(const Settings &row, NB_UCHAR *image, bool &there);
 
     /* An unknown fact reads as "".  False when that could not be found out. */
     [[nodiscard]] bool fact(const std::string &name, std::string &value);
@@ -132,21 +151,44 @@ public:
 private:
     friend class StoreCopy;
 
+    struct Section {
+        StoredForm form;
+        bool base_kept = false; /* the store has the base that `form` has */
+        bool used = false;      /* it has rows, as far as they were read or written */
+    };
+
+    static bool is_settled(const Section &section) { return section.base_kept || !section.used; }
     int open_once();
+    int make_tables();
     bool is_foreign();
+    bool read_layout();
+    std::string refusal(int code) const;
+    Section *section(std::string_view name);
     bool run(const char *sql);
+    bool act(int action, const StoreChange &change, const std::string &text);
     bool apply(const StoreChange &change);
     bool put_fact(const StoreFact &fact);
+    bool put_base(const std::string &name, Section &of);
+    bool put_bases();
     bool fill(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts);
     bool commit(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts);
+    bool in_transaction(const std::function<bool()> &action);
+    bool read_section(std::string_view name, size_t key_length,
+                      const std::function<void(StoreRow &&)> &take);
+    bool migrate_rows();
+    bool migrate_row(sqlite3_stmt *row, bool &fits);
+    bool log_unknown_sections();
     bool failed(const char *what);
 
     bool forgets_ = false;
     bool claimed_ = false; /* it says whose it is */
     bool keeps_erased_ = false;
+    int layout_ = 0;
     sqlite3 *db_ = nullptr;
-    sqlite3_stmt *put_ = nullptr;
-    sqlite3_stmt *erase_ = nullptr;
+    sqlite3_stmt *statements_[4] = {}; /* of `apply` */
+    std::map<std::string, Section, std::less<>> sections_;
+    StoredText text_; /* of `apply` */
+    std::function<bool(Store &, std::string &)> before_migration_;
     std::string path_;
     std::string owner_;
     Debt debt_;

@@ -37,6 +37,8 @@ enum nb_problem {
     NB_PD_NODE_LINK = 0x40040006,    /* node: it sent what it must not */
     NB_PD_NODE_HANGS = 0x40040008,   /* node: it is replaced */
     NB_PD_NO_PLACE = 0x40040007,     /* user, process: a connection that was refused */
+    NB_PD_STORE_FIELD = 0x40040010,  /* section, field, file: stored, and not known any more */
+    NB_PD_STORE_UPDATE = 0x40040011, /* file, from and to: it was brought to another layout */
 };
 
 /* Details of NB_PD_CATALOGUE, NB_PD_UID_FILE, NB_PD_WINDOW and NB_PD_BAD_LIST. */

@@ -107,16 +107,20 @@ public:
 
     /* Calls `visit` for every row that the stores of domain and nodes hold of a class. */
     template <class Visit> NB_VOID for_each_stored(Visit visit) {
-        const auto take = [&visit](const node::StoreRow &stored) {
-            const node::ClassRow *row = node::class_by_name(stored.section);
-            if (row != nullptr) {
-                visit(*row, stored.record);
+        const auto visit_all = [&visit](node::Store &store, const node::Engine *fills) {
+            for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
+                const node::ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
+                EXPECT_TRUE(store.read(row, [&](node::StoreRow &&stored) {
+                    if (fills != nullptr && row.hooks.fill != nullptr) {
+                        row.hooks.fill(*fills, stored.record.get());
+                    }
+                    visit(row, stored.record.get());
+                }));
             }
-            return true;
         };
-        EXPECT_TRUE(store_.read(take));
+        visit_all(store_, nullptr);
         for (const auto &node : nodes_) {
-            EXPECT_TRUE(node->store.read(take));
+            visit_all(node->store, &node->engine);
         }
     }
 

@@ -61,7 +61,10 @@ TEST(NodeMake, OnlyChangesAreStored) {
         verb.def_data.nau_address = 3;
         EXPECT_EQ(rig.issue(verb), OK_CODES) << "new";
         unsigned rows = 0;
-        EXPECT_TRUE(store.read([&rows](const node::StoreRow &) { return ++rows > 0; }));
+        for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
+            EXPECT_TRUE(store.read(node::class_row(static_cast<node::ClassId>(id)),
+                                   [&rows](node::StoreRow &&) { rows++; }));
+        }
         EXPECT_EQ(rows, 3U);
         lus = rig.list(NAP_QUERY_LU_0_TO_3).entries;
     }
