@@ -85,6 +85,11 @@ public:
         return correlator_;
     }
     void raw(const std::vector<NB_UCHAR> &bytes) { EXPECT_TRUE(try_raw(bytes)); }
+    /* Something can be sent without waiting. */
+    bool is_writable() const {
+        pollfd ready = {fd_, POLLOUT, 0};
+        return poll(&ready, 1, 0) == 1;
+    }
     bool try_raw(const std::vector<NB_UCHAR> &bytes) {
         return send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL) == ssize_t(bytes.size());
     }
