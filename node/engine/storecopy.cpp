@@ -233,7 +233,13 @@ bool Store::copy_to(const std::string &path, std::string &why) {
 DailyCopy::DailyCopy(Store &store, const std::string &state_folder, const std::string &file_name,
                      TimerQueue &timers, const Clock &clock, std::function<void()> made)
     : store_(store), state_folder_(state_folder), file_name_(file_name), timers_(timers),
-      clock_(clock), made_(std::move(made)) {}
+      clock_(clock), made_(std::move(made)) {
+    store.before_migration([this](Store &from, std::string &why) {
+        const std::string folder = "before-update-" + day_of(clock_.wall_seconds());
+        return make_copy_folder(state_folder_, folder, why) &&
+               from.copy_to(copies_folder(state_folder_) + "/" + folder + "/" + file_name_, why);
+    });
+}
 
 DailyCopy::~DailyCopy() {
     timers_.cancel(timer_);

@@ -77,9 +77,9 @@ private:
     std::atomic<bool> given_up_ = false;
 };
 
-/* Makes a copy each day, the first a little after the start.  The loop goes on meanwhile: a slice
- * of it at a time, and the check beside the loop.  One that fails is logged and tried again within
- * the hour. */
+/* Makes a copy before the store is brought to another layout, and each day, the first a little
+ * after the start.  The loop goes on meanwhile: a slice of it at a time, and the check beside the
+ * loop.  One that fails is logged and tried again within the hour. */
 class DailyCopy {
 public:
     /* `store` is open, of that folder, and outlives this; `made` is called behind each copy. */

@@ -3,6 +3,7 @@
 
 #include "generate.h"
 #include "nesteditems.h"
+#include "storecopy.h"
 #include "storefiles.h"
 
 #include <chrono>
@@ -235,13 +236,19 @@ TEST(NodeStore, AnEarlierGeneratedNodeKeepsItsChanges) {
     EarlierStores earlier;
     node::Generated domain;
     ASSERT_TRUE(node::parse_generated("nodes=1,lus=20", domain, earlier.why));
+    const std::string file = "generated.db";
     for (int start = 0; start < 2; start++) {
         node::Store store;
-        ASSERT_TRUE(store.open(earlier.folder.file("generated.db"), earlier.why)) << earlier.why;
+        ASSERT_TRUE(store.open(earlier.folder.file(file), earlier.why)) << earlier.why;
         Rig rig(&store);
+        const node::DailyCopy copies(store, earlier.folder.path(), file, rig.timers, rig.clock);
         ASSERT_TRUE(rig.engine.load_generated(domain, 0, earlier.why)) << earlier.why;
         EXPECT_EQ(rig.list(NAP_QUERY_LU_0_TO_3).total, 17U);
         EXPECT_EQ(rig.list(NAP_QUERY_DLC).names().at(0), "ADDED");
+        const auto folders = node::copy_folders(earlier.folder.path());
+        ASSERT_EQ(folders.size(), 1U) << "one copy, of before";
+        EXPECT_EQ(folders[0].rfind("before-update-", 0), 0U);
+        EXPECT_EQ(rows(earlier.folder.file("copies/" + folders[0] + "/" + file), "resource"), 4U);
     }
 }
 
