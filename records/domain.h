@@ -134,7 +134,7 @@ inline constexpr FieldRow fields[] = {
     ebcdic(AT(user_id)).key("name").required(),
     text(AT(def_data.description)),
     ebcdic(AT(def_data.profile)),
-    ebcdic(AT(def_data.password)).secret(),
+    ebcdic(AT(def_data.password)).compared(),
 };
 } // namespace rows::userid_password
 

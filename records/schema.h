@@ -99,10 +99,11 @@ struct FieldWord {
     NB_USHORT message = 0; /* number of the catalogue's text for it, for windows; 0: none */
 };
 
-constexpr NB_UCHAR FIELD_REQUIRED = 1; /* a name or text that must not be blank */
-constexpr NB_UCHAR FIELD_KEY = 2;      /* part of the key: cannot be changed */
-constexpr NB_UCHAR FIELD_SECRET = 4;   /* kept, never answered; blank in a change: as it was */
-constexpr NB_UCHAR FIELD_COUNTS = 8;   /* one more for each resource of a range */
+constexpr NB_UCHAR FIELD_REQUIRED = 1;  /* a name or text that must not be blank */
+constexpr NB_UCHAR FIELD_KEY = 2;       /* part of the key: cannot be changed */
+constexpr NB_UCHAR FIELD_SECRET = 4;    /* kept, never answered; blank in a change: as it was */
+constexpr NB_UCHAR FIELD_COUNTS = 8;    /* one more for each resource of a range */
+constexpr NB_UCHAR FIELD_COMPARED = 16; /* a secret that nobody has to be told: a hash is kept */
 
 /* One field of a record.  fieldrows.h has a short maker for each kind. */
 struct FieldRow {
@@ -137,6 +138,7 @@ struct FieldRow {
     }
     constexpr FieldRow required() const { return used(FIELD_REQUIRED); }
     constexpr FieldRow secret() const { return used(FIELD_SECRET); }
+    constexpr FieldRow compared() const { return used(FIELD_SECRET | FIELD_COMPARED); }
     constexpr FieldRow counts() const { return used(FIELD_COUNTS); }
     constexpr FieldRow key() const { return used(FIELD_KEY); }
     constexpr FieldRow key(const char *other) const { return named(other).key(); }

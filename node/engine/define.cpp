@@ -5,6 +5,7 @@
 #include "nbbase.h"
 #include "nofverbs.h"
 #include "referrers.h"
+#include "secrethash.h"
 
 #include <cstring>
 
@@ -277,6 +278,11 @@ Result Engine::apply(std::vector<Change> changes, IfFull if_full) {
     const Result result = remember(rows, {}, if_full);
     if (!result.ok()) {
         return result;
+    }
+    for (Change &change : changes) {
+        if (store_ != nullptr && change.entry != nullptr) {
+            mark_secrets(change.row->schema->fields, change.entry.get());
+        }
     }
     telling_ = true;
     for (Change &change : changes) {

@@ -191,6 +191,7 @@ private:
     bool forget_erased();
     void load_stored(const ClassRow &row, StoreRow stored);
     bool store_all();
+    void hide_compared(bool hashed);
     void add_sna_defined();
 
     /* How sessions end when something stops. */

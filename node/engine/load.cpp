@@ -5,6 +5,7 @@
 #include "nbbase.h"
 #include "nbproblem.h"
 #include "nofverbs.h"
+#include "secrethash.h"
 #include "snadefined.h"
 
 #include <algorithm>
@@ -153,10 +154,39 @@ bool Engine::store_all() {
         }
     }
     store_->forget();
-    return store_->write(changes,
-                         {{FACT_WANTED, wanted_ ? "1" : "0"},
-                          {FACT_BACK_LEVEL, node_state_ == NAP_NODE_BACK_LEVEL ? "1" : "0"},
-                          {FACT_LOADED, "1"}});
+    const bool done =
+        store_->write(changes, {{FACT_WANTED, wanted_ ? "1" : "0"},
+                                {FACT_BACK_LEVEL, node_state_ == NAP_NODE_BACK_LEVEL ? "1" : "0"},
+                                {FACT_LOADED, "1"}});
+    if (done) {
+        hide_compared(true);
+    }
+    return done;
+}
+
+/* What is stored by its hash is not kept in memory either.  A store may have one that is not hashed
+ * yet: of an earlier version, or from a hand. */
+void Engine::hide_compared(bool hashed) {
+    std::vector<Resource *> found;
+    std::vector<StoreChange> changes;
+    for (const auto &table : tables_) {
+        const Schema &schema = *table->row().schema;
+        const bool compares =
+            std::any_of(schema.fields.begin(), schema.fields.end(),
+                        [](const FieldRow &field) { return field.has(FIELD_COMPARED); });
+        for (Resource *at = compares ? table->first() : nullptr; at != nullptr;
+             at = ResourceTable::next(*at)) {
+            if (brings_secret(schema.fields, at->entry.get())) {
+                found.push_back(at);
+                changes.push_back(kept(schema, at->entry.get(), at->behaviour));
+            }
+        }
+    }
+    if (hashed || changes.empty() || store_->write(changes)) {
+        for (Resource *one : found) {
+            mark_secrets(one->row->schema->fields, one->entry.get());
+        }
+    }
 }
 
 /* What does not fit is left out, and stays in the store. */
@@ -279,6 +309,7 @@ bool Engine::load_store(std::string &why) {
     if (scope_ == Scope::Node) {
         add_sna_defined();
     }
+    hide_compared(false);
     store_->finish_reading(); /* no loss when it cannot: the next write does it, too */
     return true;
 }

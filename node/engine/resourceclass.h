@@ -27,6 +27,7 @@ namespace node {
 /* Names of schemas and fields that stand everywhere in the node. */
 using records::check_fields;
 using records::ebcdic_text;
+using records::FIELD_COMPARED;
 using records::FIELD_COUNTS;
 using records::FIELD_KEY;
 using records::FIELD_SECRET;

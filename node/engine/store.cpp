@@ -2,6 +2,7 @@
 
 #include "nbbase.h"
 #include "nbproblem.h"
+#include "secrethash.h"
 #include "storefiles.h"
 #include "storesql.h"
 
@@ -217,6 +218,38 @@ bool Store::act(int action, const StoreChange &change, const std::string &text) 
     return done;
 }
 
+bool Store::read_secrets(const StoreChange &of, std::string &secrets) {
+    const Statement select(db_, "SELECT text FROM secret WHERE section = ?1 AND key = ?2");
+    if (select.handle == nullptr) {
+        return false;
+    }
+    bind_key(select.handle, of);
+    const int step = sqlite3_step(select.handle);
+    secrets = step == SQLITE_ROW ? column(select.handle, 0) : "";
+    return step == SQLITE_ROW || step == SQLITE_DONE;
+}
+
+bool Store::write_text(const StoreChange &change, StoredForm &form) {
+    std::string before;
+    if (change.record == nullptr) {
+        text_ = {std::string(MARK), ""};
+        form.write_key(change.key, change.key_length, text_.fields);
+        return true;
+    }
+    return form.write(change.record, change.behaviour, text_) &&
+           (!form.has_compared() ||
+            (read_secrets(change, before) && form.keep_hashes(before, text_.secrets)));
+}
+
+bool Store::matches_secret(const records::Schema &schema, const FieldRow &field,
+                           const NB_UCHAR *typed) {
+    std::string secrets;
+    const StoreChange of = erased(schema, typed);
+    const bool known = read_secrets(of, secrets);
+    const std::string hash = StoredForm::hash_in(secrets, field.name);
+    return known && !hash.empty() && matches_hash(hash, field, typed + field.offset);
+}
+
 bool Store::apply(const StoreChange &change) {
     Section *of = section(change.section);
     int action = change.record != nullptr || keeps_erased_ ? PUT : ERASE;
@@ -224,13 +257,7 @@ bool Store::apply(const StoreChange &change) {
         return false;
     }
     of->used = true;
-    if (change.record != nullptr) {
-        of->form.write(change.record, change.behaviour, text_);
-    } else {
-        text_ = {std::string(MARK), ""};
-        of->form.write_key(change.key, change.key_length, text_.fields);
-    }
-    if (!act(action, change, text_.fields)) {
+    if (!write_text(change, of->form) || !act(action, change, text_.fields)) {
         return false;
     }
     action = text_.secrets.empty() ? ERASE_SECRET : PUT_SECRET;

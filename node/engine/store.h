@@ -139,6 +139,10 @@ public:
      * stays in the store and reads as one that is not there. */
     bool read(const Settings &row, NB_UCHAR *image, bool &there);
 
+    /* True when `typed`, an entry, has in this field what the stored entry of its key was given. */
+    bool matches_secret(const records::Schema &schema, const FieldRow &field,
+                        const NB_UCHAR *typed);
+
     /* An unknown fact reads as "".  False when that could not be found out. */
     [[nodiscard]] bool fact(const std::string &name, std::string &value);
     bool set_fact(const std::string &name, const std::string &value);
@@ -167,6 +171,8 @@ private:
     bool run(const char *sql);
     bool act(int action, const StoreChange &change, const std::string &text);
     bool apply(const StoreChange &change);
+    bool read_secrets(const StoreChange &of, std::string &secrets);
+    bool write_text(const StoreChange &change, StoredForm &form);
     bool put_fact(const StoreFact &fact);
     bool put_base(const std::string &name, Section &of);
     bool put_bases();

@@ -1,6 +1,7 @@
 #include "storedform.h"
 
 #include "nesteditems.h"
+#include "secrethash.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,6 +9,9 @@
 namespace node {
 
 namespace {
+
+/* What stands between a name and its value: text, bytes or a hash. */
+constexpr std::string_view SIGNS = "=:$";
 
 /* The first line of a text, which is taken off it. */
 std::string_view cut_line(std::string_view &text) {
@@ -18,7 +22,7 @@ std::string_view cut_line(std::string_view &text) {
 }
 
 bool names(std::string_view line, std::string_view name) {
-    return line.size() > name.size() && (line[name.size()] == '=' || line[name.size()] == ':') &&
+    return line.size() > name.size() && SIGNS.find(line[name.size()]) != SIGNS.npos &&
            memcmp(line.data(), name.data(), name.size()) == 0;
 }
 
@@ -27,6 +31,10 @@ bool set_value(const FieldRow &row, char sign, std::string_view value, NB_UCHAR 
     if (sign == ':') {
         return value.size() == size_t{row.width} * 2 &&
                records::read_bytes(value, at, row.width) >= 0;
+    }
+    if (sign == '$') {
+        put_mark(row, at);
+        return row.has(FIELD_COMPARED);
     }
     std::string why;
     return set_field(row, value, at, why);
@@ -71,6 +79,7 @@ void StoredForm::add(FieldTable fields, Part part) {
     for (const FieldRow &field : fields) {
         Line line = {field, field.name, field.offset, part};
         line.row.offset = 0;
+        has_compared_ = has_compared_ || field.has(FIELD_COMPARED);
         has_secrets_ = has_secrets_ || field.has(FIELD_SECRET);
         scratch_.resize(std::max(scratch_.size(), size_t{field.width}));
         lines_.push_back(line);
@@ -105,8 +114,38 @@ void StoredForm::put_line(const Line &line, const NB_UCHAR *at, std::string &tex
     text += '\n';
 }
 
-void StoredForm::write(const NB_UCHAR *record, const Behaviour *behaviour, StoredText &text) {
+bool StoredForm::put_hash(const Line &line, const NB_UCHAR *at, std::string &text) {
+    const bool known = is_mark(line.row, at);
+    const std::string hash = known ? "" : hash_secret(line.row, at);
+    text += line.row.name + ("$" + hash) + '\n';
+    return known || !hash.empty();
+}
+
+std::string StoredForm::hash_in(std::string_view secrets, std::string_view field) {
+    while (!secrets.empty()) {
+        const std::string_view line = cut_line(secrets);
+        if (names(line, field) && line[field.size()] == '$') {
+            return std::string(line.substr(field.size() + 1));
+        }
+    }
+    return "";
+}
+
+bool StoredForm::keep_hashes(std::string_view before, std::string &secrets) const {
+    return std::all_of(lines_.begin(), lines_.end(), [&](const Line &line) {
+        const std::string missing = line.row.name + std::string("$\n");
+        const size_t at = line.row.has(FIELD_COMPARED) ? secrets.find(missing) : secrets.npos;
+        const std::string hash = at != secrets.npos ? hash_in(before, line.name) : "";
+        if (!hash.empty()) {
+            secrets.insert(at + missing.size() - 1, hash);
+        }
+        return at == secrets.npos || !hash.empty();
+    });
+}
+
+bool StoredForm::write(const NB_UCHAR *record, const Behaviour *behaviour, StoredText &text) {
     const Behaviour &beside = behaviour != nullptr ? *behaviour : DEFAULT_BEHAVIOUR;
+    bool good = true;
     text.fields.clear();
     text.secrets.clear();
     for (size_t at = 0; at < own_lines_; at++) {
@@ -114,13 +153,19 @@ void StoredForm::write(const NB_UCHAR *record, const Behaviour *behaviour, Store
         const NB_UCHAR *from =
             line.offset +
             (line.part == RECORD ? record : reinterpret_cast<const NB_UCHAR *>(&beside));
-        if (memcmp(from, base_of(line.part) + line.offset, line.row.width) != 0) {
+        if (memcmp(from, base_of(line.part) + line.offset, line.row.width) == 0) {
+            continue;
+        }
+        if (line.row.has(FIELD_COMPARED)) {
+            good = put_hash(line, from, text.secrets) && good;
+        } else {
             put_line(line, from, line.row.has(FIELD_SECRET) ? text.secrets : text.fields);
         }
     }
     for (NB_ULONG at = 0; nested_ != nullptr && at < records::item_count(*nested_, record); at++) {
         put_item(records::item_at(*nested_, record, at), text.fields);
     }
+    return good;
 }
 
 void StoredForm::put_item(const NB_UCHAR *item, std::string &text) {
@@ -196,7 +241,7 @@ bool StoredForm::read_lines(std::string_view text, Reading &reading) const {
                              reading.at[found->part] + found->offset) &&
                    good;
         } else if (!reading.skips) {
-            reading.unknown->insert(std::string(line.substr(0, line.find_first_of("=:"))));
+            reading.unknown->insert(std::string(line.substr(0, line.find_first_of(SIGNS))));
         }
     }
     return good;

@@ -3,6 +3,7 @@
  *
  *   name=LUD01        a value as a domain text has it
  *   tp_name:07C1      bytes, where the value has no text that gives it back
+ *   password$HASH     a secret that is only compared (secrethash.h)
  *   +session          an item within the record begins; the lines behind it are its own
  *
  * The order of lines does not matter.  A line that is not there stands for the value in the base:
@@ -35,9 +36,18 @@ public:
 
     size_t record_size() const { return base_.size(); }
     bool has_secrets() const { return has_secrets_; }
+    bool has_compared() const { return has_compared_; }
 
-    /* Writes a record; `behaviour` may be null for the default.  `text` loses what it held. */
-    void write(const NB_UCHAR *record, const Behaviour *behaviour, StoredText &text);
+    /* Writes a record; `behaviour` may be null for the default.  `text` loses what it held.  A mark
+     * becomes a hash that is missing.  False when something could not be hashed. */
+    bool write(const NB_UCHAR *record, const Behaviour *behaviour, StoredText &text);
+
+    /* Takes the hashes that `secrets` misses from what was written of the same record before. False
+     * when they are not there. */
+    bool keep_hashes(std::string_view before, std::string &secrets) const;
+
+    /* The hash in a text of secrets, "" for none. */
+    static std::string hash_in(std::string_view secrets, std::string_view field);
 
     /* Writes the key alone, as KEY_OFFSET has it in a record. */
     void write_key(const NB_UCHAR *key, size_t length, std::string &text);
@@ -64,6 +74,7 @@ private:
 
     void add(FieldTable fields, Part part);
     void put_line(const Line &line, const NB_UCHAR *at, std::string &text);
+    bool put_hash(const Line &line, const NB_UCHAR *at, std::string &text);
     void put_item(const NB_UCHAR *item, std::string &text);
     const NB_UCHAR *base_of(Part part) const;
     const Line *find_line(std::string_view text, const Reading &reading) const;
@@ -78,6 +89,7 @@ private:
     std::vector<NB_UCHAR> base_item_;
     std::vector<NB_UCHAR> scratch_;
     bool has_secrets_ = false;
+    bool has_compared_ = false;
 };
 
 } // namespace node

@@ -3,6 +3,7 @@
 
 #include "generate.h"
 #include "nesteditems.h"
+#include "secrethash.h"
 #include "storecopy.h"
 #include "storefiles.h"
 
@@ -232,6 +233,68 @@ TEST(NodeStore, AnEarlierLayoutIsBroughtOver) {
     }
 }
 
+/* In either character set. */
+bool in_files(const std::string &file, const std::string &secret) {
+    const std::string all = bytes_of(file) + bytes_of(file + "-wal");
+    return all.find(secret) != std::string::npos ||
+           all.find(ebcdic(secret, secret.size())) != std::string::npos;
+}
+
+Codes set_password(Rig &rig, const std::string &user, const std::string &password) {
+    NAP_DEFINE_USERID_PASSWORD_VERB verb = {};
+    verb.opcode = NAP_DEFINE_USERID_PASSWORD;
+    put(verb.user_id, ebcdic(user, sizeof verb.user_id));
+    put(verb.def_data.profile, ebcdic("", sizeof verb.def_data.profile));
+    put(verb.def_data.password, ebcdic(password, sizeof verb.def_data.password));
+    return rig.issue(verb);
+}
+
+bool has_password(node::Store &store, const std::string &user, const std::string &password) {
+    NAP_USERID_PASSWORD_DATA entry = {};
+    put(entry.user_id, ebcdic(user, sizeof entry.user_id));
+    put(entry.def_data.password, ebcdic(password, sizeof entry.def_data.password));
+    return store.matches_secret(records::userid_password,
+                                records::field(records::userid_password, "password"),
+                                reinterpret_cast<const NB_UCHAR *>(&entry));
+}
+
+/* Those that are only compared are nowhere, the others in their table alone: in a store that was
+ * brought over and in one that was made from the text. */
+TEST(NodeStore, PasswordsAreHashedOrApart) {
+    EarlierStores earlier;
+    const std::string text = earlier.folder.file("previous.domain");
+    for (const std::string name : {"node.db", "new.db"}) {
+        const std::string file = earlier.folder.file(name);
+        for (int start = 0; start < 3; start++) {
+            node::Store store;
+            Rig rig(&store);
+            node::DomainText domain = node::read_domain_file(text);
+            ASSERT_TRUE(store.open(file, earlier.why)) << earlier.why;
+            ASSERT_TRUE(rig.engine.load_store(earlier.why) ||
+                        rig.engine.load_text(domain.nodes[0], domain))
+                << earlier.why;
+            if (start == 0) {
+                EXPECT_EQ(set_password(rig, "NEWUSER", "QTYPED"), OK_CODES);
+                EXPECT_EQ(set_password(rig, "TELLER", ""), OK_CODES) << "as it was";
+                EXPECT_EQ(set_password(rig, "NOBODY", ""), parameter(NAP_INVALID_VALUE));
+            }
+            const std::pair<const char *, const char *> users[] = {
+                {"BRANCH01", "QC0MPARE"}, {"TELLER", "QC0UNTER"}, {"NEWUSER", "QTYPED"}};
+            for (const auto &[user, password] : users) {
+                EXPECT_FALSE(in_files(file, password)) << name << " " << user;
+                EXPECT_TRUE(has_password(store, user, password)) << name << " " << user;
+                EXPECT_FALSE(has_password(store, user, "QOTHER")) << name << " " << user;
+            }
+            const auto known = rig.entry<NAP_USERID_PASSWORD_DATA>(node::CLASS_USERID_PASSWORD,
+                                                                   ebcdic("BRANCH01", 10));
+            EXPECT_NE(node::ebcdic_text(known.def_data.password, 10), "QC0MPARE") << "in memory";
+        }
+        EXPECT_TRUE(in_files(file, "QLDAPSECRET") && in_files(file, "A1B2C3D4E5F60718"));
+        sql(file, "DELETE FROM secret");
+        EXPECT_FALSE(in_files(file, "QLDAPSECRET") || in_files(file, "A1B2C3D4E5F60718"));
+    }
+}
+
 TEST(NodeStore, AnEarlierGeneratedNodeKeepsItsChanges) {
     EarlierStores earlier;
     node::Generated domain;
@@ -337,6 +400,11 @@ TEST(NodeStore, EveryFieldReadsBack) {
             std::vector<NB_UCHAR> back(schema.overlay_size());
             node::put_number(entry.data(), 2, NB_ULONG(entry.size()));
             fill(schema.fields, entry.data(), odd);
+            for (const node::FieldRow &field : schema.fields) {
+                if (field.has(node::FIELD_COMPARED)) {
+                    node::put_mark(field, entry.data() + field.offset); /* no hash is written */
+                }
+            }
             fill(row.simulated, reinterpret_cast<NB_UCHAR *>(&behaviour), odd);
             for (int item = 0; item < 2 && schema.nested.name != nullptr; item++) {
                 fill(schema.nested.fields,
