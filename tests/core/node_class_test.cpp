@@ -150,6 +150,12 @@ void goes_and_comes_back(Sample &sample, const ClassRow &row, const Resource &re
     const std::string key(reinterpret_cast<const char *>(resource.entry.get()) + node::KEY_OFFSET,
                           row.schema->key_size());
     std::vector<NB_UCHAR> block = Sample::block_of(row, resource.entry.get());
+    for (const FieldRow &field : row.schema->fields) {
+        if (field.has(node::FIELD_COMPARED)) { /* nobody knows what it was */
+            const size_t at = row.schema->def_in_define + field.offset - row.schema->def.offset;
+            node::put_ebcdic(block.data() + at, field.width, "AGAIN");
+        }
+    }
     const size_t count = sample.entries(row).size();
     const Codes gone = sample.rig.by_key(row.schema->remove, key);
     if (gone == state(NAP_IN_USE)) {
