@@ -150,6 +150,9 @@ void Front::ask_node(NodeProcess &node) {
 /* A node that hangs is replaced: it was asked, and has said nothing at all since.  Looks are
  * counted and no clock is asked, since this process may have been stopped meanwhile, too. */
 void Front::watch_nodes() {
+    if (ending_) {
+        return; /* the sockets are gone */
+    }
     for (const auto &node : nodes_) {
         node->silent = node->up && node->asked && !node->heard ? node->silent + 1 : 0;
         node->heard = false;
