@@ -129,6 +129,10 @@ public:
      * owed, and the answer's secondary code is NAP_NOT_STORED. */
     enum class IfFull : NB_UCHAR { Refuse, Owe };
 
+    /* Writes rows and facts as one transaction, for who keeps something beside the engine. */
+    Result remember(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts,
+                    IfFull if_full);
+
     /* Stores all steps as one transaction, then takes them.  They are not checked. */
     Result apply(std::vector<Change> changes, IfFull if_full = IfFull::Refuse);
 
@@ -198,8 +202,6 @@ private:
     enum class Stop : NB_UCHAR { Orderly = NAP_ORDERLY_STOP, Immediate = NAP_IMMEDIATE_STOP };
 
     /* what is on disk (define.cpp) */
-    Result remember(const std::vector<StoreChange> &changes, const std::vector<StoreFact> &facts,
-                    IfFull if_full);
     void settle_store();
 
     /* states (life.cpp, stopping.cpp) */

@@ -301,7 +301,14 @@ bool Store::in_transaction(const std::function<bool()> &action) {
     if (!run("BEGIN IMMEDIATE")) {
         return false;
     }
-    const bool done = (action() || failed("write")) && run("COMMIT");
+    const bool filled = action() || failed("write");
+    if (filled && when_writing_) {
+        when_writing_(false);
+    }
+    const bool done = filled && run("COMMIT");
+    if (done && when_writing_) {
+        when_writing_(true);
+    }
     if (!done) {
         sections_.clear(); /* the bases that it put are not there */
     }

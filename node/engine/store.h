@@ -109,6 +109,12 @@ public:
         before_migration_ = std::move(action);
     }
 
+    /* For tests of kills: called in each transaction just before it is committed (false) and just
+     * behind (true). */
+    void when_writing(std::function<void(bool written)> action) {
+        when_writing_ = std::move(action);
+    }
+
     /* Everything was read: logs what is in the store and nobody asked for, and writes down what it
      * does not say yet: whose it is, and the values that its rows leave out. */
     bool finish_reading();
@@ -195,6 +201,7 @@ private:
     std::map<std::string, Section, std::less<>> sections_;
     StoredText text_; /* of `apply` */
     std::function<bool(Store &, std::string &)> before_migration_;
+    std::function<void(bool)> when_writing_;
     std::string path_;
     std::string owner_;
     Debt debt_;

@@ -1,6 +1,8 @@
 #include "domainconfig.h"
 
 #include "frames.h"
+#include "nbbase.h"
+#include "nbproblem.h"
 #include "nodeprocess.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
@@ -19,6 +21,9 @@ constexpr const ListRow &all_nodes = records::domain_node.lists[0];
 constexpr const ListRow &network_nodes = records::domain_server.lists[0];
 constexpr ClassRow node_row = {.schema = &records::domain_node};
 constexpr size_t node_size = records::domain_node.overlay_size();
+
+constexpr NB_ULONG MASTER = NAP_SERVER_MASTER | NAP_SERVER_CONFIG;
+constexpr NB_ULONG BACKUP = NAP_SERVER_MASTER | NAP_SERVER_BACKUP;
 
 std::unique_ptr<NB_UCHAR[]> entry_of(const NAP_NODE_ALL_DATA &record) {
     auto bytes = std::make_unique<NB_UCHAR[]>(node_size);
@@ -88,7 +93,7 @@ Domain::Domain(const DomainText &text, Store &store, TimerQueue &timers, const C
 /* A single node with a domain's configuration is its own server. */
 NB_ULONG Domain::flags_of_single_node() const {
     const bool single = text_.facts.client_server == 0 && text_.facts.domain_config != 0;
-    return single ? NAP_SERVER_MASTER | NAP_SERVER_CONFIG : 0;
+    return single ? MASTER : 0;
 }
 
 bool Domain::load(std::string &why) {
@@ -122,6 +127,7 @@ bool Domain::read_facts(std::string &why) {
         }
     }
     show_servers();
+    keep_one_master();
     return true;
 }
 
@@ -229,22 +235,29 @@ Result Domain::change_backup(const Answer &answer, bool add, std::string &change
     if (!add && (flags & NAP_SERVER_CONFIG) != 0) {
         return bad_state(NAP_IN_USE);
     }
-    if (!set_flags(*resource, add ? NAP_SERVER_MASTER | NAP_SERVER_BACKUP : 0)) {
-        return bad_state(NAP_STORE_FAILED);
-    }
-    changed = name_of(record);
-    return GOOD;
+    const Result result = set_roles({{resource, add ? BACKUP : 0}}, Engine::IfFull::Refuse);
+    changed = result.ok() ? name_of(record) : "";
+    return result;
 }
 
-bool Domain::set_flags(Resource &node, NB_ULONG flags) {
-    auto record = Engine::get<NAP_NODE_ALL_DATA>(node);
-    if (!store_.set_fact(fact_of(name_of(record)).c_str(), std::to_string(flags))) {
-        return false;
+/* All of them, or none: a domain has one master at any time. */
+Result Domain::set_roles(const Roles &roles, Engine::IfFull if_full) {
+    std::vector<StoreFact> facts;
+    for (const auto &[node, flags] : roles) {
+        facts.push_back(
+            {fact_of(name_of(Engine::get<NAP_NODE_ALL_DATA>(*node))), std::to_string(flags)});
     }
-    record.info.server_flags = flags;
-    Engine::put(node, record);
+    const Result result = engine_.remember({}, facts, if_full);
+    if (!result.ok()) {
+        return result;
+    }
+    for (const auto &[node, flags] : roles) {
+        auto record = Engine::get<NAP_NODE_ALL_DATA>(*node);
+        record.info.server_flags = flags;
+        Engine::put(*node, record);
+    }
     show_servers();
-    return true;
+    return result;
 }
 
 std::string Domain::take_over(const std::string &gone,
@@ -257,12 +270,41 @@ std::string Domain::take_over(const std::string &gone,
         const auto record = Engine::get<NAP_NODE_ALL_DATA>(*at);
         const bool backup = (record.info.server_flags & NAP_SERVER_BACKUP) != 0;
         if (at != old && backup && runs(name_of(record))) {
-            const bool done = set_flags(*at, NAP_SERVER_MASTER | NAP_SERVER_CONFIG) &&
-                              set_flags(*old, NAP_SERVER_MASTER | NAP_SERVER_BACKUP);
-            return done ? name_of(record) : "";
+            set_roles({{at, MASTER}, {old, BACKUP}}, Engine::IfFull::Owe);
+            return name_of(record);
         }
     }
     return "";
+}
+
+/* An earlier version wrote the two halves of a takeover one after the other. */
+void Domain::keep_one_master() {
+    std::vector<Resource *> masters;
+    Resource *heir = nullptr;
+    for (Resource *at = nodes_.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const NB_ULONG flags = Engine::get<NAP_NODE_ALL_DATA>(*at).info.server_flags;
+        if ((flags & NAP_SERVER_CONFIG) != 0) {
+            masters.push_back(at);
+        } else if ((flags & NAP_SERVER_BACKUP) != 0 && heir == nullptr) {
+            heir = at;
+        }
+    }
+    if (text_.facts.client_server == 0 || text_.facts.domain_config == 0 || masters.size() == 1) {
+        return;
+    }
+    heir = !masters.empty() ? masters.front() : heir;
+    if (heir == nullptr) {
+        return; /* a domain that never had a server */
+    }
+    Roles roles = {{heir, MASTER}};
+    for (Resource *other : masters) {
+        if (other != heir) {
+            roles.push_back({other, BACKUP});
+        }
+    }
+    nba_pd_print_problem(NB_PD_ROLES, 1, "l s", static_cast<NB_ULONG>(masters.size()),
+                         name_of(Engine::get<NAP_NODE_ALL_DATA>(*heir)).c_str());
+    set_roles(roles, Engine::IfFull::Owe);
 }
 
 /* The central logger is a node of the domain, or none. */

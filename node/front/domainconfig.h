@@ -13,6 +13,8 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace node {
 
@@ -73,7 +75,9 @@ private:
     Result dispatch(Answer &answer, std::string &changed);
     Result query(Answer &answer);
     Result change_backup(const Answer &answer, bool add, std::string &changed);
-    bool set_flags(Resource &node, NB_ULONG flags);
+    using Roles = std::vector<std::pair<Resource *, NB_ULONG>>; /* nodes and their server flags */
+    Result set_roles(const Roles &roles, Engine::IfFull if_full);
+    void keep_one_master();
     bool is_known_logger(const Answer &answer) const;
     void refresh_up_times();
     void show_servers();

@@ -131,6 +131,8 @@ constexpr LineRow line_rows[] = {
     {"repeat", FaultKind::Repeat, parse_indications},
     {"no-restart", FaultKind::NoRestart, parse_bare},
     {"ask", FaultKind::Ask, parse_ask},
+    {"die-writing", FaultKind::DieWriting, parse_bare},
+    {"die-written", FaultKind::DieWritten, parse_bare},
 };
 
 bool parse_line(const Words &words, FaultRule &rule) {
@@ -245,6 +247,12 @@ std::optional<uint32_t> Faults::ask_ms() const {
         return rule.kind == FaultKind::Ask;
     });
     return found != rules_.end() ? std::optional(found->number) : std::nullopt;
+}
+
+bool Faults::dies_writing(bool written) const {
+    const FaultKind kind = written ? FaultKind::DieWritten : FaultKind::DieWriting;
+    return std::any_of(rules_.begin(), rules_.end(),
+                       [kind](const FaultRule &rule) { return rule.kind == kind; });
 }
 
 bool Faults::may_restart() const {

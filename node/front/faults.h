@@ -41,7 +41,9 @@ enum class FaultKind {
     Lose,
     Repeat,
     NoRestart,
-    Ask
+    Ask,
+    DieWriting,
+    DieWritten
 };
 
 /* One line of the script. */
@@ -80,6 +82,10 @@ public:
     Fate judge_indication();
 
     bool may_restart() const;
+
+    /* This process is to die while it writes the domain's store: just before what is written
+     * counts, or just behind. */
+    bool dies_writing(bool written) const;
 
     /* How often nodes are asked whether they are there, in milliseconds; empty: as usual. */
     std::optional<uint32_t> ask_ms() const;

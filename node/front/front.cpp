@@ -125,6 +125,11 @@ bool Front::start(std::string &why) {
     if (!options_.fault_file.empty() && !faults_.read(options_.fault_file, why)) {
         return false;
     }
+    store_.when_writing([this](bool written) {
+        if (ready_ && faults_.dies_writing(written)) {
+            kill(getpid(), SIGKILL);
+        }
+    });
     if (!open_domain_store(store_, options_.state_folder, owner(), options_.fresh, why) ||
         !check_numbers(why) || !listen_on_socket(why) || !watch_signals(why)) {
         return false;

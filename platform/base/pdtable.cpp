@@ -65,6 +65,7 @@ constexpr PdRow rows[] = {
     {NB_PD_CLIENT_ENDED, "an administrator's connection was ended", {{"why"}, {"process"}}},
     {NB_PD_FAULTS, "the fault script has a bad line", {{"file"}, {"line"}}},
     {NB_PD_NODE_HANGS, "the process of a node hangs and is replaced", {{"node"}}},
+    {NB_PD_ROLES, "the domain had no master or several; now it has one", {{"masters"}, {"node"}}},
     {NB_PD_NO_PLACE, "a connection was refused", {{"user"}, {"process"}}},
     {NB_PD_NODE_LINK, "the process of a node sent what it must not", {{"node"}}},
 };

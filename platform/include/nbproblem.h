@@ -36,6 +36,7 @@ enum nb_problem {
     NB_PD_FAULTS = 0x40040005,       /* fault file, line */
     NB_PD_NODE_LINK = 0x40040006,    /* node: it sent what it must not */
     NB_PD_NODE_HANGS = 0x40040008,   /* node: it is replaced */
+    NB_PD_ROLES = 0x40040009,        /* masters, node: there is one now, this */
     NB_PD_NO_PLACE = 0x40040007,     /* user, process: a connection that was refused */
     NB_PD_STORE_FIELD = 0x40040010,  /* section, field, file: stored, and not known any more */
     NB_PD_STORE_UPDATE = 0x40040011, /* file, from and to: it was brought to another layout */

@@ -250,10 +250,15 @@ TEST(NodeFront, ANodeThatHangsForEverIsReplaced) {
     EXPECT_EQ(watcher.query(watcher.join("one"), NAP_QUERY_DLC), OK_CODES);
 }
 
-TEST(NodeFront, ABackupServerTakesOver) {
+constexpr const char *BACKUP_OF_ONE = "[node two]\nserver = backup";
+
+std::string pair_with_backup() {
     std::string text = TWO_NODES;
-    text.replace(text.find("[node two]"), 10, "[node two]\nserver = backup");
-    Running node(text);
+    return text.replace(text.find("[node two]"), 10, BACKUP_OF_ONE);
+}
+
+TEST(NodeFront, ABackupServerTakesOver) {
+    Running node(pair_with_backup());
     Client client(node.socket());
     NAP_OPEN_FILE_VERB open_file = {};
     open_file.opcode = NAP_OPEN_FILE;
@@ -593,6 +598,69 @@ TEST(NodeFront, ARefusedStartLosesNothing) {
         EXPECT_EQ(client.total, fresh ? 1U : 2U);
         EXPECT_EQ(node.stop(), 0);
         EXPECT_NE(stores_in(state).at("domain.db").find("domain pair"), std::string::npos);
+    }
+}
+
+/* The nodes that hold the configuration, each behind a blank. */
+std::string masters_of(Running &node) {
+    Client client(node.socket());
+    NAP_QUERY_LIST verb = {};
+    verb.opcode = NAP_QUERY_NODE_ALL;
+    verb.buf_size = 65535;
+    verb.list_options = NAP_FIRST_IN_LIST | NAP_DETAIL;
+    client.send_verb(0, verb);
+    Frame frame;
+    std::string found;
+    EXPECT_TRUE(client.receive(frame));
+    for (size_t at = 0; at + sizeof(NAP_NODE_ALL_DATA) <= frame.data.size();) {
+        NAP_NODE_ALL_DATA entry;
+        memcpy(&entry, frame.data.data() + at, sizeof entry);
+        if ((entry.info.server_flags & NAP_SERVER_CONFIG) != 0) {
+            found += " " + node::local_text(entry.node_name, sizeof entry.node_name);
+        }
+        at += entry.overlay_size;
+    }
+    return found;
+}
+
+TEST(NodeFront, ATakeoverIsWholeOrDidNotTakePlace) {
+    const struct {
+        const char *fault, *master;
+    } rows[] = {{"die-writing", " one"}, {"die-written", " two"}};
+    for (const auto &row : rows) {
+        Running node(pair_with_backup());
+        node.write("faults", row.fault);
+        kill(node.pid, SIGHUP);
+        kill(node.process_of("one"), SIGKILL);
+        int status = 0;
+        waitpid(node.pid, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status)) << row.fault;
+        node.write("faults", "");
+        node.start();
+        EXPECT_EQ(masters_of(node), row.master) << row.fault;
+    }
+}
+
+TEST(NodeFront, ADomainIsLoadedWithOneMaster) {
+    const struct {
+        NB_ULONG one, two;
+        const char *master;
+    } rows[] = {
+        {NAP_SERVER_MASTER | NAP_SERVER_CONFIG, NAP_SERVER_MASTER | NAP_SERVER_CONFIG, " one"},
+        {NAP_SERVER_MASTER | NAP_SERVER_BACKUP, NAP_SERVER_MASTER | NAP_SERVER_BACKUP, " one"},
+        {0, NAP_SERVER_MASTER | NAP_SERVER_BACKUP, " two"}};
+    Running node(pair_with_backup());
+    for (const auto &row : rows) {
+        node.stop();
+        const std::string roles = "INSERT OR REPLACE INTO fact VALUES ('server_flags one', " +
+                                  std::to_string(row.one) + "), ('server_flags two', " +
+                                  std::to_string(row.two) + ")";
+        database(node.folder.file("var/domain/pair/domain.db"), roles.c_str());
+        for (int start = 0; start < 2; start++) {
+            node.stop();
+            node.start();
+            EXPECT_EQ(masters_of(node), row.master);
+        }
     }
 }
 
