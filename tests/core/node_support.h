@@ -6,11 +6,13 @@
 #include "engine.h"
 #include "nofverbs.h"
 
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -40,6 +42,21 @@ public:
 
 private:
     std::string path_;
+};
+
+/* While it lives, no file of this process can grow. */
+class FullDisk {
+public:
+    FullDisk() {
+        signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit none = {1, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &none);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+
+private:
+    rlimit before_ = {};
 };
 
 class Recorder final : public node::EngineListener {
