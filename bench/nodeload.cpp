@@ -1,7 +1,8 @@
 /* What the node software costs as a whole, processes and socket included: bench_nodeload SNANODE
  * LUS...  For each number of LUs of a generated node: the start, the memory of both processes, a
- * list of all LUs, defines one by one and 32 at a time, and the start from what was kept.  Takes
- * any snanode, so that two can be compared. */
+ * list of all LUs, defines one by one and 32 at a time, a stop of the node behind the start of all
+ * LUs, while one client listens to them and another one asks every 5 ms, and the start from what
+ * was kept.  Takes any snanode, so that two can be compared. */
 #include "frames.h"
 #include "nofverbs.h"
 #include "schemas.h"
@@ -17,6 +18,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -132,6 +134,22 @@ public:
             reader_.add(bytes, static_cast<size_t>(count));
         }
     }
+    void read_to_the_end() const {
+        NB_UCHAR bytes[65536];
+        while (recv(fd_, bytes, sizeof bytes, 0) > 0) {
+        }
+    }
+    void hang_up() const { shutdown(fd_, SHUT_RDWR); }
+
+    /* The answer to a verb, whatever indications come before it. */
+    template <class Block> Block issue(Block block) {
+        send_block(block);
+        do {
+            receive();
+        } while (frame.header.kind != NOF_FRAME_ANSWER || frame.header.correlator != correlator_);
+        memcpy(&block, frame.block.data(), sizeof block);
+        return block;
+    }
 
     node::Frame frame;
 
@@ -142,11 +160,15 @@ private:
     node::FrameReader reader_;
 };
 
-/* Returns the number of LUs. */
-unsigned list_lus(Client &client) {
+struct Lus {
+    unsigned all = 0;
+    unsigned active = 0;
+};
+
+Lus list_lus(Client &client) {
     NAP_QUERY_LIST query = {};
     query.list_options = NAP_FIRST_IN_LIST | NAP_DETAIL;
-    unsigned found = 0;
+    Lus found;
     for (;;) {
         query.opcode = records::lu03.lists[0].list;
         query.buf_size = NOF_MAX_DATA;
@@ -154,11 +176,12 @@ unsigned list_lus(Client &client) {
         client.receive();
         size_t last = 0;
         for (size_t at = 0; at < client.frame.data.size();) {
-            NB_USHORT length = 0;
-            memcpy(&length, client.frame.data.data() + at, sizeof length);
+            NAP_LU03_DATA lu;
+            memcpy(&lu, client.frame.data.data() + at, sizeof lu);
             last = at;
-            at += length;
-            found++;
+            at += lu.overlay_size;
+            found.all++;
+            found.active += lu.det_data.lu_sscp_sess_active != 0;
         }
         NAP_QUERY_LIST answer;
         memcpy(&answer, client.frame.block.data(), sizeof answer);
@@ -190,6 +213,51 @@ double define(Client &client, char letter, unsigned count, unsigned at_a_time) {
     return count / since(begun);
 }
 
+/* Until no more LUs come up. */
+void wait_until_up(Client &client) {
+    unsigned before = 0;
+    for (unsigned now = list_lus(client).active; now == 0 || now != before;) {
+        sleep(2);
+        before = now;
+        now = list_lus(client).active;
+    }
+    printf(", %u active", before);
+}
+
+NB_ULONG state_of_node(Client &client) {
+    NAP_QUERY_NODE_VERB query = {};
+    query.opcode = NAP_QUERY_NODE;
+    return client.issue(query).info.node_state;
+}
+
+/* Seconds, and the longest that somebody else waited for an answer meanwhile. */
+std::pair<double, double> stop(const std::string &socket) {
+    Client listener(socket);
+    NAP_REGISTER_SINK_VERB listen = {};
+    listen.opcode = NAP_REGISTER_INDICATION_SINK;
+    listen.indication = NAP_LU_0_TO_3_INDICATION;
+    listener.issue(listen);
+    std::thread reader([&listener] { listener.read_to_the_end(); });
+    Client client(socket);
+    Client other(socket);
+    const auto begun = Time::now();
+    NAP_NAME_VERB verb = {};
+    verb.opcode = NAP_STOP_NODE;
+    verb.stop_type = NAP_IMMEDIATE_STOP;
+    client.send_block(verb);
+    double longest = 0;
+    for (NB_ULONG state = NAP_NODE_STOPPING; state != NAP_NODE_STOPPED;) {
+        const auto asked = Time::now();
+        state = state_of_node(other);
+        longest = std::max(longest, since(asked));
+        usleep(5000);
+    }
+    const double took = since(begun);
+    listener.hang_up();
+    reader.join();
+    return {took, longest};
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -208,11 +276,15 @@ int main(int argc, char **argv) {
             printf("%8u LUs: start %.2f s, %s", lus, software.took, software.memory().c_str());
             Client client(software.socket());
             const auto begun = Time::now();
-            const unsigned found = list_lus(client);
+            const unsigned found = list_lus(client).all;
             printf(", list %.2f million LUs/s", found / since(begun) / 1e6);
             printf(", defines %.0f/s", define(client, 'A', 500, 1));
             printf(", %.0f/s by 32", define(client, 'B', 2000, 32));
             printf(", then %s", software.memory().c_str());
+            wait_until_up(client);
+            const auto [took, longest] = stop(software.socket());
+            printf(", stop %.2f s, another client waits at most %.1f ms, then %s", took,
+                   longest * 1e3, software.memory().c_str());
         }
         const Software software(argv[1], folder, lus);
         printf(", again %.2f s\n", software.took);

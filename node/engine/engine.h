@@ -201,6 +201,20 @@ private:
     /* How sessions end when something stops. */
     enum class Stop : NB_UCHAR { Orderly = NAP_ORDERLY_STOP, Immediate = NAP_IMMEDIATE_STOP };
 
+    struct GoingDown {
+        ClassId id;
+        std::vector<NB_UCHAR> key;
+        bool opened = false; /* what hangs on it is above it on the stack, or was */
+    };
+
+    /* A stop that is under way: a stack, on which each resource is below all that hangs on it. */
+    struct Descent {
+        Stop how;
+        std::vector<GoingDown> left;
+        NB_UCHAR roots_of = CLASS_COUNT; /* of this class on, roots are to come, too */
+        std::vector<NB_UCHAR> last = {}; /* the key of the last one of that class that came */
+    };
+
     /* what is on disk (define.cpp) */
     void settle_store();
 
@@ -224,6 +238,14 @@ private:
     void failed(Resource &resource, NB_ULONG sense);
     void forget_last_failure(Resource &resource);
     void stop(Resource &resource, Stop how);
+    static bool is_on_its_way(const Resource &resource, Stop how);
+    void stop_alone(Resource &resource, Stop how);
+    void begin_descent(const std::vector<Resource *> &resources, Stop how);
+    void begin_whole_descent(Stop how);
+    bool put_roots_on(Descent &descent) const;
+    static void put_on(Descent &descent, const std::vector<Resource *> &resources);
+    void stop_some();
+    void take_stops_back(Resource &resource);
     void go_on_stopping(Resource &resource);
     void finish_stop(Resource &resource);
     void count_below(Resource &resource, int change);
@@ -231,6 +253,7 @@ private:
     bool owner_active(const Resource &resource) const;
     bool in_session(const Resource &resource) const;
     bool comes_with_owner(const Resource &resource) const;
+    static bool may_be_root(const ClassRow &row);
     bool is_root(const Resource &resource) const;
     void wait(Resource &resource, NB_ULONG ms, void (Engine::*then)(Resource &));
     std::vector<Resource *> dependants(const Resource &owner) const;
@@ -274,11 +297,11 @@ private:
     /* what is counted while sessions last (counters.cpp) */
     void settle(Resource &session);
     void settle_all();
-    using SessionCounts = std::map<std::string, NB_ULONG>;
+    using SessionCounts = std::map<std::string, NB_ULONG>; /* by LU alias, and with the partner */
     void count_traffic();
     void count_mode(Resource &mode, const Resource *link);
-    void show_partner_sessions(const SessionCounts &counts);
-    void show_lu_sessions(const SessionCounts &counts);
+    void show_partner_sessions(const NB_UCHAR *alias, NB_ULONG sessions);
+    void show_lu_sessions(const NB_UCHAR *alias, NB_ULONG sessions);
     bool partner_absent(const Resource &resource) const;
     void tell_partner(const Resource &resource);
     template <class Action> void for_links_to(const NB_UCHAR *fq_cp_name, Action action);
@@ -318,7 +341,10 @@ private:
     std::map<std::string, bool> partners_; /* other nodes of the domain: are they active */
     bool wanted_ = false;                  /* the node is to run */
     bool generated_ = false;               /* the store holds changes only */
+    SessionCounts sessions_shown_;         /* in local LUs and partners in use */
+    std::vector<Descent> descents_;        /* the last one first */
     TimerId node_timer_ = 0;
+    TimerId slice_timer_ = 0; /* of stops that are under way */
     TimerId traffic_timer_ = 0;
     TimerId store_timer_ = 0; /* something is owed to the store */
 };

@@ -36,11 +36,15 @@ bool is_up(const Resource &resource) {
 
 } // namespace
 
+bool Engine::may_be_root(const ClassRow &row) {
+    return row.life.has_states &&
+           ((row.refs[0].flags & REF_OWNER) == 0 || (row.refs[0].flags & REF_OPTIONAL) != 0);
+}
+
 bool Engine::is_root(const Resource &resource) const {
     const ClassRow &row = *resource.row;
-    return row.life.has_states &&
-           ((row.refs[0].flags & REF_OWNER) == 0 ||
-            ((row.refs[0].flags & REF_OPTIONAL) != 0 && owner_of(resource) == nullptr));
+    return may_be_root(row) &&
+           ((row.refs[0].flags & REF_OWNER) == 0 || owner_of(resource) == nullptr);
 }
 
 bool Engine::owner_active(const Resource &resource) const {
@@ -48,7 +52,7 @@ bool Engine::owner_active(const Resource &resource) const {
         return node_state_ == NAP_NODE_ACTIVE;
     }
     const Resource *owner = owner_of(resource);
-    return owner != nullptr && owner->state == NAP_ACTIVE;
+    return owner != nullptr && owner->state == NAP_ACTIVE && !owner->going_down;
 }
 
 bool Engine::comes_with_owner(const Resource &resource) const {
@@ -73,8 +77,8 @@ std::vector<Resource *> Engine::dependants(const Resource &owner) const {
 std::vector<Resource *> Engine::roots() const {
     std::vector<Resource *> all;
     for (const auto &table : tables_) {
-        if (!table->row().life.has_states) {
-            continue;
+        if (!may_be_root(table->row())) {
+            continue; /* a million LUs are not looked at one by one */
         }
         for (Resource *at = table->first(); at != nullptr; at = ResourceTable::next(*at)) {
             if (is_root(*at)) {
@@ -249,6 +253,7 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
         return bad_state(NAP_RESOURCE_INACTIVE);
     }
     resource->tries = 0;
+    take_stops_back(*resource);
     start(*resource);
     return GOOD;
 }

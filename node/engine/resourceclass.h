@@ -96,6 +96,7 @@ struct Resource {
     NB_USHORT tries = 0;             /* failed starts in a row */
     NB_ULONG below = 0;              /* dependants that are not inactive, LU 6.2 sessions carried */
     int32_t extra = 0; /* sessions that administrators added to those of the behaviour, or ended */
+    bool going_down = false; /* it is to be stopped, behind what hangs on it */
 };
 
 constexpr size_t MAX_REFS = 2;

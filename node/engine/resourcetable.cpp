@@ -48,7 +48,12 @@ ResourceTable::ResourceTable(const ClassRow &row)
                                                                                   nullptr, nullptr,
                                                                                   nullptr},
       has_secrets_(std::any_of(row.schema->fields.begin(), row.schema->fields.end(),
-                               [](const FieldRow &field) { return field.has(FIELD_SECRET); })) {}
+                               [](const FieldRow &field) { return field.has(FIELD_SECRET); })) {
+    const RefRow &ref = row.refs[0];
+    if ((ref.flags & REF_OWNER) != 0 && ref.by->offset != KEY_OFFSET) {
+        owner_ = ref.by;
+    }
+}
 
 ResourceTable::~ResourceTable() {
     while (Resource *resource = first()) {
@@ -72,6 +77,11 @@ Resource *ResourceTable::first() const {
 
 Resource *ResourceTable::next(const Resource &resource) {
     return as_resource(ntl_avl_next(&resource.by_key));
+}
+
+Resource *ResourceTable::after(const NB_UCHAR *key) const {
+    const SortKey folded = fold_key(row_.schema->key, key);
+    return as_resource(ntl_avl_find_next(&by_key_, folded.word));
 }
 
 Resource *ResourceTable::first_with(const NB_UCHAR *key, size_t bytes) const {
@@ -102,6 +112,38 @@ void ResourceTable::link_alias(Resource &resource) {
     }
 }
 
+bool ResourceTable::ByKey::operator()(const Resource *left, const Resource *right) const {
+    return compare_sort_keys(left->key.get(), right->key.get()) < 0;
+}
+
+std::string ResourceTable::owner_name(const Resource &resource) const {
+    const NB_UCHAR *name = resource.entry.get() + owner_->offset;
+    return {name, name + owner_->width};
+}
+
+void ResourceTable::link_owner(Resource &resource) {
+    if (owner_ != nullptr && !is_empty_field(*owner_, resource.entry.get())) {
+        by_owner_[owner_name(resource)].insert(&resource);
+    }
+}
+
+void ResourceTable::unlink_owner(Resource &resource) {
+    const auto found = owner_ != nullptr ? by_owner_.find(owner_name(resource)) : by_owner_.end();
+    if (found != by_owner_.end()) {
+        found->second.erase(&resource);
+        if (found->second.empty()) {
+            by_owner_.erase(found);
+        }
+    }
+}
+
+std::vector<Resource *> ResourceTable::owned_by(const NB_UCHAR *owner) const {
+    const auto found = by_owner_.find({owner, owner + owner_->width});
+    return found != by_owner_.end()
+               ? std::vector<Resource *>{found->second.begin(), found->second.end()}
+               : std::vector<Resource *>{};
+}
+
 Resource &ResourceTable::insert(std::unique_ptr<NB_UCHAR[]> entry, const Behaviour &behaviour) {
     auto *resource = new Resource;
     resource->row = &row_;
@@ -113,6 +155,7 @@ Resource &ResourceTable::insert(std::unique_ptr<NB_UCHAR[]> entry, const Behavio
     const NB_USHORT linked = ntl_avl_insert(&by_key_, &resource->by_key);
     NB_ASSERT(linked != 0);
     link_alias(*resource);
+    link_owner(*resource);
     count_++;
     change_++;
     return *resource;
@@ -122,12 +165,15 @@ void ResourceTable::update(Resource &resource, std::unique_ptr<NB_UCHAR[]> entry
     if (AVL_IN_TREE(resource.by_alias)) {
         ntl_avl_delete(&by_alias_, &resource.by_alias);
     }
+    unlink_owner(resource);
     resource.entry = std::move(entry);
     link_alias(resource);
+    link_owner(resource);
     change_++;
 }
 
 std::unique_ptr<NB_UCHAR[]> ResourceTable::erase(Resource &resource) {
+    unlink_owner(resource);
     ntl_avl_delete(&by_key_, &resource.by_key);
     if (AVL_IN_TREE(resource.by_alias)) {
         ntl_avl_delete(&by_alias_, &resource.by_alias);

@@ -8,6 +8,9 @@
 #include "resourceclass.h"
 
 #include <array>
+#include <map>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace node {
@@ -30,9 +33,17 @@ public:
     Resource *first() const;
     static Resource *next(const Resource &resource);
 
+    /* The first resource behind a key, which need not be there; null when there is none. */
+    Resource *after(const NB_UCHAR *key) const;
+
     /* The first resource whose key begins with the first `bytes` bytes of `key`, and the next. */
     Resource *first_with(const NB_UCHAR *key, size_t bytes) const;
     static Resource *next_with(const Resource &resource, size_t bytes);
+
+    /* Owners that do not lead the key have an index: whether the field is their name, and the
+     * resources with that owner (as many bytes as the field has), in list order. */
+    bool is_owner(const FieldRow *field) const { return field == owner_; }
+    std::vector<Resource *> owned_by(const NB_UCHAR *owner) const;
 
     /* Links a new resource made of `entry` (as long as a whole entry, overlay size and key in
      * place).  REQUIRES: neither its key nor its alias is there yet. */
@@ -65,7 +76,14 @@ private:
     };
     static constexpr size_t CURSORS = 8; /* readers of one list at a time that are remembered */
 
+    struct ByKey {
+        bool operator()(const Resource *left, const Resource *right) const;
+    };
+
     void link_alias(Resource &resource);
+    void link_owner(Resource &resource);
+    void unlink_owner(Resource &resource);
+    std::string owner_name(const Resource &resource) const;
     void append(const Resource &resource, std::vector<NB_UCHAR> &data) const;
     Resource *start(const NAP_QUERY_LIST &query, const SortKey &key) const;
     Total total_from(const Resource *from, const ListRow &list, const NAP_QUERY_LIST &query,
@@ -79,6 +97,8 @@ private:
     const ClassRow &row_;
     AVL_TREE by_key_;
     AVL_TREE by_alias_;
+    const FieldRow *owner_ = nullptr; /* the owner's name where it does not lead the key */
+    std::map<std::string, std::set<Resource *, ByKey>> by_owner_;
     bool has_secrets_;
     NB_ULONG count_ = 0;
     uint64_t change_ = 0; /* counts inserts, updates and erases */

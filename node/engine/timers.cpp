@@ -29,9 +29,10 @@ int TimerQueue::next_ms() const {
     return due <= now ? 0 : static_cast<int>(std::min<uint64_t>(due - now, 3600000));
 }
 
-void TimerQueue::run_due() {
+void TimerQueue::run_due(uint64_t most_ms) {
     const uint64_t now = clock_.now_ms();
-    while (!queue_.empty() && queue_.begin()->first.first <= now) {
+    while (!queue_.empty() && queue_.begin()->first.first <= now &&
+           clock_.now_ms() - now < most_ms) {
         auto taken = queue_.extract(queue_.begin());
         due_.erase(taken.key().second);
         taken.mapped()();

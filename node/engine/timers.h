@@ -29,8 +29,9 @@ public:
     /* Milliseconds until the next is due, 0 when one is, -1 when there is none. */
     int next_ms() const;
 
-    /* Runs everything that is due now. */
-    void run_due();
+    /* Runs everything that is due now.  With a time: ends after it, when something ran; what is
+     * still due is at its head. */
+    void run_due(uint64_t most_ms = UINT64_MAX);
 
 private:
     using Place = std::pair<uint64_t, TimerId>;

@@ -19,11 +19,6 @@ std::string bytes_of(const NB_UCHAR *field, size_t width) {
     return std::string(reinterpret_cast<const char *>(field), width);
 }
 
-NB_ULONG count_of(const std::map<std::string, NB_ULONG> &counts, const std::string &name) {
-    const auto found = counts.find(name);
-    return found == counts.end() ? 0 : found->second;
-}
-
 } // namespace
 
 void Engine::traffic_changed() {
@@ -60,7 +55,7 @@ void Engine::count_mode(Resource &resource, const Resource *link) {
 
 void Engine::count_traffic() {
     std::map<std::string, const Resource *> links; /* by control point */
-    SessionCounts by_lu;                           /* by alias, and by alias and partner */
+    SessionCounts by_lu;
     active_sessions_ = 0;
     const ResourceTable &modes = *tables_[CLASS_MODE];
     for (Resource *at = modes.first(); at != nullptr; at = ResourceTable::next(*at)) {
@@ -76,19 +71,25 @@ void Engine::count_traffic() {
         by_lu[lu + bytes_of(mode.fqplu_name, CP_WIDTH)] += mode.act_sess_count;
         active_sessions_ += mode.act_sess_count;
     }
-    show_partner_sessions(by_lu);
-    show_lu_sessions(by_lu);
+    for (const auto &[name, sessions] : sessions_shown_) {
+        by_lu.emplace(name, 0); /* ended */
+    }
+    for (const auto &[name, sessions] : by_lu) {
+        const auto *alias = reinterpret_cast<const NB_UCHAR *>(name.data());
+        name.size() == sizeof(NAP_MODE_DATA::lu_alias) ? show_lu_sessions(alias, sessions)
+                                                       : show_partner_sessions(alias, sessions);
+    }
+    sessions_shown_ = std::move(by_lu);
     show_routes();
 }
 
-void Engine::show_partner_sessions(const SessionCounts &counts) {
-    const ResourceTable &partners = *tables_[CLASS_PLU];
-    for (Resource *at = partners.first(); at != nullptr; at = ResourceTable::next(*at)) {
+void Engine::show_partner_sessions(const NB_UCHAR *alias, NB_ULONG sessions) {
+    constexpr size_t ALIAS_WIDTH = sizeof(NAP_PLU_DATA::lu_alias);
+    Resource *at = tables_[CLASS_PLU]->first_with(alias, ALIAS_WIDTH);
+    for (; at != nullptr; at = ResourceTable::next_with(*at, ALIAS_WIDTH)) {
         auto partner = get<NAP_PLU_DATA>(*at);
-        const NB_ULONG sessions =
-            count_of(counts, bytes_of(partner.lu_alias, sizeof partner.lu_alias) +
-                                 bytes_of(partner.fqplu_name, CP_WIDTH));
-        if (partner.act_sess_count != sessions) {
+        if (memcmp(partner.fqplu_name, alias + ALIAS_WIDTH, CP_WIDTH) == 0 &&
+            partner.act_sess_count != sessions) {
             partner.act_sess_count = static_cast<NB_USHORT>(sessions);
             partner.act_conv_count = static_cast<NB_USHORT>(sessions / 2);
             put(*at, partner);
@@ -97,18 +98,17 @@ void Engine::show_partner_sessions(const SessionCounts &counts) {
     }
 }
 
-void Engine::show_lu_sessions(const SessionCounts &counts) {
-    const ResourceTable &lus = *tables_[CLASS_LOCAL_LU];
-    for (Resource *at = lus.first(); at != nullptr; at = ResourceTable::next(*at)) {
-        auto lu = get<NAP_LOCAL_LU_DATA>(*at);
-        const NB_ULONG sessions =
-            count_of(counts, bytes_of(lu.def_data.lu_alias, sizeof lu.def_data.lu_alias));
-        if (lu.active_sessions != sessions) {
-            lu.active_sessions = sessions;
-            lu.appl_conn_active = sessions != 0 ? 1 : 0;
-            put(*at, lu);
-            indicate(*at, false);
-        }
+void Engine::show_lu_sessions(const NB_UCHAR *alias, NB_ULONG sessions) {
+    Resource *found = tables_[CLASS_LOCAL_LU]->find_alias(alias);
+    if (found == nullptr) {
+        return;
+    }
+    auto lu = get<NAP_LOCAL_LU_DATA>(*found);
+    if (lu.active_sessions != sessions) {
+        lu.active_sessions = sessions;
+        lu.appl_conn_active = sessions != 0 ? 1 : 0;
+        put(*found, lu);
+        indicate(*found, false);
     }
 }
 

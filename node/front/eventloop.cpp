@@ -9,6 +9,8 @@ namespace node {
 namespace {
 
 constexpr int MAX_EVENTS = 64;
+constexpr uint64_t TIMERS_MS = 10; /* between two looks at the descriptors */
+constexpr int HELD_MS = 100;
 
 } // namespace
 
@@ -61,7 +63,9 @@ int Loop::run() {
         if (each_round_) {
             each_round_();
         }
-        const int count = epoll_wait(epoll_, events, MAX_EVENTS, timers_.next_ms());
+        const bool held = holds_timers_ && holds_timers_();
+        const int count =
+            epoll_wait(epoll_, events, MAX_EVENTS, held ? HELD_MS : timers_.next_ms());
         if (count < 0 && errno != EINTR) {
             return -1;
         }
@@ -73,7 +77,9 @@ int Loop::run() {
                         (events[at].events & EPOLLOUT) != 0);
             }
         }
-        timers_.run_due();
+        if (!held) {
+            timers_.run_due(TIMERS_MS);
+        }
     }
     return status_;
 }

@@ -33,6 +33,10 @@ public:
     /* Done after every round of handlers and timers, before waiting again. */
     void each_round(std::function<void()> action) { each_round_ = std::move(action); }
 
+    /* While it says so timers wait, but for descriptors nothing does: what timers make would only
+     * pile up. */
+    void hold_timers_while(std::function<bool()> full) { holds_timers_ = std::move(full); }
+
     /* Runs until `stop` is called; returns its argument. */
     int run();
     void stop(int status);
@@ -49,6 +53,7 @@ private:
     std::unordered_map<uint64_t, Watch> watches_;
     std::unordered_map<int, uint64_t> by_fd_;
     std::function<void()> each_round_;
+    std::function<bool()> holds_timers_;
     bool running_ = false;
     int status_ = 0;
 };

@@ -17,6 +17,8 @@ namespace node {
 
 namespace {
 
+constexpr size_t FULL = 1024 * 1024; /* bytes that wait for the front process */
+
 /* Sends what the engine reports. */
 class FrontLink final : public EngineListener {
 public:
@@ -55,6 +57,9 @@ public:
         peer_.out().answer(make_frame(NOF_FRAME_INDICATION, FOR_OTHER_NODES, 0, block, length));
         flush_soon_ = true;
     }
+
+    /* The front process takes what is sent more slowly than it comes. */
+    bool is_full() { return peer_.out().bytes() > FULL; }
 
     Peer &peer() { return peer_; }
     void want(NB_USHORT indication) { wanted_.insert(indication); }
@@ -171,6 +176,7 @@ int NodeProcess::run() {
     engine_.begin();
     copy_.begin();
     loop_.each_round([this] { link_.flush(); });
+    loop_.hold_timers_while([this] { return link_.is_full(); });
     return loop_.run();
 }
 

@@ -178,4 +178,75 @@ TEST(NodePairs, ComeUpAndGoDownTogether) {
     EXPECT_EQ(link(one), NAP_ACTIVE);
 }
 
+/* Twenty links with 100 LUs each: more than a stop takes down at a time. */
+struct ManyResources : testing::Test {
+    Rig rig;
+
+    void SetUp() override {
+        std::string text = "[node one]\nfq_cp_name = NETA.ONE\ncp_alias = ONE\n[dlc LAN0]\n"
+                           "[port ETH0]\ndlc_name = LAN0\n";
+        for (int number = 10; number < 30; number++) {
+            const std::string link = std::to_string(number);
+            text += "[ls L" + link + "]\nport_name = ETH0\nadj_cp_type = host\npu_name = P" + link +
+                    "\n[lu03 P" + link + " A" + link + "001..A" + link + "100]\nnau_address = 2\n";
+        }
+        rig.load(text);
+        rig.pass(8000);
+        EXPECT_EQ(active_lus(), 2000);
+        rig.heard.all.clear();
+    }
+    int active_lus() {
+        int found = 0;
+        for (int link = 10; link < 30; link++) {
+            const std::string pu = "P" + std::to_string(link);
+            found += rig.entry<NAP_PU_DATA>(node::CLASS_PU, ebcdic(pu)).active_lus;
+        }
+        return found;
+    }
+    int port() {
+        return rig.entry<NAP_PORT_DATA>(node::CLASS_PORT, local8("ETH0")).det_data.port_state;
+    }
+};
+
+TEST_F(ManyResources, AreTakenDownBehindWhatHangsOnThem) {
+    EXPECT_EQ(rig.by_key(NAP_STOP_DLC, local8("LAN0"), NAP_IMMEDIATE_STOP), OK_CODES);
+    EXPECT_GT(active_lus(), 1000) << "verbs are served meanwhile";
+    EXPECT_EQ(port(), NAP_ACTIVE);
+    EXPECT_EQ(rig.by_key(NAP_START_PORT, local8("ETH0")), state(NAP_RESOURCE_INACTIVE));
+    rig.pass(100);
+    EXPECT_EQ(active_lus(), 0);
+    const auto &told = rig.heard.all;
+    ASSERT_GT(told.size(), 2000U);
+    EXPECT_EQ(told.back().opcode, NAP_DLC_INDICATION);
+    EXPECT_EQ(told[told.size() - 2].opcode, NAP_PORT_INDICATION);
+    rig.pass(20000);
+    EXPECT_EQ(active_lus(), 0);
+    EXPECT_EQ(rig.by_key(NAP_START_DLC, local8("LAN0")), OK_CODES);
+    rig.pass(8000);
+    EXPECT_EQ(active_lus(), 2000);
+}
+
+TEST_F(ManyResources, AStartTakesAStopBack) {
+    EXPECT_EQ(rig.by_key(NAP_STOP_PORT, local8("ETH0"), NAP_IMMEDIATE_STOP), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_STOP_PORT, local8("ETH0"), NAP_IMMEDIATE_STOP), OK_CODES);
+    EXPECT_LT(active_lus(), 2000);
+    EXPECT_EQ(rig.by_key(NAP_START_PORT, local8("ETH0")), OK_CODES);
+    rig.pass(8000);
+    EXPECT_EQ(active_lus(), 2000);
+    EXPECT_EQ(port(), NAP_ACTIVE);
+}
+
+TEST_F(ManyResources, TheNodeStopsBehindAllOfThem) {
+    EXPECT_EQ(rig.by_key(NAP_STOP_NODE, ""), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_DELETE_LU_0_TO_3, ebcdic("P29") + ebcdic("A29100")), OK_CODES);
+    EXPECT_EQ(rig.by_key(NAP_STOP_NODE, "", NAP_IMMEDIATE_STOP), OK_CODES);
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPING});
+    rig.pass(500);
+    EXPECT_EQ(rig.engine.node_state(), NB_ULONG{NAP_NODE_STOPPED});
+    EXPECT_EQ(active_lus(), 0);
+    EXPECT_EQ(rig.by_key(NAP_INIT_NODE, ""), OK_CODES);
+    rig.pass(20000);
+    EXPECT_EQ(active_lus(), 1999);
+}
+
 } // namespace
