@@ -1,12 +1,14 @@
 /* Defining and deleting, for every class. */
 #include "engine.h"
 
+#include "changewords.h"
 #include "defineblock.h"
 #include "nbbase.h"
 #include "nofverbs.h"
 #include "referrers.h"
 #include "secrethash.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace node {
@@ -14,6 +16,7 @@ namespace node {
 namespace {
 
 constexpr NB_ULONG SETTLE_MS = 5000;
+constexpr size_t MOST_WORDS = 16384; /* bytes of what one verb changed */
 
 /* The bytes by which others name a resource. */
 const NB_UCHAR *referred_name(const RefRow &ref, const Resource &resource) {
@@ -237,16 +240,47 @@ Change Engine::removal_of(Resource &resource) {
     return change;
 }
 
+/* What the change is going to make of what is there. */
+std::string Engine::words_of(const StoreChange &change) const {
+    const ClassRow *row = class_by_name(change.section);
+    const Settings *settings = row == nullptr ? records::settings_by_name(change.section) : nullptr;
+    if (settings != nullptr) {
+        return differences(*settings, records_.image(*settings), change.record);
+    }
+    const Resource *known = row != nullptr ? tables_[row->id]->find(change.key) : nullptr;
+    const NB_UCHAR *before = known != nullptr ? known->entry.get() : nullptr;
+    const NB_UCHAR *named = change.record != nullptr ? change.record : before;
+    if (row == nullptr || named == nullptr) {
+        return "";
+    }
+    const std::string words = differences(*row->schema, before, change.record);
+    const char *how = before == nullptr ? ": new" : change.record == nullptr ? ": deleted" : ":";
+    const bool told = how[1] != '\0' || !words.empty();
+    return told ? name_words(*row->schema, named) + how + (words.empty() ? "" : " " + words) : "";
+}
+
 /* Writes it, or does with it what is to be done when it cannot be. */
 Result Engine::remember(const std::vector<StoreChange> &changes,
                         const std::vector<StoreFact> &facts, IfFull if_full) {
     const bool owes = if_full == IfFull::Owe;
-    if (store_ == nullptr ||
-        (owes ? store_->write_or_owe(changes, facts) : store_->write(changes, facts))) {
-        return GOOD;
+    std::string words;
+    for (const StoreChange &change : changes) {
+        const bool full = words.size() > MOST_WORDS;
+        const std::string more = full ? "and more" : words_of(change);
+        words += more.empty() || words.empty() ? more : "; " + more;
+        if (full) {
+            break;
+        }
     }
-    if (!owes) {
+    const bool written = store_ == nullptr || (owes ? store_->write_or_owe(changes, facts)
+                                                    : store_->write(changes, facts));
+    if (!written && !owes) {
         return bad_state(NAP_STORE_FAILED);
+    }
+    changes_ += (changes_.empty() || words.empty() ? "" : "; ") + words;
+    changes_.resize(std::min(changes_.size(), 2 * MOST_WORDS));
+    if (written) {
+        return GOOD;
     }
     if (store_timer_ == 0) {
         log(NAP_LOG_PROBLEM, NAP_LOG_NOT_STORED,

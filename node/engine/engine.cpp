@@ -49,11 +49,13 @@ void Engine::execute(const NB_VOID *block, size_t length, Answer &answer) {
     const auto *bytes = static_cast<const NB_UCHAR *>(block);
     answer.block.assign(bytes, bytes + length);
     answer.data.clear();
+    changes_.clear();
     Result result = check_block(bytes, length);
     if (result.ok()) {
         result = dispatch(answer.block, answer.data);
     }
     set_result(answer.block, result);
+    answer.changes = std::move(changes_);
     trace_verb(answer.block);
     if (!result.ok()) {
         answer.data.clear();
@@ -190,10 +192,12 @@ Result Engine::define_node(const NB_UCHAR *block) {
         return bad_parameter(NAP_INVALID_NAME);
     }
     const auto *limits_image = reinterpret_cast<const NB_UCHAR *>(&limits);
-    if (store_ != nullptr &&
-        !store_->write({{row.name, nullptr, 0, image, sizeof record, nullptr},
-                        {limits_row.name, nullptr, 0, limits_image, sizeof limits, nullptr}})) {
-        return bad_state(NAP_STORE_FAILED);
+    const Result kept =
+        remember({{row.name, nullptr, 0, image, sizeof record, nullptr},
+                  {limits_row.name, nullptr, 0, limits_image, sizeof limits, nullptr}},
+                 {}, IfFull::Refuse);
+    if (!kept.ok()) {
+        return kept;
     }
     memcpy(records_.image(row), image, sizeof record);
     memcpy(records_.image(limits_row), limits_image, sizeof limits);
@@ -296,9 +300,10 @@ Result Engine::reset_record(const Settings &row, std::vector<NB_UCHAR> &block) {
 /* Stores a settings record, then has it, then shows it in the block. */
 Result Engine::take_record(const Settings &row, std::vector<NB_UCHAR> &image,
                            std::vector<NB_UCHAR> &block) {
-    if (store_ != nullptr &&
-        !store_->write({{row.name, nullptr, 0, image.data(), image.size(), nullptr}})) {
-        return bad_state(NAP_STORE_FAILED);
+    const Result kept =
+        remember({{row.name, nullptr, 0, image.data(), image.size(), nullptr}}, {}, IfFull::Refuse);
+    if (!kept.ok()) {
+        return kept;
     }
     memcpy(records_.image(row), image.data(), image.size());
     set_trace(row);

@@ -29,6 +29,7 @@ namespace node {
 struct Answer {
     std::vector<NB_UCHAR> block;
     std::vector<NB_UCHAR> data;
+    std::string changes = {}; /* what it changed, in the words of changewords.h */
 };
 
 struct Generated; /* generate.h */
@@ -217,6 +218,7 @@ private:
 
     /* what is on disk (define.cpp) */
     void settle_store();
+    std::string words_of(const StoreChange &change) const;
 
     /* states (life.cpp, stopping.cpp) */
     Resource *named_by(const ClassRow &row, const NB_UCHAR *block) const;
@@ -343,6 +345,7 @@ private:
     bool generated_ = false;               /* the store holds changes only */
     SessionCounts sessions_shown_;         /* in local LUs and partners in use */
     std::vector<Descent> descents_;        /* the last one first */
+    std::string changes_;                  /* what the verb that is carried out changed */
     TimerId node_timer_ = 0;
     TimerId slice_timer_ = 0; /* of stops that are under way */
     TimerId traffic_timer_ = 0;

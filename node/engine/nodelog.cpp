@@ -1,6 +1,7 @@
 /* What a node writes down: its log, a table of lines like any other, newest first, and traces. */
 #include "engine.h"
 
+#include "changewords.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
 
@@ -52,13 +53,7 @@ constexpr TraceRow trace_rows[] = {
 };
 
 std::string name_of(const Resource &resource) {
-    std::string text = resource.row->schema->name;
-    for (const FieldRow &field : resource.row->schema->fields) {
-        if (field.has(FIELD_KEY)) {
-            text += " " + format_field(field, resource.entry.get());
-        }
-    }
-    return text;
+    return name_words(*resource.row->schema, resource.entry.get());
 }
 
 void set_position(NAP_LOG_DATA &line, NB_ULONG number) {

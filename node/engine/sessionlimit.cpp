@@ -44,8 +44,10 @@ Result Engine::set_session_limit(const NB_UCHAR *block) {
     const Schema &schema = *resource->row->schema;
     std::vector<NB_UCHAR> entry(schema.overlay_size());
     memcpy(entry.data(), &mode, sizeof mode);
-    if (store_ != nullptr && !store_->write({kept(schema, entry.data(), resource->behaviour)})) {
-        return bad_state(NAP_STORE_FAILED);
+    const Result stored =
+        remember({kept(schema, entry.data(), resource->behaviour)}, {}, IfFull::Refuse);
+    if (!stored.ok()) {
+        return stored;
     }
     put(*resource, mode);
     indicate(*resource, false);

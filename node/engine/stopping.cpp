@@ -104,7 +104,6 @@ bool Engine::put_roots_on(Descent &descent) const {
 }
 
 void Engine::put_on(Descent &descent, const std::vector<Resource *> &resources) {
-    descent.left.reserve(descent.left.size() + resources.size());
     for (auto at = resources.rbegin(); at != resources.rend(); ++at) {
         const NB_UCHAR *key = (*at)->entry.get() + KEY_OFFSET;
         descent.left.push_back({(*at)->row->id, {key, key + (*at)->row->schema->key_size()}});

@@ -79,6 +79,7 @@ void Engine::count_traffic() {
         name.size() == sizeof(NAP_MODE_DATA::lu_alias) ? show_lu_sessions(alias, sessions)
                                                        : show_partner_sessions(alias, sessions);
     }
+    std::erase_if(by_lu, [](const auto &one) { return one.second == 0; });
     sessions_shown_ = std::move(by_lu);
     show_routes();
 }

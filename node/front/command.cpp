@@ -1,5 +1,6 @@
 #include "command.h"
 
+#include "changelog.h"
 #include "front.h"
 #include "generate.h"
 #include "nbbase.h"
@@ -38,6 +39,7 @@ constexpr char usage[] =
     "  --fresh         forget what is kept and read the domain text again\n"
     "  --copies        show the copies of what is kept, made each day, and end\n"
     "  --restore COPY  put that copy in place of what is kept, and end; 'last' is the newest\n"
+    "  --changes       show who changed what, and end\n"
     "\n"
     "PREFIX is the installation prefix, or SNA_PREFIX in the environment.\n";
 
@@ -53,6 +55,7 @@ struct Options {
     bool fresh = false;
     bool known = false; /* with --serve: the node was loaded before */
     bool copies = false;
+    bool changes = false;
     bool help = false;
 };
 
@@ -73,6 +76,7 @@ bool parse_options(int argc, char **argv, Options &options) {
         {{"known", no_argument, nullptr, 0}, nullptr, &options.known},
         {{"restore", required_argument, nullptr, 0}, &options.restore, nullptr},
         {{"copies", no_argument, nullptr, 0}, nullptr, &options.copies},
+        {{"changes", no_argument, nullptr, 0}, nullptr, &options.changes},
         {{"fresh", no_argument, nullptr, 0}, nullptr, &options.fresh},
         {{"help", no_argument, nullptr, 0}, nullptr, &options.help},
     };
@@ -239,6 +243,9 @@ int run_snanode(int argc, char **argv) {
     }
     if (!options.restore.empty()) {
         return restore_copy(state_folder_of(options), options.restore);
+    }
+    if (options.changes) {
+        return print_changes(state_folder_of(options));
     }
     return options.copies ? print_copies(state_folder_of(options)) : run_domain(options);
 }

@@ -335,6 +335,7 @@ void Domain::execute(const NB_VOID *block, size_t length, Answer &answer, std::s
     const auto *bytes = static_cast<const NB_UCHAR *>(block);
     answer.block.assign(bytes, bytes + length);
     answer.data.clear();
+    answer.changes.clear();
     changed.clear();
     Result result = check_block(bytes, length);
     if (result.ok()) {

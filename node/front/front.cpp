@@ -49,6 +49,7 @@ constexpr RouteRow routes[] = {
     {NAP_DISCONNECT_NODE, PLACE_NODE},
     {NAP_REGISTER_INDICATION_SINK, ANYWHERE},
     {NAP_SET_PROCESSING_MODE, ANYWHERE},
+    {NAP_QUERY_CHANGES, PLACE_ZERO},
     {NAP_QUERY_NODE_ALL, PLACE_ZERO | PLACE_DOMAIN_FILE},
     {NAP_QUERY_SNA_NET, PLACE_NETWORK_FILE},
     {NAP_ADD_BACKUP, FILES},
@@ -86,7 +87,7 @@ Front::Front(const FrontOptions &options, const DomainText &text)
     : options_(options), timers_(clock_), loop_(timers_),
       copy_(store_, options.state_folder, DOMAIN_STORE, timers_, clock_,
             [this] { prune_copies(options_.state_folder); }),
-      text_(text) {}
+      text_(text), changes_(options.state_folder) {}
 
 Front::~Front() {
     clients_.clear();
@@ -131,7 +132,8 @@ bool Front::start(std::string &why) {
         }
     });
     if (!open_domain_store(store_, options_.state_folder, owner(), options_.fresh, why) ||
-        !check_numbers(why) || !listen_on_socket(why) || !watch_signals(why)) {
+        !check_numbers(why) || !changes_.open(true, why) || !listen_on_socket(why) ||
+        !watch_signals(why)) {
         return false;
     }
     domain_ = std::make_unique<Domain>(text_, store_, timers_, clock_);
@@ -292,7 +294,8 @@ Result Front::check_verb(const Client &client, const Frame &frame, const Target 
     }
     const NB_USHORT opcode = block_opcode(frame.block);
     const NAP_VERB *verb = nap_find_verb(opcode);
-    const bool needs_rights = verb->changes != 0 || opcode == NAP_SET_PROCESSING_MODE;
+    const bool needs_rights =
+        verb->changes != 0 || opcode == NAP_SET_PROCESSING_MODE || opcode == NAP_QUERY_CHANGES;
     if (needs_rights && !client.user.may_change) {
         return bad_parameter(NAP_NO_PERMISSION);
     }
@@ -306,19 +309,25 @@ void Front::carry_out(Client &client, const Frame &frame) {
     const auto found = client.targets.find(frame.header.target);
     Target *target = found == client.targets.end() ? nullptr : &found->second;
     const Result checked = check_verb(client, frame, target);
+    NodeProcess *node = target != nullptr ? target->node : nullptr;
     if (!checked.ok()) {
-        refuse(client, frame, checked);
+        refuse(client, frame, checked, node);
         return;
     }
-    if (nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_SESSION) {
+    if (block_opcode(frame.block) == NAP_QUERY_CHANGES) {
+        Answer result;
+        result.block = frame.block;
+        set_result(result.block, list_changes(result));
+        answer(client, frame.header, result.block, result.data);
+    } else if (nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_SESSION) {
         Answer result;
         result.block = frame.block;
         set_result(result.block, session_verb(client, frame, *target, result));
         answer(client, frame.header, result.block, result.data);
-    } else if (target->gone || (target->node != nullptr && target->node->peer == nullptr)) {
-        refuse(client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE});
-    } else if (target->node != nullptr) {
-        to_node(client, frame, *target->node);
+    } else if (target->gone || (node != nullptr && node->peer == nullptr)) {
+        refuse(client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE}, node);
+    } else if (node != nullptr) {
+        to_node(client, frame, *node);
     } else {
         to_domain(client, frame);
     }
@@ -328,6 +337,7 @@ void Front::to_domain(Client &client, const Frame &frame) {
     Answer result;
     std::string changed;
     domain_->execute(frame.block.data(), frame.block.size(), result, changed);
+    note_change(client.user, nullptr, result.block, result.changes);
     answer(client, frame.header, result.block, result.data);
     auto header = nap_copy<NAP_VCB>(result.block.data());
     if (header.primary_rc == NAP_OK && NAP_KIND_COPIED(nap_find_verb(header.opcode)->kind)) {
@@ -342,7 +352,7 @@ void Front::to_domain(Client &client, const Frame &frame) {
 
 void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
     if (node.flights.size() >= (client.user.may_change ? MAX_FLIGHTS : MAX_FLIGHTS_OF_LOOKERS)) {
-        refuse(client, frame, bad_state(NAP_NODE_BUSY));
+        refuse(client, frame, bad_state(NAP_NODE_BUSY), &node);
         return;
     }
     do {
@@ -352,9 +362,9 @@ void Front::to_node(Client &client, const Frame &frame, NodeProcess &node) {
     const bool list = nap_find_verb(block_opcode(frame.block))->kind == NAP_KIND_LIST;
     const size_t awaited = frame.block.size() + (list ? NOF_MAX_DATA : 0);
     client.awaited += awaited;
-    node.flights.emplace_hint(
-        node.flights.end(), correlator,
-        Flight{client.number, frame.header.correlator, frame.header.target, awaited, frame.block});
+    node.flights.emplace_hint(node.flights.end(), correlator,
+                              Flight{client.number, frame.header.correlator, frame.header.target,
+                                     awaited, client.user, frame.block});
     node.peer->out().answer(make_frame(NOF_FRAME_VERB, correlator, frame.header.target,
                                        frame.block.data(), frame.block.size()));
 }
@@ -366,9 +376,10 @@ void Front::answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_U
                                          block.data(), block.size(), data.data(), data.size()));
 }
 
-void Front::refuse(Client &client, const Frame &frame, Result result) {
+void Front::refuse(Client &client, const Frame &frame, Result result, const NodeProcess *node) {
     std::vector<NB_UCHAR> block = frame.block;
     set_result(block, result);
+    note_change(client.user, node, block, "");
     answer(client, frame.header, block, {});
 }
 

@@ -10,10 +10,12 @@
  *   targets.cpp  the verbs of a session: open, connect, register, close
  *   processes.cpp    the nodes' processes
  *   faulting.cpp    doing what the fault script says
+ *   changes.cpp  who changed what
  *   news.cpp    indications, copies and news to those who registered */
 #ifndef FRONT_H
 #define FRONT_H
 
+#include "changelog.h"
 #include "domainconfig.h"
 #include "faults.h"
 #include "peer.h"
@@ -99,6 +101,7 @@ private:
         NB_ULONG correlator;
         NB_ULONG target;
         size_t awaited; /* of its client */
+        PeerUser user;  /* its client may be gone when the answer comes */
         std::vector<NB_UCHAR> block;
     };
 
@@ -130,7 +133,8 @@ private:
     void to_node(Client &client, const Frame &frame, NodeProcess &node);
     void answer(Client &client, const NOF_FRAME &verb, const std::vector<NB_UCHAR> &block,
                 const std::vector<NB_UCHAR> &data);
-    void refuse(Client &client, const Frame &frame, Result result);
+    void refuse(Client &client, const Frame &frame, Result result,
+                const NodeProcess *node = nullptr);
     void sweep();
     bool is_crowded(const Client &client) const;
     void balance(Client &client);
@@ -179,6 +183,11 @@ private:
     void tell_of_loss(NodeProcess &node);
     void all_ready();
 
+    /* changes.cpp */
+    void note_change(const PeerUser &user, const NodeProcess *node,
+                     const std::vector<NB_UCHAR> &block, const std::string &words);
+    Result list_changes(Answer &answer) const;
+
     /* news.cpp */
     template <class Action> void for_registered(NB_USHORT indication, Action action);
     void send_status(NodeProcess &node, const Frame &frame);
@@ -199,6 +208,7 @@ private:
     DailyCopy copy_;
     DomainText text_;
     std::unique_ptr<Domain> domain_;
+    ChangeLog changes_;
     Faults faults_;
     SocketFile socket_;
     Rights rights_;

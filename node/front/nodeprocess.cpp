@@ -213,6 +213,10 @@ void NodeProcess::handle_frame(const Frame &frame) {
     Answer answer;
     link_.hold();
     engine_.execute(frame.block.data(), frame.block.size(), answer);
+    if (nap_find_verb(block_opcode(frame.block))->changes != 0) {
+        answer.data.assign(answer.changes.begin(), answer.changes.end());
+        answer.data.resize((answer.data.size() + 3) / 4 * 4); /* as frames have it */
+    }
     link_.answer(make_frame(NOF_FRAME_ANSWER, frame.header.correlator, frame.header.target,
                             answer.block.data(), answer.block.size(), answer.data.data(),
                             answer.data.size()));

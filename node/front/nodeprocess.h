@@ -1,11 +1,13 @@
 /* The process of one node: an engine behind a socket to the front process.
  *
- * Up the socket go answers (with the correlator of their verb) and indications: for administrators
- * with correlator 0, for the domain's other nodes with FOR_OTHER_NODES.  NAP_QUERY_NODE says how
- * the node itself is, and the first one that it is there; the others are told, too.  Down it come
- * verbs and news of the domain: NAP_SERVER_INDICATION with this node's server flags, what other
- * nodes said for it, and NAP_REGISTER_INDICATION_SINK for an indication that somebody registered
- * for: the others are not sent.  The end of the socket is the end of the process. */
+ * Up the socket go answers (with the correlator of their verb; the data of one to a verb that
+ * changes something says what it changed, in the words of changewords.h, padded with NULs) and
+ * indications: for administrators with correlator 0, for the domain's other nodes with
+ * FOR_OTHER_NODES. NAP_QUERY_NODE says how the node itself is, and the first one that it is there;
+ * the others are told, too.  Down it come verbs and news of the domain: NAP_SERVER_INDICATION with
+ * this node's server flags, what other nodes said for it, and NAP_REGISTER_INDICATION_SINK for an
+ * indication that somebody registered for: the others are not sent.  The end of the socket is the
+ * end of the process. */
 #ifndef NODEPROCESS_H
 #define NODEPROCESS_H
 

@@ -178,6 +178,9 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     Client *client = find_client(flight.client);
     const NAP_VERB *verb = nap_find_verb(header.opcode);
     const bool of_node = header.opcode == NAP_INIT_NODE || header.opcode == NAP_STOP_NODE;
+    const bool changes = verb->changes != 0; /* its data says what it changed */
+    const auto end = std::find(frame.data.begin(), frame.data.end(), '\0');
+    note_change(flight.user, &node, frame.block, {frame.data.begin(), end});
     if (header.primary_rc == NAP_OK && NAP_KIND_COPIED(verb->kind) && !of_node) {
         send_copy(client, &node, frame.block);
     }
@@ -186,7 +189,7 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
         NOF_FRAME to = {};
         to.correlator = flight.correlator;
         to.target = flight.target;
-        answer(*client, to, frame.block, frame.data);
+        answer(*client, to, frame.block, changes ? std::vector<NB_UCHAR>() : frame.data);
     }
 }
 
@@ -255,7 +258,11 @@ void Front::node_lost(NodeProcess &node) {
             Frame frame = {{}, entry.second.block, {}};
             frame.header.correlator = entry.second.correlator;
             frame.header.target = entry.second.target;
-            refuse(*client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE});
+            refuse(*client, frame, {NAP_COMM_FAILURE, NAP_NODE_GONE}, &node);
+        } else {
+            std::vector<NB_UCHAR> block = entry.second.block;
+            set_result(block, {NAP_COMM_FAILURE, NAP_NODE_GONE});
+            note_change(entry.second.user, &node, block, "");
         }
     }
     domain_->lost(node.name);

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <grp.h>
 #include <sys/socket.h>
 #include <system_error>
@@ -49,6 +50,13 @@ std::vector<gid_t> groups_of(int fd) {
     return groups;
 }
 
+std::string name_of(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name;
+}
+
 } // namespace
 
 struct Rights::Group {
@@ -90,7 +98,7 @@ PeerUser Rights::of(int fd) {
     if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0) {
         return {};
     }
-    PeerUser user = {peer.uid, peer.pid, peer.uid == 0 || peer.uid == geteuid()};
+    PeerUser user = {peer.uid, peer.pid, peer.uid == 0 || peer.uid == geteuid(), name_of(peer.pid)};
     if (!user.may_change) {
         look_up_again();
         const gid_t administrators = group_->id;

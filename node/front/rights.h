@@ -4,6 +4,7 @@
 #define RIGHTS_H
 
 #include <memory>
+#include <string>
 #include <sys/types.h>
 
 namespace node {
@@ -12,6 +13,7 @@ struct PeerUser {
     uid_t user = static_cast<uid_t>(-1);
     pid_t process = 0;
     bool may_change = false;
+    std::string program = {}; /* what the process called itself; "": it is gone */
 };
 
 class Rights {

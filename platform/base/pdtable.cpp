@@ -67,6 +67,8 @@ constexpr PdRow rows[] = {
     {NB_PD_NODE_HANGS, "the process of a node hangs and is replaced", {{"node"}}},
     {NB_PD_ROLES, "the domain had no master or several; now it has one", {{"masters"}, {"node"}}},
     {NB_PD_NO_PLACE, "a connection was refused", {{"user"}, {"process"}}},
+    {NB_PD_MAY_NOT, "a change was refused to a user who may only look", {{"user"}}},
+    {NB_PD_CHANGES, "who changed what cannot be written down", {{"reason"}}},
     {NB_PD_NODE_LINK, "the process of a node sent what it must not", {{"node"}}},
 };
 

@@ -38,6 +38,8 @@ enum nb_problem {
     NB_PD_NODE_HANGS = 0x40040008,   /* node: it is replaced */
     NB_PD_ROLES = 0x40040009,        /* masters, node: there is one now, this */
     NB_PD_NO_PLACE = 0x40040007,     /* user, process: a connection that was refused */
+    NB_PD_MAY_NOT = 0x4004000A,      /* user: he tried a change that is not his to make */
+    NB_PD_CHANGES = 0x4004000B,      /* reason: a change took place and could not be written down */
     NB_PD_STORE_FIELD = 0x40040010,  /* section, field, file: stored, and not known any more */
     NB_PD_STORE_UPDATE = 0x40040011, /* file, from and to: it was brought to another layout */
 };

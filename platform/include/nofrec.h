@@ -60,11 +60,9 @@ typedef struct nap_vcb {
 #define NAP_NODE_NOT_ACTIVE     0x554C /* with STATE_CHECK: start the node first */
 #define NAP_LAST_BACKUP         0x5554 /* with STATE_CHECK: the domain's only server */
 #define NAP_STORE_FAILED        0x5560 /* with STATE_CHECK: could not be written, nothing done */
-#define NAP_NOT_STORED                                                                             \
-    0x5562 /* with OK: done, but forgotten if the node ends before it is                           \
-            * written, which is tried again and again */
-#define NAP_SINK_OVERFLOW       0x5561     /* with INDICATION */
-#define NAP_SYSTEM_FILE_CHANGED 0x5558     /* status: the domain file moved to another server */
+#define NAP_NOT_STORED          0x5562 /* with OK: done, but not written yet */
+#define NAP_SINK_OVERFLOW       0x5561 /* with INDICATION */
+#define NAP_SYSTEM_FILE_CHANGED 0x5558 /* status: the domain file moved to another server */
 #define NAP_NO_HPR_CONNECTION   0x62100000 /* with PARAMETER_CHECK */
 
 /* Lists. */

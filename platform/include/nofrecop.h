@@ -122,6 +122,29 @@ typedef struct nap_trace_file_data { /* a file that traces of a node are written
     NB_ULONG started_at; /* seconds since 1970: when it was last switched on; 0: not yet */
 } NAP_TRACE_FILE_DATA;
 
+/* A verb that changed something, or was to.  The position is 0xFFFFFFFF less the number, so that a
+ * list begins with the newest; an entry ends behind its last text.  Answered on target 0, to those
+ * who may change. */
+typedef struct nap_change_data {
+    NB_USHORT overlay_size;
+    NB_USHORT position_high; /* with the next the key */
+    NB_USHORT position_low;
+    NB_USHORT opcode; /* of the verb */
+    NB_ULONG number;  /* 1, 2 and so on, as long as there is a state folder */
+    NB_ULONG time;    /* seconds since 1970 */
+    NB_USHORT milliseconds;
+    NB_USHORT primary_rc;
+    NB_ULONG secondary_rc;
+    NB_ULONG user_id;        /* of the process at the other end of the connection */
+    NB_ULONG process_id;     /* its number */
+    NB_UCHAR program[16];    /* text: what it calls itself */
+    NB_UCHAR node_name[128]; /* text; empty: the domain */
+    NB_UCHAR subject[256];   /* text: what the verb is about, as in "ls LINK1" */
+    NB_UCHAR values[4096];   /* text: old and new ones, cut when it is longer; empty: none */
+} NAP_CHANGE_DATA;
+
+NB_STATIC_ASSERT(offsetof(NAP_CHANGE_DATA, values) == 432);
+
 #pragma pack(pop)
 
 #endif

@@ -77,6 +77,7 @@
     ROW(NAP_QUERY_TAMRIX_APPCIP,             0xFC10, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_NODE_LOG,                  0xF02E, NAP_QUERY_LIST,                  LIST)       \
     ROW(NAP_QUERY_TRACE_FILE,                0xF02F, NAP_QUERY_LIST,                  LIST)       \
+    ROW(NAP_QUERY_CHANGES,                   0xF02C, NAP_QUERY_LIST,                  LIST)       \
     /* single records */                                                                          \
     ROW(NAP_QUERY_NODE,                      0x212C, NAP_QUERY_NODE_VERB,             RECORD)     \
     ROW(NAP_QUERY_NODE_LIMITS,               0xF00B, NAP_QUERY_NODE_LIMITS_VERB,      RECORD)     \

@@ -14,11 +14,6 @@ using namespace node_test;
 
 namespace {
 
-int from_environment(const char *name, int otherwise) {
-    const char *value = getenv(name);
-    return value != nullptr ? atoi(value) : otherwise;
-}
-
 /* What an administrator knows of a node that he changes as fast as he can. */
 class Changer {
 public:

@@ -6,8 +6,11 @@
 #include "secrethash.h"
 #include "storecopy.h"
 
+#include <csignal>
 #include <fstream>
 #include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace node_test;
 
@@ -109,6 +112,39 @@ TEST(NodeLayout, AnEarlierLayoutIsBroughtOver) {
             EXPECT_EQ(copies, first ? 3U : 0U);
         }
         EXPECT_EQ(rows(file, "unread"), 1U) << "what does not fit is kept";
+    }
+}
+
+TEST(NodeLayout, AKillWhileItIsBroughtOverLosesNothing) {
+    for (const bool committed : {false, true}) {
+        EarlierStores earlier;
+        const std::string file = earlier.folder.file("node.db");
+        node::DomainText domain = node::read_domain_file(earlier.folder.file("previous.domain"));
+        Rig fresh;
+        ASSERT_TRUE(fresh.engine.load_text(domain.nodes[0], domain));
+        const pid_t process = fork();
+        if (process == 0) {
+            node::Store store;
+            store.when_writing([committed](bool written) {
+                if (written == committed) {
+                    kill(getpid(), SIGKILL);
+                }
+            });
+            _exit(store.open(file, earlier.why) && store.migrate(earlier.why) ? 0 : 1);
+        }
+        int status = 0;
+        waitpid(process, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status)) << status;
+        node::Store store;
+        ASSERT_TRUE(store.open(file, earlier.why)) << earlier.why;
+        unsigned migrations = 0;
+        store.before_migration(
+            [&migrations](node::Store &, std::string &) { return ++migrations; });
+        Rig rig(&store);
+        ASSERT_TRUE(rig.engine.load_store(earlier.why)) << earlier.why;
+        EXPECT_EQ(migrations, committed ? 0U : 1U);
+        EXPECT_TRUE(all_of(rig) == all_of(fresh));
+        EXPECT_TRUE(secrets_of(rig) == secrets_of(fresh));
     }
 }
 

@@ -16,11 +16,6 @@ using namespace node_test;
 
 namespace {
 
-int from_environment(const char *name, int otherwise) {
-    const char *value = getenv(name);
-    return value != nullptr ? atoi(value) : otherwise;
-}
-
 class Storm {
 public:
     Storm(std::string socket, unsigned seed) : socket_(std::move(socket)), random_(seed) {}

@@ -11,6 +11,7 @@
 #include "frames.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <poll.h>
 #include <sys/socket.h>
@@ -24,6 +25,12 @@ using node::Frame;
 using node::FrameState;
 
 inline constexpr int WAIT_MS = 20000;
+
+/* A number that whoever runs the test may give. */
+inline int from_environment(const char *name, int otherwise) {
+    const char *value = getenv(name);
+    return value != nullptr ? atoi(value) : otherwise;
+}
 
 inline constexpr const char *TWO_NODES = R"(
 [domain]
