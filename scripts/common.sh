@@ -2,7 +2,7 @@
 
 build_packages=(
   g++ cmake ninja-build python3 libmotif-dev libmrm4 uil libsqlite3-dev libsodium-dev
-  librsvg2-bin netpbm
+  librsvg2-bin netpbm libcli11-dev nlohmann-json3-dev
 )
 run_packages=(mwm xvfb xauth x11-utils xfonts-base fonts-dejavu-core imagemagick xdotool
   man-db)

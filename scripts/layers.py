@@ -33,6 +33,7 @@ BELOW = {
     "form": ("vga/form", "vga_form", ["dialog"]),
     "windows": ("vga/windows", "vga_windows", ["events", "form"]),
     "main": ("vga", None, ["windows"]),
+    "cli": ("cli", "cli", ["events"]),
     "node": ("node", "snanode_engine", ["base", "vappn", "records"]),
 }
 # What may point up: the tables of viewer types and of windows.

@@ -1,0 +1,197 @@
+/* Commands that change something. */
+#include "commands.h"
+
+#include "defineblock.h"
+#include "entry.h"
+#include "fieldtext.h"
+#include "nofverbs.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+namespace cli {
+
+using records::FieldRow;
+using records::Schema;
+using records::Settings;
+
+namespace {
+
+size_t name_parts(const Schema &schema) {
+    return static_cast<size_t>(
+        std::count_if(schema.fields.begin(), schema.fields.end(),
+                      [](const FieldRow &field) { return field.has(records::FIELD_KEY); }));
+}
+
+/* The name comes first, then the fields. */
+void split(const Schema &schema, const std::vector<std::string> &words,
+           std::vector<std::string> &name, std::vector<std::string> &fields) {
+    const size_t parts = std::min(words.size(), name_parts(schema));
+    name.assign(words.begin(), words.begin() + static_cast<long>(parts));
+    fields.assign(words.begin() + static_cast<long>(parts), words.end());
+}
+
+void issue_define(const Request &request, const Home &home, const Schema &schema, Bytes &entry,
+                  const std::string &what) {
+    Bytes block((size_t{schema.define_size} + 3) & ~size_t{3});
+    const NB_ULONG wrong = records::check_fields(schema, entry.data());
+    if (wrong != 0) {
+        for (const FieldRow &field : schema.fields) {
+            if (records::check_field(field, entry.data()) != 0) {
+                throw Failure(BAD_USAGE, what + ": " + field.name + " must be given");
+            }
+        }
+        throw failure_of(what, schema.define, {NAP_PARAMETER_CHECK, wrong});
+    }
+    records::make_define_block(schema, entry.data(), block.data());
+    block.resize(nap_find_verb(schema.define)->block_size);
+    expect(what, schema.define, request.session.issue(home.target, block));
+}
+
+int set_settings(const Request &request, const Settings &row,
+                 const std::vector<std::string> &words) {
+    if (row.set == 0) {
+        throw Failure(BAD_USAGE, std::string(row.name) + " cannot be changed here");
+    }
+    const Home home = home_of(request, row.of_domain ? records::user : records::ls);
+    const std::string what = std::string("change ") + row.name;
+    Bytes block(row.block_size);
+    records::put_number(block.data(), 2, row.query);
+    expect(what, row.query, request.session.issue(home.target, block));
+    std::fill(block.begin(), block.begin() + sizeof(NAP_VCB), NB_UCHAR{0});
+    set_fields(row.fields, row.name, words, block.data());
+    records::put_number(block.data(), 2, row.set);
+    expect(what, row.set, request.session.issue(home.target, block));
+    return DONE;
+}
+
+/* Does something with each name; goes on behind a failure, which is told, and ends with the status
+ * of the first. */
+int for_names(const std::vector<std::string> &name,
+              const std::function<void(const std::vector<std::string> &name)> &action) {
+    if (name != std::vector<std::string>{"-"}) {
+        action(name);
+        return DONE;
+    }
+    int first = DONE;
+    for (std::string line; std::getline(std::cin, line);) {
+        std::istringstream stream(line);
+        std::vector<std::string> words;
+        for (std::string word; stream >> word;) {
+            words.push_back(word);
+        }
+        if (words.empty()) {
+            continue;
+        }
+        try {
+            action(words);
+        } catch (const Failure &failure) {
+            fprintf(stderr, "quilctl: %s\n", failure.what());
+            first = first == DONE ? failure.status : first;
+        }
+    }
+    return first;
+}
+
+int issue_names(const Request &request, const std::string &of, const std::vector<std::string> &name,
+                NB_USHORT opcode, const char *verb, NB_UCHAR stop_type) {
+    const Schema &schema = class_named(of);
+    if (opcode == 0) {
+        throw Failure(BAD_USAGE, "resources of " + of + " have no \"" + verb + "\"");
+    }
+    const Home home = home_of(request, schema);
+    return for_names(name, [&](const std::vector<std::string> &words) {
+        Bytes entry = new_entry(schema);
+        set_key(schema, words, entry);
+        NAP_NAME_VERB block = records::make_name_block(schema, opcode, entry.data());
+        block.stop_type = stop_type;
+        expect(std::string(verb) + " " + of + " " + key_words(schema, entry.data()), opcode,
+               request.session.issue(home.target, block));
+    });
+}
+
+/* The node itself is no resource of a node. */
+int issue_to_nodes(const Request &request, const std::vector<std::string> &names, NB_USHORT opcode,
+                   NB_UCHAR stop_type) {
+    if (names.empty() && request.node.empty()) {
+        throw Failure(BAD_USAGE, "say which node");
+    }
+    return for_names(names.empty() ? std::vector<std::string>{request.node} : names,
+                     [&](const std::vector<std::string> &words) {
+                         Home home;
+                         NAP_NAME_VERB verb = {};
+                         verb.opcode = opcode;
+                         verb.stop_type = stop_type;
+                         expect("node " + words[0], NAP_CONNECT_NODE,
+                                request.session.reach(words[0], false, home));
+                         expect("node " + words[0], opcode,
+                                request.session.issue(home.target, verb));
+                     });
+}
+
+} // namespace
+
+int define(const Request &request, const std::string &of, const std::vector<std::string> &words) {
+    const Schema &schema = class_named(of);
+    std::vector<std::string> name;
+    std::vector<std::string> fields;
+    if (schema.define == 0) {
+        throw Failure(BAD_USAGE, "resources of " + of + " cannot be defined");
+    }
+    split(schema, words, name, fields);
+    Bytes entry = new_entry(schema);
+    set_key(schema, name, entry);
+    const std::string what = "define " + of + " " + key_words(schema, entry.data());
+    const Home home = home_of(request, schema);
+    Bytes known = entry;
+    if (find_entry(request, home, schema, known)) {
+        throw Failure(REFUSED, what + ": it is there already; use change");
+    }
+    set_fields(schema.fields, of, fields, entry.data());
+    issue_define(request, home, schema, entry, what);
+    return DONE;
+}
+
+int change(const Request &request, const std::string &of, const std::vector<std::string> &words) {
+    const Settings *settings = records::settings_by_name(of);
+    if (settings != nullptr) {
+        return set_settings(request, *settings, words);
+    }
+    const Schema &schema = class_named(of);
+    std::vector<std::string> name;
+    std::vector<std::string> fields;
+    if (schema.define == 0) {
+        throw Failure(BAD_USAGE, "resources of " + of + " cannot be changed");
+    }
+    split(schema, words, name, fields);
+    Bytes entry = new_entry(schema);
+    set_key(schema, name, entry);
+    const std::string what = "change " + of + " " + key_words(schema, entry.data());
+    const Home home = home_of(request, schema);
+    if (!find_entry(request, home, schema, entry)) {
+        throw Failure(NOT_THERE, what + ": there is none; use define");
+    }
+    set_fields(schema.fields, of, fields, entry.data());
+    issue_define(request, home, schema, entry, what);
+    return DONE;
+}
+
+int remove(const Request &request, const std::string &of, const std::vector<std::string> &name) {
+    return issue_names(request, of, name, class_named(of).remove, "delete", 0);
+}
+
+int start(const Request &request, const std::string &of, const std::vector<std::string> &name) {
+    return of == "node" ? issue_to_nodes(request, name, NAP_INIT_NODE, 0)
+                        : issue_names(request, of, name, class_named(of).start, "start", 0);
+}
+
+int stop(const Request &request, const std::string &of, const std::vector<std::string> &name,
+         bool immediately) {
+    const NB_UCHAR how = immediately ? NAP_IMMEDIATE_STOP : NAP_ORDERLY_STOP;
+    return of == "node" ? issue_to_nodes(request, name, NAP_STOP_NODE, how)
+                        : issue_names(request, of, name, class_named(of).stop, "stop", how);
+}
+
+} // namespace cli
