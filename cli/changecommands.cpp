@@ -33,23 +33,6 @@ void split(const Schema &schema, const std::vector<std::string> &words,
     fields.assign(words.begin() + static_cast<long>(parts), words.end());
 }
 
-void issue_define(const Request &request, const Home &home, const Schema &schema, Bytes &entry,
-                  const std::string &what) {
-    Bytes block((size_t{schema.define_size} + 3) & ~size_t{3});
-    const NB_ULONG wrong = records::check_fields(schema, entry.data());
-    if (wrong != 0) {
-        for (const FieldRow &field : schema.fields) {
-            if (records::check_field(field, entry.data()) != 0) {
-                throw Failure(BAD_USAGE, what + ": " + field.name + " must be given");
-            }
-        }
-        throw failure_of(what, schema.define, {NAP_PARAMETER_CHECK, wrong});
-    }
-    records::make_define_block(schema, entry.data(), block.data());
-    block.resize(nap_find_verb(schema.define)->block_size);
-    expect(what, schema.define, request.session.issue(home.target, block));
-}
-
 int set_settings(const Request &request, const Settings &row,
                  const std::vector<std::string> &words) {
     if (row.set == 0) {
@@ -132,6 +115,23 @@ int issue_to_nodes(const Request &request, const std::vector<std::string> &names
 }
 
 } // namespace
+
+void issue_define(const Request &request, const Home &home, const Schema &schema, Bytes &entry,
+                  const std::string &what) {
+    Bytes block((size_t{schema.define_size} + 3) & ~size_t{3});
+    const NB_ULONG wrong = records::check_fields(schema, entry.data());
+    if (wrong != 0) {
+        for (const FieldRow &field : schema.fields) {
+            if (records::check_field(field, entry.data()) != 0) {
+                throw Failure(BAD_USAGE, what + ": " + field.name + " must be given");
+            }
+        }
+        throw failure_of(what, schema.define, {NAP_PARAMETER_CHECK, wrong});
+    }
+    records::make_define_block(schema, entry.data(), block.data());
+    block.resize(nap_find_verb(schema.define)->block_size);
+    expect(what, schema.define, request.session.issue(home.target, block));
+}
 
 int define(const Request &request, const std::string &of, const std::vector<std::string> &words) {
     const Schema &schema = class_named(of);

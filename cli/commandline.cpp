@@ -23,6 +23,9 @@ struct Arguments {
     std::vector<std::string> fields;
     unsigned most = UINT_MAX;
     bool immediately = false;
+    bool deletes = false;
+    bool stops = false;
+    bool dry_run = false;
 };
 
 using Action = std::function<int(const Request &request, const Arguments &given)>;
@@ -92,6 +95,29 @@ void add_commands(CLI::App &app, Arguments &given, std::optional<Action> &chosen
         command->add_option("words", given.words, one.words);
     }
     command->add_flag("--immediate", given.immediately, "end its sessions at once");
+
+    command = add(app, "export", "the domain, or some classes of it, as a text", chosen,
+                  [](const Request &request, const Arguments &all) {
+                      return export_text(request, all.words);
+                  });
+    command->add_option("classes", given.words, "classes and settings; none for all");
+    command =
+        add(app, "diff", "what a text says that is not so; ends with 1 when there is something",
+            chosen, [](const Request &request, const Arguments &all) {
+                return diff(request, all.of, all.deletes);
+            });
+    command->add_option("file", given.of, "- for standard input")->required();
+    command->add_flag("--delete", given.deletes, "what the text does not have is to go");
+    command = add(app, "apply", "make the domain as a text says", chosen,
+                  [](const Request &request, const Arguments &all) {
+                      return apply(request, all.of, {all.deletes, all.stops, all.dry_run});
+                  });
+    command->add_option("file", given.of, "- for standard input")->required();
+    command->add_flag("--delete", given.deletes,
+                      "delete what the text does not have, of the classes that it has sections of");
+    command->add_flag("--stop", given.stops,
+                      "stop what is active and in the way, and start again what was changed");
+    command->add_flag("--dry-run", given.dry_run, "show what would be done, and do nothing");
 
     add(app, "status", "the nodes and their states", chosen,
         [](const Request &request, const Arguments &) { return status(request); });

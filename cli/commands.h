@@ -35,7 +35,6 @@ int list(const Request &request, const std::string &of, const std::vector<std::s
          const std::vector<std::string> &fields);
 int show(const Request &request, const std::string &of, const std::vector<std::string> &name);
 int history(const Request &request, unsigned most);
-int export_text(const Request &request, const std::vector<std::string> &of);
 
 /* changing (changecommands.cpp); `names` of "-" alone are read from standard input, one a line */
 int define(const Request &request, const std::string &of, const std::vector<std::string> &words);
@@ -44,6 +43,20 @@ int remove(const Request &request, const std::string &of, const std::vector<std:
 int start(const Request &request, const std::string &of, const std::vector<std::string> &name);
 int stop(const Request &request, const std::string &of, const std::vector<std::string> &name,
          bool immediately);
+
+/* The verb that defines what an entry says, checked before; `what` is for failures. */
+void issue_define(const Request &request, const Home &home, const records::Schema &schema,
+                  Bytes &entry, const std::string &what);
+
+/* texts (textcommands.cpp); `of` names classes and settings, none for all */
+int export_text(const Request &request, const std::vector<std::string> &of);
+int diff(const Request &request, const std::string &file, bool deletes);
+struct Applying {
+    bool deletes; /* what the text does not have */
+    bool stops;   /* what is in the way */
+    bool dry_run; /* the plan is shown, and no more */
+};
+int apply(const Request &request, const std::string &file, Applying how);
 
 /* watching over (healthcommands.cpp) */
 int status(const Request &request);

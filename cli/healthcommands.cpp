@@ -51,19 +51,6 @@ std::string role_of(NB_ULONG flags) {
                                               : "";
 }
 
-/* The field of the status that says whether a resource is up; null: it has no states. */
-const FieldRow *state_field(const Schema &schema) {
-    if (schema.start == 0 && &schema != &records::lu03) {
-        return nullptr;
-    }
-    for (const FieldRow &field : schema.status) {
-        if (field.kind == records::FieldKind::Word) {
-            return &field;
-        }
-    }
-    return nullptr;
-}
-
 using Counts = std::map<std::string, NB_ULONG>;
 
 Counts states_in(const Request &request, const Home &home, const Schema &schema) {

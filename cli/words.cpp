@@ -108,7 +108,8 @@ std::string reason_of(NB_USHORT opcode, Codes codes) {
 Failure failure_of(const std::string &what, NB_USHORT opcode, Codes codes) {
     const std::string reason = reason_of(opcode, codes);
     return {status_of(codes),
-            what + ": " + reason + (reason.empty() ? "" : " ") + "(" + code_names(codes) + ")"};
+            what + ": " + reason + (reason.empty() ? "" : " ") + "(" + code_names(codes) + ")",
+            codes.secondary};
 }
 
 std::vector<const Schema *> classes() {
@@ -133,12 +134,11 @@ const Schema &class_named(const std::string &name) {
 }
 
 bool is_of_domain(const Schema &schema) {
-    return &schema == &records::user || &schema == &records::cpic || &schema == &records::rje ||
-           &schema == &records::domain_node;
+    return schema.scope == records::Scope::Domain;
 }
 
 bool is_tp_load(const Schema &schema) {
-    return &schema == &records::tp_load;
+    return schema.scope == records::Scope::TpLoad;
 }
 
 Bytes new_entry(const Schema &schema) {
@@ -213,6 +213,18 @@ std::string shown(const FieldRow &field, const NB_UCHAR *record) {
         strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", localtime(&seconds));
     }
     return text;
+}
+
+const FieldRow *state_field(const Schema &schema) {
+    if (schema.start == 0 && &schema != &records::lu03) {
+        return nullptr;
+    }
+    for (const FieldRow &field : schema.status) {
+        if (field.kind == records::FieldKind::Word) {
+            return &field;
+        }
+    }
+    return nullptr;
 }
 
 std::string section_of(const Schema &schema, const NB_UCHAR *entry, bool with_status) {

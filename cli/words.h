@@ -24,8 +24,10 @@ enum Status : int {
 /* Ends a command: what to print, and the exit status. */
 class Failure : public std::runtime_error {
 public:
-    Failure(Status how, const std::string &text) : std::runtime_error(text), status(how) {}
+    Failure(Status how, const std::string &text, NB_ULONG code = 0)
+        : std::runtime_error(text), status(how), secondary(code) {}
     Status status;
+    NB_ULONG secondary; /* return code of the verb; 0: none */
 };
 
 /* What a verb's codes mean, as a failure of `what`, as in "define ls LINK1". */
@@ -64,6 +66,9 @@ void set_fields(records::FieldTable fields, const std::string &of,
 
 /* The text of a field for people: times of day are written as such. */
 std::string shown(const records::FieldRow &field, const NB_UCHAR *record);
+
+/* The field of the status that says whether a resource is up; null: it has no states. */
+const records::FieldRow *state_field(const records::Schema &schema);
 
 /* An entry as a section of a domain text: what it says of itself, without what has its initial
  * value, and status as comments when `with_status`. */

@@ -3,7 +3,7 @@
 #ifndef CONNECTIVITY_H
 #define CONNECTIVITY_H
 
-#include "fieldrows.h"
+#include "behaviour.h"
 
 #define AT(member)      FIELD_AT(Entry, member)
 #define ITEM_AT(member) FIELD_AT(Item, member)
@@ -85,6 +85,7 @@ inline constexpr Schema port = {
     .key = key_of(rows::port::fields),
     .fields = rows::port::fields,
     .status = rows::port::status,
+    .simulated = behaviour::reachable_or_not,
 };
 
 namespace rows::ls {
@@ -146,6 +147,7 @@ inline constexpr Schema ls = {
     .key = key_of(rows::ls::fields),
     .fields = rows::ls::fields,
     .status = rows::ls::status,
+    .simulated = behaviour::link,
 };
 
 namespace rows::cn {
@@ -245,6 +247,7 @@ inline constexpr Schema pu = {
     .key = key_of(rows::pu::fields),
     .fields = rows::pu::fields,
     .status = rows::pu::status,
+    .simulated = behaviour::reachable_or_not,
 };
 
 namespace rows::down_pu {
@@ -275,6 +278,7 @@ inline constexpr Schema down_pu = {
     .key = key_of(rows::down_pu::fields),
     .fields = rows::down_pu::fields,
     .status = rows::down_pu::status,
+    .untold = true,
 };
 
 namespace rows::dspu_template {
@@ -350,6 +354,7 @@ inline constexpr Schema primary_line = {
     .key = key_of(rows::primary_line::fields),
     .fields = rows::primary_line::fields,
     .status = rows::primary_line::status,
+    .simulated = behaviour::reachable_or_not,
 };
 
 namespace rows::rtp_conn {
@@ -392,6 +397,7 @@ inline constexpr Schema rtp_conn = {
     .key = key_of(rows::rtp_conn::fields),
     .fields = rows::rtp_conn::fields,
     .status = rows::rtp_conn::status,
+    .untold = true,
 };
 
 } // namespace records

@@ -102,6 +102,7 @@ inline constexpr Schema tp_load = {
     DEFINED_BY(NAP_TP_LOAD_DATA, NAP_DEFINE_TP_LOAD_VERB, tp_name, def_data),
     .key = key_of(rows::tp_load::fields),
     .fields = rows::tp_load::fields,
+    .scope = Scope::TpLoad,
 };
 
 namespace rows::lu_lu_password {
@@ -192,6 +193,7 @@ inline constexpr Schema user = {
                .most = NAP_MAX_USER_SESSIONS,
                .cuts = true,
                .fields = rows::user::item_fields},
+    .scope = Scope::Domain,
 };
 
 namespace rows::cpic {
@@ -220,6 +222,7 @@ inline constexpr Schema cpic = {
     DEFINED_BY(NAP_CPIC_DATA, NAP_DEFINE_CPIC_VERB, sym_dest_name, def_data),
     .key = key_of(rows::cpic::fields),
     .fields = rows::cpic::fields,
+    .scope = Scope::Domain,
 };
 
 namespace rows::rje {
@@ -254,6 +257,7 @@ inline constexpr Schema rje = {
                .most = NAP_MAX_RJE_LUS,
                .cuts = false,
                .fields = rows::rje::item_fields},
+    .scope = Scope::Domain,
 };
 
 namespace rows::domain_node {
@@ -284,6 +288,8 @@ inline constexpr Schema domain_node = {
     .key = key_of(rows::domain_node::fields),
     .fields = rows::domain_node::fields,
     .status = rows::domain_node::status,
+    .scope = Scope::Domain,
+    .untold = true,
 };
 
 inline constexpr Schema domain_server = {
@@ -294,6 +300,8 @@ inline constexpr Schema domain_server = {
     .key = key_of(rows::domain_node::fields),
     .fields = rows::domain_node::fields,
     .status = rows::domain_node::status,
+    .scope = Scope::Domain,
+    .untold = true,
 };
 
 } // namespace records

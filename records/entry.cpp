@@ -39,4 +39,11 @@ NB_ULONG check_fields(const Schema &schema, NB_UCHAR *entry) {
     return wrong;
 }
 
+std::vector<NB_UCHAR> initial_block(const Settings &row) {
+    std::vector<NB_UCHAR> block(row.block_size);
+    put_number(block.data(), 2, row.query);
+    set_initial_fields(row.fields, block.data());
+    return block;
+}
+
 } // namespace records

@@ -3,8 +3,10 @@
 #define ENTRY_H
 
 #include "fieldtext.h"
+#include "settings.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace records {
 
@@ -23,6 +25,9 @@ template <class Action> void for_tables(const Schema &schema, NB_UCHAR *entry, A
 /* Writes the length that the entry has in a list into its first two bytes, and clears what stands
  * behind its last item.  REQUIRES: no more items than there may be. */
 void set_entry_length(const Schema &schema, NB_UCHAR *entry);
+
+/* The block of settings with their initial values and the verb that asks for them. */
+std::vector<NB_UCHAR> initial_block(const Settings &row);
 
 /* Checks the number of items and every field of the entry and of its items, and tidies the fields
  * up to the first that is bad.  Returns 0, NAP_INVALID_NAME or NAP_INVALID_VALUE. */

@@ -2,7 +2,7 @@
 #ifndef LUS_H
 #define LUS_H
 
-#include "fieldrows.h"
+#include "behaviour.h"
 
 #define AT(member) FIELD_AT(Entry, member)
 
@@ -68,6 +68,7 @@ inline constexpr Schema lu03 = {
     .key = key_of(rows::lu03::fields),
     .fields = rows::lu03::fields,
     .status = rows::lu03::status,
+    .simulated = behaviour::session_of_lu,
 };
 
 namespace rows::down_lu {
@@ -102,6 +103,7 @@ inline constexpr Schema down_lu = {
     .key = key_of(rows::down_lu::fields),
     .fields = rows::down_lu::fields,
     .status = rows::down_lu::status,
+    .simulated = behaviour::host_session,
 };
 
 namespace rows::extra_data {
@@ -190,6 +192,7 @@ inline constexpr Schema primary_lu0 = {
     .key = key_of(rows::primary_lu0::fields),
     .fields = rows::primary_lu0::fields,
     .status = rows::primary_lu0::status,
+    .simulated = behaviour::user_of_lu,
 };
 
 namespace rows::lu62_timeout {

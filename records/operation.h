@@ -44,6 +44,7 @@ inline constexpr Schema session = {
     .key = key_of(rows::session::fields),
     .fields = rows::session::fields,
     .status = rows::session::status,
+    .untold = true,
 };
 
 namespace rows::log_line {
@@ -72,6 +73,7 @@ inline constexpr Schema log_line = {
     .key = key_of(rows::log_line::fields),
     .fields = rows::log_line::fields,
     .status = rows::log_line::status,
+    .untold = true,
 };
 
 namespace rows::trace_file {
@@ -97,6 +99,7 @@ inline constexpr Schema trace_file = {
     .key = key_of(rows::trace_file::fields),
     .fields = rows::trace_file::fields,
     .status = rows::trace_file::status,
+    .untold = true,
 };
 
 inline constexpr FieldWord stop_words[] = {

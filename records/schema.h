@@ -213,6 +213,13 @@ struct ListRow {
 
 constexpr size_t MAX_LISTS = 2;
 
+/* Where a kind of resource is kept. */
+enum class Scope : NB_UCHAR {
+    Node,   /* a node */
+    TpLoad, /* a node, reached through its TP load file */
+    Domain, /* the domain, reached through its configuration file */
+};
+
 /* Items that stand one behind the other within an entry, as the sessions of a user. */
 struct Nested {
     const char *name = nullptr; /* of one; null: the entry has no items */
@@ -243,6 +250,9 @@ struct Schema {
     FieldTable fields = {}; /* of key and definition */
     FieldTable status = {}; /* what the node answers: never defined or checked */
     Nested nested = {};
+    Scope scope = Scope::Node;
+    bool untold = false;       /* made by the node itself: no section of domain texts */
+    FieldTable simulated = {}; /* in domain texts: offsets in the Behaviour (behaviour.h) */
 
     constexpr size_t key_size() const { return key_length(key); }
     constexpr size_t owner_size() const { return owned ? key[0].width : 0; }

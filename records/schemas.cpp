@@ -96,4 +96,10 @@ const Settings *settings_by_name(std::string_view name) {
     return found != std::end(settings) ? found : nullptr;
 }
 
+const Schema *schema_by_name(std::string_view name) {
+    const auto found = std::find_if(std::begin(all_schemas), std::end(all_schemas),
+                                    [name](const Schema *one) { return name == one->name; });
+    return found != std::end(all_schemas) ? *found : nullptr;
+}
+
 } // namespace records

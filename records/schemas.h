@@ -40,6 +40,9 @@ inline constexpr const Schema *all_schemas[] = {&domain_node,
  * indication.  Null when it serves none. */
 const Schema *schema_by_verb(NB_USHORT opcode);
 
+/* The one that texts and commands call so; null: none. */
+const Schema *schema_by_name(std::string_view name);
+
 /* The same for settings: the verb that asks for them, or the one that sets them. */
 const Settings *settings_by_verb(NB_USHORT opcode);
 

@@ -129,6 +129,7 @@ inline constexpr Schema tamrix_session = {
     .key = key_of(rows::tamrix_session::fields),
     .fields = rows::tamrix_session::fields,
     .status = rows::tamrix_session::status,
+    .untold = true,
 };
 
 } // namespace records

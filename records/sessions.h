@@ -2,7 +2,7 @@
 #ifndef SESSIONS_H
 #define SESSIONS_H
 
-#include "fieldrows.h"
+#include "behaviour.h"
 #include "moderules.h"
 
 #define AT(member) FIELD_AT(Entry, member)
@@ -199,6 +199,7 @@ inline constexpr Schema mode = {
     .key = key_of(rows::mode::fields),
     .fields = rows::mode::fields,
     .status = rows::mode::status,
+    .simulated = behaviour::sessions_of_mode,
 };
 
 namespace rows::plu {
@@ -227,6 +228,7 @@ inline constexpr Schema plu = {
     .key = key_of(rows::plu::fields),
     .fields = rows::plu::fields,
     .status = rows::plu::status,
+    .untold = true,
 };
 
 namespace rows::directory {

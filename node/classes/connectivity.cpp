@@ -357,16 +357,6 @@ void show_primary_line(const Engine &, Resource &resource) {
     Engine::put(resource, entry);
 }
 
-constexpr FieldRow reachable_or_not[] = {
-    records::rows::flag(FIELD_AT(Behaviour, reachable), "yes"),
-};
-
-constexpr FieldRow ls_behaviour[] = {
-    records::rows::flag(FIELD_AT(Behaviour, reachable), "yes"),
-    records::rows::number(FIELD_AT(Behaviour, up_ms), 0, 60000, "0")
-        .in(records::Unit::Milliseconds),
-};
-
 constexpr ClassRow classes[] = {
     {.id = CLASS_DLC,
      .schema = &records::dlc,
@@ -390,8 +380,7 @@ constexpr ClassRow classes[] = {
                .defined = port_defined,
                .show = show_port,
                .moved = port_moved,
-               .counted = count_links},
-     .simulated = reachable_or_not},
+               .counted = count_links}},
     {.id = CLASS_LS,
      .schema = &records::ls,
      .refs = {{.to = CLASS_PORT, .flags = REF_OWNER, .by = &field(records::ls, "port_name")}},
@@ -401,8 +390,7 @@ constexpr ClassRow classes[] = {
               .up_low_ms = 300,
               .up_high_ms = 1500,
               .down_ms = 200},
-     .hooks = {.check = check_ls, .fill = fill_ls, .defined = ls_defined, .show = show_ls},
-     .simulated = ls_behaviour},
+     .hooks = {.check = check_ls, .fill = fill_ls, .defined = ls_defined, .show = show_ls}},
     {.id = CLASS_CN, .schema = &records::cn, .hooks = {.check = check_cn, .busy = cn_busy}},
     {.id = CLASS_CN_PORT,
      .schema = &records::cn_port,
@@ -426,11 +414,9 @@ constexpr ClassRow classes[] = {
               .up_high_ms = 400,
               .down_ms = 100},
      .hooks =
-         {.check = check_pu, .fill = fill_pu, .show = show_pu, .counted = count_lus<NAP_PU_DATA>},
-     .simulated = reachable_or_not},
+         {.check = check_pu, .fill = fill_pu, .show = show_pu, .counted = count_lus<NAP_PU_DATA>}},
     {.id = CLASS_DOWN_PU,
      .schema = &records::down_pu,
-     .untold = true,
      .refs = {{.to = CLASS_LS,
                .flags = REF_OWNER | REF_CARRIED,
                .by = &field(records::down_pu, "ls_name")}},
@@ -449,12 +435,8 @@ constexpr ClassRow classes[] = {
      .life = {.has_states = true,
               .shows_pending = true,
               .initially = &field(records::primary_line, "initially_active")},
-     .hooks = {.check = check_primary_line, .show = show_primary_line},
-     .simulated = reachable_or_not},
-    {.id = CLASS_RTP_CONN,
-     .schema = &records::rtp_conn,
-     .untold = true,
-     .hooks = {.busy = never_busy}},
+     .hooks = {.check = check_primary_line, .show = show_primary_line}},
+    {.id = CLASS_RTP_CONN, .schema = &records::rtp_conn, .hooks = {.busy = never_busy}},
 };
 
 } // namespace

@@ -88,7 +88,7 @@ constexpr ClassRow classes[] = {
                .flags = REF_OPTIONAL,
                .by = &field(records::tp, "list_name")}},
      .hooks = {.check = check_tp}},
-    {.id = CLASS_TP_LOAD, .schema = &records::tp_load, .scope = Scope::TpLoad},
+    {.id = CLASS_TP_LOAD, .schema = &records::tp_load},
     {.id = CLASS_LU_LU_PASSWORD,
      .schema = &records::lu_lu_password,
      .refs = {{.to = CLASS_LOCAL_LU,
@@ -98,15 +98,9 @@ constexpr ClassRow classes[] = {
     {.id = CLASS_USERID_PASSWORD,
      .schema = &records::userid_password,
      .hooks = {.check = check_password<CLASS_USERID_PASSWORD>}},
-    {.id = CLASS_USER,
-     .schema = &records::user,
-     .scope = Scope::Domain,
-     .hooks = {.check = check_user}},
-    {.id = CLASS_CPIC,
-     .schema = &records::cpic,
-     .scope = Scope::Domain,
-     .hooks = {.check = check_cpic}},
-    {.id = CLASS_RJE, .schema = &records::rje, .scope = Scope::Domain},
+    {.id = CLASS_USER, .schema = &records::user, .hooks = {.check = check_user}},
+    {.id = CLASS_CPIC, .schema = &records::cpic, .hooks = {.check = check_cpic}},
+    {.id = CLASS_RJE, .schema = &records::rje},
 };
 
 } // namespace

@@ -239,22 +239,6 @@ bool lu_is_named(const Engine &engine, const NB_UCHAR *name) {
 
 namespace {
 
-constexpr FieldRow lu03_behaviour[] = {
-    records::rows::text(FIELD_AT(Behaviour, user_name)).named("user"),
-    records::rows::word(FIELD_AT(Behaviour, app_type), records::application_words, "none")
-        .named("application"),
-    records::rows::number(FIELD_AT(Behaviour, end_ms), 0, 3600000, "0")
-        .in(records::Unit::Milliseconds),
-};
-
-constexpr FieldRow down_lu_behaviour[] = {
-    records::rows::text(FIELD_AT(Behaviour, user_name)).named("host_application"),
-};
-
-constexpr FieldRow primary_lu0_behaviour[] = {
-    records::rows::text(FIELD_AT(Behaviour, user_name)).named("user"),
-};
-
 constexpr ClassRow classes[] = {
     {.id = CLASS_LU03,
      .schema = &records::lu03,
@@ -270,8 +254,7 @@ constexpr ClassRow classes[] = {
                .leaving = leave_pool,
                .show = show_lu03,
                .moved = show_in_pool,
-               .report = report_lu03},
-     .simulated = lu03_behaviour},
+               .report = report_lu03}},
     {.id = CLASS_DOWN_LU,
      .schema = &records::down_lu,
      .refs = {{.to = CLASS_DOWN_PU,
@@ -281,8 +264,7 @@ constexpr ClassRow classes[] = {
      .hooks = {.check = check_down_lu,
                .busy = down_lu_busy,
                .show = show_down_lu,
-               .report = report_down_lu},
-     .simulated = down_lu_behaviour},
+               .report = report_down_lu}},
     {.id = CLASS_EXTRA_DATA,
      .schema = &records::extra_data,
      .refs = {{.to = CLASS_LU03,
@@ -308,8 +290,7 @@ constexpr ClassRow classes[] = {
                .flags = REF_OWNER,
                .by = &field(records::primary_lu0, "line_name")}},
      .life = {.has_states = true, .up_low_ms = 50, .up_high_ms = 300, .down_ms = 20},
-     .hooks = {.check = check_primary_lu0, .busy = primary_lu0_busy, .show = show_primary_lu0},
-     .simulated = primary_lu0_behaviour},
+     .hooks = {.check = check_primary_lu0, .busy = primary_lu0_busy, .show = show_primary_lu0}},
     {.id = CLASS_LU62_TIMEOUT,
      .schema = &records::lu62_timeout,
      .hooks = {.check = check_lu62_timeout}},

@@ -64,16 +64,9 @@ constexpr ClassRow classes[] = {
      .hooks = {.check = check_tn_redirect}},
     {.id = CLASS_TAMRIX_SESSION,
      .schema = &records::tamrix_session,
-     .untold = true,
      .hooks = {.busy = never_busy, .report = report_tamrix}},
-    {.id = CLASS_LOG_LINE,
-     .schema = &records::log_line,
-     .untold = true,
-     .hooks = {.busy = never_busy}},
-    {.id = CLASS_TRACE_FILE,
-     .schema = &records::trace_file,
-     .untold = true,
-     .hooks = {.busy = never_busy}},
+    {.id = CLASS_LOG_LINE, .schema = &records::log_line, .hooks = {.busy = never_busy}},
+    {.id = CLASS_TRACE_FILE, .schema = &records::trace_file, .hooks = {.busy = never_busy}},
 };
 
 } // namespace

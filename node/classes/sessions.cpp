@@ -242,12 +242,6 @@ Result check_ls_routing(const Engine &, const NB_UCHAR *bytes, const Resource *)
                : bad_parameter(NAP_INVALID_NAME);
 }
 
-constexpr FieldRow mode_behaviour[] = {
-    records::rows::number(FIELD_AT(Behaviour, sessions), 0, 32767, "0").in(records::Unit::Sessions),
-    records::rows::number(FIELD_AT(Behaviour, end_ms), 0, 3600000, "0")
-        .in(records::Unit::Milliseconds),
-};
-
 constexpr ClassRow classes[] = {
     {.id = CLASS_COS,
      .schema = &records::cos,
@@ -279,11 +273,9 @@ constexpr ClassRow classes[] = {
                .flags = REF_BY_ALIAS | REF_CARRIED,
                .by = &field(records::mode, "lu_alias")},
               {.to = CLASS_MODE_DEF, .by = &field(records::mode, "mode_name")}},
-     .hooks = {.busy = never_busy, .defined = mode_defined, .report = report_mode},
-     .simulated = mode_behaviour},
+     .hooks = {.busy = never_busy, .defined = mode_defined, .report = report_mode}},
     {.id = CLASS_PLU,
      .schema = &records::plu,
-     .untold = true,
      .refs = {{.to = CLASS_LOCAL_LU,
                .flags = REF_BY_ALIAS | REF_CARRIED,
                .by = &field(records::plu, "lu_alias")}},
@@ -302,10 +294,7 @@ constexpr ClassRow classes[] = {
                .by = &field(records::ls_routing, "lu_name")},
               {.to = CLASS_LS, .by = &field(records::ls_routing, "ls_name")}},
      .hooks = {.check = check_ls_routing}},
-    {.id = CLASS_SESSION,
-     .schema = &records::session,
-     .untold = true,
-     .hooks = {.busy = never_busy}},
+    {.id = CLASS_SESSION, .schema = &records::session, .hooks = {.busy = never_busy}},
 };
 
 } // namespace

@@ -34,7 +34,7 @@ public:
 private:
     struct Row {
         std::optional<std::string> record; /* none: erased */
-        std::optional<Behaviour> behaviour;
+        std::optional<records::Behaviour> behaviour;
     };
 
     std::map<std::pair<std::string, std::string>, Row> rows_; /* by section and key */

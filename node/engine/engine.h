@@ -11,8 +11,8 @@
 #ifndef ENGINE_H
 #define ENGINE_H
 
-#include "domaintext.h"
 #include "nodesettings.h"
+#include "nodetext.h"
 #include "resourcetable.h"
 #include "store.h"
 #include "traces.h"
@@ -172,7 +172,7 @@ private:
     Result take_record(const Settings &row, std::vector<NB_UCHAR> &image,
                        std::vector<NB_UCHAR> &block);
     bool serves(const ClassRow &row) const {
-        return (scope_ == Scope::Domain) == (row.scope == Scope::Domain);
+        return (scope_ == Scope::Domain) == (row.schema->scope == Scope::Domain);
     }
 
     /* definitions (define.cpp) */

@@ -1,5 +1,6 @@
 #include "generate.h"
 
+#include "nodesettings.h"
 #include "nofcopy.h"
 #include "nofverbs.h"
 
@@ -265,7 +266,7 @@ void add_own(const Generated &domain, TextNode &own) {
         const ClassRow &row = class_row(id);
         const auto *bytes = static_cast<const NB_UCHAR *>(record);
         own.resources.push_back(
-            {&row, {bytes, bytes + row.schema->entry_size}, DEFAULT_BEHAVIOUR, 0});
+            {row.schema, {bytes, bytes + row.schema->entry_size}, DEFAULT_BEHAVIOUR, 0});
         own.resources.back().entry.resize(row.schema->overlay_size());
     };
     for (NB_ULONG at = 0; at < domain[MAKE_USERS]; at++) {

@@ -5,7 +5,7 @@
 #ifndef GENERATE_H
 #define GENERATE_H
 
-#include "domaintext.h"
+#include "nodetext.h"
 
 #include <array>
 #include <functional>

@@ -80,7 +80,7 @@ void Engine::add_sna_defined() {
 }
 
 void Engine::load_resource(const TextResource &text, DomainText &domain) {
-    const ClassRow &row = *text.row;
+    const ClassRow &row = *class_by_name(text.schema->name);
     Entry entry = copy_of(row, text.entry.data(), text.entry.size());
     Resource *old = tables_[row.id]->find(entry.get() + KEY_OFFSET);
     const bool replaces = old != nullptr && row.hooks.removable != nullptr &&
@@ -116,8 +116,9 @@ bool Engine::load_text(const TextNode &text, DomainText &domain) {
         add_sna_defined();
     }
     for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
+        const Schema *schema = class_row(static_cast<ClassId>(id)).schema;
         for (const TextResource &resource : text.resources) {
-            if (resource.row->id == id) {
+            if (resource.schema == schema) {
                 load_resource(resource, domain);
             }
         }

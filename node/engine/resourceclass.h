@@ -10,7 +10,6 @@
 #ifndef RESOURCECLASS_H
 #define RESOURCECLASS_H
 
-#include "behaviour.h"
 #include "entry.h"
 #include "nofcopy.h"
 #include "ntlavl.h"
@@ -25,7 +24,9 @@
 namespace node {
 
 /* Names of schemas and fields that stand everywhere in the node. */
+using records::Behaviour;
 using records::check_fields;
+using records::DEFAULT_BEHAVIOUR;
 using records::ebcdic_text;
 using records::FIELD_COMPARED;
 using records::FIELD_COUNTS;
@@ -47,6 +48,7 @@ using records::put_ebcdic;
 using records::put_local;
 using records::put_number;
 using records::Schema;
+using records::Scope;
 using records::Settings;
 
 class Engine;
@@ -55,13 +57,6 @@ class Engine;
 #define CLASS_ID(name, schema) CLASS_##name,
 enum ClassId : NB_UCHAR { SCHEMAS(CLASS_ID) CLASS_COUNT };
 #undef CLASS_ID
-
-/* Which engine keeps a class, and which target its verbs go to. */
-enum class Scope : NB_UCHAR {
-    Node,   /* a node */
-    TpLoad, /* a node, reached through its TP load file */
-    Domain, /* the domain, reached through its configuration file */
-};
 
 /* The result of a verb. */
 struct Result {
@@ -164,13 +159,10 @@ struct ClassHooks {
 struct ClassRow {
     ClassId id = CLASS_COUNT;
     const Schema *schema = nullptr; /* its name is that of the class in the store, too */
-    Scope scope = Scope::Node;
-    bool untold = false; /* made by the node itself: no section of domain texts */
     RefRow refs[MAX_REFS] = {};
     AliasRow alias = {};
     LifeRow life = {};
     ClassHooks hooks = {};
-    FieldTable simulated = {}; /* in domain texts: offsets in the Behaviour */
 };
 
 /* The row of a class; the table is in the order of ClassId. */

@@ -56,9 +56,9 @@ StoredForm::StoredForm(const ClassRow &row) : base_(row.schema->overlay_size()) 
     const Schema &schema = *row.schema;
     put_number(base_.data(), 2, static_cast<NB_ULONG>(schema.overlay_size()));
     set_initial_fields(schema.fields, base_.data());
-    set_initial_fields(row.simulated, reinterpret_cast<NB_UCHAR *>(&base_behaviour_));
+    set_initial_fields(schema.simulated, reinterpret_cast<NB_UCHAR *>(&base_behaviour_));
     add(schema.fields, RECORD);
-    add(row.simulated, BEHAVIOUR);
+    add(schema.simulated, BEHAVIOUR);
     own_lines_ = lines_.size();
     if (schema.nested.name != nullptr) {
         nested_ = &schema.nested;

@@ -69,7 +69,7 @@ NB_UCHAR find_places(NB_USHORT opcode) {
     const Settings *settings = settings_by_verb(opcode);
     if (row != nullptr) {
         constexpr NB_UCHAR by_scope[] = {PLACE_NODE, PLACE_TP_LOAD, PLACE_DOMAIN_FILE};
-        return by_scope[static_cast<size_t>(row->scope)];
+        return by_scope[static_cast<size_t>(row->schema->scope)];
     }
     return settings != nullptr && settings->of_domain ? PLACE_DOMAIN_FILE : PLACE_NODE;
 }

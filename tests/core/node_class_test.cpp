@@ -19,7 +19,7 @@ std::string domain_file(const char *name) {
 }
 
 bool of_domain(const ClassRow &row) {
-    return row.scope == node::Scope::Domain;
+    return row.schema->scope == node::Scope::Domain;
 }
 
 /* The engine of a sample's first node, or of its domain; nothing in it is started. */

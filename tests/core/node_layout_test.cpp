@@ -320,7 +320,7 @@ TEST(NodeLayout, EveryFieldReadsBack) {
                     node::put_mark(field, entry.data() + field.offset); /* no hash is written */
                 }
             }
-            fill(row.simulated, reinterpret_cast<NB_UCHAR *>(&behaviour), odd);
+            fill(row.schema->simulated, reinterpret_cast<NB_UCHAR *>(&behaviour), odd);
             for (int item = 0; item < 2 && schema.nested.name != nullptr; item++) {
                 fill(schema.nested.fields,
                      records::append_item(schema.nested, entry.data(), nullptr), odd != (item > 0));

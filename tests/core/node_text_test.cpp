@@ -116,17 +116,17 @@ TEST(NodeText, SamplesAreGoodAndEveryFieldReadsBack) {
             rig.engine.load_text(text, domain);
             EXPECT_FALSE(text.resources.empty());
             for (const node::TextResource &resource : text.resources) {
-                SCOPED_TRACE(resource.row->schema->name);
+                SCOPED_TRACE(resource.schema->name);
                 std::vector<NB_UCHAR> entry = resource.entry;
                 const NB_UCHAR *end = entry.data() + entry.size();
-                classes.insert(resource.row->schema->name);
-                for_tables(*resource.row->schema, entry.data(),
-                           [end](node::FieldTable table, const NB_UCHAR *record) {
-                               for (const node::FieldRow &field : table) {
-                                   expect_read_back(field, record,
-                                                    static_cast<size_t>(end - record));
-                               }
-                           });
+                classes.insert(resource.schema->name);
+                records::for_tables(*resource.schema, entry.data(),
+                                    [end](node::FieldTable table, const NB_UCHAR *record) {
+                                        for (const node::FieldRow &field : table) {
+                                            expect_read_back(field, record,
+                                                             static_cast<size_t>(end - record));
+                                        }
+                                    });
             }
         }
         for (const std::string &error : domain.errors) {
@@ -135,7 +135,7 @@ TEST(NodeText, SamplesAreGoodAndEveryFieldReadsBack) {
     }
     for (NB_UCHAR id = 0; id < node::CLASS_COUNT; id++) {
         const node::ClassRow &row = node::class_row(static_cast<node::ClassId>(id));
-        EXPECT_TRUE(row.untold || classes.count(row.schema->name) == 1) << row.schema->name;
+        EXPECT_TRUE(row.schema->untold || classes.count(row.schema->name) == 1) << row.schema->name;
     }
 }
 

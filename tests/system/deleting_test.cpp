@@ -60,7 +60,7 @@ TEST_F(Deleting, ALinkStationGoesWithAllThatIsOnIt) {
     screen().key("Delete");
     press(box(question, text), "OK");
     EXPECT_TRUE(shows(window, message(958, {"1 link station, 1 PU, 9 LUs, 1 local LU"})));
-    EXPECT_EQ(screen().window_with(list, "HOSTLINE"), 0u);
+    EXPECT_TRUE(wait_for([&] { return screen().window_with(list, "HOSTLINE") == 0; }));
     EXPECT_EQ(screen().find(message(960)), 0u) << "one line is told of in the message line";
     EXPECT_TRUE(shows(window, "PAYROLL")) << "local LUs are still there";
     Administrator admin(place.path("var/sna.sock"));

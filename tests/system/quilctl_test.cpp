@@ -79,6 +79,53 @@ TEST_F(Quilctl, LooksAndChangesAndSaysWhyNot) {
     expect_rows({{"quilctl status", 3, "", "quilctl: the nodes of the domain"}});
 }
 
+TEST_F(Quilctl, WhatIsExportedIsApplied) {
+    start_node("branch");
+    expect_rows({
+        {"quilctl export | quilctl apply --delete --dry-run -", 0, "nothing to do", ""},
+        {"quilctl apply --delete --dry-run $SNA_PREFIX/share/domains/branch.domain", 0,
+         "nothing to do", ""},
+        {"quilctl export nothing", 2, "", "there is no class"},
+        {"echo garbage | quilctl apply -", 2, "", "standard input:1: expected a section"},
+        {"quilctl diff /none", 2, "", "cannot be read"},
+    });
+}
+
+/* Two hundred LUs are changed with an editor; three mistakes are in the text. */
+TEST_F(Quilctl, AnEveningInAShell) {
+    const std::string text =
+        place.write("lus.domain", "[domain]\nname = lus\n[node one]\nfq_cp_name = "
+                                  "NETA.ONE\ncp_alias = ONE\n[dlc LAN0]\n[port "
+                                  "ETH0]\ndlc_name = LAN0\n[ls HOST]\nport_name = "
+                                  "ETH0\nadj_cp_type = host\npu_name = "
+                                  "HOSTPU\n[lu03 HOSTPU LU001..LU200]\n");
+    start_node(text);
+    expect_rows({
+        {"quilctl export > $SNA_PREFIX/now; sed 's/^.lu03.*/&\\ndescription = Claims/' "
+         "$SNA_PREFIX/now > $SNA_PREFIX/new",
+         0, "", ""},
+        {"for n in 1 2 3; do printf '[port BAD%s]\\ndlc_name = NONE\\n' $n; done >> "
+         "$SNA_PREFIX/new",
+         0, "", ""},
+        {"quilctl apply --dry-run $SNA_PREFIX/new | tail -1", 0,
+         "3 to define, 200 to change, 0 to delete", ""},
+        {"quilctl apply $SNA_PREFIX/new", 1, "200 of 203 done",
+         "define port BAD3 of one: a resource"},
+        {"quilctl diff $SNA_PREFIX/new", 1, "define port BAD1 of one", ""},
+        {"sed -i 's/NONE/LAN0/' $SNA_PREFIX/new; quilctl apply $SNA_PREFIX/new", 0, "3 of 3 done",
+         ""},
+        {"quilctl diff --delete $SNA_PREFIX/new", 0, "", ""},
+        {"until quilctl list port | grep 'BAD3 *active'; do sleep 0.1; done", 0, "BAD3", ""},
+        {"quilctl apply --delete --dry-run $SNA_PREFIX/now", 0, "which is active and has to be",
+         ""},
+        {"quilctl apply --delete $SNA_PREFIX/now", 1, "200 of 203 done",
+         "it is active; stop it first"},
+        {"quilctl apply --delete --stop $SNA_PREFIX/now", 0, "3 of 3 done", ""},
+        {"quilctl diff --delete $SNA_PREFIX/now", 0, "", ""},
+        {"quilctl history --count 1", 0, "DELETE_PORT port BAD1 OK", ""},
+    });
+}
+
 TEST_F(Quilctl, LetsOthersLook) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "needs root to be somebody else";

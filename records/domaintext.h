@@ -1,11 +1,11 @@
 /* Domain texts: a domain of nodes, written down.
  *
  * A line is a comment (#...), a section title or `name = value`.  `[domain]` comes first, every
- * `[node NAME]` starts a node, and the sections behind it, named after resource classes and
- * settings records, belong to it: `[port ETH0]`, `[lu03 HOSTPU LUD01..LUD24]` (a range, counting
- * the digits at the end of the name), `[directory NETA.CP NETA.LU1 lu]`, `[mode -]` (- is the blank
- * name).  Sections of the domain's classes and settings stand before the first node.  A section's
- * lines are the fields of its table; what it leaves out has the table's initial value.  A line
+ * `[node NAME]` starts a node, and the sections behind it, named after schemas and settings, belong
+ * to it: `[port ETH0]`, `[lu03 HOSTPU LUD01..LUD24]` (a range, counting the digits at the end of
+ * the name), `[directory NETA.CP NETA.LU1 lu]`, `[mode -]` (- is the blank name).  Sections of the
+ * domain's classes and settings stand before the first node.  A section's lines are the fields of
+ * its table; what it leaves out has the table's initial value.  A line
  * `+ ITEM [NAME]` begins an item within a resource, as a session of a user; the lines behind it are
  * the item's.
  *
@@ -14,16 +14,16 @@
 #ifndef DOMAINTEXT_H
 #define DOMAINTEXT_H
 
-#include "nodesettings.h"
-#include "resourceclass.h"
+#include "behaviour.h"
+#include "schemas.h"
 
 #include <string>
 #include <vector>
 
-namespace node {
+namespace records {
 
 struct TextResource {
-    const ClassRow *row;
+    const Schema *schema;
     std::vector<NB_UCHAR> entry; /* as long as a whole entry, overlay size in place */
     Behaviour behaviour;
     int line;
@@ -78,6 +78,6 @@ DomainText parse_domain_text(const std::string &file_name, std::string_view text
 /* Reads a file; one that cannot be read is an error of the result. */
 DomainText read_domain_file(const std::string &file_name);
 
-} // namespace node
+} // namespace records
 
 #endif

@@ -1,6 +1,6 @@
 #include "domaintext.h"
 
-#include "fieldrows.h"
+#include "entry.h"
 #include "nesteditems.h"
 
 #include <algorithm>
@@ -11,22 +11,21 @@
 #include <fstream>
 #include <iterator>
 
-namespace node {
+namespace records {
 
 namespace {
 
 constexpr FieldRow domain_facts[] = {
-    records::rows::text(FIELD_AT(DomainFacts, name)),
-    records::rows::flag(FIELD_AT(DomainFacts, client_server), "no"),
-    records::rows::flag(FIELD_AT(DomainFacts, domain_config), "yes"),
+    rows::text(FIELD_AT(DomainFacts, name)),
+    rows::flag(FIELD_AT(DomainFacts, client_server), "no"),
+    rows::flag(FIELD_AT(DomainFacts, domain_config), "yes"),
 };
 
 constexpr FieldRow node_facts[] = {
-    records::rows::word(FIELD_AT(NodeFacts, server_flags), records::server_words, "none")
-        .named("server"),
-    records::rows::flag(FIELD_AT(NodeFacts, start), "yes"),
-    records::rows::flag(FIELD_AT(NodeFacts, configured), "yes"),
-    records::rows::flag(FIELD_AT(NodeFacts, back_level), "no"),
+    rows::word(FIELD_AT(NodeFacts, server_flags), server_words, "none").named("server"),
+    rows::flag(FIELD_AT(NodeFacts, start), "yes"),
+    rows::flag(FIELD_AT(NodeFacts, configured), "yes"),
+    rows::flag(FIELD_AT(NodeFacts, back_level), "no"),
 };
 
 constexpr size_t MAX_RANGE = 100000;
@@ -108,7 +107,7 @@ private:
     void open_domain();
     void open_node(const std::vector<std::string> &words);
     void open_record(const Settings &row);
-    void open_resource(const ClassRow &row, const std::vector<std::string> &words);
+    void open_resource(const Schema &schema, const std::vector<std::string> &words);
     bool set_keys(const std::vector<std::string> &words);
     void close_resource();
     void open_item(std::string_view line);
@@ -137,11 +136,10 @@ std::string known_names(FieldTable table) {
 
 std::string known_sections() {
     std::string names;
-    for (NB_UCHAR id = 0; id < CLASS_COUNT; id++) {
-        const ClassRow &row = class_row(static_cast<ClassId>(id));
-        names += row.untold ? "" : std::string(row.schema->name) + ", ";
+    for (const Schema *schema : all_schemas) {
+        names += schema->untold ? "" : std::string(schema->name) + ", ";
     }
-    for (const Settings &row : records::settings) {
+    for (const Settings &row : settings) {
         names += std::string(row.name) + ", ";
     }
     return names.substr(0, names.size() - 2);
@@ -180,16 +178,16 @@ void Parser::line(int number, std::string_view raw) {
 void Parser::title(std::string_view inside) {
     const std::vector<std::string> words = words_of(inside);
     const std::string kind = words.empty() ? "" : words[0];
-    const Settings *record = records::settings_by_name(kind);
-    const ClassRow *row = class_by_name(kind);
+    const Settings *record = settings_by_name(kind);
+    const Schema *schema = schema_by_name(kind);
     if (kind == "domain") {
         open_domain();
     } else if (kind == "node") {
         open_node(words);
     } else if (record != nullptr) {
         open_record(*record);
-    } else if (row != nullptr && !row->untold) {
-        open_resource(*row, words);
+    } else if (schema != nullptr && !schema->untold) {
+        open_resource(*schema, words);
     } else {
         error("unknown section [" + kind + "]; known are domain, node, " + known_sections());
     }
@@ -213,12 +211,10 @@ void Parser::open_node(const std::vector<std::string> &words) {
         error("there is a node " + words[1] + " already; choose another name");
         return;
     }
-    constexpr const Settings &row = records::setting("node");
+    constexpr const Settings &row = setting("node");
     text_.nodes.push_back({words[1], number_, {}, {}, {}});
     TextNode &made = text_.nodes.back();
-    RecordSet initial;
-    made.records.push_back(
-        {&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
+    made.records.push_back({&row, initial_block(row), number_});
     places_.push_back({node_facts, reinterpret_cast<NB_UCHAR *>(&made.facts)});
     places_.push_back({row.fields, made.records[0].image.data()});
     open_ = true;
@@ -231,34 +227,32 @@ void Parser::open_record(const Settings &row) {
         return;
     }
     std::vector<TextRecord> &records = home().records;
-    RecordSet initial;
-    records.push_back({&row, {initial.image(row), initial.image(row) + row.block_size}, number_});
+    records.push_back({&row, initial_block(row), number_});
     places_.push_back({row.fields, records.back().image.data()});
     open_ = true;
 }
 
-void Parser::open_resource(const ClassRow &row, const std::vector<std::string> &words) {
-    if ((row.scope == Scope::Domain) != text_.nodes.empty()) {
-        error(row.scope == Scope::Domain
+void Parser::open_resource(const Schema &schema, const std::vector<std::string> &words) {
+    if ((schema.scope == Scope::Domain) != text_.nodes.empty()) {
+        error(schema.scope == Scope::Domain
                   ? "this section belongs to the domain: it stands before the first node"
                   : "a resource belongs to a node: its section stands behind a [node NAME]");
         return;
     }
-    const Schema &schema = *row.schema;
     auto *behaviour = reinterpret_cast<NB_UCHAR *>(&pending_.behaviour);
-    pending_ = {&row, std::vector<NB_UCHAR>(schema.overlay_size()), DEFAULT_BEHAVIOUR, number_};
+    pending_ = {&schema, std::vector<NB_UCHAR>(schema.overlay_size()), DEFAULT_BEHAVIOUR, number_};
     put_number(pending_.entry.data(), 2, static_cast<NB_ULONG>(schema.overlay_size()));
     set_initial_fields(schema.fields, pending_.entry.data());
-    set_initial_fields(row.simulated, behaviour);
+    set_initial_fields(schema.simulated, behaviour);
     open_ = set_keys(words);
     if (open_) {
-        places_ = {{schema.fields, pending_.entry.data()}, {row.simulated, behaviour}};
+        places_ = {{schema.fields, pending_.entry.data()}, {schema.simulated, behaviour}};
     }
 }
 
 /* The words of a title are the key fields in order; only the last name may be a range. */
 bool Parser::set_keys(const std::vector<std::string> &words) {
-    const Schema &schema = *pending_.row->schema;
+    const Schema &schema = *pending_.schema;
     std::string form;
     size_t at = 1;
     bool good = true;
@@ -288,11 +282,11 @@ bool Parser::set_keys(const std::vector<std::string> &words) {
 }
 
 void Parser::close_resource() {
-    if (!open_ || pending_.row == nullptr) {
-        pending_.row = nullptr;
+    if (!open_ || pending_.schema == nullptr) {
+        pending_.schema = nullptr;
         return;
     }
-    const FieldTable fields = pending_.row->schema->fields;
+    const FieldTable fields = pending_.schema->fields;
     const FieldRow *name_field = find_field(fields, "name");
     NB_ULONG count = 0;
     for (const std::string &name : pending_names_) {
@@ -317,7 +311,7 @@ void Parser::close_resource() {
         home().resources.push_back(std::move(made));
         count++;
     }
-    pending_.row = nullptr;
+    pending_.schema = nullptr;
 }
 
 /* The word behind the kind of item is its first field. */
@@ -326,11 +320,11 @@ void Parser::open_item(std::string_view line) {
     if (!open_) {
         return;
     }
-    if (pending_.row == nullptr || pending_.row->schema->nested.name == nullptr) {
+    if (pending_.schema == nullptr || pending_.schema->nested.name == nullptr) {
         error("this section has no items; a line is `name = value`");
         return;
     }
-    const Nested &nested = pending_.row->schema->nested;
+    const Nested &nested = pending_.schema->nested;
     if (words.empty() || words.size() > 2 || words[0] != nested.name) {
         error("an item of this section is + " + std::string(nested.name) + " [" +
               nested.fields[0].name + "]");
@@ -370,7 +364,7 @@ void Parser::value(std::string_view name, std::string_view text) {
     seen_.emplace_back(name);
     std::string known;
     for (const Open &open : places_) {
-        const FieldRow *row = records::find_field(open.table, name);
+        const FieldRow *row = find_field(open.table, name);
         if (row != nullptr && !row->has(FIELD_KEY)) {
             set(open, *row, text);
             return;
@@ -441,4 +435,4 @@ DomainText read_domain_file(const std::string &file_name) {
     return parse_domain_text(file_name, text);
 }
 
-} // namespace node
+} // namespace records
