@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include "globals.h"
+#include "manual.h"
 #include "messages.h"
 
 #include <CLI/CLI.hpp>
@@ -153,6 +154,21 @@ int run(int argc, char **argv) {
         "Ends with 0 done, 1 refused, 2 wrong arguments, 3 not reached, 4 no such resource, 5 no "
         "right to change.");
     add_commands(app, given, chosen);
+    add(app, "manual", "the manual page, for the formatter", chosen,
+        [&app](const Request &, const Arguments &) { return print_manual(app); })
+        ->group("");
+    add(app, "complete", "what may follow what was typed, for shells", chosen,
+        [&app](const Request &request, const Arguments &all) {
+            std::vector<std::string> commands;
+            for (const CLI::App *one : app.get_subcommands({})) {
+                if (!one->get_group().empty()) {
+                    commands.push_back(one->get_name());
+                }
+            }
+            return complete(request, commands, all.words);
+        })
+        ->group("")
+        ->add_option("words", given.words);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

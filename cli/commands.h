@@ -65,6 +65,11 @@ int check(const Request &request);
 int metrics(const Request &request);
 int watch(const Request &request, unsigned most);
 
+/* Prints what may stand in place of the last of the words that were typed behind `quilctl`
+ * (completion.cpp).  `commands` are those that there are. */
+int complete(const Request &request, const std::vector<std::string> &commands,
+             const std::vector<std::string> &typed);
+
 /* The whole program: reads the arguments and carries out the command. */
 int run(int argc, char **argv);
 

@@ -70,6 +70,9 @@ TEST_F(Quilctl, LooksAndChangesAndSaysWhyNot) {
         {"quilctl metrics", 0, "sna_used{node=\"harbour\",limit=\"lus\"} 80", ""},
         {"quilctl list unknown", 2, "", "there is no class"},
         {"quilctl", 2, "", "subcommand"},
+        {"quilctl complete -- --node harbour change ls HOST", 0, "HOSTCH HOSTETH", ""},
+        {"quilctl complete -- change ls HOSTCH ls_role=p", 0, "ls_role=primary", ""},
+        {"quilctl complete -- show nothing x", 0, "", ""},
         {"quilctl --node market watch >$SNA_PREFIX/seen & sleep 0.5; quilctl --node market define "
          "dlc SEEN;"
          "sleep 0.3; kill $!; cat $SNA_PREFIX/seen",
