@@ -217,32 +217,25 @@ int watch(const Request &request, unsigned most) {
     unsigned left = most;
     request.session.when_heard([&](const Home &home, const NAP_VCB &block) {
         const Schema *schema = records::schema_by_verb(block.opcode);
-        const auto status = nap_copy<NAP_VCB>(&block);
-        if (left == 0) {
+        const NAP_VERB *verb = nap_find_verb(block.opcode);
+        if (left == 0 || verb == nullptr) {
             return;
         }
-        if (schema != nullptr && nap_find_verb(block.opcode)->kind == NAP_KIND_INDICATION) {
+        if (schema != nullptr && verb->kind == NAP_KIND_INDICATION) {
             const auto news = nap_copy<NAP_RESOURCE_INDICATION>(&block);
             Bytes entry = new_entry(*schema);
             std::copy(news.key, news.key + schema->key_size(), entry.begin() + records::KEY_OFFSET);
-            std::copy(news.det_data, news.det_data + schema->det.width,
-                      entry.begin() + schema->det.offset);
-            const FieldRow *field = state_field(*schema);
             printf("%s%s%s %s %s%s\n", home.node.c_str(), home.node.empty() ? "" : " ",
                    schema->name, key_words(*schema, entry.data()).c_str(),
-                   news.deactivated != 0 ? "is gone"
-                   : field != nullptr    ? records::format_field(*field, entry.data()).c_str()
-                                         : "changed",
+                   (news.deactivated != 0 ? "is gone" : state_word(news.state)).c_str(),
                    news.data_lost != 0 ? " (indications before this one were lost)" : "");
         } else if (block.opcode == NAP_SERVER_INDICATION) {
             const auto news = nap_copy<NAP_SERVER_INDICATION_VERB>(&block);
             printf("node %s %s\n",
                    records::local_text(news.node_name, sizeof news.node_name).c_str(),
                    news.state != 0 ? "is there" : "is gone");
-        } else if (status.primary_rc == NAP_INDICATION ||
-                   NAP_KIND_CHANGES(nap_find_verb(block.opcode)->kind)) {
-            printf("%s%s%s\n", home.node.c_str(), home.node.empty() ? "" : " ",
-                   nap_find_verb(block.opcode)->name + 4);
+        } else if (verb->changes != 0) {
+            printf("%s%s%s\n", home.node.c_str(), home.node.empty() ? "" : " ", verb->name + 4);
         }
         fflush(stdout);
         left--;

@@ -2,6 +2,7 @@
 
 #include "entry.h"
 #include "fieldtext.h"
+#include "fieldwords.h"
 #include "nesteditems.h"
 #include "nofverbs.h"
 #include "verberror.h"
@@ -216,15 +217,18 @@ std::string shown(const FieldRow &field, const NB_UCHAR *record) {
 }
 
 const FieldRow *state_field(const Schema &schema) {
-    if (schema.start == 0 && &schema != &records::lu03) {
-        return nullptr;
-    }
-    for (const FieldRow &field : schema.status) {
-        if (field.kind == records::FieldKind::Word) {
-            return &field;
-        }
-    }
-    return nullptr;
+    const auto found =
+        std::find_if(schema.status.begin(), schema.status.end(), [](const FieldRow &field) {
+            return field.words.data() == std::data(records::state_words);
+        });
+    return found != schema.status.end() ? &*found : nullptr;
+}
+
+std::string state_word(NB_ULONG state) {
+    const auto found =
+        std::find_if(std::begin(records::state_words), std::end(records::state_words),
+                     [state](const records::FieldWord &word) { return word.value == state; });
+    return found != std::end(records::state_words) ? found->text : std::to_string(state);
 }
 
 std::string section_of(const Schema &schema, const NB_UCHAR *entry, bool with_status) {

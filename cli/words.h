@@ -70,6 +70,9 @@ std::string shown(const records::FieldRow &field, const NB_UCHAR *record);
 /* The field of the status that says whether a resource is up; null: it has no states. */
 const records::FieldRow *state_field(const records::Schema &schema);
 
+/* A state as texts have it, as in "active". */
+std::string state_word(NB_ULONG state);
+
 /* An entry as a section of a domain text: what it says of itself, without what has its initial
  * value, and status as comments when `with_status`. */
 std::string section_of(const records::Schema &schema, const NB_UCHAR *entry, bool with_status);
