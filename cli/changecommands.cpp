@@ -25,12 +25,28 @@ size_t name_parts(const Schema &schema) {
                       [](const FieldRow &field) { return field.has(records::FIELD_KEY); }));
 }
 
-/* The name comes first, then the fields. */
-void split(const Schema &schema, const std::vector<std::string> &words,
-           std::vector<std::string> &name, std::vector<std::string> &fields) {
-    const size_t parts = std::min(words.size(), name_parts(schema));
-    name.assign(words.begin(), words.begin() + static_cast<long>(parts));
-    fields.assign(words.begin() + static_cast<long>(parts), words.end());
+/* What is to be defined: words begin with its name, and fields follow. */
+struct Named {
+    const Schema &schema;
+    Home home;
+    Bytes entry; /* with the name, and initial values */
+    std::vector<std::string> fields;
+    std::string what; /* for failures */
+};
+
+Named name_first(const Request &request, const std::string &verb, const std::string &of,
+                 const std::vector<std::string> &words) {
+    const Schema &schema = class_named(of);
+    if (schema.define == 0) {
+        throw Failure(BAD_USAGE, "resources of " + of + " have no \"" + verb + "\"");
+    }
+    const auto parts =
+        words.begin() + static_cast<long>(std::min(words.size(), name_parts(schema)));
+    Named named = {schema, {}, new_entry(schema), {parts, words.end()}, ""};
+    set_key(schema, {words.begin(), parts}, named.entry);
+    named.what = verb + " " + of + " " + key_words(schema, named.entry.data());
+    named.home = home_of(request, schema);
+    return named;
 }
 
 int set_settings(const Request &request, const Settings &row,
@@ -134,23 +150,13 @@ void issue_define(const Request &request, const Home &home, const Schema &schema
 }
 
 int define(const Request &request, const std::string &of, const std::vector<std::string> &words) {
-    const Schema &schema = class_named(of);
-    std::vector<std::string> name;
-    std::vector<std::string> fields;
-    if (schema.define == 0) {
-        throw Failure(BAD_USAGE, "resources of " + of + " cannot be defined");
+    Named named = name_first(request, "define", of, words);
+    Bytes known = named.entry;
+    if (find_entry(request, named.home, named.schema, known)) {
+        throw Failure(REFUSED, named.what + ": it is there already; use change");
     }
-    split(schema, words, name, fields);
-    Bytes entry = new_entry(schema);
-    set_key(schema, name, entry);
-    const std::string what = "define " + of + " " + key_words(schema, entry.data());
-    const Home home = home_of(request, schema);
-    Bytes known = entry;
-    if (find_entry(request, home, schema, known)) {
-        throw Failure(REFUSED, what + ": it is there already; use change");
-    }
-    set_fields(schema.fields, of, fields, entry.data());
-    issue_define(request, home, schema, entry, what);
+    set_fields(named.schema.fields, of, named.fields, named.entry.data());
+    issue_define(request, named.home, named.schema, named.entry, named.what);
     return DONE;
 }
 
@@ -159,22 +165,12 @@ int change(const Request &request, const std::string &of, const std::vector<std:
     if (settings != nullptr) {
         return set_settings(request, *settings, words);
     }
-    const Schema &schema = class_named(of);
-    std::vector<std::string> name;
-    std::vector<std::string> fields;
-    if (schema.define == 0) {
-        throw Failure(BAD_USAGE, "resources of " + of + " cannot be changed");
+    Named named = name_first(request, "change", of, words);
+    if (!find_entry(request, named.home, named.schema, named.entry)) {
+        throw Failure(NOT_THERE, named.what + ": there is none; use define");
     }
-    split(schema, words, name, fields);
-    Bytes entry = new_entry(schema);
-    set_key(schema, name, entry);
-    const std::string what = "change " + of + " " + key_words(schema, entry.data());
-    const Home home = home_of(request, schema);
-    if (!find_entry(request, home, schema, entry)) {
-        throw Failure(NOT_THERE, what + ": there is none; use define");
-    }
-    set_fields(schema.fields, of, fields, entry.data());
-    issue_define(request, home, schema, entry, what);
+    set_fields(named.schema.fields, of, named.fields, named.entry.data());
+    issue_define(request, named.home, named.schema, named.entry, named.what);
     return DONE;
 }
 
