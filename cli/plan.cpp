@@ -8,7 +8,6 @@
 #include "snadefined.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <map>

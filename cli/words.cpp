@@ -1,4 +1,5 @@
 #include "words.h"
+#include "details.h"
 
 #include "entry.h"
 #include "fieldtext.h"
@@ -67,6 +68,22 @@ std::string status_lines(FieldTable status, const NB_UCHAR *record) {
 
 namespace {
 
+/* Where it was looked for, why nobody is there and what to do. */
+std::string unreachable() {
+    const NOF_FAILURE failure = nof_last_failure();
+    std::string text = vga_unreachable_line(failure);
+    if (text.empty()) { // there is no catalogue
+        text = std::string("the node software cannot be reached at ") + failure.socket + ": " +
+               failure.reason;
+    }
+    const size_t program = text.find(": ");
+    text.erase(0, text.rfind("quiladmin", 0) == 0 ? program + 2 : 0);
+    while (!text.empty() && text.back() == '\n') {
+        text.pop_back();
+    }
+    return text;
+}
+
 /* What a shell's user is told; the codes stand behind it. */
 std::string reason_of(NB_USHORT opcode, Codes codes) {
     static constexpr struct {
@@ -91,8 +108,11 @@ std::string reason_of(NB_USHORT opcode, Codes codes) {
         {NAP_NODE_NOT_ACTIVE, "the node is not active; start it first"},
         {NAP_STORE_FAILED, "it cannot be written to the disk, and nothing was done; make room"},
     };
+    if (codes.primary == NAP_UNAVAILABLE) {
+        return unreachable();
+    }
     for (const auto &row : reasons) {
-        if (row.secondary == codes.secondary && codes.primary != NAP_UNAVAILABLE) {
+        if (row.secondary == codes.secondary) {
             return row.text;
         }
     }

@@ -5,6 +5,10 @@ add_library(quiladmin_options INTERFACE)
 # Reports name files as they stand in the sources, wherever these were built.
 target_compile_options(quiladmin_options INTERFACE -Wall -Wextra
   -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+# What is overwritten by a fault shall be noticed, and not be jumped through.
+target_compile_options(quiladmin_options INTERFACE
+  "$<$<CONFIG:RelWithDebInfo,Release>:-D_FORTIFY_SOURCE=2;-fstack-protector-strong>")
+target_link_options(quiladmin_options INTERFACE -Wl,-z,relro,-z,now)
 if(QUILADMIN_SANITIZE)
   # What a test itself does wrong shows anyway: its own sources do without the checks and the
   # details for debuggers that take more than a third of the time to compile them.

@@ -6,6 +6,7 @@ build_packages=(
 )
 run_packages=(mwm xvfb xauth x11-utils xfonts-base fonts-dejavu-core imagemagick xdotool
   man-db)
+package_packages=(dpkg-dev lintian desktop-file-utils appstream systemd)
 test_packages=(
   libgtest-dev libboost-dev libxtst-dev groff clang libclang-rt-14-dev clang-format clang-tidy locales
 )

@@ -1,5 +1,6 @@
 /* The nodes' processes: starting, listening, burying, starting again. */
 #include "front.h"
+#include "servicemanager.h"
 
 #include "nbbase.h"
 #include "nbproblem.h"
@@ -230,6 +231,7 @@ void Front::all_ready() {
         ready_ = true;
         printf("snanode: domain %s ready\n", options_.domain_name.c_str());
         fflush(stdout);
+        tell_service_manager("READY=1");
         begin_faults();
     }
 }

@@ -80,15 +80,35 @@ void make_folders(const char *file) {
     }
 }
 
+// Made by root, it belongs to whom the folder belongs to, who shall go on writing it.
+int make_log(const char *file, int flags) {
+    const int fd = open(file, flags | O_CREAT, 0644);
+    char folder[PATH_MAX];
+    std::snprintf(folder, sizeof(folder), "%s", file);
+    char *const slash = std::strrchr(folder, '/');
+    struct stat facts;
+    if (slash) {
+        *slash = '\0';
+    }
+    if (fd >= 0 && slash && geteuid() == 0 && stat(folder, &facts) == 0 && facts.st_uid != 0 &&
+        fchown(fd, facts.st_uid, facts.st_gid) != 0) {
+        // It can be written today all the same.
+    }
+    return fd;
+}
+
 int open_log(const char *file) {
     // Opened for each line, so that the file may be moved away; and never waiting for a reader.
-    const int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    const int fd = open(file, flags, 0644);
-    if (fd >= 0 || errno != ENOENT) {
-        return fd;
+    const int flags = O_WRONLY | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    int fd = open(file, flags);
+    if (fd < 0 && errno == ENOENT) {
+        fd = make_log(file, flags);
     }
-    make_folders(file);
-    return open(file, flags, 0644);
+    if (fd < 0 && errno == ENOENT) {
+        make_folders(file);
+        fd = make_log(file, flags);
+    }
+    return fd;
 }
 
 // Of several processes that find it full at once, the first one does it.

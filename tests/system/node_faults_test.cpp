@@ -35,7 +35,8 @@ protected:
     void expect_unreachable(Process &program, const std::string &why) {
         ASSERT_NO_FATAL_FAILURE(expect_report(program, error_title, message(605, {"sna"})));
         EXPECT_EQ(flat(program.err()),
-                  message(1124, {place.path("var/sna.sock"), why, place.path("bin/snanode")}));
+                  message(1124, {place.path("var/sna.sock"), why,
+                                 place.path("bin/snanode") + " --domain NAME"}));
     }
 
     /* The window without a node, as it stands while nothing is known yet. */

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -104,9 +105,17 @@ std::string reason_of(const NOF_FAILURE &failure) {
     return words.empty() ? failure.reason : words;
 }
 
+/* A machine that runs it as a service shall start it as one. */
+std::string start_command() {
+    const std::string prefix = nba_prefix();
+    const bool service =
+        prefix == NB_DEFAULT_PREFIX && access("/lib/systemd/system/snanode.service", F_OK) == 0;
+    return service ? "systemctl start snanode" : prefix + "/bin/snanode --domain NAME";
+}
+
 std::string unreachable(NB_USHORT message, const NOF_FAILURE &failure) {
-    const std::string command = std::string(nba_prefix()) + "/bin/snanode";
-    return filled(message, "s s s", failure.socket, reason_of(failure).c_str(), command.c_str());
+    return filled(message, "s s s", failure.socket, reason_of(failure).c_str(),
+                  start_command().c_str());
 }
 
 } // namespace
