@@ -1,7 +1,7 @@
 # Shared by ./run and ./test: what must be installed, and a folder to run the build tree from.
 
 build_packages=(
-  g++ cmake ninja-build python3 libmotif-dev libmrm4 uil libsqlite3-dev libsodium-dev
+  g++ cmake ninja-build python3 libmotif-dev libsm-dev libmrm4 uil libsqlite3-dev libsodium-dev
   librsvg2-bin netpbm libcli11-dev nlohmann-json3-dev
 )
 run_packages=(mwm xvfb xauth x11-utils xfonts-base fonts-dejavu-core imagemagick xdotool

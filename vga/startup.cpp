@@ -82,7 +82,8 @@ const std::string &user_customization(NB_INT argc, NB_CHAR **argv) {
     return argument;
 }
 
-/* As XtVaAppInitialize; what it leaves of the arguments is in `argv`. */
+/* As XtVaAppInitialize, with a shell that knows of sessions; what it leaves of the arguments is in
+ * `argv`. */
 Widget open_toolkit(NB_INT *argc, NB_CHAR **argv, NB_CHAR **fallbacks) {
     std::vector<NB_CHAR *> words(argv, argv + *argc + 1);
     NB_INT count = *argc;
@@ -92,8 +93,8 @@ Widget open_toolkit(NB_INT *argc, NB_CHAR **argv, NB_CHAR **fallbacks) {
         words.insert(words.begin() + 1, std::begin(option), std::end(option));
         count += 2;
     }
-    Widget shell = XtVaAppInitialize(&gvga_appcontext, VGA_CLASS, nullptr, 0, &count, words.data(),
-                                     fallbacks, nullptr);
+    Widget shell = XtVaOpenApplication(&gvga_appcontext, VGA_CLASS, nullptr, 0, &count,
+                                       words.data(), fallbacks, sessionShellWidgetClass, nullptr);
     *argc = std::min(*argc, count);
     std::copy_n(words.begin(), *argc, argv);
     argv[*argc] = nullptr;
@@ -145,6 +146,13 @@ NB_VOID merge_user_file(NB_VOID) {
     gvga_local_database = read_user_file();
     if (gvga_local_database != nullptr) {
         XrmCombineFileDatabase(gvga_local_db_file, &gvga_resource_database, True);
+        /* The shell is older than what it says. */
+        NB_CHAR *type;
+        XrmValue geometry;
+        if (XrmGetResource(gvga_local_database, "quiladmin.geometry", VGA_CLASS ".Geometry", &type,
+                           &geometry)) {
+            XtVaSetValues(gvga_toplevel, XmNgeometry, geometry.addr, nullptr);
+        }
     }
 }
 

@@ -16,6 +16,7 @@
 #include "progressline.h"
 #include "recordtypes.h"
 #include "rememberedlines.h"
+#include "session.h"
 #include "settingsdialogs.h"
 #include "startstopbatch.h"
 #include "startup.h"
@@ -232,6 +233,9 @@ int main(int argc, char **argv) {
     NB_CHAR **new_argv;
     vga_add_params_to_command_line(argc, argv, &new_argc, &new_argv);
     NB_USHORT front_end = vga_initialise_frontend(&new_argc, new_argv);
+    if (front_end) {
+        vga_join_session(argc, argv);
+    }
     if (front_end && vga_initialise_backend() && show_first_window()) {
         while (gvga_exit_code == 0) {
             do_one_round();
@@ -251,6 +255,7 @@ int main(int argc, char **argv) {
         free(new_argv);
     }
     if (front_end) {
+        vga_leave_session();
         vga_terminate_frontend();
     }
     return gvga_exit_code;

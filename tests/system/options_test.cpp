@@ -72,4 +72,23 @@ TEST_F(Options, SizeChoosesIconsAndFont) {
     EXPECT_EQ(distance_of_lines({}, err), small);
 }
 
+/* The first window is as large and where it was asked for, by argument and by the user's file. */
+TEST_F(Options, TheGeometryIsThatOfTheFirstWindow) {
+    start_node("branch");
+    for (const bool by_file : {false, true}) {
+        if (by_file) {
+            place.write("home/.quilrc", "quiladmin.geometry: 711x503+17+23\n");
+        }
+        using Words = std::vector<std::string>;
+        Process &program = start_program(by_file ? Words{} : Words{"-geometry", "711x503+17+23"});
+        const WindowId window = domain_window();
+        ASSERT_NE(window, 0U);
+        EXPECT_EQ(screen().width(window), 711);
+        EXPECT_EQ(screen().top(window), 23);
+        EXPECT_NE(screen().width(open_node("harbour")), 711) << "others have their own";
+        close_window(window);
+        expect_end(program, 0);
+    }
+}
+
 } // namespace sys

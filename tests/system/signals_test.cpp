@@ -1,5 +1,6 @@
 // What comes from outside while the program runs: signals, errors of the display, its end, the loss
 // of the node software under a box, and an installation that finds nothing in its environment.
+#include "sessionmanager.h"
 #include "system_test.h"
 
 #include <X11/Xlib.h>
@@ -56,6 +57,43 @@ TEST_F(Signals, OthersEndItAtOnce) {
         expect_end(*program, -signal);
         EXPECT_TRUE(wait_for([&] { return screen().find(message(1300, {"corvid1"})) == 0; }));
     }
+}
+
+/* A logout asks as closing does; it is refused, called off under the question, and carried out. */
+TEST_F(Signals, ALogoutAsksAndEndsInOrder) {
+    SessionManager session;
+    ASSERT_NE(session.address(), "");
+    node = &start_node();
+    program = &start_program({"-size", "small"}, {{"SESSION_MANAGER", session.address()}});
+    window = loaded_window();
+    ASSERT_NE(window, 0u);
+    ASSERT_TRUE(session.joined);
+    session.save(false);
+    EXPECT_TRUE(wait_for([&] { return session.saved; }));
+    EXPECT_FALSE(session.asks) << "nobody is asked while the session goes on";
+    ASSERT_GE(session.restart_command.size(), 3U);
+    EXPECT_EQ(session.restart_command[session.restart_command.size() - 2], "-size");
+
+    const std::string title = message(185), question = message(205);
+    session.save(true);
+    press(box(title, question), "Cancel");
+    EXPECT_TRUE(wait_for([&] { return session.saved; }));
+    EXPECT_TRUE(session.answered && session.refused);
+    session.call_off();
+
+    session.save(true);
+    ASSERT_NE(box(title, question), 0U);
+    session.call_off();
+    EXPECT_TRUE(wait_for([&] { return session.saved && screen().find(title) == 0; }));
+    EXPECT_FALSE(session.refused);
+
+    session.save(true);
+    press(box(title, question), "OK");
+    EXPECT_TRUE(wait_for([&] { return session.saved; }));
+    EXPECT_TRUE(session.answered && !session.refused);
+    session.die();
+    expect_end(*program, 0);
+    EXPECT_TRUE(wait_for([&] { return session.left; }));
 }
 
 class DisplayFaults : public Signals {};
