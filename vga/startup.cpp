@@ -8,6 +8,7 @@
 #include "messages.h"
 #include "nbproblem.h"
 #include "resourcereader.h"
+#include "roundtrips.h"
 #include "screenresources.h"
 #include "toolkit.h"
 #include "v0uidpth.h"
@@ -123,6 +124,7 @@ String use_c_locale(Display *, String, XtPointer) {
 NB_VOID start_toolkit(NB_INT *argc, NB_CHAR **argv) {
     static NB_CHAR *fallbacks[] = {const_cast<NB_CHAR *>("*fontList: Fixed"), nullptr};
     nba_set_app_defaults_path();
+    vga_spare_round_trips();
     MrmInitialize();
     XtSetLanguageProc(nullptr, cut_locale_is_missing() ? use_c_locale : nullptr, nullptr);
     gvga_toplevel = open_toolkit(argc, argv, fallbacks);

@@ -51,8 +51,9 @@ NB_VOID watched(Widget shell, XtPointer data, XEvent *event, Boolean *) {
         covered.erase(shell);
     }
     const bool seen =
-        event->type == FocusIn || (event->type == VisibilityNotify && has_keyboard(window) != 0);
-    if (seen && window->unseen != 0) {
+        window->unseen != 0 &&
+        (event->type == FocusIn || (event->type == VisibilityNotify && has_keyboard(window) != 0));
+    if (seen) {
         count(window, 0);
     }
 }

@@ -2,6 +2,7 @@
 
 #ifdef QUILADMIN_OWN_COLOURS
 
+#include "libraryfunction.h"
 #include "nbbase.h"
 #include <X11/Xft/Xft.h>
 #include <X11/Xutil.h>
@@ -57,14 +58,6 @@ NB_VOID look_up(XColor &colour) {
     colour.flags = DoRed | DoGreen | DoBlue;
 }
 
-/* Passes a call on to the X library's own function of that name; 0, "failed", where there is none,
- * as in a program that has the library linked into itself. */
-template <class... Arguments> int ask_library(const NB_CHAR *name, Arguments... arguments) {
-    auto *const function = reinterpret_cast<int (*)(Arguments...)>(dlsym(RTLD_NEXT, name));
-    NB_ASSERT(function != nullptr);
-    return function != nullptr ? function(arguments...) : 0;
-}
-
 double distance(const XColor &one, const XColor &other) {
     const double red = one.red - other.red, green = one.green - other.green,
                  blue = one.blue - other.blue;
@@ -83,7 +76,7 @@ Status allocate_nearest(const XColor &wanted, XColor *colour) {
     });
     for (const XColor &cell : cells) {
         *colour = cell;
-        if (ask_library("XAllocColor", shared_map.display, shared_map.colormap, colour) != 0) {
+        if (vga_ask_library("XAllocColor", shared_map.display, shared_map.colormap, colour) != 0) {
             return 1;
         }
     }
@@ -95,7 +88,7 @@ Status allocate_nearest(const XColor &wanted, XColor *colour) {
 extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colour) {
     if (!is_known(display, colormap)) {
         const XColor wanted = *colour;
-        if (ask_library("XAllocColor", display, colormap, colour) != 0) {
+        if (vga_ask_library("XAllocColor", display, colormap, colour) != 0) {
             return 1;
         }
         return display == shared_map.display && colormap == shared_map.colormap &&
@@ -111,7 +104,7 @@ extern "C" Status XAllocColor(Display *display, Colormap colormap, XColor *colou
 
 extern "C" int XQueryColors(Display *display, Colormap colormap, XColor *colours, int count) {
     if (!is_known(display, colormap)) {
-        return ask_library("XQueryColors", display, colormap, colours, count);
+        return vga_ask_library("XQueryColors", display, colormap, colours, count);
     }
     for (int at = 0; at < count; at++) {
         look_up(colours[at]);

@@ -24,6 +24,11 @@ NB_VOID vga_add_null_timeout(NB_VOID) {
 NB_VOID vga_update_display(NB_VOID) {
     if (gvga_toplevel != nullptr && gvga_display_dirty) {
         gvga_display_dirty = 0;
-        XmUpdateDisplay(gvga_toplevel);
+        /* What is exposed is drawn, as far as the server has said so: XmUpdateDisplay would wait
+         * for it to say more, on a distant display longer than the work that is to come. */
+        XEvent event;
+        while (XCheckMaskEvent(gvga_display, ExposureMask, &event)) {
+            XtDispatchEvent(&event);
+        }
     }
 }

@@ -97,7 +97,8 @@ bool send_all(int to, const char *bytes, size_t length) {
 
 } // namespace
 
-X_COUNTER::X_COUNTER(const std::string &display) : real_number_(std::atoi(display.c_str() + 1)) {
+X_COUNTER::X_COUNTER(const std::string &display, int away)
+    : real_number_(std::atoi(display.c_str() + 1)), one_way_(away * 500) {
     sockaddr_un address;
     for (int number = first_number; display_.empty() && number < first_number + 100; number++) {
         listener_ = display_socket(number, address);
@@ -139,7 +140,12 @@ void X_COUNTER::pump(int milliseconds) {
             fds.push_back({link.ended ? -1 : link.program, POLLIN, 0});
             fds.push_back({link.ended ? -1 : link.server, POLLIN, 0});
         }
-        if (poll(fds.data(), fds.size(), milliseconds) <= 0) {
+        bool waits = false; /* for its time to be passed on */
+        for (LINK &link : links_) {
+            link.ended = link.ended || !deliver(link);
+            waits = waits || !link.under_way.empty();
+        }
+        if (poll(fds.data(), fds.size(), waits ? std::min(milliseconds, 1) : milliseconds) <= 0) {
             return;
         }
         for (size_t at = 0; at < links_.size(); at++) {
@@ -158,13 +164,40 @@ void X_COUNTER::pump(int milliseconds) {
     }
 }
 
+/* What has been long enough on its way. */
+bool X_COUNTER::deliver(LINK &link) {
+    for (; !link.under_way.empty() && link.under_way.front().due <= CLOCK::now();
+         link.under_way.pop_front()) {
+        const PIECE &piece = link.under_way.front();
+        if (!send_all(piece.from_program ? link.server : link.program, piece.bytes.data(),
+                      piece.bytes.size())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::vector<int> X_COUNTER::descriptors() const {
+    std::vector<int> all = {listener_};
+    for (const LINK &link : links_) {
+        if (!link.ended) {
+            all.insert(all.end(), {link.program, link.server});
+        }
+    }
+    return all;
+}
+
 /* Passes on what can be read at once, and looks at the messages in it. */
 bool X_COUNTER::pass(LINK &link, bool from_program) {
     static char piece[1 << 18];
     std::string &left = from_program ? link.from_program : link.from_server;
     const ssize_t count = recv(from_program ? link.program : link.server, piece, sizeof piece, 0);
-    if (count <= 0 ||
-        !send_all(from_program ? link.server : link.program, piece, static_cast<size_t>(count))) {
+    if (count <= 0) {
+        return false;
+    }
+    link.under_way.push_back(
+        {CLOCK::now() + one_way_, from_program, {piece, static_cast<size_t>(count)}});
+    if (!deliver(link)) {
         return false;
     }
     left.append(piece, static_cast<size_t>(count));
