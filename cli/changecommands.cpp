@@ -2,12 +2,14 @@
 #include "commands.h"
 
 #include "defineblock.h"
+#include "domaintext.h"
 #include "entry.h"
 #include "fieldtext.h"
 #include "nofverbs.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <sstream>
 
@@ -149,15 +151,74 @@ void issue_define(const Request &request, const Home &home, const Schema &schema
     expect(what, schema.define, request.session.issue(home.target, block));
 }
 
-int define(const Request &request, const std::string &of, const std::vector<std::string> &words) {
+namespace {
+
+/* Which of the words is the name that may be a range; as many as there are when it has none. */
+size_t range_word(const Schema &schema, size_t words) {
+    size_t at = 0;
+    for (const FieldRow &field : schema.fields) {
+        if (field.has(records::FIELD_KEY)) {
+            if (strcmp(field.name, "name") == 0) {
+                return std::min(at, words);
+            }
+            at++;
+        }
+    }
+    return words;
+}
+
+/* One of a range of them; numbers that have to differ count with it. */
+void define_one(const Request &request, const std::string &of,
+                const std::vector<std::string> &words, NB_ULONG count) {
     Named named = name_first(request, "define", of, words);
     Bytes known = named.entry;
     if (find_entry(request, named.home, named.schema, known)) {
         throw Failure(REFUSED, named.what + ": it is there already; use change");
     }
     set_fields(named.schema.fields, of, named.fields, named.entry.data());
+    for (const FieldRow &field : named.schema.fields) {
+        if (field.has(records::FIELD_COUNTS) && count != 0) {
+            NB_UCHAR *at = named.entry.data() + field.offset;
+            const NB_ULONG value = records::get_number(at, field.width) + count;
+            if (value > field.high) {
+                throw Failure(BAD_USAGE, named.what + ": " + field.name + " would be " +
+                                             std::to_string(value) + ", at most " +
+                                             std::to_string(field.high) + " is allowed");
+            }
+            records::put_number(at, field.width, value);
+        }
+    }
     issue_define(request, named.home, named.schema, named.entry, named.what);
-    return DONE;
+}
+
+} // namespace
+
+int define(const Request &request, const std::string &of, const std::vector<std::string> &words) {
+    const size_t at = range_word(class_named(of), words.size());
+    std::vector<std::string> names;
+    if (at == words.size()) {
+        define_one(request, of, words, 0);
+        return DONE;
+    }
+    if (!records::expand_range(words[at], names)) {
+        throw Failure(BAD_USAGE, words[at] + " is no range of names; one is LU01..LU24");
+    }
+    int first = DONE;
+    NB_ULONG count = 0;
+    for (const std::string &name : names) {
+        std::vector<std::string> one = words;
+        one[at] = name;
+        try {
+            define_one(request, of, one, count++);
+        } catch (const Failure &failure) {
+            if (names.size() == 1 || failure.status == UNREACHABLE) {
+                throw;
+            }
+            fprintf(stderr, "quilctl: %s\n", failure.what());
+            first = first == DONE ? failure.status : first;
+        }
+    }
+    return first;
 }
 
 int change(const Request &request, const std::string &of, const std::vector<std::string> &words) {

@@ -27,6 +27,7 @@ struct Arguments {
     bool deletes = false;
     bool stops = false;
     bool dry_run = false;
+    bool passwords = false;
 };
 
 using Action = std::function<int(const Request &request, const Arguments &given)>;
@@ -109,15 +110,18 @@ void add_commands(CLI::App &app, Arguments &given, std::optional<Action> &chosen
             });
     command->add_option("file", given.of, "- for standard input")->required();
     command->add_flag("--delete", given.deletes, "what the text does not have is to go");
-    command = add(app, "apply", "make the domain as a text says", chosen,
-                  [](const Request &request, const Arguments &all) {
-                      return apply(request, all.of, {all.deletes, all.stops, all.dry_run});
-                  });
+    command =
+        add(app, "apply", "make the domain as a text says", chosen,
+            [](const Request &request, const Arguments &all) {
+                return apply(request, all.of, {all.deletes, all.stops, all.dry_run, all.passwords});
+            });
     command->add_option("file", given.of, "- for standard input")->required();
     command->add_flag("--delete", given.deletes,
                       "delete what the text does not have, of the classes that it has sections of");
     command->add_flag("--stop", given.stops,
                       "stop what is active and in the way, and start again what was changed");
+    command->add_flag("--passwords", given.passwords,
+                      "set the passwords that the text says, which cannot be compared");
     command->add_flag("--dry-run", given.dry_run, "show what would be done, and do nothing");
 
     add(app, "status", "the nodes and their states", chosen,

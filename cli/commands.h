@@ -52,9 +52,10 @@ void issue_define(const Request &request, const Home &home, const records::Schem
 int export_text(const Request &request, const std::vector<std::string> &of);
 int diff(const Request &request, const std::string &file, bool deletes);
 struct Applying {
-    bool deletes; /* what the text does not have */
-    bool stops;   /* what is in the way */
-    bool dry_run; /* the plan is shown, and no more */
+    bool deletes;   /* what the text does not have */
+    bool stops;     /* what is in the way */
+    bool dry_run;   /* the plan is shown, and no more */
+    bool passwords; /* that the text says are set, whether anything else is changed or not */
 };
 int apply(const Request &request, const std::string &file, Applying how);
 

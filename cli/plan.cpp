@@ -85,6 +85,19 @@ std::vector<std::string> lines_in(const std::string &section) {
     return lines;
 }
 
+bool says_secret(records::FieldTable fields, const Bytes &bytes) {
+    return std::any_of(fields.begin(), fields.end(), [&bytes](const records::FieldRow &field) {
+        return field.has(records::FIELD_SECRET) && !records::is_empty_field(field, bytes.data());
+    });
+}
+
+/* A password that nobody can compare is set by who asks for it. */
+bool sets_password(const Step &step, Wishes wishes) {
+    return wishes.passwords &&
+           says_secret(step.schema != nullptr ? step.schema->fields : step.settings->fields,
+                       step.wanted);
+}
+
 bool differs(const Step &step) {
     return section_of(step, step.wanted) != section_of(step, step.known);
 }
@@ -116,7 +129,7 @@ void plan_node(const Request &request, const Home &home, const TextNode &text,
                                                     told->image.data());
     Step step = {Step::Set, nullptr, &node, text.name, settings_of(request, home, node), {}};
     step.known = step.wanted;
-    step.limits = settings_of(request, home, limits);
+    step.limits = step.known_limits = settings_of(request, home, limits);
     Step other = {Step::Set, nullptr, &limits, text.name, step.limits, step.limits};
     if (named) {
         step.wanted = told->image;
@@ -129,7 +142,7 @@ void plan_node(const Request &request, const Home &home, const TextNode &text,
     }
 }
 
-void plan_settings(const Request &request, const Home &home, const TextNode &text,
+void plan_settings(const Request &request, const Home &home, const TextNode &text, Wishes wishes,
                    std::vector<Step> &steps) {
     for (const TextRecord &record : text.records) {
         if (record.row->set == 0) {
@@ -137,7 +150,7 @@ void plan_settings(const Request &request, const Home &home, const TextNode &tex
         }
         Step step = {Step::Set, nullptr,      record.row,
                      text.name, record.image, settings_of(request, home, *record.row)};
-        if (differs(step)) {
+        if (differs(step) || sets_password(step, wishes)) {
             steps.push_back(std::move(step));
         }
     }
@@ -159,7 +172,7 @@ std::map<std::string, Bytes> entries_in(const Request &request, const Home &home
     return entries;
 }
 
-void plan_class(const Request &request, const Schema &schema, const TextNode &text, bool deletes,
+void plan_class(const Request &request, const Schema &schema, const TextNode &text, Wishes wishes,
                 std::vector<Step> &steps, std::vector<Step> &deletions) {
     const bool told =
         std::any_of(text.resources.begin(), text.resources.end(),
@@ -180,19 +193,19 @@ void plan_class(const Request &request, const Schema &schema, const TextNode &te
             step.known = found->second;
             known.erase(found);
         }
-        if (differs(step)) {
+        if (differs(step) || sets_password(step, wishes)) {
             steps.push_back(std::move(step));
         }
     }
     for (auto &[key, entry] : known) {
-        if (deletes && schema.remove != 0 && is_defined(schema, entry.data()) &&
+        if (wishes.deletes && schema.remove != 0 && is_defined(schema, entry.data()) &&
             !is_sna_named(schema, entry.data())) {
             deletions.push_back({Step::Delete, &schema, nullptr, text.name, {}, std::move(entry)});
         }
     }
 }
 
-void plan_home(const Request &request, const TextNode &text, bool deletes,
+void plan_home(const Request &request, const TextNode &text, Wishes wishes,
                std::vector<Step> &steps) {
     std::vector<Step> deletions;
     const bool of_domain = text.name.empty();
@@ -202,15 +215,41 @@ void plan_home(const Request &request, const TextNode &text, bool deletes,
         if (!of_domain) {
             plan_node(request, home, text, steps);
         }
-        plan_settings(request, home, text, steps);
+        plan_settings(request, home, text, wishes, steps);
     }
     for (const Schema *schema : classes()) {
         if ((schema->scope == Scope::Domain) == of_domain) {
-            plan_class(request, *schema, text, deletes, steps, deletions);
+            plan_class(request, *schema, text, wishes, steps, deletions);
         }
     }
     std::reverse(deletions.begin(), deletions.end());
     std::move(deletions.begin(), deletions.end(), std::back_inserter(steps));
+}
+
+/* Which nodes may keep the domain's configuration.  Who does is not for a text to say. */
+void plan_servers(const Request &request, const DomainText &text, Wishes wishes,
+                  std::vector<Step> &steps) {
+    std::vector<NAP_NODE_ALL_DATA> nodes;
+    const bool speaks_of_them =
+        std::any_of(text.nodes.begin(), text.nodes.end(),
+                    [](const TextNode &node) { return node.facts.server_flags != 0; });
+    if (!speaks_of_them) {
+        return;
+    }
+    expect("the nodes of the domain", NAP_QUERY_NODE_ALL, request.session.nodes(nodes));
+    for (const NAP_NODE_ALL_DATA &node : nodes) {
+        const std::string name = records::local_text(node.node_name, sizeof node.node_name);
+        const TextNode *told = text.find(name);
+        const bool serves = node.info.server_flags != 0;
+        if (told != nullptr && nodes.size() > 1 && (request.node.empty() || request.node == name) &&
+            (told->facts.server_flags != 0) != serves && (!serves || wishes.deletes)) {
+            const auto *bytes = reinterpret_cast<const NB_UCHAR *>(node.node_name);
+            Step step = {
+                Step::Serve, nullptr, nullptr, name, {bytes, bytes + sizeof node.node_name}, {}};
+            step.serves = !serves;
+            steps.push_back(std::move(step));
+        }
+    }
 }
 
 } // namespace
@@ -251,20 +290,24 @@ bool is_defined(const Schema &schema, const NB_UCHAR *entry) {
     return sna_defined().count(section_of(schema, entry, false)) == 0;
 }
 
-std::vector<Step> plan_of(const Request &request, const DomainText &text, bool deletes) {
+std::vector<Step> plan_of(const Request &request, const DomainText &text, Wishes wishes) {
     std::vector<Step> steps;
+    plan_servers(request, text, wishes, steps);
     if (request.node.empty()) {
-        plan_home(request, text.own, deletes, steps);
+        plan_home(request, text.own, wishes, steps);
     }
     for (const TextNode &node : text.nodes) {
         if (request.node.empty() || request.node == node.name) {
-            plan_home(request, node, deletes, steps);
+            plan_home(request, node, wishes, steps);
         }
     }
     return steps;
 }
 
 std::string words_of(const Step &step) {
+    if (step.kind == Step::Serve) {
+        return (step.serves ? "add backup server " : "delete backup server ") + step.node;
+    }
     constexpr const char *verbs[] = {"change", "define", "change", "delete"};
     const std::string name =
         step.schema == nullptr
@@ -276,6 +319,9 @@ std::string words_of(const Step &step) {
 }
 
 std::string lines_of(const Step &step) {
+    if (step.kind == Step::Serve) {
+        return "";
+    }
     const std::vector<std::string> before = lines_in(section_of(step, step.known));
     const std::vector<std::string> after = lines_in(section_of(step, step.wanted));
     std::string text;
@@ -287,6 +333,21 @@ std::string lines_of(const Step &step) {
             }
         }
     }
+    if (step.kind == Step::Set && step.settings == &records::setting("node")) {
+        Step limits = step;
+        limits.settings = &records::setting("limits");
+        limits.wanted = step.limits;
+        limits.known = step.known_limits;
+        text += limits.wanted == limits.known ? "" : lines_of(limits);
+    }
+    const records::FieldTable fields =
+        step.schema != nullptr ? step.schema->fields : step.settings->fields;
+    for (const records::FieldRow &field : fields) {
+        if (!step.wanted.empty() && field.has(records::FIELD_SECRET) &&
+            !records::is_empty_field(field, step.wanted.data())) {
+            text += std::string("+ ") + field.name + " = (not shown, and not compared)\n";
+        }
+    }
     return text;
 }
 
@@ -294,6 +355,14 @@ namespace {
 
 void try_out(const Request &request, const Step &step) {
     const std::string what = words_of(step);
+    if (step.kind == Step::Serve) {
+        const Home home = home_of({request.session, "", request.form}, records::user);
+        NAP_NAME_VERB verb = {};
+        verb.opcode = step.serves ? NAP_ADD_BACKUP : NAP_DELETE_BACKUP;
+        std::copy(step.wanted.begin(), step.wanted.end(), verb.key);
+        expect(what, verb.opcode, request.session.issue(home.target, verb));
+        return;
+    }
     const Request in = in_node(request, step.node);
     if (step.schema == nullptr) {
         const Home home = home_of(in, step.settings->of_domain ? records::user : records::ls);

@@ -12,23 +12,29 @@
 namespace cli {
 
 struct Step {
-    enum Kind { Set, Make, Change, Delete };
+    enum Kind { Set, Make, Change, Delete, Serve };
 
     Kind kind;
     const records::Schema *schema;     /* null: settings */
     const records::Settings *settings; /* null: a resource */
-    std::string node;                  /* "": the domain */
+    std::string node;                  /* "": the domain; of Serve, the server */
     Bytes wanted;                      /* the entry, or the block of the settings */
     Bytes known;                       /* as it is */
     Bytes limits = {};                 /* of settings "node": the other block that goes with it */
+    Bytes known_limits = {};
+    bool serves = false; /* of Serve: the node is to become a backup server */
 };
 
 /* Reads a text from a file, or from standard input for "-".  A failure has all that is wrong. */
 records::DomainText read_text(const std::string &file);
 
 /* What the text says that is not so.  With `deletes`, also what is there and not in the text, of
- * the classes that the text has sections of in that node. */
-std::vector<Step> plan_of(const Request &request, const records::DomainText &text, bool deletes);
+ * the classes that the text has sections of in that node, and servers that it says are none. */
+struct Wishes {
+    bool deletes;
+    bool passwords; /* those that the text says are set, as nobody can compare them */
+};
+std::vector<Step> plan_of(const Request &request, const records::DomainText &text, Wishes wishes);
 
 /* True for what an administrator defined: the node has not made it by itself. */
 bool is_defined(const records::Schema &schema, const NB_UCHAR *entry);

@@ -114,7 +114,7 @@ void print_plan(const std::vector<Step> &steps) {
 } // namespace
 
 int diff(const Request &request, const std::string &file, bool deletes) {
-    const std::vector<Step> steps = plan_of(request, read_text(file), deletes);
+    const std::vector<Step> steps = plan_of(request, read_text(file), {deletes, false});
     print_plan(steps);
     return steps.empty() ? DONE : REFUSED;
 }
@@ -122,7 +122,7 @@ int diff(const Request &request, const std::string &file, bool deletes) {
 /* A refusal holds up nobody else: what depends on it is refused, too, and all of it is told.  What
  * was done is not done again the next time, since it is as the text says then. */
 int apply(const Request &request, const std::string &file, Applying how) {
-    const std::vector<Step> steps = plan_of(request, read_text(file), how.deletes);
+    const std::vector<Step> steps = plan_of(request, read_text(file), {how.deletes, how.passwords});
     size_t done = 0;
     int worst = DONE;
     if (steps.empty()) {
@@ -130,13 +130,14 @@ int apply(const Request &request, const std::string &file, Applying how) {
         return DONE;
     }
     if (how.dry_run) {
-        size_t counts[4] = {};
+        size_t counts[5] = {};
         for (const Step &step : steps) {
             counts[step.kind]++;
         }
         print_plan(steps);
         printf("%zu to define, %zu to change, %zu to delete\n", counts[Step::Make],
-               counts[Step::Change] + counts[Step::Set], counts[Step::Delete]);
+               counts[Step::Change] + counts[Step::Set] + counts[Step::Serve],
+               counts[Step::Delete]);
         return DONE;
     }
     for (const Step &step : steps) {

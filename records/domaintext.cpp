@@ -49,7 +49,8 @@ std::vector<std::string> words_of(std::string_view text) {
     return words;
 }
 
-/* A name, or the names from FIRST..LAST, which differ in the digits at their ends only. */
+} // namespace
+
 bool expand_range(const std::string &word, std::vector<std::string> &names) {
     const size_t dots = word.find("..");
     if (dots == std::string::npos) {
@@ -79,6 +80,8 @@ bool expand_range(const std::string &word, std::vector<std::string> &names) {
     }
     return true;
 }
+
+namespace {
 
 bool good_node_name(const std::string &name) {
     return !name.empty() && name.size() <= MAX_NODE_NAME && name[0] != '.' &&

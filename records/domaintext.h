@@ -71,6 +71,10 @@ struct DomainText {
     const TextNode *find(const std::string &node) const;
 };
 
+/* Adds to `names` the word, or all from FIRST..LAST, which differ in the digits at their ends only;
+ * false when the two do not go together, or when these are more than 100,000. */
+bool expand_range(const std::string &word, std::vector<std::string> &names);
+
 /* Reads a text.  The result is good when it has no errors; at most MAX_TEXT_ERRORS are kept. */
 constexpr size_t MAX_TEXT_ERRORS = 20;
 DomainText parse_domain_text(const std::string &file_name, std::string_view text);
