@@ -631,6 +631,7 @@ TEST(NodeFront, ATakeoverIsWholeOrDidNotTakePlace) {
         Running node(pair_with_backup());
         node.write("faults", row.fault);
         kill(node.pid, SIGHUP);
+        EXPECT_EQ(masters_of(node), " one"); /* who answers has read the faults */
         kill(node.process_of("one"), SIGKILL);
         int status = 0;
         waitpid(node.pid, &status, 0);
