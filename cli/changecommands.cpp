@@ -176,17 +176,9 @@ void define_one(const Request &request, const std::string &of,
         throw Failure(REFUSED, named.what + ": it is there already; use change");
     }
     set_fields(named.schema.fields, of, named.fields, named.entry.data());
-    for (const FieldRow &field : named.schema.fields) {
-        if (field.has(records::FIELD_COUNTS) && count != 0) {
-            NB_UCHAR *at = named.entry.data() + field.offset;
-            const NB_ULONG value = records::get_number(at, field.width) + count;
-            if (value > field.high) {
-                throw Failure(BAD_USAGE, named.what + ": " + field.name + " would be " +
-                                             std::to_string(value) + ", at most " +
-                                             std::to_string(field.high) + " is allowed");
-            }
-            records::put_number(at, field.width, value);
-        }
+    std::string why;
+    if (!records::count_on(named.schema.fields, named.entry.data(), count, why)) {
+        throw Failure(BAD_USAGE, named.what + ": " + why);
     }
     issue_define(request, named.home, named.schema, named.entry, named.what);
 }

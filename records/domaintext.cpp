@@ -81,6 +81,22 @@ bool expand_range(const std::string &word, std::vector<std::string> &names) {
     return true;
 }
 
+bool count_on(FieldTable fields, NB_UCHAR *entry, NB_ULONG count, std::string &why) {
+    for (const FieldRow &field : fields) {
+        if (!field.has(FIELD_COUNTS)) {
+            continue;
+        }
+        const NB_ULONG value = get_number(entry + field.offset, field.width) + count;
+        if (value > field.high) {
+            why = std::string(field.name) + " would be " + std::to_string(value) + ", at most " +
+                  std::to_string(field.high) + " is allowed";
+            return false;
+        }
+        put_number(entry + field.offset, field.width, value);
+    }
+    return true;
+}
+
 namespace {
 
 bool good_node_name(const std::string &name) {
@@ -298,18 +314,8 @@ void Parser::close_resource() {
         if (!set_field(*name_field, name == "-" ? "" : name, made.entry.data(), why)) {
             text_.error(made.line, name + " is no name here: " + why);
         }
-        for (const FieldRow &field : fields) {
-            if (field.has(FIELD_COUNTS)) {
-                NB_UCHAR *at = made.entry.data() + field.offset;
-                const NB_ULONG value = get_number(at, field.width) + count;
-                if (value > field.high) {
-                    text_.error(made.line, name + ": " + field.name + " would be " +
-                                               std::to_string(value) + ", at most " +
-                                               std::to_string(field.high) + " is allowed");
-                    break;
-                }
-                put_number(at, field.width, value);
-            }
+        if (!count_on(fields, made.entry.data(), count, why)) {
+            text_.error(made.line, name + ": " + why);
         }
         home().resources.push_back(std::move(made));
         count++;

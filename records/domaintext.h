@@ -75,6 +75,10 @@ struct DomainText {
  * false when the two do not go together, or when these are more than 100,000. */
 bool expand_range(const std::string &word, std::vector<std::string> &names);
 
+/* Adds `count` to the numbers of an entry that have to differ in a range, as an LU's address has.
+ * False when one would be too large, and `why` says which. */
+bool count_on(FieldTable fields, NB_UCHAR *entry, NB_ULONG count, std::string &why);
+
 /* Reads a text.  The result is good when it has no errors; at most MAX_TEXT_ERRORS are kept. */
 constexpr size_t MAX_TEXT_ERRORS = 20;
 DomainText parse_domain_text(const std::string &file_name, std::string_view text);
