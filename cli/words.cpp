@@ -103,7 +103,12 @@ std::string reason_of(NB_USHORT opcode, Codes codes) {
         {NAP_RESOURCE_ACTIVE, "it is active; stop it first"},
         {NAP_RESOURCE_INACTIVE, "what it depends on is not active; start that first"},
         {NAP_IN_USE, "other definitions name it, or it is not yours to change"},
-        {NAP_LIMIT_REACHED, "the node may have no more; see `quilctl limits`"},
+        {NAP_PORT_LIMIT, "its port has as many active links as it may have; stop one, or raise "
+                         "tot_link_act_lim of the port"},
+        {NAP_LU_LIMIT, "the node has as many LUs as it may have; see `quilctl limits`"},
+        {NAP_LINK_LIMIT, "the node has as many link stations as it may have; see `quilctl limits`"},
+        {NAP_SESSION_LIMIT,
+         "the mode, the local LU or the node has as many sessions as it may have"},
         {NAP_PARTNER_UNREACHABLE, "no active link leads to its partner"},
         {NAP_NODE_NOT_ACTIVE, "the node is not active; start it first"},
         {NAP_STORE_FAILED, "it cannot be written to the disk, and nothing was done; make room"},

@@ -16,9 +16,11 @@ struct Behaviour {
     NB_ULONG up_ms;         /* time to come up; 0: derived from the name */
     NB_UCHAR user_name[32]; /* text: who uses an LU; empty: nobody */
     NB_ULONG end_ms;        /* time that a session takes to end orderly; 0: derived from the name */
+    NB_USHORT fails_every;  /* seconds that a link lasts before it breaks; 0: it does not */
+    NB_USHORT fails_for;    /* seconds that it stays broken */
 };
 
-constexpr Behaviour DEFAULT_BEHAVIOUR = {1, 0, 0, 0, {}, 0};
+constexpr Behaviour DEFAULT_BEHAVIOUR = {1, 0, 0, 0, {}, 0, 0, 0};
 
 /* What a schema's `simulated` may be. */
 namespace behaviour {
@@ -30,6 +32,8 @@ inline constexpr FieldRow reachable_or_not[] = {
 inline constexpr FieldRow link[] = {
     rows::flag(FIELD_AT(Behaviour, reachable), "yes"),
     rows::number(FIELD_AT(Behaviour, up_ms), 0, 60000, "0").in(Unit::Milliseconds),
+    rows::number(FIELD_AT(Behaviour, fails_every), 0, 65535, "0").in(Unit::Seconds),
+    rows::number(FIELD_AT(Behaviour, fails_for), 0, 65535, "0").in(Unit::Seconds),
 };
 
 inline constexpr FieldRow session_of_lu[] = {

@@ -162,6 +162,7 @@ NB_VOID do_one_round(NB_VOID) {
 NB_VOID read_environment(NB_VOID) {
     signal(SIGTERM, vga_signal_catcher);
     signal(SIGCHLD, vga_signal_catcher);
+    signal(SIGPIPE, SIG_IGN); /* a display that ends is reported by the X library */
     gvga_variant_x = 0;
     gvga_variant_y = 1;
     vga_set_locale_environment();

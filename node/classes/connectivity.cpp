@@ -33,6 +33,14 @@ void fill_port(const Engine &engine, NB_UCHAR *bytes) {
     }
 }
 
+/* Places that are kept for calls of one kind are of those that there are. */
+Result check_port(const Engine &, const NB_UCHAR *bytes, const Resource *) {
+    const auto port = nap_copy<NAP_PORT_DATA>(bytes).def_data;
+    return port.inb_link_act_lim + port.out_link_act_lim <= port.tot_link_act_lim
+               ? GOOD
+               : bad_parameter(NAP_INVALID_VALUE);
+}
+
 void show_port(const Engine &engine, Resource &resource) {
     auto entry = Engine::get<NAP_PORT_DATA>(resource);
     entry.det_data.port_state = resource.state;
@@ -118,9 +126,14 @@ bool pu_name_taken(const Engine &engine, const NAP_LS_DATA &link) {
     return false;
 }
 
+/* A node has no link to itself. */
 Result check_ls(const Engine &engine, const NB_UCHAR *bytes, const Resource *old) {
     const auto entry = nap_copy<NAP_LS_DATA>(bytes);
     const ClassId made = made_class(entry);
+    if (same_name(entry.def_data.adj_cp_name, engine.node_record().info.fq_cp_name,
+                  sizeof entry.def_data.adj_cp_name)) {
+        return bad_parameter(NAP_INVALID_VALUE);
+    }
     if (made != CLASS_COUNT && is_blank8(entry.def_data.pu_name)) {
         return bad_parameter(NAP_INVALID_NAME);
     }
@@ -194,7 +207,7 @@ void show_ls(const Engine &engine, Resource &resource) {
     const NB_ULONG control = entry.def_data.cp_cp_sess_support != 0 ? 2 : 0;
     const bool was_active = det.ls_state == NAP_ACTIVE;
     det.ls_state = resource.state;
-    det.adj_node_type = det.hpr_support = det.dynamic = 0;
+    det.adj_node_type = det.hpr_support = 0;
     det.started_at = started_at(engine, resource);
     memset(det.adj_cp_name, 0x40, sizeof det.adj_cp_name);
     if (resource.state == NAP_ACTIVE) {
@@ -205,6 +218,11 @@ void show_ls(const Engine &engine, Resource &resource) {
         det.act_sess_count = control;
         det.in_bytes = det.out_bytes = det.in_frames = det.out_frames = det.retransmissions = 0;
         memcpy(det.adj_cp_name, entry.def_data.adj_cp_name, sizeof det.adj_cp_name);
+        if (const LinkEnd *end = engine.link_end(resource); end != nullptr && !end->cp.empty()) {
+            memcpy(det.adj_cp_name, end->cp.data(), sizeof det.adj_cp_name);
+            det.adj_node_type = end->node_type;
+            det.hpr_support = det.hpr_support != 0 && end->hpr != 0 ? 1 : 0;
+        }
     } else if (was_active) {
         det.act_sess_count -= std::min(det.act_sess_count, control);
     }
@@ -376,7 +394,8 @@ constexpr ClassRow classes[] = {
               .up_low_ms = 200,
               .up_high_ms = 800,
               .down_ms = 150},
-     .hooks = {.fill = fill_port,
+     .hooks = {.check = check_port,
+               .fill = fill_port,
                .defined = port_defined,
                .show = show_port,
                .moved = port_moved,

@@ -50,12 +50,14 @@ void Engine::execute(const NB_VOID *block, size_t length, Answer &answer) {
     answer.block.assign(bytes, bytes + length);
     answer.data.clear();
     changes_.clear();
+    changed_nothing_ = false;
     Result result = check_block(bytes, length);
     if (result.ok()) {
         result = dispatch(answer.block, answer.data);
     }
     set_result(answer.block, result);
     answer.changes = std::move(changes_);
+    answer.changed_nothing = changed_nothing_;
     trace_verb(answer.block);
     if (!result.ok()) {
         answer.data.clear();
@@ -154,7 +156,7 @@ Result Engine::check_limit(const ClassRow &row) const {
     const NB_ULONG there = lu ? tables_[CLASS_LU03]->count() + tables_[CLASS_LOCAL_LU]->count()
                               : tables_[CLASS_LS]->count();
     const NB_ULONG most = lu ? limits.max_lus : row.id == CLASS_LS ? limits.max_links : 0;
-    return most == 0 || there < most ? GOOD : bad_state(NAP_LIMIT_REACHED);
+    return most == 0 || there < most ? GOOD : bad_state(lu ? NAP_LU_LIMIT : NAP_LINK_LIMIT);
 }
 
 NAP_QUERY_NODE_VERB Engine::node_record() const {

@@ -11,11 +11,14 @@
 #ifndef ENGINE_H
 #define ENGINE_H
 
+#include "links.h"
 #include "nodesettings.h"
 #include "nodetext.h"
 #include "resourcetable.h"
+#include "sense.h"
 #include "store.h"
 #include "traces.h"
+#include "world.h"
 
 #include <array>
 #include <map>
@@ -29,7 +32,8 @@ namespace node {
 struct Answer {
     std::vector<NB_UCHAR> block;
     std::vector<NB_UCHAR> data;
-    std::string changes = {}; /* what it changed, in the words of changewords.h */
+    std::string changes = {};     /* what it changed, in the words of changewords.h */
+    bool changed_nothing = false; /* a start of what is up, or a stop of what is down */
 };
 
 struct Generated; /* generate.h */
@@ -40,8 +44,7 @@ public:
     /* A block with primary return code NAP_INDICATION: NAP_RESOURCE_INDICATION about a resource, or
      * NAP_QUERY_NODE_VERB (opcode NAP_QUERY_NODE) when the node itself changed. */
     virtual void indicate(const NB_VOID *block, size_t length) = 0;
-    /* A link station to another control point came up or went: NAP_RESOURCE_INDICATION whose key is
-     * this node's control point and the partner's, 17 bytes each.  For the domain's other nodes. */
+    /* Something of a link to another node of the domain, LinkNews: for those other nodes. */
     virtual void link_changed(const NB_VOID *block, size_t length) {
         (void)block;
         (void)length;
@@ -95,13 +98,17 @@ public:
     /* The domain tells the node its server flags, which it shows but does not own. */
     void set_server_flags(NB_ULONG flags);
 
-    /* What another node of the domain said with link_changed: two nodes that name each other come
-     * up and go down together. */
-    void partner_link(const NAP_RESOURCE_INDICATION &news);
+    /* What another node of the domain said with link_changed. */
+    void link_news(const LinkNews &news);
 
-    /* Another node of the domain is running, or not: no link to its control point comes up before
-     * it is, and those that could not come up then try again. */
-    void partner_node(const NB_UCHAR *fq_cp_name, bool active);
+    /* Another node of the domain is running, or not: links to it are lost, and none comes up. */
+    void partner_node(const NB_UCHAR *fq_cp_name, bool there);
+
+    /* Who is there outside of the domain; everybody, unless it is said. */
+    void live_in(World world);
+
+    /* The world stands still: no link breaks, nobody visits. */
+    void keep_still() { still_ = true; }
 
     NAP_QUERY_NODE_VERB node_record() const;
     NB_ULONG node_state() const { return node_state_; }
@@ -110,6 +117,7 @@ public:
     ResourceTable &table(ClassId id) const { return *tables_[id]; }
     Resource *find(ClassId id, const NB_UCHAR *key) const { return tables_[id]->find(key); }
     const Clock &clock() const { return clock_; }
+    const LinkEnd *link_end(const Resource &link) const; /* null: it is not active */
     void indicate(const Resource &resource, bool deactivated);
     /* Adds a line to the node's log: severity and message are NAP_LOG_ ones. */
     void log(NB_UCHAR severity, NB_ULONG message, const std::string &text, NB_ULONG sense = 0);
@@ -235,7 +243,8 @@ private:
     void finish_start(Resource &resource);
     void start_dependants(Resource &owner);
     void finish_dependants(const Resource &owner);
-    void start_failed(Resource &resource);
+    void start_failed(Resource &resource, NB_ULONG sense);
+    void try_again(Resource &resource);
     void retry(Resource &resource);
     void failed(Resource &resource, NB_ULONG sense);
     void forget_last_failure(Resource &resource);
@@ -247,7 +256,7 @@ private:
     bool put_roots_on(Descent &descent) const;
     static void put_on(Descent &descent, const std::vector<Resource *> &resources);
     void stop_some();
-    void take_stops_back(Resource &resource);
+    bool take_stops_back(Resource &resource);
     void go_on_stopping(Resource &resource);
     void finish_stop(Resource &resource);
     void count_below(Resource &resource, int change);
@@ -304,9 +313,32 @@ private:
     void count_mode(Resource &mode, const Resource *link);
     void show_partner_sessions(const NB_UCHAR *alias, NB_ULONG sessions);
     void show_lu_sessions(const NB_UCHAR *alias, NB_ULONG sessions);
-    bool partner_absent(const Resource &resource) const;
-    void tell_partner(const Resource &resource);
-    template <class Action> void for_links_to(const NB_UCHAR *fq_cp_name, Action action);
+
+    /* links (links.cpp) */
+    std::string partner_of(const NAP_LS_DATA &link) const;
+    bool answers(const NB_UCHAR *fq_cp_name) const;
+    bool is_answered(const Resource &link) const;
+    bool has_room(const Resource &port, bool incoming) const;
+    void send_link_news(NB_UCHAR kind, const Resource &link, const LinkEnd &end, NB_ULONG sense);
+    void connect(Resource &link);
+    void not_answered(Resource &link);
+    void join(Resource &link, const LinkEnd &end);
+    void hang_up(const Resource &link, NB_ULONG sense);
+    void forget(Resource &resource);
+    void lose(Resource &link, NB_ULONG sense);
+    Resource *station_for(const LinkNews &call) const;
+    Resource *port_for(const LinkNews &call, NB_ULONG &why_not) const;
+    bool next_dynamic_name(NB_UCHAR (&name)[8]);
+    Resource *make_station(const Resource &port, NAP_LS_DATA &link);
+    Resource *implicit_station(const LinkNews &call, NB_ULONG &why_not);
+    bool awaits_answer_of(const std::string &cp) const;
+    void take_call(const LinkNews &call);
+    void refuse(const LinkNews &call, NB_ULONG sense);
+    void take_waiting_calls(const std::string &cp);
+    void take_answer(const LinkNews &answer);
+    void take_down(const LinkNews &news);
+    void fail_later(Resource &link);
+    bool is_dark(const Resource &link) const;
 
     /* what sessions bring with them (routes.cpp) */
     struct Brought {
@@ -340,22 +372,24 @@ private:
     bool telling_ = false;    /* what a definition makes and takes away is indicated */
     Brought routes_;
     Brought ip_sessions_;
-    std::map<std::string, bool> partners_; /* other nodes of the domain: are they active */
-    bool wanted_ = false;                  /* the node is to run */
-    bool generated_ = false;               /* the store holds changes only */
-    SessionCounts sessions_shown_;         /* in local LUs and partners in use */
-    std::vector<Descent> descents_;        /* the last one first */
-    std::string changes_;                  /* what the verb that is carried out changed */
+    std::map<std::string, bool> partners_;       /* other nodes of the domain: are they running */
+    std::map<std::string, LinkEnd> link_ends_;   /* of link stations, by name */
+    std::map<std::string, uint64_t> dark_until_; /* link stations whose line is broken */
+    std::vector<LinkNews> waiting_calls_;
+    NB_ULONG last_dynamic_ = 0; /* link station that nobody defined */
+    World world_;
+    bool still_ = false;
+    bool changed_nothing_ = false;  /* the verb that is carried out */
+    bool wanted_ = false;           /* the node is to run */
+    bool generated_ = false;        /* the store holds changes only */
+    SessionCounts sessions_shown_;  /* in local LUs and partners in use */
+    std::vector<Descent> descents_; /* the last one first */
+    std::string changes_;           /* what the verb that is carried out changed */
     TimerId node_timer_ = 0;
     TimerId slice_timer_ = 0; /* of stops that are under way */
     TimerId traffic_timer_ = 0;
     TimerId store_timer_ = 0; /* something is owed to the store */
 };
-
-/* Sense codes of failures. */
-constexpr NB_ULONG SENSE_LINK_FAILED = 0x80020000;  /* nobody answers */
-constexpr NB_ULONG SENSE_PARTNER_LOST = 0x80030000; /* the node at the other end has gone */
-constexpr NB_ULONG SENSE_NOT_STARTED = 0x081C0000;  /* a port or PU that cannot be started */
 
 /* An orderly stop waits so long for a session to end; then it ends it. */
 constexpr NB_ULONG ORDERLY_WAIT_MS = 10000;

@@ -20,7 +20,6 @@ namespace node {
 namespace {
 
 constexpr NB_ULONG NODE_UP_MS = 300;
-constexpr NB_USHORT RETRY_FOR_EVER = 65535;
 
 /* The same name takes the same time on every start. */
 NB_ULONG time_to_come_up(const Resource &resource) {
@@ -112,7 +111,9 @@ void Engine::set_state(Resource &resource, NB_UCHAR state) {
     }
     if (row.life.shows_pending || !pending) {
         indicate(resource, false);
-        tell_partner(resource);
+    }
+    if (row.id == CLASS_LS && state == NAP_NOT_ACTIVE) {
+        hang_up(resource, 0);
     }
     if (row.life.shows_pending && !pending) {
         log(NAP_LOG_AUDIT, up ? NAP_LOG_STARTED : NAP_LOG_STOPPED, resource);
@@ -139,6 +140,11 @@ void Engine::start(Resource &resource) {
         finish_start(resource);
         return;
     }
+    if (resource.row->id == CLASS_LS && resource.state == NAP_NOT_ACTIVE &&
+        !has_room(*owner_of(resource), false)) {
+        start_failed(resource, SENSE_LIMIT);
+        return;
+    }
     set_state(resource, NAP_PENDING_ACTIVE);
     wait(resource, time_to_come_up(resource), &Engine::finish_start);
 }
@@ -148,13 +154,16 @@ void Engine::finish_start(Resource &resource) {
         set_state(resource, NAP_NOT_ACTIVE);
         return;
     }
-    if (resource.behaviour.reachable == 0 || partner_absent(resource)) {
-        start_failed(resource);
-        return;
+    const bool link = resource.row->id == CLASS_LS;
+    if (resource.behaviour.reachable == 0 || (link && !is_answered(resource))) {
+        start_failed(resource, link ? SENSE_LINK_FAILED : SENSE_NOT_STARTED);
+    } else if (link) {
+        connect(resource);
+    } else {
+        resource.tries = 0;
+        set_state(resource, NAP_ACTIVE);
+        start_dependants(resource);
     }
-    resource.tries = 0;
-    set_state(resource, NAP_ACTIVE);
-    start_dependants(resource);
 }
 
 /* Those that show no pending states, LUs, come up together: one timer for all of an owner. */
@@ -206,32 +215,31 @@ void Engine::failed(Resource &resource, NB_ULONG sense) {
     } else if (resource.row->id == CLASS_LS) {
         note(get<NAP_LS_DATA>(resource));
     }
-    const bool lost = sense == SENSE_PARTNER_LOST;
+    const bool lost = resource.state == NAP_ACTIVE;
     log(NAP_LOG_EXCEPTION, lost ? NAP_LOG_LINK_LOST : NAP_LOG_START_FAILED, resource, sense);
 }
 
-/* A link station tries again as its definition says. */
-void Engine::start_failed(Resource &resource) {
-    failed(resource, resource.row->id == CLASS_LS ? SENSE_LINK_FAILED : SENSE_NOT_STARTED);
-    if (resource.row->id == CLASS_LS) {
-        const auto link = get<NAP_LS_DATA>(resource).def_data;
-        const bool again = link.react_timer != 0 && (link.react_retries == RETRY_FOR_EVER ||
-                                                     resource.tries < link.react_retries);
-        if (again) {
-            resource.tries++;
-            wait(resource, link.react_timer * 1000U, &Engine::retry);
-        }
-    }
+/* It tries again as its definition says. */
+void Engine::start_failed(Resource &resource, NB_ULONG sense) {
+    const bool told = resource.state == NAP_NOT_ACTIVE;
+    failed(resource, sense);
     set_state(resource, NAP_NOT_ACTIVE);
+    try_again(resource);
+    if (told) {
+        indicate(resource, false);
+    }
 }
 
 void Engine::retry(Resource &resource) {
-    if (owner_active(resource)) {
+    if (!owner_active(resource)) {
+        return;
+    }
+    if (resource.row->id == CLASS_LS) {
         auto entry = get<NAP_LS_DATA>(resource);
         entry.det_data.retries++;
         put(resource, entry);
-        start(resource);
     }
+    start(resource);
 }
 
 /* PUs towards hosts and those that are served share their verbs and their names. */
@@ -252,8 +260,12 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
     if (!owner_active(*resource)) {
         return bad_state(NAP_RESOURCE_INACTIVE);
     }
+    if (resource->row->id == CLASS_LS && resource->state == NAP_NOT_ACTIVE &&
+        !has_room(*owner_of(*resource), false)) {
+        return bad_state(NAP_PORT_LIMIT);
+    }
     resource->tries = 0;
-    take_stops_back(*resource);
+    changed_nothing_ = is_up(*resource) && !take_stops_back(*resource);
     start(*resource);
     return GOOD;
 }

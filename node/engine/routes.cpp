@@ -87,7 +87,7 @@ const Resource *Engine::link_to(const NB_UCHAR *fq_cp_name) const {
             continue;
         }
         const auto link = get<NAP_LS_DATA>(*at);
-        if (memcmp(link.def_data.adj_cp_name, fq_cp_name, CP_WIDTH) == 0) {
+        if (memcmp(link.det_data.adj_cp_name, fq_cp_name, CP_WIDTH) == 0) {
             return at;
         }
         if (link.def_data.adj_cp_type == NAP_ADJ_NETWORK_NODE &&
@@ -115,8 +115,8 @@ Engine::Wanted Engine::wanted_routes() const {
     for (Resource *at = links.first(); at != nullptr; at = ResourceTable::next(*at)) {
         const auto link = get<NAP_LS_DATA>(*at);
         if (link.det_data.hpr_support != 0 && link.def_data.cp_cp_sess_support != 0) {
-            carry(link, link.def_data.adj_cp_name, control, "in", 1);
-            carry(link, link.def_data.adj_cp_name, control, "out", 1);
+            carry(link, link.det_data.adj_cp_name, control, "in", 1);
+            carry(link, link.det_data.adj_cp_name, control, "out", 1);
         }
     }
     const ResourceTable &modes = *tables_[CLASS_MODE];

@@ -78,7 +78,7 @@ Result Engine::check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const {
                       (lu_limit == 0 || lu.active_sessions + more <= lu_limit) &&
                       lu.active_sessions + more <= MOST_NUMBERS &&
                       (limits.max_sessions == 0 || active_sessions_ + more <= limits.max_sessions);
-    return fits ? GOOD : bad_state(NAP_LIMIT_REACHED);
+    return fits ? GOOD : bad_state(NAP_SESSION_LIMIT);
 }
 
 Result Engine::activate_session(std::vector<NB_UCHAR> &block) {
@@ -123,7 +123,7 @@ Result Engine::activate_session(std::vector<NB_UCHAR> &block) {
         std::mismatch(there.begin(), there.end(), before.begin(), before.end()).first;
     if (first == there.end()) {
         mode->extra = int32_t{entry.act_sess_count} - mode->behaviour.sessions;
-        return bad_state(NAP_LIMIT_REACHED);
+        return bad_state(NAP_SESSION_LIMIT);
     }
     verb.session_number = get<NAP_SESSION_DATA>(**first).session_number;
     memcpy(block.data(), &verb, sizeof verb);

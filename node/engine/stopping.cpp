@@ -141,7 +141,7 @@ void Engine::stop_some() {
 }
 
 /* Ends the stops of a resource that have not come to it; what they took down comes up again. */
-void Engine::take_stops_back(Resource &resource) {
+bool Engine::take_stops_back(Resource &resource) {
     const NB_UCHAR *key = resource.entry.get() + KEY_OFFSET;
     const auto is_of_it = [&resource, key](const Descent &descent) {
         const GoingDown *last = descent.left.empty() ? nullptr : &descent.left.front();
@@ -149,8 +149,10 @@ void Engine::take_stops_back(Resource &resource) {
                memcmp(last->key.data(), key, last->key.size()) == 0;
     };
     std::vector<GoingDown> taken;
+    bool any = resource.going_down;
     for (Descent &descent : descents_) {
         if (is_of_it(descent)) {
+            any = true;
             std::move(descent.left.begin(), descent.left.end(), std::back_inserter(taken));
             descent.left.clear();
         }
@@ -164,6 +166,7 @@ void Engine::take_stops_back(Resource &resource) {
             }
         }
     }
+    return any;
 }
 
 /* When nothing is left that the resource waits for. */
@@ -230,6 +233,8 @@ Result Engine::stop_verb(const ClassRow &row, const NB_UCHAR *block) {
         return bad_parameter(NAP_UNKNOWN_RESOURCE);
     }
     forget_last_failure(*resource);
+    changed_nothing_ = resource->state == NAP_NOT_ACTIVE ||
+                       is_on_its_way(*resource, static_cast<Stop>(verb.stop_type));
     begin_descent({resource}, static_cast<Stop>(verb.stop_type));
     return GOOD;
 }

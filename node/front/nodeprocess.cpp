@@ -92,6 +92,7 @@ public:
 
 private:
     bool open_store(std::string &why);
+    bool load_kept(std::string &why);
     bool load_first(std::string &why);
     bool generate(std::string &why);
     void handle();
@@ -137,6 +138,15 @@ bool NodeProcess::open_store(std::string &why) {
     return !is_lost(loaded != "1");
 }
 
+/* What is around the node is not kept. */
+bool NodeProcess::load_kept(std::string &why) {
+    const bool loaded = engine_.load_store(why);
+    if (loaded) {
+        engine_.live_in(world_of(read_domain_file(options_.domain_file)));
+    }
+    return loaded;
+}
+
 bool NodeProcess::load_first(std::string &why) {
     DomainText domain = read_domain_file(options_.domain_file);
     const TextNode *text = domain.find(options_.node);
@@ -157,7 +167,7 @@ bool NodeProcess::load() {
     const bool loaded =
         open_store(why) &&
         (!options_.generate.empty() ? generate(why)
-                                    : engine_.load_store(why) || (why.empty() && load_first(why)));
+                                    : load_kept(why) || (why.empty() && load_first(why)));
     if (!loaded) {
         fprintf(stderr, "snanode: node %s: %s\n", options_.node.c_str(), why.c_str());
     }
@@ -186,17 +196,18 @@ void NodeProcess::handle_news(const Frame &frame) {
         frame.block.size() == sizeof(NAP_SERVER_INDICATION_VERB)) {
         auto news = nap_copy<NAP_SERVER_INDICATION_VERB>(frame.block.data());
         engine_.set_server_flags(news.server_flags);
-    } else if (opcode == NAP_LS_INDICATION &&
-               frame.block.size() == sizeof(NAP_RESOURCE_INDICATION)) {
-        auto news = nap_copy<NAP_RESOURCE_INDICATION>(frame.block.data());
-        engine_.partner_link(news);
+    } else if (opcode == NAP_LS_INDICATION && frame.block.size() == sizeof(LinkNews)) {
+        auto news = nap_copy<LinkNews>(frame.block.data());
+        engine_.link_news(news);
     } else if (opcode == NAP_REGISTER_INDICATION_SINK &&
                frame.block.size() == sizeof(NAP_REGISTER_SINK_VERB)) {
         auto news = nap_copy<NAP_REGISTER_SINK_VERB>(frame.block.data());
         link_.want(news.indication);
     } else if (opcode == NAP_QUERY_NODE && frame.block.size() == sizeof(NAP_QUERY_NODE_VERB)) {
         auto other = nap_copy<NAP_QUERY_NODE_VERB>(frame.block.data());
-        engine_.partner_node(other.info.fq_cp_name, other.info.node_state == NAP_NODE_ACTIVE);
+        const NB_ULONG state = other.info.node_state; /* a node that stops ends its links itself */
+        engine_.partner_node(other.info.fq_cp_name,
+                             state == NAP_NODE_ACTIVE || state == NAP_NODE_STOPPING);
     }
 }
 
@@ -217,9 +228,9 @@ void NodeProcess::handle_frame(const Frame &frame) {
         answer.data.assign(answer.changes.begin(), answer.changes.end());
         answer.data.resize((answer.data.size() + 3) / 4 * 4); /* as frames have it */
     }
-    link_.answer(make_frame(NOF_FRAME_ANSWER, frame.header.correlator, frame.header.target,
-                            answer.block.data(), answer.block.size(), answer.data.data(),
-                            answer.data.size()));
+    link_.answer(make_frame(NOF_FRAME_ANSWER, frame.header.correlator,
+                            answer.changed_nothing ? CHANGED_NOTHING : 0, answer.block.data(),
+                            answer.block.size(), answer.data.data(), answer.data.size()));
 }
 
 void NodeProcess::handle() {

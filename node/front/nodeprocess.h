@@ -18,6 +18,7 @@
 namespace node {
 
 constexpr NB_ULONG FOR_OTHER_NODES = 1; /* correlator */
+constexpr NB_ULONG CHANGED_NOTHING = 1; /* target of an answer: nobody needs a copy of the verb */
 constexpr NB_ULONG SIGN_OF_LIFE = 2;    /* another: asked for by the front, and given */
 
 struct ServeOptions {

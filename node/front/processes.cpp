@@ -182,7 +182,8 @@ void Front::node_answer(NodeProcess &node, const Frame &frame) {
     const bool changes = verb->changes != 0; /* its data says what it changed */
     const auto end = std::find(frame.data.begin(), frame.data.end(), '\0');
     note_change(flight.user, &node, frame.block, {frame.data.begin(), end});
-    if (header.primary_rc == NAP_OK && NAP_KIND_COPIED(verb->kind) && !of_node) {
+    if (header.primary_rc == NAP_OK && NAP_KIND_COPIED(verb->kind) && !of_node &&
+        frame.header.target != CHANGED_NOTHING) {
         send_copy(client, &node, frame.block);
     }
     if (client != nullptr) {

@@ -57,7 +57,11 @@ typedef struct nap_vcb {
 #define NAP_IN_USE              0x5547 /* with STATE_CHECK: other definitions name it */
 #define NAP_LIMIT_REACHED       0x5548 /* with STATE_CHECK: no more are allowed */
 #define NAP_PARTNER_UNREACHABLE 0x5549 /* with STATE_CHECK: no active link leads there */
+#define NAP_PORT_LIMIT          0x554A /* with STATE_CHECK: its port has all links that it may */
+#define NAP_LU_LIMIT            0x554B /* with STATE_CHECK: the node has all LUs that it may */
 #define NAP_NODE_NOT_ACTIVE     0x554C /* with STATE_CHECK: start the node first */
+#define NAP_LINK_LIMIT          0x554D /* with STATE_CHECK: likewise link stations */
+#define NAP_SESSION_LIMIT       0x554E /* with STATE_CHECK: a mode, an LU or the node, sessions */
 #define NAP_LAST_BACKUP         0x5554 /* with STATE_CHECK: the domain's only server */
 #define NAP_STORE_FAILED        0x5560 /* with STATE_CHECK: could not be written, nothing done */
 #define NAP_NOT_STORED          0x5562 /* with OK: done, but not written yet */

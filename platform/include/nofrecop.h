@@ -43,7 +43,7 @@ typedef struct nap_end_lu_session {
 
 /* Activates LU 6.2 sessions, or deactivates them.  A mode that is not in use with the partner yet
  * is, behind the first activation, with the limits of its definition.  Answered when the sessions
- * are there (NAP_PARTNER_UNREACHABLE when they cannot be, NAP_LIMIT_REACHED when there may not be
+ * are there (NAP_PARTNER_UNREACHABLE when they cannot be, NAP_SESSION_LIMIT when there may not be
  * as many), or when their end has begun. */
 typedef struct nap_lu62_session {
     NAP_VCB_HEADER;

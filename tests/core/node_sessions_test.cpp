@@ -204,7 +204,7 @@ TEST_F(Operating, Lu62SessionsComeAndGo) {
     EXPECT_EQ(activate(2), OK_CODES);
     EXPECT_EQ(sessions("PAYLU"), (Numbers{1, 2, 3, 4, 5}));
     EXPECT_EQ(mode().act_sess_count, 5);
-    EXPECT_EQ(activate(4), state(NAP_LIMIT_REACHED));
+    EXPECT_EQ(activate(4), state(NAP_SESSION_LIMIT));
     EXPECT_EQ(deactivate(2, AT_ONCE), OK_CODES);
     EXPECT_EQ(deactivate(3, ORDERLY), OK_CODES);
     EXPECT_EQ(sessions("PAYLU"), (Numbers{1, 3, 4, 5}));
@@ -212,7 +212,7 @@ TEST_F(Operating, Lu62SessionsComeAndGo) {
     EXPECT_EQ(sessions("PAYLU"), (Numbers{1, 4, 5}));
     EXPECT_EQ(deactivate(0, ORDERLY), OK_CODES);
     EXPECT_EQ(mode().draining, 1);
-    EXPECT_EQ(activate(1), state(NAP_LIMIT_REACHED));
+    EXPECT_EQ(activate(1), state(NAP_SESSION_LIMIT));
     rig.pass(1000);
     EXPECT_EQ(mode().act_sess_count, 0);
     EXPECT_EQ(mode().draining, 0);
@@ -242,13 +242,13 @@ TEST_F(Operating, TheNumbersOfAnLuAreUsedUp) {
         ASSERT_EQ(define_mode(name, widen), OK_CODES);
     }
     EXPECT_EQ(activate(32767, "WIDE1"), OK_CODES);
-    EXPECT_EQ(activate(32767, "WIDE2"), state(NAP_LIMIT_REACHED)) << "three are PAYMODE's";
+    EXPECT_EQ(activate(32767, "WIDE2"), state(NAP_SESSION_LIMIT)) << "three are PAYMODE's";
     EXPECT_EQ(activate(32765, "WIDE2"), OK_CODES);
     EXPECT_EQ(mode("WIDE2").act_sess_count, 32765);
-    EXPECT_EQ(activate(1), state(NAP_LIMIT_REACHED));
+    EXPECT_EQ(activate(1), state(NAP_SESSION_LIMIT));
     EXPECT_EQ(deactivate(65535, AT_ONCE, "WIDE2"), OK_CODES);
     EXPECT_EQ(deactivate(2, AT_ONCE), OK_CODES);
-    EXPECT_EQ(activate(3), state(NAP_LIMIT_REACHED));
+    EXPECT_EQ(activate(3), state(NAP_SESSION_LIMIT));
     EXPECT_EQ(activate(2), OK_CODES);
     EXPECT_EQ(mode().act_sess_count, 4);
     EXPECT_EQ(deactivate(65535, AT_ONCE), OK_CODES) << "a number is free when its session ended";
@@ -322,7 +322,7 @@ TEST_F(Operating, LimitsAreKept) {
     for (const int number : {20, 21}) {
         put(lu.lu_name, ebcdic("NEW" + std::to_string(number)));
         lu.def_data.nau_address = static_cast<NB_UCHAR>(number);
-        EXPECT_EQ(rig.issue(lu), number == 20 ? OK_CODES : state(NAP_LIMIT_REACHED));
+        EXPECT_EQ(rig.issue(lu), number == 20 ? OK_CODES : state(NAP_LU_LIMIT));
     }
     NAP_DEFINE_NODE_VERB node_verb = {};
     node_verb.opcode = NAP_DEFINE_NODE;

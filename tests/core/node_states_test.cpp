@@ -129,55 +129,6 @@ TEST_F(NodeStates, ActiveResourcesAreNotChanged) {
     EXPECT_EQ(rig.engine.node_record().info.node_type, NAP_END_NODE);
 }
 
-/* Two engines, joined as the front process joins them. */
-TEST(NodePairs, ComeUpAndGoDownTogether) {
-    const auto text = [](const char *own, const char *other) {
-        return std::string("[domain]\n[node x]\nfq_cp_name = NETA.") + own +
-               "\n[dlc D]\n[port P]\ndlc_name = D\n[ls L]\nport_name = P\nreact_timer = 0\n" +
-               "adj_cp_type = network_node\nadj_cp_name = NETA." + other + "\n";
-    };
-    Rig one;
-    Rig two;
-    one.load(text("ONE", "TWO"));
-    two.load(text("TWO", "ONE"));
-    const auto tell = [](Rig &from, Rig &to) {
-        const NAP_QUERY_NODE_VERB record = from.engine.node_record();
-        to.engine.partner_node(record.info.fq_cp_name, record.info.node_state == NAP_NODE_ACTIVE);
-        for (const NAP_RESOURCE_INDICATION &news : from.heard.links) {
-            to.engine.partner_link(news);
-        }
-        from.heard.links.clear();
-    };
-    const auto pass = [&](int ms) {
-        for (; ms > 0; ms--) {
-            one.pass(1);
-            two.pass(1);
-            tell(one, two);
-            tell(two, one);
-        }
-    };
-    const auto link = [](Rig &rig) {
-        return int{rig.entry<NAP_LS_DATA>(node::CLASS_LS, local8("L")).det_data.ls_state};
-    };
-    pass(5000);
-    EXPECT_EQ(link(one), NAP_ACTIVE);
-    EXPECT_EQ(link(two), NAP_ACTIVE);
-    one.by_key(NAP_STOP_LS, local8("L"));
-    pass(2000);
-    EXPECT_EQ(link(two), NAP_NOT_ACTIVE);
-    two.by_key(NAP_START_LS, local8("L"));
-    pass(4000);
-    EXPECT_EQ(link(one), NAP_ACTIVE);
-    two.by_key(NAP_STOP_NODE, "");
-    pass(2000);
-    one.by_key(NAP_START_LS, local8("L"));
-    pass(4000);
-    EXPECT_EQ(link(one), NAP_NOT_ACTIVE) << "the other node is stopped";
-    two.by_key(NAP_INIT_NODE, "");
-    pass(6000);
-    EXPECT_EQ(link(one), NAP_ACTIVE);
-}
-
 /* Twenty links with 100 LUs each: more than a stop takes down at a time. */
 struct ManyResources : testing::Test {
     Rig rig;

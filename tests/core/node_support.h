@@ -75,7 +75,7 @@ public:
         all.push_back(one);
     }
     void link_changed(const NB_VOID *block, size_t length) override {
-        NAP_RESOURCE_INDICATION one;
+        node::LinkNews one;
         ASSERT_EQ(length, sizeof one);
         memcpy(&one, block, sizeof one);
         links.push_back(one);
@@ -93,7 +93,7 @@ public:
     }
 
     std::vector<NAP_RESOURCE_INDICATION> all;
-    std::vector<NAP_RESOURCE_INDICATION> links;
+    std::vector<node::LinkNews> links;
     int node_changes = 0;
 };
 

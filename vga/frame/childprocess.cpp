@@ -19,6 +19,7 @@ namespace {
 [[noreturn]] NB_VOID become(const NB_CHAR *command, const sigset_t &mask) {
     signal(SIGTERM, SIG_DFL);
     signal(SIGCHLD, SIG_DFL);
+    signal(SIGPIPE, SIG_DFL);
     sigprocmask(SIG_SETMASK, &mask, nullptr);
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); /* whoever opened them */
     execl("/bin/bash", "bash", "-c", command, static_cast<NB_CHAR *>(nullptr));
