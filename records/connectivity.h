@@ -224,6 +224,7 @@ inline constexpr FieldRow status[] = {
     state(AT(pu_sscp_sess_active)),
     count(AT(lu_count)).in(Unit::Lus),
     count(AT(active_lus)).in(Unit::Lus),
+    fq(AT(active_dlus_name)),
     local(AT(def_data.ls_name)),
 };
 } // namespace rows::pu

@@ -126,6 +126,7 @@ private:
     void open_domain();
     void open_node(const std::vector<std::string> &words);
     void open_record(const Settings &row);
+    void open_visitor(const std::vector<std::string> &words);
     void open_resource(const Schema &schema, const std::vector<std::string> &words);
     bool set_keys(const std::vector<std::string> &words);
     void close_resource();
@@ -161,7 +162,7 @@ std::string known_sections() {
     for (const Settings &row : settings) {
         names += std::string(row.name) + ", ";
     }
-    return names.substr(0, names.size() - 2);
+    return names + "visitor";
 }
 
 void Parser::line(int number, std::string_view raw) {
@@ -203,6 +204,8 @@ void Parser::title(std::string_view inside) {
         open_domain();
     } else if (kind == "node") {
         open_node(words);
+    } else if (kind == "visitor") {
+        open_visitor(words);
     } else if (record != nullptr) {
         open_record(*record);
     } else if (schema != nullptr && !schema->untold) {
@@ -231,7 +234,7 @@ void Parser::open_node(const std::vector<std::string> &words) {
         return;
     }
     constexpr const Settings &row = setting("node");
-    text_.nodes.push_back({words[1], number_, {}, {}, {}});
+    text_.nodes.push_back({words[1], number_, {}, {}, {}, {}});
     TextNode &made = text_.nodes.back();
     made.records.push_back({&row, initial_block(row), number_});
     places_.push_back({node_facts, reinterpret_cast<NB_UCHAR *>(&made.facts)});
@@ -248,6 +251,25 @@ void Parser::open_record(const Settings &row) {
     std::vector<TextRecord> &records = home().records;
     records.push_back({&row, initial_block(row), number_});
     places_.push_back({row.fields, records.back().image.data()});
+    open_ = true;
+}
+
+void Parser::open_visitor(const std::vector<std::string> &words) {
+    Visitor visitor = {};
+    auto *bytes = reinterpret_cast<NB_UCHAR *>(&visitor);
+    std::string why;
+    set_initial_fields(rows::visitor::fields, bytes);
+    if (text_.nodes.empty()) {
+        error("a visitor comes to a node: its section stands behind a [node NAME]");
+        return;
+    }
+    if (words.size() != 2 || !set_field(rows::visitor::fields[0], words[1], bytes, why)) {
+        error("the title is [visitor NAME], the name of at most 31 characters");
+        return;
+    }
+    std::vector<Visitor> &visitors = home().visitors;
+    visitors.push_back(visitor);
+    places_ = {{rows::visitor::fields, reinterpret_cast<NB_UCHAR *>(&visitors.back())}};
     open_ = true;
 }
 

@@ -16,6 +16,7 @@
 
 #include "behaviour.h"
 #include "schemas.h"
+#include "visitor.h"
 
 #include <string>
 #include <vector>
@@ -49,6 +50,7 @@ struct TextNode {
     NodeFacts facts;
     std::vector<TextRecord> records;
     std::vector<TextResource> resources;
+    std::vector<Visitor> visitors = {}; /* `[visitor NAME]` */
 };
 
 constexpr size_t MAX_NODE_NAME = 63;

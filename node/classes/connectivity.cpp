@@ -257,7 +257,20 @@ void fill_pu(const Engine &, NB_UCHAR *bytes) {
 void show_pu(const Engine &, Resource &resource) {
     auto entry = Engine::get<NAP_PU_DATA>(resource);
     entry.pu_sscp_sess_active = resource.state;
+    if (resource.state == NAP_NOT_ACTIVE || entry.host_attachment == NAP_DIRECT_ATTACHED) {
+        memset(entry.active_dlus_name, 0x40, sizeof entry.active_dlus_name);
+    }
     Engine::put(resource, entry);
+}
+
+void pu_defined(Engine &engine, Resource &resource, bool added) {
+    const auto entry = Engine::get<NAP_PU_DATA>(resource);
+    engine.count_served(added && entry.host_attachment == NAP_DLUR_ATTACHED ? 1 : 0);
+}
+
+void pu_left(Engine &engine, const NB_UCHAR *bytes) {
+    const auto entry = nap_copy<NAP_PU_DATA>(bytes);
+    engine.count_served(entry.host_attachment == NAP_DLUR_ATTACHED ? -1 : 0);
 }
 
 template <class Record> void count_lus(Resource &pu, const Resource &, int lus, int active) {
@@ -432,8 +445,12 @@ constexpr ClassRow classes[] = {
               .up_low_ms = 100,
               .up_high_ms = 400,
               .down_ms = 100},
-     .hooks =
-         {.check = check_pu, .fill = fill_pu, .show = show_pu, .counted = count_lus<NAP_PU_DATA>}},
+     .hooks = {.check = check_pu,
+               .fill = fill_pu,
+               .defined = pu_defined,
+               .left = pu_left,
+               .show = show_pu,
+               .counted = count_lus<NAP_PU_DATA>}},
     {.id = CLASS_DOWN_PU,
      .schema = &records::down_pu,
      .refs = {{.to = CLASS_LS,

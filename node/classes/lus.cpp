@@ -24,10 +24,11 @@ bool lu03_busy(const Engine &, const Resource &resource) {
     return Engine::get<NAP_LU03_DATA>(resource).det_data.plu_sess_active != 0;
 }
 
-void show_lu03(const Engine &, Resource &resource) {
+void show_lu03(const Engine &engine, Resource &resource) {
     auto entry = Engine::get<NAP_LU03_DATA>(resource);
     const bool up = resource.state == NAP_ACTIVE;
-    const bool used = up && resource.behaviour.user_name[0] != 0 && resource.extra >= 0;
+    const bool used = up && resource.behaviour.user_name[0] != 0 && resource.extra >= 0 &&
+                      (entry.det_data.plu_sess_active != 0 || engine.takes_users());
     entry.det_data = {};
     entry.det_data.lu_sscp_sess_active = up ? 1 : 0;
     if (used) {
@@ -80,6 +81,16 @@ Result check_local_lu(const Engine &engine, const NB_UCHAR *bytes, const Resourc
 
 bool local_lu_busy(const Engine &, const Resource &resource) {
     return Engine::get<NAP_LOCAL_LU_DATA>(resource).active_sessions != 0;
+}
+
+void local_lu_defined(Engine &engine, Resource &resource, bool added) {
+    if (added) {
+        engine.register_lu(resource.entry.get() + KEY_OFFSET, true);
+    }
+}
+
+void local_lu_left(Engine &engine, const NB_UCHAR *entry) {
+    engine.register_lu(entry + KEY_OFFSET, false);
 }
 
 void show_local_lu(const Engine &, Resource &resource) {
@@ -282,6 +293,8 @@ constexpr ClassRow classes[] = {
      .life = {.has_states = true, .up_low_ms = 20, .up_high_ms = 300, .down_ms = 20},
      .hooks = {.check = check_local_lu,
                .busy = local_lu_busy,
+               .defined = local_lu_defined,
+               .left = local_lu_left,
                .show = show_local_lu,
                .report = report_local_lu}},
     {.id = CLASS_PRIMARY_LU0,

@@ -109,6 +109,8 @@ Result Engine::query_list(std::vector<NB_UCHAR> &block, std::vector<NB_UCHAR> &d
     const ClassRow *row = class_by_list(query.opcode, &list);
     if (row != nullptr && shows_counters(row->id)) {
         settle_all();
+    } else if (row != nullptr && row->id == CLASS_RTP_CONN) {
+        settle_routes();
     } else if (row != nullptr && row->id == CLASS_TRACE_FILE) {
         show_trace_files();
     }

@@ -23,6 +23,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -124,6 +125,9 @@ public:
     void log(NB_UCHAR severity, NB_ULONG message, const Resource &about, NB_ULONG sense = 0);
     void remove_tree(Resource &resource);
     void traffic_changed();
+    bool takes_users() const; /* of LUs of type 0 to 3 */
+    void register_lu(const NB_UCHAR *lu_name, bool there);
+    void count_served(int change) { served_pus_ += static_cast<NB_ULONG>(change); }
 
     /* Makes a resource that another one brings with it, or gives it other contents.  `length` bytes
      * of list entry, whose own length is filled in. */
@@ -279,6 +283,7 @@ private:
     Result end_tn_client(const NB_UCHAR *block);
     Result end_mode_sessions(Resource &mode, NB_USHORT number, Stop how);
     NAP_MODE_DATA new_mode(const NAP_LU62_SESSION_VERB &verb, const NAP_MODE_CHARS &chars) const;
+    Resource &begin_mode(const NAP_MODE_DATA &entry);
     Result check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const;
     void set_mode_sessions(Resource &mode, NB_USHORT sessions, const Resource *link);
     void move_sessions(Resource &mode, const Resource &link);
@@ -310,7 +315,8 @@ private:
     void settle_all();
     using SessionCounts = std::map<std::string, NB_ULONG>; /* by LU alias, and with the partner */
     void count_traffic();
-    void count_mode(Resource &mode, const Resource *link);
+    void count_mode(Resource &mode, const Resource *link, NB_ULONG most);
+    NB_ULONG most_sessions(const NAP_MODE_DATA &mode, NB_ULONG of_lu) const;
     void show_partner_sessions(const NB_UCHAR *alias, NB_ULONG sessions);
     void show_lu_sessions(const NB_UCHAR *alias, NB_ULONG sessions);
 
@@ -338,11 +344,55 @@ private:
     void take_answer(const LinkNews &answer);
     void take_down(const LinkNews &news);
     void fail_later(Resource &link);
+
+    /* visitors (visitors.cpp) and the directory (directory.cpp) */
+    struct Visit {
+        bool here = false;
+        TimerId timer = 0;
+        std::string what = {}; /* the key of what it uses, or has made */
+    };
+    void begin_visits();
+    void end_visits();
+    void visit_later(size_t at, NB_ULONG seconds);
+    bool arrive(size_t at);
+    void leave(size_t at);
+    Resource *free_lu(const Visitor &visitor) const;
+    bool log_on(const Visitor &visitor, Visit &visit);
+    void forget_user(Resource &lu);
+    void end_visit_of(Resource &lu);
+    const Resource *next_local_lu(const Visitor &visitor);
+    bool begin_sessions(const Visitor &visitor, Visit &visit);
+    const Resource *called_port(const Visitor &visitor) const;
+    const Resource *free_template(const Visitor &visitor) const;
+    bool call_port(const Visitor &visitor, Visit &visit);
+    void make_down_lus(const Visitor &visitor, const Resource &pattern);
+    void count_instances(const NB_UCHAR *template_name, int change);
+    void forget_station(Resource &link);
+    void forget_later(ClassId id, const std::string &key);
+    bool is_in_use(const Resource &resource) const;
+    void learn(const NB_UCHAR *fq_cp_name, const NB_UCHAR *name, NB_UCHAR entry_type);
+    void learn_found(const NB_UCHAR *fq_cp_name, const NB_UCHAR *fqlu_name);
+    void learn_registered(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name);
+    void unlearn(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name);
+    bool knows_lus(const Resource &resource) const;
+    void register_lus(const Resource &link);
+    void send_registration(NB_UCHAR kind, const std::string &cp, const NB_UCHAR *lu_name);
+
+    /* servers of PUs (servers.cpp) */
+    bool can_reach(const NB_UCHAR *fq_cp_name) const;
+    bool find_server(Resource &pu);
+    void wait_no_more(const Resource &pu);
+    void check_servers();
     bool is_dark(const Resource &link) const;
 
     /* what sessions bring with them (routes.cpp) */
+    struct BroughtOne {
+        NB_ULONG number = 0;
+        NB_ULONG begun = 0;   /* seconds since 1970 */
+        NB_ULONG counted = 0; /* up to when its counters stand */
+    };
     struct Brought {
-        std::map<std::string, NB_ULONG> numbers; /* by what they are for */
+        std::map<std::string, BroughtOne> all; /* by what they are for */
         NB_ULONG last = 0;
     };
     using Wanted = std::map<std::string, std::vector<NB_UCHAR>>;
@@ -352,6 +402,9 @@ private:
     Wanted wanted_sessions() const;
     void bring(ClassId id, Brought &brought, Wanted wanted,
                void (*name)(NB_UCHAR *entry, NB_ULONG number));
+    void keep_route(const Resource &route, std::vector<NB_UCHAR> &wanted);
+    void route_found(const std::string &name);
+    void settle_routes();
 
     Store *store_;
     TimerQueue &timers_;
@@ -378,6 +431,11 @@ private:
     std::vector<LinkNews> waiting_calls_;
     NB_ULONG last_dynamic_ = 0; /* link station that nobody defined */
     World world_;
+    std::vector<Visit> visits_;                    /* of the world's visitors, in their order */
+    std::string last_local_lu_;                    /* that a visitor took */
+    std::map<std::string, std::string> made_from_; /* downstream PUs: their templates */
+    std::set<std::string> waiting_pus_;            /* for a way to their server */
+    NB_ULONG served_pus_ = 0;                      /* by such servers */
     bool still_ = false;
     bool changed_nothing_ = false;  /* the verb that is carried out */
     bool wanted_ = false;           /* the node is to run */

@@ -114,6 +114,8 @@ void Engine::set_state(Resource &resource, NB_UCHAR state) {
     }
     if (row.id == CLASS_LS && state == NAP_NOT_ACTIVE) {
         hang_up(resource, 0);
+    } else if (row.id == CLASS_LU03 && state == NAP_NOT_ACTIVE) {
+        end_visit_of(resource);
     }
     if (row.life.shows_pending && !pending) {
         log(NAP_LOG_AUDIT, up ? NAP_LOG_STARTED : NAP_LOG_STOPPED, resource);
@@ -157,6 +159,8 @@ void Engine::finish_start(Resource &resource) {
     const bool link = resource.row->id == CLASS_LS;
     if (resource.behaviour.reachable == 0 || (link && !is_answered(resource))) {
         start_failed(resource, link ? SENSE_LINK_FAILED : SENSE_NOT_STARTED);
+    } else if (!find_server(resource)) {
+        start_failed(resource, SENSE_NO_WAY);
     } else if (link) {
         connect(resource);
     } else {
@@ -331,6 +335,7 @@ void Engine::node_up() {
             start(*root);
         }
     }
+    begin_visits();
 }
 
 } // namespace node

@@ -181,6 +181,7 @@ void Engine::join(Resource &link, const LinkEnd &end) {
     set_state(link, NAP_ACTIVE);
     start_dependants(link);
     fail_later(link);
+    register_lus(link);
 }
 
 /* A station is inactive: its partner's goes down, and one that nobody defined goes away. */
@@ -194,11 +195,12 @@ void Engine::hang_up(const Resource &link, NB_ULONG sense) {
             send_link_news(LINK_DOWN, link, end, sense);
         }
     }
+    unlearn(entry.def_data.adj_cp_name, nullptr);
     if (entry.det_data.dynamic != 0) {
         timers_.after(GONE_MS, [this, name = bytes_of(entry.ls_name)] {
             Resource *found = find(CLASS_LS, key_of(name));
             if (found != nullptr && found->state == NAP_NOT_ACTIVE) {
-                forget(*found);
+                forget_station(*found);
             }
         });
     }
@@ -436,6 +438,12 @@ void Engine::link_news(const LinkNews &news) {
         break;
     case LINK_DOWN:
         take_down(news);
+        break;
+    case LINK_REGISTER:
+        learn_registered(news.from_cp, news.from_ls);
+        break;
+    case LINK_UNREGISTER:
+        unlearn(news.from_cp, news.from_ls);
         break;
     default:
         take_answer(news);

@@ -46,6 +46,9 @@ constexpr NB_UCHAR LINK_CALL = 1;
 constexpr NB_UCHAR LINK_ACCEPT = 2;
 constexpr NB_UCHAR LINK_REFUSE = 3;
 constexpr NB_UCHAR LINK_DOWN = 4;
+constexpr NB_UCHAR LINK_REGISTER =
+    5; /* from an end node to its server: it has an LU, `from_ls` (A8) */
+constexpr NB_UCHAR LINK_UNREGISTER = 6;
 
 /* What a node knows of the other end of a link station that is active or calls. */
 struct LinkEnd {

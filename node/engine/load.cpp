@@ -99,7 +99,7 @@ void Engine::load_resource(const TextResource &text, DomainText &domain) {
 
 bool Engine::load_text(const TextNode &text, DomainText &domain) {
     const size_t errors_before = domain.errors.size();
-    world_ = world_of(domain);
+    world_ = world_of(domain, text.name);
     for (const TextRecord &record : text.records) {
         memcpy(records_.image(*record.row), record.image.data(), record.image.size());
     }

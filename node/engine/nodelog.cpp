@@ -23,12 +23,13 @@ constexpr Meaning meanings[] = {
     {NAP_LOG_STARTED, "is active"},
     {NAP_LOG_STOPPED, "is inactive"},
     {NAP_LOG_START_FAILED, "could not be started"},
-    {NAP_LOG_LINK_LOST, "lost its partner"},
+    {NAP_LOG_LINK_LOST, "failed while it was active"},
     {NAP_LOG_STOP_FORCED, "did not end its sessions in time: they were ended"},
     {NAP_LOG_SESSION_ENDED, "had a session ended by an administrator"},
     {NAP_LOG_SESSION_REFUSED, "lost sessions, or could not have them"},
     {NAP_LOG_DEFINED, "was defined"},
     {NAP_LOG_DELETED, "was deleted"},
+    {NAP_LOG_PATH_SWITCHED, "found another way"},
 };
 
 const char *meaning_of(NB_ULONG message) {
@@ -93,8 +94,9 @@ void Engine::log(NB_UCHAR severity, NB_ULONG message, const Resource &about, NB_
     text += std::string(" ") + meaning_of(message);
     if (sense != 0) {
         char code[32];
+        const std::string words = sense_words(sense);
         snprintf(code, sizeof code, ", sense code %08X", sense);
-        text += code;
+        text += (words.empty() ? "" : ": " + words) + code;
     }
     log(severity, message, text + ".", sense);
 }

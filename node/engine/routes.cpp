@@ -15,6 +15,7 @@ namespace {
 
 constexpr size_t CP_WIDTH = 17;
 constexpr NB_ULONG MAX_SESSION_NUMBER = 65535;
+constexpr NB_ULONG SWITCH_MS = 1500; /* a connection needs to find another way */
 
 template <class Record> std::vector<NB_UCHAR> bytes_of(const Record &record) {
     const auto *bytes = reinterpret_cast<const NB_UCHAR *>(&record);
@@ -104,8 +105,7 @@ Engine::Wanted Engine::wanted_routes() const {
     std::map<std::string, NAP_RTP_CONN_DATA> routes;
     const auto carry = [&routes](const NAP_LS_DATA &link, const NB_UCHAR *cp, const NB_UCHAR *cos,
                                  const std::string &how, NB_ULONG sessions) {
-        const std::string what =
-            text_of(link.ls_name, 8) + text_of(cp, CP_WIDTH) + text_of(cos, 8) + how;
+        const std::string what = how + text_of(cp, CP_WIDTH) + text_of(cos, 8);
         const auto made = routes.emplace(what, new_route(link, cp, cos, what));
         made.first->second.sessions += sessions;
     };
@@ -115,8 +115,8 @@ Engine::Wanted Engine::wanted_routes() const {
     for (Resource *at = links.first(); at != nullptr; at = ResourceTable::next(*at)) {
         const auto link = get<NAP_LS_DATA>(*at);
         if (link.det_data.hpr_support != 0 && link.def_data.cp_cp_sess_support != 0) {
-            carry(link, link.det_data.adj_cp_name, control, "in", 1);
-            carry(link, link.det_data.adj_cp_name, control, "out", 1);
+            carry(link, link.det_data.adj_cp_name, control, text_of(link.ls_name, 8) + "in", 1);
+            carry(link, link.det_data.adj_cp_name, control, text_of(link.ls_name, 8) + "out", 1);
         }
     }
     const ResourceTable &modes = *tables_[CLASS_MODE];
@@ -175,45 +175,99 @@ Engine::Wanted Engine::wanted_sessions() const {
     return wanted;
 }
 
+/* What a connection that goes on has of its own stays.  One that lost its first link and has
+ * another way looks for that first. */
+void Engine::keep_route(const Resource &resource, std::vector<NB_UCHAR> &wanted) {
+    const auto known = get<NAP_RTP_CONN_DATA>(resource);
+    NAP_RTP_CONN_DATA route;
+    memcpy(&route, wanted.data(), sizeof route);
+    route.connect_state = known.connect_state;
+    route.path_switch_attempts = known.path_switch_attempts;
+    route.bytes_sent = known.bytes_sent;
+    route.bytes_received = known.bytes_received;
+    route.bytes_resent = known.bytes_resent;
+    route.up_time = known.up_time;
+    if (memcmp(route.first_hop_ls_name, known.first_hop_ls_name, sizeof route.first_hop_ls_name) !=
+        0) {
+        route.connect_state = NAP_RTP_SWITCHING;
+        route.path_switch_attempts =
+            static_cast<NB_UCHAR>(std::min<unsigned>(known.path_switch_attempts + 1U, 255));
+        timers_.after(SWITCH_MS, [this, name = text_of(known.rtp_name, 8)] { route_found(name); });
+    }
+    memcpy(wanted.data(), &route, sizeof route);
+}
+
+void Engine::route_found(const std::string &name) {
+    Resource *found = find(CLASS_RTP_CONN, reinterpret_cast<const NB_UCHAR *>(name.data()));
+    if (found != nullptr) {
+        auto route = get<NAP_RTP_CONN_DATA>(*found);
+        route.connect_state = NAP_RTP_CONNECTED;
+        put(*found, route);
+        log(NAP_LOG_AUDIT, NAP_LOG_PATH_SWITCHED, *found);
+    }
+}
+
+/* Counters go on with the time, as those of sessions do. */
+void Engine::settle_routes() {
+    const NB_ULONG now = clock_.wall_seconds();
+    NB_UCHAR key[KEY_OFFSET + 8] = {};
+    for (auto &[what, one] : routes_.all) {
+        name_route(key, one.number);
+        Resource *found = find(CLASS_RTP_CONN, key + KEY_OFFSET);
+        if (found != nullptr && one.counted != now) {
+            const NB_ULONG seconds = now - one.counted;
+            auto route = get<NAP_RTP_CONN_DATA>(*found);
+            route.up_time = now - one.begun;
+            route.bytes_sent += seconds * route.sessions * (20 + hash_of(what) % 200);
+            route.bytes_received += seconds * route.sessions * (40 + hash_of(what) % 400);
+            route.bytes_resent = route.bytes_sent / 2048;
+            put(*found, route);
+            one.counted = now;
+        }
+    }
+}
+
 /* Connections that are no longer wanted go, new ones get the next number, the rest is brought up to
- * date.
- */
+ * date. */
 void Engine::bring(ClassId id, Brought &brought, Wanted wanted,
                    void (*name)(NB_UCHAR *entry, NB_ULONG number)) {
     const ClassRow &row = class_row(id);
     NB_UCHAR key[KEY_OFFSET + 8] = {};
-    for (auto at = brought.numbers.begin(); at != brought.numbers.end();) {
+    for (auto at = brought.all.begin(); at != brought.all.end();) {
         if (wanted.count(at->first) != 0) {
             ++at;
             continue;
         }
-        name(key, at->second);
+        name(key, at->second.number);
         Resource *gone = find(id, key + KEY_OFFSET);
         if (gone != nullptr) {
             indicate(*gone, true);
             remove_tree(*gone);
         }
-        at = brought.numbers.erase(at);
+        at = brought.all.erase(at);
     }
-    for (auto &entry : wanted) {
-        const auto known = brought.numbers.find(entry.first);
-        const bool is_new = known == brought.numbers.end();
+    for (auto &[what, entry] : wanted) {
+        const auto known = brought.all.find(what);
+        const bool is_new = known == brought.all.end();
         if (is_new && tables_[id]->count() == MAX_SESSION_NUMBER) {
             continue;
         }
         do {
             brought.last = is_new ? brought.last % MAX_SESSION_NUMBER + 1 : brought.last;
-            name(key, is_new ? brought.last : known->second);
+            name(key, is_new ? brought.last : known->second.number);
         } while (is_new && find(id, key + KEY_OFFSET) != nullptr);
-        name(entry.second.data(), is_new ? brought.last : known->second);
+        name(entry.data(), is_new ? brought.last : known->second.number);
         const Resource *there = find(id, key + KEY_OFFSET);
-        put_number(entry.second.data(), 2, static_cast<NB_ULONG>(row.schema->overlay_size()));
+        put_number(entry.data(), 2, static_cast<NB_ULONG>(row.schema->overlay_size()));
         if (is_new) {
-            brought.numbers[entry.first] = brought.last;
+            const NB_ULONG now = clock_.wall_seconds();
+            brought.all[what] = {brought.last, now, now};
+        } else if (there != nullptr && id == CLASS_RTP_CONN) {
+            keep_route(*there, entry);
         }
         if (there == nullptr ||
-            memcmp(there->entry.get(), entry.second.data(), row.schema->entry_size) != 0) {
-            indicate(add_derived(id, entry.second.data(), entry.second.size()), false);
+            memcmp(there->entry.get(), entry.data(), row.schema->entry_size) != 0) {
+            indicate(add_derived(id, entry.data(), entry.size()), false);
         }
     }
 }

@@ -49,6 +49,7 @@ Result Engine::set_session_limit(const NB_UCHAR *block) {
     if (!stored.ok()) {
         return stored;
     }
+    resource->derived = false; /* it has something to be remembered for */
     put(*resource, mode);
     indicate(*resource, false);
     traffic_changed();

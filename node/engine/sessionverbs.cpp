@@ -81,6 +81,23 @@ Result Engine::check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const {
     return fits ? GOOD : bad_state(NAP_SESSION_LIMIT);
 }
 
+/* It goes again some time behind its last session, and so does its partner. */
+Resource &Engine::begin_mode(const NAP_MODE_DATA &entry) {
+    const auto key_of = [](const Resource &resource) {
+        return std::string(reinterpret_cast<const char *>(resource.entry.get()) + KEY_OFFSET,
+                           resource.row->schema->key_size());
+    };
+    Resource &mode = add_derived(CLASS_MODE, &entry, sizeof entry);
+    forget_later(CLASS_MODE, key_of(mode));
+    for (Resource *at = tables_[CLASS_PLU]->first_with(entry.lu_alias, sizeof entry.lu_alias);
+         at != nullptr; at = ResourceTable::next_with(*at, sizeof entry.lu_alias)) {
+        if (memcmp(get<NAP_PLU_DATA>(*at).fqplu_name, entry.fqplu_name, 17) == 0) {
+            forget_later(CLASS_PLU, key_of(*at));
+        }
+    }
+    return mode;
+}
+
 Result Engine::activate_session(std::vector<NB_UCHAR> &block) {
     auto verb = nap_copy<NAP_LU62_SESSION_VERB>(block.data());
     const Resource *definition = find(CLASS_MODE_DEF, verb.mode_name);
@@ -113,7 +130,7 @@ Result Engine::activate_session(std::vector<NB_UCHAR> &block) {
     if (!allowed.ok()) {
         return allowed;
     }
-    mode = mode != nullptr ? mode : &add_derived(CLASS_MODE, &entry, sizeof entry);
+    mode = mode != nullptr ? mode : &begin_mode(entry);
     const auto wanted = static_cast<NB_USHORT>(entry.act_sess_count + verb.sessions);
     mode->extra = int32_t{wanted} - mode->behaviour.sessions;
     const std::vector<Resource *> before = sessions_of(*mode);

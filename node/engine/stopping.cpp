@@ -54,6 +54,7 @@ void Engine::stop_alone(Resource &resource, Stop how) {
     }
     timers_.cancel(resource.timer);
     resource.timer = 0;
+    wait_no_more(resource);
     if (resource.state == NAP_NOT_ACTIVE) {
         return;
     }
@@ -255,6 +256,7 @@ Result Engine::stop_node(const NB_UCHAR *block) {
     const Result result = remember({}, {{FACT_WANTED, "0"}}, IfFull::Owe);
     wanted_ = false;
     timers_.cancel(node_timer_);
+    end_visits();
     set_node_state(NAP_NODE_STOPPING);
     node_timer_ = timers_.after(NODE_WAIT_MS, [this] { node_down(); });
     begin_whole_descent(static_cast<Stop>(verb.stop_type));

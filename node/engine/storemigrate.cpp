@@ -15,7 +15,29 @@ namespace {
  * have grown at their ends. */
 enum Column { SECTION, KEY, RECORD, BEHAVIOUR };
 
-/* Records grew by status only, so an older one has the whole definition. */
+/* Status that a record of layout 0 does not have in its middle. */
+struct Inserted {
+    std::string_view section;
+    size_t at;
+    size_t bytes;
+};
+
+constexpr Inserted inserted[] = {
+    {"pu", offsetof(NAP_PU_DATA, active_dlus_name),
+     offsetof(NAP_PU_DATA, def_data) - offsetof(NAP_PU_DATA, active_dlus_name)},
+};
+
+std::string as_of_today(std::string_view section, std::string_view record) {
+    std::string whole(record);
+    for (const Inserted &one : inserted) {
+        if (one.section == section && whole.size() > one.at) {
+            whole.insert(one.at, one.bytes, '\0');
+        }
+    }
+    return whole;
+}
+
+/* Else records grew by status at their ends, so an older one has the whole definition. */
 bool is_whole(const Schema &schema, size_t length) {
     size_t end = schema.nested.name != nullptr ? schema.overlay_size() : schema.def.end();
     for (const FieldRow &field : schema.fields) {
@@ -49,7 +71,7 @@ bool reads_back(StoredForm &form, const StoredText &text) {
 bool Store::migrate_row(sqlite3_stmt *row, bool &fits) {
     const std::string name(column(row, SECTION));
     const std::string_view key = column(row, KEY);
-    const std::string_view old = column(row, RECORD);
+    const std::string old = as_of_today(name, column(row, RECORD));
     const std::string_view beside = column(row, BEHAVIOUR);
     const ClassRow *of = class_by_name(name);
     const Settings *settings = records::settings_by_name(name);

@@ -22,8 +22,8 @@ std::string bytes_of(const NB_UCHAR *field, size_t width) {
 } // namespace
 
 void Engine::traffic_changed() {
-    const bool used =
-        tables_[CLASS_MODE]->count() > 0 || active_sessions_ > 0 || tables_[CLASS_LS]->count() > 0;
+    const bool used = tables_[CLASS_MODE]->count() > 0 || active_sessions_ > 0 ||
+                      tables_[CLASS_LS]->count() > 0 || served_pus_ > 0;
     if (used && traffic_timer_ == 0) {
         traffic_timer_ = timers_.after(SETTLE_MS, [this] {
             traffic_timer_ = 0;
@@ -34,7 +34,7 @@ void Engine::traffic_changed() {
 
 /* A mode in use has the sessions that its programs want and administrators added, as many as its
  * limit allows, while a link leads to its partner. */
-void Engine::count_mode(Resource &resource, const Resource *link) {
+void Engine::count_mode(Resource &resource, const Resource *link, NB_ULONG most) {
     const auto mode = get<NAP_MODE_DATA>(resource);
     const int64_t wanted = int64_t{resource.behaviour.sessions} + resource.extra;
     if (mode.draining != 0) {
@@ -48,9 +48,24 @@ void Engine::count_mode(Resource &resource, const Resource *link) {
         set_mode_sessions(resource, 0, nullptr);
         return;
     }
-    const int64_t count = std::clamp<int64_t>(wanted, 0, mode.sess_limit);
+    const int64_t count = std::clamp<int64_t>(wanted, 0, std::min<NB_ULONG>(mode.sess_limit, most));
     set_mode_sessions(resource, static_cast<NB_USHORT>(count), link);
     move_sessions(resource, *link);
+}
+
+/* What the limits of the node and the LU leave for a mode, behind those that were counted. */
+NB_ULONG Engine::most_sessions(const NAP_MODE_DATA &mode, NB_ULONG of_lu) const {
+    const auto limits = settings<NAP_QUERY_NODE_LIMITS_VERB>(NAP_QUERY_NODE_LIMITS);
+    const Resource *lu = tables_[CLASS_LOCAL_LU]->find_alias(mode.lu_alias);
+    const NB_ULONG lu_limit =
+        lu != nullptr ? get<NAP_LOCAL_LU_DATA>(*lu).def_data.lu_session_limit : 0;
+    NB_ULONG most = mode.sess_limit;
+    const auto leave = [&most](NB_ULONG limit, NB_ULONG used) {
+        most = limit == 0 ? most : std::min(most, limit - std::min(limit, used));
+    };
+    leave(limits.max_sessions, active_sessions_);
+    leave(lu_limit, of_lu);
+    return most;
 }
 
 void Engine::count_traffic() {
@@ -64,9 +79,9 @@ void Engine::count_traffic() {
         if (known.second && node_state_ == NAP_NODE_ACTIVE) {
             known.first->second = link_to(mode.fq_cp_name);
         }
-        count_mode(*at, known.first->second);
-        mode = get<NAP_MODE_DATA>(*at);
         const std::string lu = bytes_of(mode.lu_alias, sizeof mode.lu_alias);
+        count_mode(*at, known.first->second, most_sessions(mode, by_lu[lu]));
+        mode = get<NAP_MODE_DATA>(*at);
         by_lu[lu] += mode.act_sess_count;
         by_lu[lu + bytes_of(mode.fqplu_name, CP_WIDTH)] += mode.act_sess_count;
         active_sessions_ += mode.act_sess_count;
@@ -82,6 +97,7 @@ void Engine::count_traffic() {
     std::erase_if(by_lu, [](const auto &one) { return one.second == 0; });
     sessions_shown_ = std::move(by_lu);
     show_routes();
+    check_servers();
 }
 
 void Engine::show_partner_sessions(const NB_UCHAR *alias, NB_ULONG sessions) {

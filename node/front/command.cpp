@@ -22,7 +22,8 @@ namespace {
 constexpr int USAGE_ERROR = 2;
 
 constexpr char usage[] =
-    "usage: snanode --domain NAME [--state DIR] [--socket PATH] [--fault FILE] [--fresh]\n"
+    "usage: snanode --domain NAME [--state DIR] [--socket PATH] [--fault FILE] [--fresh] "
+    "[--still]\n"
     "       snanode --generate NUMBERS [--state DIR] [--socket PATH] [--fault FILE] [--fresh]\n"
     "\n"
     "Runs a domain of SNA nodes in the foreground until it gets SIGTERM or SIGINT.\n"
@@ -37,6 +38,7 @@ constexpr char usage[] =
     "  --socket PATH   where administrators connect (default: PREFIX/var/sna.sock)\n"
     "  --fault FILE    a fault script, read again on SIGHUP\n"
     "  --fresh         forget what is kept and read the domain text again\n"
+    "  --still         nothing happens by itself: no visitors come, no link breaks\n"
     "  --copies        show the copies of what is kept, made each day, and end\n"
     "  --restore COPY  put that copy in place of what is kept, and end; 'last' is the newest\n"
     "  --changes       show who changed what, and end\n"
@@ -53,6 +55,7 @@ struct Options {
     std::string restore;
     std::string of; /* with --serve: what the domain's store is called */
     bool fresh = false;
+    bool still = false;
     bool known = false; /* with --serve: the node was loaded before */
     bool copies = false;
     bool changes = false;
@@ -78,6 +81,7 @@ bool parse_options(int argc, char **argv, Options &options) {
         {{"copies", no_argument, nullptr, 0}, nullptr, &options.copies},
         {{"changes", no_argument, nullptr, 0}, nullptr, &options.changes},
         {{"fresh", no_argument, nullptr, 0}, nullptr, &options.fresh},
+        {{"still", no_argument, nullptr, 0}, nullptr, &options.still},
         {{"help", no_argument, nullptr, 0}, nullptr, &options.help},
     };
     std::vector<option> table;
@@ -195,6 +199,7 @@ int run_domain(const Options &options) {
     front_options.socket_path = options.socket.empty() ? prefix + "/var/sna.sock" : options.socket;
     front_options.fault_file = options.fault;
     front_options.fresh = options.fresh;
+    front_options.still = options.still;
     DomainText text = text_of(options);
     if (options.generate.empty() && !check_text(text)) {
         return 1;
@@ -239,7 +244,7 @@ int run_snanode(int argc, char **argv) {
     }
     if (!options.serve.empty()) {
         return serve_node({options.serve, options.of, options.domain, options.generate,
-                           options.state, options.fresh, options.known, 3});
+                           options.state, options.fresh, options.known, options.still, 3});
     }
     if (!options.restore.empty()) {
         return restore_copy(state_folder_of(options), options.restore);

@@ -39,6 +39,7 @@ struct FrontOptions {
     std::string socket_path;
     std::string fault_file; /* "": none */
     bool fresh = false;
+    bool still = false; /* no visitors, no failures of links */
 };
 
 /* What a target is of. */

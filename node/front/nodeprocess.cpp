@@ -142,7 +142,7 @@ bool NodeProcess::open_store(std::string &why) {
 bool NodeProcess::load_kept(std::string &why) {
     const bool loaded = engine_.load_store(why);
     if (loaded) {
-        engine_.live_in(world_of(read_domain_file(options_.domain_file)));
+        engine_.live_in(world_of(read_domain_file(options_.domain_file), options_.node));
     }
     return loaded;
 }
@@ -181,6 +181,9 @@ bool NodeProcess::generate(std::string &why) {
 }
 
 int NodeProcess::run() {
+    if (options_.still) {
+        engine_.keep_still();
+    }
     engine_.keep_traces_in(options_.state_folder + "/traces-" + options_.node);
     engine_.announce();
     engine_.begin();

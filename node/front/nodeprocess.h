@@ -29,6 +29,7 @@ struct ServeOptions {
     std::string state_folder;
     bool fresh = false;
     bool known = false; /* it was loaded before: without its store it must not start */
+    bool still = false; /* no visitors, no failures of links */
     int fd = -1;        /* the socket to the front process */
 };
 

@@ -66,6 +66,9 @@ bool Front::spawn(NodeProcess &node, bool fresh, std::string &why) {
     } else if (domain_->is_known(node.name)) {
         words.emplace_back("--known");
     }
+    if (options_.still) {
+        words.emplace_back("--still");
+    }
     std::vector<char *> arguments;
     for (std::string &word : words) {
         arguments.push_back(word.data());

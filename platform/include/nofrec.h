@@ -468,6 +468,8 @@ typedef struct nap_pu_data { /* entry of NAP_QUERY_PU, and of NAP_QUERY_DLUR_PU 
     NB_UCHAR pu_sscp_sess_active; /* NAP_NOT_ACTIVE to NAP_PENDING_INACTIVE */
     NB_ULONG lu_count;
     NB_ULONG active_lus;
+    NB_UCHAR active_dlus_name[17]; /* A17: the server that serves it now; blank: none */
+    NB_UCHAR reserved[3];
     NAP_PU_DEF def_data;
 } NAP_PU_DATA;
 

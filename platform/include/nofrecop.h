@@ -95,7 +95,7 @@ typedef struct nap_log_data {
 #define NAP_LOG_STARTED         3 /* a DLC, port, link station or PU became active */
 #define NAP_LOG_STOPPED         4
 #define NAP_LOG_START_FAILED    5
-#define NAP_LOG_LINK_LOST       6 /* the partner has gone */
+#define NAP_LOG_LINK_LOST       6 /* what was active has failed */
 #define NAP_LOG_STOP_FORCED     7 /* sessions did not end in time */
 #define NAP_LOG_SESSION_ENDED   8 /* by an administrator */
 #define NAP_LOG_SESSION_REFUSED 9
@@ -104,6 +104,7 @@ typedef struct nap_log_data {
 #define NAP_LOG_TRACE_FAILED    12 /* a trace file could not be written */
 #define NAP_LOG_NOT_STORED      13 /* changes are not on the disk yet */
 #define NAP_LOG_STORED          14 /* now they are */
+#define NAP_LOG_PATH_SWITCHED   15 /* an RTP connection found another way */
 
 #define NAP_TRACE_DLC       1 /* trace_kind: set with NAP_SET_DLC_TRACE */
 #define NAP_TRACE_TYPE      2 /* NAP_SET_TRACE_TYPE, and so on */

@@ -16,7 +16,8 @@ Screen &SystemTest::screen() {
 
 Process &SystemTest::start_node(const std::string &domain, const std::string &faults,
                                 const std::vector<std::string> &arguments) {
-    Command command = {{place.path("bin/snanode"), "--domain", domain}, place.environment()};
+    Command command = {{place.path("bin/snanode"), "--domain", domain, "--still"},
+                       place.environment()};
     command.words.insert(command.words.end(), arguments.begin(), arguments.end());
     if (!faults.empty()) {
         command.words.insert(command.words.end(), {"--fault", place.write("faults", faults)});
