@@ -158,7 +158,7 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
     if (telling_) {
         indicate(*resource, false);
     }
-    if (row.life.has_states && row.life.initially == nullptr && owner_active(*resource)) {
+    if (row.life.has_states() && row.life.initially == nullptr && owner_active(*resource)) {
         start(*resource);
     }
     return *resource;

@@ -242,7 +242,7 @@ private:
     void node_down();
     template <class Record> void forget_failures(ClassId id);
     void node_may_end();
-    void set_node_state(NB_ULONG state);
+    void move_node(Event event);
     void start(Resource &resource);
     void finish_start(Resource &resource);
     void start_dependants(Resource &owner);
@@ -264,6 +264,7 @@ private:
     void go_on_stopping(Resource &resource);
     void finish_stop(Resource &resource);
     void count_below(Resource &resource, int change);
+    void move(Resource &resource, Event event);
     void set_state(Resource &resource, NB_UCHAR state);
     bool owner_active(const Resource &resource) const;
     bool in_session(const Resource &resource) const;

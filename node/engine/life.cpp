@@ -1,11 +1,7 @@
 /* States: starting, for every class that has them; stopping is in stopping.cpp.
  *
- *   NOT_ACTIVE --start--> PENDING_ACTIVE --time--> ACTIVE --stop--> PENDING_INACTIVE --time--+
- *       ^                      | owner lost, or the partner cannot be reached                |
- *       +----------------------+<------------------------------------------------------------+
- *
- * Dependants come up when their owner is active and go down before it; what has no owner depends on
- * the node. */
+ * What follows what stands in the tables of states.h.  Dependants come up when their owner is
+ * active and go down before it; what has no owner depends on the node. */
 #include "engine.h"
 
 #include "nbbase.h"
@@ -36,7 +32,7 @@ bool is_up(const Resource &resource) {
 } // namespace
 
 bool Engine::may_be_root(const ClassRow &row) {
-    return row.life.has_states &&
+    return row.life.has_states() &&
            ((row.refs[0].flags & REF_OWNER) == 0 || (row.refs[0].flags & REF_OPTIONAL) != 0);
 }
 
@@ -86,6 +82,14 @@ std::vector<Resource *> Engine::roots() const {
         }
     }
     return all;
+}
+
+/* What the class's table does not have does not happen. */
+void Engine::move(Resource &resource, Event event) {
+    const StateRow *row = find_row(resource.row->life.states, resource.state, event);
+    if (row != nullptr) {
+        set_state(resource, row->to);
+    }
 }
 
 void Engine::set_state(Resource &resource, NB_UCHAR state) {
@@ -147,13 +151,13 @@ void Engine::start(Resource &resource) {
         start_failed(resource, SENSE_LIMIT);
         return;
     }
-    set_state(resource, NAP_PENDING_ACTIVE);
+    move(resource, Event::Start);
     wait(resource, time_to_come_up(resource), &Engine::finish_start);
 }
 
 void Engine::finish_start(Resource &resource) {
     if (!owner_active(resource)) {
-        set_state(resource, NAP_NOT_ACTIVE);
+        move(resource, Event::OwnerGone);
         return;
     }
     const bool link = resource.row->id == CLASS_LS;
@@ -165,7 +169,7 @@ void Engine::finish_start(Resource &resource) {
         connect(resource);
     } else {
         resource.tries = 0;
-        set_state(resource, NAP_ACTIVE);
+        move(resource, Event::Ready);
         start_dependants(resource);
     }
 }
@@ -182,7 +186,7 @@ void Engine::start_dependants(Resource &owner) {
             continue;
         }
         together_ms = together_ms == 0 ? time_to_come_up(*below) : together_ms;
-        set_state(*below, NAP_PENDING_ACTIVE);
+        move(*below, Event::Start);
     }
     if (together_ms != 0) {
         const ClassId id = owner.row->id;
@@ -227,7 +231,7 @@ void Engine::failed(Resource &resource, NB_ULONG sense) {
 void Engine::start_failed(Resource &resource, NB_ULONG sense) {
     const bool told = resource.state == NAP_NOT_ACTIVE;
     failed(resource, sense);
-    set_state(resource, NAP_NOT_ACTIVE);
+    move(resource, Event::Failed);
     try_again(resource);
     if (told) {
         indicate(resource, false);
@@ -274,12 +278,12 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
     return GOOD;
 }
 
-void Engine::set_node_state(NB_ULONG state) {
-    if (node_state_ == state) {
-        return;
+void Engine::move_node(Event event) {
+    const StateRow *row = find_row(node_states, static_cast<NB_UCHAR>(node_state_), event);
+    if (row != nullptr) {
+        node_state_ = row->to;
+        announce();
     }
-    node_state_ = state;
-    announce();
 }
 
 void Engine::announce() {
@@ -303,7 +307,7 @@ Result Engine::init_node() {
 
 void Engine::begin() {
     if (wanted_ && node_state_ == NAP_NODE_STOPPED) {
-        set_node_state(NAP_NODE_STARTING);
+        move_node(Event::Start);
         node_timer_ = timers_.after(NODE_UP_MS, [this] { node_up(); });
     }
 }
@@ -328,7 +332,7 @@ void Engine::node_up() {
     forget_failures<NAP_PORT_DATA>(CLASS_PORT);
     forget_failures<NAP_LS_DATA>(CLASS_LS);
     log(NAP_LOG_AUDIT, NAP_LOG_NODE_STARTED, "The node is active.");
-    set_node_state(NAP_NODE_ACTIVE);
+    move_node(Event::Ready);
     traffic_changed();
     for (Resource *root : roots()) {
         if (comes_with_owner(*root)) {

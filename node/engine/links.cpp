@@ -175,10 +175,8 @@ void Engine::join(Resource &link, const LinkEnd &end) {
     link.timer = 0;
     link.tries = 0;
     link_ends_[bytes_of(get<NAP_LS_DATA>(link).ls_name)] = end;
-    if (link.state == NAP_NOT_ACTIVE) {
-        set_state(link, NAP_PENDING_ACTIVE);
-    }
-    set_state(link, NAP_ACTIVE);
+    move(link, Event::Called);
+    move(link, Event::Ready);
     start_dependants(link);
     fail_later(link);
     register_lus(link);
@@ -217,7 +215,13 @@ void Engine::forget(Resource &resource) {
 void Engine::lose(Resource &link, NB_ULONG sense) {
     failed(link, sense);
     hang_up(link, sense);
-    stop(link, Stop::Immediate);
+    for (Resource *below : dependants(link)) {
+        stop(*below, Stop::Immediate);
+    }
+    timers_.cancel(link.timer);
+    link.timer = 0;
+    move(link, Event::Lost);
+    end_carried(link, Stop::Immediate);
     link.tries = 0;
     try_again(link);
 }

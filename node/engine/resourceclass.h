@@ -14,7 +14,9 @@
 #include "nofcopy.h"
 #include "ntlavl.h"
 #include "schemas.h"
+#include "sense.h"
 #include "sortkey.h"
+#include "states.h"
 #include "timers.h"
 
 #include <cstring>
@@ -120,10 +122,13 @@ struct AliasRow {
 };
 
 struct LifeRow {
-    bool has_states = false;
-    bool shows_pending = false;          /* the two pending states are reported */
-    const FieldRow *initially = nullptr; /* flag: comes up with its owner; null: always does */
-    NB_ULONG up_low_ms = 0;              /* time to come up: within these two, by name */
+    bool has_states() const { return !states.empty(); }
+
+    States states = {};                    /* of states.h; empty: it has none */
+    std::span<const NB_ULONG> causes = {}; /* sense codes of starts that fail, and of losses */
+    bool shows_pending = false;            /* the two pending states are reported */
+    const FieldRow *initially = nullptr;   /* flag: comes up with its owner; null: always does */
+    NB_ULONG up_low_ms = 0;                /* time to come up: within these two, by name */
     NB_ULONG up_high_ms = 0;
     NB_ULONG down_ms = 0;
 };

@@ -1,5 +1,5 @@
-/* Sense codes: why a start failed, or what ended.  Each stands with its words in the problem log's
- * neighbour, the node's log, and in docs/node-states.md. */
+/* Sense codes: why a start failed, or an active resource went down.  The node's log has them with
+ * their words, and so has docs/node-states.md. */
 #ifndef SENSE_H
 #define SENSE_H
 
@@ -14,6 +14,12 @@ constexpr NB_ULONG SENSE_MISMATCH = 0x08770000;      /* the partner has no stati
 constexpr NB_ULONG SENSE_LINK_FAILED = 0x80020000;   /* nobody answers, or the line broke */
 constexpr NB_ULONG SENSE_PARTNER_LOST = 0x80030000;  /* the node at the other end has gone */
 constexpr NB_ULONG SENSE_NO_WAY = 0x80140001;        /* no link leads to the server */
+
+/* Those of each class that has any. */
+inline constexpr NB_ULONG port_causes[] = {SENSE_NOT_STARTED};
+inline constexpr NB_ULONG link_causes[] = {SENSE_LINK_FAILED, SENSE_PARTNER_LOST,
+                                           SENSE_NOT_AVAILABLE, SENSE_MISMATCH, SENSE_LIMIT};
+inline constexpr NB_ULONG pu_causes[] = {SENSE_NOT_STARTED, SENSE_NO_WAY};
 
 /* What a code means, as a clause; "" for others. */
 const char *sense_words(NB_ULONG sense);

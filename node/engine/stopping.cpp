@@ -62,8 +62,7 @@ void Engine::stop_alone(Resource &resource, Stop how) {
         end_later(resource, end_ms(resource), &Engine::finish_stop);
         return;
     }
-    const bool at_once = !orderly || !resource.row->life.shows_pending || !is_heard_of(resource);
-    set_state(resource, at_once ? NAP_NOT_ACTIVE : NAP_PENDING_INACTIVE);
+    move(resource, orderly ? Event::Stop : Event::StopAtOnce);
     if (resource.row->id == CLASS_LS) {
         end_carried(resource, how);
     }
@@ -179,7 +178,7 @@ void Engine::go_on_stopping(Resource &resource) {
 
 /* The owner of an LU whose session took its time may have been started again. */
 void Engine::finish_stop(Resource &resource) {
-    set_state(resource, NAP_NOT_ACTIVE);
+    move(resource, Event::Ended);
     if (!resource.row->life.shows_pending && owner_active(resource)) {
         start(resource);
     }
@@ -257,7 +256,7 @@ Result Engine::stop_node(const NB_UCHAR *block) {
     wanted_ = false;
     timers_.cancel(node_timer_);
     end_visits();
-    set_node_state(NAP_NODE_STOPPING);
+    move_node(Event::Stop);
     node_timer_ = timers_.after(NODE_WAIT_MS, [this] { node_down(); });
     begin_whole_descent(static_cast<Stop>(verb.stop_type));
     return result;
@@ -279,7 +278,7 @@ void Engine::node_down() {
         begin_whole_descent(Stop::Immediate);
         return;
     }
-    set_node_state(NAP_NODE_STOPPED);
+    move_node(Event::Ended);
     log(NAP_LOG_AUDIT, NAP_LOG_NODE_STOPPED, "The node is stopped.");
     traffic_changed();
 }
