@@ -333,7 +333,7 @@ private:
     void hang_up(const Resource &link, NB_ULONG sense);
     void forget(Resource &resource);
     void lose(Resource &link, NB_ULONG sense);
-    Resource *station_for(const LinkNews &call) const;
+    Resource *station_for(const LinkNews &call, bool &broken) const;
     Resource *port_for(const LinkNews &call, NB_ULONG &why_not) const;
     bool next_dynamic_name(NB_UCHAR (&name)[8]);
     Resource *make_station(const Resource &port, NAP_LS_DATA &link);

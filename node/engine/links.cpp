@@ -245,7 +245,7 @@ void Engine::try_again(Resource &resource) {
 
 /* Of the stations that fit, one that is named is better than one for anybody, and the same TG
  * better than no number. */
-Resource *Engine::station_for(const LinkNews &call) const {
+Resource *Engine::station_for(const LinkNews &call, bool &broken) const {
     Resource *best = nullptr;
     int best_rank = -1;
     const ResourceTable &links = *tables_[CLASS_LS];
@@ -259,13 +259,18 @@ Resource *Engine::station_for(const LinkNews &call) const {
             end->ls == bytes_of(call.from_ls)) {
             return at; /* it knows already */
         }
+        const bool reached = at->behaviour.reachable != 0 && !is_dark(*at);
         const bool free = (at->state == NAP_NOT_ACTIVE || at->state == NAP_PENDING_ACTIVE) &&
                           (end == nullptr || end->ls.empty());
         const bool same_tg = link.def_data.tg_number == call.tg_number;
-        if (!is_peer(link) || !(named || anybody) || !free || at->behaviour.reachable == 0 ||
-            is_dark(*at) || !owner_active(*at) || link.def_data.dlc_type != call.dlc_type ||
+        if (!is_peer(link) || !(named || anybody) || !free || !owner_active(*at) ||
+            link.def_data.dlc_type != call.dlc_type ||
             (!same_tg && link.def_data.tg_number != 0 && call.tg_number != 0) ||
             !fits_sap(text_of(call.to_sap), get<NAP_PORT_DATA>(*owner_of(*at)))) {
+            continue;
+        }
+        broken = broken || !reached;
+        if (!reached) {
             continue;
         }
         const int rank = (named ? 4 : 0) + (same_tg ? 2 : 0) + (end != nullptr ? 1 : 0);
@@ -352,8 +357,12 @@ void Engine::take_call(const LinkNews &call) {
         waiting_calls_.push_back(call);
         return;
     }
-    Resource *link = node_state_ == NAP_NODE_ACTIVE ? station_for(call) : nullptr;
-    if (link != nullptr && link->state == NAP_NOT_ACTIVE && !has_room(*owner_of(*link), true)) {
+    bool broken = false; /* a line that no other station makes whole */
+    Resource *link = node_state_ == NAP_NODE_ACTIVE ? station_for(call, broken) : nullptr;
+    if (link == nullptr && broken) {
+        why_not = SENSE_LINK_FAILED;
+    } else if (link != nullptr && link->state == NAP_NOT_ACTIVE &&
+               !has_room(*owner_of(*link), true)) {
         link = nullptr;
         why_not = SENSE_LIMIT;
     } else if (link == nullptr && node_state_ == NAP_NODE_ACTIVE) {
