@@ -51,7 +51,7 @@ protected:
 
 TEST_F(SystemWindow, ThreeWindowsWhileANodeDiesAndComesBack) {
     ASSERT_NO_FATAL_FAILURE(load());
-    EXPECT_TRUE(shows(domain, "harbour Active Master server Ports 4, links 7, LUs "));
+    EXPECT_TRUE(shows(domain, "harbour Active Master server Ports 4, links 8, LUs "));
     const WindowId harbour = open_node("harbour");
     const WindowId market = open_node("market");
     const WindowId station = open_node("station");
@@ -65,7 +65,7 @@ TEST_F(SystemWindow, ThreeWindowsWhileANodeDiesAndComesBack) {
     EXPECT_TRUE(shows(station, "IPPORT"));
     ASSERT_NO_FATAL_FAILURE(read_box(message(213), message(300, {"market"})));
     EXPECT_TRUE(shows(market, "FRPORT"));
-    EXPECT_TRUE(shows(domain, "market Active Backup server Ports 3, links 3, LUs "));
+    EXPECT_TRUE(shows(domain, "market Active Backup server Ports 3, links 4, LUs "));
 
     screen().ask_to_close(market);
     EXPECT_TRUE(wait_for([&] { return screen().find(message(1300, {"market"})) == 0; }));
