@@ -1,8 +1,6 @@
 // What an administrator does wrong: the page of help that lists it (topic "mistakes") says what the
 // node answers, and here it is done.
-#include "node_support.h"
-
-#include "defineblock.h"
+#include "node_steps.h"
 
 #include <fstream>
 #include <sstream>
@@ -178,28 +176,11 @@ public:
     }
 
 private:
-    static node::TextResource read(std::string section) {
-        const size_t line = std::min(section.find('\n'), section.size());
-        std::replace(section.begin() + ssize_t(section.find(']')), section.begin() + ssize_t(line),
-                     ' ', '\n');
-        const node::DomainText text =
-            node::parse_domain_text("step", "[domain]\n[node n]\n" + section + "\n");
-        for (const std::string &error : text.errors) {
-            ADD_FAILURE() << section << ": " << error;
-        }
-        return text.nodes.at(0).resources.at(0);
-    }
     Codes one(const std::string &step) {
         if (step[0] == '[') {
-            const node::TextResource resource = read(step);
-            std::vector<NB_UCHAR> block(resource.schema->define_size);
-            node::Answer answer;
-            records::make_define_block(*resource.schema, resource.entry.data(), block.data());
-            rig_.engine.execute(block.data(), block.size(), answer);
-            NAP_VCB header;
-            memcpy(&header, answer.block.data(), sizeof header);
+            const Codes codes = define_text(rig_, step);
             rig_.pass(1500);
-            return {header.primary_rc, header.secondary_rc};
+            return codes;
         }
         const std::string verb = step.substr(0, step.find(' '));
         const std::string title = step.substr(verb.size() + 1);
@@ -208,13 +189,7 @@ private:
             rig_.pass(title == "node now" ? 1 : 3000);
             return codes;
         }
-        const node::TextResource resource = read("[" + title + "]");
-        const node::Schema &schema = *resource.schema;
-        const NB_USHORT opcode = verb == "start"  ? schema.start
-                                 : verb == "stop" ? schema.stop
-                                                  : schema.remove;
-        NAP_NAME_VERB block = records::make_name_block(schema, opcode, resource.entry.data());
-        const Codes codes = rig_.issue(block);
+        const Codes codes = verb_text(rig_, verb, title);
         rig_.pass(1500);
         return codes;
     }
