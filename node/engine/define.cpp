@@ -152,11 +152,11 @@ Resource &Engine::place(const ClassRow &row, Entry entry, const Behaviour &behav
     if (row.hooks.show != nullptr) {
         row.hooks.show(*this, *resource);
     }
+    if (telling_) {
+        indicate(*resource, false); /* before what it makes, which belongs to it */
+    }
     if (row.hooks.defined != nullptr) {
         row.hooks.defined(*this, *resource, old == nullptr);
-    }
-    if (telling_) {
-        indicate(*resource, false);
     }
     if (row.life.has_states() && row.life.initially == nullptr && owner_active(*resource)) {
         start(*resource);

@@ -70,6 +70,58 @@ TEST_F(NodeWindow, ShowsEveryPaneOfTheDomainInOrder) {
     }
 }
 
+/* What nobody defined comes and goes while the window is open. */
+TEST_F(NodeWindow, ShowsWhatTheNodeMakesAndThatItGoes) {
+    start_node(place.write("living.domain", R"(
+[domain]
+name = living
+[node lonely]
+fq_cp_name = NETA.LONELY
+[dlc LAN0]
+[port ETH0]
+dlc_name = LAN0
+implicit_links = yes
+[lu_pool HALL -]
+[dspu_template GUESTS]
++ range HALL
+max_nau = 2
+[local_lu PAYLU]
+lu_alias = PAY
+[visitor TICKETS1]
+kind = pu
+pu_name = KIOSK
+comes = 1
+stays = 3
+away = 3
+[visitor NOTEBOOK]
+kind = node
+fq_cp_name = NETA.NB1
+lu_name = CLAIMS
+comes = 1
+stays = 3
+away = 3
+)"));
+    start_program({"-size", "small", "-geometry", "1100x1000"});
+    window = loaded_window("lonely");
+    ASSERT_NE(window, 0u);
+    const WindowId links = list_with("ETH0");
+    const WindowId systems = list_with("Network");
+    ASSERT_TRUE(links != 0 && systems != 0);
+    const auto has = [this](WindowId list, const std::string &what) {
+        screen().top(list);
+        const std::vector<std::string> all = screen().canvas().lines(list);
+        return std::any_of(all.begin(), all.end(), [&what](const std::string &line) {
+            return line.find(what) != std::string::npos;
+        });
+    };
+    for (const bool there : {true, false, true, false}) { /* the second time is live in any case */
+        EXPECT_TRUE(wait_for([&] {
+            return has(links, "@L0") == there && has(links, "TICKETS1") == there &&
+                   has(systems, "NETA.NB1") == there;
+        })) << (there ? "it came" : "it went");
+    }
+}
+
 TEST_F(NodeWindow, StartsAndStopsWhatIsSelected) {
     ASSERT_NO_FATAL_FAILURE(load());
     screen().focus(window);

@@ -16,12 +16,15 @@ Screen &SystemTest::screen() {
 
 Process &SystemTest::start_node(const std::string &domain, const std::string &faults,
                                 const std::vector<std::string> &arguments) {
-    Command command = {{place.path("bin/snanode"), "--domain", domain, "--still"},
-                       place.environment()};
+    Command command = {{place.path("bin/snanode"), "--domain", domain}, place.environment()};
+    if (domain.find('/') == std::string::npos) {
+        command.words.emplace_back("--still");
+    }
     command.words.insert(command.words.end(), arguments.begin(), arguments.end());
     if (!faults.empty()) {
         command.words.insert(command.words.end(), {"--fault", place.write("faults", faults)});
     }
+    node_.reset(); /* one that runs has the folder */
     node_ = std::make_unique<Process>(command);
     EXPECT_TRUE(wait_for([this] { return node_->out().find(" ready\n") != std::string::npos; }))
         << node_->err();

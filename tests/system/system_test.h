@@ -18,8 +18,8 @@ class SystemTest : public testing::Test {
 protected:
     void TearDown() override;
 
-    /* The node software, once it is ready.  `domain` is a sample domain or the path of a text,
-     * `faults` a fault script. */
+    /* The node software, once it is ready.  `domain` is a sample domain, which stands still, or the
+     * path of a text, `faults` a fault script. */
     Process &start_node(const std::string &domain = "single", const std::string &faults = "",
                         const std::vector<std::string> &arguments = {});
 
