@@ -26,7 +26,8 @@ struct Visitor {
     NB_UCHAR port_name[8];     /* L8: called by a node or PU; blank: any that takes it */
     NB_UCHAR template_name[8]; /* L8: of a PU; blank: the first */
     NB_UCHAR pu_name[8];       /* A8: of a PU */
-    NB_UCHAR lu_name[8];       /* A8: of a terminal, an LU or a pool; blank: any.  A node's LU */
+    NB_UCHAR lu_name[8];       /* A8: of a terminal, an LU or a pool; blank: any, or, for a TN3270
+                                * client, what its record says.  A node's LU */
     NB_UCHAR lu_alias[8];      /* L8: local LU of an application; blank: any, one after the other */
     NB_UCHAR mode_name[8];     /* A8 */
     NB_UCHAR fqplu_name[17];   /* A17: who an application talks to */

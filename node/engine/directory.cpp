@@ -90,6 +90,19 @@ void Engine::unlearn(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name) {
     }
 }
 
+/* Whether a link to that control point is active, on which control points talk. */
+bool Engine::talks_to(const NB_UCHAR *fq_cp_name) const {
+    const ResourceTable &links = *tables_[CLASS_LS];
+    for (const Resource *at = links.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto link = get<NAP_LS_DATA>(*at);
+        if (at->state == NAP_ACTIVE && link.def_data.cp_cp_sess_support != 0 &&
+            memcmp(link.det_data.adj_cp_name, fq_cp_name, CP_WIDTH) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /* Whether LUs of a control point are known beside itself. */
 bool Engine::knows_lus(const Resource &resource) const {
     const auto entry = get<NAP_DIR_DATA>(resource);

@@ -357,7 +357,8 @@ private:
     void visit_later(size_t at, NB_ULONG seconds);
     bool arrive(size_t at);
     void leave(size_t at);
-    Resource *free_lu(const Visitor &visitor) const;
+    bool tn_client_lu(const Visitor &visitor, NB_UCHAR (&lu_name)[8]) const;
+    Resource *free_lu(Visitor visitor) const;
     bool log_on(const Visitor &visitor, Visit &visit);
     void forget_user(Resource &lu);
     void end_visit_of(Resource &lu);
@@ -375,6 +376,7 @@ private:
     void learn_found(const NB_UCHAR *fq_cp_name, const NB_UCHAR *fqlu_name);
     void learn_registered(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name);
     void unlearn(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name);
+    bool talks_to(const NB_UCHAR *fq_cp_name) const;
     bool knows_lus(const Resource &resource) const;
     void register_lus(const Resource &link);
     void send_registration(NB_UCHAR kind, const std::string &cp, const NB_UCHAR *lu_name);

@@ -273,7 +273,8 @@ Result Engine::start_verb(const ClassRow &row, const NB_UCHAR *block) {
         return bad_state(NAP_PORT_LIMIT);
     }
     resource->tries = 0;
-    changed_nothing_ = is_up(*resource) && !take_stops_back(*resource);
+    const bool taken_back = take_stops_back(*resource);
+    changed_nothing_ = is_up(*resource) && !taken_back;
     start(*resource);
     return GOOD;
 }

@@ -117,12 +117,39 @@ void Engine::leave(size_t at) {
     }
 }
 
+/* The LU or pool that the TN3270 server gives a client: by a record for its address, else by the
+ * one for everybody.  False when it is nobody's client. */
+bool Engine::tn_client_lu(const Visitor &visitor, NB_UCHAR (&lu_name)[8]) const {
+    const std::string client = local_text(visitor.name, sizeof visitor.name);
+    const ResourceTable &records = *tables_[CLASS_TN_ACCESS];
+    bool known = false;
+    for (const Resource *at = records.first(); at != nullptr; at = ResourceTable::next(*at)) {
+        const auto record = get<NAP_TN_ACCESS_DATA>(*at);
+        const std::string address = local_text(record.client_address, sizeof record.client_address);
+        const bool own = strcasecmp(address.c_str(), client.c_str()) == 0;
+        const bool anybody = record.address_type == NAP_TN_DEFAULT_RECORD && !known;
+        if ((own || anybody) && record.def_data.num_sessions > 0) {
+            const NAP_TN_SESSION session = record.def_data.sessions[0];
+            memcpy(lu_name, session.display_lu_name, sizeof lu_name);
+            known = true;
+        }
+        if (own) {
+            break;
+        }
+    }
+    return known && node_record().tn3270_support != 0;
+}
+
 /* Who wants an LU of a pool, or any, takes the first that is free. */
-Resource *Engine::free_lu(const Visitor &visitor) const {
+Resource *Engine::free_lu(Visitor visitor) const {
     const auto is_free = [](const Resource *lu) {
         return lu != nullptr && lu->state == NAP_ACTIVE && lu->behaviour.user_name[0] == 0;
     };
     const ResourceTable &lus = *tables_[CLASS_LU03];
+    if (visitor.app_type == NAP_APP_TN3270_SERVER && is_blank8(visitor.lu_name) &&
+        !tn_client_lu(visitor, visitor.lu_name)) {
+        return nullptr;
+    }
     Resource *named = is_blank8(visitor.lu_name) ? nullptr : lus.find_alias(visitor.lu_name);
     if (named != nullptr) {
         return is_free(named) ? named : nullptr;

@@ -151,10 +151,37 @@ TEST(NodeFront, CopiesGoToTheOthers) {
     EXPECT_TRUE(std::none_of(two.heard.begin(), two.heard.end(), [](const Frame &frame) {
         return node::block_opcode(frame.block) == NAP_DEFINE_DLC;
     })) << "nothing failed was copied, and nothing twice";
+    for (const NB_USHORT opcode : {NAP_STOP_DLC, NAP_START_DLC, NAP_START_DLC, NAP_STOP_DLC}) {
+        NAP_NAME_VERB verb = {};
+        verb.opcode = opcode;
+        memcpy(verb.key, "NEW     ", 8);
+        for (int tries = 0; tries < 500 && one.issue(mine, verb) != OK_CODES; tries++) {
+            usleep(10000); /* the node is starting */
+            verb.opcode = opcode;
+        }
+        EXPECT_EQ(verb.primary_rc, NAP_OK);
+    }
     NAP_NAME_VERB stop_node = {};
     NAP_NODE_STATUS_INDICATION_VERB state = {};
     stop_node.opcode = NAP_STOP_NODE;
     EXPECT_EQ(one.issue(mine, stop_node), OK_CODES);
+    std::vector<NB_USHORT> copies;
+    std::vector<Frame> came = std::move(two.heard);
+    two.heard.clear();
+    for (Frame frame; two.heard.empty() && two.receive(frame);) {
+        came.push_back(frame);
+        if (node::block_opcode(frame.block) == NAP_STOP_NODE) {
+            two.heard.push_back(frame);
+        }
+    }
+    for (const Frame &frame : came) {
+        const NB_USHORT opcode = node::block_opcode(frame.block);
+        if (opcode == NAP_START_DLC || opcode == NAP_STOP_DLC) {
+            copies.push_back(opcode);
+        }
+    }
+    EXPECT_EQ(copies, (std::vector<NB_USHORT>{NAP_START_DLC, NAP_STOP_DLC}))
+        << "what changes nothing is not copied";
     ASSERT_TRUE(two.hear(NAP_STOP_NODE, state));
     EXPECT_EQ(state.node_state, NB_ULONG{NAP_NODE_STOPPING});
     ASSERT_TRUE(one.hear(NAP_STOP_NODE, state));

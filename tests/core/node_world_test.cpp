@@ -54,11 +54,16 @@ max_instance = 1
 + range HALL
 min_nau = 1
 max_nau = 3
+[tn3270_access ip 10.1.1.1]
++ session 23
+display_lu_name = HALL
 [visitor 10.1.1.1]
 comes = 20
 stays = 30
 away = 30
-lu_name = HALL
+application = tn3270
+[visitor 10.1.1.2]
+comes = 19
 application = tn3270
 [visitor maria]
 comes = 21
