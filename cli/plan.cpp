@@ -287,6 +287,13 @@ bool is_defined(const Schema &schema, const NB_UCHAR *entry) {
     if (&schema == &records::lu_pool && !is_blank("name")) {
         return false; /* of an LU, which says its pool */
     }
+    if (!is_blank("dynamic")) {
+        return false; /* of a caller */
+    }
+    if (&schema == &records::directory &&
+        nap_copy<NAP_DIR_DATA>(entry).entry_type != NAP_DIR_HOME) {
+        return false; /* found, or registered by another node */
+    }
     return sna_defined().count(section_of(schema, entry, false)) == 0;
 }
 

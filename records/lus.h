@@ -87,6 +87,7 @@ inline constexpr FieldRow fields[] = {
 inline constexpr FieldRow status[] = {
     flag(AT(det_data.lu_sscp_sess_active)),
     flag(AT(det_data.plu_sess_active)),
+    flag(AT(det_data.dynamic)),
     sna(AT(det_data.plu_name)),
     sna(AT(det_data.used_lu_name)),
 };

@@ -147,7 +147,9 @@ void find_carrier(const Engine &engine, const NAP_DOWN_LU_DATA &lu, NB_UCHAR *ca
 void show_down_lu(const Engine &engine, Resource &resource) {
     auto entry = Engine::get<NAP_DOWN_LU_DATA>(resource);
     const bool up = resource.state == NAP_ACTIVE;
+    const NB_UCHAR dynamic = entry.det_data.dynamic;
     memset(&entry.det_data, 0, sizeof entry.det_data);
+    entry.det_data.dynamic = dynamic;
     memset(entry.det_data.plu_name, 0x40, sizeof entry.det_data.plu_name);
     memset(entry.det_data.used_lu_name, 0x40, sizeof entry.det_data.used_lu_name);
     entry.det_data.lu_sscp_sess_active = up ? 1 : 0;

@@ -362,6 +362,7 @@ void Engine::make_down_lus(const Visitor &visitor, const Resource &pattern) {
             NAP_DOWN_LU_DATA lu = {};
             memcpy(lu.dspu_name, visitor.pu_name, sizeof lu.dspu_name);
             name_down_lu(lu.dslu_name, visitor.pu_name, address);
+            lu.det_data.dynamic = 1;
             lu.def_data.nau_address = static_cast<NB_UCHAR>(address);
             lu.def_data.allow_timeout = each.allow_timeout;
             lu.def_data.delayed_logon = each.delayed_logon;

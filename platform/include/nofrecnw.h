@@ -85,7 +85,8 @@ typedef struct nap_down_lu_def {
 typedef struct nap_down_lu_det {
     NB_UCHAR lu_sscp_sess_active; /* flag */
     NB_UCHAR plu_sess_active;     /* flag: bound to a host application */
-    NB_UCHAR reserved[2];
+    NB_UCHAR dynamic;             /* flag: made from a template, not defined */
+    NB_UCHAR reserved;
     NB_UCHAR plu_name[8];     /* A8: the host application; blank: none */
     NB_UCHAR used_lu_name[8]; /* A8: the host LU that carries it now; blank: none */
 } NAP_DOWN_LU_DET;
