@@ -88,7 +88,10 @@ TEST_F(Signals, ALogoutAsksAndEndsInOrder) {
     EXPECT_FALSE(session.refused);
 
     session.save(true);
-    press(box(title, question), "OK");
+    EXPECT_TRUE(wait_for([&] { /* the box before may still be going */
+                               const WindowId asking = box(title, question);
+                               return asking != 0 && screen().click(asking, "OK");
+    }));
     EXPECT_TRUE(wait_for([&] { return session.saved; }));
     EXPECT_TRUE(session.answered && !session.refused);
     session.die();
