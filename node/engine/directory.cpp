@@ -73,7 +73,8 @@ void Engine::learn_registered(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_nam
     }
 }
 
-/* Takes away what a control point registered: all, or an LU. */
+/* Takes away what a control point registered: an LU, or all, unless it can still be talked to. Most
+ * links that go down have registered nothing, so that is asked first. */
 void Engine::unlearn(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name) {
     const std::string lu = lu_name != nullptr ? qualified(fq_cp_name, lu_name) : "";
     std::vector<Resource *> gone;
@@ -84,6 +85,9 @@ void Engine::unlearn(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name) {
             (lu.empty() || bytes_of(entry.resource_name) == lu)) {
             gone.push_back(at);
         }
+    }
+    if (gone.empty() || (lu_name == nullptr && talks_to(fq_cp_name))) {
+        return;
     }
     for (Resource *entry : gone) {
         forget(*entry);

@@ -193,9 +193,7 @@ void Engine::hang_up(const Resource &link, NB_ULONG sense) {
             send_link_news(LINK_DOWN, link, end, sense);
         }
     }
-    if (!talks_to(entry.def_data.adj_cp_name)) {
-        unlearn(entry.def_data.adj_cp_name, nullptr);
-    }
+    unlearn(entry.def_data.adj_cp_name, nullptr);
     if (entry.det_data.dynamic != 0) {
         timers_.after(GONE_MS, [this, name = bytes_of(entry.ls_name)] {
             Resource *found = find(CLASS_LS, key_of(name));

@@ -180,6 +180,9 @@ void Engine::forget_user(Resource &lu) {
 
 /* An LU that goes down ends a visit; whoever it was tries again when he would have gone. */
 void Engine::end_visit_of(Resource &lu) {
+    if (visits_.empty()) {
+        return; /* a million LUs may go down */
+    }
     const std::string name = name_of(lu);
     for (size_t at = 0; at < visits_.size(); at++) {
         if (visits_[at].here && visits_[at].what == name &&
