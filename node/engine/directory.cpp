@@ -1,6 +1,7 @@
 /* What the directory has beside definitions: names that were found, which stay while they are used,
  * and names that end nodes register with their network node server. */
 #include "engine.h"
+#include "keybytes.h"
 
 #include "nofverbs.h"
 
@@ -11,14 +12,6 @@ namespace node {
 namespace {
 
 constexpr size_t CP_WIDTH = 17;
-
-const NB_UCHAR *key_of(const std::string &name) {
-    return reinterpret_cast<const NB_UCHAR *>(name.data());
-}
-
-template <size_t Size> std::string bytes_of(const NB_UCHAR (&field)[Size]) {
-    return {reinterpret_cast<const char *>(field), Size};
-}
 
 /* An LU has the network of its control point. */
 std::string qualified(const NB_UCHAR *fq_cp_name, const NB_UCHAR *lu_name) {

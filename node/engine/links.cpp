@@ -1,6 +1,7 @@
 #include "links.h"
 
 #include "engine.h"
+#include "keybytes.h"
 
 #include "nofverbs.h"
 #include "referrers.h"
@@ -18,17 +19,9 @@ constexpr NB_ULONG GONE_MS = 1;      /* a dynamic station goes behind what it to
 constexpr NB_USHORT RETRY_FOR_EVER = 65535;
 constexpr NB_ULONG MOST_DYNAMIC = 999999;
 
-template <size_t Size> std::string bytes_of(const NB_UCHAR (&field)[Size]) {
-    return std::string(reinterpret_cast<const char *>(field), Size);
-}
-
 template <size_t Size> void put_name(NB_UCHAR (&field)[Size], const std::string &bytes) {
     memset(field, ' ', Size);
     memcpy(field, bytes.data(), std::min(bytes.size(), Size));
-}
-
-const NB_UCHAR *key_of(const std::string &name) {
-    return reinterpret_cast<const NB_UCHAR *>(name.data());
 }
 
 /* The number behind the slash of a LAN address, or a number by itself; -1: none. */

@@ -2,6 +2,7 @@
  * control point, or to a network node that talks to others.  Without a way to the first server the
  * backup is taken; a PU without any waits, and comes up when there is one. */
 #include "engine.h"
+#include "keybytes.h"
 
 #include <cstring>
 
@@ -12,11 +13,6 @@ namespace {
 bool is_served(const Resource &pu) {
     return pu.row->id == CLASS_PU &&
            Engine::get<NAP_PU_DATA>(pu).host_attachment == NAP_DLUR_ATTACHED;
-}
-
-std::string name_of(const Resource &pu) {
-    const auto entry = Engine::get<NAP_PU_DATA>(pu);
-    return {reinterpret_cast<const char *>(entry.pu_name), sizeof entry.pu_name};
 }
 
 } // namespace
@@ -37,10 +33,10 @@ bool Engine::find_server(Resource &pu) {
                                  ? entry.def_data.bkup_dlus_name
                                  : nullptr;
     if (server == nullptr) {
-        waiting_pus_.insert(name_of(pu));
+        waiting_pus_.insert(key_bytes(pu));
         return false;
     }
-    waiting_pus_.erase(name_of(pu));
+    waiting_pus_.erase(key_bytes(pu));
     memcpy(entry.active_dlus_name, server, sizeof entry.active_dlus_name);
     put(pu, entry);
     return true;
@@ -48,7 +44,7 @@ bool Engine::find_server(Resource &pu) {
 
 void Engine::wait_no_more(const Resource &pu) {
     if (is_served(pu)) {
-        waiting_pus_.erase(name_of(pu));
+        waiting_pus_.erase(key_bytes(pu));
     }
 }
 
@@ -66,7 +62,7 @@ void Engine::check_servers() {
     for (Resource *pu : lost) {
         failed(*pu, SENSE_NO_WAY);
         stop(*pu, Stop::Immediate);
-        waiting_pus_.insert(name_of(*pu));
+        waiting_pus_.insert(key_bytes(*pu));
     }
     const std::set<std::string> waiting = waiting_pus_;
     for (const std::string &name : waiting) {

@@ -1,5 +1,6 @@
 /* The verbs that activate and end sessions of LUs. */
 #include "engine.h"
+#include "keybytes.h"
 
 #include "nofcopy.h"
 #include "nofverbs.h"
@@ -83,16 +84,12 @@ Result Engine::check_more(const NAP_MODE_DATA &mode, NB_ULONG more) const {
 
 /* It goes again some time behind its last session, and so does its partner. */
 Resource &Engine::begin_mode(const NAP_MODE_DATA &entry) {
-    const auto key_of = [](const Resource &resource) {
-        return std::string(reinterpret_cast<const char *>(resource.entry.get()) + KEY_OFFSET,
-                           resource.row->schema->key_size());
-    };
     Resource &mode = add_derived(CLASS_MODE, &entry, sizeof entry);
-    forget_later(CLASS_MODE, key_of(mode));
+    forget_later(CLASS_MODE, key_bytes(mode));
     for (Resource *at = tables_[CLASS_PLU]->first_with(entry.lu_alias, sizeof entry.lu_alias);
          at != nullptr; at = ResourceTable::next_with(*at, sizeof entry.lu_alias)) {
         if (memcmp(get<NAP_PLU_DATA>(*at).fqplu_name, entry.fqplu_name, 17) == 0) {
-            forget_later(CLASS_PLU, key_of(*at));
+            forget_later(CLASS_PLU, key_bytes(*at));
         }
     }
     return mode;

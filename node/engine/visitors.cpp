@@ -1,7 +1,9 @@
 /* Visitors: what goes on around a node by itself.  Each comes, stays and goes by its times; one
  * that cannot come, since what it needs is not there, tries again later.  Meanwhile it is a link
  * station, a PU with LUs, a session, as if a network had made it. */
+#include "classhooks.h"
 #include "engine.h"
+#include "keybytes.h"
 
 #include "nofverbs.h"
 #include "referrers.h"
@@ -17,19 +19,6 @@ constexpr NB_ULONG TRY_AGAIN_S = 10;
 constexpr NB_ULONG IDLE_MS =
     60000; /* a mode in use and a cached name stay so long behind sessions */
 constexpr size_t CP_WIDTH = 17;
-
-const NB_UCHAR *key_of(const std::string &name) {
-    return reinterpret_cast<const NB_UCHAR *>(name.data());
-}
-
-std::string name_of(const Resource &resource) {
-    const NB_UCHAR *key = resource.entry.get() + KEY_OFFSET;
-    return {reinterpret_cast<const char *>(key), resource.row->schema->key_size()};
-}
-
-bool is_blank8(const NB_UCHAR *name) {
-    return is_blank(KeyKind::Ebcdic, name, 8);
-}
 
 /* The name of a downstream LU that a template makes: as much of the PU's as leaves room for the
  * address. */
@@ -183,7 +172,7 @@ void Engine::end_visit_of(Resource &lu) {
     if (visits_.empty()) {
         return; /* a million LUs may go down */
     }
-    const std::string name = name_of(lu);
+    const std::string name = key_bytes(lu);
     for (size_t at = 0; at < visits_.size(); at++) {
         if (visits_[at].here && visits_[at].what == name &&
             world_.visitors[at].kind == records::VISITOR_TERMINAL) {
@@ -210,7 +199,7 @@ bool Engine::log_on(const Visitor &visitor, Visit &visit) {
     show_lu_session(*lu);
     lu->row->hooks.moved(*this, *lu);
     indicate(*lu, false);
-    visit.what = name_of(*lu);
+    visit.what = key_bytes(*lu);
     return true;
 }
 
@@ -222,7 +211,7 @@ const Resource *Engine::next_local_lu(const Visitor &visitor) {
     }
     const Resource *next = last_local_lu_.empty() ? nullptr : lus.after(key_of(last_local_lu_));
     next = next != nullptr ? next : lus.first();
-    last_local_lu_ = next != nullptr ? name_of(*next) : "";
+    last_local_lu_ = next != nullptr ? key_bytes(*next) : "";
     return next;
 }
 
@@ -344,7 +333,7 @@ bool Engine::call_port(const Visitor &visitor, Visit &visit) {
     if (made == nullptr) {
         return false;
     }
-    visit.what = name_of(*made);
+    visit.what = key_bytes(*made);
     if (is_pu) {
         make_down_lus(visitor, *pattern);
     } else {
@@ -380,7 +369,7 @@ void Engine::make_down_lus(const Visitor &visitor, const Resource &pattern) {
     }
     telling_ = false;
     count_instances(pattern.entry.get() + KEY_OFFSET, 1);
-    made_from_[ebcdic_text(visitor.pu_name, 8)] = name_of(pattern);
+    made_from_[ebcdic_text(visitor.pu_name, 8)] = key_bytes(pattern);
 }
 
 void Engine::count_instances(const NB_UCHAR *template_name, int change) {
